@@ -1,0 +1,35 @@
+#pragma once
+
+#include "HSVNExport.h"
+#include "HSVNObject.h"
+
+#include <memory>
+
+struct HSVNBundleEntryPoints;
+
+/// One Subversion line: whatever hands out an entry-point table.
+class HSVN_EXPORT HSVNBundle : public HSVNObject
+{
+  public:
+    /// The table of the bundle's functions; owned by the bundle, valid for the life of the process, never null.
+    ///
+    /// @throws HSVNException when the bundle's code cannot be loaded or is of another line than it says
+    virtual const HSVNBundleEntryPoints* entryPoints() = 0;
+};
+
+using HSVNBundleRef = std::shared_ptr<HSVNBundle>;
+
+/// Makes a bundle current on the calling thread; must not be nil.
+///
+/// @throws HSVNInvalidArgumentException for nil
+HSVN_EXPORT void HSVNBundlePush(const HSVNBundleRef& bundle);
+
+/// Removes the calling thread's current bundle and returns it.
+///
+/// @throws HSVNGenericException "Unbalanced bundle stack pop" when the thread has none
+HSVN_EXPORT HSVNBundleRef HSVNBundlePop();
+
+/// The calling thread's current bundle; never nil.
+///
+/// @throws HSVNGenericException "Bundle stack is empty" when the thread has none: there is no fall-back on purpose
+HSVN_EXPORT HSVNBundleRef HSVNBundleCurrent();

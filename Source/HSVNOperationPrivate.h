@@ -1,0 +1,102 @@
+#pragma once
+
+#include "HSVNContext.h"
+#include "HSVNPath.h"
+#include "HSVNPoolPrivate.h"
+#include "HSVNTypes.h"
+
+#include <exception>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+/// One named argument of an operation's debug line; the value's text is made only when the line is written.
+struct HSVNArgument
+{
+    std::string_view name;
+    std::function<std::string()> text;
+
+    HSVNArgument(std::string_view argumentName, const HSVNObject* object);
+    template <class Class>
+    HSVNArgument(std::string_view argumentName, const std::shared_ptr<Class>& object)
+        : HSVNArgument(argumentName, static_cast<const HSVNObject*>(object.get()))
+    {
+    }
+    HSVNArgument(std::string_view argumentName, const std::string& value);
+    template <class Class>
+    HSVNArgument(std::string_view argumentName, const std::vector<std::shared_ptr<Class>>& objects)
+        : name{argumentName}, text{[&objects] {
+              std::string joined = "(";
+              for (const auto& object : objects) {
+                  joined += (joined.size() > 1 ? ", " : "") + HSVNDescription(object.get());
+              }
+              return joined + ")";
+          }}
+    {
+    }
+};
+
+/// Writes the verbose debug line "[class operation] (name: value, ...)".
+void HSVNLogCall(std::string_view className, std::string_view operation, const std::vector<HSVNArgument>& arguments);
+
+/// The frame that every operation on a context runs in.
+///
+/// The constructor writes the debug line, pushes the context's bundle and makes a sub-pool of the context's pool; the
+/// destructor destroys the sub-pool and pops the bundle, in that order. Preconditions are tested before it is made.
+/// Exceptions that callbacks kept in the context while the operation ran are thrown by `check`.
+class HSVNOperation
+{
+  public:
+    HSVNOperation(const HSVNContextRef& context, std::string_view className, std::string_view operation,
+                  const std::vector<HSVNArgument>& arguments);
+    ~HSVNOperation();
+    HSVNOperation(const HSVNOperation&) = delete;
+    HSVNOperation& operator=(const HSVNOperation&) = delete;
+
+    /// The context's entry-point table.
+    const HSVNBundleEntryPoints* operator->() const { return _entryPoints; }
+    apr_pool_t* pool() const { return _pool; }
+    svn_client_ctx_t* ctx() const { return _context->ctx(); }
+    const HSVNContextRef& context() const { return _context; }
+    /// The version of the context's bundle.
+    const HSVNVersion& version() const { return _version; }
+    /// Whether the bundle's line is the given one or newer.
+    bool isAtLeast(const HSVNVersion& version) const { return !_version.isLessThan(version); }
+
+    /// Throws the exception that a callback kept, else the exception of the error (which is consumed), else returns.
+    void check(svn_error_t* error);
+
+    /// The paths' C strings, in order, in the pool.
+    template <class Path>
+    apr_array_header_t* pathArray(const std::vector<std::shared_ptr<Path>>& paths)
+    {
+        auto* array = _entryPoints->apr_array_make(_pool, static_cast<int>(paths.size()), sizeof(const char*));
+        for (const auto& path : paths) {
+            *static_cast<const char**>(_entryPoints->apr_array_push(array)) = cString(path->string());
+        }
+        return array;
+    }
+    /// One path as an array.
+    apr_array_header_t* pathArray(const HSVNPath& path);
+    /// A copy of the text in the pool.
+    const char* cString(const std::string& text) const;
+
+  private:
+    HSVNContextRef _context;
+    HSVNVersion _version;
+    HSVNBundleScope _bundle;
+    const HSVNBundleEntryPoints* _entryPoints;
+    HSVNPool _pool;
+    std::exception_ptr _outerException; // of an operation that a callback of this context interrupts
+};
+
+/// Runs the body of a callback that Subversion calls: no exception leaves it.
+///
+/// An exception is kept in the context and comes back as a cancellation error, which stops Subversion; the operation's
+/// `check` then throws the kept one.
+svn_error_t* HSVNGuardCallback(HSVNContext& context, const std::function<svn_error_t*()>& body) noexcept;
+/// The same for callbacks that cannot answer an error; Subversion stops at its next cancellation check.
+void HSVNGuardVoidCallback(HSVNContext& context, const std::function<void()>& body) noexcept;

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+#include <utility>
+#include <variant>
+
+struct HSVNUserInfoValue;
+
+/// An exception's user information: texts, numbers and nested dictionaries by key.
+using HSVNUserInfo = std::map<std::string, HSVNUserInfoValue>;
+
+/// One value of an exception's user information. Copies share a nested dictionary, which is immutable.
+struct HSVNUserInfoValue
+{
+    HSVNUserInfoValue(std::string text) : value{std::move(text)} {}   // NOLINT(google-explicit-constructor)
+    HSVNUserInfoValue(const char* text) : value{std::string{text}} {} // NOLINT(google-explicit-constructor)
+    HSVNUserInfoValue(std::int64_t number) : value{number} {}         // NOLINT(google-explicit-constructor)
+    HSVNUserInfoValue(std::shared_ptr<const HSVNUserInfo> dictionary) : value{std::move(dictionary)} {}
+
+    /// The text, or null when the value is of another kind.
+    const std::string* text() const { return std::get_if<std::string>(&value); }
+    /// The number, or null when the value is of another kind.
+    const std::int64_t* number() const { return std::get_if<std::int64_t>(&value); }
+    /// The nested dictionary, or null when the value is of another kind.
+    const HSVNUserInfo* dictionary() const
+    {
+        const auto* nested = std::get_if<std::shared_ptr<const HSVNUserInfo>>(&value);
+        return nested ? nested->get() : nullptr;
+    }
+
+    std::variant<std::string, std::int64_t, std::shared_ptr<const HSVNUserInfo>> value;
+};

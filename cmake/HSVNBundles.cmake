@@ -1,0 +1,72 @@
+# hsvn_add_bundle(TARGET NAME ...) makes one version bundle from the adapter's sources.
+#
+#   FOLDER dir             where NAME.bundle is made
+#   INCLUDE dir            folder of the Subversion line's headers (svn_client.h ...)
+#   LIBRARIES lib...       what the line's client needs at link time
+#   SOURCES file...        sources; the adapter's own when not given
+#   VERSION text           CFBundleVersion; read from the line's svn_version.h when not given
+#   FORMAT number          highest working-copy format served; derived from the version when not given
+
+set(HSVN_ADAPTER_FOLDER ${CMAKE_CURRENT_SOURCE_DIR}/Bundles/Subversion)
+
+function(hsvn_subversion_version include_folder result)
+  file(STRINGS ${include_folder}/svn_version.h lines REGEX "#define SVN_VER_(MAJOR|MINOR|PATCH) +[0-9]+")
+  foreach(line IN LISTS lines)
+    string(REGEX MATCH "SVN_VER_(MAJOR|MINOR|PATCH) +([0-9]+)" _ ${line})
+    set(part_${CMAKE_MATCH_1} ${CMAKE_MATCH_2})
+  endforeach()
+  set(${result} ${part_MAJOR}.${part_MINOR}.${part_PATCH} PARENT_SCOPE)
+endfunction()
+
+function(hsvn_working_copy_format version result)
+  string(REGEX MATCH "^1\\.([0-9]+)" _ ${version})
+  set(minor ${CMAKE_MATCH_1})
+  if(minor LESS 4)
+    set(format 4)
+  elseif(minor EQUAL 4)
+    set(format 8)
+  elseif(minor EQUAL 5)
+    set(format 9)
+  elseif(minor EQUAL 6)
+    set(format 10)
+  elseif(minor EQUAL 7)
+    set(format 29)
+  else()
+    set(format 31)
+  endif()
+  set(${result} ${format} PARENT_SCOPE)
+endfunction()
+
+function(hsvn_add_bundle target name)
+  cmake_parse_arguments(arg "" "FOLDER;INCLUDE;VERSION;FORMAT" "LIBRARIES;SOURCES" ${ARGN})
+  if(NOT arg_SOURCES)
+    file(GLOB arg_SOURCES CONFIGURE_DEPENDS ${HSVN_ADAPTER_FOLDER}/*.cpp)
+  endif()
+  if(NOT arg_VERSION)
+    hsvn_subversion_version(${arg_INCLUDE} arg_VERSION)
+  endif()
+  if(NOT arg_FORMAT)
+    hsvn_working_copy_format(${arg_VERSION} arg_FORMAT)
+  endif()
+  set(folder ${arg_FOLDER}/${name}.bundle)
+  add_library(${target} MODULE ${arg_SOURCES})
+  # The headers of the bundle's own line come first: the adapter is compiled against them.
+  target_include_directories(${target} SYSTEM BEFORE PRIVATE ${arg_INCLUDE})
+  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/Source ${HSVN_ADAPTER_FOLDER})
+  target_link_libraries(${target} PRIVATE hsvn_warnings ${arg_LIBRARIES} PkgConfig::APR)
+  # Static archives stay private to the bundle, and its code stays loaded: Subversion registers clean-ups
+  # that run as late as process exit.
+  target_link_options(${target} PRIVATE -Wl,--exclude-libs,ALL -Wl,-z,nodelete -Wl,--no-undefined)
+  set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME HSVNBundle SUFFIX ".so"
+                                             LIBRARY_OUTPUT_DIRECTORY ${folder})
+  if(HSVN_SANITIZE)
+    set_property(TARGET ${target} PROPERTY LINK_OPTIONS -Wl,--exclude-libs,ALL -Wl,-z,nodelete)
+  endif()
+  file(CONFIGURE OUTPUT ${folder}/Info.json @ONLY CONTENT
+"{
+  \"CFBundleVersion\": \"@arg_VERSION@\",
+  \"HSVNWorkingCopyFormatVersion\": @arg_FORMAT@,
+  \"CFBundleExecutable\": \"HSVNBundle.so\"
+}
+")
+endfunction()

@@ -1,0 +1,28 @@
+# Compiler settings shared by every target of the project.
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_C_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+
+if(NOT CMAKE_BUILD_TYPE)
+  set(CMAKE_BUILD_TYPE RelWithDebInfo CACHE STRING "" FORCE)
+endif()
+
+find_program(HSVN_CCACHE_PROGRAM ccache)
+if(HSVN_CCACHE AND HSVN_CCACHE_PROGRAM)
+  set(CMAKE_C_COMPILER_LAUNCHER ${HSVN_CCACHE_PROGRAM})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${HSVN_CCACHE_PROGRAM})
+endif()
+
+add_library(hsvn_warnings INTERFACE)
+target_compile_options(hsvn_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+
+if(HSVN_SANITIZE)
+  add_compile_options(-fsanitize=${HSVN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${HSVN_SANITIZE})
+endif()
