@@ -14,7 +14,7 @@ install(FILES ${CMAKE_BINARY_DIR}/HSVNConfig.cmake ${CMAKE_BINARY_DIR}/HSVNConfi
         DESTINATION lib/cmake/HSVN)
 
 file(CONFIGURE OUTPUT ${CMAKE_BINARY_DIR}/hsvn.pc @ONLY CONTENT
-"prefix=@CMAKE_INSTALL_PREFIX@
+"prefix=\${pcfiledir}/../..
 libdir=\${prefix}/@HSVN_PACKAGE_VERSION_FOLDER@
 includedir=\${prefix}/include
 
