@@ -1,0 +1,32 @@
+#include "TemporaryFolder.h"
+
+#include <cstdlib>
+#include <gtest/gtest.h>
+#include <optional>
+
+namespace {
+
+/// What every test finds: a home of its own, so that nobody's Subversion configuration or stored passwords are read or
+/// changed, and a UTF-8 locale, whatever the machine's.
+class TestEnvironment : public testing::Environment
+{
+  public:
+    void SetUp() override
+    {
+        setenv("HOME", _home.emplace().path().c_str(), 1);
+        setenv("LC_ALL", "C.UTF-8", 1);
+        for (const char* variable : {"LANGUAGE", "XDG_CONFIG_HOME", "SVN_EDITOR", "GNUPGHOME", "GPG_AGENT_INFO"}) {
+            unsetenv(variable);
+        }
+    }
+
+    void TearDown() override { _home.reset(); }
+
+  private:
+    std::optional<TemporaryFolder> _home;
+};
+
+[[maybe_unused]] const testing::Environment* const environment = testing::AddGlobalTestEnvironment(
+    new TestEnvironment); // NOLINT(cppcoreguidelines-owning-memory): gtest's to delete
+
+} // namespace
