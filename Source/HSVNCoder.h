@@ -61,6 +61,8 @@ class HSVN_EXPORT HSVNCoder
     virtual void encodeBool(bool value, std::string_view key) = 0;
     virtual void encodeException(const HSVNPlatformExceptionRef& exception, std::string_view key) = 0;
 
+    /// Whether the object being decoded has a value under the key.
+    virtual bool containsValueForKey(std::string_view key) const = 0;
     /// The object under the key, made anew; nil when absent.
     virtual std::shared_ptr<HSVNArchivable> decodeAnyObject(std::string_view key) = 0;
     virtual std::optional<std::string> decodeString(std::string_view key) = 0;
@@ -95,12 +97,20 @@ class HSVN_EXPORT HSVNCoder
         }
         return object;
     }
+    /// A number that must be there and fit 32 bits.
+    std::int32_t decodeRequiredInt32(std::string_view key);
     /// A text that must be there.
     std::string decodeRequiredString(std::string_view key);
+    /// A date that must be there.
+    HSVNDate decodeRequiredDate(std::string_view key);
+
+  protected:
+    /// The key as messages name it, with the class that is being decoded where the coder knows it.
+    virtual std::string describeKey(std::string_view key) const;
 
   private:
-    [[noreturn]] static void failClass(std::string_view key, const HSVNArchivable& object);
-    [[noreturn]] static void failMissing(std::string_view key);
+    [[noreturn]] void failClass(std::string_view key, const HSVNArchivable& object) const;
+    [[noreturn]] void failMissing(std::string_view key) const;
 };
 
 /// Preconditions of `encodeWithCoder`: a coder ("encoder != nil") with keys ("Keyed archiver required").

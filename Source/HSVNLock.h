@@ -1,0 +1,66 @@
+#pragma once
+
+#include "HSVNCoder.h"
+#include "HSVNDate.h"
+#include "HSVNExport.h"
+
+#include <cstddef>
+#include <memory>
+#include <optional>
+#include <string>
+
+struct svn_lock_t;
+
+class HSVNLock;
+class HSVNPath;
+
+using HSVNLockRef = std::shared_ptr<const HSVNLock>;
+
+/// The record of one repository lock: who holds it, with which token, since when, until when and why. Immutable; may be
+/// shared between threads.
+class HSVN_EXPORT HSVNLock : public HSVNArchivable
+{
+  public:
+    /// Copies Subversion's record, which must not be null ("lock != NULL"); absent texts and times of 0 become nil.
+    explicit HSVNLock(const svn_lock_t* lock);
+    /// Path, token and creation date must not be nil ("thePath != nil", "theToken != nil", "theCreationDate != nil").
+    ///
+    /// @param thePath            the locked path as Subversion reports it, such as /trunk/file.c
+    /// @param theExpirationDate  nil for a lock that never expires
+    HSVNLock(std::shared_ptr<const HSVNPath> thePath, std::optional<std::string> theToken,
+             std::optional<std::string> theOwner, std::optional<std::string> theComment,
+             std::optional<HSVNDate> theCreationDate, std::optional<HSVNDate> theExpirationDate);
+    /// @throws HSVNInvalidArgumentException for a path, token or creation date that is missing
+    explicit HSVNLock(HSVNCoder* decoder);
+
+    const std::shared_ptr<const HSVNPath>& path() const { return _path; }
+    const std::string& token() const { return _token; }
+    const std::optional<std::string>& owner() const { return _owner; }
+    const std::optional<std::string>& comment() const { return _comment; }
+    const std::optional<HSVNDate>& creationDate() const { return _creationDate; }
+    const std::optional<HSVNDate>& expirationDate() const { return _expirationDate; }
+
+    /// A new lock that shares the six values.
+    HSVNLockRef copy() const;
+    /// Equality of the tokens alone; nil gives false.
+    bool isEqualToLock(const HSVNLockRef& other) const { return other && *this == *other; }
+    bool isEqual(const HSVNLockRef& other) const { return isEqualToLock(other); }
+    /// Identity on purpose: two equal locks may hash differently.
+    std::size_t hash() const;
+
+    std::string className() const override { return "HSVNLock"; }
+    /// All fields, the comment cut to 20 characters.
+    std::string description() const override;
+    /// Keys: "comment", "creationDate", "expirationDate", "owner", "path", "token".
+    void encodeWithCoder(HSVNCoder* encoder) const override;
+
+    friend bool operator==(const HSVNLock& a, const HSVNLock& b) { return a._token == b._token; }
+
+  private:
+    std::shared_ptr<const HSVNPath> _path;
+    std::string _token;
+    std::optional<std::string> _owner;
+    std::optional<std::string> _comment;
+    std::optional<HSVNDate> _creationDate;
+    std::optional<HSVNDate> _expirationDate;
+};

@@ -1,0 +1,167 @@
+#pragma once
+
+#include "HSVNCoder.h"
+#include "HSVNExport.h"
+#include "HSVNPlatformException.h"
+#include "HSVNTypes.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+
+class HSVNLock;
+class HSVNNotification;
+class HSVNPath;
+class HSVNURL;
+
+/// Const once sent.
+using HSVNNotificationRef = std::shared_ptr<const HSVNNotification>;
+
+/// What a notification reports. 0 to 40 equal `svn_wc_notify_action_t`, and newer values of it pass through unnamed; -1
+/// and the values from 0x10000 up are the library's own.
+enum HSVNNotifyAction : std::int32_t
+{
+    HSVNNotifyActionUnknown = -1,
+    HSVNNotifyActionAdd = 0,
+    HSVNNotifyActionCopy = 1,
+    HSVNNotifyActionDelete = 2,
+    HSVNNotifyActionRestore = 3,
+    HSVNNotifyActionRevert = 4,
+    HSVNNotifyActionFailedRevert = 5,
+    HSVNNotifyActionResolved = 6,
+    HSVNNotifyActionSkip = 7,
+    HSVNNotifyActionUpdateDelete = 8,
+    HSVNNotifyActionUpdateAdd = 9,
+    HSVNNotifyActionUpdateUpdate = 10,
+    HSVNNotifyActionUpdateCompleted = 11,
+    HSVNNotifyActionUpdateExternal = 12,
+    HSVNNotifyActionStatusCompleted = 13,
+    HSVNNotifyActionStatusExternal = 14,
+    HSVNNotifyActionCommitModified = 15,
+    HSVNNotifyActionCommitAdded = 16,
+    HSVNNotifyActionCommitDeleted = 17,
+    HSVNNotifyActionCommitReplaced = 18,
+    HSVNNotifyActionCommitPostfixTXDelta = 19,
+    HSVNNotifyActionBlameRevision = 20,
+    HSVNNotifyActionLocked = 21,
+    HSVNNotifyActionUnlocked = 22,
+    HSVNNotifyActionFailedLock = 23,
+    HSVNNotifyActionFailedUnlock = 24,
+    HSVNNotifyActionExists = 25,
+    HSVNNotifyActionChangeListSet = 26,
+    HSVNNotifyActionChangeListClear = 27,
+    HSVNNotifyActionChangeListMoved = 28,
+    HSVNNotifyActionMergeBegin = 29,
+    HSVNNotifyActionForeignMergeBegin = 30,
+    HSVNNotifyActionUpdateReplace = 31,
+    HSVNNotifyActionPropertyAdded = 32,
+    HSVNNotifyActionPropertyModified = 33,
+    HSVNNotifyActionPropertyDeleted = 34,
+    HSVNNotifyActionPropertyDeletedNonExistent = 35,
+    HSVNNotifyActionRevisionPropertySet = 36,
+    HSVNNotifyActionRevisionPropertyDeleted = 37,
+    HSVNNotifyActionMergeCompleted = 38,
+    HSVNNotifyActionTreeConflict = 39,
+    HSVNNotifyActionFailedExternal = 40,
+    HSVNNotifyActionUpdateStarted = 0x10000,
+    HSVNNotifyActionUpdateSucceeded = 0x10001,
+    HSVNNotifyActionUpdateFailed = 0x10002,
+    HSVNNotifyActionCommitStarted = 0x10003,
+    HSVNNotifyActionCommitSucceeded = 0x10004,
+    HSVNNotifyActionCommitFailed = 0x10005,
+    HSVNNotifyActionCheckOutStarted = 0x10006,
+    HSVNNotifyActionCheckOutSucceeded = 0x10007,
+    HSVNNotifyActionCheckOutFailed = 0x10008,
+    HSVNNotifyActionImportStarted = 0x10009,
+    HSVNNotifyActionImportSucceeded = 0x1000a,
+    HSVNNotifyActionImportFailed = 0x1000b,
+    HSVNNotifyActionExportStarted = 0x1000c,
+    HSVNNotifyActionExportSucceeded = 0x1000d,
+    HSVNNotifyActionExportFailed = 0x1000e,
+    HSVNNotifyActionInternalExportStarted = 0x1000f
+};
+
+/// One report of a running operation: an item's progress as Subversion sends it, or the start or end of an operation.
+///
+/// Built on the thread that runs the operation, filled by its setters, and not changed once it is sent.
+class HSVN_EXPORT HSVNNotification : public HSVNArchivable
+{
+  public:
+    /// Action -1, node kind 3 (unknown), revision -1, the three states 1 (unknown), all else nil.
+    HSVNNotification() = default;
+    explicit HSVNNotification(HSVNCoder* decoder);
+
+    /// A new notification with the defaults.
+    static std::shared_ptr<HSVNNotification> notification();
+    /// The same with the action set.
+    static std::shared_ptr<HSVNNotification> notificationWithAction(std::int32_t action);
+    /// The constant's name, such as "HSVNNotifyActionAdd"; "<unknown> (41)" for a value without one.
+    static std::string stringForAction(std::int32_t action);
+
+    /// The item concerned, as Subversion reports it.
+    const std::optional<std::string>& path() const { return _path; }
+    void setPath(std::optional<std::string> path) { _path = std::move(path); }
+    /// A common prefix that may be left out when the path is shown.
+    const std::optional<std::string>& pathPrefix() const { return _pathPrefix; }
+    void setPathPrefix(std::optional<std::string> pathPrefix) { _pathPrefix = std::move(pathPrefix); }
+    /// The item's repository URL, when Subversion gives one.
+    const std::shared_ptr<const HSVNURL>& URL() const { return _url; }
+    void setURL(std::shared_ptr<const HSVNURL> url) { _url = std::move(url); }
+    /// A second path, such as the target of a copy.
+    const std::shared_ptr<const HSVNPath>& alternatePath() const { return _alternatePath; }
+    void setAlternatePath(std::shared_ptr<const HSVNPath> alternatePath) { _alternatePath = std::move(alternatePath); }
+    /// A `HSVNNotifyAction`, or a newer Subversion's value.
+    std::int32_t action() const { return _action; }
+    void setAction(std::int32_t action) { _action = action; }
+    /// A `svn_node_kind_t`.
+    std::int32_t nodeKind() const { return _nodeKind; }
+    void setNodeKind(std::int32_t nodeKind) { _nodeKind = nodeKind; }
+    /// The lock concerned.
+    const std::shared_ptr<const HSVNLock>& lock() const { return _lock; }
+    void setLock(std::shared_ptr<const HSVNLock> lock) { _lock = std::move(lock); }
+    /// The error that Subversion attached, or that ended the operation.
+    const HSVNPlatformExceptionRef& error() const { return _error; }
+    void setError(HSVNPlatformExceptionRef error) { _error = std::move(error); }
+    /// The revision concerned, `HSVNInvalidRevision` for none.
+    HSVNRevisionNumber revision() const { return _revision; }
+    void setRevision(HSVNRevisionNumber revision) { _revision = revision; }
+    /// The text's `svn_wc_notify_state_t`.
+    std::int32_t contentState() const { return _contentState; }
+    void setContentState(std::int32_t contentState) { _contentState = contentState; }
+    /// The properties' `svn_wc_notify_state_t`.
+    std::int32_t propertyState() const { return _propertyState; }
+    void setPropertyState(std::int32_t propertyState) { _propertyState = propertyState; }
+    /// A `svn_wc_notify_lock_state_t`.
+    std::int32_t lockState() const { return _lockState; }
+    void setLockState(std::int32_t lockState) { _lockState = lockState; }
+    /// The property concerned, in property notifications.
+    const std::optional<std::string>& propertyName() const { return _propertyName; }
+    void setPropertyName(std::optional<std::string> propertyName) { _propertyName = std::move(propertyName); }
+
+    /// A new notification of the same class that shares every field.
+    virtual std::shared_ptr<HSVNNotification> copy() const;
+
+    std::string className() const override { return "HSVNNotification"; }
+    /// The fields; path prefix, URL and property name are not shown.
+    std::string description() const override;
+    /// Keys: "path", "alternatePath", "action", "nodeKind", "lock", "error", "revision", "contentState",
+    /// "propertyState", "lockState", "pathPrefix", "url", "propertyName".
+    void encodeWithCoder(HSVNCoder* encoder) const override;
+
+  private:
+    std::optional<std::string> _path;
+    std::optional<std::string> _pathPrefix;
+    std::shared_ptr<const HSVNURL> _url;
+    std::shared_ptr<const HSVNPath> _alternatePath;
+    std::int32_t _action = HSVNNotifyActionUnknown;
+    std::int32_t _nodeKind = HSVNNodeKindUnknown;
+    std::shared_ptr<const HSVNLock> _lock;
+    HSVNPlatformExceptionRef _error;
+    HSVNRevisionNumber _revision = HSVNInvalidRevision;
+    std::int32_t _contentState = 1;  // svn_wc_notify_state_unknown
+    std::int32_t _propertyState = 1; // svn_wc_notify_state_unknown
+    std::int32_t _lockState = 1;     // svn_wc_notify_lock_state_unknown
+    std::optional<std::string> _propertyName;
+};

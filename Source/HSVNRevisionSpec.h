@@ -1,0 +1,112 @@
+#pragma once
+
+#include "HSVNRevision.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+
+class HSVNRevisionSpec;
+class HSVNMutableRevisionSpec;
+
+using HSVNRevisionSpecRef = std::shared_ptr<const HSVNRevisionSpec>;
+using HSVNMutableRevisionSpecRef = std::shared_ptr<HSVNMutableRevisionSpec>;
+
+/// The two revisions that address an item in a repository: the peg revision says in which revision the path is looked
+/// up, the operative revision which state of that item is wanted. An unset side is UNSPECIFIED, never nil. Immutable.
+class HSVN_EXPORT HSVNRevisionSpec : public HSVNArchivable
+{
+  public:
+    /// The peg revision stays UNSPECIFIED. Not nil ("theOperativeRevision != nil").
+    explicit HSVNRevisionSpec(HSVNRevisionRef theOperativeRevision);
+    /// Neither may be nil ("theOperativeRevision != nil", "thePegRevision != nil").
+    HSVNRevisionSpec(HSVNRevisionRef theOperativeRevision, HSVNRevisionRef thePegRevision);
+    /// @throws HSVNInvalidArgumentException "Keyed archiver required", or for a revision that is missing
+    explicit HSVNRevisionSpec(HSVNCoder* decoder);
+
+    /// The shared specifications: this operative revision, peg UNSPECIFIED; each call returns the same object.
+    static const HSVNRevisionSpecRef& HEAD();
+    static const HSVNRevisionSpecRef& WORKING();
+    static const HSVNRevisionSpecRef& BASE();
+    static const HSVNRevisionSpecRef& PREVIOUS();
+    static const HSVNRevisionSpecRef& COMMITTED();
+    static const HSVNRevisionSpecRef& UNSPECIFIED();
+    static const HSVNRevisionSpecRef& MINE();
+
+    static HSVNRevisionSpecRef revisionWithRevision(const HSVNRevisionRef& operativeRevision);
+    static HSVNRevisionSpecRef revisionWithRevision(const HSVNRevisionRef& operativeRevision,
+                                                    const HSVNRevisionRef& pegRevision);
+    /// The operative revision stays UNSPECIFIED.
+    static HSVNRevisionSpecRef pegRevisionWithRevision(const HSVNRevisionRef& pegRevision);
+    static HSVNRevisionSpecRef revisionWithNumber(HSVNRevisionNumber number);
+    static HSVNRevisionSpecRef revisionAtDate(const std::optional<HSVNDate>& date);
+    static HSVNRevisionSpecRef pegRevisionWithNumber(HSVNRevisionNumber number);
+    static HSVNRevisionSpecRef pegRevisionAtDate(const std::optional<HSVNDate>& date);
+
+    const HSVNRevisionRef& operativeRevision() const { return _operativeRevision; }
+    const HSVNRevisionRef& pegRevision() const { return _pegRevision; }
+    /// The operative revision unless it is UNSPECIFIED, else the peg revision.
+    const HSVNRevisionRef& keyRevision() const;
+    /// The key revision's number, `HSVNInvalidRevision` when it has none.
+    HSVNRevisionNumber number() const { return keyRevision()->number(); }
+    /// The key revision's date, nil when it has none.
+    std::optional<HSVNDate> date() const { return keyRevision()->date(); }
+    /// Whether the key revision is a relative one.
+    bool isRelative() const { return keyRevision()->isRelative(); }
+
+    /// An immutable specification with the same revisions.
+    HSVNRevisionSpecRef copy() const;
+    /// A specification with the same revisions that can be changed.
+    HSVNMutableRevisionSpecRef mutableCopy() const;
+    /// Equality of both revisions, whether mutable or not; nil gives false.
+    bool isEqual(const HSVNRevisionSpecRef& other) const { return other && *this == *other; }
+    std::size_t hash() const { return _operativeRevision->hash() ^ _pegRevision->hash(); }
+
+    std::string className() const override { return "HSVNRevisionSpec"; }
+    /// Both descriptions, such as "123@HEAD" and "HEAD@UNSPECIFIED".
+    std::string description() const override;
+    /// Keys: "operativeRevision", "pegRevision".
+    void encodeWithCoder(HSVNCoder* encoder) const override;
+
+    HSVN_EXPORT friend bool operator==(const HSVNRevisionSpec& a, const HSVNRevisionSpec& b);
+
+  protected:
+    /// Nil unsets the side: it becomes UNSPECIFIED.
+    void assignOperativeRevision(HSVNRevisionRef revision);
+    void assignPegRevision(HSVNRevisionRef revision);
+
+  private:
+    HSVNRevisionRef _operativeRevision;
+    HSVNRevisionRef _pegRevision;
+};
+
+/// A revision specification that can be changed; for use by one thread.
+class HSVN_EXPORT HSVNMutableRevisionSpec : public HSVNRevisionSpec
+{
+  public:
+    using HSVNRevisionSpec::HSVNRevisionSpec;
+
+    static HSVNMutableRevisionSpecRef revisionWithRevision(const HSVNRevisionRef& operativeRevision);
+    static HSVNMutableRevisionSpecRef revisionWithRevision(const HSVNRevisionRef& operativeRevision,
+                                                           const HSVNRevisionRef& pegRevision);
+    static HSVNMutableRevisionSpecRef pegRevisionWithRevision(const HSVNRevisionRef& pegRevision);
+    static HSVNMutableRevisionSpecRef revisionWithNumber(HSVNRevisionNumber number);
+    static HSVNMutableRevisionSpecRef revisionAtDate(const std::optional<HSVNDate>& date);
+    static HSVNMutableRevisionSpecRef pegRevisionWithNumber(HSVNRevisionNumber number);
+    static HSVNMutableRevisionSpecRef pegRevisionAtDate(const std::optional<HSVNDate>& date);
+
+    /// Nil unsets the operative revision.
+    void setOperativeRevision(HSVNRevisionRef revision) { assignOperativeRevision(std::move(revision)); }
+    /// Nil unsets the peg revision.
+    void setPegRevision(HSVNRevisionRef revision) { assignPegRevision(std::move(revision)); }
+
+    std::string className() const override { return "HSVNMutableRevisionSpec"; }
+};
+
+template <>
+struct std::hash<HSVNRevisionSpec>
+{
+    std::size_t operator()(const HSVNRevisionSpec& spec) const noexcept { return spec.hash(); }
+};
