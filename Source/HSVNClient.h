@@ -1,0 +1,67 @@
+#pragma once
+
+#include "HSVNClientDelegate.h"
+#include "HSVNContext.h"
+#include "HSVNExport.h"
+
+#include <memory>
+#include <string>
+
+class HSVNClient;
+class HSVNLogMessageDelegate;
+using HSVNClientRef = std::shared_ptr<HSVNClient>;
+
+/// The context that operations are normally given: one Subversion line, the user's configuration and stored
+/// credentials, and a delegate that answers what Subversion asks while an operation runs.
+///
+/// A client serves one thread at a time; `delegate` and `setDelegate` are guarded by its lock.
+class HSVN_EXPORT HSVNClient : public HSVNContext
+{
+  public:
+    /// A client of the loader's default bundle.
+    ///
+    /// @param delegate  who answers; may be nil; not kept alive
+    static HSVNClientRef clientWithDelegate(const HSVNClientDelegateRef& delegate);
+
+    /// A client of the loader's default bundle (`initWithDelegate:`).
+    explicit HSVNClient(const HSVNClientDelegateRef& delegate = nullptr);
+    /// A client of the given line (`initWithBundle:delegate:`).
+    ///
+    /// @param bundle  the line; nil means the loader's default bundle
+    /// @throws HSVNException when the user's configuration cannot be read (svn_config_get_config)
+    HSVNClient(const HSVNBundleRef& bundle, const HSVNClientDelegateRef& delegate);
+
+    std::string className() const override { return "HSVNClient"; }
+
+    /// Changes the line: the Subversion context is made anew with the user's configuration and all callbacks.
+    void setBundle(const HSVNBundleRef& bundle) override;
+
+    /// Who answers; nil when there is none or when it is gone.
+    HSVNClientDelegateRef delegate() const;
+    /// Changes who answers, at any time; may be nil. The delegate is not kept alive.
+    void setDelegate(const HSVNClientDelegateRef& delegate);
+
+    /// Reads the user's configuration area again, as after the application changed it.
+    void refreshConfiguration();
+
+    /// Hands a notification to the delegate, when it answers `notify`.
+    ///
+    /// @throws an assertion "Invalid parameter not satisfying: notification != nil"
+    void notify(const std::shared_ptr<const HSVNNotification>& notification) override;
+
+    /// The delegate's answer to `queryContinue`; true when it answers none.
+    bool queryContinue();
+
+  private:
+    friend struct HSVNClientInternals;
+
+    void setupConfiguration();
+    void setupAuthentication();
+    void setupLogCallback();
+    void setupNotificationCallback();
+    void setupCancellationCallback();
+
+    std::weak_ptr<HSVNClientDelegate> _delegate;
+    std::shared_ptr<HSVNLogMessageDelegate> _installedDelegate; // the library's own, left in place
+    bool _respondsToQueryContinue = false;
+};

@@ -1,0 +1,41 @@
+#include "HSVNClientDelegate.h"
+
+#include "HSVNPlatformException.h"
+
+namespace {
+
+[[noreturn]] void failUnanswered(const char* message)
+{
+    throw HSVNInvalidArgumentException(std::string{"the delegate does not answer "} + message);
+}
+
+} // namespace
+
+HSVNClientDelegate::~HSVNClientDelegate() = default;
+
+bool HSVNClientDelegate::respondsTo(HSVNClientDelegateMessage) const { return false; }
+
+bool HSVNClientDelegate::promptForCredentials(HSVNContext&, const HSVNCredentialsRef&,
+                                              const std::optional<std::string>&, bool&)
+{
+    failUnanswered("context:promptForCredentials:fromRealm:mayStore:");
+}
+
+bool HSVNClientDelegate::promptForAuthenticationErrors(HSVNContext&, std::uint32_t, const HSVNCertificateRef&,
+                                                       const std::optional<std::string>&, bool, bool&)
+{
+    failUnanswered("context:promptForAuthenticationErrors:inCertificate:fromRealm:mayStore:permanent:");
+}
+
+bool HSVNClientDelegate::promptForLogMessage(HSVNContext&, std::string&,
+                                             const std::vector<std::shared_ptr<HSVNCommitItem>>&)
+{
+    failUnanswered("context:promptForLogMessage:forCommitItems:");
+}
+
+void HSVNClientDelegate::notify(HSVNContext&, const std::shared_ptr<const HSVNNotification>&)
+{
+    failUnanswered("context:notify:");
+}
+
+bool HSVNClientDelegate::queryContinue(HSVNContext&) { failUnanswered("context:queryContinue:"); }

@@ -1,0 +1,222 @@
+#pragma once
+
+#include "HSVNCertificate.h"
+#include "HSVNCredentials.h"
+#include "HSVNExport.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+class HSVNCommitItem;
+class HSVNContext;
+class HSVNNotification;
+
+/// The messages that a client sends its delegate.
+enum class HSVNClientDelegateMessage : std::uint8_t
+{
+    promptForCredentials,
+    promptForAuthenticationErrors,
+    promptForLogMessage,
+    notify,
+    queryContinue
+};
+
+/// What an application answers while an operation runs.
+///
+/// Every message is optional: it is sent only when `respondsTo` answers true for it. Applications do not derive from
+/// this class; they write a class with any of its functions and hand it over through `HSVNClientDelegateFor`, which
+/// finds out at compile time which ones there are.
+///
+/// A delegate is called on the thread of the operation that asks, and belongs to the application: a client does not
+/// keep it alive. An exception that a delegate throws never passes through Subversion; the documentation of each
+/// function tells where it goes. `context` is the asking client.
+class HSVN_EXPORT HSVNClientDelegate
+{
+  public:
+    virtual ~HSVNClientDelegate();
+
+    /// Whether the delegate answers the message; none unless a subclass says so.
+    virtual bool respondsTo(HSVNClientDelegateMessage message) const;
+
+    /// Asks for a user name and a password. Without an answer, the operation fails with "Delegate not installed".
+    ///
+    /// @param credentials  to be filled in; the user name is set already when Subversion proposes one
+    /// @param realm        the server's name for what it protects; nil when Subversion gives none
+    /// @param mayStore     in: whether Subversion is allowed to store the answer; out: whether it shall
+    /// @return false to cancel: the operation fails with `HSVNOperationCancelledException`
+    ///
+    /// When it throws, the operation fails with "Credentials delegate raised an exception", status 20014.
+    virtual bool promptForCredentials(HSVNContext& context, const HSVNCredentialsRef& credentials,
+                                      const std::optional<std::string>& realm, bool& mayStore);
+
+    /// Asks whether to trust a server's certificate. Without an answer it is rejected.
+    ///
+    /// @param failures   bits of `HSVNCertificateFailure`
+    /// @param realm      the server; nil when Subversion gives none
+    /// @param mayStore   whether Subversion may store the answer
+    /// @param permanent  out: whether it shall, false at first
+    /// @return false to reject the certificate
+    ///
+    /// When it throws, the operation fails with "SSL server prompt delegate raised an exception", status 20014.
+    virtual bool promptForAuthenticationErrors(HSVNContext& context, std::uint32_t failures,
+                                               const HSVNCertificateRef& certificate,
+                                               const std::optional<std::string>& realm, bool mayStore, bool& permanent);
+
+    /// Asks for the message of a commit. Without an answer the message is empty.
+    ///
+    /// @param message  to be filled in, UTF-8, empty at first
+    /// @param items    what is going to be committed
+    /// @return false to abort the commit, which then commits nothing
+    ///
+    /// When it throws, the commit is stopped and the exception reaches the operation's caller.
+    virtual bool promptForLogMessage(HSVNContext& context, std::string& message,
+                                     const std::vector<std::shared_ptr<HSVNCommitItem>>& items);
+
+    /// Tells of progress.
+    ///
+    /// When it throws, the operation is stopped as soon as Subversion allows, and the exception reaches its caller.
+    virtual void notify(HSVNContext& context, const std::shared_ptr<const HSVNNotification>& notification);
+
+    /// Asks, again and again, whether to go on. Without an answer operations are never cancelled.
+    ///
+    /// @return false to cancel: the operation fails with `HSVNOperationCancelledException`
+    ///
+    /// A `HSVNPlatformException` thrown here is ignored and the operation goes on; any other exception stops it and
+    /// reaches its caller.
+    virtual bool queryContinue(HSVNContext& context);
+
+  protected:
+    HSVNClientDelegate() = default;
+    HSVNClientDelegate(const HSVNClientDelegate&) = default;
+    HSVNClientDelegate& operator=(const HSVNClientDelegate&) = default;
+};
+
+using HSVNClientDelegateRef = std::shared_ptr<HSVNClientDelegate>;
+
+/// Makes a delegate of an application's class, which declares whichever of `HSVNClientDelegate`'s functions it answers:
+///
+///     struct Listener
+///     {
+///         void notify(HSVNContext&, const HSVNNotificationRef& notification);
+///     };
+///     auto delegate = std::make_shared<HSVNClientDelegateFor<Listener>>(arguments of Listener's constructor...);
+///     auto client = HSVNClient::clientWithDelegate(delegate);
+///
+/// A function that bears a message's name but cannot be called with the message's arguments does not compile.
+template <class Application>
+class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
+{
+  public:
+    template <class... Arguments>
+    explicit HSVNClientDelegateFor(Arguments&&... arguments) : Application{std::forward<Arguments>(arguments)...}
+    {
+    }
+
+    bool respondsTo(HSVNClientDelegateMessage message) const override
+    {
+        switch (message) {
+        case HSVNClientDelegateMessage::promptForCredentials:
+            return answersCredentials;
+        case HSVNClientDelegateMessage::promptForAuthenticationErrors:
+            return answersCertificates;
+        case HSVNClientDelegateMessage::promptForLogMessage:
+            return answersLogMessages;
+        case HSVNClientDelegateMessage::notify:
+            return answersNotifications;
+        case HSVNClientDelegateMessage::queryContinue:
+            return answersContinuation;
+        }
+        return false;
+    }
+
+    bool promptForCredentials(HSVNContext& context, const HSVNCredentialsRef& credentials,
+                              const std::optional<std::string>& realm, bool& mayStore) override
+    {
+        if constexpr (answersCredentials) {
+            return Application::promptForCredentials(context, credentials, realm, mayStore);
+        } else {
+            return HSVNClientDelegate::promptForCredentials(context, credentials, realm, mayStore);
+        }
+    }
+
+    bool promptForAuthenticationErrors(HSVNContext& context, std::uint32_t failures,
+                                       const HSVNCertificateRef& certificate, const std::optional<std::string>& realm,
+                                       bool mayStore, bool& permanent) override
+    {
+        if constexpr (answersCertificates) {
+            return Application::promptForAuthenticationErrors(context, failures, certificate, realm, mayStore,
+                                                              permanent);
+        } else {
+            return HSVNClientDelegate::promptForAuthenticationErrors(context, failures, certificate, realm, mayStore,
+                                                                     permanent);
+        }
+    }
+
+    bool promptForLogMessage(HSVNContext& context, std::string& message,
+                             const std::vector<std::shared_ptr<HSVNCommitItem>>& items) override
+    {
+        if constexpr (answersLogMessages) {
+            return Application::promptForLogMessage(context, message, items);
+        } else {
+            return HSVNClientDelegate::promptForLogMessage(context, message, items);
+        }
+    }
+
+    void notify(HSVNContext& context, const std::shared_ptr<const HSVNNotification>& notification) override
+    {
+        if constexpr (answersNotifications) {
+            Application::notify(context, notification);
+        } else {
+            HSVNClientDelegate::notify(context, notification);
+        }
+    }
+
+    bool queryContinue(HSVNContext& context) override
+    {
+        if constexpr (answersContinuation) {
+            return Application::queryContinue(context);
+        } else {
+            return HSVNClientDelegate::queryContinue(context);
+        }
+    }
+
+  private:
+    static constexpr bool answersCredentials =
+        requires(Application & a, HSVNContext& context, const HSVNCredentialsRef& credentials,
+                 const std::optional<std::string>& realm, bool& mayStore)
+    {
+        bool{a.promptForCredentials(context, credentials, realm, mayStore)};
+    };
+    static constexpr bool answersCertificates =
+        requires(Application & a, HSVNContext& context, const HSVNCertificateRef& certificate,
+                 const std::optional<std::string>& realm, bool& permanent)
+    {
+        bool{a.promptForAuthenticationErrors(context, std::uint32_t{}, certificate, realm, bool{}, permanent)};
+    };
+    static constexpr bool answersLogMessages = requires(Application & a, HSVNContext& context, std::string& message,
+                                                        const std::vector<std::shared_ptr<HSVNCommitItem>>& items)
+    {
+        bool{a.promptForLogMessage(context, message, items)};
+    };
+    static constexpr bool answersNotifications =
+        requires(Application & a, HSVNContext& context, const std::shared_ptr<const HSVNNotification>& notification)
+    {
+        a.notify(context, notification);
+    };
+    static constexpr bool answersContinuation = requires(Application & a, HSVNContext& context)
+    {
+        bool{a.queryContinue(context)};
+    };
+
+    // A function with a message's name and other arguments would silently never be called.
+    static_assert(answersCredentials || !requires { &Application::promptForCredentials; });
+    static_assert(answersCertificates || !requires { &Application::promptForAuthenticationErrors; });
+    static_assert(answersLogMessages || !requires { &Application::promptForLogMessage; });
+    static_assert(answersNotifications || !requires { &Application::notify; });
+    static_assert(answersContinuation || !requires { &Application::queryContinue; });
+};

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "HSVNClient.h"
+#include "HSVNExport.h"
+#include "HSVNLogMessageDelegate.h"
+#include "HSVNSubversionPrivate.h"
+
+/// The client's parts that other operations of the library use, and the callbacks that it gives Subversion, each with
+/// the client as baton. No exception leaves a callback.
+struct HSVN_EXPORT HSVNClientInternals
+{
+    /// Makes a log-message delegate the client's delegate and keeps it alive until another delegate is set.
+    static void installLogMessageDelegate(HSVNClient& client, const HSVNLogMessageDelegateRef& delegate);
+
+    static svn_error_t* promptForCredentials(svn_auth_cred_simple_t** answer, void* baton, const char* realm,
+                                             const char* username, svn_boolean_t maySave, apr_pool_t* pool) noexcept;
+    static svn_error_t* promptForCertificateTrust(svn_auth_cred_ssl_server_trust_t** answer, void* baton,
+                                                  const char* realm, apr_uint32_t failures,
+                                                  const svn_auth_ssl_server_cert_info_t* information,
+                                                  svn_boolean_t maySave, apr_pool_t* pool) noexcept;
+    static svn_error_t* promptForLogMessage(const char** message, const char** temporaryFile,
+                                            const apr_array_header_t* items, void* baton, apr_pool_t* pool) noexcept;
+    static void notify(void* baton, const svn_wc_notify_t* record, apr_pool_t* pool) noexcept;
+    static svn_error_t* queryContinue(void* baton) noexcept;
+};

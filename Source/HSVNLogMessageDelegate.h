@@ -1,0 +1,48 @@
+#pragma once
+
+#include "HSVNClientDelegate.h"
+#include "HSVNExport.h"
+#include "HSVNObject.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+class HSVNLogMessageDelegate;
+using HSVNLogMessageDelegateRef = std::shared_ptr<HSVNLogMessageDelegate>;
+
+/// A substitute delegate that answers every question for a log message with one text, so that one answer serves several
+/// commits, and passes every other message on to the next delegate.
+class HSVN_EXPORT HSVNLogMessageDelegate : public HSVNObject, public HSVNClientDelegate
+{
+  public:
+    /// @param message       the log message, UTF-8
+    /// @param nextDelegate  who answers everything else; may be nil; not kept alive
+    static HSVNLogMessageDelegateRef delegateWithMessage(std::string message,
+                                                         const HSVNClientDelegateRef& nextDelegate);
+    HSVNLogMessageDelegate(std::string message, const HSVNClientDelegateRef& nextDelegate);
+
+    std::string className() const override { return "HSVNLogMessageDelegate"; }
+
+    /// Log messages always; any other message when the next delegate answers it.
+    bool respondsTo(HSVNClientDelegateMessage message) const override;
+    /// Fills in the stored message and answers true, whatever the items.
+    bool promptForLogMessage(HSVNContext& context, std::string& message,
+                             const std::vector<std::shared_ptr<HSVNCommitItem>>& items) override;
+
+    // The rest is the next delegate's to answer, or fails.
+    bool promptForCredentials(HSVNContext& context, const HSVNCredentialsRef& credentials,
+                              const std::optional<std::string>& realm, bool& mayStore) override;
+    bool promptForAuthenticationErrors(HSVNContext& context, std::uint32_t failures,
+                                       const HSVNCertificateRef& certificate, const std::optional<std::string>& realm,
+                                       bool mayStore, bool& permanent) override;
+    void notify(HSVNContext& context, const std::shared_ptr<const HSVNNotification>& notification) override;
+    bool queryContinue(HSVNContext& context) override;
+
+  private:
+    HSVNClientDelegateRef nextFor(HSVNClientDelegateMessage message) const;
+
+    std::string _message;
+    std::weak_ptr<HSVNClientDelegate> _nextDelegate;
+};
