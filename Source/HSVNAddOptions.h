@@ -1,0 +1,33 @@
+#pragma once
+
+#include "HSVNExport.h"
+#include "HSVNOptions.h"
+
+#include <memory>
+#include <string>
+
+/// Choices for putting items under version control.
+class HSVN_EXPORT HSVNAddOptions : public HSVNOptionsOf<HSVNAddOptions>
+{
+  public:
+    static constexpr const char* staticClassName = "HSVNAddOptions";
+
+    /// Add everything below a folder too. Initially `true`.
+    bool recursive() const { return _recursive; }
+    void setRecursive(bool recursive) { _recursive = recursive; }
+    /// Do not fail on items that are under version control already. Initially `true`.
+    bool force() const { return _force; }
+    void setForce(bool force) { _force = force; }
+    /// Leave items out that match an ignore pattern. Initially `true`.
+    bool matchIgnorePatterns() const { return _matchIgnorePatterns; }
+    void setMatchIgnorePatterns(bool matchIgnorePatterns) { _matchIgnorePatterns = matchIgnorePatterns; }
+
+    std::string description() const override;
+
+  private:
+    bool _recursive = true;
+    bool _force = true;
+    bool _matchIgnorePatterns = true;
+};
+
+using HSVNAddOptionsRef = std::shared_ptr<const HSVNAddOptions>;

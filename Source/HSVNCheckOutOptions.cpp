@@ -1,0 +1,14 @@
+#include "HSVNCheckOutOptions.h"
+
+#include "HSVNRevisionSpec.h"
+
+#include <fmt/format.h>
+
+HSVNCheckOutOptions::HSVNCheckOutOptions() { setRevision(HSVNRevisionSpec::HEAD()); }
+
+std::string HSVNCheckOutOptions::description() const
+{
+    return fmt::format("{{ {}, depth: {:d},  processExternals: {:d}, allowUnversionedObstructions: {:d}}}",
+                       HSVNOptionsWithRevision::description(), std::int32_t{_depth}, _processExternals,
+                       _allowUnversionedObstructions);
+}

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "HSVNExport.h"
+#include "HSVNOptionsWithRevision.h"
+#include "HSVNTypes.h"
+
+#include <memory>
+#include <string>
+
+/// Choices for checking out a new working copy. The inherited `revision` is initially `HSVNRevisionSpec::HEAD()`.
+class HSVN_EXPORT HSVNCheckOutOptions : public HSVNOptionsOf<HSVNCheckOutOptions, HSVNOptionsWithRevision>
+{
+  public:
+    static constexpr const char* staticClassName = "HSVNCheckOutOptions";
+
+    HSVNCheckOutOptions();
+
+    /// Check externals out too. Initially `true`.
+    bool processExternals() const { return _processExternals; }
+    void setProcessExternals(bool processExternals) { _processExternals = processExternals; }
+    /// Take unversioned items that are in the way as local changes; Subversion 1.5 and later. Initially `false`.
+    bool allowUnversionedObstructions() const { return _allowUnversionedObstructions; }
+    void setAllowUnversionedObstructions(bool allow) { _allowUnversionedObstructions = allow; }
+    /// How deep to check out; neither unknown nor exclude. Initially `HSVNDepthInfinity`.
+    HSVNDepth depth() const { return _depth; }
+    void setDepth(HSVNDepth depth) { _depth = depth; }
+
+    std::string description() const override;
+
+  private:
+    bool _processExternals = true;
+    bool _allowUnversionedObstructions = false;
+    HSVNDepth _depth = HSVNDepthInfinity;
+};
+
+using HSVNCheckOutOptionsRef = std::shared_ptr<const HSVNCheckOutOptions>;

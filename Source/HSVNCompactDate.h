@@ -1,0 +1,30 @@
+#pragma once
+
+#include "HSVNDate.h"
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+
+/// A date that may be nil in eight bytes. The earliest moment that the number could hold stands for nil.
+class HSVNCompactDate
+{
+  public:
+    constexpr HSVNCompactDate() = default;
+    constexpr HSVNCompactDate(const std::optional<HSVNDate>& date) // NOLINT(google-explicit-constructor)
+        : _microseconds{date ? date->microsecondsSince1970() : nil}
+    {
+    }
+
+    constexpr std::optional<HSVNDate> value() const
+    {
+        return _microseconds == nil ? std::nullopt : std::optional{HSVNDate{_microseconds}};
+    }
+
+    /// Order in time; nil comes first.
+    friend constexpr auto operator<=>(const HSVNCompactDate&, const HSVNCompactDate&) = default;
+
+  private:
+    static constexpr std::int64_t nil = std::numeric_limits<std::int64_t>::min();
+    std::int64_t _microseconds = nil;
+};

@@ -1,0 +1,12 @@
+#include "HSVNCopyOptions.h"
+
+#include "HSVNRevision.h"
+
+#include <fmt/format.h>
+
+HSVNCopyOptions::HSVNCopyOptions() : _revision{HSVNRevision::UNSPECIFIED()} {}
+
+std::string HSVNCopyOptions::description() const
+{
+    return fmt::format("{{ {} revision: {} }}", HSVNOptions::description(), HSVNDescription(_revision.get()));
+}

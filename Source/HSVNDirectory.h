@@ -1,0 +1,124 @@
+#pragma once
+
+#include "HSVNExport.h"
+#include "HSVNForward.h"
+#include "HSVNNode.h"
+#include "HSVNStatusKind.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <vector>
+
+class HSVNCheckOutOptions;
+
+/// A versioned folder, with the combined status of everything below it that a status scan visited. It keeps no list of
+/// its children: the operations that list them answer them beside it.
+class HSVN_EXPORT HSVNDirectory : public HSVNNode
+{
+  public:
+    HSVNDirectory() = default;
+    using HSVNNode::HSVNNode;
+    explicit HSVNDirectory(HSVNCoder* decoder);
+
+    std::string className() const override { return "HSVNDirectory"; }
+    /// Adds the keys "aggregateChildStatus" and "aggregateReposChildStatus".
+    void encodeWithCoder(HSVNCoder* encoder) const override;
+    HSVNNodeRef copy() const override;
+    bool isDirectory() const override { return true; }
+
+    /// The text and property kinds that occur below the folder.
+    HSVNStatusKinds aggregateChildStatus() const { return _aggregateChildStatus; }
+    void setAggregateChildStatus(HSVNStatusKinds kinds) { _aggregateChildStatus = kinds; }
+    /// The repository-side kinds that occur below the folder; none unless the repository was asked.
+    HSVNStatusKinds aggregateRepositoryChildStatus() const { return _aggregateReposChildStatus; }
+    void setAggregateRepositoryChildStatus(HSVNStatusKinds kinds) { _aggregateReposChildStatus = kinds; }
+
+    // Working copy
+
+    /// Whether any of the kinds occurs below the folder.
+    bool hasNodesWithStatus(HSVNStatusKinds kinds) const { return (_aggregateChildStatus & kinds) != 0; }
+    bool hasUnversionedNodes() const { return hasNodesWithStatus(HSVNStatusKindUnversioned); }
+    bool hasAddedNodes() const { return hasNodesWithStatus(HSVNStatusKindAdded); }
+    bool hasMissingNodes() const { return hasNodesWithStatus(HSVNStatusKindMissing); }
+    bool hasDeletedNodes() const { return hasNodesWithStatus(HSVNStatusKindDeleted); }
+    bool hasReplacedNodes() const { return hasNodesWithStatus(HSVNStatusKindReplaced); }
+    bool hasModifiedNodes() const { return hasNodesWithStatus(HSVNStatusKindModified); }
+    bool hasConflictedNodes() const { return hasNodesWithStatus(HSVNStatusKindConflicted); }
+    /// Whether the repository-side kinds are anything but none and normal alone.
+    bool hasNodesChangedInRepository() const
+    {
+        return _aggregateReposChildStatus != HSVNStatusKindNone && _aggregateReposChildStatus != HSVNStatusKindNormal;
+    }
+
+    /// Makes a new working copy.
+    ///
+    /// @param url      the folder to check out; not nil ("url != nil")
+    /// @param path     where the working copy goes; made when missing; not nil ("path != nil")
+    /// @param options  revision, depth, externals and obstruction choices; not nil ("options != nil"), and with a depth
+    ///                 ("[options depth] != HSVNDepthUnknown", "[options depth] != HSVNDepthExclude")
+    /// @param context  not nil ("context != nil")
+    /// @return the working copy's root, at its BASE revision
+    /// @throws HSVNException for every Subversion error, and one named NSInvalidArgumentException, "Incompatible depth
+    ///         argument for 1.4 (HSVNDepthInfinity and HSVNDepthFiles supported)", on a 1.4 bundle
+    ///
+    /// Sends HSVNNotifyActionCheckOutStarted, Subversion's own notifications, then HSVNNotifyActionCheckOutSucceeded or
+    /// HSVNNotifyActionCheckOutFailed. Stands for svn_client_checkout3 (svn_client_checkout2 on a 1.4 bundle).
+    static HSVNDirectoryRef checkoutDirectoryAtURL(const HSVNURLRef& url, const HSVNPathRef& path,
+                                                   const std::shared_ptr<const HSVNCheckOutOptions>& options,
+                                                   const HSVNContextRef& context);
+
+    // Services
+
+    /// The folder at a path in a revision, without a status record.
+    ///
+    /// @param path      a local path or a URL; not nil ("path != nil")
+    /// @param revision  not nil ("revision != nil")
+    /// @param context   not nil ("context != nil")
+    /// @return the folder; nil when a server other than svn and svn+ssh tells nothing
+    /// @throws HSVNNoSuchEntryException "'%@' does not exist", HSVNNotWorkingCopyException "'%@' is not a working copy"
+    ///         for a local path; HSVNInternalInconsistencyException when Subversion tells nothing; HSVNException for
+    ///         every Subversion error
+    /// Stands for svn_client_info.
+    static HSVNDirectoryRef directoryAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
+                                            const HSVNContextRef& context);
+    /// The same, which also tells what is known of the repository.
+    ///
+    /// @param repositoryInfo  where that is stored; may be null
+    static HSVNDirectoryRef directoryAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
+                                            HSVNRepositoryInfoRef* repositoryInfo, const HSVNContextRef& context);
+    /// The folder at a path in a revision together with the items in it.
+    ///
+    /// @param path      a local path or a URL; not nil ("path != nil")
+    /// @param revision  not nil ("revision != nil")
+    /// @param children  where the items are stored, in Subversion's order; may be null
+    /// @param context   not nil ("context != nil")
+    /// @return nil when the item is a file
+    /// @throws HSVNException for every Subversion error
+    /// Stands for svn_client_list.
+    static HSVNDirectoryRef directoryAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
+                                            std::vector<HSVNNodeRef>* children, const HSVNContextRef& context);
+
+    /// Makes a folder, in the repository at once (the log message comes from the context's delegate) or in a working
+    /// copy, scheduled for addition.
+    ///
+    /// @param path     a URL or a local path; not nil ("path != nil")
+    /// @param context  not nil ("context != nil")
+    /// @return the new folder
+    /// @throws HSVNOperationCancelledException "Operation was cancelled" when the log message was refused;
+    ///         HSVNException for every Subversion error
+    static HSVNDirectoryRef createDirectoryAtPath(const HSVNPathRef& path, const HSVNContextRef& context);
+    /// Makes a folder and those of its ancestors below an existing folder that are missing.
+    ///
+    /// @param path       the folder wanted; not nil ("path != nil")
+    /// @param directory  an existing ancestor; not nil ("directoryPath != nil")
+    /// @param context    not nil ("context != nil")
+    /// @return the deepest new folder
+    /// @throws what `createDirectoryAtPath` throws
+    static HSVNDirectoryRef createPath(const HSVNPathRef& path, const HSVNPathRef& directory,
+                                       const HSVNContextRef& context);
+
+  private:
+    HSVNStatusKinds _aggregateChildStatus = HSVNStatusKindNone;
+    HSVNStatusKinds _aggregateReposChildStatus = HSVNStatusKindNone;
+};

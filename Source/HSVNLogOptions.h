@@ -1,0 +1,50 @@
+#pragma once
+
+#include "HSVNExport.h"
+#include "HSVNForward.h"
+#include "HSVNOptions.h"
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <utility>
+
+/// Choices for reading the log of an item.
+class HSVN_EXPORT HSVNLogOptions : public HSVNOptionsOf<HSVNLogOptions>
+{
+  public:
+    static constexpr const char* staticClassName = "HSVNLogOptions";
+
+    HSVNLogOptions();
+
+    /// The most items to deliver; 0 means no limit. Initially `0`.
+    std::int32_t limit() const { return _limit; }
+    void setLimit(std::int32_t limit) { _limit = limit; }
+    /// The revision in which the path is looked up. Initially `HSVNRevision::UNSPECIFIED()`.
+    const HSVNRevisionRef& pegRevision() const { return _pegRevision; }
+    void setPegRevision(HSVNRevisionRef revision) { _pegRevision = std::move(revision); }
+    /// Start of the range. Initially `HSVNRevision::HEAD()`.
+    const HSVNRevisionRef& fromRevision() const { return _fromRevision; }
+    void setFromRevision(HSVNRevisionRef revision) { _fromRevision = std::move(revision); }
+    /// End of the range. Initially revision 0.
+    const HSVNRevisionRef& toRevision() const { return _toRevision; }
+    void setToRevision(HSVNRevisionRef revision) { _toRevision = std::move(revision); }
+    /// Report the paths changed in each revision. Initially `true`.
+    bool discoverChangedPaths() const { return _discoverChangedPaths; }
+    void setDiscoverChangedPaths(bool discover) { _discoverChangedPaths = discover; }
+    /// Follow the item across copies. Initially `true`.
+    bool traverseCopyHistory() const { return _traverseCopyHistory; }
+    void setTraverseCopyHistory(bool traverse) { _traverseCopyHistory = traverse; }
+
+    std::string description() const override;
+
+  private:
+    std::int32_t _limit = 0;
+    HSVNRevisionRef _pegRevision;
+    HSVNRevisionRef _fromRevision;
+    HSVNRevisionRef _toRevision;
+    bool _discoverChangedPaths = true;
+    bool _traverseCopyHistory = true;
+};
+
+using HSVNLogOptionsRef = std::shared_ptr<const HSVNLogOptions>;

@@ -1,0 +1,263 @@
+#pragma once
+
+#include "HSVNCoder.h"
+#include "HSVNCompactDate.h"
+#include "HSVNExport.h"
+#include "HSVNForward.h"
+#include "HSVNSharedText.h"
+#include "HSVNTypes.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+struct svn_dirent_t;
+struct svn_lock_t;
+
+class HSVNAddOptions;
+class HSVNCommitOptions;
+class HSVNResolveOptions;
+class HSVNRevertOptions;
+class HSVNUpdateOptions;
+
+/// The repository's lock on an item against the working copy's own lock token.
+enum HSVNLockStatus : std::int32_t
+{
+    HSVNLockStatusNone = 0,            ///< locked nowhere
+    HSVNLockStatusLockedElsewhere = 1, ///< locked in the repository, no token here
+    HSVNLockStatusLockedHere = 2,      ///< the token here is the repository's lock
+    HSVNLockStatusStolen = 3,          ///< the repository has another lock than the token here
+    HSVNLockStatusBroken = 4,          ///< a token here, and the repository has no lock
+    HSVNLockStatusLockedLocally = 5    ///< a token here, and the repository was not asked
+};
+
+/// One versioned item, a file or a folder, in a working copy or in a repository: which of the two, the kind of its
+/// `path` tells (an HSVNLocalPath or an HSVNURL).
+///
+/// A plain object without locks: once built it may be read by several threads, but not while one of them changes it.
+/// Nodes have no value equality. The operations are static and run on the calling thread.
+class HSVN_EXPORT HSVNNode : public HSVNArchivable
+{
+  public:
+    /// Every object nil, size 0, no properties, revision `HSVNInvalidRevision`.
+    HSVNNode();
+    /// A node of a repository listing; `location` is the path's parent.
+    ///
+    /// @param dirent  size, revision, date, author and whether there are properties; read, not kept
+    /// @param lock    the item's lock; null for none; read, not kept
+    HSVNNode(std::optional<std::string> name, HSVNPathRef path, HSVNURLRef url, const svn_dirent_t* dirent,
+             const svn_lock_t* lock);
+    /// The node that an archive holds.
+    ///
+    /// @throws HSVNInvalidArgumentException "Keyed unarchiver required", or for a value that does not fit its field
+    explicit HSVNNode(HSVNCoder* decoder);
+    /// Shares the status record; `copy` does not.
+    HSVNNode(const HSVNNode& other);
+    HSVNNode& operator=(const HSVNNode&) = delete;
+    ~HSVNNode() override;
+
+    std::string className() const override { return "HSVNNode"; }
+    /// Keys: "name", "path", "location", "url", "size", "revision", "date", "author", "lock", "hasProperties",
+    /// "status".
+    void encodeWithCoder(HSVNCoder* encoder) const override;
+    /// A new node of the same class; the status record is copied, other objects are shared.
+    virtual HSVNNodeRef copy() const;
+    /// Whether this is an HSVNDirectory.
+    virtual bool isDirectory() const { return false; }
+
+    /// The sort order of node lists: folders first, then by path, revision, date (nil first) and size, then by the
+    /// status records' last changed revision and text status.
+    ///
+    /// @param other  may be nil, which sorts first
+    /// @return -1, 0 or 1. A node without a status record is always greater: of two such nodes that are otherwise equal
+    ///         each compares greater than the other, so this is no order for std::sort on such lists.
+    std::int32_t compare(const HSVNNode* other) const;
+    std::int32_t compare(const HSVNNodeRef& other) const { return compare(other.get()); }
+
+    /// The last path component as shown to the user.
+    std::optional<std::string> name() const;
+    void setName(std::optional<std::string> name);
+    const HSVNPathRef& path() const { return _path; }
+    void setPath(HSVNPathRef path);
+    /// The folder or URL that contains the item.
+    const HSVNPathRef& location() const { return _location; }
+    void setLocation(HSVNPathRef location) { _location = std::move(location); }
+    /// Where the item is in the repository, for a working-copy item too; may be nil.
+    const HSVNURLRef& URL() const { return _url; }
+    void setURL(HSVNURLRef url) { _url = std::move(url); }
+    /// In bytes; 0 when unknown.
+    std::uint64_t size() const { return _size; }
+    void setSize(std::uint64_t size) { _size = size; }
+    /// Revision, date and author of the last change; `HSVNInvalidRevision` and nil when unknown.
+    HSVNRevisionNumber revision() const { return _revision; }
+    void setRevision(HSVNRevisionNumber revision) { _revision = revision; }
+    std::optional<HSVNDate> date() const { return _date.value(); }
+    void setDate(const std::optional<HSVNDate>& date) { _date = date; }
+    std::optional<std::string> author() const { return HSVNTextValue(_author); }
+    void setAuthor(std::optional<std::string> author);
+    /// The author's text itself, to be shared with other nodes.
+    const HSVNSharedText& sharedAuthor() const { return _author; }
+    void setSharedAuthor(HSVNSharedText author) { _author = std::move(author); }
+    /// The repository's lock for a repository node, the working copy's lock token for a working-copy node; may be nil.
+    const HSVNLockRef& lock() const { return _lock; }
+    void setLock(HSVNLockRef lock) { _lock = std::move(lock); }
+    bool hasProperties() const { return _hasProperties; }
+    void setHasProperties(bool hasProperties) { _hasProperties = hasProperties; }
+    /// The working-copy status record; nil for nodes that no status scan made.
+    const HSVNStatusRef& status() const { return _status; }
+    void setStatus(HSVNStatusRef status) { _status = std::move(status); }
+
+    // Working-copy status. A node without a status record answers as if every kind were none and every object nil.
+
+    /// Whether the item can be put under version control: unversioned, ignored, or a file scheduled for deletion that
+    /// is on disk.
+    bool canBeAdded() const;
+    /// Whether the repository was asked and reports a change.
+    bool hasNewerRevisionInRepository() const;
+    HSVNLockStatus lockStatus() const;
+
+    // Factory
+
+    /// The file or folder at a path in a revision, without a status record.
+    ///
+    /// @param path      a local path or a URL; not nil ("path != nil")
+    /// @param revision  not nil ("revision != nil")
+    /// @param context   not nil ("context != nil")
+    /// @return an HSVNDirectory or an HSVNFile
+    /// @throws what `isDirectoryAtPath`, `HSVNDirectory::directoryAtPath` and `HSVNFile::fileAtPath` throw
+    static HSVNNodeRef nodeAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
+                                  const HSVNContextRef& context);
+
+    // Working copy
+
+    /// Puts an item under version control with the default options.
+    static void add(const HSVNPathRef& path, const HSVNContextRef& context);
+    /// Puts an item under version control.
+    ///
+    /// @param path     the item; not nil ("path != nil")
+    /// @param options  recursion, force and ignore patterns; not nil ("options != nil")
+    /// @param context  not nil ("context != nil")
+    /// @throws HSVNException for every Subversion error
+    /// Stands for svn_client_add3.
+    static void add(const HSVNPathRef& path, const std::shared_ptr<const HSVNAddOptions>& options,
+                    const HSVNContextRef& context);
+
+    /// Undoes local changes.
+    ///
+    /// @param nodePaths  items of working copies
+    /// @param options    recursion; not nil ("options != nil")
+    /// @param context    not nil ("context != nil")
+    /// @throws HSVNException for every Subversion error
+    /// Stands for svn_client_revert.
+    static void revertNodes(const std::vector<HSVNPathRef>& nodePaths,
+                            const std::shared_ptr<const HSVNRevertOptions>& options, const HSVNContextRef& context);
+
+    /// Marks the conflicts of an item as resolved and removes the files that they left.
+    ///
+    /// @param path     the item; not nil ("path != nil")
+    /// @param options  recursion; not nil ("options != nil")
+    /// @param context  not nil ("context != nil")
+    /// @throws HSVNException for every Subversion error
+    /// Stands for svn_client_resolved.
+    static void resolveNodeAtPath(const HSVNPathRef& path, const std::shared_ptr<const HSVNResolveOptions>& options,
+                                  const HSVNContextRef& context);
+
+    /// Brings working-copy items to a revision.
+    ///
+    /// @param nodePaths   versioned items, any number, in one or several working copies
+    /// @param toRevision  the revision wanted; not nil ("revision != nil")
+    /// @param options     depth, externals and obstruction choices; not nil ("options != nil")
+    /// @param context     not nil ("context != nil")
+    /// @return the revision that each path was brought to, in the order of `nodePaths`
+    /// @throws HSVNException for every Subversion error; HSVNInvalidArgumentException "Invalid revision" for a kind of
+    ///         revision that an update cannot reach, "Invalid depth" for a depth that Subversion 1.4 cannot express
+    ///
+    /// Sends HSVNNotifyActionUpdateStarted, Subversion's own notifications, then HSVNNotifyActionUpdateSucceeded or
+    /// HSVNNotifyActionUpdateFailed. Stands for svn_client_update3 (svn_client_update2 on a 1.4 bundle).
+    static std::vector<HSVNRevisionNumber> updateNodes(const std::vector<HSVNPathRef>& nodePaths,
+                                                       const HSVNRevisionRef& toRevision,
+                                                       const std::shared_ptr<const HSVNUpdateOptions>& options,
+                                                       const HSVNContextRef& context);
+
+    /// Commits local changes; the log message comes from the context's delegate.
+    ///
+    /// @param nodePaths  the items to commit; none commits nothing
+    /// @param options    depth and lock handling; not nil ("options != nil")
+    /// @param context    the client to work through
+    /// @return the new revision, or `HSVNInvalidRevision` when nothing was committed
+    /// @throws HSVNException for every Subversion error; HSVNInvalidArgumentException "Invalid depth" for a depth that
+    ///         Subversion 1.4 cannot express
+    ///
+    /// Sends HSVNNotifyActionCommitStarted, Subversion's own notifications, then HSVNNotifyActionCommitSucceeded or
+    /// HSVNNotifyActionCommitFailed. Stands for svn_client_commit4 (svn_client_commit3 on a 1.4 bundle).
+    static HSVNRevisionNumber commitChangesToNodes(const std::vector<HSVNPathRef>& nodePaths,
+                                                   const std::shared_ptr<const HSVNCommitOptions>& options,
+                                                   const HSVNContextRef& context);
+
+    // Services
+
+    /// The kind of the item at a path in a revision.
+    ///
+    /// @param path      a local path or a URL; not nil ("path != nil")
+    /// @param revision  not nil ("revision != nil")
+    /// @param context   not nil ("context != nil")
+    /// @throws HSVNException for every Subversion error, such as an item that does not exist
+    /// Stands for svn_client_info.
+    static HSVNNodeKind kindOfNodeAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
+                                         const HSVNContextRef& context);
+    /// Whether the item at a path in a revision is a folder; arguments and exceptions as for `kindOfNodeAtPath`.
+    static bool isDirectoryAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
+                                  const HSVNContextRef& context);
+    /// The repository URL of an item.
+    ///
+    /// @param path     a local path or a URL; not nil ("path != nil")
+    /// @param context  not nil ("context != nil")
+    /// @return nil when Subversion reports none
+    /// @throws HSVNException for every Subversion error
+    /// Stands for svn_client_info.
+    static HSVNURLRef URLForNodeAtPath(const HSVNPathRef& path, const HSVNContextRef& context);
+
+    // Services: log message
+
+    /// Asks the context's delegate for a log message.
+    ///
+    /// @param message      where the delegate stores the message; may be null
+    /// @param commitItems  what the message is for
+    /// @param path         the target; not used
+    /// @param context      a client asks its delegate; any other context has none
+    /// @return false when the delegate refused; true without a delegate, the message then untouched
+    static bool promptForLogMessage(std::optional<std::string>* message,
+                                    const std::vector<HSVNCommitItemRef>& commitItems, const HSVNPathRef& path,
+                                    const HSVNContextRef& context);
+    /// The commit items of a move or copy, which Subversion does not tell in advance.
+    ///
+    /// @param sourcePaths  local paths or URLs
+    /// @param destPaths    as many ("[sourcePaths count] == [destPaths count]")
+    /// @param copy         whether the sources stay
+    /// @return for each pair, in order, an item that adds the destination and, unless copying, one that deletes the
+    ///         source
+    static std::vector<HSVNCommitItemRef> commitItemsForMoveOfNodes(const std::vector<HSVNPathRef>& sourcePaths,
+                                                                    const std::vector<HSVNPathRef>& destPaths,
+                                                                    bool copy);
+
+  protected:
+    /// Gives a copied node a status record of its own.
+    void unshareStatus();
+
+  private:
+    HSVNSharedText _name; // nil while `_nameIsLastComponent`
+    HSVNPathRef _path;
+    HSVNPathRef _location;
+    HSVNURLRef _url;
+    std::uint64_t _size = 0;
+    HSVNCompactDate _date;
+    HSVNSharedText _author;
+    HSVNLockRef _lock;
+    HSVNStatusRef _status;
+    HSVNRevisionNumber _revision = HSVNInvalidRevision;
+    bool _hasProperties = false;
+    bool _nameIsLastComponent = false; // the name is read from the path, which most nodes' names equal
+};

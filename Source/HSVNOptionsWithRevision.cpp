@@ -1,0 +1,12 @@
+#include "HSVNOptionsWithRevision.h"
+
+#include "HSVNRevisionSpec.h"
+
+#include <fmt/format.h>
+
+HSVNOptionsWithRevision::HSVNOptionsWithRevision() : _revision{HSVNRevisionSpec::UNSPECIFIED()} {}
+
+std::string HSVNOptionsWithRevision::description() const
+{
+    return fmt::format("{{ {} revision: {}}}", HSVNOptions::description(), HSVNDescription(_revision.get()));
+}

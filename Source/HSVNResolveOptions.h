@@ -1,0 +1,25 @@
+#pragma once
+
+#include "HSVNExport.h"
+#include "HSVNOptions.h"
+
+#include <memory>
+#include <string>
+
+/// Choices for marking conflicts as resolved.
+class HSVN_EXPORT HSVNResolveOptions : public HSVNOptionsOf<HSVNResolveOptions>
+{
+  public:
+    static constexpr const char* staticClassName = "HSVNResolveOptions";
+
+    /// Resolve everything below a folder too. Initially `true`.
+    bool recursive() const { return _recursive; }
+    void setRecursive(bool recursive) { _recursive = recursive; }
+
+    std::string description() const override;
+
+  private:
+    bool _recursive = true;
+};
+
+using HSVNResolveOptionsRef = std::shared_ptr<const HSVNResolveOptions>;

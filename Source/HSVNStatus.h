@@ -1,0 +1,200 @@
+#pragma once
+
+#include "HSVNCoder.h"
+#include "HSVNCompactDate.h"
+#include "HSVNExport.h"
+#include "HSVNForward.h"
+#include "HSVNSharedText.h"
+#include "HSVNStatusKind.h"
+#include "HSVNTypes.h"
+
+#include <array>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+struct svn_wc_status2_t;
+
+/// Working-copy status of one item: what changed here, what changed in the repository since, and the item's last
+/// commit.
+///
+/// A plain record with setters and no lock. It is kept small, since a scan makes one per item: fields that few items
+/// have are stored apart and only when set.
+class HSVN_EXPORT HSVNStatus : public HSVNArchivable
+{
+  public:
+    /// Every kind none, every flag false, every object nil, revisions `HSVNInvalidRevision`, the schedule normal and
+    /// the depth `HSVNDepthUnknown`.
+    HSVNStatus();
+    /// The record that an archive holds; its depth, which archives lack, is `HSVNDepthEmpty`.
+    ///
+    /// @throws HSVNInvalidArgumentException "Keyed unarchiver required", or for a value that does not fit its field
+    explicit HSVNStatus(HSVNCoder* decoder);
+    /// Copies every field, the depth included; `copy` does not.
+    HSVNStatus(const HSVNStatus& other);
+    HSVNStatus& operator=(const HSVNStatus&) = delete;
+    ~HSVNStatus() override;
+
+    /// A new record of an unchanged item: text and properties normal.
+    static HSVNStatusRef normal();
+    /// A new record of an item that is not under version control.
+    static HSVNStatusRef unversioned();
+    /// A new record of an item that is to be ignored.
+    static HSVNStatusRef ignored();
+
+    std::string className() const override { return "HSVNStatus"; }
+    /// Keys: see HSVNStatus.cpp; the depth is not archived.
+    void encodeWithCoder(HSVNCoder* encoder) const override;
+    /// A new record with every field but the depth, which is `HSVNDepthUnknown`; objects are shared.
+    HSVNStatusRef copy() const;
+
+    /// Neither unversioned nor ignored.
+    bool isVersioned() const;
+    /// Whether text or properties are other than none, normal, ignored and external.
+    bool isAbnormal() const;
+    /// The revision in a conflict file's extension, such as 1234 of "file.c.r1234".
+    ///
+    /// @return `HSVNInvalidRevision` unless there is an extension "r" followed by one character at least; 0 when no
+    ///         digit follows; the nearest revision number for digits beyond the range
+    static HSVNRevisionNumber revisionFromFilename(const std::optional<std::string>& fileName);
+    /// `revisionFromFilename` of `conflictOldVersion`.
+    HSVNRevisionNumber conflictOldRevision() const { return revisionFromFilename(conflictOldVersion()); }
+    /// `revisionFromFilename` of `conflictNewVersion`.
+    HSVNRevisionNumber conflictNewRevision() const { return revisionFromFilename(conflictNewVersion()); }
+
+    /// State of the item's text in the working copy.
+    HSVNStatusKind textStatus() const { return _textStatus; }
+    void setTextStatus(HSVNStatusKind status) { _textStatus = status; }
+    /// State of its properties in the working copy.
+    HSVNStatusKind propertyStatus() const { return _propertyStatus; }
+    void setPropertyStatus(HSVNStatusKind status) { _propertyStatus = status; }
+    /// Change of the text in the repository; none unless the repository was asked.
+    HSVNStatusKind repositoryTextStatus() const { return _repositoryTextStatus; }
+    void setRepositoryTextStatus(HSVNStatusKind status) { _repositoryTextStatus = status; }
+    /// Change of the properties in the repository; none unless the repository was asked.
+    HSVNStatusKind repositoryPropertyStatus() const { return _repositoryPropertyStatus; }
+    void setRepositoryPropertyStatus(HSVNStatusKind status) { _repositoryPropertyStatus = status; }
+
+    /// The folder is locked by an operation that runs or was interrupted.
+    bool locked() const { return _flags.locked; }
+    void setLocked(bool locked) { _flags.locked = locked; }
+    /// Added with history.
+    bool copied() const { return _flags.copied; }
+    void setCopied(bool copied) { _flags.copied = copied; }
+    /// Its URL is not that of its place in the working copy.
+    bool switched() const { return _flags.switched; }
+    void setSwitched(bool switched) { _flags.switched = switched; }
+    /// Deleted in the repository, its parent not yet updated.
+    bool deleted() const { return _flags.deleted; }
+    void setDeleted(bool deleted) { _flags.deleted = deleted; }
+    /// Known, but left out by the repository for want of access.
+    bool absent() const { return _flags.absent; }
+    void setAbsent(bool absent) { _flags.absent = absent; }
+    bool hasProperties() const { return _flags.hasProperties; }
+    void setHasProperties(bool has) { _flags.hasProperties = has; }
+    bool hasPropertyModifications() const { return _flags.hasPropertyModifications; }
+    void setHasPropertyModifications(bool has) { _flags.hasPropertyModifications = has; }
+
+    /// Revision, date and author of the item's last commit, as the working copy knows it.
+    HSVNRevisionNumber lastChangedRevision() const { return _lastChangedRevision; }
+    void setLastChangedRevision(HSVNRevisionNumber revision) { _lastChangedRevision = revision; }
+    std::optional<HSVNDate> lastChangedDate() const { return _lastChangedDate.value(); }
+    void setLastChangedDate(const std::optional<HSVNDate>& date) { _lastChangedDate = date; }
+    std::optional<std::string> lastChangedAuthor() const { return HSVNTextValue(_lastChangedAuthor); }
+    void setLastChangedAuthor(std::optional<std::string> author);
+    /// The author's text itself, to be shared with other records.
+    const HSVNSharedText& sharedLastChangedAuthor() const { return _lastChangedAuthor; }
+    void setSharedLastChangedAuthor(HSVNSharedText author) { _lastChangedAuthor = std::move(author); }
+
+    /// Revision, date and author of the last commit in the repository; `HSVNInvalidRevision` and nil when the item is
+    /// up to date or the repository was not asked.
+    HSVNRevisionNumber outOfDateLastCommitRevision() const;
+    void setOutOfDateLastCommitRevision(HSVNRevisionNumber revision);
+    std::optional<HSVNDate> outOfDateLastCommitDate() const;
+    void setOutOfDateLastCommitDate(const std::optional<HSVNDate>& date);
+    std::optional<std::string> outOfDateLastCommitAuthor() const;
+    void setOutOfDateLastCommitAuthor(std::optional<std::string> author);
+
+    HSVNSchedule schedule() const { return _schedule; }
+    void setSchedule(HSVNSchedule schedule) { _schedule = schedule; }
+    /// Where the item was copied from; nil unless it is added with history.
+    HSVNURLRef copyFromURL() const;
+    void setCopyFromURL(HSVNURLRef url);
+    HSVNRevisionNumber copyFromRevision() const;
+    void setCopyFromRevision(HSVNRevisionNumber revision);
+
+    /// Names, in the item's folder, of the files that a conflict left: base, incoming, own; nil without a conflict.
+    std::optional<std::string> conflictOldVersion() const;
+    void setConflictOldVersion(std::optional<std::string> fileName);
+    std::optional<std::string> conflictNewVersion() const;
+    void setConflictNewVersion(std::optional<std::string> fileName);
+    std::optional<std::string> conflictWorkingVersion() const;
+    void setConflictWorkingVersion(std::optional<std::string> fileName);
+    /// Name of the file with the properties in conflict; nil without a property conflict.
+    std::optional<std::string> propertyRejectFilePath() const;
+    void setPropertyRejectFilePath(std::optional<std::string> fileName);
+
+    /// When the text, or the properties, were last known to be unchanged.
+    std::optional<HSVNDate> upToDateTextDate() const { return _upToDateTextDate.value(); }
+    void setUpToDateTextDate(const std::optional<HSVNDate>& date) { _upToDateTextDate = date; }
+    std::optional<HSVNDate> upToDatePropertyDate() const;
+    void setUpToDatePropertyDate(const std::optional<HSVNDate>& date);
+    /// Checksum of the unchanged text, as Subversion writes it (MD5 in hexadecimal digits).
+    std::optional<std::string> checksum() const;
+    void setChecksum(std::optional<std::string> checksum);
+
+    /// The lock in the repository; nil unless the repository was asked.
+    HSVNLockRef repositoryLock() const;
+    void setRepositoryLock(HSVNLockRef lock);
+    /// The folder's depth; `HSVNDepthUnknown` from a Subversion before 1.5.
+    HSVNDepth depth() const { return _depth; }
+    void setDepth(HSVNDepth depth) { _depth = depth; }
+
+    // Conversion
+
+    /// The record of a Subversion status.
+    ///
+    /// @param status   as Subversion's status callback receives it; not null ("status != NULL"); read, not kept
+    /// @param version  the version of the bundle that made it, which tells the fields it has
+    /// @param texts    makes equal authors of a scan one text; null makes a text of its own
+    /// @throws HSVNInvalidArgumentException for a copy-from URL that cannot be parsed
+    static HSVNStatusRef statusWithSVNStatus(const svn_wc_status2_t* status, const HSVNVersion& version,
+                                             HSVNTextCache* texts = nullptr);
+
+  private:
+    struct Rare;
+    struct Flags
+    {
+        bool locked : 1 = false;
+        bool copied : 1 = false;
+        bool switched : 1 = false;
+        bool deleted : 1 = false;
+        bool absent : 1 = false;
+        bool hasProperties : 1 = false;
+        bool hasPropertyModifications : 1 = false;
+        bool hasPackedChecksum : 1 = false;
+    };
+
+    const Rare& rare() const;
+    Rare& ownRare();
+    template <class Value>
+    void setRare(Value Rare::*field, Value value);
+    static HSVNStatusRef withKinds(HSVNStatusKind text, HSVNStatusKind property);
+    void takeEntry(const svn_wc_status2_t& status, const HSVNVersion& version, HSVNTextCache* texts);
+
+    HSVNStatusKind _textStatus = HSVNStatusKindNone;
+    HSVNStatusKind _propertyStatus = HSVNStatusKindNone;
+    HSVNStatusKind _repositoryTextStatus = HSVNStatusKindNone;
+    HSVNStatusKind _repositoryPropertyStatus = HSVNStatusKindNone;
+    HSVNSchedule _schedule = HSVNScheduleNormal;
+    HSVNDepth _depth = HSVNDepthUnknown;
+    HSVNRevisionNumber _lastChangedRevision = HSVNInvalidRevision;
+    Flags _flags;
+    HSVNCompactDate _lastChangedDate;
+    HSVNSharedText _lastChangedAuthor;
+    HSVNCompactDate _upToDateTextDate;
+    std::array<std::uint8_t, 16> _packedChecksum{}; // of the usual form: 32 lower-case hexadecimal digits
+    std::unique_ptr<Rare> _rare;
+};

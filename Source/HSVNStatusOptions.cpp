@@ -1,0 +1,17 @@
+#include "HSVNStatusOptions.h"
+
+#include "HSVNRevision.h"
+
+#include <fmt/format.h>
+
+HSVNStatusOptions::HSVNStatusOptions() : _revision{HSVNRevision::UNSPECIFIED()} {}
+
+std::string HSVNStatusOptions::description() const
+{
+    return fmt::format("{{ {} revision: {}, recursive: {:d}, includeNormalFiles: {:d}, compareAgainstRepository: {:d}, "
+                       "respectIgnoreProperties: {:d}, processExternals: {:d}, propagateStatusToAncestor: {:d}, "
+                       "includeConflictVersionFiles: {:d} }}",
+                       HSVNOptions::description(), HSVNDescription(_revision.get()), _recursive, _includeNormal,
+                       _compareAgainstRepository, _respectIgnoreProperties, _processExternals,
+                       _propagateStatusToAncestor, _includeConflictVersionFiles);
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "HSVNExport.h"
+#include "HSVNForward.h"
+#include "HSVNOptions.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+
+/// Choices for a status scan of a working copy.
+class HSVN_EXPORT HSVNStatusOptions : public HSVNOptionsOf<HSVNStatusOptions>
+{
+  public:
+    static constexpr const char* staticClassName = "HSVNStatusOptions";
+
+    HSVNStatusOptions();
+
+    /// The revision to compare against the repository. Initially `HSVNRevision::UNSPECIFIED()`.
+    const HSVNRevisionRef& revision() const { return _revision; }
+    void setRevision(HSVNRevisionRef revision) { _revision = std::move(revision); }
+    /// Scan the whole tree below the path. Initially `true`.
+    bool recursive() const { return _recursive; }
+    void setRecursive(bool recursive) { _recursive = recursive; }
+    /// Report unchanged items too. Initially `false`.
+    bool includeNormalFiles() const { return _includeNormal; }
+    void setIncludeNormalFiles(bool includeNormal) { _includeNormal = includeNormal; }
+    /// Ask the repository what is out of date. Initially `false`.
+    bool compareAgainstRepository() const { return _compareAgainstRepository; }
+    void setCompareAgainstRepository(bool compare) { _compareAgainstRepository = compare; }
+    /// Leave ignored items out. Initially `true`.
+    bool respectIgnoreProperties() const { return _respectIgnoreProperties; }
+    void setRespectIgnoreProperties(bool respect) { _respectIgnoreProperties = respect; }
+    /// Scan externals too. Initially `true`.
+    bool processExternals() const { return _processExternals; }
+    void setProcessExternals(bool processExternals) { _processExternals = processExternals; }
+    /// Combine each item's status into its ancestors up to the scanned path. Initially `false`.
+    bool propagateStatusToAncestor() const { return _propagateStatusToAncestor; }
+    void setPropagateStatusToAncestor(bool propagate) { _propagateStatusToAncestor = propagate; }
+    /// Keep the files that a conflict leaves beside its item among the results. Initially `true`.
+    bool includeConflictVersionFiles() const { return _includeConflictVersionFiles; }
+    void setIncludeConflictVersionFiles(bool include) { _includeConflictVersionFiles = include; }
+
+    std::string description() const override;
+
+  private:
+    HSVNRevisionRef _revision;
+    bool _recursive = true;
+    bool _includeNormal = false;
+    bool _compareAgainstRepository = false;
+    bool _respectIgnoreProperties = true;
+    bool _processExternals = true;
+    bool _propagateStatusToAncestor = false;
+    bool _includeConflictVersionFiles = true;
+};
+
+using HSVNStatusOptionsRef = std::shared_ptr<const HSVNStatusOptions>;
