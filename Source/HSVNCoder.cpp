@@ -1,0 +1,73 @@
+#include "HSVNCoder.h"
+
+#include <fmt/format.h>
+
+#include <limits>
+
+HSVNCoder::~HSVNCoder() = default;
+
+std::int32_t HSVNCoder::decodeInt32(std::string_view key)
+{
+    const std::int64_t number = decodeInteger(key);
+    if (number < std::numeric_limits<std::int32_t>::min() || number > std::numeric_limits<std::int32_t>::max()) {
+        throw HSVNInvalidArgumentException(
+            fmt::format("Value of {} does not fit 32 bits: {}", describeKey(key), number));
+    }
+    return static_cast<std::int32_t>(number);
+}
+
+std::int32_t HSVNCoder::decodeRequiredInt32(std::string_view key)
+{
+    if (!containsValueForKey(key)) {
+        failMissing(key);
+    }
+    return decodeInt32(key);
+}
+
+std::string HSVNCoder::decodeRequiredString(std::string_view key)
+{
+    auto text = decodeString(key);
+    if (!text) {
+        failMissing(key);
+    }
+    return *std::move(text);
+}
+
+HSVNDate HSVNCoder::decodeRequiredDate(std::string_view key)
+{
+    const auto date = decodeDate(key);
+    if (!date) {
+        failMissing(key);
+    }
+    return *date;
+}
+
+std::string HSVNCoder::describeKey(std::string_view key) const { return fmt::format("\"{}\"", key); }
+
+void HSVNCoder::failClass(std::string_view key, const HSVNArchivable& object) const
+{
+    throw HSVNInvalidArgumentException(
+        fmt::format("Value of {} has an unexpected class: {}", describeKey(key), object.className()));
+}
+
+void HSVNCoder::failMissing(std::string_view key) const
+{
+    throw HSVNInvalidArgumentException(fmt::format("Value of {} is missing", describeKey(key)));
+}
+
+void HSVNRequireKeyedArchiver(const HSVNCoder* encoder)
+{
+    HSVNAssertParameter(encoder != nullptr, "encoder != nil");
+    if (!encoder->allowsKeyedCoding()) {
+        throw HSVNInvalidArgumentException("Keyed archiver required");
+    }
+}
+
+HSVNCoder* HSVNRequireKeyedUnarchiver(HSVNCoder* decoder)
+{
+    HSVNAssertParameter(decoder != nullptr, "decoder != nil");
+    if (!decoder->allowsKeyedCoding()) {
+        throw HSVNInvalidArgumentException("Keyed unarchiver required");
+    }
+    return decoder;
+}
