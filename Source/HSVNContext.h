@@ -16,6 +16,7 @@
 struct apr_pool_t;
 struct svn_client_ctx_t;
 class HSVNNotification;
+class HSVNPool;
 
 /// Names in Subversion's run-time configuration.
 inline constexpr const char* HSVNConfigCategoryConfig = "config";
@@ -60,7 +61,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject
     void setBundleVersion(const std::optional<HSVNVersion>& version);
 
     /// The context's top-level pool, owned by the context; null without a bundle.
-    apr_pool_t* pool() const { return _pool; }
+    apr_pool_t* pool() const;
     /// The Subversion client context, which lives in the pool; null without a bundle.
     svn_client_ctx_t* ctx() const { return _ctx; }
 
@@ -111,7 +112,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject
     mutable std::recursive_mutex _lock;
     HSVNBundleRef _bundle;
     std::optional<HSVNVersion> _bundleVersion;
-    apr_pool_t* _pool = nullptr;
+    std::unique_ptr<HSVNPool> _pool; // owns what _ctx points to
     svn_client_ctx_t* _ctx = nullptr;
     std::exception_ptr _keptException;
 };

@@ -26,9 +26,13 @@ class HSVNExceptionClass;
 class HSVN_EXPORT HSVNException : public HSVNPlatformException
 {
   public:
+    static constexpr const char* staticClassName = "HSVNException";
+
     /// User information: "status" = 20014.
     explicit HSVNException(std::string reason);
     HSVNException(std::string reason, HSVNUserInfo userInfo);
+    /// User information: `dictionaryForError`; the reason is its message. Not null ("error != NULL").
+    explicit HSVNException(const svn_error_t* error);
 
     /// The exception for a Subversion error chain: the first error in the chain whose code the library knows decides
     /// the class, the outermost error the reason. Needs a current bundle.
@@ -57,12 +61,15 @@ class HSVN_EXPORT HSVNException : public HSVNPlatformException
     /// The number under "status"; 20014 when there is none.
     std::int32_t status() const;
 
-    std::string className() const override { return "HSVNException"; }
+    std::string className() const override { return staticClassName; }
     [[noreturn]] void raise() const override { throw *this; }
     HSVNPlatformExceptionRef copy() const override { return std::make_shared<HSVNException>(*this); }
 
   protected:
     HSVNException(std::string className, std::string reason, HSVNUserInfo userInfo);
+    /// What the class operation of that name answers when it is sent to `receiver`.
+    static std::shared_ptr<const HSVNException> exceptionWithError(svn_error_t* error, bool clear,
+                                                                   const HSVNExceptionClass& receiver);
 };
 
 using HSVNExceptionRef = std::shared_ptr<const HSVNException>;
@@ -97,7 +104,13 @@ class HSVN_EXPORT HSVNExceptionOf : public Base
         : Base(Concrete::staticClassName, std::move(reason), std::move(userInfo))
     {
     }
+    explicit HSVNExceptionOf(const svn_error_t* error) : HSVNExceptionOf(HSVNException{error}) {}
 
+    static HSVNExceptionRef exceptionWithError(svn_error_t* error, bool clear)
+    {
+        return HSVNException::exceptionWithError(error, clear, *classForAPRStatus(HSVNExceptionGeneralStatus));
+    }
+    static HSVNExceptionRef exceptionWithError(svn_error_t* error) { return HSVNException::exceptionWithError(error); }
     static HSVNExceptionRef exceptionWithReason(const std::string& reason)
     {
         return std::make_shared<Concrete>(reason);
@@ -126,6 +139,7 @@ class HSVN_EXPORT HSVNExceptionOf : public Base
     }
 
   private:
+    explicit HSVNExceptionOf(const HSVNException& general) : HSVNExceptionOf(general.reason(), general.userInfo()) {}
     static HSVNUserInfo generalStatus() { return {{HSVNExceptionStatusKey, std::int64_t{HSVNExceptionGeneralStatus}}}; }
 };
 

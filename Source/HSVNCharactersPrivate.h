@@ -1,0 +1,34 @@
+#pragma once
+
+#include "HSVNExport.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// Small operations on UTF-8 text. Characters are code points; no text is cut inside one.
+namespace HSVNText {
+
+/// Number of characters; each ill-formed byte sequence counts as one.
+HSVN_EXPORT std::size_t length(std::string_view text);
+
+/// The first `count` characters, or the whole text when it has no more.
+HSVN_EXPORT std::string_view prefix(std::string_view text, std::size_t count);
+
+/// The text without white space and line ends at either end.
+HSVN_EXPORT std::string_view trimmed(std::string_view text);
+
+/// The pieces between the characters of `separators`, each of which is one byte; empty pieces are kept.
+HSVN_EXPORT std::vector<std::string_view> split(std::string_view text, std::string_view separators);
+
+/// Whether two texts are equal but for the case of ASCII letters.
+HSVN_EXPORT bool equalIgnoringCase(std::string_view a, std::string_view b);
+
+/// Whether the text contains the part, the case of ASCII letters aside.
+HSVN_EXPORT bool containsIgnoringCase(std::string_view text, std::string_view part);
+
+/// The text with ill-formed byte sequences replaced by U+FFFD; empty for null.
+HSVN_EXPORT std::string decoded(const char* text);
+
+} // namespace HSVNText

@@ -1,0 +1,189 @@
+#include "HSVNContext.h"
+
+#include "HSVNBundleLoader.h"
+#include "HSVNCharactersPrivate.h"
+#include "HSVNException.h"
+#include "HSVNPoolPrivate.h"
+#include "HSVNStringProperties.h"
+
+#include <fmt/format.h>
+
+namespace {
+
+constexpr const char* defaultGlobalIgnores =
+    "*.o *.lo *.la *.al .libs *.so *.so.[0-9]* *.a *.pyc *.pyo *.rej *~ #*# .#* .*.swp .DS_Store";
+
+/// A category of the client context's configuration; null when it is missing or no configuration is loaded.
+svn_config_t* configuration(const svn_client_ctx_t* ctx, const std::string& category)
+{
+    if (!ctx || !ctx->config) {
+        return nullptr;
+    }
+    return static_cast<svn_config_t*>(
+        HSVNCurrentEntryPoints().apr_hash_get(ctx->config, category.c_str(), APR_HASH_KEY_STRING));
+}
+
+/// Options on their way out of Subversion's enumeration.
+struct OptionList
+{
+    std::map<std::string, std::string> options;
+    std::exception_ptr failure;
+};
+
+svn_boolean_t collectOption(const char* name, const char* value, void* baton)
+{
+    auto& list = *static_cast<OptionList*>(baton);
+    try {
+        list.options.insert_or_assign(HSVNText::decoded(name), HSVNText::decoded(value));
+        return true;
+    } catch (...) {
+        list.failure = std::current_exception();
+        return false;
+    }
+}
+
+} // namespace
+
+HSVNContext::HSVNContext() : HSVNContext(nullptr) {}
+
+HSVNContext::HSVNContext(const HSVNBundleRef& bundle)
+{
+    HSVNContext::setBundle(bundle ? bundle : HSVNBundleLoader::sharedInstance().defaultBundle());
+}
+
+HSVNContext::~HSVNContext()
+{
+    if (_pool) {
+        cleanupContext();
+    }
+}
+
+std::string HSVNContext::description() const
+{
+    const auto version = bundleVersion();
+    return fmt::format("{} ({})", objectDescription(), version ? version->description() : "(null)");
+}
+
+HSVNBundleRef HSVNContext::bundle() const
+{
+    const std::lock_guard guard{_lock};
+    return _bundle;
+}
+
+void HSVNContext::setBundle(const HSVNBundleRef& bundle)
+{
+    const std::lock_guard guard{_lock};
+    if (_bundle) {
+        cleanupContext();
+    }
+    _bundle = bundle;
+    _bundleVersion = bundle ? HSVNBundleLoader::sharedInstance().versionForBundle(bundle) : std::nullopt;
+    if (!bundle) {
+        return;
+    }
+    try {
+        setupContext();
+    } catch (...) {
+        _bundle = nullptr;
+        _bundleVersion = std::nullopt;
+        throw;
+    }
+}
+
+std::optional<HSVNVersion> HSVNContext::bundleVersion() const
+{
+    const std::lock_guard guard{_lock};
+    return _bundleVersion;
+}
+
+void HSVNContext::setBundleVersion(const std::optional<HSVNVersion>& version)
+{
+    const std::lock_guard guard{_lock};
+    _bundleVersion = version;
+}
+
+apr_pool_t* HSVNContext::pool() const { return _pool ? _pool->get() : nullptr; }
+
+std::optional<std::string> HSVNContext::optionForName(const std::string& name, const std::string& category,
+                                                      const std::string& section,
+                                                      const std::optional<std::string>& defaultValue) const
+{
+    const HSVNBundleScope scope{_bundle};
+    svn_config_t* const config = configuration(_ctx, category);
+    if (!config) {
+        return defaultValue;
+    }
+    const char* value = nullptr;
+    HSVNCurrentEntryPoints().config_get(config, &value, section.c_str(), name.c_str(),
+                                        defaultValue ? defaultValue->c_str() : nullptr);
+    return value ? std::optional{HSVNText::decoded(value)} : std::nullopt;
+}
+
+void HSVNContext::setOption(const std::string& value, const std::string& name, const std::string& category,
+                            const std::string& section)
+{
+    const HSVNBundleScope scope{_bundle};
+    svn_config_t* const config = configuration(_ctx, category);
+    if (!config) {
+        HSVNException::exceptionWithReason(fmt::format("Couldn't find configuration category '{}'", category))->raise();
+    }
+    HSVNCurrentEntryPoints().config_set(config, section.c_str(), name.c_str(), value.c_str());
+}
+
+std::map<std::string, std::string> HSVNContext::optionsForCategory(const std::string& category,
+                                                                   const std::string& section) const
+{
+    const HSVNBundleScope scope{_bundle};
+    OptionList list;
+    if (svn_config_t* const config = configuration(_ctx, category)) {
+        HSVNCurrentEntryPoints().config_enumerate(config, section.c_str(), collectOption, &list);
+    }
+    if (list.failure) {
+        std::rethrow_exception(list.failure);
+    }
+    return std::move(list.options);
+}
+
+std::optional<std::string> HSVNContext::globalIgnoreString() const
+{
+    return optionForName(HSVNConfigOptionGlobalIgnores, HSVNConfigCategoryConfig, HSVNConfigSectionMiscellany,
+                         defaultGlobalIgnores);
+}
+
+std::vector<std::string> HSVNContext::globalIgnoreList() const
+{
+    const auto text = globalIgnoreString();
+    return text ? HSVNString::ignoreListValue(*text) : std::vector<std::string>{};
+}
+
+void HSVNContext::notify(const std::shared_ptr<const HSVNNotification>& notification)
+{
+    HSVNAssertParameter(notification != nullptr, "notification != nil");
+}
+
+void HSVNContext::keepException(std::exception_ptr exception) noexcept
+{
+    if (!_keptException) {
+        _keptException = std::move(exception);
+    }
+}
+
+std::exception_ptr HSVNContext::takeKeptException() noexcept { return std::exchange(_keptException, nullptr); }
+
+void HSVNContext::setupContext()
+{
+    const HSVNBundleScope scope{_bundle};
+    auto pool = std::make_unique<HSVNPool>();
+    if (svn_error_t* const error = HSVNCurrentEntryPoints().client_create_context(&_ctx, *pool)) {
+        _ctx = nullptr;
+        HSVNException::exceptionWithError(error)->raise();
+    }
+    _pool = std::move(pool);
+}
+
+void HSVNContext::cleanupContext()
+{
+    const HSVNBundleScope scope{_bundle};
+    _ctx = nullptr;
+    _pool.reset();
+}

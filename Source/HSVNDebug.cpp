@@ -1,0 +1,94 @@
+#include "HSVNDebug.h"
+
+#include "HSVNCharactersPrivate.h"
+
+#include <array>
+#include <cstdlib>
+#include <errno.h>
+#include <spdlog/logger.h>
+#include <spdlog/sinks/stdout_sinks.h>
+#include <utility>
+
+namespace {
+
+std::int32_t levelFromEnvironment()
+{
+    const char* const value = std::getenv("SkerryLogLevel");
+    constexpr std::array names{std::pair{"off", HSVNDebugLevelOff}, std::pair{"normal", HSVNDebugLevelNormal},
+                               std::pair{"debug", HSVNDebugLevelDebug}, std::pair{"verbose", HSVNDebugLevelVerbose}};
+    for (const auto& [name, level] : names) {
+        if (value && HSVNText::equalIgnoringCase(value, name)) {
+            return level;
+        }
+    }
+    return HSVNDebugLevelNormal;
+}
+
+spdlog::logger& systemLog()
+{
+    static const std::shared_ptr<spdlog::logger> log = [] {
+        auto made = std::make_shared<spdlog::logger>(program_invocation_short_name,
+                                                     std::make_shared<spdlog::sinks::stderr_sink_mt>());
+        made->set_level(spdlog::level::info);
+        made->set_pattern("%Y-%m-%d %H:%M:%S.%e %n[%P:%t] %v");
+        return made;
+    }();
+    return *log;
+}
+
+/// Length of the placeholder at the start of `text`, which begins with '%'; 0 when it is none.
+std::size_t placeholderLength(std::string_view text)
+{
+    const std::size_t letter = text.find_first_not_of("hlqz", 1);
+    constexpr std::string_view conversions = "@sdiuxXp";
+    return letter != std::string_view::npos && conversions.find(text[letter]) != std::string_view::npos ? letter + 1
+                                                                                                        : 0;
+}
+
+std::string filled(std::string_view format, std::initializer_list<HSVNDebugArgument> arguments)
+{
+    std::string line;
+    const auto* argument = arguments.begin();
+    while (!format.empty()) {
+        const std::size_t literal = std::min(format.find('%'), format.size());
+        line += format.substr(0, literal);
+        format.remove_prefix(literal);
+        if (format.starts_with("%%")) {
+            line += '%';
+            format.remove_prefix(2);
+        } else if (const std::size_t length = format.empty() ? 0 : placeholderLength(format)) {
+            line += argument == arguments.end() ? "(null)" : argument++->text();
+            format.remove_prefix(length);
+        } else if (!format.empty()) {
+            line += '%';
+            format.remove_prefix(1);
+        }
+    }
+    return line;
+}
+
+} // namespace
+
+std::int32_t HSVNDebug::level()
+{
+    static const std::int32_t level = levelFromEnvironment();
+    return level;
+}
+
+void HSVNDebug::write(std::string_view format, std::initializer_list<HSVNDebugArgument> arguments)
+{
+    systemLog().info("{}", filled(format, arguments));
+}
+
+std::optional<std::string> HSVNDebugSubstring(const std::optional<std::string>& text, std::size_t maxLength)
+{
+    if (!text) {
+        return std::nullopt;
+    }
+    const std::string_view kept = HSVNText::prefix(*text, maxLength);
+    std::string result;
+    for (const char character : kept) {
+        result += character == '\n' ? std::string_view{"\\n"} : std::string_view{&character, 1};
+    }
+    return kept.size() < text->size() ? result + "..." : result;
+}
