@@ -1,14 +1,12 @@
 #pragma once
 
 #include "HSVNExport.h"
+#include "HSVNForward.h"
 #include "HSVNObject.h"
 
 #include <cstdint>
 #include <memory>
 #include <string>
-
-class HSVNCertificate;
-using HSVNCertificateRef = std::shared_ptr<const HSVNCertificate>;
 
 /// What is wrong with a server's certificate; values are combined by bitwise OR and equal Subversion's own.
 enum HSVNCertificateFailure : std::uint32_t

@@ -3,13 +3,12 @@
 #include "HSVNClientDelegate.h"
 #include "HSVNContext.h"
 #include "HSVNExport.h"
+#include "HSVNForward.h"
 
 #include <memory>
 #include <string>
 
-class HSVNClient;
 class HSVNLogMessageDelegate;
-using HSVNClientRef = std::shared_ptr<HSVNClient>;
 
 /// The context that operations are normally given: one Subversion line, the user's configuration and stored
 /// credentials, and a delegate that answers what Subversion asks while an operation runs.
@@ -47,7 +46,7 @@ class HSVN_EXPORT HSVNClient : public HSVNContext
     /// Hands a notification to the delegate, when it answers `notify`.
     ///
     /// @throws an assertion "Invalid parameter not satisfying: notification != nil"
-    void notify(const std::shared_ptr<const HSVNNotification>& notification) override;
+    void notify(const HSVNNotificationRef& notification) override;
 
     /// The delegate's answer to `queryContinue`; true when it answers none.
     bool queryContinue();

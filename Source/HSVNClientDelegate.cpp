@@ -27,15 +27,11 @@ bool HSVNClientDelegate::promptForAuthenticationErrors(HSVNContext&, std::uint32
     failUnanswered("context:promptForAuthenticationErrors:inCertificate:fromRealm:mayStore:permanent:");
 }
 
-bool HSVNClientDelegate::promptForLogMessage(HSVNContext&, std::string&,
-                                             const std::vector<std::shared_ptr<HSVNCommitItem>>&)
+bool HSVNClientDelegate::promptForLogMessage(HSVNContext&, std::string&, const std::vector<HSVNCommitItemRef>&)
 {
     failUnanswered("context:promptForLogMessage:forCommitItems:");
 }
 
-void HSVNClientDelegate::notify(HSVNContext&, const std::shared_ptr<const HSVNNotification>&)
-{
-    failUnanswered("context:notify:");
-}
+void HSVNClientDelegate::notify(HSVNContext&, const HSVNNotificationRef&) { failUnanswered("context:notify:"); }
 
 bool HSVNClientDelegate::queryContinue(HSVNContext&) { failUnanswered("context:queryContinue:"); }

@@ -3,6 +3,7 @@
 #include "HSVNCertificate.h"
 #include "HSVNCredentials.h"
 #include "HSVNExport.h"
+#include "HSVNForward.h"
 
 #include <cstdint>
 #include <memory>
@@ -11,10 +12,6 @@
 #include <type_traits>
 #include <utility>
 #include <vector>
-
-class HSVNCommitItem;
-class HSVNContext;
-class HSVNNotification;
 
 /// The messages that a client sends its delegate.
 enum class HSVNClientDelegateMessage : std::uint8_t
@@ -75,12 +72,12 @@ class HSVN_EXPORT HSVNClientDelegate
     ///
     /// When it throws, the commit is stopped and the exception reaches the operation's caller.
     virtual bool promptForLogMessage(HSVNContext& context, std::string& message,
-                                     const std::vector<std::shared_ptr<HSVNCommitItem>>& items);
+                                     const std::vector<HSVNCommitItemRef>& items);
 
     /// Tells of progress.
     ///
     /// When it throws, the operation is stopped as soon as Subversion allows, and the exception reaches its caller.
-    virtual void notify(HSVNContext& context, const std::shared_ptr<const HSVNNotification>& notification);
+    virtual void notify(HSVNContext& context, const HSVNNotificationRef& notification);
 
     /// Asks, again and again, whether to go on. Without an answer operations are never cancelled.
     ///
@@ -158,7 +155,7 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
     }
 
     bool promptForLogMessage(HSVNContext& context, std::string& message,
-                             const std::vector<std::shared_ptr<HSVNCommitItem>>& items) override
+                             const std::vector<HSVNCommitItemRef>& items) override
     {
         if constexpr (answersLogMessages) {
             return Application::promptForLogMessage(context, message, items);
@@ -167,7 +164,7 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
         }
     }
 
-    void notify(HSVNContext& context, const std::shared_ptr<const HSVNNotification>& notification) override
+    void notify(HSVNContext& context, const HSVNNotificationRef& notification) override
     {
         if constexpr (answersNotifications) {
             Application::notify(context, notification);
@@ -199,12 +196,12 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
         bool{a.promptForAuthenticationErrors(context, std::uint32_t{}, certificate, realm, bool{}, permanent)};
     };
     static constexpr bool answersLogMessages = requires(Application & a, HSVNContext& context, std::string& message,
-                                                        const std::vector<std::shared_ptr<HSVNCommitItem>>& items)
+                                                        const std::vector<HSVNCommitItemRef>& items)
     {
         bool{a.promptForLogMessage(context, message, items)};
     };
     static constexpr bool answersNotifications =
-        requires(Application & a, HSVNContext& context, const std::shared_ptr<const HSVNNotification>& notification)
+        requires(Application & a, HSVNContext& context, const HSVNNotificationRef& notification)
     {
         a.notify(context, notification);
     };

@@ -51,6 +51,8 @@ HSVNContext::HSVNContext(const HSVNBundleRef& bundle)
     HSVNContext::setBundle(bundle ? bundle : HSVNBundleLoader::sharedInstance().defaultBundle());
 }
 
+HSVNContext::HSVNContext(WithoutBundle) {}
+
 HSVNContext::~HSVNContext()
 {
     if (_pool) {

@@ -101,6 +101,12 @@ class HSVN_EXPORT HSVNContext : public HSVNObject
     bool hasKeptException() const noexcept { return _keptException != nullptr; }
 
   protected:
+    struct WithoutBundle
+    {
+    };
+    /// A context without a bundle, for subclasses whose own `setBundle` does more.
+    explicit HSVNContext(WithoutBundle);
+
     /// Makes pool and client context with the bundle; `setBundle` calls it.
     void setupContext();
     /// Destroys pool and client context with the bundle that made them.

@@ -1,13 +1,11 @@
 #pragma once
 
 #include "HSVNExport.h"
+#include "HSVNForward.h"
 #include "HSVNObject.h"
 
 #include <memory>
 #include <string>
-
-class HSVNCredentials;
-using HSVNCredentialsRef = std::shared_ptr<HSVNCredentials>;
 
 /// A user name and a password, filled in by the delegate when a server asks for them.
 class HSVN_EXPORT HSVNCredentials : public HSVNObject

@@ -25,7 +25,7 @@ bool HSVNLogMessageDelegate::respondsTo(HSVNClientDelegateMessage message) const
 }
 
 bool HSVNLogMessageDelegate::promptForLogMessage(HSVNContext&, std::string& message,
-                                                 const std::vector<std::shared_ptr<HSVNCommitItem>>&)
+                                                 const std::vector<HSVNCommitItemRef>&)
 {
     message = _message;
     return true;
@@ -50,7 +50,7 @@ bool HSVNLogMessageDelegate::promptForAuthenticationErrors(HSVNContext& context,
                                                                     permanent);
 }
 
-void HSVNLogMessageDelegate::notify(HSVNContext& context, const std::shared_ptr<const HSVNNotification>& notification)
+void HSVNLogMessageDelegate::notify(HSVNContext& context, const HSVNNotificationRef& notification)
 {
     const auto next = nextFor(HSVNClientDelegateMessage::notify);
     next ? next->notify(context, notification) : HSVNClientDelegate::notify(context, notification);

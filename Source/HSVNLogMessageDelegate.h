@@ -2,6 +2,7 @@
 
 #include "HSVNClientDelegate.h"
 #include "HSVNExport.h"
+#include "HSVNForward.h"
 #include "HSVNObject.h"
 
 #include <memory>
@@ -29,7 +30,7 @@ class HSVN_EXPORT HSVNLogMessageDelegate : public HSVNObject, public HSVNClientD
     bool respondsTo(HSVNClientDelegateMessage message) const override;
     /// Fills in the stored message and answers true, whatever the items.
     bool promptForLogMessage(HSVNContext& context, std::string& message,
-                             const std::vector<std::shared_ptr<HSVNCommitItem>>& items) override;
+                             const std::vector<HSVNCommitItemRef>& items) override;
 
     // The rest is the next delegate's to answer, or fails.
     bool promptForCredentials(HSVNContext& context, const HSVNCredentialsRef& credentials,
@@ -37,7 +38,7 @@ class HSVN_EXPORT HSVNLogMessageDelegate : public HSVNObject, public HSVNClientD
     bool promptForAuthenticationErrors(HSVNContext& context, std::uint32_t failures,
                                        const HSVNCertificateRef& certificate, const std::optional<std::string>& realm,
                                        bool mayStore, bool& permanent) override;
-    void notify(HSVNContext& context, const std::shared_ptr<const HSVNNotification>& notification) override;
+    void notify(HSVNContext& context, const HSVNNotificationRef& notification) override;
     bool queryContinue(HSVNContext& context) override;
 
   private:
