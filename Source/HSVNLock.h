@@ -3,6 +3,7 @@
 #include "HSVNCoder.h"
 #include "HSVNDate.h"
 #include "HSVNExport.h"
+#include "HSVNForward.h"
 
 #include <cstddef>
 #include <memory>
@@ -10,11 +11,6 @@
 #include <string>
 
 struct svn_lock_t;
-
-class HSVNLock;
-class HSVNPath;
-
-using HSVNLockRef = std::shared_ptr<const HSVNLock>;
 
 /// The record of one repository lock: who holds it, with which token, since when, until when and why. Immutable; may be
 /// shared between threads.
@@ -27,13 +23,13 @@ class HSVN_EXPORT HSVNLock : public HSVNArchivable
     ///
     /// @param thePath            the locked path as Subversion reports it, such as /trunk/file.c
     /// @param theExpirationDate  nil for a lock that never expires
-    HSVNLock(std::shared_ptr<const HSVNPath> thePath, std::optional<std::string> theToken,
-             std::optional<std::string> theOwner, std::optional<std::string> theComment,
-             std::optional<HSVNDate> theCreationDate, std::optional<HSVNDate> theExpirationDate);
+    HSVNLock(HSVNPathRef thePath, std::optional<std::string> theToken, std::optional<std::string> theOwner,
+             std::optional<std::string> theComment, std::optional<HSVNDate> theCreationDate,
+             std::optional<HSVNDate> theExpirationDate);
     /// @throws HSVNInvalidArgumentException for a path, token or creation date that is missing
     explicit HSVNLock(HSVNCoder* decoder);
 
-    const std::shared_ptr<const HSVNPath>& path() const { return _path; }
+    const HSVNPathRef& path() const { return _path; }
     const std::string& token() const { return _token; }
     const std::optional<std::string>& owner() const { return _owner; }
     const std::optional<std::string>& comment() const { return _comment; }
@@ -57,7 +53,7 @@ class HSVN_EXPORT HSVNLock : public HSVNArchivable
     friend bool operator==(const HSVNLock& a, const HSVNLock& b) { return a._token == b._token; }
 
   private:
-    std::shared_ptr<const HSVNPath> _path;
+    HSVNPathRef _path;
     std::string _token;
     std::optional<std::string> _owner;
     std::optional<std::string> _comment;

@@ -2,6 +2,7 @@
 
 #include "HSVNCoder.h"
 #include "HSVNExport.h"
+#include "HSVNForward.h"
 #include "HSVNPlatformException.h"
 #include "HSVNTypes.h"
 
@@ -10,14 +11,6 @@
 #include <optional>
 #include <string>
 #include <utility>
-
-class HSVNLock;
-class HSVNNotification;
-class HSVNPath;
-class HSVNURL;
-
-/// Const once sent.
-using HSVNNotificationRef = std::shared_ptr<const HSVNNotification>;
 
 /// What a notification reports. 0 to 40 equal `svn_wc_notify_action_t`, and newer values of it pass through unnamed; -1
 /// and the values from 0x10000 up are the library's own.
@@ -107,11 +100,11 @@ class HSVN_EXPORT HSVNNotification : public HSVNArchivable
     const std::optional<std::string>& pathPrefix() const { return _pathPrefix; }
     void setPathPrefix(std::optional<std::string> pathPrefix) { _pathPrefix = std::move(pathPrefix); }
     /// The item's repository URL, when Subversion gives one.
-    const std::shared_ptr<const HSVNURL>& URL() const { return _url; }
-    void setURL(std::shared_ptr<const HSVNURL> url) { _url = std::move(url); }
+    const HSVNURLRef& URL() const { return _url; }
+    void setURL(HSVNURLRef url) { _url = std::move(url); }
     /// A second path, such as the target of a copy.
-    const std::shared_ptr<const HSVNPath>& alternatePath() const { return _alternatePath; }
-    void setAlternatePath(std::shared_ptr<const HSVNPath> alternatePath) { _alternatePath = std::move(alternatePath); }
+    const HSVNPathRef& alternatePath() const { return _alternatePath; }
+    void setAlternatePath(HSVNPathRef alternatePath) { _alternatePath = std::move(alternatePath); }
     /// A `HSVNNotifyAction`, or a newer Subversion's value.
     std::int32_t action() const { return _action; }
     void setAction(std::int32_t action) { _action = action; }
@@ -119,8 +112,8 @@ class HSVN_EXPORT HSVNNotification : public HSVNArchivable
     std::int32_t nodeKind() const { return _nodeKind; }
     void setNodeKind(std::int32_t nodeKind) { _nodeKind = nodeKind; }
     /// The lock concerned.
-    const std::shared_ptr<const HSVNLock>& lock() const { return _lock; }
-    void setLock(std::shared_ptr<const HSVNLock> lock) { _lock = std::move(lock); }
+    const HSVNLockRef& lock() const { return _lock; }
+    void setLock(HSVNLockRef lock) { _lock = std::move(lock); }
     /// The error that Subversion attached, or that ended the operation.
     const HSVNPlatformExceptionRef& error() const { return _error; }
     void setError(HSVNPlatformExceptionRef error) { _error = std::move(error); }
@@ -153,11 +146,11 @@ class HSVN_EXPORT HSVNNotification : public HSVNArchivable
   private:
     std::optional<std::string> _path;
     std::optional<std::string> _pathPrefix;
-    std::shared_ptr<const HSVNURL> _url;
-    std::shared_ptr<const HSVNPath> _alternatePath;
+    HSVNURLRef _url;
+    HSVNPathRef _alternatePath;
     std::int32_t _action = HSVNNotifyActionUnknown;
     std::int32_t _nodeKind = HSVNNodeKindUnknown;
-    std::shared_ptr<const HSVNLock> _lock;
+    HSVNLockRef _lock;
     HSVNPlatformExceptionRef _error;
     HSVNRevisionNumber _revision = HSVNInvalidRevision;
     std::int32_t _contentState = 1;  // svn_wc_notify_state_unknown

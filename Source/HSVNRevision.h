@@ -3,6 +3,7 @@
 #include "HSVNCoder.h"
 #include "HSVNDate.h"
 #include "HSVNExport.h"
+#include "HSVNForward.h"
 #include "HSVNTypes.h"
 
 #include <cstddef>
@@ -13,10 +14,6 @@
 #include <string>
 
 struct svn_opt_revision_t;
-
-class HSVNRevision;
-
-using HSVNRevisionRef = std::shared_ptr<const HSVNRevision>;
 
 /// The forms of text that `HSVNRevision::revisionFromString` accepts; combined by bitwise OR.
 enum HSVNRevisionBehavior : std::uint32_t

@@ -8,10 +8,6 @@
 #include <optional>
 #include <string>
 
-class HSVNRevisionRange;
-
-using HSVNRevisionRangeRef = std::shared_ptr<const HSVNRevisionRange>;
-
 /// A pair of inclusive bounds, each a numbered revision, a dated one, or UNSPECIFIED for an open end; answers whether a
 /// number or a date lies inside. Numbers and dates are not compared with each other.
 class HSVN_EXPORT HSVNRevisionRange : public HSVNObject

@@ -8,10 +8,8 @@
 #include <optional>
 #include <string>
 
-class HSVNRevisionSpec;
 class HSVNMutableRevisionSpec;
 
-using HSVNRevisionSpecRef = std::shared_ptr<const HSVNRevisionSpec>;
 using HSVNMutableRevisionSpecRef = std::shared_ptr<HSVNMutableRevisionSpec>;
 
 /// The two revisions that address an item in a repository: the peg revision says in which revision the path is looked
