@@ -1,0 +1,41 @@
+#include "HSVNInitialize.h"
+
+#include "HSVNBundleLoader.h"
+#include "HSVNException.h"
+#include "HSVNPoolPrivate.h"
+
+#include <atomic>
+#include <clocale>
+
+void HSVNInitialize() { HSVNInitializeWithOptions({}); }
+
+void HSVNInitializeWithOptions(const HSVNUserInfo& /*options*/)
+{
+    static std::atomic_flag started;
+    if (started.test_and_set()) {
+        return;
+    }
+    HSVNBundleLoader::sharedInstance().loadBundlesInDirectoryAtPath(HSVNBundleLoader::defaultBundleDirectory());
+    HSVNInitializeCLocale();
+    HSVNInitializeSubversionConfiguration();
+}
+
+std::string HSVNInitializeCLocale()
+{
+    for (const int category : {LC_ALL, LC_CTYPE}) {
+        if (const char* const name = std::setlocale(category, "")) {
+            return name;
+        }
+    }
+    throw HSVNException("Failed to initialize locales", HSVNUserInfo{});
+}
+
+void HSVNInitializeSubversionConfiguration()
+{
+    const HSVNBundleScope scope{HSVNBundleLoader::sharedInstance().newestBundle()};
+    const HSVNPool pool;
+    const auto& entryPoints = HSVNCurrentEntryPoints();
+    if (svn_error_t* const error = entryPoints.config_ensure(nullptr, pool)) {
+        entryPoints.error_clear(error);
+    }
+}

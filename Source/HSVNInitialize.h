@@ -1,0 +1,33 @@
+#pragma once
+
+#include "HSVNExport.h"
+#include "HSVNUserInfo.h"
+
+#include <string>
+
+/// Starts the library: `HSVNInitializeWithOptions` without options.
+HSVN_EXPORT void HSVNInitialize();
+
+/// Starts the library: loads the version bundles that come with it, sets the C locale from the environment and makes
+/// the user's Subversion configuration area where it is missing. Only the newest bundle is opened.
+///
+/// To be called once, from the main thread, before anything else of the library is used. Further calls do nothing, also
+/// when the first one threw.
+///
+/// @param options  reserved; no option exists
+/// @throws HSVNException for a bundle that cannot be opened, or "Failed to initialize locales"
+/// @throws HSVNInvalidArgumentException when there is no bundle at all
+HSVN_EXPORT void HSVNInitializeWithOptions(const HSVNUserInfo& options);
+
+/// Sets every category of the C locale from the environment or, where that fails, the character type alone.
+///
+/// @return the locale's name
+/// @throws HSVNException "Failed to initialize locales"
+HSVN_EXPORT std::string HSVNInitializeCLocale();
+
+/// Makes the user's Subversion configuration area with Subversion's default files where it is missing, in the form of
+/// the newest loaded bundle. An area that cannot be written is no failure.
+///
+/// @throws HSVNInvalidArgumentException when no bundle is loaded
+/// Stands for svn_config_ensure.
+HSVN_EXPORT void HSVNInitializeSubversionConfiguration();

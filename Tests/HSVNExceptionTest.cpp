@@ -1,0 +1,197 @@
+#include "HSVNException.h"
+#include "FakeBundle.h"
+#include "HSVNBundleLoader.h"
+#include "HSVNPoolPrivate.h"
+#include "TemporaryFolder.h"
+
+#include <cerrno>
+#include <gmock/gmock.h>
+
+namespace {
+
+class SubversionErrors : public testing::Test
+{
+  protected:
+    SubversionErrors()
+    {
+        FakeBundle{_folder.path(), "fake.bundle"};
+        _loader.loadBundleAtPath(_folder / "fake.bundle");
+        _scope.emplace(_loader.newestBundle());
+    }
+
+    static svn_error_t* error(apr_status_t status, const char* message, svn_error_t* child = nullptr)
+    {
+        return HSVNCurrentEntryPoints().error_create(status, child, message);
+    }
+
+    TemporaryFolder _folder;
+    HSVNBundleLoader _loader;
+    std::optional<HSVNBundleScope> _scope;
+};
+
+TEST_F(SubversionErrors, TheFirstKnownCodeOfAChainChoosesTheClass)
+{
+    struct Case
+    {
+        svn_error_t* error;
+        const char* name;
+        std::int32_t status;
+    };
+    const Case cases[] = {
+        {error(155007, "outer"), "HSVNNotWorkingCopyException", 155007},
+        {error(1, "outer", error(200015, "inner")), "HSVNOperationCancelledException", 1},
+        {error(155007, "outer", error(200015, "inner")), "HSVNNotWorkingCopyException", 155007},
+        {error(1, "outer", error(2, "inner")), "HSVNException", 1},
+        {error(170001, "outer"), "HSVNAuthorizationException", 170001},
+        {error(175002, "outer"), "HSVNCommunicationException", 175002},
+    };
+    for (const auto& [chain, name, status] : cases) {
+        const auto exception = HSVNException::exceptionWithError(chain);
+        EXPECT_EQ(exception->name(), name);
+        EXPECT_EQ(exception->className(), name);
+        EXPECT_EQ(exception->reason(), "outer");
+        EXPECT_EQ(exception->status(), status);
+    }
+}
+
+TEST_F(SubversionErrors, ARefusedRequestIsAnAuthorizationFailure)
+{
+    const std::pair<const char*, const char*> cases[] = {
+        {"PROPFIND: 403 forbidden (http://x)", "HSVNAuthorizationException"},
+        {"401 AUTHORIZATION Required", "HSVNAuthorizationException"},
+        {"403", "HSVNCommunicationException"},
+        {nullptr, "HSVNCommunicationException"},
+    };
+    for (const auto& [message, name] : cases) {
+        EXPECT_EQ(HSVNException::exceptionWithError(error(175002, message))->name(), name);
+    }
+    // Only the outermost message counts, whichever error chose the class.
+    EXPECT_EQ(HSVNException::exceptionWithError(error(1, "outer", error(175002, "403 Forbidden")))->name(),
+              "HSVNCommunicationException");
+}
+
+TEST_F(SubversionErrors, TheUserInformationKeepsTheWholeChain)
+{
+    svn_error_t* const chain = error(1, "outer",
+                                     error(200015, "inn\xFF"
+                                                   "er"));
+    chain->file = "update.c";
+    chain->line = 42;
+    const HSVNException exception{chain};
+    const auto& outer = exception.userInfo();
+    EXPECT_EQ(*outer.at(HSVNExceptionMessageKey).text(), "outer");
+    EXPECT_EQ(*outer.at(HSVNExceptionFileNameKey).text(), "update.c");
+    EXPECT_EQ(*outer.at(HSVNExceptionLineNumberKey).number(), 42);
+    EXPECT_EQ(*outer.at(HSVNExceptionStatusKey).number(), 1);
+    const auto& inner = *outer.at(HSVNExceptionCauseKey).dictionary();
+    EXPECT_EQ(*inner.at(HSVNExceptionMessageKey).text(), "inn\uFFFDer");
+    EXPECT_EQ(inner.size(), 2U) << "no file, no line, no cause";
+    EXPECT_EQ(HSVNException::exceptionWithError(chain, false)->userInfo().size(), outer.size()) << "not released yet";
+    HSVNException::exceptionWithError(chain);
+}
+
+TEST_F(SubversionErrors, ABestMessageIsFoundForAnErrorWithoutOne)
+{
+    EXPECT_EQ(HSVNException::exceptionWithError(error(ENOENT, nullptr))->reason(), "No such file or directory");
+}
+
+TEST_F(SubversionErrors, AClassThatIsAskedForIsKept)
+{
+    EXPECT_EQ(HSVNLockException::exceptionWithError(error(155007, "x"), true)->name(), "HSVNLockException");
+    EXPECT_EQ(HSVNLockException::exceptionWithError(error(155007, "x"))->name(), "HSVNNotWorkingCopyException");
+    EXPECT_EQ(HSVNCommunicationException::exceptionWithError(error(1, "403 Forbidden"), true)->name(),
+              "HSVNAuthorizationException");
+    EXPECT_EQ(HSVNConnectionClosedException::exceptionWithReason("x", 155004)->name(), "HSVNConnectionClosedException");
+    svn_error_t* const chain = error(1, "x");
+    EXPECT_EQ(HSVNEntryLockedException{chain}.name(), "HSVNEntryLockedException");
+    HSVNCurrentEntryPoints().error_clear(chain);
+}
+
+TEST_F(SubversionErrors, NoErrorIsAFailedPrecondition)
+{
+    const auto conditionOf = [](auto call) {
+        try {
+            call();
+        } catch (const HSVNAssertionException& exception) {
+            return exception.reason();
+        }
+        return std::string{"(nothing was thrown)"};
+    };
+    const std::string refusal = "Invalid parameter not satisfying: ";
+    EXPECT_EQ(conditionOf([] { HSVNException::exceptionWithError(nullptr); }), refusal + "error != NULL");
+    EXPECT_EQ(conditionOf([] { HSVNException{static_cast<svn_error_t*>(nullptr)}; }), refusal + "error != NULL");
+    EXPECT_EQ(conditionOf([] { HSVNException::dictionaryForError(nullptr); }), refusal + "error != nil");
+}
+
+TEST_F(SubversionErrors, NeedACurrentBundle)
+{
+    svn_error_t* const chain = error(1, "x");
+    _scope.reset();
+    EXPECT_THROW(HSVNException::exceptionWithError(chain), HSVNGenericException);
+    _scope.emplace(_loader.newestBundle());
+    HSVNCurrentEntryPoints().error_clear(chain);
+}
+
+TEST(ExceptionClass, IsMappedFromTheStatus)
+{
+    const std::pair<int, const char*> cases[] = {
+        {150000, "HSVNNoSuchEntryException"},
+        {150002, "HSVNEntryExistsException"},
+        {EEXIST, "HSVNEntryExistsException"},
+        {200005, "HSVNUnversionedResourceException"},
+        {200007, "HSVNUnsupportedFeatureException"},
+        {200015, "HSVNOperationCancelledException"},
+        {160028, "HSVNTransactionOutOfDateException"},
+        {160020, "HSVNEntryExistsException"},
+        {160008, "HSVNNoSuchEntryException"},
+        {160013, "HSVNNoSuchEntryException"},
+        {160024, "HSVNVersionConflictException"},
+        {160043, "HSVNUnsupportedRepositoryFormatException"},
+        {160029, "HSVNBerkeleyDBException"},
+        {170001, "HSVNAuthorizationException"},
+        {210002, "HSVNConnectionClosedException"},
+        {EHOSTUNREACH, "HSVNHostUnreachableException"},
+        {ETIMEDOUT, "HSVNCommunicationTimeOutException"},
+        {ECONNREFUSED, "HSVNConnectionRefusedException"},
+        {210005, "HSVNRepositoryNotFoundException"},
+        {180001, "HSVNNotRepositoryException"},
+        {175002, "HSVNCommunicationException"},
+        {155004, "HSVNWorkingCopyLockedException"},
+        {155015, "HSVNMergeConflictException"},
+        {155005, "HSVNWorkingCopyNotLockedException"},
+        {155007, "HSVNNotWorkingCopyException"},
+        {155023, "HSVNInvalidScheduleException"},
+        {155021, "HSVNUnsupportedWorkingCopyFormatException"},
+        {195006, "HSVNItemModifiedException"},
+        {195005, "HSVNInvalidExternalsDescriptionException"},
+        {160037, "HSVNEntryLockedException"},
+        {160039, "HSVNEntryLockedException"},
+        {160041, "HSVNLockExpiredException"},
+    };
+    for (const auto& [status, name] : cases) {
+        const HSVNExceptionClass* const found = HSVNException::classForAPRStatus(status);
+        ASSERT_NE(found, nullptr) << status;
+        EXPECT_STREQ(found->name(), name) << status;
+        EXPECT_EQ(HSVNExceptionClass::named(name), found);
+        EXPECT_EQ(found->make("x", {})->className(), name);
+    }
+    EXPECT_EQ(HSVNException::mapClassToAPRStatus(1), nullptr);
+    EXPECT_EQ(HSVNLockException::mapClassToAPRStatus(155004), HSVNException::classForAPRStatus(155004));
+    EXPECT_STREQ(HSVNLockException::classForAPRStatus(155004)->name(), "HSVNLockException");
+    EXPECT_EQ(HSVNExceptionClass::named("HSVNNoException"), nullptr);
+}
+
+TEST(ExceptionWithReason, IsThrownAsItsConcreteClassAndBases)
+{
+    EXPECT_EQ(HSVNException::exceptionWithReason("x")->status(), 20014);
+    EXPECT_EQ(HSVNException::exceptionWithReason("x")->name(), "HSVNException");
+    EXPECT_EQ(HSVNException("x", {}).status(), 20014);
+    const auto locked = HSVNException::exceptionWithReason("x", 155004);
+    EXPECT_EQ(locked->status(), 155004);
+    EXPECT_EQ(*locked->userInfo().at(HSVNExceptionMessageKey).text(), "x");
+    EXPECT_THROW(locked->raise(), HSVNWorkingCopyLockedException);
+    EXPECT_THROW(HSVNException::exceptionWithReason("x", ECONNREFUSED)->raise(), HSVNCommunicationException);
+    EXPECT_EQ(HSVNLockExpiredException("x").status(), 20014);
+}
+
+} // namespace
