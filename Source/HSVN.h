@@ -30,6 +30,7 @@
 #include "HSVNFile.h"
 #include "HSVNForward.h"
 #include "HSVNImportOptions.h"
+#include "HSVNInitialize.h"
 #include "HSVNKeyedArchiver.h"
 #include "HSVNKeyedUnarchiver.h"
 #include "HSVNLock.h"
