@@ -54,6 +54,8 @@ function(hsvn_add_bundle target name)
   target_include_directories(${target} SYSTEM BEFORE PRIVATE ${arg_INCLUDE})
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/Source ${HSVN_ADAPTER_FOLDER})
   target_link_libraries(${target} PRIVATE hsvn_warnings ${arg_LIBRARIES} PkgConfig::APR)
+  # The bundles exist to serve the older functions of every line.
+  target_compile_options(${target} PRIVATE -Wno-deprecated-declarations)
   # Static archives stay private to the bundle, and its code stays loaded: Subversion registers clean-ups
   # that run as late as process exit.
   target_link_options(${target} PRIVATE -Wl,--exclude-libs,ALL -Wl,-z,nodelete -Wl,--no-undefined)

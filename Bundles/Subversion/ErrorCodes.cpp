@@ -1,0 +1,54 @@
+#include "ErrorCodes.h"
+
+#include <array>
+
+namespace HSVNAdapter {
+
+bool hasCode(const svn_error_t* error, apr_status_t code)
+{
+    for (; error != nullptr; error = error->child) {
+        if (error->apr_err == code) {
+            return true;
+        }
+    }
+    return false;
+}
+
+svn_error_t* withCode(apr_status_t code, svn_error_t* error)
+{
+    std::array<char, 1024> buffer{};
+    // Newer lines take the error const, older ones do not.
+    return svn_error_create(code, error, svn_err_best_message(error, buffer.data(), buffer.size()));
+}
+
+svn_error_t* smoothed(svn_error_t* error)
+{
+    if (error == nullptr || hasCode(error, SVN_ERR_CANCELLED)) {
+        return error;
+    }
+#if SVN_VER_MINOR >= 7
+    if (hasCode(error, SVN_ERR_SQLITE_BUSY)) {
+        return withCode(SVN_ERR_WC_LOCKED, error);
+    }
+    if (hasCode(error, SVN_ERR_WC_UPGRADE_REQUIRED)) {
+        return withCode(SVN_ERR_WC_UNSUPPORTED_FORMAT, error);
+    }
+#endif
+    return error;
+}
+
+svn_error_t* smoothed(svn_error_t* error, std::initializer_list<ErrorRule> rules)
+{
+    svn_error_t* result = smoothed(error);
+    if (result == nullptr || result != error || hasCode(error, SVN_ERR_CANCELLED)) {
+        return result;
+    }
+    for (const auto& rule : rules) {
+        if (error->apr_err == rule.given) {
+            return withCode(rule.expected, error);
+        }
+    }
+    return error;
+}
+
+} // namespace HSVNAdapter

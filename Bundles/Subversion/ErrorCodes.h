@@ -1,0 +1,33 @@
+#pragma once
+
+#include "HSVNSubversionPrivate.h"
+
+#include <initializer_list>
+
+// The library tells failures apart by the status codes of the lines it was written for. Where a line answers another
+// code for the same condition, a new error with the expected code and the same message becomes the outermost one; the
+// original stays its child, so the whole chain is kept.
+
+namespace HSVNAdapter {
+
+/// One code that a line answers and the code that stands for it.
+struct ErrorRule
+{
+    apr_status_t given;
+    apr_status_t expected;
+};
+
+/// Whether the error or one of its causes has the code.
+bool hasCode(const svn_error_t* error, apr_status_t code);
+
+/// The error below a new one with the code and the same message.
+svn_error_t* withCode(apr_status_t code, svn_error_t* error);
+
+/// What every operation's result passes through: a busy working-copy database is a locked working copy, a working copy
+/// that needs an upgrade has an unsupported format. Cancelled operations are left alone.
+svn_error_t* smoothed(svn_error_t* error);
+
+/// The same, and then the rule whose given code is the outermost error's.
+svn_error_t* smoothed(svn_error_t* error, std::initializer_list<ErrorRule> rules);
+
+} // namespace HSVNAdapter

@@ -1,0 +1,44 @@
+#include "CanonicalPaths.h"
+#include "EntryPointTable.h"
+#include "ErrorCodes.h"
+
+namespace HSVNAdapter {
+namespace {
+
+struct StatusReceiver
+{
+    svn_wc_status_func2_t function;
+    void* baton;
+};
+
+/// Newer lines report an item that is nowhere, neither here nor in the repository, with nothing to say of it.
+bool saysNothing(const svn_wc_status2_t& status)
+{
+    return status.entry == nullptr && status.text_status == svn_wc_status_none &&
+           status.repos_text_status == svn_wc_status_none && status.repos_lock == nullptr;
+}
+
+void receiveStatus(void* baton, const char* path, svn_wc_status2_t* status)
+{
+    const auto* receiver = static_cast<const StatusReceiver*>(baton);
+    if (!saysNothing(*status)) {
+        receiver->function(receiver->baton, path, status);
+    }
+}
+
+svn_error_t* status2(svn_revnum_t* result, const char* path, const svn_opt_revision_t* revision,
+                     svn_wc_status_func2_t receiver, void* baton, svn_boolean_t recurse, svn_boolean_t getAll,
+                     svn_boolean_t update, svn_boolean_t noIgnore, svn_boolean_t ignoreExternals, svn_client_ctx_t* ctx,
+                     apr_pool_t* pool)
+{
+    HSVN_CANONICAL_PATH(path, pool);
+    StatusReceiver filter{receiver, baton};
+    return smoothed(svn_client_status2(result, path, revision, receiveStatus, &filter, recurse, getAll, update,
+                                       noIgnore, ignoreExternals, ctx, pool));
+}
+
+} // namespace
+
+void fillStatus(HSVNBundleEntryPoints& table) { table.client_status2 = status2; }
+
+} // namespace HSVNAdapter

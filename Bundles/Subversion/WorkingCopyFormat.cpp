@@ -1,0 +1,101 @@
+#include "WorkingCopyFormat.h"
+
+#include "CanonicalPaths.h"
+#include "EntryPointTable.h"
+#include "ErrorCodes.h"
+
+#include <charconv>
+#include <cstdint>
+#include <fstream>
+#include <string>
+#include <string_view>
+
+namespace HSVNAdapter {
+namespace {
+
+/// The number alone on the file's first line; 0 when there is none.
+int numberInFirstLine(const std::string& file)
+{
+    std::ifstream stream{file};
+    std::string line;
+    if (!std::getline(stream, line)) {
+        return 0;
+    }
+    int number = 0;
+    const auto [end, failure] = std::from_chars(line.data(), line.data() + line.size(), number);
+    return failure == std::errc{} && end == line.data() + line.size() && number > 0 ? number : 0;
+}
+
+/// The user version in the header of an SQLite database, where Subversion keeps the format; 0 for any other file.
+int numberInDatabaseHeader(const std::string& file)
+{
+    static constexpr std::string_view signature{"SQLite format 3\0", 16};
+    static constexpr std::size_t userVersionOffset = 60;
+    std::string header(userVersionOffset + 4, '\0');
+    std::ifstream stream{file, std::ios::binary};
+    if (!stream.read(header.data(), static_cast<std::streamsize>(header.size())) || !header.starts_with(signature)) {
+        return 0;
+    }
+    std::uint32_t number = 0;
+    for (std::size_t index = userVersionOffset; index < header.size(); ++index) {
+        number = number << 8U | static_cast<unsigned char>(header[index]);
+    }
+    return number <= INT32_MAX ? static_cast<int>(number) : 0;
+}
+
+svn_error_t* checkWC(const char* path, int* format, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_PATH(path, pool);
+    *format = 0;
+    svn_error_t* error = smoothed(svn_wc_check_wc(path, format, pool));
+    if (error != nullptr && !hasCode(error, SVN_ERR_WC_UNSUPPORTED_FORMAT)) {
+        return error;
+    }
+    // Newer lines answer 0 for formats before theirs and after theirs, older ones a fixed number for all after theirs.
+    if (const int stated = statedFormat(path, pool); stated > 0) {
+        *format = stated;
+    }
+    svn_error_clear(error);
+    return SVN_NO_ERROR;
+}
+
+const char* administrativeFolder(apr_pool_t* pool) { return svn_wc_get_adm_dir(pool); }
+
+svn_error_t* pristineCopyPath(const char* path, const char** pristinePath, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_PATH(path, pool);
+    return smoothed(svn_wc_get_pristine_copy_path(path, pristinePath, pool));
+}
+
+} // namespace
+
+int statedFormat(const char* folder, apr_pool_t* pool)
+{
+    const std::string area = std::string{folder} + "/" + svn_wc_get_adm_dir(pool) + "/";
+    // Newer working copies keep a number in the two text files too, only to turn older lines away.
+    for (const int number : {numberInDatabaseHeader(area + "wc.db"), numberInFirstLine(area + "entries"),
+                             numberInFirstLine(area + "format")})
+    {
+        if (number > 0) {
+            return number;
+        }
+    }
+    return 0;
+}
+
+svn_error_t* formatChecked(const char* folder, svn_error_t* error, apr_pool_t* pool)
+{
+    if (error == nullptr || error->apr_err != SVN_ERR_WC_NOT_DIRECTORY) {
+        return error;
+    }
+    return statedFormat(folder, pool) > 0 ? withCode(SVN_ERR_WC_UNSUPPORTED_FORMAT, error) : error;
+}
+
+void fillWorkingCopyFormat(HSVNBundleEntryPoints& table)
+{
+    table.wc_check_wc = checkWC;
+    table.wc_get_adm_dir = administrativeFolder;
+    table.wc_get_pristine_copy_path = pristineCopyPath;
+}
+
+} // namespace HSVNAdapter

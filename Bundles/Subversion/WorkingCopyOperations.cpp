@@ -1,0 +1,89 @@
+#include "CanonicalPaths.h"
+#include "EntryPointTable.h"
+#include "ErrorCodes.h"
+#include "WorkingCopyFormat.h"
+
+namespace HSVNAdapter {
+namespace {
+
+svn_error_t* add3(const char* path, svn_boolean_t recursive, svn_boolean_t force, svn_boolean_t noIgnore,
+                  svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_PATH(path, pool);
+    return smoothed(svn_client_add3(path, recursive, force, noIgnore, ctx, pool));
+}
+
+svn_error_t* checkout2(svn_revnum_t* result, const char* url, const char* path, const svn_opt_revision_t* pegRevision,
+                       const svn_opt_revision_t* revision, svn_boolean_t recurse, svn_boolean_t ignoreExternals,
+                       svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_URL(url, pool);
+    HSVN_CANONICAL_PATH(path, pool);
+    const auto wanted = revisionForTarget(url, revision);
+    return smoothed(svn_client_checkout2(result, url, path, pegRevision, &wanted, recurse, ignoreExternals, ctx, pool));
+}
+
+svn_error_t* cleanup(const char* folder, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_PATH(folder, pool);
+    return formatChecked(folder, smoothed(svn_client_cleanup(folder, ctx, pool)), pool);
+}
+
+svn_error_t* resolved(const char* path, svn_boolean_t recursive, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_PATH(path, pool);
+    return smoothed(svn_client_resolved(path, recursive, ctx, pool));
+}
+
+svn_error_t* revert(const apr_array_header_t* paths, svn_boolean_t recursive, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(canonicalizeAll(&paths, TargetKind::Path, pool));
+    return smoothed(svn_client_revert(paths, recursive, ctx, pool));
+}
+
+svn_error_t* update2(apr_array_header_t** results, const apr_array_header_t* paths, const svn_opt_revision_t* revision,
+                     svn_boolean_t recurse, svn_boolean_t ignoreExternals, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(canonicalizeAll(&paths, TargetKind::Path, pool));
+    return smoothed(svn_client_update2(results, paths, revision, recurse, ignoreExternals, ctx, pool));
+}
+
+#if SVN_VER_MINOR >= 5
+svn_error_t* checkout3(svn_revnum_t* result, const char* url, const char* path, const svn_opt_revision_t* pegRevision,
+                       const svn_opt_revision_t* revision, svn_depth_t depth, svn_boolean_t ignoreExternals,
+                       svn_boolean_t allowObstructions, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_URL(url, pool);
+    HSVN_CANONICAL_PATH(path, pool);
+    const auto wanted = revisionForTarget(url, revision);
+    return smoothed(svn_client_checkout3(result, url, path, pegRevision, &wanted, depth, ignoreExternals,
+                                         allowObstructions, ctx, pool));
+}
+
+svn_error_t* update3(apr_array_header_t** results, const apr_array_header_t* paths, const svn_opt_revision_t* revision,
+                     svn_depth_t depth, svn_boolean_t depthIsSticky, svn_boolean_t ignoreExternals,
+                     svn_boolean_t allowObstructions, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(canonicalizeAll(&paths, TargetKind::Path, pool));
+    return smoothed(svn_client_update3(results, paths, revision, depth, depthIsSticky, ignoreExternals,
+                                       allowObstructions, ctx, pool));
+}
+#endif
+
+} // namespace
+
+void fillWorkingCopyOperations(HSVNBundleEntryPoints& table)
+{
+    table.client_add3 = add3;
+    table.client_checkout2 = checkout2;
+    table.client_cleanup = cleanup;
+    table.client_resolved = resolved;
+    table.client_revert = revert;
+    table.client_update2 = update2;
+#if SVN_VER_MINOR >= 5
+    table.client_checkout3 = checkout3;
+    table.client_update3 = update3;
+#endif
+}
+
+} // namespace HSVNAdapter
