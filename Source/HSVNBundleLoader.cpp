@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <ranges>
 
 namespace fs = std::filesystem;
 
@@ -62,7 +61,7 @@ HSVNBundleProxyRef HSVNBundleLoader::bundleForVersion(const std::optional<HSVNVe
 {
     HSVNAssertParameter(version.has_value(), "version != nil");
     const std::lock_guard guard{_lock};
-    for (const auto& [loaded, bundle] : std::views::reverse(_bundles)) {
+    for (const auto& [loaded, bundle] : _bundles) {
         if (loaded.matches(*version)) {
             return bundle;
         }
@@ -79,13 +78,13 @@ const HSVNUserInfo& HSVNBundleLoader::infoDictionaryForBundle(const HSVNBundlePr
 std::optional<HSVNVersion> HSVNBundleLoader::newestVersion() const
 {
     const std::lock_guard guard{_lock};
-    return _bundles.empty() ? std::nullopt : std::optional{_bundles.rbegin()->first};
+    return _bundles.empty() ? std::nullopt : std::optional{_bundles.begin()->first};
 }
 
 std::optional<HSVNVersion> HSVNBundleLoader::oldestVersion() const
 {
     const std::lock_guard guard{_lock};
-    return _bundles.empty() ? std::nullopt : std::optional{_bundles.begin()->first};
+    return _bundles.empty() ? std::nullopt : std::optional{_bundles.rbegin()->first};
 }
 
 HSVNBundleProxyRef HSVNBundleLoader::newestBundle() const
@@ -103,6 +102,9 @@ HSVNBundleProxyRef HSVNBundleLoader::oldestBundle() const
 std::vector<HSVNVersion> HSVNBundleLoader::loadedVersions() const
 {
     const std::lock_guard guard{_lock};
-    const auto versions = std::views::reverse(std::views::keys(_bundles));
-    return {versions.begin(), versions.end()};
+    std::vector<HSVNVersion> versions;
+    for (const auto& [version, bundle] : _bundles) {
+        versions.push_back(version);
+    }
+    return versions;
 }

@@ -5,6 +5,7 @@
 #include "HSVNObject.h"
 #include "HSVNVersion.h"
 
+#include <functional>
 #include <map>
 #include <mutex>
 #include <optional>
@@ -66,6 +67,6 @@ class HSVN_EXPORT HSVNBundleLoader : public HSVNObject
     std::vector<HSVNVersion> loadedVersions() const;
 
   private:
-    mutable std::mutex _lock; // guards the index
-    std::map<HSVNVersion, HSVNBundleProxyRef> _bundles;
+    mutable std::mutex _lock;                                           // guards the index
+    std::map<HSVNVersion, HSVNBundleProxyRef, std::greater<>> _bundles; // newest first
 };

@@ -3,8 +3,8 @@
 #include "HSVNCharactersPrivate.h"
 
 #include <array>
+#include <cerrno>
 #include <cstdlib>
-#include <errno.h>
 #include <spdlog/logger.h>
 #include <spdlog/sinks/stdout_sinks.h>
 #include <utility>
