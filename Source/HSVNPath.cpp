@@ -1,0 +1,270 @@
+#include "HSVNPath.h"
+
+#include "HSVNLocalPath.h"
+#include "HSVNPlatformException.h"
+#include "HSVNURL.h"
+
+#include <fmt/format.h>
+#include <unicode/ucnv.h>
+#include <unicode/unistr.h>
+
+#include <array>
+#include <string_view>
+#include <unordered_set>
+#include <utility>
+
+namespace {
+
+bool isURLText(const std::string& text) { return text.find("://") != std::string::npos; }
+
+struct CloseConverter
+{
+    void operator()(UConverter* converter) const { ucnv_close(converter); }
+};
+
+std::optional<std::string> convertedFromUTF8(const std::string& text, const std::string& encoding)
+{
+    UErrorCode error = U_ZERO_ERROR;
+    const std::unique_ptr<UConverter, CloseConverter> converter{ucnv_open(encoding.c_str(), &error)};
+    if (U_FAILURE(error) || encoding.empty()) {
+        throw HSVNInvalidArgumentException(fmt::format("Unknown encoding \"{}\"", encoding));
+    }
+    ucnv_setFromUCallBack(converter.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
+    const auto unicode = icu::UnicodeString::fromUTF8(text);
+    std::string bytes(
+        static_cast<std::size_t>(UCNV_GET_MAX_BYTES_FOR_STRING(unicode.length(), ucnv_getMaxCharSize(converter.get()))),
+        '\0');
+    const auto size = ucnv_fromUChars(converter.get(), bytes.data(), static_cast<std::int32_t>(bytes.size()),
+                                      unicode.getBuffer(), unicode.length(), &error);
+    if (U_FAILURE(error)) {
+        return std::nullopt;
+    }
+    bytes.resize(static_cast<std::size_t>(size));
+    return bytes;
+}
+
+/// What follows the base's text in the path's, when that begins with it.
+std::optional<std::string> textAfter(const std::string& path, const std::string& base)
+{
+    return path.starts_with(base) ? std::optional{path.substr(base.size())} : std::nullopt;
+}
+
+/// The way from an ancestor down to a path: empty or begun with a "/", also below a root whose text ends with one.
+std::string wayDown(const HSVNPath& path, const HSVNPathRef& ancestor)
+{
+    if (const auto relative = path.pathRelativeTo(ancestor)) {
+        return *relative;
+    }
+    return "/" + textAfter(path.denormalizedString(), ancestor->denormalizedString()).value_or(path.string());
+}
+
+} // namespace
+
+HSVNPath::HSVNPath(HSVNCoder* decoder) { HSVNRequireKeyedUnarchiver(decoder); }
+
+HSVNPathRef HSVNPath::pathWithString(const std::string& string)
+{
+    if (isURLText(string)) {
+        return HSVNURL::URLWithString(string);
+    }
+    return HSVNLocalPath::pathWithString(string);
+}
+
+HSVNPathRef HSVNPath::pathWithDenormalizedString(const std::string& string)
+{
+    if (isURLText(string)) {
+        return HSVNURL::URLEncodeString(string);
+    }
+    return HSVNLocalPath::pathWithString(string);
+}
+
+HSVNPathRef HSVNPath::commonAncestorForPaths(const std::vector<HSVNPathRef>& paths)
+{
+    if (paths.empty()) {
+        return nullptr;
+    }
+    HSVNPathRef ancestor = paths.front();
+    for (auto path = paths.begin() + 1; path != paths.end() && ancestor; ++path) {
+        ancestor = ancestor->commonAncestorFor(*path);
+    }
+    return ancestor;
+}
+
+const std::string& HSVNPath::string() const { failUnrecognised("string"); }
+
+std::string HSVNPath::denormalizedString() const { failUnrecognised("denormalizedString"); }
+
+std::vector<std::string> HSVNPath::pathAndFile() const { failUnrecognised("pathAndFile"); }
+
+bool HSVNPath::isRoot() const { failUnrecognised("isRoot"); }
+
+std::optional<std::string> HSVNPath::location() const { failUnrecognised("location"); }
+
+std::optional<std::string> HSVNPath::denormalizedLocation() const { failUnrecognised("denormalizedLocation"); }
+
+std::string HSVNPath::lastComponent() const { failUnrecognised("lastComponent"); }
+
+std::string HSVNPath::denormalizedLastComponent() const { failUnrecognised("denormalizedLastComponent"); }
+
+HSVNPathRef HSVNPath::childByAdding(const std::string&) const { failUnrecognised("pathByAddingComponent:"); }
+
+HSVNPathRef HSVNPath::childByNormalizingAndAdding(const std::string&) const
+{
+    failUnrecognised("pathByNormalizingAndAddingComponent:");
+}
+
+HSVNPathRef HSVNPath::parentPath() const { failUnrecognised("parent"); }
+
+HSVNURLRef HSVNPath::itemURL() const { failUnrecognised("URL"); }
+
+HSVNLocalPathRef HSVNPath::itemLocalPath() const { failUnrecognised("localPath"); }
+
+std::vector<HSVNPathRef>
+HSVNPath::pathsForChildrenWithLastComponents(const std::vector<std::string>& lastComponents) const
+{
+    std::vector<HSVNPathRef> children;
+    children.reserve(lastComponents.size());
+    for (const auto& component : lastComponents) {
+        children.push_back(pathByAddingComponent(component));
+    }
+    return children;
+}
+
+std::string HSVNPath::displayName() const
+{
+    auto name = denormalizedLastComponent();
+    if (name == "branches" || name == "tags" || name == "trunk") {
+        if (const auto container = parent()) {
+            return container->denormalizedLastComponent() + "/" + name;
+        }
+    }
+    return name;
+}
+
+std::optional<std::string> HSVNPath::extension() const
+{
+    const auto name = lastComponent();
+    const auto dot = name.rfind('.');
+    return dot == std::string::npos ? std::nullopt : std::optional{name.substr(dot + 1)};
+}
+
+bool HSVNPath::isDescendentOfPath(const HSVNPathRef& other) const
+{
+    if (!other) {
+        return false;
+    }
+    const auto& text = string();
+    const auto& base = other->string();
+    return text.size() > base.size() && text[base.size()] == '/' && text.starts_with(base);
+}
+
+bool HSVNPath::isEqualToPathOrDescendentOf(const HSVNPathRef& other) const
+{
+    return isEqualToPath(other) || isDescendentOfPath(other);
+}
+
+HSVNPathRef HSVNPath::commonAncestorFor(const HSVNPathRef& path) const
+{
+    HSVNAssertParameter(path != nullptr, "path != nil");
+    std::unordered_set<std::string> own;
+    for (auto ancestor = self(); ancestor; ancestor = ancestor->parent()) {
+        own.insert(ancestor->string());
+    }
+    HSVNPathRef ancestor = path;
+    while (ancestor && !own.contains(ancestor->string())) {
+        ancestor = ancestor->parent();
+    }
+    return ancestor;
+}
+
+std::optional<std::string> HSVNPath::pathRelativeTo(const HSVNPathRef& base) const
+{
+    HSVNAssertParameter(base != nullptr, "base != nil");
+    if (isEqualToPath(base)) {
+        return "";
+    }
+    if (!isDescendentOfPath(base)) {
+        return std::nullopt;
+    }
+    // A base above the home directory is not abbreviated while this path is: the normalized texts are told apart then.
+    if (auto relative = textAfter(denormalizedString(), base->denormalizedString())) {
+        return relative;
+    }
+    return textAfter(string(), base->string());
+}
+
+std::optional<std::string> HSVNPath::pathWithSymlinksRelativeTo(const HSVNPathRef& base) const
+{
+    HSVNAssertParameter(base != nullptr, "base != nil");
+    if (isEqualToPath(base)) {
+        return ".";
+    }
+    if (isDescendentOfPath(base)) {
+        return "." + pathRelativeTo(base).value_or("");
+    }
+    const auto ancestor = commonAncestorFor(base);
+    if (!ancestor) {
+        return std::nullopt;
+    }
+    std::string relative;
+    for (auto step = base; step && !step->isEqualToPath(ancestor); step = step->parent()) {
+        relative += relative.empty() ? ".." : "/..";
+    }
+    return relative + wayDown(*this, ancestor);
+}
+
+HSVNPathRef HSVNPath::pathByAddingRelativePathWithSymlinks(const std::string& path) const
+{
+    HSVNPathRef current = self();
+    for (std::size_t start = 0; start < path.size() && current;) {
+        const auto end = std::min(path.find('/', start), path.size());
+        const auto part = path.substr(start, end - start);
+        start = end + 1;
+        if (part == "..") {
+            current = current->parent();
+        } else if (!part.empty() && part != ".") {
+            current = current->pathByAddingComponent(part);
+        }
+    }
+    return current;
+}
+
+HSVNPathRef HSVNPath::resolve() const
+{
+    bool wasLink = false;
+    return resolve(&wasLink);
+}
+
+HSVNPathRef HSVNPath::resolvedPath(bool* wasLink) const
+{
+    HSVNAssertParameter(wasLink != nullptr, "wasLink != nil");
+    *wasLink = false;
+    return self();
+}
+
+std::optional<std::string> HSVNPath::cStringUsingEncoding(const std::string& encoding) const
+{
+    return convertedFromUTF8(string(), encoding);
+}
+
+HSVNComparisonResult HSVNPath::compare(const HSVNPathRef& other) const
+{
+    if (!other) {
+        return HSVNOrderedDescending;
+    }
+    const int order = string().compare(other->string());
+    return order == 0 ? HSVNOrderedSame : order < 0 ? HSVNOrderedAscending : HSVNOrderedDescending;
+}
+
+void HSVNPath::encodeWithCoder(HSVNCoder* encoder) const { HSVNRequireKeyedArchiver(encoder); }
+
+HSVNPathRef HSVNPath::self() const
+{
+    auto owned = weak_from_this().lock();
+    return owned ? owned : copy();
+}
+
+void HSVNPath::failUnrecognised(const char* operation) const
+{
+    throw HSVNInvalidArgumentException(fmt::format("[{} {}]: unrecognised operation", className(), operation));
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "HSVNExport.h"
+
+#include <string>
+#include <string_view>
+
+struct apr_pool_t;
+struct svn_string_t;
+
+/// Conversions of texts where they meet Subversion and its URLs.
+namespace HSVNString {
+
+/// The bytes of a Subversion string, which must not be null ("string != NULL").
+HSVN_EXPORT std::string stringWithSVNString(const svn_string_t* string);
+/// A Subversion string in a pool, the text up to its first NUL; needs a current bundle.
+///
+/// Stands for svn_string_create.
+HSVN_EXPORT svn_string_t* SVNStringUsingPool(const std::string& text, apr_pool_t* pool);
+/// The text with every " " as "%20".
+HSVN_EXPORT std::string stringByURLEncodingSpaces(std::string_view text);
+/// The text with every character of a set replaced.
+///
+/// @param set  the characters, such as "/\\"; none leaves the text as it is
+/// @param replacement  put in the place of each
+HSVN_EXPORT std::string stringByReplacingCharactersInSet(std::string_view text, std::string_view set,
+                                                         std::string_view replacement);
+
+} // namespace HSVNString

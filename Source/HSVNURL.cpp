@@ -1,0 +1,352 @@
+#include "HSVNURL.h"
+
+#include "HSVNLocalPath.h"
+#include "HSVNParsedURL.h"
+#include "HSVNPathTextPrivate.h"
+#include "HSVNPlatformException.h"
+#include "HSVNTrustedTextPrivate.h"
+
+#include <fmt/format.h>
+#include <netdb.h>
+#include <strings.h>
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace {
+
+constexpr std::string_view schemeEnd = "://";
+constexpr std::string_view fileRoot = "file:///";
+constexpr std::string_view nonEmptyString = "string != nil && [string length] > 0";
+constexpr std::string_view nonEmptyComponent = "component != nil && [component length] > 0";
+
+char lowered(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter; }
+
+bool equalIgnoringCase(std::string_view a, std::string_view b)
+{
+    return std::ranges::equal(a, b, {}, lowered, lowered);
+}
+
+/// Every letter of a scheme by RFC 3986, and "_", which names of tunnels have.
+bool isSchemeLetter(char letter)
+{
+    return (lowered(letter) >= 'a' && lowered(letter) <= 'z') || (letter >= '0' && letter <= '9') || letter == '+' ||
+           letter == '-' || letter == '.' || letter == '_';
+}
+
+/// A valid URL's text as it is kept: trimmed, without a trailing "/".
+std::string normalized(const std::string& string)
+{
+    HSVNPathText::requireText(string);
+    const std::string_view trimmed = HSVNPathText::trimmed(string);
+    const auto separator = trimmed.find(schemeEnd);
+    if (separator == std::string_view::npos || separator == 0) {
+        throw HSVNInvalidArgumentException("URL does not contain a scheme");
+    }
+    std::string_view url = trimmed;
+    if (url.size() > separator + schemeEnd.size() && !equalIgnoringCase(url, fileRoot) && url.ends_with('/')) {
+        url.remove_suffix(1);
+    }
+    if (!std::ranges::all_of(url.substr(0, separator), isSchemeLetter) ||
+        !HSVNURL::URLWithSubstitutedSchemeForString(std::string{url}))
+    {
+        throw HSVNInvalidArgumentException(fmt::format("Failed to parse \"{}\". URL is probably malformed.", trimmed));
+    }
+    return std::string{url};
+}
+
+const std::string& required(const std::string& string)
+{
+    HSVNAssertParameter(!string.empty(), nonEmptyString);
+    return string;
+}
+
+const std::string& textOf(const HSVNPathRef& path)
+{
+    HSVNAssertParameter(path != nullptr, nonEmptyString);
+    return path->string();
+}
+
+std::string replacingAll(std::string text, std::string_view old, std::string_view replacement)
+{
+    for (auto found = text.find(old); found != std::string::npos; found = text.find(old, found + replacement.size())) {
+        text.replace(found, old.size(), replacement);
+    }
+    return text;
+}
+
+/// A user's name for the place before "@"; "%" goes first, so that no escape is escaped again.
+std::string escapedUser(std::string user)
+{
+    constexpr std::array<std::pair<std::string_view, std::string_view>, 6> escapes{
+        {{"%", "%25"}, {"@", "%40"}, {":", "%3a"}, {"/", "%2f"}, {"\\", "%5c"}, {" ", "%20"}}};
+    for (const auto& [character, escape] : escapes) {
+        user = replacingAll(std::move(user), character, escape);
+    }
+    // Other letters that no URL may have; the escapes' own "%" stays.
+    return replacingAll(HSVNPathText::percentEncoded(user), "%25", "%");
+}
+
+HSVNURLRef assembledURL(const std::string& scheme, const std::optional<std::string>& user,
+                        const std::optional<std::string>& host, std::optional<std::int32_t> port,
+                        const std::string& path)
+{
+    std::string text = scheme + std::string{schemeEnd};
+    if (user) {
+        text += *user + "@";
+    }
+    text += host.value_or("");
+    if (port) {
+        text += fmt::format(":{}", *port);
+    }
+    return HSVNURL::URLWithString(text + (path.starts_with('/') ? "" : "/") + path);
+}
+
+std::optional<std::string> encodedUserOf(const HSVNParsedURL& url)
+{
+    const auto user = url.encodedUser();
+    return user ? std::optional{escapedUser(HSVNPathText::percentDecodedBytes(*user))} : std::nullopt;
+}
+
+} // namespace
+
+HSVNURL::HSVNURL(const std::string& string) : _url{normalized(required(string))} {}
+
+HSVNURL::HSVNURL(const HSVNPathRef& path) : HSVNURL{textOf(path)} {}
+
+HSVNURL::HSVNURL(HSVNCoder* decoder) : HSVNPath{decoder}, _url{normalized(decoder->decodeRequiredString("string"))} {}
+
+HSVNURL::HSVNURL(HSVNTrustedText, std::string url) : _url{std::move(url)} {}
+
+HSVNURLRef HSVNURLOfTrustedText(std::string url)
+{
+    return std::make_shared<HSVNURL>(HSVNTrustedText{}, std::move(url));
+}
+
+HSVNURLRef HSVNURL::URLWithString(const std::string& string) { return std::make_shared<HSVNURL>(string); }
+
+HSVNURLRef HSVNURL::URLWithPath(const HSVNPathRef& path) { return std::make_shared<HSVNURL>(path); }
+
+HSVNURLRef HSVNURL::URLEncodeString(const std::string& string)
+{
+    required(string);
+    HSVNPathText::requireText(string);
+    // The brackets of an IPv6 address are no characters of the path, where they are escaped.
+    const auto start = string.find("://[");
+    const auto end = start == std::string::npos ? start : string.find_first_of("]/", start + schemeEnd.size());
+    if (end == std::string::npos || string[end] != ']') {
+        return URLWithString(HSVNPathText::percentEncoded(string));
+    }
+    return URLWithString(string.substr(0, end + 1) + HSVNPathText::percentEncoded(string.substr(end + 1)));
+}
+
+HSVNURLRef HSVNURL::URLWithScheme(const std::string& scheme, const std::optional<std::string>& user,
+                                  const std::optional<std::string>& host, std::optional<std::int32_t> port,
+                                  const std::optional<std::string>& path)
+{
+    return assembledURL(scheme, user ? std::optional{escapedUser(*user)} : std::nullopt, host, port, path.value_or(""));
+}
+
+std::optional<HSVNParsedURL> HSVNURL::URLWithSubstitutedSchemeForString(const std::string& string)
+{
+    const auto separator = string.find(schemeEnd);
+    return HSVNParsedURL::parse(separator == std::string::npos ? string : "scheme" + string.substr(separator));
+}
+
+std::int32_t HSVNURL::defaultPortForScheme(const std::string& scheme)
+{
+    std::string service = scheme;
+    std::ranges::transform(service, service.begin(), lowered);
+    constexpr std::size_t largest = std::size_t{1} << 20;
+    std::vector<char> buffer(1024);
+    servent record{};
+    servent* found = nullptr;
+    while (getservbyname_r(service.c_str(), "tcp", &record, buffer.data(), buffer.size(), &found) == ERANGE &&
+           buffer.size() < largest)
+    {
+        buffer.resize(buffer.size() * 2);
+    }
+    return found ? ntohs(static_cast<std::uint16_t>(found->s_port)) : 0;
+}
+
+std::string HSVNURL::URLDecodedString() const { return HSVNPathText::percentDecoded(_url); }
+
+std::string HSVNURL::scheme() const { return _url.substr(0, _url.find(schemeEnd)); }
+
+std::optional<std::string> HSVNURL::host() const { return parsed().host(); }
+
+std::optional<std::int32_t> HSVNURL::port() const { return parsed().port(); }
+
+std::optional<std::string> HSVNURL::user() const { return parsed().user(); }
+
+std::string HSVNURL::hostAndScheme() const
+{
+    const auto url = parsed();
+    std::string text = scheme() + std::string{schemeEnd};
+    if (const auto user = encodedUserOf(url)) {
+        text += *user + "@";
+    }
+    text += url.encodedHost().value_or("");
+    if (url.port()) {
+        text += fmt::format(":{}", *url.port());
+    }
+    return text;
+}
+
+std::string HSVNURL::relativePath() const
+{
+    return HSVNPathText::percentEncoded(HSVNPathText::percentDecodedBytes(parsed().encodedPath()));
+}
+
+std::string HSVNURL::denormalizedRelativePath() const { return parsed().path(); }
+
+bool HSVNURL::isFileURL() const { return equalIgnoringCase(scheme(), "file"); }
+
+bool HSVNURL::schemeUsesTunnel() const { return scheme().find('+') != std::string::npos; }
+
+std::optional<std::string> HSVNURL::location() const
+{
+    if (parsed().encodedPath().empty()) {
+        return _url;
+    }
+    const auto container = parent();
+    return container ? std::optional{container->string()} : std::nullopt;
+}
+
+std::optional<std::string> HSVNURL::denormalizedLocation() const
+{
+    const auto text = location();
+    return text ? std::optional{HSVNPathText::percentDecoded(*text)} : std::nullopt;
+}
+
+std::string HSVNURL::lastComponent() const
+{
+    const auto url = parsed();
+    const auto path = url.encodedPath();
+    return path.empty() || path == "/" ? "/" : std::string{HSVNPathText::lastComponent(_url)};
+}
+
+std::string HSVNURL::denormalizedLastComponent() const { return HSVNPathText::percentDecoded(lastComponent()); }
+
+HSVNURLRef HSVNURL::pathByAddingComponent(const std::string& component) const
+{
+    HSVNAssertParameter(!component.empty(), nonEmptyComponent);
+    if (component == "/") {
+        return selfURL();
+    }
+    const auto begin = component.find_first_not_of('/');
+    if (begin == std::string::npos) {
+        throw HSVNInvalidArgumentException("Valid component required");
+    }
+    const auto trimmed = component.substr(begin, component.find_last_not_of('/') + 1 - begin);
+    return URLWithString(_url + (_url.ends_with('/') ? "" : "/") + trimmed);
+}
+
+HSVNURLRef HSVNURL::pathByNormalizingAndAddingComponent(const std::string& component) const
+{
+    HSVNAssertParameter(!component.empty(), nonEmptyComponent);
+    HSVNPathText::requireText(component);
+    return pathByAddingComponent(HSVNPathText::percentEncoded(component));
+}
+
+HSVNURLRef HSVNURL::parent() const
+{
+    if (equalIgnoringCase(_url, fileRoot)) {
+        return nullptr;
+    }
+    const auto separator = _url.find(schemeEnd);
+    const auto afterSeparator = separator + schemeEnd.size();
+    const auto slash = _url.rfind('/');
+    if (slash < afterSeparator) {
+        return nullptr;
+    }
+    if (slash == afterSeparator) {
+        return URLWithString(_url.substr(0, separator) + ":///");
+    }
+    return URLWithString(_url.substr(0, slash));
+}
+
+HSVNLocalPathRef HSVNURL::localPath() const
+{
+    if (!isFileURL()) {
+        throw HSVNInvalidArgumentException("URL is not a file:// URL");
+    }
+    const auto path = HSVNPathText::percentDecodedBytes(parsed().encodedPath());
+    if (!path.starts_with('/') || !HSVNPathText::isText(path)) {
+        throw HSVNInvalidArgumentException("URL is not a valid file URL");
+    }
+    return HSVNLocalPath::pathWithString(path);
+}
+
+HSVNURLRef HSVNURL::stripUser() const
+{
+    const auto url = parsed();
+    return url.encodedUser() ? assembledURL(scheme(), std::nullopt, url.encodedHost(), url.port(), relativePath())
+                             : selfURL();
+}
+
+HSVNURLRef HSVNURL::URLWithScheme(const std::string& scheme) const
+{
+    const auto url = parsed();
+    return assembledURL(scheme, encodedUserOf(url), url.encodedHost(), url.port(), relativePath());
+}
+
+HSVNURLRef HSVNURL::URLWithUser(const std::optional<std::string>& user) const
+{
+    const auto url = parsed();
+    return assembledURL(scheme(), user ? std::optional{escapedUser(*user)} : std::nullopt, url.encodedHost(),
+                        url.port(), relativePath());
+}
+
+HSVNURLRef HSVNURL::URLWithPort(std::optional<std::int32_t> port) const
+{
+    const auto url = parsed();
+    return assembledURL(scheme(), encodedUserOf(url), url.encodedHost(), port, relativePath());
+}
+
+HSVNURLRef HSVNURL::canonicalize() const
+{
+    if (isFileURL()) {
+        constexpr std::string_view localhost = "file://localhost/";
+        std::string text = _url;
+        for (auto found = text.begin();;) {
+            const auto match = std::ranges::search(found, text.end(), localhost.begin(), localhost.end(), {}, lowered);
+            if (match.empty()) {
+                return URLWithString(text);
+            }
+            const auto offset = match.begin() - text.begin();
+            text.replace(match.begin(), match.end(), fileRoot);
+            found = text.begin() + offset + static_cast<std::ptrdiff_t>(fileRoot.size());
+        }
+    }
+    if (schemeUsesTunnel()) {
+        return stripUser();
+    }
+    const auto url = parsed();
+    const auto port = url.port().value_or(defaultPortForScheme(scheme()));
+    return port == 0 ? selfURL() : assembledURL(scheme(), std::nullopt, url.encodedHost(), port, relativePath());
+}
+
+HSVNURLRef HSVNURL::resolve(bool* wasLink) const
+{
+    HSVNAssertParameter(wasLink != nullptr, "wasLink != nil");
+    *wasLink = false;
+    return selfURL();
+}
+
+HSVNURLRef HSVNURL::copy() const { return std::make_shared<HSVNURL>(*this); }
+
+void HSVNURL::encodeWithCoder(HSVNCoder* encoder) const
+{
+    HSVNPath::encodeWithCoder(encoder);
+    encoder->encodeString(_url, "string");
+}
+
+HSVNURLRef HSVNURL::selfURL() const { return std::static_pointer_cast<const HSVNURL>(self()); }
+
+HSVNParsedURL HSVNURL::parsed() const { return URLWithSubstitutedSchemeForString(_url).value(); }
+
+HSVNLocalPathRef HSVNURL::itemLocalPath() const { return localPath(); }
