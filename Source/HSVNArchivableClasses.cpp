@@ -1,8 +1,10 @@
 #include "HSVNArchivableClassesPrivate.h"
 
 #include "HSVNException.h"
+#include "HSVNLocalPath.h"
 #include "HSVNRevision.h"
 #include "HSVNRevisionSpec.h"
+#include "HSVNURL.h"
 
 #include <algorithm>
 #include <array>
@@ -24,12 +26,14 @@ struct ArchivableClass
 
 constexpr ArchivableClass archivableClasses[] = {
     {"HSVNHeadRevision", decoded<HSVNHeadRevision>},
+    {"HSVNLocalPath", decoded<HSVNLocalPath>},
     {"HSVNMineRevision", decoded<HSVNMineRevision>},
     {"HSVNMutableRevisionSpec", decoded<HSVNMutableRevisionSpec>},
     {"HSVNNumberedRevision", decoded<HSVNNumberedRevision>},
     {"HSVNRelativeRevision", decoded<HSVNRelativeRevision>},
     {"HSVNRevisionAtDate", decoded<HSVNRevisionAtDate>},
     {"HSVNRevisionSpec", decoded<HSVNRevisionSpec>},
+    {"HSVNURL", decoded<HSVNURL>},
 };
 
 template <class Class>
