@@ -8,6 +8,19 @@
 #   FORMAT number          highest working-copy format served; derived from the version when not given
 
 set(HSVN_ADAPTER_FOLDER ${CMAKE_CURRENT_SOURCE_DIR}/Bundles/Subversion)
+# What the adapter needs of the installed Subversion.
+set(HSVN_SUBVERSION_LIBRARIES svn_client-1 svn_wc-1 svn_ra-1 svn_repos-1 svn_fs-1 svn_delta-1 svn_diff-1 svn_subr-1
+                              sqlite3)
+
+# Settings for targets that hold adapter sources compiled against the headers in `include_folder`.
+function(hsvn_adapter_settings target include_folder)
+  # The headers of the bundle's own line come first: the adapter is compiled against them.
+  target_include_directories(${target} SYSTEM BEFORE PRIVATE ${include_folder})
+  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/Source ${HSVN_ADAPTER_FOLDER})
+  target_link_libraries(${target} PRIVATE hsvn_warnings PkgConfig::APR)
+  # The bundles exist to serve the older functions of every line.
+  target_compile_options(${target} PRIVATE -Wno-deprecated-declarations)
+endfunction()
 
 function(hsvn_subversion_version include_folder result)
   file(STRINGS ${include_folder}/svn_version.h lines REGEX "#define SVN_VER_(MAJOR|MINOR|PATCH) +[0-9]+")
@@ -50,12 +63,8 @@ function(hsvn_add_bundle target name)
   endif()
   set(folder ${arg_FOLDER}/${name}.bundle)
   add_library(${target} MODULE ${arg_SOURCES})
-  # The headers of the bundle's own line come first: the adapter is compiled against them.
-  target_include_directories(${target} SYSTEM BEFORE PRIVATE ${arg_INCLUDE})
-  target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/Source ${HSVN_ADAPTER_FOLDER})
-  target_link_libraries(${target} PRIVATE hsvn_warnings ${arg_LIBRARIES} PkgConfig::APR)
-  # The bundles exist to serve the older functions of every line.
-  target_compile_options(${target} PRIVATE -Wno-deprecated-declarations)
+  hsvn_adapter_settings(${target} ${arg_INCLUDE})
+  target_link_libraries(${target} PRIVATE ${arg_LIBRARIES})
   # Static archives stay private to the bundle, and its code stays loaded: Subversion registers clean-ups
   # that run as late as process exit.
   target_link_options(${target} PRIVATE -Wl,--exclude-libs,ALL -Wl,-z,nodelete -Wl,--no-undefined)

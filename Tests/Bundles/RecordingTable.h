@@ -1,0 +1,10 @@
+#pragma once
+
+#include "HSVNBundleEntryPointsPrivate.h"
+
+namespace HSVNTestBundle {
+
+/// The adapter's table with every client, working-copy and repository function recording its calls before it is made.
+HSVNBundleEntryPoints recordingTable();
+
+} // namespace HSVNTestBundle
