@@ -1,8 +1,8 @@
 #include "HSVNRevision.h"
 
+#include "HSVNBundleLoader.h"
 #include "HSVNException.h"
 #include "HSVNSubversionPrivate.h"
-#include "HSVNBundleLoader.h"
 
 #include <ctime>
 #include <gtest/gtest.h>

@@ -13,7 +13,11 @@ class TestEnvironment : public testing::Environment
   public:
     void SetUp() override
     {
-        setenv("HOME", _home.emplace().path().c_str(), 1);
+        // A death test's fresh process stays in the home that the tests gave it.
+        if (getenv("HSVN_TEST_HOME") == nullptr) {
+            setenv("HSVN_TEST_HOME", _home.emplace().path().c_str(), 1);
+        }
+        setenv("HOME", getenv("HSVN_TEST_HOME"), 1);
         setenv("LC_ALL", "C.UTF-8", 1);
         for (const char* variable : {"LANGUAGE", "XDG_CONFIG_HOME", "SVN_EDITOR", "GNUPGHOME", "GPG_AGENT_INFO"}) {
             unsetenv(variable);

@@ -1,0 +1,102 @@
+#include "HSVNInitialize.h"
+#include "FakeBundle.h"
+#include "HSVNBundleLoader.h"
+#include "HSVNException.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <iostream>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Start-up happens once in a process, so each test runs in a fresh one; a fault is its exit code 1.
+class Initialize : public testing::Test
+{
+  protected:
+    void SetUp() override
+    {
+        GTEST_FLAG_SET(death_test_style, "threadsafe");
+        fs::remove_all(home);
+        fs::create_directory(home);
+    }
+
+    static void require(bool holds, const char* what)
+    {
+        if (!holds) {
+            std::cerr << "not so: " << what << std::endl;
+            std::_Exit(1);
+        }
+    }
+
+    const std::string home = std::string{std::getenv("HOME")} + "/of-a-fresh-process";
+};
+
+TEST_F(Initialize, MakesTheConfigurationAreaOnceAndOpensTheNewestBundleOnly)
+{
+    const auto start = [this] {
+        setenv("HOME", home.c_str(), 1);
+        const FakeBundle old{home, "old.bundle", "0.9"};
+        HSVNBundleLoader::sharedInstance().loadBundleAtPath(old.path());
+        HSVNInitialize();
+        require(fs::exists(home + "/.subversion/config"), "the configuration area is made");
+        require(HSVNBundleLoader::sharedInstance().newestVersion()->major() == 1, "the library's bundle is loaded");
+        require(!old.isLoaded(), "an older bundle stays closed");
+        fs::remove_all(home + "/.subversion");
+        HSVNInitializeWithOptions({{"option", "value"}});
+        require(!fs::exists(home + "/.subversion"), "the second call does nothing");
+        std::_Exit(0);
+    };
+    EXPECT_EXIT(start(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(Initialize, StartsWithoutAWritableConfigurationArea)
+{
+    const auto start = [] {
+        setenv("HOME", "/dev/null", 1);
+        HSVNInitialize();
+        std::_Exit(0);
+    };
+    EXPECT_EXIT(start(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(Initialize, FailsOnceWithoutALocale)
+{
+    const auto start = [this] {
+        setenv("HOME", home.c_str(), 1);
+        setenv("LC_ALL", "no_SUCH.locale", 1);
+        try {
+            HSVNInitialize();
+            require(false, "a locale that is not there is a failure");
+        } catch (const HSVNException& exception) {
+            require(exception.reason() == "Failed to initialize locales", "the reason");
+            require(exception.userInfo().empty(), "no user information");
+        }
+        HSVNInitialize();
+        require(!fs::exists(home + "/.subversion"), "start-up is not tried again");
+        try {
+            HSVNBundleCurrent();
+            require(false, "the stack of bundles is empty");
+        } catch (const HSVNGenericException&) {
+            std::_Exit(0);
+        }
+    };
+    EXPECT_EXIT(start(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(Initialize, NeedsABundleForTheConfigurationArea)
+{
+    const auto start = [] {
+        try {
+            HSVNInitializeSubversionConfiguration();
+        } catch (const HSVNInvalidArgumentException&) {
+            std::_Exit(0);
+        }
+        std::_Exit(1);
+    };
+    EXPECT_EXIT(start(), testing::ExitedWithCode(0), "");
+}
+
+} // namespace
