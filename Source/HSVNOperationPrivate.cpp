@@ -1,0 +1,97 @@
+#include "HSVNOperationPrivate.h"
+
+#include "HSVNDebug.h"
+#include "HSVNException.h"
+
+namespace {
+
+/// The context, once the call is logged: the debug line comes before anything else that an operation does.
+const HSVNContextRef& logged(const HSVNContextRef& context, std::string_view className, std::string_view operation,
+                             const std::vector<HSVNArgument>& arguments)
+{
+    HSVNLogCall(className, operation, arguments);
+    return context;
+}
+
+} // namespace
+
+HSVNArgument::HSVNArgument(std::string_view argumentName, const HSVNObject* object)
+    : name{argumentName}, text{[object] { return HSVNDescription(object); }}
+{
+}
+
+HSVNArgument::HSVNArgument(std::string_view argumentName, const std::string& value)
+    : name{argumentName}, text{[&value] { return value; }}
+{
+}
+
+void HSVNLogCall(std::string_view className, std::string_view operation, const std::vector<HSVNArgument>& arguments)
+{
+    if (HSVNDebug::level() < HSVNDebugLevelVerbose) {
+        return;
+    }
+    std::string list;
+    for (const auto& argument : arguments) {
+        list += list.empty() ? "" : ", ";
+        list.append(argument.name).append(": ").append(argument.text());
+    }
+    HSVNDebug::logAtLevel(HSVNDebugLevelVerbose, "[%@ %@] (%@)", className, operation, list);
+}
+
+HSVNOperation::HSVNOperation(const HSVNContextRef& context, std::string_view className, std::string_view operation,
+                             const std::vector<HSVNArgument>& arguments)
+    : _context{logged(context, className, operation, arguments)},
+      _version{context->bundleVersion().value_or(HSVNVersion{0, 0})}, _bundle{context->bundle()},
+      _entryPoints{&HSVNCurrentEntryPoints()}, _pool{context->pool()}, _outerException{context->takeKeptException()}
+{
+}
+
+HSVNOperation::~HSVNOperation()
+{
+    _context->takeKeptException();
+    _context->keepException(std::move(_outerException));
+}
+
+void HSVNOperation::check(svn_error_t* error)
+{
+    if (const std::exception_ptr kept = _context->takeKeptException()) {
+        _entryPoints->error_clear(error);
+        std::rethrow_exception(kept);
+    }
+    if (error) {
+        HSVNException::exceptionWithError(error)->raise();
+    }
+}
+
+apr_array_header_t* HSVNOperation::pathArray(const HSVNPath& path)
+{
+    auto* const array = _entryPoints->apr_array_make(_pool, 1, sizeof(const char*));
+    *static_cast<const char**>(_entryPoints->apr_array_push(array)) = cString(path.string());
+    return array;
+}
+
+const char* HSVNOperation::cString(const std::string& text) const
+{
+    return _entryPoints->apr_pstrdup(_pool, text.c_str());
+}
+
+svn_error_t* HSVNGuardCallback(HSVNContext& context, const std::function<svn_error_t*()>& body) noexcept
+{
+    const HSVNBundleScope scope{context.bundle()};
+    try {
+        return body();
+    } catch (...) {
+        context.keepException(std::current_exception());
+        return HSVN_SUBVERSION_ERROR(SVN_ERR_CANCELLED, nullptr);
+    }
+}
+
+void HSVNGuardVoidCallback(HSVNContext& context, const std::function<void()>& body) noexcept
+{
+    const HSVNBundleScope scope{context.bundle()};
+    try {
+        body();
+    } catch (...) {
+        context.keepException(std::current_exception());
+    }
+}
