@@ -47,7 +47,11 @@ class HSVN_EXPORT HSVNDate
     /// Order in time.
     std::int32_t compare(const HSVNDate& other) const;
 
-    friend constexpr auto operator<=>(const HSVNDate&, const HSVNDate&) = default;
+    friend constexpr bool operator==(const HSVNDate&, const HSVNDate&) = default;
+    friend constexpr std::strong_ordering operator<=>(const HSVNDate& a, const HSVNDate& b)
+    {
+        return a._microseconds <=> b._microseconds;
+    }
 
   private:
     std::int64_t _microseconds = 0;

@@ -13,11 +13,6 @@ HSVNCoder* requireKeyedDecoder(HSVNCoder* decoder)
     return decoder;
 }
 
-HSVNRevisionRef specified(HSVNRevisionRef revision)
-{
-    return revision ? std::move(revision) : HSVNRevision::UNSPECIFIED();
-}
-
 /// The specifications of the symbolic revisions, one set for the process.
 struct SharedSpecs
 {
@@ -137,12 +132,15 @@ bool operator==(const HSVNRevisionSpec& a, const HSVNRevisionSpec& b)
     return *a._operativeRevision == *b._operativeRevision && *a._pegRevision == *b._pegRevision;
 }
 
-void HSVNRevisionSpec::assignOperativeRevision(HSVNRevisionRef revision)
+void HSVNRevisionSpec::assignOperativeRevision(const HSVNRevisionRef& revision)
 {
-    _operativeRevision = specified(std::move(revision));
+    _operativeRevision = revision ? revision : HSVNRevision::UNSPECIFIED();
 }
 
-void HSVNRevisionSpec::assignPegRevision(HSVNRevisionRef revision) { _pegRevision = specified(std::move(revision)); }
+void HSVNRevisionSpec::assignPegRevision(const HSVNRevisionRef& revision)
+{
+    _pegRevision = revision ? revision : HSVNRevision::UNSPECIFIED();
+}
 
 HSVNMutableRevisionSpecRef HSVNMutableRevisionSpec::revisionWithRevision(const HSVNRevisionRef& operativeRevision)
 {

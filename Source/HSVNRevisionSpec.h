@@ -72,8 +72,8 @@ class HSVN_EXPORT HSVNRevisionSpec : public HSVNArchivable
 
   protected:
     /// Nil unsets the side: it becomes UNSPECIFIED.
-    void assignOperativeRevision(HSVNRevisionRef revision);
-    void assignPegRevision(HSVNRevisionRef revision);
+    void assignOperativeRevision(const HSVNRevisionRef& revision);
+    void assignPegRevision(const HSVNRevisionRef& revision);
 
   private:
     HSVNRevisionRef _operativeRevision;
@@ -96,9 +96,9 @@ class HSVN_EXPORT HSVNMutableRevisionSpec : public HSVNRevisionSpec
     static HSVNMutableRevisionSpecRef pegRevisionAtDate(const std::optional<HSVNDate>& date);
 
     /// Nil unsets the operative revision.
-    void setOperativeRevision(HSVNRevisionRef revision) { assignOperativeRevision(std::move(revision)); }
+    void setOperativeRevision(const HSVNRevisionRef& revision) { assignOperativeRevision(revision); }
     /// Nil unsets the peg revision.
-    void setPegRevision(HSVNRevisionRef revision) { assignPegRevision(std::move(revision)); }
+    void setPegRevision(const HSVNRevisionRef& revision) { assignPegRevision(revision); }
 
     std::string className() const override { return "HSVNMutableRevisionSpec"; }
 };
