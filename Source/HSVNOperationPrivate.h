@@ -14,7 +14,7 @@
 #include <vector>
 
 /// One named argument of an operation's debug line; the value's text is made only when the line is written.
-struct HSVNArgument
+struct HSVN_EXPORT HSVNArgument
 {
     std::string_view name;
     std::function<std::string()> text;
@@ -40,14 +40,15 @@ struct HSVNArgument
 };
 
 /// Writes the verbose debug line "[class operation] (name: value, ...)".
-void HSVNLogCall(std::string_view className, std::string_view operation, const std::vector<HSVNArgument>& arguments);
+HSVN_EXPORT void HSVNLogCall(std::string_view className, std::string_view operation,
+                             const std::vector<HSVNArgument>& arguments);
 
 /// The frame that every operation on a context runs in.
 ///
 /// The constructor writes the debug line, pushes the context's bundle and makes a sub-pool of the context's pool; the
 /// destructor destroys the sub-pool and pops the bundle, in that order. Preconditions are tested before it is made.
 /// Exceptions that callbacks kept in the context while the operation ran are thrown by `check`.
-class HSVNOperation
+class HSVN_EXPORT HSVNOperation
 {
   public:
     HSVNOperation(const HSVNContextRef& context, std::string_view className, std::string_view operation,
@@ -97,6 +98,6 @@ class HSVNOperation
 ///
 /// An exception is kept in the context and comes back as a cancellation error, which stops Subversion; the operation's
 /// `check` then throws the kept one.
-svn_error_t* HSVNGuardCallback(HSVNContext& context, const std::function<svn_error_t*()>& body) noexcept;
+HSVN_EXPORT svn_error_t* HSVNGuardCallback(HSVNContext& context, const std::function<svn_error_t*()>& body) noexcept;
 /// The same for callbacks that cannot answer an error; Subversion stops at its next cancellation check.
-void HSVNGuardVoidCallback(HSVNContext& context, const std::function<void()>& body) noexcept;
+HSVN_EXPORT void HSVNGuardVoidCallback(HSVNContext& context, const std::function<void()>& body) noexcept;

@@ -37,5 +37,5 @@ class HSVN_EXPORT HSVNPool
 HSVN_EXPORT const HSVNBundleEntryPoints& HSVNCurrentEntryPoints();
 
 /// A Subversion error located at the caller, for callbacks to return.
-svn_error_t* HSVNMakeSubversionError(apr_status_t status, const char* message, const char* file, long line);
+HSVN_EXPORT svn_error_t* HSVNMakeSubversionError(apr_status_t status, const char* message, const char* file, long line);
 #define HSVN_SUBVERSION_ERROR(status, message) HSVNMakeSubversionError((status), (message), __FILE__, __LINE__)
