@@ -2,6 +2,8 @@
 
 #include "HSVNException.h"
 #include "HSVNLocalPath.h"
+#include "HSVNLock.h"
+#include "HSVNNotification.h"
 #include "HSVNRevision.h"
 #include "HSVNRevisionSpec.h"
 #include "HSVNURL.h"
@@ -27,8 +29,10 @@ struct ArchivableClass
 constexpr ArchivableClass archivableClasses[] = {
     {"HSVNHeadRevision", decoded<HSVNHeadRevision>},
     {"HSVNLocalPath", decoded<HSVNLocalPath>},
+    {"HSVNLock", decoded<HSVNLock>},
     {"HSVNMineRevision", decoded<HSVNMineRevision>},
     {"HSVNMutableRevisionSpec", decoded<HSVNMutableRevisionSpec>},
+    {"HSVNNotification", decoded<HSVNNotification>},
     {"HSVNNumberedRevision", decoded<HSVNNumberedRevision>},
     {"HSVNRelativeRevision", decoded<HSVNRelativeRevision>},
     {"HSVNRevisionAtDate", decoded<HSVNRevisionAtDate>},

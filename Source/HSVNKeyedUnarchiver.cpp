@@ -22,6 +22,13 @@ namespace {
     fail(fmt::format("Value of {} is not {}", keyDescription, expected));
 }
 
+/// Passes a fault on that already names the class, and names it in any other.
+[[noreturn]] void failDecoding(const std::string& className, const HSVNPlatformException& fault)
+{
+    const bool isNamed = fault.reason().find(className) != std::string::npos;
+    fail(isNamed ? fault.reason() : fmt::format("Archived {} is not valid: {}", className, fault.reason()));
+}
+
 /// The value under the key; null when there is none.
 const json* valueForKey(const json& object, std::string_view key)
 {
@@ -124,10 +131,8 @@ std::shared_ptr<HSVNArchivable> HSVNKeyedUnarchiver::decodeAnyObject(std::string
     const Document::Scope scope{*_document, *value};
     try {
         return maker(this);
-    } catch (const HSVNInvalidArgumentException&) {
-        throw;
-    } catch (const HSVNPlatformException& exception) { // a precondition that the archived value does not meet
-        fail(fmt::format("Archived {} is not valid: {}", name, exception.reason()));
+    } catch (const HSVNPlatformException& exception) { // an assertion among others
+        failDecoding(name, exception);
     }
 }
 

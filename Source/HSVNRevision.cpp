@@ -245,8 +245,7 @@ HSVNNumberedRevision::HSVNNumberedRevision(HSVNCoder* decoder)
     : HSVNRevision{decoder}, _number{decoder->decodeRequiredInt32("number")}
 {
     if (_number < 0) {
-        throw HSVNInvalidArgumentException(
-            fmt::format("Value of \"number\" of HSVNNumberedRevision is negative: {}", _number));
+        throw HSVNInvalidArgumentException(fmt::format("Value of \"number\" is negative: {}", _number));
     }
 }
 
@@ -322,7 +321,7 @@ HSVNHeadRevision::HSVNHeadRevision(HSVNCoder* decoder) : HSVNHeadRevision{}
 {
     const auto kind = HSVNRequireKeyedUnarchiver(decoder)->decodeRequiredInt32("kind");
     if (kind != svn_opt_revision_head) {
-        throw HSVNInvalidArgumentException(fmt::format("Value of \"kind\" of HSVNHeadRevision is not HEAD: {}", kind));
+        throw HSVNInvalidArgumentException(fmt::format("Value of \"kind\" is not HEAD: {}", kind));
     }
 }
 

@@ -1,0 +1,143 @@
+#include "HSVNLock.h"
+
+#include "HSVNException.h"
+#include "HSVNNotification.h"
+#include "HSVNSubversionPrivate.h"
+#include "HSVNURL.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const HSVNDate taken{1'795'250'220'000'000};
+
+HSVNLockRef lockWith(const std::string& token, const std::optional<std::string>& owner,
+                     const std::optional<std::string>& comment)
+{
+    return std::make_shared<HSVNLock>(HSVNPath::pathWithString("/trunk/file.c"), token, owner, comment, taken,
+                                      std::nullopt);
+}
+
+} // namespace
+
+TEST(Lock, ComesFromSubversionsRecord)
+{
+    svn_lock_t record{};
+    record.path = "/trunk/file.c";
+    record.token = "opaquelocktoken:1";
+    record.owner = "harry";
+    record.creation_date = taken.microsecondsSince1970() + 999;
+    const HSVNLock bare{&record};
+    EXPECT_EQ(bare.path()->string(), "/trunk/file.c");
+    EXPECT_EQ(bare.token(), "opaquelocktoken:1");
+    EXPECT_EQ(bare.owner(), "harry");
+    EXPECT_EQ(bare.comment(), std::nullopt);
+    EXPECT_EQ(bare.creationDate(), taken);
+    EXPECT_EQ(bare.expirationDate(), std::nullopt);
+
+    record.comment = "mine";
+    record.expiration_date = 60'000'000;
+    const HSVNLock full{&record};
+    EXPECT_EQ(full.comment(), "mine");
+    EXPECT_EQ(full.expirationDate(), HSVNDate{60'000'000});
+}
+
+TEST(Lock, IsEqualByTokenAloneAndHashesByIdentity)
+{
+    const auto lock = lockWith("t1", "harry", "why");
+    EXPECT_TRUE(lock->isEqual(lockWith("t1", "sally", std::nullopt)));
+    EXPECT_FALSE(lock->isEqual(lockWith("t2", "harry", "why")));
+    EXPECT_FALSE(lock->isEqual(nullptr));
+    EXPECT_NE(lock->hash(), lock->copy()->hash());
+    EXPECT_EQ(lock->copy()->comment(), "why");
+}
+
+TEST(Lock, DescriptionCutsTheComment)
+{
+    const auto lock = lockWith("t1", std::nullopt, "123456789012345678901234567890");
+    EXPECT_EQ(lock->description(),
+              "{ " + lock->objectDescription() +
+                  " path: /trunk/file.c, token: t1, owner: (null), creationDate: 2026-11-21 08:37:00 +0000, "
+                  "expirationDate: (null), comment: 12345678901234567890... }");
+}
+
+TEST(Lock, RequiresPathTokenAndCreationDate)
+{
+    const auto path = HSVNPath::pathWithString("/f");
+    const auto reasonOf = [](const HSVNPathRef& lockPath, const std::optional<std::string>& token,
+                             const std::optional<HSVNDate>& date) {
+        try {
+            const HSVNLock lock{lockPath, token, std::nullopt, std::nullopt, date, std::nullopt};
+        } catch (const HSVNAssertionException& exception) {
+            return exception.reason();
+        }
+        return std::string{"no exception"};
+    };
+    EXPECT_EQ(reasonOf(nullptr, "t", taken), "Invalid parameter not satisfying: thePath != nil");
+    EXPECT_EQ(reasonOf(path, std::nullopt, taken), "Invalid parameter not satisfying: theToken != nil");
+    EXPECT_EQ(reasonOf(path, "t", std::nullopt), "Invalid parameter not satisfying: theCreationDate != nil");
+}
+
+struct ActionName
+{
+    std::int32_t action;
+    const char* name;
+};
+
+class NotificationAction : public testing::TestWithParam<ActionName>
+{
+};
+
+TEST_P(NotificationAction, HasItsName)
+{
+    EXPECT_EQ(HSVNNotification::stringForAction(GetParam().action), GetParam().name);
+}
+
+// The numbers are Subversion's or stored by applications, so they are written out here.
+INSTANTIATE_TEST_SUITE_P(
+    Actions, NotificationAction,
+    testing::Values(ActionName{-1, "HSVNNotifyActionUnknown"}, ActionName{0, "HSVNNotifyActionAdd"},
+                    ActionName{svn_wc_notify_skip, "HSVNNotifyActionSkip"},
+                    ActionName{svn_wc_notify_update_completed, "HSVNNotifyActionUpdateCompleted"},
+                    ActionName{svn_wc_notify_commit_postfix_txdelta, "HSVNNotifyActionCommitPostfixTXDelta"},
+                    ActionName{svn_wc_notify_failed_unlock, "HSVNNotifyActionFailedUnlock"},
+                    ActionName{svn_wc_notify_update_replace, "HSVNNotifyActionUpdateReplace"},
+                    ActionName{svn_wc_notify_tree_conflict, "HSVNNotifyActionTreeConflict"},
+                    ActionName{40, "HSVNNotifyActionFailedExternal"}, ActionName{41, "<unknown> (41)"},
+                    ActionName{-2, "<unknown> (-2)"}, ActionName{65536, "HSVNNotifyActionUpdateStarted"},
+                    ActionName{65544, "HSVNNotifyActionCheckOutFailed"},
+                    ActionName{65551, "HSVNNotifyActionInternalExportStarted"},
+                    ActionName{65552, "<unknown> (65552)"}));
+
+TEST(Notification, StartsWithItsDefaults)
+{
+    const auto fresh = HSVNNotification::notification();
+    EXPECT_EQ(fresh->description(), "{ " + fresh->objectDescription() +
+                                        ", action: HSVNNotifyActionUnknown, contentState: 1, error: (null), lock: "
+                                        "(null), lockState: 1, nodeKind: 3, path: (null), alternatePath: (null), "
+                                        "propertyState: 1, revision: -1 }");
+    EXPECT_EQ(HSVNNotification::notificationWithAction(HSVNNotifyActionLocked)->action(), 21);
+}
+
+TEST(Notification, ACopySharesEveryField)
+{
+    HSVNNotification original;
+    original.setPath("a/b");
+    original.setPathPrefix("a");
+    original.setURL(HSVNURL::URLWithString("svn://h/r"));
+    original.setAlternatePath(HSVNPath::pathWithString("/c"));
+    original.setLock(lockWith("t", "o", std::nullopt));
+    original.setError(HSVNException("broken").copy());
+    original.setPropertyName("p");
+    original.setRevision(9);
+    const auto copy = original.copy();
+    EXPECT_EQ(copy->path(), "a/b");
+    EXPECT_EQ(copy->pathPrefix(), "a");
+    EXPECT_EQ(copy->URL(), original.URL());
+    EXPECT_EQ(copy->alternatePath(), original.alternatePath());
+    EXPECT_EQ(copy->lock(), original.lock());
+    EXPECT_EQ(copy->error(), original.error());
+    EXPECT_EQ(copy->propertyName(), "p");
+    EXPECT_EQ(copy->revision(), 9);
+    EXPECT_NE(copy->description().find("error: broken, lock: { <HSVNLock: "), std::string::npos);
+}
