@@ -1,11 +1,15 @@
 #include "HSVNArchivableClassesPrivate.h"
 
+#include "HSVNDirectory.h"
 #include "HSVNException.h"
+#include "HSVNFile.h"
 #include "HSVNLocalPath.h"
 #include "HSVNLock.h"
+#include "HSVNNode.h"
 #include "HSVNNotification.h"
 #include "HSVNRevision.h"
 #include "HSVNRevisionSpec.h"
+#include "HSVNStatus.h"
 #include "HSVNURL.h"
 
 #include <algorithm>
@@ -27,16 +31,20 @@ struct ArchivableClass
 };
 
 constexpr ArchivableClass archivableClasses[] = {
+    {"HSVNDirectory", decoded<HSVNDirectory>},
+    {"HSVNFile", decoded<HSVNFile>},
     {"HSVNHeadRevision", decoded<HSVNHeadRevision>},
     {"HSVNLocalPath", decoded<HSVNLocalPath>},
     {"HSVNLock", decoded<HSVNLock>},
     {"HSVNMineRevision", decoded<HSVNMineRevision>},
     {"HSVNMutableRevisionSpec", decoded<HSVNMutableRevisionSpec>},
+    {"HSVNNode", decoded<HSVNNode>},
     {"HSVNNotification", decoded<HSVNNotification>},
     {"HSVNNumberedRevision", decoded<HSVNNumberedRevision>},
     {"HSVNRelativeRevision", decoded<HSVNRelativeRevision>},
     {"HSVNRevisionAtDate", decoded<HSVNRevisionAtDate>},
     {"HSVNRevisionSpec", decoded<HSVNRevisionSpec>},
+    {"HSVNStatus", decoded<HSVNStatus>},
     {"HSVNURL", decoded<HSVNURL>},
 };
 

@@ -73,7 +73,8 @@ class HSVN_EXPORT HSVNCommitItem : public HSVNObject
     /// What a commit would do to a node.
     ///
     /// @param node  not nil ("node != nil")
-    /// @return nil for a node that would not be committed, or that has no status record
+    /// @return nil for a node that would not be committed
+    /// @throws an assertion "status != nil" for a node without a status record
     static HSVNCommitItemRef commitItemForNode(const HSVNNodeRef& node);
 
   private:

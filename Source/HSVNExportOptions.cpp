@@ -1,10 +1,12 @@
 #include "HSVNExportOptions.h"
 
+#include "HSVNTextPrivate.h"
+
 #include <fmt/format.h>
 
 std::string HSVNExportOptions::description() const
 {
     return fmt::format("{{ {} depth: {:d}, processExternals: {:d}, overwriteExisting: {:d}, EOLMarkers: {} }}",
                        HSVNOptionsWithRevision::description(), std::int32_t{_depth}, _processExternals,
-                       _overwriteExisting, _EOLMarkers.value_or("(null)"));
+                       _overwriteExisting, HSVNDescription(_EOLMarkers));
 }

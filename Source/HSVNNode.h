@@ -72,10 +72,10 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// status records' last changed revision and text status.
     ///
     /// @param other  may be nil, which sorts first
-    /// @return -1, 0 or 1. A node without a status record is always greater: of two such nodes that are otherwise equal
+    /// @return A node without a status record is always greater: of two such nodes that are otherwise equal
     ///         each compares greater than the other, so this is no order for std::sort on such lists.
-    std::int32_t compare(const HSVNNode* other) const;
-    std::int32_t compare(const HSVNNodeRef& other) const { return compare(other.get()); }
+    HSVNComparisonResult compare(const HSVNNode* other) const;
+    HSVNComparisonResult compare(const HSVNNodeRef& other) const { return compare(other.get()); }
 
     /// The last path component as shown to the user.
     std::optional<std::string> name() const;
@@ -224,14 +224,13 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
 
     /// Asks the context's delegate for a log message.
     ///
-    /// @param message      where the delegate stores the message; may be null
+    /// @param message      where the delegate stores the message
     /// @param commitItems  what the message is for
     /// @param path         the target; not used
     /// @param context      a client asks its delegate; any other context has none
-    /// @return false when the delegate refused; true without a delegate, the message then untouched
-    static bool promptForLogMessage(std::optional<std::string>* message,
-                                    const std::vector<HSVNCommitItemRef>& commitItems, const HSVNPathRef& path,
-                                    const HSVNContextRef& context);
+    /// @return false when the delegate refused; true without a delegate that answers, the message then untouched
+    static bool promptForLogMessage(std::string& message, const std::vector<HSVNCommitItemRef>& commitItems,
+                                    const HSVNPathRef& path, const HSVNContextRef& context);
     /// The commit items of a move or copy, which Subversion does not tell in advance.
     ///
     /// @param sourcePaths  local paths or URLs
@@ -248,6 +247,8 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     void unshareStatus();
 
   private:
+    HSVNComparisonResult compareStatus(const HSVNNode& other) const;
+
     HSVNSharedText _name; // nil while `_nameIsLastComponent`
     HSVNPathRef _path;
     HSVNPathRef _location;

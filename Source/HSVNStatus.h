@@ -15,6 +15,7 @@
 #include <string>
 #include <string_view>
 
+struct svn_wc_entry_t;
 struct svn_wc_status2_t;
 
 /// Working-copy status of one item: what changed here, what changed in the repository since, and the item's last
@@ -139,8 +140,8 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     /// When the text, or the properties, were last known to be unchanged.
     std::optional<HSVNDate> upToDateTextDate() const { return _upToDateTextDate.value(); }
     void setUpToDateTextDate(const std::optional<HSVNDate>& date) { _upToDateTextDate = date; }
-    std::optional<HSVNDate> upToDatePropertyDate() const;
-    void setUpToDatePropertyDate(const std::optional<HSVNDate>& date);
+    std::optional<HSVNDate> upToDatePropertyDate() const { return _upToDatePropertyDate.value(); }
+    void setUpToDatePropertyDate(const std::optional<HSVNDate>& date) { _upToDatePropertyDate = date; }
     /// Checksum of the unchanged text, as Subversion writes it (MD5 in hexadecimal digits).
     std::optional<std::string> checksum() const;
     void setChecksum(std::optional<std::string> checksum);
@@ -178,11 +179,10 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     };
 
     const Rare& rare() const;
-    Rare& ownRare();
     template <class Value>
     void setRare(Value Rare::*field, Value value);
     static HSVNStatusRef withKinds(HSVNStatusKind text, HSVNStatusKind property);
-    void takeEntry(const svn_wc_status2_t& status, const HSVNVersion& version, HSVNTextCache* texts);
+    void takeEntry(const svn_wc_entry_t& entry, const HSVNVersion& version, HSVNTextCache* texts);
 
     HSVNStatusKind _textStatus = HSVNStatusKindNone;
     HSVNStatusKind _propertyStatus = HSVNStatusKindNone;
@@ -195,6 +195,7 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     HSVNCompactDate _lastChangedDate;
     HSVNSharedText _lastChangedAuthor;
     HSVNCompactDate _upToDateTextDate;
+    HSVNCompactDate _upToDatePropertyDate;
     std::array<std::uint8_t, 16> _packedChecksum{}; // of the usual form: 32 lower-case hexadecimal digits
     std::unique_ptr<Rare> _rare;
 };

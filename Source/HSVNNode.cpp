@@ -1,0 +1,180 @@
+#include "HSVNNode.h"
+
+#include "HSVNLocalPath.h"
+#include "HSVNLock.h"
+#include "HSVNPath.h"
+#include "HSVNStatus.h"
+#include "HSVNRevisionNumberPrivate.h"
+#include "HSVNSubversionPrivate.h"
+#include "HSVNTextPrivate.h"
+#include "HSVNURL.h"
+
+#include <filesystem>
+#include <system_error>
+
+// A scan keeps one node per item: see Documentation/Memory.md before a field is added.
+static_assert(sizeof(void*) != 8 || sizeof(HSVNNode) <= 144);
+
+namespace {
+
+template <class Value>
+HSVNComparisonResult ordered(const Value& a, const Value& b)
+{
+    return a < b ? HSVNOrderedAscending : b < a ? HSVNOrderedDescending : HSVNOrderedSame;
+}
+
+} // namespace
+
+HSVNNode::HSVNNode() = default;
+HSVNNode::HSVNNode(const HSVNNode& other) = default;
+HSVNNode::~HSVNNode() = default;
+
+HSVNNode::HSVNNode(std::optional<std::string> name, HSVNPathRef path, HSVNURLRef url, const svn_dirent_t* dirent,
+                   const svn_lock_t* lock)
+    : _path{std::move(path)}, _location{_path ? _path->parent() : nullptr}, _url{std::move(url)},
+      _lock{lock ? std::make_shared<HSVNLock>(lock) : nullptr}
+{
+    HSVNAssertParameter(dirent != nullptr, "dirent != NULL");
+    setName(std::move(name));
+    _size = static_cast<std::uint64_t>(dirent->size);
+    _revision = HSVNRevisionNumberFromSubversion(dirent->created_rev);
+    _date = HSVNDate::dateWithAPRTime(dirent->time);
+    setAuthor(HSVNTextOrNil(dirent->last_author));
+    _hasProperties = dirent->has_props != 0;
+}
+
+HSVNNodeRef HSVNNode::copy() const
+{
+    auto node = std::make_shared<HSVNNode>(*this);
+    node->unshareStatus();
+    return node;
+}
+
+void HSVNNode::unshareStatus() { _status = _status ? _status->copy() : nullptr; }
+
+std::optional<std::string> HSVNNode::name() const
+{
+    return _nameIsLastComponent ? std::optional{_path->denormalizedLastComponent()} : HSVNTextValue(_name);
+}
+
+void HSVNNode::setName(std::optional<std::string> name)
+{
+    _nameIsLastComponent = name && _path && *name == _path->denormalizedLastComponent();
+    _name = _nameIsLastComponent ? nullptr : HSVNMakeSharedText(std::move(name));
+}
+
+void HSVNNode::setPath(HSVNPathRef path)
+{
+    auto keptName = name();
+    _path = std::move(path);
+    setName(std::move(keptName));
+}
+
+void HSVNNode::setAuthor(std::optional<std::string> author) { _author = HSVNMakeSharedText(std::move(author)); }
+
+HSVNComparisonResult HSVNNode::compare(const HSVNNode* other) const
+{
+    if (!other) {
+        return HSVNOrderedDescending;
+    }
+    if (isDirectory() != other->isDirectory()) {
+        return isDirectory() ? HSVNOrderedAscending : HSVNOrderedDescending;
+    }
+    if (const auto order = _path ? _path->compare(other->_path) : HSVNOrderedSame; order != HSVNOrderedSame) {
+        return order;
+    }
+    if (const auto order = ordered(_revision, other->_revision); order != HSVNOrderedSame) {
+        return order;
+    }
+    if (const auto order = ordered(_date, other->_date); order != HSVNOrderedSame) {
+        return order;
+    }
+    if (const auto order = ordered(_size, other->_size); order != HSVNOrderedSame) {
+        return order;
+    }
+    return compareStatus(*other);
+}
+
+HSVNComparisonResult HSVNNode::compareStatus(const HSVNNode& other) const
+{
+    if (!_status || !other._status) {
+        // Also when neither has one: nodes that no scan made never compare equal.
+        return _status ? HSVNOrderedAscending : HSVNOrderedDescending;
+    }
+    const auto order = ordered(_status->lastChangedRevision(), other._status->lastChangedRevision());
+    return order != HSVNOrderedSame ? order : ordered(_status->textStatus(), other._status->textStatus());
+}
+
+// Archive
+
+void HSVNNode::encodeWithCoder(HSVNCoder* encoder) const
+{
+    HSVNRequireKeyedArchiver(encoder);
+    encoder->encodeString(name(), "name");
+    encoder->encodeObject(_path, "path");
+    encoder->encodeObject(_location, "location");
+    encoder->encodeObject(_url, "url");
+    encoder->encodeUnsigned(_size, "size");
+    encoder->encodeInteger(_revision, "revision");
+    encoder->encodeDate(date(), "date");
+    encoder->encodeString(author(), "author");
+    encoder->encodeObject(_lock, "lock");
+    encoder->encodeBool(_hasProperties, "hasProperties");
+    encoder->encodeObject(_status, "status");
+}
+
+HSVNNode::HSVNNode(HSVNCoder* decoder)
+{
+    HSVNRequireKeyedUnarchiver(decoder);
+    _path = decoder->decodeObject<HSVNPath>("path");
+    setName(decoder->decodeString("name"));
+    _location = decoder->decodeObject<HSVNPath>("location");
+    _url = decoder->decodeObject<HSVNURL>("url");
+    _size = decoder->decodeUnsigned("size");
+    _revision = decoder->decodeInt32("revision");
+    _date = decoder->decodeDate("date");
+    setAuthor(decoder->decodeString("author"));
+    _lock = decoder->decodeObject<HSVNLock>("lock");
+    _hasProperties = decoder->decodeBool("hasProperties");
+    _status = decoder->decodeObject<HSVNStatus>("status");
+}
+
+// Working-copy status
+
+bool HSVNNode::canBeAdded() const
+{
+    if (!_status) {
+        return false;
+    }
+    if (!_status->isVersioned()) {
+        return true;
+    }
+    std::error_code error;
+    return _status->schedule() == HSVNScheduleDelete && !isDirectory() && _path &&
+           std::filesystem::exists(_path->string(), error);
+}
+
+bool HSVNNode::hasNewerRevisionInRepository() const
+{
+    const auto tellsChange = [](HSVNStatusKind kind) {
+        return kind != HSVNStatusKindNone && kind != HSVNStatusKindNormal;
+    };
+    return _status &&
+           (tellsChange(_status->repositoryTextStatus()) || tellsChange(_status->repositoryPropertyStatus()));
+}
+
+HSVNLockStatus HSVNNode::lockStatus() const
+{
+    const HSVNLockRef repositoryLock = _status ? _status->repositoryLock() : nullptr;
+    if (repositoryLock) {
+        if (!_lock) {
+            return HSVNLockStatusLockedElsewhere;
+        }
+        return _lock->isEqualToLock(repositoryLock) ? HSVNLockStatusLockedHere : HSVNLockStatusStolen;
+    }
+    if (!_lock) {
+        return HSVNLockStatusNone;
+    }
+    const bool repositoryAsked = _status && _status->repositoryTextStatus() != HSVNStatusKindNone;
+    return repositoryAsked ? HSVNLockStatusBroken : HSVNLockStatusLockedLocally;
+}

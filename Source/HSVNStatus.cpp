@@ -1,0 +1,356 @@
+#include "HSVNStatus.h"
+
+#include "HSVNLock.h"
+#include "HSVNRevisionNumberPrivate.h"
+#include "HSVNSubversionPrivate.h"
+#include "HSVNSubversionURLPrivate.h"
+#include "HSVNTextPrivate.h"
+#include "HSVNURL.h"
+#include "HSVNVersion.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <bit>
+#include <cstdlib>
+#include <limits>
+#include <utility>
+
+/// What few items have. Plain texts do here: of thousands of records hardly one is made.
+struct HSVNStatus::Rare
+{
+    HSVNRevisionNumber outOfDateLastCommitRevision = HSVNInvalidRevision;
+    HSVNRevisionNumber copyFromRevision = HSVNInvalidRevision;
+    HSVNCompactDate outOfDateLastCommitDate;
+    std::optional<std::string> outOfDateLastCommitAuthor;
+    HSVNURLRef repositoryRootURL;
+    std::optional<std::string> repositoryUUID;
+    HSVNURLRef copyFromURL;
+    std::optional<std::string> conflictOldVersion;
+    std::optional<std::string> conflictNewVersion;
+    std::optional<std::string> conflictWorkingVersion;
+    std::optional<std::string> propertyRejectFilePath;
+    std::optional<std::string> checksum; // of an unusual form
+    HSVNLockRef repositoryLock;
+};
+
+// A scan keeps one record per item: see Documentation/Memory.md before a field is added.
+static_assert(sizeof(void*) != 8 || sizeof(HSVNStatus) <= 104);
+
+namespace {
+
+using PackedChecksum = std::array<std::uint8_t, 16>;
+
+constexpr std::string_view hexadecimalDigits = "0123456789abcdef";
+
+std::optional<PackedChecksum> packed(std::string_view checksum)
+{
+    PackedChecksum bytes{};
+    if (checksum.size() != 2 * bytes.size()) {
+        return std::nullopt;
+    }
+    for (std::size_t index = 0; index < bytes.size(); ++index) {
+        const auto high = hexadecimalDigits.find(checksum[2 * index]);
+        const auto low = hexadecimalDigits.find(checksum[2 * index + 1]);
+        if (high == std::string_view::npos || low == std::string_view::npos) {
+            return std::nullopt;
+        }
+        bytes[index] = static_cast<std::uint8_t>(high << 4U | low);
+    }
+    return bytes;
+}
+
+std::string unpacked(const PackedChecksum& bytes)
+{
+    std::string text;
+    text.reserve(2 * bytes.size());
+    for (const unsigned byte : bytes) {
+        text += hexadecimalDigits[byte >> 4U];
+        text += hexadecimalDigits[byte & 15U];
+    }
+    return text;
+}
+
+bool isOrdinary(HSVNStatusKind kind)
+{
+    return kind == HSVNStatusKindNone || kind == HSVNStatusKindNormal || kind == HSVNStatusKindIgnored ||
+           kind == HSVNStatusKindExternal;
+}
+
+HSVNStatusKind decodeKind(HSVNCoder& decoder, std::string_view key)
+{
+    const std::uint64_t value = decoder.decodeUnsigned(key);
+    const bool isBit = std::has_single_bit(value) && value <= HSVNStatusKindIncomplete;
+    if (value != HSVNStatusKindNone && !isBit && value != HSVNStatusKindUnknown) {
+        throw HSVNInvalidArgumentException(fmt::format("Value of \"{}\" is not a status kind: {}", key, value));
+    }
+    return static_cast<HSVNStatusKind>(value);
+}
+
+HSVNSchedule decodeSchedule(HSVNCoder& decoder, std::string_view key)
+{
+    const std::int64_t value = decoder.decodeInteger(key);
+    if (value < HSVNScheduleInvalid || value > HSVNScheduleReplace) {
+        throw HSVNInvalidArgumentException(fmt::format("Value of \"{}\" is not a schedule: {}", key, value));
+    }
+    return static_cast<HSVNSchedule>(value);
+}
+
+} // namespace
+
+HSVNStatus::HSVNStatus() = default;
+HSVNStatus::~HSVNStatus() = default;
+
+HSVNStatus::HSVNStatus(const HSVNStatus& other)
+    : HSVNArchivable{other}, _textStatus{other._textStatus}, _propertyStatus{other._propertyStatus},
+      _repositoryTextStatus{other._repositoryTextStatus}, _repositoryPropertyStatus{other._repositoryPropertyStatus},
+      _schedule{other._schedule}, _depth{other._depth}, _lastChangedRevision{other._lastChangedRevision},
+      _flags{other._flags}, _lastChangedDate{other._lastChangedDate}, _lastChangedAuthor{other._lastChangedAuthor},
+      _upToDateTextDate{other._upToDateTextDate}, _upToDatePropertyDate{other._upToDatePropertyDate},
+      _packedChecksum{other._packedChecksum}, _rare{other._rare ? std::make_unique<Rare>(*other._rare) : nullptr}
+{
+}
+
+HSVNStatusRef HSVNStatus::copy() const
+{
+    auto status = std::make_shared<HSVNStatus>(*this);
+    status->_depth = HSVNDepthUnknown;
+    return status;
+}
+
+HSVNStatusRef HSVNStatus::withKinds(HSVNStatusKind text, HSVNStatusKind property)
+{
+    auto status = std::make_shared<HSVNStatus>();
+    status->_textStatus = text;
+    status->_propertyStatus = property;
+    return status;
+}
+
+HSVNStatusRef HSVNStatus::normal() { return withKinds(HSVNStatusKindNormal, HSVNStatusKindNormal); }
+HSVNStatusRef HSVNStatus::unversioned() { return withKinds(HSVNStatusKindUnversioned, HSVNStatusKindNone); }
+HSVNStatusRef HSVNStatus::ignored() { return withKinds(HSVNStatusKindIgnored, HSVNStatusKindNone); }
+
+bool HSVNStatus::isVersioned() const
+{
+    return _textStatus != HSVNStatusKindUnversioned && _textStatus != HSVNStatusKindIgnored;
+}
+
+bool HSVNStatus::isAbnormal() const { return !isOrdinary(_textStatus) || !isOrdinary(_propertyStatus); }
+
+HSVNRevisionNumber HSVNStatus::revisionFromFilename(const std::optional<std::string>& fileName)
+{
+    const auto dot = fileName ? fileName->rfind('.') : std::string::npos;
+    if (dot == std::string::npos || fileName->size() - dot < 3 || (*fileName)[dot + 1] != 'r') {
+        return HSVNInvalidRevision;
+    }
+    using Limits = std::numeric_limits<HSVNRevisionNumber>;
+    const long long number = std::strtoll(fileName->c_str() + dot + 2, nullptr, 10);
+    return static_cast<HSVNRevisionNumber>(std::clamp<long long>(number, Limits::min(), Limits::max()));
+}
+
+// Fields stored apart
+
+const HSVNStatus::Rare& HSVNStatus::rare() const
+{
+    static const Rare none;
+    return _rare ? *_rare : none;
+}
+
+template <class Value>
+void HSVNStatus::setRare(Value Rare::*field, Value value)
+{
+    if (rare().*field == value) {
+        return;
+    }
+    if (!_rare) {
+        _rare = std::make_unique<Rare>();
+    }
+    (*_rare).*field = std::move(value);
+}
+
+HSVNRevisionNumber HSVNStatus::outOfDateLastCommitRevision() const { return rare().outOfDateLastCommitRevision; }
+void HSVNStatus::setOutOfDateLastCommitRevision(HSVNRevisionNumber revision)
+{
+    setRare(&Rare::outOfDateLastCommitRevision, revision);
+}
+std::optional<HSVNDate> HSVNStatus::outOfDateLastCommitDate() const { return rare().outOfDateLastCommitDate.value(); }
+void HSVNStatus::setOutOfDateLastCommitDate(const std::optional<HSVNDate>& date)
+{
+    setRare(&Rare::outOfDateLastCommitDate, HSVNCompactDate{date});
+}
+std::optional<std::string> HSVNStatus::outOfDateLastCommitAuthor() const { return rare().outOfDateLastCommitAuthor; }
+void HSVNStatus::setOutOfDateLastCommitAuthor(std::optional<std::string> author)
+{
+    setRare(&Rare::outOfDateLastCommitAuthor, std::move(author));
+}
+
+HSVNURLRef HSVNStatus::copyFromURL() const { return rare().copyFromURL; }
+void HSVNStatus::setCopyFromURL(HSVNURLRef url) { setRare(&Rare::copyFromURL, std::move(url)); }
+HSVNRevisionNumber HSVNStatus::copyFromRevision() const { return rare().copyFromRevision; }
+void HSVNStatus::setCopyFromRevision(HSVNRevisionNumber revision) { setRare(&Rare::copyFromRevision, revision); }
+
+std::optional<std::string> HSVNStatus::conflictOldVersion() const { return rare().conflictOldVersion; }
+void HSVNStatus::setConflictOldVersion(std::optional<std::string> fileName)
+{
+    setRare(&Rare::conflictOldVersion, std::move(fileName));
+}
+std::optional<std::string> HSVNStatus::conflictNewVersion() const { return rare().conflictNewVersion; }
+void HSVNStatus::setConflictNewVersion(std::optional<std::string> fileName)
+{
+    setRare(&Rare::conflictNewVersion, std::move(fileName));
+}
+std::optional<std::string> HSVNStatus::conflictWorkingVersion() const { return rare().conflictWorkingVersion; }
+void HSVNStatus::setConflictWorkingVersion(std::optional<std::string> fileName)
+{
+    setRare(&Rare::conflictWorkingVersion, std::move(fileName));
+}
+std::optional<std::string> HSVNStatus::propertyRejectFilePath() const { return rare().propertyRejectFilePath; }
+void HSVNStatus::setPropertyRejectFilePath(std::optional<std::string> fileName)
+{
+    setRare(&Rare::propertyRejectFilePath, std::move(fileName));
+}
+
+HSVNLockRef HSVNStatus::repositoryLock() const { return rare().repositoryLock; }
+void HSVNStatus::setRepositoryLock(HSVNLockRef lock) { setRare(&Rare::repositoryLock, std::move(lock)); }
+
+std::optional<std::string> HSVNStatus::checksum() const
+{
+    return _flags.hasPackedChecksum ? std::optional{unpacked(_packedChecksum)} : rare().checksum;
+}
+
+void HSVNStatus::setChecksum(std::optional<std::string> checksum)
+{
+    const auto bytes = checksum ? packed(*checksum) : std::nullopt;
+    _flags.hasPackedChecksum = bytes.has_value();
+    _packedChecksum = bytes.value_or(PackedChecksum{});
+    setRare(&Rare::checksum, bytes ? std::nullopt : std::move(checksum));
+}
+
+void HSVNStatus::setLastChangedAuthor(std::optional<std::string> author)
+{
+    _lastChangedAuthor = HSVNMakeSharedText(std::move(author));
+}
+
+// Archive
+
+void HSVNStatus::encodeWithCoder(HSVNCoder* encoder) const
+{
+    HSVNRequireKeyedArchiver(encoder);
+    encoder->encodeInteger(_textStatus, "textStatus");
+    encoder->encodeInteger(_propertyStatus, "propertyStatus");
+    encoder->encodeInteger(_repositoryTextStatus, "repositoryTextStatus");
+    encoder->encodeInteger(_repositoryPropertyStatus, "repositoryPropertyStatus");
+    encoder->encodeInteger(_lastChangedRevision, "lastChangedRevision");
+    encoder->encodeDate(lastChangedDate(), "lastChangedDate");
+    encoder->encodeString(lastChangedAuthor(), "lastChangedAuthor");
+    encoder->encodeBool(_flags.locked, "locked");
+    encoder->encodeBool(_flags.copied, "copied");
+    encoder->encodeBool(_flags.switched, "switched");
+    encoder->encodeBool(_flags.deleted, "deleted");
+    encoder->encodeBool(_flags.absent, "absent");
+    encoder->encodeBool(_flags.hasProperties, "hasProperties");
+    encoder->encodeBool(_flags.hasPropertyModifications, "hasPropertyModifications");
+    encoder->encodeInteger(rare().outOfDateLastCommitRevision, "outOfDateLastCommitRevision");
+    encoder->encodeDate(outOfDateLastCommitDate(), "outOfDateLastCommitDate");
+    encoder->encodeString(rare().outOfDateLastCommitAuthor, "outOfDateLastCommitAuthor");
+    encoder->encodeObject(rare().repositoryRootURL, "repositoryRootURL");
+    encoder->encodeString(rare().repositoryUUID, "repositoryUUID");
+    encoder->encodeInteger(_schedule, "schedule");
+    encoder->encodeObject(rare().copyFromURL, "copyFromURL");
+    encoder->encodeInteger(rare().copyFromRevision, "copyFromRevision");
+    encoder->encodeString(rare().conflictOldVersion, "conflictOldVersion");
+    encoder->encodeString(rare().conflictNewVersion, "conflictNewVersion");
+    encoder->encodeString(rare().conflictWorkingVersion, "conflictWorkingVersion");
+    encoder->encodeString(rare().propertyRejectFilePath, "propertyRejectFilePath");
+    encoder->encodeDate(upToDateTextDate(), "upToDateTextDate");
+    encoder->encodeDate(upToDatePropertyDate(), "upToDatePropertyDate");
+    encoder->encodeString(checksum(), "checksum");
+    encoder->encodeObject(rare().repositoryLock, "repositoryLock");
+}
+
+HSVNStatus::HSVNStatus(HSVNCoder* decoder)
+{
+    HSVNRequireKeyedUnarchiver(decoder);
+    _textStatus = decodeKind(*decoder, "textStatus");
+    _propertyStatus = decodeKind(*decoder, "propertyStatus");
+    _repositoryTextStatus = decodeKind(*decoder, "repositoryTextStatus");
+    _repositoryPropertyStatus = decodeKind(*decoder, "repositoryPropertyStatus");
+    _lastChangedRevision = decoder->decodeInt32("lastChangedRevision");
+    _lastChangedDate = decoder->decodeDate("lastChangedDate");
+    setLastChangedAuthor(decoder->decodeString("lastChangedAuthor"));
+    _flags.locked = decoder->decodeBool("locked");
+    _flags.copied = decoder->decodeBool("copied");
+    _flags.switched = decoder->decodeBool("switched");
+    _flags.deleted = decoder->decodeBool("deleted");
+    _flags.absent = decoder->decodeBool("absent");
+    _flags.hasProperties = decoder->decodeBool("hasProperties");
+    _flags.hasPropertyModifications = decoder->decodeBool("hasPropertyModifications");
+    setOutOfDateLastCommitRevision(decoder->decodeInt32("outOfDateLastCommitRevision"));
+    setOutOfDateLastCommitDate(decoder->decodeDate("outOfDateLastCommitDate"));
+    setOutOfDateLastCommitAuthor(decoder->decodeString("outOfDateLastCommitAuthor"));
+    setRare<HSVNURLRef>(&Rare::repositoryRootURL, decoder->decodeObject<HSVNURL>("repositoryRootURL"));
+    setRare(&Rare::repositoryUUID, decoder->decodeString("repositoryUUID"));
+    _schedule = decodeSchedule(*decoder, "schedule");
+    setCopyFromURL(decoder->decodeObject<HSVNURL>("copyFromURL"));
+    setCopyFromRevision(decoder->decodeInt32("copyFromRevision"));
+    setConflictOldVersion(decoder->decodeString("conflictOldVersion"));
+    setConflictNewVersion(decoder->decodeString("conflictNewVersion"));
+    setConflictWorkingVersion(decoder->decodeString("conflictWorkingVersion"));
+    setPropertyRejectFilePath(decoder->decodeString("propertyRejectFilePath"));
+    _upToDateTextDate = decoder->decodeDate("upToDateTextDate");
+    _upToDatePropertyDate = decoder->decodeDate("upToDatePropertyDate");
+    setChecksum(decoder->decodeString("checksum"));
+    setRepositoryLock(decoder->decodeObject<HSVNLock>("repositoryLock"));
+    _depth = HSVNDepthEmpty; // archives have always been read so
+}
+
+// Conversion
+
+HSVNStatusRef HSVNStatus::statusWithSVNStatus(const svn_wc_status2_t* status, const HSVNVersion& version,
+                                              HSVNTextCache* texts)
+{
+    HSVNAssertParameter(status != nullptr, "status != NULL");
+    auto record = withKinds(HSVNConvertStatusKind(status->text_status), HSVNConvertStatusKind(status->prop_status));
+    record->_repositoryTextStatus = HSVNConvertStatusKind(status->repos_text_status);
+    record->_repositoryPropertyStatus = HSVNConvertStatusKind(status->repos_prop_status);
+    record->_flags.locked = status->locked != 0;
+    record->_flags.copied = status->copied != 0;
+    record->_flags.switched = status->switched != 0;
+    record->setOutOfDateLastCommitRevision(HSVNRevisionNumberFromSubversion(status->ood_last_cmt_rev));
+    record->setOutOfDateLastCommitDate(HSVNDate::dateWithAPRTime(status->ood_last_cmt_date));
+    record->setOutOfDateLastCommitAuthor(HSVNTextOrNil(status->ood_last_cmt_author));
+    if (status->entry) {
+        record->takeEntry(*status->entry, version, texts);
+    }
+    if (status->repos_lock) {
+        record->setRepositoryLock(std::make_shared<HSVNLock>(status->repos_lock));
+    }
+    return record;
+}
+
+void HSVNStatus::takeEntry(const svn_wc_entry_t& entry, const HSVNVersion& version, HSVNTextCache* texts)
+{
+    _lastChangedRevision = HSVNRevisionNumberFromSubversion(entry.cmt_rev);
+    _lastChangedDate = HSVNDate::dateWithAPRTime(entry.cmt_date);
+    _lastChangedAuthor =
+        texts ? texts->sharedText(entry.cmt_author) : HSVNMakeSharedText(HSVNTextOrNil(entry.cmt_author));
+    _flags.deleted = entry.deleted != 0;
+    _flags.absent = entry.absent != 0;
+    _flags.hasProperties = entry.has_props != 0;
+    _flags.hasPropertyModifications = entry.has_prop_mods != 0;
+    _schedule = HSVNConvertSchedule(entry.schedule);
+    if (entry.copyfrom_url) {
+        setCopyFromURL(HSVNURLWithSubversionText(entry.copyfrom_url));
+    }
+    setCopyFromRevision(HSVNRevisionNumberFromSubversion(entry.copyfrom_rev));
+    setConflictOldVersion(HSVNTextOrNil(entry.conflict_old));
+    setConflictNewVersion(HSVNTextOrNil(entry.conflict_new));
+    setConflictWorkingVersion(HSVNTextOrNil(entry.conflict_wrk));
+    setPropertyRejectFilePath(HSVNTextOrNil(entry.prejfile));
+    _upToDateTextDate = HSVNDate::dateWithAPRTime(entry.text_time);
+    _upToDatePropertyDate = HSVNDate::dateWithAPRTime(entry.prop_time);
+    setChecksum(HSVNTextOrNil(entry.checksum));
+    if (version.isGreaterThanOrEqualTo(HSVNVersion::version1_5())) {
+        _depth = static_cast<HSVNDepth>(entry.depth);
+    }
+}

@@ -1,0 +1,12 @@
+#include "HSVNSubversionURLPrivate.h"
+
+#include "HSVNURL.h"
+
+HSVNURLRef HSVNURLWithSubversionText(const char* text)
+{
+    try {
+        return HSVNURL::URLWithString(text);
+    } catch (const HSVNPlatformException&) {
+        return HSVNURL::URLEncodeString(text);
+    }
+}
