@@ -135,6 +135,18 @@ TEST_F(Context, KeepsTheFirstExceptionOfItsCallbacks)
     EXPECT_EQ(context.takeKeptException(), nullptr);
 }
 
+TEST(ContextOfTheLibrarysBundles, TakesTheNewest)
+{
+    auto& loader = HSVNBundleLoader::sharedInstance();
+    loader.loadBundlesInDirectoryAtPath(HSVNBundleLoader::defaultBundleDirectory());
+    const HSVNContext context;
+    ASSERT_NE(context.bundle(), nullptr);
+    EXPECT_EQ(context.bundle(), loader.newestBundle());
+    EXPECT_EQ(context.bundleVersion(), loader.newestVersion());
+    EXPECT_THAT(HSVNString::splitOnCharactersInString(" a,b ;;c", ",;"), ElementsAre(" a", "b ", "c"));
+    EXPECT_THAT(HSVNString::splitOnCharactersInString("", ","), ElementsAre());
+}
+
 TEST(PropertyTexts, ListsOfPatternsAndKeywords)
 {
     EXPECT_THAT(HSVNString::ignoreListValue("a\n\n  b\t\r\n c d \v"), ElementsAre("a", "b", "c d"));
