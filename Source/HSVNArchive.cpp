@@ -1,11 +1,11 @@
 #include "HSVNArchivePrivate.h"
 
+#include "HSVNCharactersPrivate.h"
 #include "HSVNDebug.h"
 #include "HSVNPlatformException.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
-#include <unicode/ustring.h>
 
 #include <cstdint>
 #include <limits>
@@ -207,13 +207,7 @@ json::input_format_t recognisedFormat(std::string_view data)
 
 bool HSVNIsArchivableText(std::string_view text)
 {
-    if (text.size() > std::size_t{std::numeric_limits<std::int32_t>::max()} ||
-        text.find('\0') != std::string_view::npos) {
-        return false;
-    }
-    UErrorCode status = U_ZERO_ERROR;
-    u_strFromUTF8(nullptr, 0, nullptr, text.data(), static_cast<std::int32_t>(text.size()), &status);
-    return U_SUCCESS(status) || status == U_BUFFER_OVERFLOW_ERROR;
+    return text.size() <= std::size_t{std::numeric_limits<std::int32_t>::max()} && HSVNText::isWellFormed(text);
 }
 
 std::string HSVNArchiveQuoted(std::string_view text)

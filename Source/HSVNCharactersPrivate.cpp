@@ -61,6 +61,23 @@ std::string_view withoutTrailingSpace(std::string_view text)
 
 namespace HSVNText {
 
+bool isWellFormed(std::string_view text)
+{
+    if (std::all_of(text.begin(), text.end(), [](char byte) { return static_cast<signed char>(byte) > 0; })) {
+        return true;
+    }
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
+    const std::size_t size = text.size();
+    for (std::size_t offset = 0; offset < size;) {
+        UChar32 character = 0;
+        U8_NEXT(bytes, offset, size, character);
+        if (character <= 0) {
+            return false;
+        }
+    }
+    return true;
+}
+
 std::size_t length(std::string_view text)
 {
     std::size_t count = 0;

@@ -10,6 +10,9 @@
 /// Small operations on UTF-8 text. Characters are code points; no text is cut inside one.
 namespace HSVNText {
 
+/// Whether the text is well-formed UTF-8 without a NUL, which is what Subversion and an archive can take.
+HSVN_EXPORT bool isWellFormed(std::string_view text);
+
 /// Number of characters; each ill-formed byte sequence counts as one.
 HSVN_EXPORT std::size_t length(std::string_view text);
 

@@ -1,11 +1,10 @@
 #include "HSVNPathTextPrivate.h"
 
+#include "HSVNCharactersPrivate.h"
 #include "HSVNPlatformException.h"
 
 #include <fmt/format.h>
 #include <pwd.h>
-#include <unicode/uchar.h>
-#include <unicode/utf8.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -18,18 +17,6 @@
 #include <vector>
 
 namespace {
-
-/// The code point that starts at `offset`, which moves past it; negative for bytes that are no UTF-8.
-UChar32 nextCodePoint(std::string_view text, std::size_t& offset)
-{
-    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
-    const auto size = static_cast<std::int64_t>(text.size());
-    auto position = static_cast<std::int64_t>(offset);
-    UChar32 codePoint = 0;
-    U8_NEXT(bytes, position, size, codePoint);
-    offset = static_cast<std::size_t>(position);
-    return codePoint;
-}
 
 /// The text in ASCII: what is none, or would not be seen, as \xNN.
 std::string quoted(std::string_view text)
@@ -120,52 +107,22 @@ std::optional<char> escapedByte(std::string_view text, std::size_t offset)
 /// A run of escapes as text: each as its character, those that make up none as they were written.
 void appendDecodedRun(std::string& result, std::string_view run)
 {
-    std::string bytes = HSVNPathText::percentDecodedBytes(run);
+    const std::string bytes = HSVNPathText::percentDecodedBytes(run);
     for (std::size_t offset = 0; offset < bytes.size();) {
-        const std::size_t start = offset;
-        if (nextCodePoint(bytes, offset) > 0) {
-            result.append(bytes, start, offset - start);
-        } else {
-            result += run.substr(start * 3, (offset - start) * 3);
-        }
+        const auto character = HSVNText::prefix(std::string_view{bytes}.substr(offset), 1);
+        result += HSVNText::isWellFormed(character) ? character : run.substr(offset * 3, character.size() * 3);
+        offset += character.size();
     }
 }
 
 } // namespace
 
-bool HSVNPathText::isText(std::string_view text)
-{
-    if (std::ranges::all_of(text, [](char byte) { return byte > 0; })) {
-        return true;
-    }
-    for (std::size_t offset = 0; offset < text.size();) {
-        if (nextCodePoint(text, offset) <= 0) {
-            return false;
-        }
-    }
-    return true;
-}
-
 void HSVNPathText::requireText(std::string_view text)
 {
-    if (!isText(text)) {
+    if (!HSVNText::isWellFormed(text)) {
         throw HSVNInvalidArgumentException(
             fmt::format("\"{}\" is not valid UTF-8 text without NUL characters", quoted(text)));
     }
-}
-
-std::string_view HSVNPathText::trimmed(std::string_view text)
-{
-    std::size_t begin = text.size();
-    std::size_t end = 0;
-    for (std::size_t offset = 0; offset < text.size();) {
-        const std::size_t start = offset;
-        if (!u_isUWhiteSpace(nextCodePoint(text, offset))) {
-            begin = std::min(begin, start);
-            end = offset;
-        }
-    }
-    return end ? text.substr(begin, end - begin) : std::string_view{};
 }
 
 std::string_view HSVNPathText::lastComponent(std::string_view path)
@@ -245,6 +202,9 @@ std::string HSVNPathText::percentDecodedBytes(std::string_view text)
 
 std::string HSVNPathText::percentDecoded(std::string_view text)
 {
+    if (text.find('%') == std::string_view::npos) {
+        return std::string{text};
+    }
     std::string result;
     result.reserve(text.size());
     for (std::size_t offset = 0; offset < text.size();) {

@@ -7,12 +7,8 @@
 /// The texts of paths and URLs: their components, the home directory's "~" and percent escapes.
 namespace HSVNPathText {
 
-/// Whether a text is UTF-8 without a NUL in it.
-bool isText(std::string_view text);
-/// Throws an HSVNInvalidArgumentException that quotes the text unless it is one.
+/// Throws an HSVNInvalidArgumentException that quotes the text unless it is UTF-8 without a NUL in it.
 void requireText(std::string_view text);
-/// The text without the white space and newlines around it.
-std::string_view trimmed(std::string_view text);
 
 /// The last component; "/" for a text of "/" alone. "/" at the end does not count.
 std::string_view lastComponent(std::string_view path);

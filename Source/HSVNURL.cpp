@@ -1,5 +1,6 @@
 #include "HSVNURL.h"
 
+#include "HSVNCharactersPrivate.h"
 #include "HSVNLocalPath.h"
 #include "HSVNParsedURL.h"
 #include "HSVNPathTextPrivate.h"
@@ -25,11 +26,6 @@ constexpr std::string_view nonEmptyComponent = "component != nil && [component l
 
 char lowered(char letter) { return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter; }
 
-bool equalIgnoringCase(std::string_view a, std::string_view b)
-{
-    return std::ranges::equal(a, b, {}, lowered, lowered);
-}
-
 /// Every letter of a scheme by RFC 3986, and "_", which names of tunnels have.
 bool isSchemeLetter(char letter)
 {
@@ -37,25 +33,32 @@ bool isSchemeLetter(char letter)
            letter == '-' || letter == '.' || letter == '_';
 }
 
+HSVNParsedURL parsedURL(const std::string& url, std::string_view shown)
+{
+    auto parsed = HSVNURL::URLWithSubstitutedSchemeForString(url);
+    const std::string_view scheme = std::string_view{url}.substr(0, url.find(schemeEnd));
+    if (!parsed || !std::ranges::all_of(scheme, isSchemeLetter)) {
+        throw HSVNInvalidArgumentException(fmt::format("Failed to parse \"{}\". URL is probably malformed.", shown));
+    }
+    return *std::move(parsed);
+}
+
 /// A valid URL's text as it is kept: trimmed, without a trailing "/".
 std::string normalized(const std::string& string)
 {
     HSVNPathText::requireText(string);
-    const std::string_view trimmed = HSVNPathText::trimmed(string);
+    const std::string_view trimmed = HSVNText::trimmed(string);
     const auto separator = trimmed.find(schemeEnd);
     if (separator == std::string_view::npos || separator == 0) {
         throw HSVNInvalidArgumentException("URL does not contain a scheme");
     }
-    std::string_view url = trimmed;
-    if (url.size() > separator + schemeEnd.size() && !equalIgnoringCase(url, fileRoot) && url.ends_with('/')) {
-        url.remove_suffix(1);
-    }
-    if (!std::ranges::all_of(url.substr(0, separator), isSchemeLetter) ||
-        !HSVNURL::URLWithSubstitutedSchemeForString(std::string{url}))
+    std::string url{trimmed};
+    if (url.size() > separator + schemeEnd.size() && !HSVNText::equalIgnoringCase(url, fileRoot) && url.ends_with('/'))
     {
-        throw HSVNInvalidArgumentException(fmt::format("Failed to parse \"{}\". URL is probably malformed.", trimmed));
+        url.pop_back();
     }
-    return std::string{url};
+    parsedURL(url, trimmed);
+    return url;
 }
 
 const std::string& required(const std::string& string)
@@ -103,6 +106,12 @@ HSVNURLRef assembledURL(const std::string& scheme, const std::optional<std::stri
         text += fmt::format(":{}", *port);
     }
     return HSVNURL::URLWithString(text + (path.starts_with('/') ? "" : "/") + path);
+}
+
+/// A URL whose text makes up one with every valid URL that it was made from, but for a "/" left at its end.
+HSVNURLRef derivedURL(std::string url)
+{
+    return url.ends_with('/') ? HSVNURL::URLWithString(url) : HSVNURLOfTrustedText(std::move(url));
 }
 
 std::optional<std::string> encodedUserOf(const HSVNParsedURL& url)
@@ -203,7 +212,7 @@ std::string HSVNURL::relativePath() const
 
 std::string HSVNURL::denormalizedRelativePath() const { return parsed().path(); }
 
-bool HSVNURL::isFileURL() const { return equalIgnoringCase(scheme(), "file"); }
+bool HSVNURL::isFileURL() const { return HSVNText::equalIgnoringCase(scheme(), "file"); }
 
 bool HSVNURL::schemeUsesTunnel() const { return scheme().find('+') != std::string::npos; }
 
@@ -231,30 +240,41 @@ std::string HSVNURL::lastComponent() const
 
 std::string HSVNURL::denormalizedLastComponent() const { return HSVNPathText::percentDecoded(lastComponent()); }
 
-HSVNURLRef HSVNURL::pathByAddingComponent(const std::string& component) const
+std::optional<std::string> HSVNURL::textOfChild(const std::string& component) const
 {
-    HSVNAssertParameter(!component.empty(), nonEmptyComponent);
     if (component == "/") {
-        return selfURL();
+        return std::nullopt;
     }
     const auto begin = component.find_first_not_of('/');
     if (begin == std::string::npos) {
         throw HSVNInvalidArgumentException("Valid component required");
     }
-    const auto trimmed = component.substr(begin, component.find_last_not_of('/') + 1 - begin);
-    return URLWithString(_url + (_url.ends_with('/') ? "" : "/") + trimmed);
+    const auto size = component.find_last_not_of('/') + 1 - begin;
+    return _url + (_url.ends_with('/') ? "" : "/") + component.substr(begin, size);
+}
+
+HSVNURLRef HSVNURL::pathByAddingComponent(const std::string& component) const
+{
+    HSVNAssertParameter(!component.empty(), nonEmptyComponent);
+    const auto text = textOfChild(component);
+    return text ? URLWithString(*text) : selfURL();
 }
 
 HSVNURLRef HSVNURL::pathByNormalizingAndAddingComponent(const std::string& component) const
 {
     HSVNAssertParameter(!component.empty(), nonEmptyComponent);
     HSVNPathText::requireText(component);
-    return pathByAddingComponent(HSVNPathText::percentEncoded(component));
+    auto text = textOfChild(HSVNPathText::percentEncoded(component));
+    if (!text) {
+        return selfURL();
+    }
+    // What follows a bare scheme is a host, which escaping does not make valid.
+    return _url.ends_with(schemeEnd) ? URLWithString(*text) : derivedURL(*std::move(text));
 }
 
 HSVNURLRef HSVNURL::parent() const
 {
-    if (equalIgnoringCase(_url, fileRoot)) {
+    if (HSVNText::equalIgnoringCase(_url, fileRoot)) {
         return nullptr;
     }
     const auto separator = _url.find(schemeEnd);
@@ -266,7 +286,7 @@ HSVNURLRef HSVNURL::parent() const
     if (slash == afterSeparator) {
         return URLWithString(_url.substr(0, separator) + ":///");
     }
-    return URLWithString(_url.substr(0, slash));
+    return derivedURL(_url.substr(0, slash));
 }
 
 HSVNLocalPathRef HSVNURL::localPath() const
@@ -275,7 +295,7 @@ HSVNLocalPathRef HSVNURL::localPath() const
         throw HSVNInvalidArgumentException("URL is not a file:// URL");
     }
     const auto path = HSVNPathText::percentDecodedBytes(parsed().encodedPath());
-    if (!path.starts_with('/') || !HSVNPathText::isText(path)) {
+    if (!path.starts_with('/') || !HSVNText::isWellFormed(path)) {
         throw HSVNInvalidArgumentException("URL is not a valid file URL");
     }
     return HSVNLocalPath::pathWithString(path);
@@ -347,6 +367,6 @@ void HSVNURL::encodeWithCoder(HSVNCoder* encoder) const
 
 HSVNURLRef HSVNURL::selfURL() const { return std::static_pointer_cast<const HSVNURL>(self()); }
 
-HSVNParsedURL HSVNURL::parsed() const { return URLWithSubstitutedSchemeForString(_url).value(); }
+HSVNParsedURL HSVNURL::parsed() const { return parsedURL(_url, _url); }
 
 HSVNLocalPathRef HSVNURL::itemLocalPath() const { return localPath(); }

@@ -45,7 +45,8 @@ class HSVN_EXPORT HSVNURL : public HSVNPath
     static HSVNURLRef URLWithScheme(const std::string& scheme, const std::optional<std::string>& user,
                                     const std::optional<std::string>& host, std::optional<std::int32_t> port,
                                     const std::optional<std::string>& path);
-    /// The parts of a URL whose scheme, whatever it is, was replaced by the word "scheme"; nil for what is no URL.
+    /// The parts (HSVNParsedURL.h) of a URL whose scheme, whatever it is, was replaced by the word "scheme"; nil for
+    /// what is no URL.
     static std::optional<HSVNParsedURL> URLWithSubstitutedSchemeForString(const std::string& string);
     /// The TCP port of the system's services database for a scheme, its case ignored; 0 when there is none.
     static std::int32_t defaultPortForScheme(const std::string& scheme);
@@ -136,6 +137,7 @@ class HSVN_EXPORT HSVNURL : public HSVNPath
   private:
     HSVNURLRef selfURL() const;
     HSVNParsedURL parsed() const;
+    std::optional<std::string> textOfChild(const std::string& component) const; // nil for the URL itself
     HSVNPathRef childByAdding(const std::string& component) const override { return pathByAddingComponent(component); }
     HSVNPathRef childByNormalizingAndAdding(const std::string& component) const override
     {
