@@ -35,6 +35,10 @@ std::optional<HSVNParsedURL> HSVNParsedURL::parse(std::string text)
     if (!result || text.size() > std::numeric_limits<std::uint32_t>::max()) {
         return std::nullopt;
     }
+    // Boost takes what an authority cannot go on with, such as a port in letters, for a path without its "/".
+    if (result->has_authority() && !result->encoded_path().empty() && !result->encoded_path().starts_with('/')) {
+        return std::nullopt;
+    }
     const auto locate = [&text](std::string_view found) {
         const auto offset = found.empty() ? 0 : found.data() - text.data();
         return Part{static_cast<std::uint32_t>(offset), static_cast<std::uint32_t>(found.size())};

@@ -1,6 +1,7 @@
 #include "HSVNPath.h"
 
 #include "HSVNLocalPath.h"
+#include "HSVNPathTextPrivate.h"
 #include "HSVNPlatformException.h"
 #include "HSVNURL.h"
 
@@ -135,7 +136,7 @@ std::string HSVNPath::displayName() const
     auto name = denormalizedLastComponent();
     if (name == "branches" || name == "tags" || name == "trunk") {
         if (const auto container = parent()) {
-            return container->denormalizedLastComponent() + "/" + name;
+            return HSVNPathText::joined(container->denormalizedLastComponent(), name);
         }
     }
     return name;

@@ -108,6 +108,18 @@ HSVNURLRef assembledURL(const std::string& scheme, const std::optional<std::stri
     return HSVNURL::URLWithString(text + (path.starts_with('/') ? "" : "/") + path);
 }
 
+/// Begin and end of an IPv6 address with its brackets, which are escaped anywhere else; both 0 without one.
+std::pair<std::size_t, std::size_t> bracketedHost(std::string_view url)
+{
+    const auto separator = url.find(schemeEnd);
+    const auto start = separator == std::string_view::npos ? url.size() : separator + schemeEnd.size();
+    const auto server = url.substr(start, url.find('/', start) - start);
+    const auto begin = server.find('[', server.find('@') + 1);
+    const auto end = server.find(']', begin);
+    const bool isHost = end != std::string_view::npos && (begin == 0 || server[begin - 1] == '@');
+    return isHost ? std::pair{start + begin, start + end + 1} : std::pair<std::size_t, std::size_t>{0, 0};
+}
+
 /// A URL whose text makes up one with every valid URL that it was made from, but for a "/" left at its end.
 HSVNURLRef derivedURL(std::string url)
 {
@@ -143,13 +155,10 @@ HSVNURLRef HSVNURL::URLEncodeString(const std::string& string)
 {
     required(string);
     HSVNPathText::requireText(string);
-    // The brackets of an IPv6 address are no characters of the path, where they are escaped.
-    const auto start = string.find("://[");
-    const auto end = start == std::string::npos ? start : string.find_first_of("]/", start + schemeEnd.size());
-    if (end == std::string::npos || string[end] != ']') {
-        return URLWithString(HSVNPathText::percentEncoded(string));
-    }
-    return URLWithString(string.substr(0, end + 1) + HSVNPathText::percentEncoded(string.substr(end + 1)));
+    const auto [begin, end] = bracketedHost(string);
+    return URLWithString(HSVNPathText::percentEncoded(std::string_view{string}.substr(0, begin)) +
+                         string.substr(begin, end - begin) +
+                         HSVNPathText::percentEncoded(std::string_view{string}.substr(end)));
 }
 
 HSVNURLRef HSVNURL::URLWithScheme(const std::string& scheme, const std::optional<std::string>& user,
