@@ -2,6 +2,7 @@
 #include "FakeBundle.h"
 #include "HSVNBundleEntryPointsPrivate.h"
 #include "HSVNException.h"
+#include "ReasonOf.h"
 #include "TemporaryFolder.h"
 
 #include <filesystem>
@@ -12,18 +13,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-
-/// The reason of the `Exception` that the call throws.
-template <class Exception, class Call>
-std::string reasonOf(Call call)
-{
-    try {
-        call();
-    } catch (const Exception& exception) {
-        return exception.reason();
-    }
-    return "(nothing was thrown)";
-}
 
 class BundleLoader : public testing::Test
 {

@@ -2,6 +2,7 @@
 #include "FakeBundle.h"
 #include "HSVNBundleLoader.h"
 #include "HSVNPoolPrivate.h"
+#include "ReasonOf.h"
 #include "TemporaryFolder.h"
 
 #include <cerrno>
@@ -111,18 +112,13 @@ TEST_F(SubversionErrors, AClassThatIsAskedForIsKept)
 
 TEST_F(SubversionErrors, NoErrorIsAFailedPrecondition)
 {
-    const auto conditionOf = [](auto call) {
-        try {
-            call();
-        } catch (const HSVNAssertionException& exception) {
-            return exception.reason();
-        }
-        return std::string{"(nothing was thrown)"};
-    };
     const std::string refusal = "Invalid parameter not satisfying: ";
-    EXPECT_EQ(conditionOf([] { HSVNException::exceptionWithError(nullptr); }), refusal + "error != NULL");
-    EXPECT_EQ(conditionOf([] { HSVNException{static_cast<svn_error_t*>(nullptr)}; }), refusal + "error != NULL");
-    EXPECT_EQ(conditionOf([] { HSVNException::dictionaryForError(nullptr); }), refusal + "error != nil");
+    EXPECT_EQ(reasonOf<HSVNAssertionException>([] { HSVNException::exceptionWithError(nullptr); }),
+              refusal + "error != NULL");
+    EXPECT_EQ(reasonOf<HSVNAssertionException>([] { HSVNException{static_cast<svn_error_t*>(nullptr)}; }),
+              refusal + "error != NULL");
+    EXPECT_EQ(reasonOf<HSVNAssertionException>([] { HSVNException::dictionaryForError(nullptr); }),
+              refusal + "error != nil");
 }
 
 TEST_F(SubversionErrors, NeedACurrentBundle)

@@ -3,6 +3,7 @@
 #include "HSVNException.h"
 #include "HSVNLocalPath.h"
 #include "HSVNOperationPrivate.h"
+#include "ReasonOf.h"
 #include "TemporaryFolder.h"
 
 #include <cstdlib>
@@ -23,12 +24,7 @@ class OperationFrame : public testing::Test
     template <class Exception>
     static std::string thrownBy(HSVNOperation& operation, svn_error_t* error)
     {
-        try {
-            operation.check(error);
-        } catch (const Exception& exception) {
-            return exception.reason();
-        }
-        return "(nothing)";
+        return reasonOf<Exception>([&] { operation.check(error); });
     }
 
     TemporaryFolder _folder;
@@ -62,7 +58,7 @@ TEST_F(OperationFrame, ThrowsWhatACallbackKeptRatherThanTheErrorItBecame)
     EXPECT_EQ(error->apr_err, SVN_ERR_CANCELLED);
     EXPECT_TRUE(_context->hasKeptException());
     EXPECT_EQ(thrownBy<HSVNInvalidArgumentException>(operation, error), "of the callback");
-    EXPECT_EQ(thrownBy<HSVNPlatformException>(operation, nullptr), "(nothing)");
+    EXPECT_EQ(thrownBy<HSVNPlatformException>(operation, nullptr), "(nothing was thrown)");
 
     HSVNGuardVoidCallback(*_context, [] { throw HSVNGenericException("of another"); });
     EXPECT_EQ(thrownBy<HSVNGenericException>(operation, nullptr), "of another") << "Subversion went on to its end";
