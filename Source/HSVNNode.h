@@ -72,8 +72,9 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// status records' last changed revision and text status.
     ///
     /// @param other  may be nil, which sorts first
-    /// @return A node without a status record is always greater: of two such nodes that are otherwise equal
-    ///         each compares greater than the other, so this is no order for std::sort on such lists.
+    ///
+    /// A node without a status record is always greater: of two such nodes that are otherwise equal each compares
+    /// greater than the other, so std::sort must not be used on lists that may hold such pairs.
     HSVNComparisonResult compare(const HSVNNode* other) const;
     HSVNComparisonResult compare(const HSVNNodeRef& other) const { return compare(other.get()); }
 

@@ -148,7 +148,7 @@ class SVNStatusTest : public testing::Test
     svn_wc_status2_t status{};
 };
 
-void expectFields(const HSVNStatus& record)
+void expectStates(const HSVNStatus& record)
 {
     EXPECT_EQ(record.textStatus(), HSVNStatusKindConflicted);
     EXPECT_EQ(record.propertyStatus(), HSVNStatusKindModified);
@@ -161,13 +161,23 @@ void expectFields(const HSVNStatus& record)
     EXPECT_FALSE(record.absent());
     EXPECT_TRUE(record.hasProperties());
     EXPECT_FALSE(record.hasPropertyModifications());
+    EXPECT_EQ(record.schedule(), HSVNScheduleAdd);
+}
+
+void expectCommits(const HSVNStatus& record)
+{
     EXPECT_EQ(record.lastChangedRevision(), 5);
     EXPECT_EQ(record.lastChangedDate(), HSVNDate{5'000'000});
     EXPECT_EQ(record.lastChangedAuthor(), "anna");
     EXPECT_EQ(record.outOfDateLastCommitRevision(), 9);
     EXPECT_EQ(record.outOfDateLastCommitDate(), HSVNDate{9'000'000});
     EXPECT_EQ(record.outOfDateLastCommitAuthor(), "ben");
-    EXPECT_EQ(record.schedule(), HSVNScheduleAdd);
+}
+
+void expectFields(const HSVNStatus& record)
+{
+    expectStates(record);
+    expectCommits(record);
     ASSERT_TRUE(record.copyFromURL());
     EXPECT_EQ(record.copyFromURL()->string(), "file:///r/a%20b");
     EXPECT_EQ(record.copyFromRevision(), 4);
