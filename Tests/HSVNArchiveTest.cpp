@@ -48,6 +48,26 @@ HSVNNotificationRef sampleNotification()
     return notification;
 }
 
+std::string archive(const std::string& root)
+{
+    return R"({"$archiver":"HSVNKeyedArchiver","$version":1,"root":)" + root + "}";
+}
+
+/// The archive of a folder with its status, every key in its order.
+std::string directoryArchive()
+{
+    return archive(
+        R"({"$class":"HSVNDirectory","name":"d","path":{"$class":"HSVNLocalPath","path":"/w/d"},)"
+        R"("location":{"$class":"HSVNLocalPath","path":"/w"},"url":{"$class":"HSVNURL","string":"svn://h/r/d"},)"
+        R"("size":18446744073709551615,"revision":3,"date":{"$date":7000000},"author":"sally","hasProperties":true,)"
+        R"("status":{"$class":"HSVNStatus","textStatus":64,"propertyStatus":4,"repositoryTextStatus":2,)"
+        R"("repositoryPropertyStatus":2,"lastChangedRevision":3,"lastChangedDate":{"$date":7000000},)"
+        R"("lastChangedAuthor":"sally","locked":true,"copied":false,"switched":true,"deleted":false,"absent":false,)"
+        R"("hasProperties":true,"hasPropertyModifications":false,"outOfDateLastCommitRevision":-1,"schedule":1,)"
+        R"("copyFromURL":{"$class":"HSVNURL","string":"svn://h/r/c"},"copyFromRevision":2,"checksum":"d41d8c"},)"
+        R"("aggregateChildStatus":64,"aggregateReposChildStatus":2})");
+}
+
 std::vector<HSVNArchivableRef> sampleObjects()
 {
     return {HSVNRevision::HEAD(),
@@ -62,7 +82,8 @@ std::vector<HSVNArchivableRef> sampleObjects()
             HSVNURL::URLWithString("https://user@host:8443/a%20b"),
             sampleLock(),
             HSVNNotification::notification(),
-            sampleNotification()};
+            sampleNotification(),
+            HSVNKeyedUnarchiver::unarchiveObjectWithData(directoryArchive())};
 }
 
 /// The reason for which data is refused; the decoded object's description when it is not.
@@ -73,11 +94,6 @@ std::string refusal(std::string_view data)
     } catch (const HSVNInvalidArgumentException& exception) {
         return exception.reason();
     }
-}
-
-std::string archive(const std::string& root)
-{
-    return R"({"$archiver":"HSVNKeyedArchiver","$version":1,"root":)" + root + "}";
 }
 
 } // namespace
@@ -104,6 +120,9 @@ TEST(Archive, WritesTheKeysOfEachClassInTheirOrder)
     EXPECT_EQ(HSVNKeyedArchiver::archivedDataWithRootObject(spec),
               archive(R"({"$class":"HSVNRevisionSpec","operativeRevision":{"$class":"HSVNNumberedRevision",)"
                       R"("number":5},"pegRevision":{"$class":"HSVNRelativeRevision","kind":5,"description":"BASE"}})"));
+    EXPECT_EQ(
+        HSVNKeyedArchiver::archivedDataWithRootObject(HSVNKeyedUnarchiver::unarchiveObjectWithData(directoryArchive())),
+        directoryArchive());
 }
 
 TEST(Archive, RestoresANotificationFieldByField)
