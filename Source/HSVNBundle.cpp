@@ -2,14 +2,28 @@
 
 #include "HSVNPlatformException.h"
 
+#include <memory>
 #include <vector>
 
 namespace {
 
+/// The calling thread's stack, made on first use. A client that outlives the thread's storage, as a static one does
+/// when the process ends, still finds one: nothing has to be destroyed for the pointer itself.
 std::vector<HSVNBundleRef>& bundleStack()
 {
-    thread_local std::vector<HSVNBundleRef> stack;
-    return stack;
+    using Stack = std::vector<HSVNBundleRef>;
+    thread_local Stack* stack = nullptr;
+    struct Owner
+    {
+        std::unique_ptr<Stack> owned = std::make_unique<Stack>();
+        Owner() { stack = owned.get(); }
+        ~Owner() { stack = nullptr; }
+    };
+    thread_local const Owner owner;
+    if (!stack) {
+        stack = std::make_unique<Stack>().release();
+    }
+    return *stack;
 }
 
 } // namespace

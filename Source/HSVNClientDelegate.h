@@ -109,14 +109,16 @@ template <class Application>
 class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
 {
   public:
+    // The parameters' names keep clear of the members of the application's class, which they would hide.
+
     template <class... Arguments>
-    explicit HSVNClientDelegateFor(Arguments&&... arguments) : Application{std::forward<Arguments>(arguments)...}
+    explicit HSVNClientDelegateFor(Arguments&&... theArguments) : Application{std::forward<Arguments>(theArguments)...}
     {
     }
 
-    bool respondsTo(HSVNClientDelegateMessage message) const override
+    bool respondsTo(HSVNClientDelegateMessage theMessage) const override
     {
-        switch (message) {
+        switch (theMessage) {
         case HSVNClientDelegateMessage::promptForCredentials:
             return answersCredentials;
         case HSVNClientDelegateMessage::promptForAuthenticationErrors:
@@ -131,54 +133,55 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
         return false;
     }
 
-    bool promptForCredentials(HSVNContext& context, const HSVNCredentialsRef& credentials,
-                              const std::optional<std::string>& realm, bool& mayStore) override
+    bool promptForCredentials(HSVNContext& theContext, const HSVNCredentialsRef& theCredentials,
+                              const std::optional<std::string>& theRealm, bool& theMayStore) override
     {
         if constexpr (answersCredentials) {
-            return Application::promptForCredentials(context, credentials, realm, mayStore);
+            return Application::promptForCredentials(theContext, theCredentials, theRealm, theMayStore);
         } else {
-            return HSVNClientDelegate::promptForCredentials(context, credentials, realm, mayStore);
+            return HSVNClientDelegate::promptForCredentials(theContext, theCredentials, theRealm, theMayStore);
         }
     }
 
-    bool promptForAuthenticationErrors(HSVNContext& context, std::uint32_t failures,
-                                       const HSVNCertificateRef& certificate, const std::optional<std::string>& realm,
-                                       bool mayStore, bool& permanent) override
+    bool promptForAuthenticationErrors(HSVNContext& theContext, std::uint32_t theFailures,
+                                       const HSVNCertificateRef& theCertificate,
+                                       const std::optional<std::string>& theRealm, bool theMayStore,
+                                       bool& thePermanent) override
     {
         if constexpr (answersCertificates) {
-            return Application::promptForAuthenticationErrors(context, failures, certificate, realm, mayStore,
-                                                              permanent);
+            return Application::promptForAuthenticationErrors(theContext, theFailures, theCertificate, theRealm,
+                                                              theMayStore, thePermanent);
         } else {
-            return HSVNClientDelegate::promptForAuthenticationErrors(context, failures, certificate, realm, mayStore,
-                                                                     permanent);
+            return HSVNClientDelegate::promptForAuthenticationErrors(theContext, theFailures, theCertificate, theRealm,
+                                                                     theMayStore, thePermanent);
         }
     }
 
-    bool promptForLogMessage(HSVNContext& context, std::string& message,
-                             const std::vector<HSVNCommitItemRef>& items) override
+    bool promptForLogMessage(HSVNContext& theContext, std::string& theMessage,
+                             const std::vector<HSVNCommitItemRef>& theItems) override
     {
         if constexpr (answersLogMessages) {
-            return Application::promptForLogMessage(context, message, items);
+            return Application::promptForLogMessage(theContext, theMessage, theItems);
         } else {
-            return HSVNClientDelegate::promptForLogMessage(context, message, items);
+            return HSVNClientDelegate::promptForLogMessage(theContext, theMessage, theItems);
         }
     }
 
-    void notify(HSVNContext& context, const HSVNNotificationRef& notification) override
+    void notify(HSVNContext& theContext, const HSVNNotificationRef& theNotification) override
     {
         if constexpr (answersNotifications) {
-            Application::notify(context, notification);
+            Application::notify(theContext, theNotification);
         } else {
-            HSVNClientDelegate::notify(context, notification);
+            HSVNClientDelegate::notify(theContext, theNotification);
         }
     }
 
-    bool queryContinue(HSVNContext& context) override
+    bool queryContinue(HSVNContext& theContext) override
     {
         if constexpr (answersContinuation) {
-            return Application::queryContinue(context);
+            return Application::queryContinue(theContext);
         } else {
-            return HSVNClientDelegate::queryContinue(context);
+            return HSVNClientDelegate::queryContinue(theContext);
         }
     }
 

@@ -3,6 +3,25 @@
 #include <array>
 
 namespace HSVNAdapter {
+namespace {
+
+/// Newer lines wrap whatever kept a session from being opened. What a prompt answered is no failure of the connection
+/// and comes without the wrapping, as from the older lines.
+svn_error_t* withoutWrapping(svn_error_t* error)
+{
+#if SVN_VER_MINOR >= 7
+    if (error->apr_err == SVN_ERR_RA_CANNOT_CREATE_SESSION && error->child != nullptr &&
+        (error->child->apr_err == SVN_ERR_CANCELLED || error->child->apr_err == APR_EGENERAL))
+    {
+        svn_error_t* cause = svn_error_dup(error->child);
+        svn_error_clear(error);
+        return cause;
+    }
+#endif
+    return error;
+}
+
+} // namespace
 
 bool hasCode(const svn_error_t* error, apr_status_t code)
 {
@@ -23,7 +42,11 @@ svn_error_t* withCode(apr_status_t code, svn_error_t* error)
 
 svn_error_t* smoothed(svn_error_t* error)
 {
-    if (error == nullptr || hasCode(error, SVN_ERR_CANCELLED)) {
+    if (error == nullptr) {
+        return error;
+    }
+    error = withoutWrapping(error);
+    if (hasCode(error, SVN_ERR_CANCELLED)) {
         return error;
     }
 #if SVN_VER_MINOR >= 7

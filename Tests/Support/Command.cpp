@@ -40,6 +40,7 @@ std::string contentsOf(std::FILE* file)
 pid_t start(const std::vector<std::string>& arguments, const std::array<int, 3>& streams)
 {
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (const auto& argument : arguments) {
         pointers.push_back(const_cast<char*>(argument.c_str()));
     }

@@ -1,3 +1,4 @@
+#include "HSVNInitialize.h"
 #include "TemporaryFolder.h"
 
 #include <cstdlib>
@@ -22,6 +23,7 @@ class TestEnvironment : public testing::Environment
         for (const char* variable : {"LANGUAGE", "XDG_CONFIG_HOME", "SVN_EDITOR", "GNUPGHOME", "GPG_AGENT_INFO"}) {
             unsetenv(variable);
         }
+        HSVNInitialize();
     }
 
     void TearDown() override { _home.reset(); }

@@ -1,0 +1,142 @@
+#include "HSVNClient.h"
+
+#include "HSVNBundleLoader.h"
+#include "HSVNClientPrivate.h"
+#include "HSVNException.h"
+#include "HSVNPoolPrivate.h"
+
+#include <mutex>
+
+namespace {
+
+/// How often Subversion asks again after wrong credentials.
+constexpr int CredentialsRetryLimit = 2;
+
+/// Files whose name is "Icon" and one control character.
+constexpr const char* IconPattern = "Icon[\x01-\x1f]";
+
+void append(const HSVNBundleEntryPoints& table, apr_array_header_t* providers, svn_auth_provider_object_t* provider)
+{
+    *static_cast<svn_auth_provider_object_t**>(table.apr_array_push(providers)) = provider;
+}
+
+} // namespace
+
+HSVNClientRef HSVNClient::clientWithDelegate(const HSVNClientDelegateRef& delegate)
+{
+    return std::make_shared<HSVNClient>(delegate);
+}
+
+HSVNClient::HSVNClient(const HSVNClientDelegateRef& delegate) : HSVNClient{nullptr, delegate} {}
+
+HSVNClient::HSVNClient(const HSVNBundleRef& bundle, const HSVNClientDelegateRef& delegate)
+    : HSVNContext{WithoutBundle{}}
+{
+    // The base's constructor would set the bundle up without what a client adds.
+    HSVNClient::setBundle(bundle ? bundle : HSVNBundleLoader::sharedInstance().defaultBundle());
+    setDelegate(delegate);
+}
+
+void HSVNClient::setBundle(const HSVNBundleRef& bundle)
+{
+    HSVNContext::setBundle(bundle);
+    if (!bundle) {
+        return;
+    }
+    const HSVNBundleScope current{bundle};
+    setupConfiguration();
+    setupAuthentication();
+    setupLogCallback();
+    setupNotificationCallback();
+    setupCancellationCallback();
+}
+
+HSVNClientDelegateRef HSVNClient::delegate() const
+{
+    const std::lock_guard guard{lock()};
+    return _delegate.lock();
+}
+
+void HSVNClient::setDelegate(const HSVNClientDelegateRef& delegate)
+{
+    const bool answers = delegate && delegate->respondsTo(HSVNClientDelegateMessage::queryContinue);
+    const std::lock_guard guard{lock()};
+    _delegate = delegate;
+    _respondsToQueryContinue = answers;
+    if (delegate != _installedDelegate) {
+        _installedDelegate.reset();
+    }
+}
+
+void HSVNClient::refreshConfiguration()
+{
+    const HSVNBundleScope current{bundle()};
+    setupConfiguration();
+}
+
+void HSVNClient::notify(const HSVNNotificationRef& notification)
+{
+    HSVNContext::notify(notification);
+    const auto receiver = delegate();
+    if (receiver && receiver->respondsTo(HSVNClientDelegateMessage::notify)) {
+        receiver->notify(*this, notification);
+    }
+}
+
+bool HSVNClient::queryContinue()
+{
+    std::unique_lock guard{lock()};
+    const auto receiver = _respondsToQueryContinue ? _delegate.lock() : nullptr;
+    guard.unlock();
+    return !receiver || receiver->queryContinue(*this);
+}
+
+void HSVNClient::setupConfiguration()
+{
+    if (svn_error_t* error = HSVNCurrentEntryPoints().config_get_config(&ctx()->config, nullptr, pool())) {
+        HSVNException::exceptionWithError(error)->raise();
+    }
+    std::string patterns = globalIgnoreString().value_or("");
+    patterns += patterns.empty() ? "" : " ";
+    setOption(patterns + IconPattern, HSVNConfigOptionGlobalIgnores, HSVNConfigCategoryConfig,
+              HSVNConfigSectionMiscellany);
+}
+
+void HSVNClient::setupAuthentication()
+{
+    const HSVNBundleEntryPoints& table = HSVNCurrentEntryPoints();
+    apr_array_header_t* providers = table.apr_array_make(pool(), 12, sizeof(svn_auth_provider_object_t*));
+    svn_auth_provider_object_t* provider = nullptr;
+    for (auto* const makeStored :
+         {table.client_get_simple_provider, table.client_get_username_provider,
+          table.client_get_ssl_server_trust_file_provider, table.client_get_ssl_client_cert_file_provider})
+    {
+        makeStored(&provider, pool());
+        append(table, providers, provider);
+    }
+    table.auth_get_ssl_server_trust_prompt_provider(&provider, &HSVNClientInternals::promptForCertificateTrust, this,
+                                                    pool());
+    append(table, providers, provider);
+    table.auth_get_simple_prompt_provider(&provider, &HSVNClientInternals::promptForCredentials, this,
+                                          CredentialsRetryLimit, pool());
+    append(table, providers, provider);
+    table.auth_open(&ctx()->auth_baton, providers, pool());
+}
+
+void HSVNClient::setupLogCallback()
+{
+    ctx()->log_msg_func2 = &HSVNClientInternals::promptForLogMessage;
+    ctx()->log_msg_baton2 = this;
+}
+
+void HSVNClient::setupNotificationCallback()
+{
+    ctx()->notify_func2 = &HSVNClientInternals::notify;
+    ctx()->notify_baton2 = this;
+}
+
+void HSVNClient::setupCancellationCallback()
+{
+    ctx()->cancel_func = &HSVNClientInternals::queryContinue;
+    ctx()->cancel_baton = this;
+}

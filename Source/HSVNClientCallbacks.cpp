@@ -1,0 +1,214 @@
+#include "HSVNCaughtExceptionPrivate.h"
+#include "HSVNClientPrivate.h"
+#include "HSVNCommitItem.h"
+#include "HSVNDebug.h"
+#include "HSVNException.h"
+#include "HSVNLock.h"
+#include "HSVNNotification.h"
+#include "HSVNOperationPrivate.h"
+#include "HSVNPoolPrivate.h"
+#include "HSVNRevisionNumberPrivate.h"
+#include "HSVNURL.h"
+
+#include <functional>
+#include <mutex>
+#include <string_view>
+
+namespace {
+
+using Message = HSVNClientDelegateMessage;
+
+HSVNClient& clientOf(void* baton) { return *static_cast<HSVNClient*>(baton); }
+
+/// The client's delegate when it answers the message, else null.
+HSVNClientDelegateRef delegateFor(const HSVNClient& client, Message message)
+{
+    auto delegate = client.delegate();
+    return delegate && delegate->respondsTo(message) ? delegate : nullptr;
+}
+
+std::optional<std::string> textOrNil(const char* text)
+{
+    return text ? std::optional<std::string>{text} : std::nullopt;
+}
+
+std::string textOrEmpty(const char* text) { return text ? text : ""; }
+
+/// Runs a prompt with the client's bundle current. An exception that escapes it is logged and becomes an error with
+/// the given message, which is what the operation's caller gets to see.
+template <class Body>
+svn_error_t* runPrompt(const HSVNClient& client, const char* failure, Body body) noexcept
+{
+    const HSVNBundleScope current{client.bundle()};
+    try {
+        return body();
+    } catch (...) {
+        HSVNDebug::logAtLevel(HSVNDebugLevelOff, "Exception in authentication prompt callback: %@",
+                              HSVNCaughtException()->reason());
+        return HSVN_SUBVERSION_ERROR(HSVNExceptionGeneralStatus, failure);
+    }
+}
+
+svn_error_t* askForCredentials(HSVNClient& client, svn_auth_cred_simple_t** answer, const char* realm,
+                               const char* username, svn_boolean_t maySave, apr_pool_t* pool)
+{
+    const auto delegate = delegateFor(client, Message::promptForCredentials);
+    if (!delegate) {
+        return HSVN_SUBVERSION_ERROR(SVN_ERR_CANCELLED, "Delegate not installed");
+    }
+    const HSVNCredentialsRef credentials = HSVNCredentials::credentials();
+    if (username) {
+        credentials->setUsername(username);
+    }
+    bool mayStore = maySave == 1;
+    if (!delegate->promptForCredentials(client, credentials, textOrNil(realm), mayStore)) {
+        return HSVN_SUBVERSION_ERROR(SVN_ERR_CANCELLED, "User cancelled authentication");
+    }
+    const HSVNBundleEntryPoints& table = HSVNCurrentEntryPoints();
+    auto* record = static_cast<svn_auth_cred_simple_t*>(table.apr_palloc(pool, sizeof(svn_auth_cred_simple_t)));
+    *record = {};
+    record->username = table.apr_pstrdup(pool, credentials->username().c_str());
+    record->password = table.apr_pstrdup(pool, credentials->password().c_str());
+    record->may_save = mayStore;
+    *answer = record;
+    return nullptr;
+}
+
+svn_error_t* askForCertificateTrust(HSVNClient& client, svn_auth_cred_ssl_server_trust_t** answer, const char* realm,
+                                    apr_uint32_t failures, const svn_auth_ssl_server_cert_info_t& information,
+                                    svn_boolean_t maySave, apr_pool_t* pool)
+{
+    constexpr std::uint32_t known = HSVNCertificateFailureNotYetValid | HSVNCertificateFailureExpired |
+                                    HSVNCertificateFailureHostnameMismatch | HSVNCertificateFailureUnknownAuthority |
+                                    HSVNCertificateFailureOther;
+    const auto delegate = delegateFor(client, Message::promptForAuthenticationErrors);
+    if (!delegate) {
+        return nullptr;
+    }
+    const auto certificate = HSVNCertificate::certificateWithHostname(
+        textOrEmpty(information.hostname), textOrEmpty(information.fingerprint), textOrEmpty(information.valid_from),
+        textOrEmpty(information.valid_until), textOrEmpty(information.issuer_dname),
+        textOrEmpty(information.ascii_cert));
+    const bool mayStore = maySave != 0;
+    bool permanent = false;
+    if (!delegate->promptForAuthenticationErrors(client, failures & known, certificate, textOrNil(realm), mayStore,
+                                                 permanent))
+    {
+        return nullptr;
+    }
+    auto* record = static_cast<svn_auth_cred_ssl_server_trust_t*>(
+        HSVNCurrentEntryPoints().apr_palloc(pool, sizeof(svn_auth_cred_ssl_server_trust_t)));
+    record->may_save = mayStore && permanent;
+    record->accepted_failures = failures;
+    *answer = record;
+    return nullptr;
+}
+
+svn_error_t* askForLogMessage(HSVNClient& client, const char** message, const apr_array_header_t* items,
+                              apr_pool_t* pool)
+{
+    const auto delegate = delegateFor(client, Message::promptForLogMessage);
+    std::string text;
+    if (delegate) {
+        std::vector<HSVNCommitItemRef> commitItems;
+        for (int index = 0; index < items->nelts; ++index) {
+            commitItems.push_back(
+                HSVNCommitItem::commitItemForSVNCommitItem(APR_ARRAY_IDX(items, index, svn_client_commit_item2_t*)));
+        }
+        if (!delegate->promptForLogMessage(client, text, commitItems)) {
+            return nullptr;
+        }
+    }
+    *message = HSVNCurrentEntryPoints().apr_pstrdup(pool, text.c_str());
+    return nullptr;
+}
+
+HSVNNotificationRef notificationOf(const HSVNClient& client, const svn_wc_notify_t& record)
+{
+    auto notification = HSVNNotification::notificationWithAction(record.action);
+    notification->setContentState(record.content_state);
+    if (record.err) {
+        notification->setError(HSVNException::exceptionWithError(record.err, false));
+    }
+    if (record.lock) {
+        notification->setLock(std::make_shared<HSVNLock>(record.lock));
+    }
+    notification->setLockState(record.lock_state);
+    notification->setNodeKind(record.kind);
+    notification->setPath(textOrNil(record.path));
+    notification->setPropertyState(record.prop_state);
+    notification->setRevision(HSVNRevisionNumberFromSubversion(record.revision));
+    const auto version = client.bundleVersion();
+    // Older lines' records end before these fields.
+    if (version && version->isGreaterThanOrEqualTo(HSVNVersion::version1_6())) {
+        if (record.url && std::string_view{record.url}.find("://") != std::string_view::npos) {
+            notification->setURL(HSVNURL::URLWithString(record.url));
+        }
+        notification->setPathPrefix(textOrNil(record.path_prefix));
+        notification->setPropertyName(textOrNil(record.prop_name));
+    }
+    return notification;
+}
+
+} // namespace
+
+void HSVNClientInternals::installLogMessageDelegate(HSVNClient& client, const HSVNLogMessageDelegateRef& delegate)
+{
+    const std::lock_guard guard{client.lock()};
+    client._installedDelegate = delegate;
+    client.setDelegate(delegate);
+}
+
+svn_error_t* HSVNClientInternals::promptForCredentials(svn_auth_cred_simple_t** answer, void* baton, const char* realm,
+                                                       const char* username, svn_boolean_t maySave,
+                                                       apr_pool_t* pool) noexcept
+{
+    HSVNClient& client = clientOf(baton);
+    return runPrompt(client, "Credentials delegate raised an exception",
+                     [&] { return askForCredentials(client, answer, realm, username, maySave, pool); });
+}
+
+svn_error_t* HSVNClientInternals::promptForCertificateTrust(svn_auth_cred_ssl_server_trust_t** answer, void* baton,
+                                                            const char* realm, apr_uint32_t failures,
+                                                            const svn_auth_ssl_server_cert_info_t* information,
+                                                            svn_boolean_t maySave, apr_pool_t* pool) noexcept
+{
+    HSVNClient& client = clientOf(baton);
+    *answer = nullptr;
+    return runPrompt(client, "SSL server prompt delegate raised an exception", [&] {
+        return askForCertificateTrust(client, answer, realm, failures, *information, maySave, pool);
+    });
+}
+
+svn_error_t* HSVNClientInternals::promptForLogMessage(const char** message, const char** temporaryFile,
+                                                      const apr_array_header_t* items, void* baton,
+                                                      apr_pool_t* pool) noexcept
+{
+    HSVNClient& client = clientOf(baton);
+    *message = nullptr;
+    *temporaryFile = nullptr;
+    return HSVNGuardCallback(client, [&] { return askForLogMessage(client, message, items, pool); });
+}
+
+void HSVNClientInternals::notify(void* baton, const svn_wc_notify_t* record, apr_pool_t*) noexcept
+{
+    HSVNClient& client = clientOf(baton);
+    HSVNGuardVoidCallback(client, [&] {
+        if (const auto delegate = delegateFor(client, Message::notify)) {
+            delegate->notify(client, notificationOf(client, *record));
+        }
+    });
+}
+
+svn_error_t* HSVNClientInternals::queryContinue(void* baton) noexcept
+{
+    HSVNClient& client = clientOf(baton);
+    return HSVNGuardCallback(client, [&]() -> svn_error_t* {
+        bool goOn = !client.hasKeptException();
+        try {
+            goOn = goOn && client.queryContinue();
+        } catch (const HSVNPlatformException&) { // NOLINT(bugprone-empty-catch): the operation goes on
+        }
+        return goOn ? nullptr : HSVN_SUBVERSION_ERROR(SVN_ERR_CANCELLED, "Operation was canceled by the user");
+    });
+}

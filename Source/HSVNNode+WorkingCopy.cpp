@@ -1,0 +1,160 @@
+#include "HSVNAddOptions.h"
+#include "HSVNCommitOptions.h"
+#include "HSVNDepthTranslationPrivate.h"
+#include "HSVNNode.h"
+#include "HSVNOperationNotificationsPrivate.h"
+#include "HSVNOperationPrivate.h"
+#include "HSVNPlatformException.h"
+#include "HSVNResolveOptions.h"
+#include "HSVNRevertOptions.h"
+#include "HSVNRevision.h"
+#include "HSVNRevisionNumberPrivate.h"
+#include "HSVNUpdateOptions.h"
+
+#include <fmt/format.h>
+
+namespace {
+
+svn_error_t* callUpdate(HSVNOperation& operation, apr_array_header_t** results, const apr_array_header_t* paths,
+                        const svn_opt_revision_t& revision, const HSVNUpdateOptions& options)
+{
+    const svn_boolean_t ignoreExternals = !options.processExternals();
+    if (operation.isAtLeast(HSVNVersion::version1_5())) {
+        return operation->client_update3(results, paths, &revision, static_cast<svn_depth_t>(options.depth()),
+                                         options.depthIsSticky(), ignoreExternals,
+                                         options.allowUnversionedObstructions(), operation.ctx(), operation.pool());
+    }
+    return operation->client_update2(results, paths, &revision, HSVNRecurseForDepth(options.depth(), HSVNDepthFiles),
+                                     ignoreExternals, operation.ctx(), operation.pool());
+}
+
+std::vector<HSVNRevisionNumber> resultantRevisions(const apr_array_header_t& results, std::size_t expected)
+{
+    std::vector<HSVNRevisionNumber> revisions;
+    revisions.reserve(expected);
+    for (int index = 0; index < results.nelts; ++index) {
+        revisions.push_back(HSVNRevisionNumberFromSubversion(APR_ARRAY_IDX(&results, index, svn_revnum_t)));
+    }
+    if (revisions.size() != expected) {
+        throw HSVNAssertionException(
+            fmt::format("Expected resultant revision array with length of {}, found {}", expected, revisions.size()));
+    }
+    return revisions;
+}
+
+std::vector<HSVNRevisionNumber> update(HSVNOperation& operation, const std::vector<HSVNPathRef>& nodePaths,
+                                       const HSVNRevision& toRevision, const HSVNUpdateOptions& options)
+{
+    const svn_opt_revision_t revision = toRevision.SVNRevision();
+    apr_array_header_t* results = nullptr;
+    svn_error_t* error = callUpdate(operation, &results, operation.pathArray(nodePaths), revision, options);
+    if (error && error->apr_err == SVN_ERR_CLIENT_BAD_REVISION) {
+        operation->error_clear(error);
+        throw HSVNInvalidArgumentException("Invalid revision");
+    }
+    operation.check(error);
+    return resultantRevisions(*results, nodePaths.size());
+}
+
+svn_error_t* callCommit(HSVNOperation& operation, svn_commit_info_t** info, const apr_array_header_t* targets,
+                        const HSVNCommitOptions& options)
+{
+    const svn_boolean_t keepLocks = !options.releaseLocks();
+    if (operation.isAtLeast(HSVNVersion::version1_5())) {
+        return operation->client_commit4(info, targets, static_cast<svn_depth_t>(options.depth()), keepLocks,
+                                         FALSE /* keep changelists */, nullptr /* changelists */,
+                                         nullptr /* revision properties */, operation.ctx(), operation.pool());
+    }
+    return operation->client_commit3(info, targets, HSVNRecurseForDepth(options.depth(), HSVNDepthEmpty), keepLocks,
+                                     operation.ctx(), operation.pool());
+}
+
+} // namespace
+
+void HSVNNode::add(const HSVNPathRef& path, const HSVNContextRef& context)
+{
+    add(path, HSVNAddOptions::defaults(), context);
+}
+
+void HSVNNode::add(const HSVNPathRef& path, const std::shared_ptr<const HSVNAddOptions>& options,
+                   const HSVNContextRef& context)
+{
+    HSVNAssertParameter(path != nullptr, "path != nil");
+    HSVNAssertParameter(options != nullptr, "options != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{context,
+                            "HSVNNode",
+                            "add:withOptions:withContext:",
+                            {{"path", path}, {"options", options}, {"context", context}}};
+    operation.check(operation->client_add3(operation.cString(path->string()), options->recursive(), options->force(),
+                                           !options->matchIgnorePatterns(), operation.ctx(), operation.pool()));
+}
+
+void HSVNNode::revertNodes(const std::vector<HSVNPathRef>& nodePaths,
+                           const std::shared_ptr<const HSVNRevertOptions>& options, const HSVNContextRef& context)
+{
+    HSVNAssertParameter(options != nullptr, "options != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{context,
+                            "HSVNNode",
+                            "revertNodes:withOptions:withContext:",
+                            {{"nodePaths", nodePaths}, {"options", options}, {"context", context}}};
+    operation.check(operation->client_revert(operation.pathArray(nodePaths), options->recursive(), operation.ctx(),
+                                             operation.pool()));
+}
+
+void HSVNNode::resolveNodeAtPath(const HSVNPathRef& path, const std::shared_ptr<const HSVNResolveOptions>& options,
+                                 const HSVNContextRef& context)
+{
+    HSVNAssertParameter(path != nullptr, "path != nil");
+    HSVNAssertParameter(options != nullptr, "options != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{context,
+                            "HSVNNode",
+                            "resolveNodeAtPath:withOptions:withContext:",
+                            {{"path", path}, {"options", options}, {"context", context}}};
+    operation.check(operation->client_resolved(operation.cString(path->string()), options->recursive(), operation.ctx(),
+                                               operation.pool()));
+}
+
+std::vector<HSVNRevisionNumber> HSVNNode::updateNodes(const std::vector<HSVNPathRef>& nodePaths,
+                                                      const HSVNRevisionRef& toRevision,
+                                                      const std::shared_ptr<const HSVNUpdateOptions>& options,
+                                                      const HSVNContextRef& context)
+{
+    HSVNAssertParameter(toRevision != nullptr, "revision != nil");
+    HSVNAssertParameter(options != nullptr, "options != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{
+        context,
+        "HSVNNode",
+        "updateNodes:toRevision:withOptions:withContext:",
+        {{"nodePaths", nodePaths}, {"revision", toRevision}, {"options", options}, {"context", context}}};
+    HSVNOperationNotifications notifications{
+        {HSVNNotifyActionUpdateStarted, HSVNNotifyActionUpdateSucceeded, HSVNNotifyActionUpdateFailed}, nodePaths};
+    return notifications.run(*context, [&] { return update(operation, nodePaths, *toRevision, *options); });
+}
+
+HSVNRevisionNumber HSVNNode::commitChangesToNodes(const std::vector<HSVNPathRef>& nodePaths,
+                                                  const std::shared_ptr<const HSVNCommitOptions>& options,
+                                                  const HSVNContextRef& context)
+{
+    HSVNAssertParameter(options != nullptr, "options != nil");
+    if (nodePaths.empty()) {
+        return HSVNInvalidRevision;
+    }
+    HSVNOperation operation{context,
+                            "HSVNNode",
+                            "commitChangesToNodes:withOptions:withContext:",
+                            {{"nodePaths", nodePaths}, {"options", options}, {"context", context}}};
+    HSVNOperationNotifications notifications{
+        {HSVNNotifyActionCommitStarted, HSVNNotifyActionCommitSucceeded, HSVNNotifyActionCommitFailed}, nodePaths};
+    return notifications.run(*context, [&] {
+        svn_commit_info_t* info = nullptr;
+        operation.check(callCommit(operation, &info, operation.pathArray(nodePaths), *options));
+        // When nothing was committed, older lines leave the record out and newer ones put -1 into it.
+        const auto revision = info ? HSVNRevisionNumberFromSubversion(info->revision) : HSVNInvalidRevision;
+        notifications.succeeded().setRevision(revision);
+        return revision;
+    });
+}

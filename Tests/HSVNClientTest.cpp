@@ -1,0 +1,616 @@
+#include "HSVNClient.h"
+#include "AlteredBundle.h"
+#include "HSVNBundleLoader.h"
+#include "HSVNClientPrivate.h"
+#include "HSVNCommitItem.h"
+#include "HSVNCommitOptions.h"
+#include "HSVNException.h"
+#include "HSVNLocalPath.h"
+#include "HSVNLock.h"
+#include "HSVNNode.h"
+#include "HSVNNotification.h"
+#include "HSVNPoolPrivate.h"
+#include "HSVNRevision.h"
+#include "HSVNURL.h"
+#include "HSVNUpdateOptions.h"
+#include "SvnServer.h"
+
+#include <atomic>
+#include <cstddef>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+/// An exception of the application's own, outside every class hierarchy that the library knows.
+struct ApplicationsOwn
+{
+    int number;
+};
+
+/// Throws one of the kinds of exception that a delegate may throw.
+void throwKind(int kind)
+{
+    switch (kind) {
+    case 0:
+        throw HSVNGenericException("the delegate is unwell");
+    case 1:
+        throw std::runtime_error("the delegate is unwell");
+    default:
+        throw ApplicationsOwn{42};
+    }
+}
+
+struct Prompter
+{
+    std::function<bool(const HSVNCredentialsRef&, bool&)> answer;
+    int prompts = 0;
+    std::optional<std::string> lastRealm{};
+    std::string proposedName{};
+    bool couldStore = false;
+
+    bool promptForCredentials(HSVNContext&, const HSVNCredentialsRef& credentials,
+                              const std::optional<std::string>& realm, bool& mayStore)
+    {
+        if (prompts++ == 0) {
+            proposedName = credentials->username();
+        }
+        lastRealm = realm;
+        couldStore = mayStore;
+        mayStore = false;
+        return answer(credentials, mayStore);
+    }
+};
+
+using PrompterDelegate = HSVNClientDelegateFor<Prompter>;
+
+void fill(const HSVNCredentialsRef& credentials, const std::string& username, const std::string& password)
+{
+    credentials->setUsername(username);
+    credentials->setPassword(password);
+}
+
+/// Pools that the counting bundle has made and not destroyed yet.
+std::atomic<int> pools = 0;
+
+/// The installed line with its pools counted: every pool that an operation makes must be gone when it ends.
+HSVNBundleRef countingBundle()
+{
+    return std::make_shared<AlteredBundle>([](HSVNBundleEntryPoints& table) {
+        table.pool_create = [](apr_pool_t* parent, apr_allocator_t* allocator) {
+            ++pools;
+            return AlteredBundle::original().pool_create(parent, allocator);
+        };
+        table.apr_pool_destroy = [](apr_pool_t* pool) {
+            --pools;
+            AlteredBundle::original().apr_pool_destroy(pool);
+        };
+    });
+}
+
+HSVNClientRef countedClient(const HSVNClientDelegateRef& delegate)
+{
+    auto client = std::make_shared<HSVNClient>(countingBundle(), delegate);
+    client->setBundleVersion(HSVNBundleLoader::sharedInstance().newestVersion());
+    return client;
+}
+
+void expectNothingLeaked(int poolsBefore)
+{
+    EXPECT_EQ(pools, poolsBefore) << "pools are left";
+    EXPECT_THROW(HSVNBundleCurrent(), HSVNGenericException) << "a bundle is left on the thread's stack";
+}
+
+std::vector<HSVNPathRef> paths(const std::string& path) { return {HSVNLocalPath::pathWithString(path)}; }
+
+HSVNRevisionNumber commit(const std::string& path, const HSVNContextRef& context)
+{
+    return HSVNNode::commitChangesToNodes(paths(path), HSVNCommitOptions::defaults(), context);
+}
+
+void update(const std::string& path, const HSVNContextRef& context)
+{
+    HSVNNode::updateNodes(paths(path), HSVNRevision::HEAD(), HSVNUpdateOptions::defaults(), context);
+}
+
+/// One server for all tests of the suite; each asks with a working copy that is out of date.
+class ServerTest : public testing::Test
+{
+  protected:
+    static void SetUpTestSuite()
+    {
+        server = std::make_unique<SvnServer>();
+        server->repository().put("a.txt", "one\n");
+        workingCopy = server->repository().beside("wc");
+        mustRun({"svn", "checkout", "-q", "--non-interactive", "--no-auth-cache", "--username", "harry", "--password",
+                 "harryssecret", server->url(), workingCopy});
+    }
+    static void TearDownTestSuite() { server.reset(); }
+
+    /// Asks the server for an update; the delegate answers the prompts.
+    static void askServer(const HSVNClientDelegateRef& delegate) { update(workingCopy, countedClient(delegate)); }
+
+    /// The exception of that update.
+    static HSVNExceptionRef refusal(const HSVNClientDelegateRef& delegate)
+    {
+        const int before = pools;
+        try {
+            askServer(delegate);
+        } catch (const HSVNException& exception) {
+            expectNothingLeaked(before);
+            return std::static_pointer_cast<const HSVNException>(exception.copy());
+        }
+        throw std::logic_error("the server let the client in");
+    }
+
+    static bool storesCredentials()
+    {
+        const auto folder = std::filesystem::path{std::getenv("HOME")} / ".subversion/auth/svn.simple";
+        return std::filesystem::exists(folder) && !std::filesystem::is_empty(folder);
+    }
+
+    static inline std::unique_ptr<SvnServer> server;
+    static inline std::string workingCopy;
+};
+
+using ServerThrowTest = ServerTest;
+
+} // namespace
+
+TEST_F(ServerTest, TheRightPasswordOpensTheServer)
+{
+    const auto delegate = std::make_shared<PrompterDelegate>([](const auto& credentials, bool&) {
+        fill(credentials, "sally", "sallyssecret");
+        return true;
+    });
+    askServer(delegate);
+    EXPECT_EQ(delegate->prompts, 1);
+    ASSERT_TRUE(delegate->lastRealm);
+    EXPECT_THAT(*delegate->lastRealm, testing::HasSubstr(SvnServer::realm()));
+    EXPECT_FALSE(delegate->proposedName.empty()) << "Subversion proposes the user's own name";
+    EXPECT_FALSE(storesCredentials());
+}
+
+TEST_F(ServerTest, AsksTwiceMoreAfterWrongPasswordsAndThenGivesUp)
+{
+    const auto wrongTwice = std::make_shared<PrompterDelegate>();
+    wrongTwice->answer = [&](const auto& credentials, bool&) {
+        fill(credentials, "harry", wrongTwice->prompts < 3 ? "wrong" : "harryssecret");
+        return true;
+    };
+    askServer(wrongTwice);
+    EXPECT_EQ(wrongTwice->prompts, 3);
+
+    const auto alwaysWrong = std::make_shared<PrompterDelegate>([](const auto& credentials, bool&) {
+        fill(credentials, "harry", "wrong");
+        return true;
+    });
+    EXPECT_EQ(refusal(alwaysWrong)->className(), "HSVNAuthorizationException");
+    EXPECT_EQ(alwaysWrong->prompts, 3);
+}
+
+TEST_F(ServerTest, ARefusedPromptAndAMissingDelegateCancelTheOperation)
+{
+    const auto refusing = std::make_shared<PrompterDelegate>([](const auto&, bool&) { return false; });
+    const auto refused = refusal(refusing);
+    EXPECT_EQ(refused->className(), "HSVNOperationCancelledException");
+    EXPECT_EQ(refused->reason(), "User cancelled authentication");
+    EXPECT_EQ(refused->status(), SVN_ERR_CANCELLED);
+    EXPECT_EQ(refusing->prompts, 1);
+
+    const auto missing = refusal(nullptr);
+    EXPECT_EQ(missing->className(), "HSVNOperationCancelledException");
+    EXPECT_EQ(missing->reason(), "Delegate not installed");
+}
+
+TEST_F(ServerTest, ADelegateThatThrowsFailsTheOperationWithItsOwnStatusAndIsLogged)
+{
+    for (int kind = 0; kind < 3; ++kind) {
+        const auto delegate = std::make_shared<PrompterDelegate>([&](const auto&, bool&) -> bool {
+            throwKind(kind);
+            return true;
+        });
+        testing::internal::CaptureStderr();
+        const auto failure = refusal(delegate);
+        const std::string log = testing::internal::GetCapturedStderr();
+        EXPECT_EQ(failure->className(), "HSVNException");
+        EXPECT_EQ(failure->status(), HSVNExceptionGeneralStatus);
+        EXPECT_EQ(failure->reason(), "Credentials delegate raised an exception");
+        EXPECT_THAT(log, testing::HasSubstr("Exception in authentication prompt callback:"));
+        if (kind < 2) {
+            EXPECT_THAT(log, testing::HasSubstr("the delegate is unwell"));
+        }
+    }
+}
+
+TEST_F(ServerTest, StoresCredentialsOnlyWhenTheDelegateSaysSo)
+{
+    const auto delegate = std::make_shared<PrompterDelegate>([](const auto& credentials, bool& mayStore) {
+        fill(credentials, "harry", "harryssecret");
+        mayStore = true;
+        return true;
+    });
+    askServer(delegate);
+    EXPECT_TRUE(delegate->couldStore);
+    EXPECT_TRUE(storesCredentials());
+    std::filesystem::remove_all(std::filesystem::path{std::getenv("HOME")} / ".subversion/auth/svn.simple");
+}
+
+namespace {
+
+/// What a delegate of the commit tests does, one function per message; a message without one is not answered.
+struct Hooks
+{
+    std::function<void(const HSVNNotificationRef&)> notified = [](const auto&) {};
+    std::function<bool(std::string&, const std::vector<HSVNCommitItemRef>&)> asked = [](auto&, const auto&) {
+        return true;
+    };
+    std::function<bool()> goesOn = [] { return true; };
+
+    void notify(HSVNContext&, const HSVNNotificationRef& notification) { notified(notification); }
+    bool promptForLogMessage(HSVNContext&, std::string& message, const std::vector<HSVNCommitItemRef>& items)
+    {
+        return asked(message, items);
+    }
+    bool queryContinue(HSVNContext&) { return goesOn(); }
+};
+
+using HooksDelegate = HSVNClientDelegateFor<Hooks>;
+
+class CommitTest : public testing::Test
+{
+  protected:
+    CommitTest()
+    {
+        repository.put("a.txt", "one\n");
+        workingCopy = repository.checkOut();
+        writeFile(workingCopy + "/a.txt", "two\n");
+    }
+
+    TestRepository repository;
+    std::string workingCopy;
+    std::shared_ptr<HooksDelegate> delegate = std::make_shared<HooksDelegate>();
+};
+
+} // namespace
+
+TEST_F(CommitTest, TheDelegatesMessageIsCommittedAndSeesTheItems)
+{
+    std::string item;
+    delegate->asked = [&](std::string& message, const std::vector<HSVNCommitItemRef>& items) {
+        item = items.at(0)->path()->string();
+        message = "dépêche\nsecond line";
+        return items.size() == 1;
+    };
+    EXPECT_EQ(commit(workingCopy, HSVNClient::clientWithDelegate(delegate)), 2);
+    EXPECT_EQ(item, workingCopy + "/a.txt");
+    EXPECT_EQ(repository.logMessage(2), "dépêche\nsecond line");
+}
+
+TEST_F(CommitTest, WithoutADelegateTheMessageIsEmpty)
+{
+    EXPECT_EQ(commit(workingCopy, HSVNClient::clientWithDelegate(nullptr)), 2);
+    EXPECT_EQ(repository.logMessage(2), "");
+}
+
+TEST_F(CommitTest, ARefusedMessageCommitsNothing)
+{
+    delegate->asked = [](auto&, const auto&) { return false; };
+    EXPECT_EQ(commit(workingCopy, HSVNClient::clientWithDelegate(delegate)), HSVNInvalidRevision);
+    EXPECT_EQ(repository.youngest(), 1);
+}
+
+TEST_F(CommitTest, ExceptionsOfTheLogMessageAndTheNotificationReachTheCallerUnchanged)
+{
+    for (const bool fromNotification : {false, true}) {
+        for (int kind = 0; kind < 3; ++kind) {
+            SCOPED_TRACE(testing::Message() << "notification " << fromNotification << ", kind " << kind);
+            *delegate = HooksDelegate{};
+            if (fromNotification) {
+                delegate->notified = [&](const HSVNNotificationRef& notification) {
+                    if (notification->action() == HSVNNotifyActionCommitModified) {
+                        throwKind(kind);
+                    }
+                };
+            } else {
+                delegate->asked = [&](auto&, const auto&) {
+                    throwKind(kind);
+                    return true;
+                };
+            }
+            const auto client = countedClient(delegate);
+            const int before = pools;
+            switch (kind) {
+            case 0:
+                EXPECT_THROW(commit(workingCopy, client), HSVNGenericException);
+                break;
+            case 1:
+                EXPECT_THROW(commit(workingCopy, client), std::runtime_error);
+                break;
+            default:
+                EXPECT_THROW(commit(workingCopy, client), ApplicationsOwn);
+            }
+            expectNothingLeaked(before);
+            EXPECT_EQ(repository.youngest(), 1);
+        }
+    }
+    // The client and the working copy stay usable.
+    *delegate = HooksDelegate{};
+    EXPECT_EQ(commit(workingCopy, HSVNClient::clientWithDelegate(delegate)), 2);
+}
+
+TEST_F(CommitTest, ADelegateThatSaysStopCancels)
+{
+    delegate->goesOn = [] { return false; };
+    try {
+        commit(workingCopy, HSVNClient::clientWithDelegate(delegate));
+        FAIL() << "the commit went on";
+    } catch (const HSVNOperationCancelledException& exception) {
+        const auto cause = exception.userInfo().find(HSVNExceptionCauseKey);
+        ASSERT_NE(cause, exception.userInfo().end());
+        EXPECT_EQ(*cause->second.dictionary()->at(HSVNExceptionMessageKey).text(),
+                  "Operation was canceled by the user");
+    }
+    EXPECT_EQ(repository.youngest(), 1);
+}
+
+TEST_F(CommitTest, OnlyPlatformExceptionsAreIgnoredWhileAskingWhetherToGoOn)
+{
+    for (const int kind : {1, 2}) {
+        delegate->goesOn = [=] {
+            throwKind(kind);
+            return true;
+        };
+        EXPECT_ANY_THROW(commit(workingCopy, HSVNClient::clientWithDelegate(delegate)));
+        EXPECT_EQ(repository.youngest(), 1);
+    }
+    delegate->goesOn = [] {
+        throwKind(0);
+        return true;
+    };
+    EXPECT_EQ(commit(workingCopy, HSVNClient::clientWithDelegate(delegate)), 2);
+}
+
+TEST_F(CommitTest, TheDelegateIsNotKeptAliveAndCanBeChanged)
+{
+    const auto client = HSVNClient::clientWithDelegate(delegate);
+    EXPECT_EQ(client->delegate(), delegate);
+    delegate->goesOn = [] { return false; };
+    EXPECT_FALSE(client->queryContinue());
+    client->setDelegate(nullptr);
+    EXPECT_TRUE(client->queryContinue());
+    client->setDelegate(delegate);
+    delegate.reset();
+    EXPECT_EQ(client->delegate(), nullptr);
+    EXPECT_TRUE(client->queryContinue());
+    EXPECT_EQ(commit(workingCopy, client), 2);
+}
+
+TEST_F(CommitTest, ALogMessageDelegateThatTheLibraryInstalledStaysUntilItIsReplaced)
+{
+    const auto client = HSVNClient::clientWithDelegate(nullptr);
+    HSVNClientInternals::installLogMessageDelegate(*client,
+                                                   HSVNLogMessageDelegate::delegateWithMessage("installed", nullptr));
+    EXPECT_EQ(commit(workingCopy, client), 2);
+    EXPECT_EQ(repository.logMessage(2), "installed");
+    const std::weak_ptr<HSVNClientDelegate> installed = client->delegate();
+    client->setDelegate(delegate);
+    EXPECT_TRUE(installed.expired());
+}
+
+TEST_F(CommitTest, ChangingTheBundleInstallsEveryCallbackAnew)
+{
+    const auto client = HSVNClient::clientWithDelegate(delegate);
+    client->setBundle(nullptr);
+    EXPECT_EQ(client->ctx(), nullptr);
+    client->setBundle(HSVNBundleLoader::sharedInstance().newestBundle());
+    delegate->asked = [](std::string& message, const auto&) {
+        message = "after the change";
+        return true;
+    };
+    EXPECT_EQ(commit(workingCopy, client), 2);
+    EXPECT_EQ(repository.logMessage(2), "after the change");
+}
+
+TEST(Client, AddsTheIconPatternOncePerSetUpOfTheConfiguration)
+{
+    const auto client = HSVNClient::clientWithDelegate(nullptr);
+    const std::string icon = "Icon[\x01-\x1f]";
+    const std::string first = client->globalIgnoreString().value();
+    EXPECT_TRUE(first.ends_with(" .DS_Store " + icon)) << first;
+    client->refreshConfiguration();
+    EXPECT_EQ(client->globalIgnoreString(), first) << "the configuration is read afresh";
+}
+
+namespace {
+
+struct Judge
+{
+    bool accepts = true;
+    bool asksToKeep = true;
+    bool throws = false;
+    std::uint32_t failures = 0;
+    std::string certificate;
+    bool mayStore = false;
+
+    bool promptForAuthenticationErrors(HSVNContext&, std::uint32_t bits, const HSVNCertificateRef& shown,
+                                       const std::optional<std::string>& realm, bool canStore, bool& permanent)
+    {
+        if (throws) {
+            throwKind(2);
+        }
+        failures = bits;
+        certificate = shown->hostname() + '|' + shown->fingerprint() + '|' + shown->validFrom() + '|' +
+                      shown->validTo() + '|' + shown->issuer() + '|' + shown->representation() + '|' +
+                      realm.value_or("no realm");
+        mayStore = canStore;
+        EXPECT_FALSE(permanent);
+        permanent = asksToKeep;
+        return accepts;
+    }
+};
+
+/// Calls the certificate callback as Subversion does.
+class CertificateTest : public testing::Test
+{
+  protected:
+    svn_error_t* ask(apr_uint32_t failures, bool maySave, const char* realm = "https://example.org:443")
+    {
+        svn_auth_ssl_server_cert_info_t information{};
+        information.hostname = "example.org";
+        information.fingerprint = "aa:bb";
+        information.valid_from = "from";
+        information.valid_until = "until";
+        information.issuer_dname = "CN=issuer";
+        information.ascii_cert = "MIIB";
+        return HSVNClientInternals::promptForCertificateTrust(&answer, client.get(), realm, failures, &information,
+                                                              maySave, client->pool());
+    }
+
+    std::shared_ptr<HSVNClientDelegateFor<Judge>> judge = std::make_shared<HSVNClientDelegateFor<Judge>>();
+    HSVNClientRef client = HSVNClient::clientWithDelegate(judge);
+    svn_auth_cred_ssl_server_trust_t* answer = nullptr;
+};
+
+} // namespace
+
+TEST_F(CertificateTest, ShowsTheCertificateAndTheKnownFailuresButAcceptsThemAll)
+{
+    ASSERT_EQ(ask(0x4000000fU | 0x30U, true), nullptr);
+    EXPECT_EQ(judge->failures, 0x4000000fU);
+    EXPECT_EQ(judge->certificate, "example.org|aa:bb|from|until|CN=issuer|MIIB|https://example.org:443");
+    ASSERT_NE(answer, nullptr);
+    EXPECT_EQ(answer->accepted_failures, 0x4000003fU);
+    ASSERT_EQ(ask(8, true, nullptr), nullptr);
+    EXPECT_THAT(judge->certificate, testing::EndsWith("|no realm"));
+}
+
+TEST_F(CertificateTest, IsKeptOnlyWhenBothSubversionAndTheDelegateAgree)
+{
+    for (const bool maySave : {false, true}) {
+        for (const bool permanent : {false, true}) {
+            judge->asksToKeep = permanent;
+            ASSERT_EQ(ask(8, maySave), nullptr);
+            EXPECT_EQ(judge->mayStore, maySave);
+            EXPECT_EQ(answer->may_save, maySave && permanent);
+        }
+    }
+}
+
+TEST_F(CertificateTest, IsRejectedByANoAndWithoutADelegateAndFailsWhenTheDelegateThrows)
+{
+    judge->accepts = false;
+    EXPECT_EQ(ask(8, true), nullptr);
+    EXPECT_EQ(answer, nullptr);
+
+    judge->throws = true;
+    const HSVNBundleScope current{client->bundle()};
+    svn_error_t* error = ask(8, true);
+    ASSERT_NE(error, nullptr);
+    EXPECT_EQ(error->apr_err, HSVNExceptionGeneralStatus);
+    EXPECT_STREQ(error->message, "SSL server prompt delegate raised an exception");
+    HSVNCurrentEntryPoints().error_clear(error);
+
+    client->setDelegate(nullptr);
+    EXPECT_EQ(ask(8, true), nullptr);
+    EXPECT_EQ(answer, nullptr);
+}
+
+namespace {
+
+/// Calls the notification callback as Subversion does, with a record made up of every field.
+class NotificationTest : public testing::Test
+{
+  protected:
+    NotificationTest()
+    {
+        record.path = "/wc/a.txt";
+        record.action = svn_wc_notify_locked;
+        record.kind = svn_node_file;
+        record.content_state = svn_wc_notify_state_merged;
+        record.prop_state = svn_wc_notify_state_conflicted;
+        record.lock_state = svn_wc_notify_lock_state_locked;
+        record.revision = 17;
+        record.url = "svn://example.org/a%20b";
+        record.path_prefix = "/wc";
+        record.prop_name = "svn:eol-style";
+        lock.path = "/a.txt";
+        lock.token = "opaquelocktoken:1";
+        lock.creation_date = 1'500'000;
+        record.lock = &lock;
+    }
+
+    HSVNNotificationRef send()
+    {
+        HSVNNotificationRef received;
+        delegate->notified = [&](const HSVNNotificationRef& notification) { received = notification; };
+        HSVNClientInternals::notify(client.get(), &record, client->pool());
+        return received;
+    }
+
+    svn_wc_notify_t record{};
+    svn_lock_t lock{};
+    std::shared_ptr<HooksDelegate> delegate = std::make_shared<HooksDelegate>();
+    HSVNClientRef client = HSVNClient::clientWithDelegate(delegate);
+};
+
+} // namespace
+
+TEST_F(NotificationTest, CarriesEveryFieldOfTheRecord)
+{
+    const HSVNBundleScope current{client->bundle()};
+    record.err = HSVNCurrentEntryPoints().error_create(SVN_ERR_WC_LOCKED, nullptr, "locked out");
+    const auto notification = send();
+    EXPECT_EQ(notification->action(), HSVNNotifyActionLocked);
+    EXPECT_EQ(notification->path(), "/wc/a.txt");
+    EXPECT_EQ(notification->nodeKind(), 1);
+    EXPECT_EQ(notification->contentState(), 6);
+    EXPECT_EQ(notification->propertyState(), 7);
+    EXPECT_EQ(notification->lockState(), 3);
+    EXPECT_EQ(notification->revision(), 17);
+    EXPECT_EQ(notification->lock()->token(), "opaquelocktoken:1");
+    EXPECT_EQ(notification->URL()->string(), "svn://example.org/a%20b");
+    EXPECT_EQ(notification->pathPrefix(), "/wc");
+    EXPECT_EQ(notification->propertyName(), "svn:eol-style");
+    EXPECT_THROW(notification->error()->raise(), HSVNWorkingCopyLockedException);
+    EXPECT_STREQ(record.err->message, "locked out") << "the error stays Subversion's";
+    HSVNCurrentEntryPoints().error_clear(record.err);
+}
+
+TEST_F(NotificationTest, OfAnOlderLineEndsBeforeTheFieldsOf1Point6)
+{
+    // A heap block of exactly the old record's size, so that a sanitizer sees any read beyond it.
+    const std::size_t size = offsetof(svn_wc_notify_t, url);
+    const std::unique_ptr<std::byte[]> block{new std::byte[size]};
+    std::memcpy(block.get(), &record, size);
+    HSVNNotificationRef received;
+    delegate->notified = [&](const HSVNNotificationRef& notification) { received = notification; };
+    client->setBundleVersion(HSVNVersion::version1_5());
+    HSVNClientInternals::notify(client.get(), reinterpret_cast<const svn_wc_notify_t*>(block.get()), client->pool());
+    EXPECT_EQ(received->revision(), 17);
+    EXPECT_EQ(received->URL(), nullptr);
+    EXPECT_FALSE(received->pathPrefix() || received->propertyName());
+}
+
+TEST_F(NotificationTest, OfAURLWithoutASchemeHasNoURL)
+{
+    record.url = "just/a/path";
+    EXPECT_EQ(send()->URL(), nullptr);
+}
+
+TEST_F(NotificationTest, KeepsAnExceptionForTheOperationAndStopsIt)
+{
+    record.revision = svn_revnum_t{1} << 32;
+    EXPECT_EQ(send(), nullptr) << "a revision number that does not fit is refused";
+    EXPECT_TRUE(client->hasKeptException());
+    const HSVNBundleScope current{client->bundle()};
+    svn_error_t* stop = HSVNClientInternals::queryContinue(client.get());
+    ASSERT_NE(stop, nullptr);
+    EXPECT_EQ(stop->apr_err, SVN_ERR_CANCELLED);
+    HSVNCurrentEntryPoints().error_clear(stop);
+    EXPECT_THROW(std::rethrow_exception(client->takeKeptException()), HSVNPlatformException);
+}

@@ -1,0 +1,31 @@
+#pragma once
+
+#include "HSVNBundleEntryPointsPrivate.h"
+#include "HSVNBundleLoader.h"
+
+#include <memory>
+#include <string>
+
+/// A bundle of the newest loaded line whose table a test alters, to see or to change what passes through it.
+class AlteredBundle : public HSVNBundle
+{
+  public:
+    /// @param alter  changes the table, which starts as a copy of the line's own
+    template <class Alter>
+    explicit AlteredBundle(Alter&& alter) : _table{original()}
+    {
+        alter(_table);
+    }
+
+    /// The line's own table.
+    static const HSVNBundleEntryPoints& original()
+    {
+        return *HSVNBundleLoader::sharedInstance().newestBundle()->entryPoints();
+    }
+
+    std::string className() const override { return "AlteredBundle"; }
+    const HSVNBundleEntryPoints* entryPoints() override { return &_table; }
+
+  private:
+    HSVNBundleEntryPoints _table;
+};

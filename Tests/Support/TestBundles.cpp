@@ -1,0 +1,17 @@
+#include "TestBundles.h"
+
+#include "HSVNBundleLoader.h"
+
+HSVNVersion installedLine()
+{
+    return HSVNBundleLoader::sharedInstance().newestVersion().value().versionWithMajorAndMinorComponents();
+}
+
+HSVNBundleRef bundleOfLine(const HSVNVersion& line)
+{
+    auto& loader = HSVNBundleLoader::sharedInstance();
+    if (auto bundle = loader.bundleForVersion(line)) {
+        return bundle;
+    }
+    return loader.loadBundleAtPath(HSVN_TEST_BUNDLES "/Subversion-" + line.versionString() + ".bundle");
+}
