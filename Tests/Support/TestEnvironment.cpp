@@ -24,7 +24,7 @@ class TestEnvironment : public testing::Environment
             unsetenv(variable);
         }
         // A test that needs a fresh process starts the library there itself.
-        if (!testing::internal::InDeathTestChild()) {
+        if (GTEST_FLAG_GET(internal_run_death_test).empty()) {
             HSVNInitialize();
         }
     }
