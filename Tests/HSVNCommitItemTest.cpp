@@ -1,5 +1,6 @@
 #include "HSVNCommitItem.h"
 
+#include "HSVNClient.h"
 #include "HSVNDirectory.h"
 #include "HSVNFile.h"
 #include "HSVNLocalPath.h"
@@ -144,6 +145,66 @@ TEST(CommitItemTest, TakesANode)
                                                HSVNDate{1}, std::nullopt));
     EXPECT_EQ(HSVNCommitItem::commitItemForNode(folder)->nodeKind(), HSVNNodeKindDirectory);
     EXPECT_TRUE(HSVNCommitItem::commitItemForNode(folder)->isLocked());
+}
+
+TEST(MoveCommitItemsTest, AMoveAddsAndDeletesAndACopyOnlyAdds)
+{
+    const std::vector<HSVNPathRef> sources{HSVNPath::pathWithString("/wc/a"), HSVNPath::pathWithString("svn://h/b")};
+    const std::vector<HSVNPathRef> destinations{HSVNPath::pathWithString("svn://h/a"),
+                                                HSVNPath::pathWithString("/wc/b")};
+    const auto moved = HSVNNode::commitItemsForMoveOfNodes(sources, destinations, false);
+    ASSERT_EQ(moved.size(), 4U);
+    const HSVNPathRef expected[] = {destinations[0], sources[0], destinations[1], sources[1]};
+    for (std::size_t index = 0; index < moved.size(); ++index) {
+        const auto& item = moved[index];
+        EXPECT_EQ(item->actions(), index % 2 == 0 ? HSVNCommitActionAdd : HSVNCommitActionDelete);
+        EXPECT_EQ(item->URL() ? HSVNPathRef{item->URL()} : HSVNPathRef{item->path()}, expected[index]);
+        EXPECT_NE(item->URL() == nullptr, item->path() == nullptr);
+        EXPECT_FALSE(item->copySource());
+    }
+    EXPECT_EQ(HSVNNode::commitItemsForMoveOfNodes(sources, destinations, true).size(), 2U);
+    EXPECT_THROW(HSVNNode::commitItemsForMoveOfNodes(sources, {}, true), HSVNAssertionException);
+}
+
+/// Answers a prompt with a message, or refuses it.
+struct MessageWriter
+{
+    bool accept = true;
+    std::size_t items = 0;
+
+    bool promptForLogMessage(HSVNContext&, std::string& message, const std::vector<HSVNCommitItemRef>& commitItems)
+    {
+        items = commitItems.size();
+        message = "written";
+        return accept;
+    }
+};
+
+struct Silent
+{
+};
+
+TEST(LogMessagePromptTest, AsksTheClientsDelegateOnceThereIsOneThatAnswers)
+{
+    const std::vector<HSVNCommitItemRef> items(3, std::make_shared<HSVNCommitItem>());
+    const auto target = HSVNPath::pathWithString("svn://h/a");
+    const auto writer = std::make_shared<HSVNClientDelegateFor<MessageWriter>>();
+    const auto silent = std::make_shared<HSVNClientDelegateFor<Silent>>();
+    std::string message = "untouched";
+
+    const HSVNContextRef contexts[] = {std::make_shared<HSVNContext>(), HSVNClient::clientWithDelegate(nullptr),
+                                       HSVNClient::clientWithDelegate(silent)};
+    for (const auto& context : contexts) {
+        EXPECT_TRUE(HSVNNode::promptForLogMessage(message, items, target, context));
+        EXPECT_EQ(message, "untouched");
+    }
+
+    const HSVNContextRef client = HSVNClient::clientWithDelegate(writer);
+    EXPECT_TRUE(HSVNNode::promptForLogMessage(message, items, target, client));
+    EXPECT_EQ(message, "written");
+    EXPECT_EQ(writer->items, 3U);
+    writer->accept = false;
+    EXPECT_FALSE(HSVNNode::promptForLogMessage(message, items, target, client));
 }
 
 } // namespace
