@@ -19,6 +19,8 @@ struct svn_lock_t;
 
 class HSVNAddOptions;
 class HSVNCommitOptions;
+class HSVNLogDelegate;
+class HSVNLogOptions;
 class HSVNResolveOptions;
 class HSVNRevertOptions;
 class HSVNUpdateOptions;
@@ -220,6 +222,20 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// @throws HSVNException for every Subversion error
     /// Stands for svn_client_info.
     static HSVNURLRef URLForNodeAtPath(const HSVNPathRef& path, const HSVNContextRef& context);
+
+    /// Reads the history of an item, the revisions in the order of the options' range.
+    ///
+    /// @param path      a local path or a URL; not nil ("path != nil")
+    /// @param delegate  hears of each revision as it arrives and can stop the log; may be null
+    /// @param options   revisions and details wanted; not nil ("options != nil")
+    /// @param context   not nil ("context != nil")
+    /// @return the items of all revisions, those that a delegate took too
+    /// @throws HSVNOperationCancelledException "Operation was cancelled" when the delegate stops the log;
+    ///         HSVNException for every Subversion error
+    /// Stands for svn_client_log3.
+    static std::vector<HSVNLogItemRef> readLogForNodeAtPath(const HSVNPathRef& path, HSVNLogDelegate* delegate,
+                                                            const std::shared_ptr<const HSVNLogOptions>& options,
+                                                            const HSVNContextRef& context);
 
     // Services: log message
 

@@ -1,0 +1,140 @@
+#include "HSVNLogItem.h"
+
+#include "HSVNDebug.h"
+#include "HSVNPlatformException.h"
+#include "HSVNTextPrivate.h"
+
+#include <fmt/format.h>
+#include <iterator>
+
+namespace {
+
+constexpr std::size_t describedMessageLength = 50;
+constexpr std::size_t dashedLineLength = 72;
+
+// "/a/b" gives "/a", "/a" gives "/", "a" and "/" give the empty text.
+std::string_view withoutLastComponent(std::string_view path)
+{
+    const auto lastCharacter = path.find_last_not_of('/');
+    if (lastCharacter == std::string_view::npos) {
+        return {};
+    }
+    const auto separator = path.find_last_of('/', lastCharacter);
+    if (separator == std::string_view::npos) {
+        return {};
+    }
+    return path.substr(0, separator == 0 ? 1 : separator);
+}
+
+} // namespace
+
+HSVNLogItem::HSVNLogItem(std::optional<std::string> message, HSVNRevisionNumber revision, std::optional<HSVNDate> date,
+                         std::optional<std::string> author, Changes changes)
+    : _message{std::move(message)}, _author{std::move(author)}, _date{date}, _revision{revision}, _changes{std::move(
+                                                                                                      changes)}
+{
+}
+
+std::vector<std::string> HSVNLogItem::changedPaths() const
+{
+    std::vector<std::string> paths;
+    paths.reserve(_changes.size());
+    for (const auto& [path, change] : _changes) {
+        paths.push_back(path);
+    }
+    return paths;
+}
+
+std::vector<HSVNLogPathChangeRef> HSVNLogItem::changes() const
+{
+    std::vector<HSVNLogPathChangeRef> changes;
+    changes.reserve(_changes.size());
+    for (const auto& [path, change] : _changes) {
+        changes.push_back(change);
+    }
+    return changes;
+}
+
+std::vector<HSVNLogPathChangeRef> HSVNLogItem::changesWithAction(HSVNLogAction action) const
+{
+    auto matching = changes();
+    std::erase_if(matching, [action](const auto& change) { return change->action() != action; });
+    return matching;
+}
+
+HSVNLogPathChangeRef HSVNLogItem::changeForPath(std::string_view path) const
+{
+    const auto found = _changes.find(path);
+    return found == _changes.end() ? nullptr : found->second;
+}
+
+HSVNLogPathChangeRef HSVNLogItem::changeForAncestorOfPath(const std::optional<std::string>& path) const
+{
+    HSVNAssertParameter(path.has_value(), "path != nil");
+    for (std::string_view ancestor = *path; !ancestor.empty(); ancestor = withoutLastComponent(ancestor)) {
+        if (auto change = changeForPath(ancestor)) {
+            return change;
+        }
+    }
+    return nullptr;
+}
+
+void HSVNLogItem::addChange(HSVNLogPathChangeRef change)
+{
+    HSVNAssertParameter(change != nullptr, "change != nil");
+    const auto& path = change->path();
+    _changes.insert_or_assign(path, std::move(change));
+}
+
+void HSVNLogItem::removeChange(const HSVNLogPathChangeRef& change)
+{
+    HSVNAssertParameter(change != nullptr, "change != nil");
+    removeChangeWithPath(change->path());
+}
+
+void HSVNLogItem::removeChangeWithPath(std::string_view path)
+{
+    const auto found = _changes.find(path);
+    if (found != _changes.end()) {
+        _changes.erase(found);
+    }
+}
+
+void HSVNLogItem::assignFrom(const std::shared_ptr<const HSVNLogItem>& item)
+{
+    HSVNAssertParameter(item != nullptr, "item != nil");
+    *this = *item;
+}
+
+bool HSVNLogItem::isInRange(const HSVNRevisionRangeRef& range) const
+{
+    HSVNAssertParameter(range != nullptr, "range != nil");
+    if (range->isNumberRange()) {
+        return range->containsNumber(_revision);
+    }
+    return !range->isDateRange() || range->containsDate(_date);
+}
+
+std::string HSVNLogItem::description() const
+{
+    return fmt::format(R"({{ {} revision: {}, date: {}, author: "{}", message: "{}" }})", objectDescription(),
+                       _revision, HSVNDescription(_date), HSVNDescription(_author),
+                       HSVNDescription(HSVNDebugSubstring(_message, describedMessageLength)));
+}
+
+std::string HSVNLogItem::stringValue() const
+{
+    auto text = std::string(dashedLineLength, '-') + '\n';
+    const auto output = std::back_inserter(text);
+    fmt::format_to(output, "r{} | {} | {}\nChanged paths:\n", _revision, HSVNDescription(_author),
+                   HSVNDescription(_date));
+    for (const auto& [path, change] : _changes) {
+        fmt::format_to(output, "  {} {}", HSVNCharFromLogAction(change->action()), path);
+        if (change->copyPath()) {
+            fmt::format_to(output, " (from {}:{})", *change->copyPath(), change->copyRevision());
+        }
+        text += '\n';
+    }
+    fmt::format_to(output, "\n{}\n", HSVNDescription(_message));
+    return text;
+}

@@ -1,0 +1,92 @@
+#pragma once
+
+#include "HSVNDate.h"
+#include "HSVNExport.h"
+#include "HSVNLogPathChange.h"
+#include "HSVNObject.h"
+#include "HSVNRevisionRange.h"
+#include "HSVNTypes.h"
+
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+/// One revision of a node's history: number, author, date, message and the paths changed in it.
+class HSVN_EXPORT HSVNLogItem : public HSVNObject
+{
+  public:
+    /// Changes by the path that they were recorded under.
+    using Changes = std::map<std::string, HSVNLogPathChangeRef, std::less<>>;
+
+    /// No values, `HSVNInvalidRevision`.
+    HSVNLogItem() = default;
+    /// @param message  the log message, nil when there is none
+    /// @param author   who committed, nil when the repository does not say
+    /// @param changes  the changed paths; empty when not given
+    HSVNLogItem(std::optional<std::string> message, HSVNRevisionNumber revision, std::optional<HSVNDate> date,
+                std::optional<std::string> author, Changes changes = {});
+
+    const std::optional<std::string>& message() const { return _message; }
+    void setMessage(std::optional<std::string> message) { _message = std::move(message); }
+    HSVNRevisionNumber revision() const { return _revision; }
+    void setRevision(HSVNRevisionNumber revision) { _revision = revision; }
+    const std::optional<HSVNDate>& date() const { return _date; }
+    void setDate(std::optional<HSVNDate> date) { _date = date; }
+    const std::optional<std::string>& author() const { return _author; }
+    void setAuthor(std::optional<std::string> author) { _author = std::move(author); }
+
+    /// The paths that changes are recorded under, in no particular order.
+    std::vector<std::string> changedPaths() const;
+    /// All changes, in no particular order.
+    std::vector<HSVNLogPathChangeRef> changes() const;
+    /// The changes of one action.
+    std::vector<HSVNLogPathChangeRef> changesWithAction(HSVNLogAction action) const;
+    std::vector<HSVNLogPathChangeRef> additions() const { return changesWithAction(HSVNLogActionAdded); }
+    std::vector<HSVNLogPathChangeRef> deletions() const { return changesWithAction(HSVNLogActionDeleted); }
+    std::vector<HSVNLogPathChangeRef> replacements() const { return changesWithAction(HSVNLogActionReplaced); }
+    std::vector<HSVNLogPathChangeRef> modifications() const { return changesWithAction(HSVNLogActionModified); }
+    /// The change recorded for exactly that path, or nil.
+    HSVNLogPathChangeRef changeForPath(std::string_view path) const;
+    /// The change recorded for the path or for the nearest folder above it, "/" included, or nil.
+    ///
+    /// @param path  not nil ("path != nil")
+    HSVNLogPathChangeRef changeForAncestorOfPath(const std::optional<std::string>& path) const;
+
+    /// Records a change, not nil ("change != nil"), under its path, in place of any earlier one of that path. A change
+    /// whose path is set anew later stays recorded under this one.
+    void addChange(HSVNLogPathChangeRef change);
+    /// Removes what is recorded under the path of the change, which must not be nil ("change != nil").
+    void removeChange(const HSVNLogPathChangeRef& change);
+    void removeChangeWithPath(std::string_view path);
+    void removeAllChanges() { _changes.clear(); }
+
+    /// Takes over revision, date, author, message and the changes of another item, not nil ("item != nil").
+    void assignFrom(const std::shared_ptr<const HSVNLogItem>& item);
+    /// Whether the range, not nil ("range != nil"), holds the revision, when it is one of numbers, or else the date; a
+    /// range without bounds holds every item.
+    bool isInRange(const HSVNRevisionRangeRef& range) const;
+
+    /// A new item with the same values; the changes themselves are shared.
+    std::shared_ptr<HSVNLogItem> copy() const { return std::make_shared<HSVNLogItem>(*this); }
+    std::string className() const override { return "HSVNLogItem"; }
+    /// "{ %@ revision: %d, date: %@, author: "%@", message: "%@" }" with at most 50 characters of the message.
+    std::string description() const override;
+    /// The customary text form: a dashed line, revision, author and date, the changed paths in order, the message.
+    ///
+    /// @throws HSVNException "Unrecognized action" for a change whose action is none of the enumeration
+    std::string stringValue() const;
+
+  private:
+    std::optional<std::string> _message;
+    std::optional<std::string> _author;
+    std::optional<HSVNDate> _date;
+    HSVNRevisionNumber _revision = HSVNInvalidRevision;
+    Changes _changes;
+};
+
+using HSVNLogItemRef = std::shared_ptr<HSVNLogItem>;

@@ -1,0 +1,82 @@
+#include "HSVNLogOptions.h"
+#include "HSVNLogReceiverPrivate.h"
+#include "HSVNNode.h"
+#include "HSVNOperationPrivate.h"
+#include "HSVNRevision.h"
+#include "HSVNRevisionNumberPrivate.h"
+#include "HSVNTextPrivate.h"
+
+namespace {
+
+HSVNLogPathChangeRef makeChange(std::string path, const svn_log_changed_path_t& change)
+{
+    return std::make_shared<HSVNLogPathChange>(std::move(path), HSVNLogActionFromChar(change.action),
+                                               HSVNTextOrNil(change.copyfrom_path),
+                                               HSVNRevisionNumberFromSubversion(change.copyfrom_rev));
+}
+
+// Allocates nothing in the pool but the iterator.
+void addChanges(HSVNLogItem& item, apr_hash_t* changedPaths, apr_pool_t* pool)
+{
+    const auto& entryPoints = HSVNCurrentEntryPoints();
+    for (auto* index = entryPoints.apr_hash_first(pool, changedPaths); index; index = entryPoints.apr_hash_next(index))
+    {
+        const void* path = nullptr;
+        apr_ssize_t length = 0;
+        void* change = nullptr;
+        entryPoints.apr_hash_this(index, &path, &length, &change);
+        item.addChange(makeChange({static_cast<const char*>(path), static_cast<std::size_t>(length)},
+                                  *static_cast<const svn_log_changed_path_t*>(change)));
+    }
+}
+
+} // namespace
+
+HSVNLogItemRef HSVNCreateLogItem(apr_hash_t* changedPaths, svn_revnum_t revision, const char* author, const char* date,
+                                 const char* message, apr_pool_t* pool)
+{
+    auto item = std::make_shared<HSVNLogItem>(HSVNTextOrNil(message), HSVNRevisionNumberFromSubversion(revision),
+                                              HSVNDate::dateWithISO8601CString(date, pool), HSVNTextOrNil(author));
+    if (changedPaths) {
+        addChanges(*item, changedPaths, pool);
+    }
+    return item;
+}
+
+svn_error_t* HSVNLogReceiver::receive(void* baton, apr_hash_t* changedPaths, svn_revnum_t revision, const char* author,
+                                      const char* date, const char* message, apr_pool_t* pool)
+{
+    auto& receiver = *static_cast<HSVNLogReceiver*>(baton);
+    return HSVNGuardCallback(receiver.context, [&]() -> svn_error_t* {
+        auto item = HSVNCreateLogItem(changedPaths, revision, author, date, message, pool);
+        if (receiver.delegate && !receiver.delegate->logItemReceived(item)) {
+            return HSVN_SUBVERSION_ERROR(SVN_ERR_CANCELLED, "Operation was cancelled");
+        }
+        receiver.items.push_back(std::move(item));
+        return SVN_NO_ERROR;
+    });
+}
+
+std::vector<HSVNLogItemRef> HSVNNode::readLogForNodeAtPath(const HSVNPathRef& path, HSVNLogDelegate* delegate,
+                                                           const std::shared_ptr<const HSVNLogOptions>& options,
+                                                           const HSVNContextRef& context)
+{
+    HSVNAssertParameter(options != nullptr, "options != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNAssertParameter(path != nullptr, "path != nil");
+    HSVNAssertParameter(options->pegRevision() != nullptr, "[options pegRevision] != nil");
+    HSVNAssertParameter(options->fromRevision() != nullptr, "[options fromRevision] != nil");
+    HSVNAssertParameter(options->toRevision() != nullptr, "[options toRevision] != nil");
+    HSVNOperation operation{context,
+                            "HSVNNode",
+                            "readLogForNodeAtPath:delegate:options:withContext:",
+                            {{"path", path}, {"options", options}, {"context", context}}};
+    const auto peg = options->pegRevision()->SVNRevision();
+    const auto from = options->fromRevision()->SVNRevision();
+    const auto to = options->toRevision()->SVNRevision();
+    HSVNLogReceiver receiver{*context, delegate, {}};
+    operation.check(operation->client_log3(operation.pathArray(*path), &peg, &from, &to, options->limit(),
+                                           options->discoverChangedPaths(), !options->traverseCopyHistory(),
+                                           HSVNLogReceiver::receive, &receiver, operation.ctx(), operation.pool()));
+    return std::move(receiver.items);
+}
