@@ -5,6 +5,7 @@
 #include "HSVNNode.h"
 #include "HSVNStatusKind.h"
 
+#include <concepts>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -87,6 +88,14 @@ class HSVN_EXPORT HSVNDirectory : public HSVNNode
     /// @param repositoryInfo  where that is stored; may be null
     static HSVNDirectoryRef directoryAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
                                             HSVNRepositoryInfoRef* repositoryInfo, const HSVNContextRef& context);
+    /// The same as an object of a subclass, made by its default constructor.
+    template <std::derived_from<HSVNDirectory> Class>
+    static std::shared_ptr<Class> directoryAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
+                                                  HSVNRepositoryInfoRef* repositoryInfo, const HSVNContextRef& context)
+    {
+        const Maker maker = []() -> HSVNDirectoryRef { return std::make_shared<Class>(); };
+        return std::static_pointer_cast<Class>(directoryAtPath(path, revision, repositoryInfo, context, maker));
+    }
     /// The folder at a path in a revision together with the items in it.
     ///
     /// @param path      a local path or a URL; not nil ("path != nil")
@@ -113,12 +122,20 @@ class HSVN_EXPORT HSVNDirectory : public HSVNNode
     /// @param path       the folder wanted; not nil ("path != nil")
     /// @param directory  an existing ancestor; not nil ("directoryPath != nil")
     /// @param context    not nil ("context != nil")
-    /// @return the deepest new folder
-    /// @throws what `createDirectoryAtPath` throws
+    /// @return the deepest new folder; nil when all of them were there already
+    /// @throws HSVNInvalidArgumentException for a path that does not lie in the folder; else what
+    ///         `createDirectoryAtPath` throws
     static HSVNDirectoryRef createPath(const HSVNPathRef& path, const HSVNPathRef& directory,
                                        const HSVNContextRef& context);
 
+    /// Makes the object that an operation fills.
+    using Maker = HSVNDirectoryRef (*)();
+
   private:
+    static HSVNDirectoryRef directoryAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
+                                            HSVNRepositoryInfoRef* repositoryInfo, const HSVNContextRef& context,
+                                            Maker maker);
+
     HSVNStatusKinds _aggregateChildStatus = HSVNStatusKindNone;
     HSVNStatusKinds _aggregateReposChildStatus = HSVNStatusKindNone;
 };

@@ -1,0 +1,249 @@
+#include "HSVNBrowsingPrivate.h"
+#include "HSVNContext.h"
+#include "HSVNDirectory.h"
+#include "HSVNException.h"
+#include "HSVNFile.h"
+#include "HSVNLock.h"
+#include "HSVNOperationPrivate.h"
+#include "HSVNRepositoryInfo.h"
+#include "HSVNRevisionNumberPrivate.h"
+#include "HSVNTextPrivate.h"
+#include "HSVNURL.h"
+
+#include <filesystem>
+#include <fmt/format.h>
+
+namespace {
+
+constexpr apr_uint32_t allDirentFields = 0xFFFFFFFF;
+
+struct DirectoryReceiver
+{
+    HSVNContext& context;
+    const HSVNPathRef& path;
+    HSVNDirectory::Maker maker;
+    HSVNRepositoryInfoRef* repositoryInfo;
+    HSVNDirectoryRef directory = nullptr;
+};
+
+HSVNURLRef optionalURL(const char* text) { return text ? HSVNURL::URLWithString(text) : nullptr; }
+
+HSVNDirectoryRef makeDirectory(const DirectoryReceiver& receiver, const svn_info_t& info)
+{
+    auto directory = receiver.maker();
+    directory->setName(receiver.path->lastComponent());
+    directory->setPath(receiver.path);
+    directory->setLocation(receiver.path->parent());
+    directory->setURL(optionalURL(info.URL));
+    directory->setRevision(HSVNRevisionNumberFromSubversion(info.last_changed_rev));
+    directory->setDate(HSVNDate::dateWithAPRTime(info.last_changed_date));
+    directory->setAuthor(HSVNTextOrNil(info.last_changed_author));
+    directory->setLock(info.lock ? std::make_shared<HSVNLock>(info.lock) : nullptr);
+    directory->setHasProperties(false);
+    return directory;
+}
+
+svn_error_t* HSVNInfoFunc(void* baton, const char*, const svn_info_t* info, apr_pool_t*)
+{
+    auto& receiver = *static_cast<DirectoryReceiver*>(baton);
+    return HSVNGuardCallback(receiver.context, [&]() -> svn_error_t* {
+        if (receiver.repositoryInfo) {
+            *receiver.repositoryInfo = HSVNRepositoryInfo::infoForRepositoryWithUUID(
+                HSVNTextOrNil(info->repos_UUID), optionalURL(info->repos_root_URL),
+                HSVNRevisionNumberFromSubversion(info->rev));
+        }
+        receiver.directory = makeDirectory(receiver, *info);
+        return SVN_NO_ERROR;
+    });
+}
+
+void requireLocalDirectory(const HSVNPath& path)
+{
+    std::error_code error;
+    const auto status = std::filesystem::status(path.string(), error);
+    if (!std::filesystem::exists(status)) {
+        throw HSVNNoSuchEntryException(fmt::format("'{}' does not exist", path.string()));
+    }
+    if (!std::filesystem::is_directory(status)) {
+        throw HSVNNotWorkingCopyException(fmt::format("'{}' is not a working copy", path.string()));
+    }
+}
+
+// What it means that Subversion called no receiver although it reported no error.
+HSVNDirectoryRef directoryNotTold(const HSVNPath& path, const HSVNURL* url)
+{
+    if (!url) {
+        throw HSVNInternalInconsistencyException("Expected valid dir from HSVNInfoFunc");
+    }
+    const auto scheme = url->scheme();
+    if (scheme == "svn" || scheme == "svn+ssh") {
+        throw HSVNInternalInconsistencyException(
+            fmt::format("Unable to obtain dir info from svn for '{}'. Does URL point to root directory of pre-1.2 "
+                        "repository?",
+                        path.string()));
+    }
+    return nullptr;
+}
+
+struct ListReceiver
+{
+    HSVNContext& context;
+    const HSVNPathRef& path;
+    HSVNURLRef url;
+    bool pathIsURL;
+    HSVNDirectoryRef directory = nullptr;
+    std::vector<HSVNNodeRef> children = {};
+};
+
+HSVNNodeRef makeChild(const ListReceiver& receiver, const char* name, const svn_dirent_t* dirent,
+                      const svn_lock_t* lock)
+{
+    const auto path = receiver.path->pathByNormalizingAndAddingComponent(name);
+    const auto url = std::static_pointer_cast<const HSVNURL>(
+        receiver.pathIsURL || !receiver.url ? path : receiver.url->pathByNormalizingAndAddingComponent(name));
+    if (dirent->kind == svn_node_dir) {
+        return std::make_shared<HSVNDirectory>(name, path, url, dirent, lock);
+    }
+    return std::make_shared<HSVNFile>(name, path, url, dirent, lock);
+}
+
+svn_error_t* HSVNListFunc(void* baton, const char* relativePath, const svn_dirent_t* dirent, const svn_lock_t* lock,
+                          const char*, apr_pool_t*)
+{
+    auto& receiver = *static_cast<ListReceiver*>(baton);
+    return HSVNGuardCallback(receiver.context, [&]() -> svn_error_t* {
+        if (*relativePath) {
+            receiver.children.push_back(makeChild(receiver, relativePath, dirent, lock));
+        } else if (dirent->kind == svn_node_dir) {
+            receiver.directory = std::make_shared<HSVNDirectory>(receiver.path->denormalizedLastComponent(),
+                                                                 receiver.path, receiver.url, dirent, lock);
+        }
+        return SVN_NO_ERROR;
+    });
+}
+
+HSVNDirectoryRef directoryOfCommit(const HSVNURLRef& url, const svn_commit_info_t& commit, apr_pool_t* pool)
+{
+    auto directory = std::make_shared<HSVNDirectory>();
+    directory->setName(url->lastComponent());
+    directory->setPath(url);
+    directory->setLocation(url->parent());
+    directory->setURL(url);
+    directory->setRevision(HSVNRevisionNumberFromSubversion(commit.revision));
+    directory->setAuthor(HSVNTextOrNil(commit.author));
+    directory->setDate(HSVNDate::dateWithISO8601CString(commit.date, pool));
+    return directory;
+}
+
+// From the level just below the directory down to the path itself.
+std::vector<HSVNPathRef> levelsBelow(const HSVNPathRef& path, const HSVNPathRef& directory)
+{
+    std::vector<HSVNPathRef> levels;
+    for (HSVNPathRef level = path; !level->isEqualToPath(directory);) {
+        levels.insert(levels.begin(), level);
+        level = level->parent();
+        if (!level) {
+            throw HSVNInvalidArgumentException(
+                fmt::format("'{}' does not lie in '{}'", path->string(), directory->string()));
+        }
+    }
+    return levels;
+}
+
+} // namespace
+
+HSVNDirectoryRef HSVNDirectory::directoryAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
+                                                const HSVNContextRef& context)
+{
+    return directoryAtPath(path, revision, static_cast<HSVNRepositoryInfoRef*>(nullptr), context);
+}
+
+HSVNDirectoryRef HSVNDirectory::directoryAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
+                                                HSVNRepositoryInfoRef* repositoryInfo, const HSVNContextRef& context)
+{
+    return directoryAtPath(path, revision, repositoryInfo, context,
+                           []() -> HSVNDirectoryRef { return std::make_shared<HSVNDirectory>(); });
+}
+
+HSVNDirectoryRef HSVNDirectory::directoryAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
+                                                HSVNRepositoryInfoRef* repositoryInfo, const HSVNContextRef& context,
+                                                Maker maker)
+{
+    HSVNAssertParameter(path != nullptr, "path != nil");
+    HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{context,
+                            "HSVNDirectory",
+                            "directoryAtPath:forRevision:repositoryInfo:withContext:",
+                            {{"path", path}, {"revision", revision}, {"context", context}}};
+    const auto url = std::dynamic_pointer_cast<const HSVNURL>(path);
+    if (!url) {
+        requireLocalDirectory(*path);
+    }
+    const HSVNRevisionRecords revisions{*revision};
+    DirectoryReceiver receiver{*context, path, maker, repositoryInfo};
+    operation.check(operation->client_info(operation.cString(path->resolve()->string()), &revisions.peg,
+                                           &revisions.operative, HSVNInfoFunc, &receiver, false, operation.ctx(),
+                                           operation.pool()));
+    return receiver.directory ? receiver.directory : directoryNotTold(*path, url.get());
+}
+
+HSVNDirectoryRef HSVNDirectory::directoryAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
+                                                std::vector<HSVNNodeRef>* children, const HSVNContextRef& context)
+{
+    HSVNAssertParameter(path != nullptr, "path != nil");
+    HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{context,
+                            "HSVNDirectory",
+                            "directoryAtPath:forRevision:children:withContext:",
+                            {{"path", path}, {"revision", revision}, {"context", context}}};
+    const HSVNRevisionRecords revisions{*revision};
+    ListReceiver receiver{*context, path, HSVNURLForListing(path, context),
+                          std::dynamic_pointer_cast<const HSVNURL>(path) != nullptr};
+    operation.check(operation->client_list(operation.cString(path->string()), &revisions.peg, &revisions.operative,
+                                           false, allDirentFields, true, HSVNListFunc, &receiver, operation.ctx(),
+                                           operation.pool()));
+    if (children) {
+        *children = std::move(receiver.children);
+    }
+    return receiver.directory;
+}
+
+HSVNDirectoryRef HSVNDirectory::createDirectoryAtPath(const HSVNPathRef& path, const HSVNContextRef& context)
+{
+    HSVNAssertParameter(path != nullptr, "path != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{
+        context, "HSVNDirectory", "createDirectoryAtPath:withContext:", {{"path", path}, {"context", context}}};
+    // Stays null when the delegate refused the log message, which Subversion does not report as an error.
+    svn_commit_info_t* commit = nullptr;
+    operation.check(operation->client_mkdir2(&commit, operation.pathArray(*path), operation.ctx(), operation.pool()));
+    const auto url = std::dynamic_pointer_cast<const HSVNURL>(path);
+    if (!url) {
+        return directoryAtPath(path, HSVNRevisionSpec::UNSPECIFIED(), context);
+    }
+    if (!commit || commit->revision < 0) {
+        HSVNOperationCancelledException::exceptionWithReason("Operation was cancelled", 0)->raise();
+    }
+    return directoryOfCommit(url, *commit, operation.pool());
+}
+
+HSVNDirectoryRef HSVNDirectory::createPath(const HSVNPathRef& path, const HSVNPathRef& directory,
+                                           const HSVNContextRef& context)
+{
+    HSVNAssertParameter(path != nullptr, "path != nil");
+    HSVNAssertParameter(directory != nullptr, "directoryPath != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNLogCall("HSVNDirectory", "createPath:inDirectoryAtPath:withContext:",
+                {{"path", path}, {"directoryPath", directory}, {"context", context}});
+    HSVNDirectoryRef deepest;
+    for (const auto& level : levelsBelow(path, directory)) {
+        try {
+            deepest = createDirectoryAtPath(level, context);
+        } catch (const HSVNEntryExistsException&) {
+            // The level is there already, which is as good as made.
+        }
+    }
+    return deepest;
+}
