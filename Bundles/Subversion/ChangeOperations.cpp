@@ -54,12 +54,8 @@ svn_error_t* delete2(svn_commit_info_t** info, const apr_array_header_t* paths, 
     return SVN_NO_ERROR;
 }
 
-#if SVN_VER_MINOR >= 7
-/// A destination below an unversioned folder has no entry in the older lines' words.
-constexpr ErrorRule destinationWithoutEntry{SVN_ERR_WC_PATH_NOT_FOUND, SVN_ERR_ENTRY_NOT_FOUND};
-#else
-constexpr ErrorRule destinationWithoutEntry{SVN_ERR_ENTRY_NOT_FOUND, SVN_ERR_ENTRY_NOT_FOUND};
-#endif
+/// Of a source that does not exist.
+constexpr ErrorRule sourceOfNoKind{SVN_ERR_NODE_UNKNOWN_KIND, SVN_ERR_ENTRY_NOT_FOUND};
 
 svn_error_t* copy3(svn_commit_info_t** info, const char* source, const svn_opt_revision_t* sourceRevision,
                    const char* destination, svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -68,7 +64,7 @@ svn_error_t* copy3(svn_commit_info_t** info, const char* source, const svn_opt_r
     HSVN_CANONICAL_TARGET(source, pool);
     HSVN_CANONICAL_TARGET(destination, pool);
     const auto revision = revisionForTarget(source, sourceRevision);
-    return smoothed(svn_client_copy3(info, source, &revision, destination, ctx, pool), {destinationWithoutEntry});
+    return smoothed(svn_client_copy3(info, source, &revision, destination, ctx, pool), {sourceOfNoKind});
 }
 
 svn_error_t* move4(svn_commit_info_t** info, const char* source, const char* destination, svn_boolean_t force,
@@ -77,7 +73,7 @@ svn_error_t* move4(svn_commit_info_t** info, const char* source, const char* des
     const CommitInformation information{info};
     HSVN_CANONICAL_TARGET(source, pool);
     HSVN_CANONICAL_TARGET(destination, pool);
-    return smoothed(svn_client_move4(info, source, destination, force, ctx, pool), {destinationWithoutEntry});
+    return smoothed(svn_client_move4(info, source, destination, force, ctx, pool), {sourceOfNoKind});
 }
 
 svn_error_t* export3(svn_revnum_t* result, const char* from, const char* to, const svn_opt_revision_t* pegRevision,

@@ -2,6 +2,7 @@
 #include "CommitInformation.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
+#include "Notifications.h"
 
 namespace HSVNAdapter {
 namespace {
@@ -11,6 +12,9 @@ svn_error_t* commit3(svn_commit_info_t** info, const apr_array_header_t* targets
 {
     const CommitInformation information{info};
     SVN_ERR(canonicalizeAll(&targets, TargetKind::Path, pool));
+#if SVN_VER_MINOR < 6
+    const CommitTap tap{ctx, targets, recurse, pool};
+#endif
     return smoothed(svn_client_commit3(info, targets, recurse, keepLocks, ctx, pool));
 }
 
@@ -35,6 +39,9 @@ svn_error_t* commit4(svn_commit_info_t** info, const apr_array_header_t* targets
     const CommitInformation information{info};
     SVN_ERR(canonicalizeAll(&targets, TargetKind::Path, pool));
     SVN_ERR(commitDepth(&depth));
+#if SVN_VER_MINOR < 6
+    const CommitTap tap{ctx, targets, depth == svn_depth_infinity, pool};
+#endif
     return smoothed(svn_client_commit4(info, targets, depth, keepLocks, keepChangelists, changelists,
                                        revisionProperties, ctx, pool));
 }

@@ -40,7 +40,7 @@ svn_error_t* withCode(apr_status_t code, svn_error_t* error)
     return svn_error_create(code, error, svn_err_best_message(error, buffer.data(), buffer.size()));
 }
 
-svn_error_t* smoothed(svn_error_t* error)
+svn_error_t* smoothed(svn_error_t* error, std::initializer_list<ErrorRule> rules)
 {
     if (error == nullptr) {
         return error;
@@ -57,20 +57,16 @@ svn_error_t* smoothed(svn_error_t* error)
         return withCode(SVN_ERR_WC_UNSUPPORTED_FORMAT, error);
     }
 #endif
-    return error;
-}
-
-svn_error_t* smoothed(svn_error_t* error, std::initializer_list<ErrorRule> rules)
-{
-    svn_error_t* result = smoothed(error);
-    if (result == nullptr || result != error || hasCode(error, SVN_ERR_CANCELLED)) {
-        return result;
-    }
     for (const auto& rule : rules) {
         if (error->apr_err == rule.given) {
             return withCode(rule.expected, error);
         }
     }
+#if SVN_VER_MINOR >= 7
+    if (error->apr_err == SVN_ERR_WC_PATH_NOT_FOUND) {
+        return withCode(SVN_ERR_ENTRY_NOT_FOUND, error);
+    }
+#endif
     return error;
 }
 

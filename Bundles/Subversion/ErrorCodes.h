@@ -23,11 +23,9 @@ bool hasCode(const svn_error_t* error, apr_status_t code);
 /// The error below a new one with the code and the same message.
 svn_error_t* withCode(apr_status_t code, svn_error_t* error);
 
-/// What every operation's result passes through: a busy working-copy database is a locked working copy, a working copy
-/// that needs an upgrade has an unsupported format. Cancelled operations are left alone.
-svn_error_t* smoothed(svn_error_t* error);
-
-/// The same, and then the rule whose given code is the outermost error's.
-svn_error_t* smoothed(svn_error_t* error, std::initializer_list<ErrorRule> rules);
+/// What every operation's result passes through: a busy working-copy database is a locked working copy, and
+/// a working copy that needs an upgrade has an unsupported format; then the rule given for the outermost error's code
+/// holds; then a path that newer lines do not find is an entry not found. Cancelled operations are left alone.
+svn_error_t* smoothed(svn_error_t* error, std::initializer_list<ErrorRule> rules = {});
 
 } // namespace HSVNAdapter

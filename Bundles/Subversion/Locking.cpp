@@ -13,7 +13,7 @@ svn_error_t* lock(const apr_array_header_t* targets, const char* comment, svn_bo
     if (targets->nelts == 0) {
         return SVN_NO_ERROR;
     }
-    LockFailureTap tap{ctx};
+    LockTap tap{ctx, targets};
     return smoothed(tap.result(svn_client_lock(targets, comment, stealLock, ctx, pool)));
 }
 
@@ -23,7 +23,7 @@ svn_error_t* unlock(const apr_array_header_t* targets, svn_boolean_t breakLock, 
     if (targets->nelts == 0) {
         return SVN_NO_ERROR;
     }
-    LockFailureTap tap{ctx};
+    LockTap tap{ctx, targets};
     return smoothed(tap.result(svn_client_unlock(targets, breakLock, ctx, pool)));
 }
 

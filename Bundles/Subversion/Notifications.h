@@ -20,7 +20,8 @@ class NotificationTap
     void pass(const svn_wc_notify_t* notification, apr_pool_t* pool) const;
 
   protected:
-    virtual void heard(const svn_wc_notify_t* notification) = 0;
+    /// Answers the notification to pass on: the given one, or a copy in the pool.
+    virtual const svn_wc_notify_t* heard(const svn_wc_notify_t* notification, apr_pool_t* pool) = 0;
 
   private:
     static void notified(void* baton, const svn_wc_notify_t* notification, apr_pool_t* pool);
@@ -30,24 +31,45 @@ class NotificationTap
     void* _baton;
 };
 
-/// Keeps the first error that was only reported as a failed lock or unlock.
-class LockFailureTap : public NotificationTap
+/// Keeps the first error that was only reported as a failed lock or unlock, and gives every notification its target:
+/// lines report a name relative to what the targets have in common.
+class LockTap : public NotificationTap
 {
   public:
-    using NotificationTap::NotificationTap;
-    ~LockFailureTap() override;
-    LockFailureTap(const LockFailureTap&) = delete;
-    LockFailureTap& operator=(const LockFailureTap&) = delete;
+    /// @param targets  canonical paths or URLs that outlive the tap
+    LockTap(svn_client_ctx_t* ctx, const apr_array_header_t* targets) : NotificationTap{ctx}, _targets{targets} {}
+    ~LockTap() override;
+    LockTap(const LockTap&) = delete;
+    LockTap& operator=(const LockTap&) = delete;
 
     /// The call's own error, else the kept one; the caller owns it.
     svn_error_t* result(svn_error_t* error);
 
   protected:
-    void heard(const svn_wc_notify_t* notification) override;
+    const svn_wc_notify_t* heard(const svn_wc_notify_t* notification, apr_pool_t* pool) override;
 
   private:
+    const char* targetNamed(const char* name) const;
+
+    const apr_array_header_t* _targets;
     svn_error_t* _failure = nullptr;
 };
+
+#if SVN_VER_MINOR < 6
+/// Makes the paths of a commit's notifications absolute: lines before 1.6 report them relative to what the working copy
+/// and the current folder have in common.
+class CommitTap : public NotificationTap
+{
+  public:
+    CommitTap(svn_client_ctx_t* ctx, const apr_array_header_t* targets, svn_boolean_t recurse, apr_pool_t* pool);
+
+  protected:
+    const svn_wc_notify_t* heard(const svn_wc_notify_t* notification, apr_pool_t* pool) override;
+
+  private:
+    const char* _prefix = "/";
+};
+#endif
 
 /// Knows whether a path was reported as deleted.
 class DeletionTap : public NotificationTap
@@ -58,7 +80,7 @@ class DeletionTap : public NotificationTap
     bool wasReported() const { return _wasReported; }
 
   protected:
-    void heard(const svn_wc_notify_t* notification) override;
+    const svn_wc_notify_t* heard(const svn_wc_notify_t* notification, apr_pool_t* pool) override;
 
   private:
     const char* _path;

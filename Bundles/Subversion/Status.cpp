@@ -33,8 +33,14 @@ svn_error_t* status2(svn_revnum_t* result, const char* path, const svn_opt_revis
 {
     HSVN_CANONICAL_PATH(path, pool);
     StatusReceiver filter{receiver, baton};
-    return smoothed(svn_client_status2(result, path, revision, receiveStatus, &filter, recurse, getAll, update,
-                                       noIgnore, ignoreExternals, ctx, pool));
+    svn_error_t* error = svn_client_status2(result, path, revision, receiveStatus, &filter, recurse, getAll, update,
+                                            noIgnore, ignoreExternals, ctx, pool);
+#if SVN_VER_MINOR >= 7
+    // Below an unversioned folder.
+    return smoothed(error, {{SVN_ERR_WC_PATH_NOT_FOUND, SVN_ERR_WC_NOT_DIRECTORY}});
+#else
+    return smoothed(error);
+#endif
 }
 
 } // namespace
