@@ -51,8 +51,8 @@ LoadedBundle::LoadedBundle(const std::string& folder)
     _pool = _table->pool_create(nullptr, nullptr);
     succeeds(_table->client_create_context(&_ctx, _pool));
     auto* providers = _table->apr_array_make(_pool, 1, sizeof(svn_auth_provider_object_t*));
-    _table->client_get_username_provider(
-        static_cast<svn_auth_provider_object_t**>(_table->apr_array_push(providers)), _pool);
+    _table->client_get_username_provider(static_cast<svn_auth_provider_object_t**>(_table->apr_array_push(providers)),
+                                         _pool);
     _table->auth_open(&_ctx->auth_baton, providers, _pool);
     _ctx->config = _table->apr_hash_make(_pool);
     _ctx->log_msg_func2 = logMessage;
@@ -61,10 +61,7 @@ LoadedBundle::LoadedBundle(const std::string& folder)
     _ctx->notify_baton2 = this;
 }
 
-LoadedBundle::~LoadedBundle()
-{
-    _table->apr_pool_destroy(_pool);
-}
+LoadedBundle::~LoadedBundle() { _table->apr_pool_destroy(_pool); }
 
 int LoadedBundle::minor() const
 {
