@@ -2,6 +2,7 @@
 
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
+#include "HSVNExternalDefinition.h"
 #include "HSVNFile.h"
 #include "HSVNLocalPath.h"
 #include "HSVNLock.h"
@@ -32,6 +33,7 @@ struct ArchivableClass
 
 constexpr ArchivableClass archivableClasses[] = {
     {"HSVNDirectory", decoded<HSVNDirectory>},
+    {"HSVNExternalDefinition", decoded<HSVNExternalDefinition>},
     {"HSVNFile", decoded<HSVNFile>},
     {"HSVNHeadRevision", decoded<HSVNHeadRevision>},
     {"HSVNLocalPath", decoded<HSVNLocalPath>},
