@@ -4,14 +4,18 @@
 #include "HSVNForward.h"
 #include "HSVNNode.h"
 #include "HSVNStatusKind.h"
+#include "HSVNVersion.h"
 
 #include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 class HSVNCheckOutOptions;
+class HSVNStatusOptions;
 
 /// A versioned folder, with the combined status of everything below it that a status scan visited. It keeps no list of
 /// its children: the operations that list them answer them beside it.
@@ -68,6 +72,107 @@ class HSVN_EXPORT HSVNDirectory : public HSVNNode
     static HSVNDirectoryRef checkoutDirectoryAtURL(const HSVNURLRef& url, const HSVNPathRef& path,
                                                    const std::shared_ptr<const HSVNCheckOutOptions>& options,
                                                    const HSVNContextRef& context);
+
+    // Working-copy status
+
+    /// Scans a folder: a node with its status for each item that Subversion reports.
+    ///
+    /// @param path     the folder; not nil ("path != nil")
+    /// @param options  what is walked and reported; not nil ("options != nil")
+    /// @param context  not nil ("context != nil")
+    /// @return the nodes in Subversion's order, their paths in canonical form; a folder that is not under version
+    ///         control is scanned as `statusForNodesInUnversionedDirectoryAtPath` does
+    /// @throws HSVNException for every Subversion error
+    /// Stands for svn_client_status2.
+    static std::vector<HSVNNodeRef>
+    statusForNodesInDirectoryAtPath(const HSVNPathRef& path, const std::shared_ptr<const HSVNStatusOptions>& options,
+                                    const HSVNContextRef& context);
+    /// The same.
+    ///
+    /// @param directory          out: the folder's own node, nil when Subversion did not report it; may be null
+    /// @param abnormalItemCount  out: how many items are changed, unversioned, missing or in conflict; may be null
+    static std::vector<HSVNNodeRef>
+    statusForNodesInDirectoryAtPath(const HSVNPathRef& path, const std::shared_ptr<const HSVNStatusOptions>& options,
+                                    HSVNNodeRef* directory, std::size_t* abnormalItemCount,
+                                    const HSVNContextRef& context);
+    /// A node for each item in a folder that is not under version control, in the order of their names.
+    ///
+    /// Goes into its folders when the options are recursive, but not into ignored ones nor into working copies.
+    /// Arguments as above; `directory` is the folder's own node.
+    ///
+    /// @throws HSVNException when a folder cannot be read
+    static std::vector<HSVNNodeRef> statusForNodesInUnversionedDirectoryAtPath(
+        const HSVNPathRef& path, const std::shared_ptr<const HSVNStatusOptions>& options, HSVNNodeRef* directory,
+        std::size_t* abnormalItemCount, const HSVNContextRef& context);
+    /// One working-copy folder with its status and the kinds of its direct children.
+    ///
+    /// @param path     the folder; not nil ("path != nil")
+    /// @param context  not nil ("context != nil")
+    /// @throws HSVNNotWorkingCopyException "Directory is not a working copy"; HSVNException for every Subversion error
+    /// Stands for svn_client_status2 and svn_client_info.
+    static HSVNDirectoryRef workingCopyWithStatusAtPath(const HSVNPathRef& path, const HSVNContextRef& context);
+    /// The same.
+    ///
+    /// @param repositoryInfo  out: the repository's identity; may be null
+    static HSVNDirectoryRef workingCopyWithStatusAtPath(const HSVNPathRef& path, HSVNRepositoryInfoRef* repositoryInfo,
+                                                        const HSVNContextRef& context);
+
+    // Externals
+
+    /// The local paths at which the externals definitions found under a working-copy path place their working copies,
+    /// sorted; whether or not they are there.
+    ///
+    /// @throws HSVNInvalidExternalsDescriptionException for a definition that Subversion cannot parse
+    /// Stands for svn_client_propget2.
+    static std::vector<HSVNLocalPathRef> externalsForPath(const HSVNPathRef& path, const HSVNContextRef& context);
+    /// Those of them that are working copies.
+    static std::vector<HSVNLocalPathRef> externalsInDirectoryAtPath(const HSVNPathRef& path,
+                                                                    const HSVNContextRef& context);
+
+    // Working-copy format. These need no context: they use the loader's default bundle.
+
+    /// The format number of a working copy, 0 for a folder that is none; also of formats that no bundle serves.
+    ///
+    /// @param path  not nil ("path != nil")
+    /// @throws HSVNNoSuchEntryException when there is nothing at the path; HSVNException for other Subversion errors
+    /// Stands for svn_wc_check_wc.
+    static std::int32_t formatVersionForWorkingCopyAtPath(const HSVNPathRef& path);
+    /// The line (major and minor) of the oldest bundle that serves a working copy's format; the newest when none does.
+    ///
+    /// @throws HSVNNotWorkingCopyException "\"%\" is not a working copy"
+    static HSVNVersion versionForWorkingCopyAtPath(const HSVNPathRef& path);
+    /// Whether the format number is not 0; throws as that does.
+    static bool isWorkingCopyAtPath(const HSVNPathRef& path);
+    /// The administrative folder of a working copy, whether or not it is there.
+    ///
+    /// Stands for svn_wc_get_adm_dir.
+    static HSVNLocalPathRef adminAreaInWorkingCopyAtPath(const HSVNPathRef& path);
+    /// The ancestor of a path, or the path itself, that lies directly in the root.
+    ///
+    /// @param path  below the root
+    static HSVNPathRef parentDirectoryInRoot(const HSVNPathRef& root, const HSVNPathRef& path);
+    /// Finishes what interrupted operations left and removes their locks.
+    ///
+    /// @param path     not nil ("path != nil")
+    /// @param context  not nil ("context != nil")
+    /// @throws HSVNException for every Subversion error
+    /// Stands for svn_client_cleanup.
+    static void cleanUpWorkingCopyAtPath(const HSVNPathRef& path, const HSVNContextRef& context);
+    /// Deletes the administrative folders at and below a path; every other file stays. Links are not followed.
+    ///
+    /// @throws HSVNException "Failed to delete working copy admin area at '%@'"
+    static void purgeAdminDirectoriesInPath(const HSVNPathRef& path);
+    /// Runs the upgrade script on one working copy and waits for its end. How it ended the next format check tells.
+    ///
+    /// @param path     not nil ("path != nil")
+    /// @param version  the line whose format is wanted; not nil ("version != nil")
+    /// @param force    whether what the line cannot hold may be lost
+    /// @throws HSVNException "Failed to start upgrade script"
+    static void runUpgradeScriptForWorkingCopyAtPath(const HSVNPathRef& path, const std::optional<HSVNVersion>& version,
+                                                     bool force);
+    /// The same for a working copy and, in turn, for those that its externals definitions place in it.
+    static void upgradeWorkingCopyAtPath(const HSVNPathRef& path, const std::optional<HSVNVersion>& version,
+                                         bool force);
 
     // Services
 

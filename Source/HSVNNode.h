@@ -14,13 +14,17 @@
 #include <utility>
 #include <vector>
 
+struct apr_pool_t;
 struct svn_dirent_t;
 struct svn_lock_t;
+struct svn_wc_status2_t;
 
 class HSVNAddOptions;
 class HSVNCommitOptions;
+class HSVNExternalDefinition;
 class HSVNLogDelegate;
 class HSVNLogOptions;
+class HSVNProperties;
 class HSVNResolveOptions;
 class HSVNRevertOptions;
 class HSVNUpdateOptions;
@@ -199,6 +203,82 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     static HSVNRevisionNumber commitChangesToNodes(const std::vector<HSVNPathRef>& nodePaths,
                                                    const std::shared_ptr<const HSVNCommitOptions>& options,
                                                    const HSVNContextRef& context);
+
+    // Working-copy status
+
+    /// The node of one Subversion status, at the item's path.
+    ///
+    /// @param path     the item; not nil ("path != nil")
+    /// @param status   as Subversion's status callback receives it; not null ("status != NULL"); read, not kept
+    /// @param context  whose bundle made the status; not nil ("context != nil")
+    /// @param pool     a pool of that bundle; not null ("pool != NULL")
+    /// @throws HSVNException when the item on disk cannot be read, after two lines in the log
+    static HSVNNodeRef nodeAtPath(const HSVNPathRef& path, const svn_wc_status2_t* status,
+                                  const HSVNContextRef& context, apr_pool_t* pool);
+    /// The node of one working-copy item with its status.
+    ///
+    /// @param path                      not nil ("path != nil")
+    /// @param revision                  what the repository is compared at; not nil ("revision != nil")
+    /// @param compareAgainstRepository  whether the repository is asked what is out of date
+    /// @param context                   not nil ("context != nil")
+    /// @return nil when Subversion reports nothing of the item
+    /// @throws HSVNException for every Subversion error
+    /// Stands for svn_client_status2.
+    static HSVNNodeRef nodeWithStatusAtPath(const HSVNPathRef& path, const HSVNRevisionRef& revision,
+                                            bool compareAgainstRepository, const HSVNContextRef& context);
+    /// The first node of that name, or nil.
+    static HSVNNodeRef nodeWithName(const std::string& name, const std::vector<HSVNNodeRef>& nodes);
+    /// Takes the files that conflicts left beside their items out of a list of nodes with status.
+    static void removeVersionConflictFilesFromArray(std::vector<HSVNNodeRef>& nodes);
+    /// A node for an item on disk that Subversion does not know, with the status unversioned or ignored.
+    ///
+    /// @param path            the item; not nil ("path != nil")
+    /// @param ignorePatterns  glob patterns of names to be ignored
+    /// @param context         whose bundle matches the patterns
+    /// @throws HSVNException when the item cannot be read
+    static HSVNNodeRef nodeForUnversionedFileAtPath(const HSVNPathRef& path,
+                                                    const std::vector<std::string>& ignorePatterns,
+                                                    const HSVNContextRef& context);
+
+    // Properties
+
+    /// Sets a versioned property of a working-copy item.
+    ///
+    /// @param propName  not empty ("propName != nil && [propName length] > 0")
+    /// @param value     UTF-8 for the standard properties, any bytes for others; nil deletes the property
+    /// @param path      not nil ("path != nil")
+    /// @param context   not nil ("context != nil")
+    /// @throws HSVNException for every Subversion error
+    /// Stands for svn_client_propset2.
+    static void setProperty(const std::string& propName, const std::optional<std::string>& value,
+                            const HSVNPathRef& path, const HSVNContextRef& context);
+    /// One versioned property of an item; nil when the item has none of that name. Arguments as above.
+    ///
+    /// @throws HSVNException for every Subversion error, such as an item that is not versioned
+    /// Stands for svn_client_propget2.
+    static std::optional<std::string> propertyWithName(const std::string& propName, const HSVNPathRef& path,
+                                                       const HSVNRevisionSpecRef& revision,
+                                                       const HSVNContextRef& context);
+    /// All versioned properties of an item.
+    ///
+    /// @throws HSVNException for every Subversion error, "svn_client_proplist2 returned null array" and
+    ///         "svn_client_proplist2 returned array with null item"
+    /// Stands for svn_client_proplist2.
+    static HSVNProperties propertiesForNodeAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
+                                                  const HSVNContextRef& context);
+    /// The definitions in an item's svn:externals; empty when it has none.
+    ///
+    /// @throws HSVNInvalidExternalsDescriptionException for a text that Subversion cannot parse
+    static std::vector<std::shared_ptr<HSVNExternalDefinition>>
+    externalDefinitionsForNodeAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
+                                     const HSVNContextRef& context);
+    /// The patterns in a folder's svn:ignore; empty when it has none.
+    static std::vector<std::string> ignoredFilenamesForNodeAtPath(const HSVNPathRef& path,
+                                                                  const HSVNRevisionSpecRef& revision,
+                                                                  const HSVNContextRef& context);
+    /// Writes a folder's svn:ignore; nil deletes it.
+    static void setIgnoredFilenames(const std::optional<std::vector<std::string>>& patterns, const HSVNPathRef& path,
+                                    const HSVNContextRef& context);
 
     // Services
 

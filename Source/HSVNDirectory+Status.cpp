@@ -1,0 +1,357 @@
+// Status scans: HSVNDirectory (WorkingCopy).
+
+#include "HSVNCanonicalPathPrivate.h"
+#include "HSVNClient.h"
+#include "HSVNDirectory.h"
+#include "HSVNException.h"
+#include "HSVNLocalPath.h"
+#include "HSVNLock.h"
+#include "HSVNOperationPrivate.h"
+#include "HSVNRepositoryInfo.h"
+#include "HSVNRevision.h"
+#include "HSVNStatus.h"
+#include "HSVNStatusOptions.h"
+#include "HSVNStatusScanPrivate.h"
+#include "HSVNURL.h"
+
+#include <algorithm>
+#include <filesystem>
+
+namespace {
+
+/// Sets what the options ask for in a scan.
+///
+/// @return whether Subversion walks the whole tree: also for a scan of the folder alone that combines what is below it
+bool applyOptions(HSVNStatusScan& scan, const HSVNStatusOptions& options)
+{
+    scan.propagatesStatus = options.propagateStatusToAncestor();
+    scan.comparesAgainstRepository = options.compareAgainstRepository();
+    scan.keepsConflictFiles = options.includeConflictVersionFiles();
+    const bool walksForAggregates =
+        options.propagateStatusToAncestor() ||
+        (options.compareAgainstRepository() && !options.recursive() && options.includeNormalFiles());
+    scan.aggregatesOnly = walksForAggregates && !options.recursive();
+    return options.recursive() || scan.aggregatesOnly;
+}
+
+/// Abnormal items without the conflict files, which Subversion reports as unversioned items of their own.
+std::size_t countAbnormalItems(const HSVNStatusScan& scan)
+{
+    const auto conflictFiles =
+        std::count_if(scan.conflictFiles.begin(), scan.conflictFiles.end(),
+                      [&](const std::string& path) { return scan.unversionedPaths.contains(path); });
+    return scan.abnormalCount - static_cast<std::size_t>(conflictFiles);
+}
+
+void storeAggregates(HSVNStatusScan& scan)
+{
+    scan.aggregates.combine(scan.rootPath->string());
+    for (const auto& node : scan.nodes) {
+        if (node->isDirectory()) {
+            const auto kinds = scan.aggregates.kindsBelow(node->path()->string());
+            auto& directory = static_cast<HSVNDirectory&>(*node);
+            directory.setAggregateChildStatus(kinds.local);
+            directory.setAggregateRepositoryChildStatus(kinds.repository);
+        }
+    }
+}
+
+/// Whether Subversion knows nothing of the scanned folder but that it is there.
+bool foundOnlyAnUnversionedRoot(const HSVNStatusScan& scan)
+{
+    return scan.nodes.size() == 1 && scan.rootNode && scan.rootNode->isDirectory() &&
+           !scan.rootNode->status()->isVersioned();
+}
+
+/// Runs the scan.
+///
+/// @return false for a folder that is not under version control
+bool runScan(HSVNOperation& operation, HSVNStatusScan& scan, const HSVNStatusOptions& options)
+{
+    const bool recurse = applyOptions(scan, options);
+    const svn_opt_revision_t revision = options.revision()->SVNRevision();
+    try {
+        scan.externals = HSVNExternalPathsBelow(operation, scan.rootPath->string(), HSVNBrokenExternals::Skipped);
+        svn_revnum_t result = SVN_INVALID_REVNUM;
+        operation.check(operation->client_status2(
+            &result, operation.cString(scan.rootPath->string()), &revision, HSVNStatusFunc, &scan, recurse,
+            options.includeNormalFiles(), options.compareAgainstRepository(), !options.respectIgnoreProperties(),
+            !options.processExternals(), operation.ctx(), operation.pool()));
+    } catch (const HSVNNotWorkingCopyException&) {
+        return false;
+    } catch (const HSVNUnversionedResourceException&) {
+        return false;
+    }
+    return !foundOnlyAnUnversionedRoot(scan);
+}
+
+} // namespace
+
+std::vector<HSVNNodeRef> HSVNDirectory::statusForNodesInDirectoryAtPath(const HSVNPathRef& path,
+                                                                        const HSVNStatusOptionsRef& options,
+                                                                        const HSVNContextRef& context)
+{
+    return statusForNodesInDirectoryAtPath(path, options, nullptr, nullptr, context);
+}
+
+std::vector<HSVNNodeRef> HSVNDirectory::statusForNodesInDirectoryAtPath(const HSVNPathRef& path,
+                                                                        const HSVNStatusOptionsRef& options,
+                                                                        HSVNNodeRef* directory,
+                                                                        std::size_t* abnormalItemCount,
+                                                                        const HSVNContextRef& context)
+{
+    HSVNAssertParameter(path != nullptr, "path != nil");
+    HSVNAssertParameter(options != nullptr, "options != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{context,
+                            "HSVNDirectory",
+                            "statusForNodesInDirectoryAtPath:withOptions:directory:abnormalItemCount:withContext:",
+                            {{"path", path}, {"options", options}, {"context", context}}};
+    HSVNStatusScan scan{context, operation.pool(), operation.version(), HSVNCanonicalLocalPath(path)};
+    if (!runScan(operation, scan, *options)) {
+        return statusForNodesInUnversionedDirectoryAtPath(path, options, directory, abnormalItemCount, context);
+    }
+    if (directory) {
+        *directory = scan.rootNode;
+    }
+    if (abnormalItemCount) {
+        *abnormalItemCount = countAbnormalItems(scan);
+    }
+    if (!options->includeConflictVersionFiles()) {
+        removeVersionConflictFilesFromArray(scan.nodes);
+    }
+    storeAggregates(scan);
+    return std::move(scan.nodes);
+}
+
+// MARK: Folders that are not under version control
+
+namespace {
+
+struct UnversionedScan
+{
+    const HSVNStatusOptions& options;
+    const HSVNContextRef& context;
+    const std::vector<std::string> patterns;
+    const std::string adminName;
+    std::vector<HSVNNodeRef> nodes;
+};
+
+std::vector<std::string> sortedNamesIn(const HSVNPathRef& folder)
+{
+    std::vector<std::string> names;
+    std::error_code error;
+    for (std::filesystem::directory_iterator entry{folder->string(), error}, end; !error && entry != end;
+         entry.increment(error))
+    {
+        names.push_back(entry->path().filename().string());
+    }
+    if (error) {
+        HSVNException::exceptionWithReason("Cannot list the folder '" + folder->string() + "': " + error.message(),
+                                           error.value())
+            ->raise();
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+void scanUnversionedFolder(UnversionedScan& scan, const HSVNPathRef& folder)
+{
+    const auto names = sortedNamesIn(folder);
+    for (const auto& name : names) {
+        if (name == scan.adminName) {
+            continue;
+        }
+        const auto path = folder->pathByNormalizingAndAddingComponent(name);
+        auto node = HSVNNode::nodeForUnversionedFileAtPath(path, scan.patterns, scan.context);
+        const bool isIgnored = node->status()->textStatus() == HSVNStatusKindIgnored;
+        if (isIgnored && scan.options.respectIgnoreProperties()) {
+            continue;
+        }
+        const bool descends = scan.options.recursive() && node->isDirectory() && !isIgnored &&
+                              !std::filesystem::exists(path->string() + "/" + scan.adminName);
+        scan.nodes.push_back(std::move(node));
+        if (descends) {
+            scanUnversionedFolder(scan, path);
+        }
+    }
+}
+
+} // namespace
+
+std::vector<HSVNNodeRef> HSVNDirectory::statusForNodesInUnversionedDirectoryAtPath(const HSVNPathRef& path,
+                                                                                   const HSVNStatusOptionsRef& options,
+                                                                                   HSVNNodeRef* directory,
+                                                                                   std::size_t* abnormalItemCount,
+                                                                                   const HSVNContextRef& context)
+{
+    HSVNAssertParameter(path != nullptr, "path != nil");
+    HSVNAssertParameter(options != nullptr, "options != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{
+        context,
+        "HSVNDirectory",
+        "statusForNodesInUnversionedDirectoryAtPath:withOptions:directory:abnormalItemCount:withContext:",
+        {{"path", path}, {"options", options}, {"context", context}}};
+    UnversionedScan scan{
+        *options, context, context->globalIgnoreList(), operation->wc_get_adm_dir(operation.pool()), {}};
+    const HSVNLocalPathRef folder = HSVNCanonicalLocalPath(path);
+    auto root = nodeForUnversionedFileAtPath(folder, scan.patterns, context);
+    scanUnversionedFolder(scan, folder);
+    if (directory) {
+        *directory = std::move(root);
+    }
+    if (abnormalItemCount) {
+        *abnormalItemCount =
+            static_cast<std::size_t>(std::count_if(scan.nodes.begin(), scan.nodes.end(), [](const HSVNNodeRef& node) {
+                return node->status()->isAbnormal();
+            }));
+    }
+    return std::move(scan.nodes);
+}
+
+// MARK: One working-copy folder
+
+namespace {
+
+struct HSVNDirectoryStatusScan
+{
+    HSVNContext& context;
+    const HSVNVersion& version;
+    std::string targetPath;
+    HSVNPathRef path;
+    HSVNStatusRef status = {};
+    HSVNStatusKinds childKinds = HSVNStatusKindNone;
+    HSVNStatusKinds repositoryChildKinds = HSVNStatusKindNone;
+    HSVNURLRef url = {};
+    HSVNRevisionNumber lastChangedRevision = HSVNInvalidRevision;
+    std::optional<HSVNDate> lastChangedDate = {};
+    std::optional<std::string> lastChangedAuthor = {};
+    HSVNLockRef lock = {};
+    bool hasProperties = false;
+};
+
+void takeTargetStatus(HSVNDirectoryStatusScan& scan, const svn_wc_status2_t& status)
+{
+    scan.status = HSVNStatus::statusWithSVNStatus(&status, scan.version);
+    if (const svn_wc_entry_t* entry = status.entry) {
+        scan.lastChangedRevision = scan.status->lastChangedRevision();
+        scan.lastChangedDate = scan.status->lastChangedDate();
+        scan.lastChangedAuthor = scan.status->lastChangedAuthor();
+        scan.hasProperties = scan.status->hasProperties();
+        scan.lock = HSVNLockOfEntry(scan.path, *entry);
+        scan.url = entry->url ? HSVNURL::URLWithString(entry->url) : nullptr;
+    }
+}
+
+void HSVNDirectoryStatusFunc(void* baton, const char* path, svn_wc_status2_t* status)
+{
+    auto& scan = *static_cast<HSVNDirectoryStatusScan*>(baton);
+    HSVNGuardVoidCallback(scan.context, [&] {
+        if (scan.targetPath == path) {
+            if (!scan.status) {
+                takeTargetStatus(scan, *status);
+            }
+            return;
+        }
+        scan.childKinds |= HSVNConvertStatusKind(status->text_status) | HSVNConvertStatusKind(status->prop_status);
+        scan.repositoryChildKinds |=
+            HSVNConvertStatusKind(status->repos_text_status) | HSVNConvertStatusKind(status->repos_prop_status);
+    });
+}
+
+struct WorkingCopyInfo
+{
+    HSVNContext& context;
+    bool hasDepth; // from 1.5 on
+    HSVNRepositoryInfoRef repositoryInfo = {};
+    HSVNRevisionNumber lastChangedRevision = HSVNInvalidRevision;
+    std::optional<HSVNDate> lastChangedDate = {};
+    std::optional<std::string> lastChangedAuthor = {};
+    HSVNLockRef lock = {};
+    HSVNURLRef url = {};
+    HSVNDepth depth = HSVNDepthUnknown;
+};
+
+svn_error_t* HSVNWorkingCopyInfoFunc(void* baton, const char* /*path*/, const svn_info_t* info, apr_pool_t* /*pool*/)
+{
+    auto& record = *static_cast<WorkingCopyInfo*>(baton);
+    return HSVNGuardCallback(record.context, [&]() -> svn_error_t* {
+        const auto url = [](const char* text) { return text ? HSVNURL::URLWithString(text) : nullptr; };
+        const auto text = [](const char* field) { return field ? std::optional<std::string>{field} : std::nullopt; };
+        record.repositoryInfo = HSVNRepositoryInfo::infoForRepositoryWithUUID(
+            text(info->repos_UUID), url(info->repos_root_URL), static_cast<HSVNRevisionNumber>(info->rev));
+        record.lastChangedRevision = static_cast<HSVNRevisionNumber>(info->last_changed_rev);
+        record.lastChangedDate = HSVNDate::dateWithAPRTime(info->last_changed_date);
+        record.lastChangedAuthor = text(info->last_changed_author);
+        record.lock = info->lock ? std::make_shared<HSVNLock>(info->lock) : nullptr;
+        record.url = url(info->URL);
+        if (record.hasDepth) {
+            record.depth = static_cast<HSVNDepth>(info->depth);
+        }
+        return nullptr;
+    });
+}
+
+constexpr svn_opt_revision_t unspecifiedRevision{svn_opt_revision_unspecified, {0}};
+
+void scanDirectoryAlone(HSVNOperation& operation, HSVNDirectoryStatusScan& scan)
+{
+    svn_revnum_t result = SVN_INVALID_REVNUM;
+    operation.check(operation->client_status2(&result, operation.cString(scan.targetPath), &unspecifiedRevision,
+                                              HSVNDirectoryStatusFunc, &scan, FALSE, FALSE, FALSE, FALSE, FALSE,
+                                              operation.ctx(), operation.pool()));
+}
+
+HSVNDirectoryRef makeDirectory(const HSVNPathRef& path, const HSVNDirectoryStatusScan& scan,
+                               const WorkingCopyInfo& info)
+{
+    auto directory = std::make_shared<HSVNDirectory>();
+    directory->setName(path->denormalizedLastComponent());
+    directory->setPath(path);
+    directory->setLocation(path->parent());
+    directory->setRevision(info.lastChangedRevision);
+    directory->setDate(info.lastChangedDate);
+    directory->setAuthor(info.lastChangedAuthor);
+    directory->setLock(info.lock);
+    directory->setHasProperties(scan.hasProperties);
+    auto status = scan.status ? scan.status : HSVNStatus::normal();
+    status->setDepth(info.depth);
+    directory->setStatus(std::move(status));
+    directory->setAggregateChildStatus(scan.childKinds);
+    directory->setAggregateRepositoryChildStatus(scan.repositoryChildKinds);
+    directory->setURL(info.url);
+    return directory;
+}
+
+} // namespace
+
+HSVNDirectoryRef HSVNDirectory::workingCopyWithStatusAtPath(const HSVNPathRef& path, const HSVNContextRef& context)
+{
+    return workingCopyWithStatusAtPath(path, nullptr, context);
+}
+
+HSVNDirectoryRef HSVNDirectory::workingCopyWithStatusAtPath(const HSVNPathRef& path,
+                                                            HSVNRepositoryInfoRef* repositoryInfo,
+                                                            const HSVNContextRef& context)
+{
+    HSVNAssertParameter(path != nullptr, "path != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    if (!isWorkingCopyAtPath(path)) {
+        throw HSVNNotWorkingCopyException("Directory is not a working copy");
+    }
+    HSVNOperation operation{context,
+                            "HSVNDirectory",
+                            "workingCopyWithStatusAtPath:repositoryInfo:withContext:",
+                            {{"path", path}, {"context", context}}};
+    HSVNDirectoryStatusScan scan{*context, operation.version(), HSVNCanonicalLocalPath(path)->string(), path};
+    scanDirectoryAlone(operation, scan);
+    WorkingCopyInfo info{*context, operation.isAtLeast(HSVNVersion::version1_5())};
+    operation.check(operation->client_info(operation.cString(scan.targetPath), &unspecifiedRevision,
+                                           &unspecifiedRevision, HSVNWorkingCopyInfoFunc, &info, FALSE, operation.ctx(),
+                                           operation.pool()));
+    if (repositoryInfo) {
+        *repositoryInfo = info.repositoryInfo;
+    }
+    return makeDirectory(path, scan, info);
+}
