@@ -5,11 +5,15 @@
 
 namespace {
 
-/// The context, once the call is logged: the debug line comes before anything else that an operation does.
+/// The context, once the call is logged: the debug line comes before anything else that an operation does. Operations
+/// that leave the context untested fail for nil as making its bundle current would.
 const HSVNContextRef& logged(const HSVNContextRef& context, std::string_view className, std::string_view operation,
                              const std::vector<HSVNArgument>& arguments)
 {
     HSVNLogCall(className, operation, arguments);
+    if (!context) {
+        HSVNBundlePush(nullptr);
+    }
     return context;
 }
 

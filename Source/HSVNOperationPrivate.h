@@ -76,6 +76,7 @@ class HSVN_EXPORT HSVNOperation
     {
         auto* array = _entryPoints->apr_array_make(_pool, static_cast<int>(paths.size()), sizeof(const char*));
         for (const auto& path : paths) {
+            HSVNAssertParameter(path != nullptr, "path != nil");
             *static_cast<const char**>(_entryPoints->apr_array_push(array)) = cString(path->string());
         }
         return array;

@@ -41,9 +41,19 @@ svn_error_t* revert(const apr_array_header_t* paths, svn_boolean_t recursive, sv
     return smoothed(svn_client_revert(paths, recursive, ctx, pool));
 }
 
+/// Newer lines refuse an update of nothing; older ones answer as many revisions.
+svn_error_t* updateOfNothing(apr_array_header_t** results, apr_pool_t* pool)
+{
+    *results = apr_array_make(pool, 0, sizeof(svn_revnum_t));
+    return SVN_NO_ERROR;
+}
+
 svn_error_t* update2(apr_array_header_t** results, const apr_array_header_t* paths, const svn_opt_revision_t* revision,
                      svn_boolean_t recurse, svn_boolean_t ignoreExternals, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
+    if (paths->nelts == 0) {
+        return updateOfNothing(results, pool);
+    }
     SVN_ERR(canonicalizeAll(&paths, TargetKind::Path, pool));
     return smoothed(svn_client_update2(results, paths, revision, recurse, ignoreExternals, ctx, pool));
 }
@@ -64,6 +74,9 @@ svn_error_t* update3(apr_array_header_t** results, const apr_array_header_t* pat
                      svn_depth_t depth, svn_boolean_t depthIsSticky, svn_boolean_t ignoreExternals,
                      svn_boolean_t allowObstructions, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
+    if (paths->nelts == 0) {
+        return updateOfNothing(results, pool);
+    }
     SVN_ERR(canonicalizeAll(&paths, TargetKind::Path, pool));
     return smoothed(svn_client_update3(results, paths, revision, depth, depthIsSticky, ignoreExternals,
                                        allowObstructions, ctx, pool));

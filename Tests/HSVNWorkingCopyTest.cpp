@@ -1,0 +1,564 @@
+#include "AlteredBundle.h"
+#include "Command.h"
+#include "HSVNAddOptions.h"
+#include "HSVNCallRecorder.h"
+#include "HSVNCheckOutOptions.h"
+#include "HSVNClient.h"
+#include "HSVNCommitItem.h"
+#include "HSVNCommitOptions.h"
+#include "HSVNDirectory.h"
+#include "HSVNException.h"
+#include "HSVNLocalPath.h"
+#include "HSVNNode.h"
+#include "HSVNResolveOptions.h"
+#include "HSVNRevertOptions.h"
+#include "HSVNRevision.h"
+#include "HSVNRevisionSpec.h"
+#include "HSVNURL.h"
+#include "HSVNUpdateOptions.h"
+#include "ReasonOf.h"
+#include "RecordingDelegate.h"
+#include "TestBundles.h"
+#include "TestRepository.h"
+
+#include <filesystem>
+#include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace {
+
+HSVNPathRef localPath(const std::string& text) { return HSVNLocalPath::pathWithString(text); }
+
+std::string status(const std::string& path) { return mustRun({"svn", "status", path}); }
+
+/// A repository with trunk/a.txt and trunk/b.txt and a working copy of it, worked on through one line.
+class WorkingCopy : public testing::TestWithParam<const char*>
+{
+  protected:
+    WorkingCopy()
+    {
+        repository.change({"mkdir", "trunk"});
+        repository.put("trunk/a.txt", "one\n");
+        repository.put("trunk/b.txt", "one\n");
+        root = repository.checkOut();
+    }
+
+    static HSVNVersion line() { return HSVNVersion::versionWithString(GetParam()); }
+    std::string item(const std::string& name) const { return root + "/trunk/" + name; }
+
+    HSVNRevisionNumber commit(const std::vector<HSVNPathRef>& paths) const
+    {
+        return HSVNNode::commitChangesToNodes(paths, HSVNCommitOptions::defaults(), client);
+    }
+    std::vector<HSVNRevisionNumber> update(const std::vector<HSVNPathRef>& paths, const HSVNRevisionRef& revision) const
+    {
+        return HSVNNode::updateNodes(paths, revision, HSVNUpdateOptions::defaults(), client);
+    }
+
+    TestRepository repository;
+    std::string root;
+    std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
+    HSVNClientRef client = std::make_shared<HSVNClient>(bundleOfLine(line()), delegate);
+};
+
+std::string lineName(const testing::TestParamInfo<const char*>& instance)
+{
+    std::string name = instance.param;
+    return "Line" + name.replace(1, 1, "_");
+}
+
+} // namespace
+
+TEST_P(WorkingCopy, AddTakesWhatItsOptionsTell)
+{
+    writeFile(item("new/in.txt"), "");
+    writeFile(item("new/ignored.o"), "");
+    HSVNNode::add(localPath(item("new")), client);
+    EXPECT_THAT(status(root), HasSubstr("A       " + item("new/in.txt")));
+    EXPECT_THAT(status(root), testing::Not(HasSubstr("ignored.o")));
+
+    const auto options = HSVNAddOptions::defaults();
+    options->setMatchIgnorePatterns(false);
+    HSVNNode::add(localPath(item("new")), options, client);
+    EXPECT_THAT(status(root), HasSubstr("A       " + item("new/ignored.o"))) << "forced into a versioned folder";
+
+    options->setForce(false);
+    EXPECT_THROW(HSVNNode::add(localPath(item("new")), options, client), HSVNEntryExistsException);
+
+    writeFile(item("flat/in.txt"), "");
+    options->setRecursive(false);
+    HSVNNode::add(localPath(item("flat")), options, client);
+    EXPECT_THAT(status(root), HasSubstr("A       " + item("flat")));
+    EXPECT_THAT(status(root), HasSubstr("?       " + item("flat/in.txt")));
+    EXPECT_TRUE(delegate->ownActions().empty());
+}
+
+TEST_P(WorkingCopy, RevertRestoresAllItsPaths)
+{
+    writeFile(item("a.txt"), "changed\n");
+    writeFile(item("b.txt"), "changed\n");
+    HSVNNode::revertNodes({localPath(item("a.txt")), localPath(item("b.txt"))}, HSVNRevertOptions::defaults(), client);
+    EXPECT_EQ(status(root), "");
+
+    writeFile(item("a.txt"), "changed\n");
+    const auto options = HSVNRevertOptions::defaults();
+    options->setRecursive(false);
+    HSVNNode::revertNodes({localPath(root)}, options, client);
+    EXPECT_EQ(readFile(item("a.txt")), "changed\n") << "only the folder itself was to be reverted";
+    EXPECT_EQ(delegate->withAction(HSVNNotifyActionRevert).size(), 2U);
+}
+
+TEST_P(WorkingCopy, AConflictIsReportedAndResolved)
+{
+    repository.put("trunk/a.txt", "theirs\n");
+    writeFile(item("a.txt"), "mine\n");
+    EXPECT_THAT(update({localPath(root)}, HSVNRevision::HEAD()), ElementsAre(4));
+    const auto updates = delegate->withAction(HSVNNotifyActionUpdateUpdate);
+    ASSERT_FALSE(updates.empty());
+    EXPECT_EQ(updates.front()->contentState(), 7) << "conflicted";
+    EXPECT_EQ(updates.front()->path(), item("a.txt"));
+    EXPECT_THROW(commit({localPath(root)}), HSVNMergeConflictException);
+
+    HSVNNode::resolveNodeAtPath(localPath(item("a.txt")), HSVNResolveOptions::defaults(), client);
+    EXPECT_EQ(commit({localPath(root)}), 5);
+}
+
+TEST_P(WorkingCopy, UpdateOfOnePathNamesItInItsNotifications)
+{
+    repository.put("trunk/a.txt", "two\n");
+    EXPECT_THAT(update({localPath(root)}, HSVNRevision::HEAD()), ElementsAre(4));
+    EXPECT_EQ(readFile(item("a.txt")), "two\n");
+    EXPECT_THAT(delegate->ownActions(),
+                ElementsAre("HSVNNotifyActionUpdateStarted", "HSVNNotifyActionUpdateSucceeded"));
+    EXPECT_EQ(delegate->notifications.front()->path(), root);
+    EXPECT_EQ(delegate->notifications.back()->path(), root);
+    EXPECT_THAT(update({localPath(root)}, HSVNRevision::revisionWithNumber(3)), ElementsAre(3));
+    EXPECT_EQ(readFile(item("a.txt")), "one\n");
+}
+
+TEST_P(WorkingCopy, UpdateOfTwoPathsSendsItsNotificationsWithoutAPath)
+{
+    const std::string other = repository.checkOut("other");
+    repository.put("trunk/b.txt", "two\n");
+    EXPECT_THAT(update({localPath(other), localPath(item("b.txt"))}, HSVNRevision::HEAD()), ElementsAre(4, 4));
+    EXPECT_EQ(readFile(item("b.txt")), "two\n");
+    EXPECT_THAT(delegate->ownActions(),
+                ElementsAre("HSVNNotifyActionUpdateStarted", "HSVNNotifyActionUpdateSucceeded"));
+    EXPECT_FALSE(delegate->notifications.front()->path());
+    EXPECT_FALSE(delegate->notifications.back()->path());
+    EXPECT_THAT(update({}, HSVNRevision::HEAD()), ElementsAre());
+}
+
+TEST_P(WorkingCopy, UpdateToARevisionThatIsNotThereFails)
+{
+    EXPECT_THROW(update({localPath(root)}, HSVNRevision::revisionWithNumber(99)), HSVNException);
+    EXPECT_THAT(delegate->ownActions(), ElementsAre("HSVNNotifyActionUpdateStarted", "HSVNNotifyActionUpdateFailed"));
+    EXPECT_FALSE(delegate->notifications.back()->path());
+    EXPECT_THROW(update({localPath(root)}, HSVNRevision::MINE()), HSVNException);
+}
+
+TEST_P(WorkingCopy, CommitReturnsTheNewRevisionOrNone)
+{
+    EXPECT_EQ(commit({}), HSVNInvalidRevision);
+    EXPECT_TRUE(delegate->notifications.empty());
+
+    EXPECT_EQ(commit({localPath(root)}), HSVNInvalidRevision);
+    EXPECT_THAT(delegate->ownActions(),
+                ElementsAre("HSVNNotifyActionCommitStarted", "HSVNNotifyActionCommitSucceeded"));
+    EXPECT_EQ(delegate->notifications.back()->revision(), HSVNInvalidRevision);
+
+    delegate->notifications.clear();
+    writeFile(item("a.txt"), "two\n");
+    EXPECT_EQ(commit({localPath(item("a.txt"))}), 4);
+    EXPECT_EQ(delegate->notifications.front()->path(), item("a.txt"));
+    EXPECT_EQ(delegate->notifications.back()->path(), item("a.txt"));
+    EXPECT_EQ(delegate->notifications.back()->revision(), 4);
+    EXPECT_EQ(delegate->withAction(HSVNNotifyActionCommitModified).at(0)->path(), item("a.txt"));
+    EXPECT_EQ(repository.contents("trunk/a.txt"), "two\n");
+    EXPECT_EQ(repository.logMessage(4), "a message");
+    const auto& items = delegate->commitItems.back();
+    ASSERT_EQ(items.size(), 1U);
+    EXPECT_EQ(items[0]->actions(), HSVNCommitActionTextModified);
+    EXPECT_EQ(items[0]->path()->string(), item("a.txt"));
+}
+
+TEST_P(WorkingCopy, AFailedCommitSendsItsExceptionAndLeavesNoLock)
+{
+    repository.put("trunk/a.txt", "theirs\n");
+    writeFile(item("a.txt"), "mine\n");
+    EXPECT_THROW(commit({localPath(root)}), HSVNTransactionOutOfDateException);
+    ASSERT_THAT(delegate->ownActions(), ElementsAre("HSVNNotifyActionCommitStarted", "HSVNNotifyActionCommitFailed"));
+    EXPECT_FALSE(delegate->notifications.back()->path());
+    EXPECT_THROW(delegate->notifications.back()->error()->raise(), HSVNTransactionOutOfDateException);
+    HSVNNode::revertNodes({localPath(item("a.txt"))}, HSVNRevertOptions::defaults(), client);
+    EXPECT_THAT(update({localPath(root)}, HSVNRevision::HEAD()), ElementsAre(4));
+}
+
+TEST_P(WorkingCopy, CheckoutAnswersTheNewFolderAtItsBaseRevision)
+{
+    const auto path = localPath(repository.beside("new"));
+    const auto url = HSVNURL::URLWithString(repository.url("trunk"));
+    const auto options = HSVNCheckOutOptions::defaults();
+    options->setRevision(HSVNRevisionSpec::revisionWithNumber(2));
+    const auto folder = HSVNDirectory::checkoutDirectoryAtURL(url, path, options, client);
+    EXPECT_EQ(folder->path()->string(), path->string());
+    EXPECT_EQ(folder->URL()->string(), url->string());
+    EXPECT_EQ(folder->revision(), 2);
+    EXPECT_TRUE(std::filesystem::exists(repository.beside("new/a.txt")));
+    EXPECT_FALSE(std::filesystem::exists(repository.beside("new/b.txt"))) << "added in revision 3";
+    ASSERT_THAT(delegate->ownActions(),
+                ElementsAre("HSVNNotifyActionCheckOutStarted", "HSVNNotifyActionCheckOutSucceeded"));
+    for (const auto& notification : {delegate->notifications.front(), delegate->notifications.back()}) {
+        EXPECT_EQ(notification->path(), path->string());
+        EXPECT_EQ(notification->alternatePath(), url);
+    }
+}
+
+TEST_P(WorkingCopy, AFailedCheckoutNamesBothPlacesAndTheError)
+{
+    const auto path = localPath(repository.beside("new"));
+    const auto url = HSVNURL::URLWithString(repository.url("nowhere"));
+    try {
+        HSVNDirectory::checkoutDirectoryAtURL(url, path, HSVNCheckOutOptions::defaults(), client);
+        FAIL() << "checked out what is not there";
+    } catch (const HSVNException& exception) {
+        const auto& last = delegate->notifications.back();
+        EXPECT_EQ(last->action(), HSVNNotifyActionCheckOutFailed);
+        EXPECT_EQ(last->path(), path->string());
+        EXPECT_EQ(last->alternatePath(), url);
+        EXPECT_EQ(last->error()->reason(), exception.reason());
+        EXPECT_EQ(last->error()->className(), exception.className());
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Lines, WorkingCopy, testing::Values("1.4", "1.5", "1.6", "1.14"), lineName);
+
+namespace {
+
+/// What an option set does to a call: the function called on each line and its arguments, or the refusal.
+struct Translation
+{
+    const char* name;
+    std::function<void(const std::string& path, const HSVNContextRef&)> run;
+    HSVNRecordedCall on1_4;
+    const char* refusalOn1_4; ///< the reason of the exception on 1.4; null when it is not refused
+    HSVNRecordedCall later;
+};
+
+HSVNUpdateOptionsRef updateOptions(HSVNDepth depth, bool sticky = false, bool externals = true,
+                                   bool obstructions = false)
+{
+    const auto options = HSVNUpdateOptions::defaults();
+    options->setDepth(depth);
+    options->setDepthIsSticky(sticky);
+    options->setProcessExternals(externals);
+    options->setAllowUnversionedObstructions(obstructions);
+    return options;
+}
+
+HSVNCheckOutOptionsRef checkOutOptions(HSVNDepth depth, bool externals = true, bool obstructions = false)
+{
+    const auto options = HSVNCheckOutOptions::defaults();
+    options->setRevision(
+        std::make_shared<HSVNRevisionSpec>(HSVNRevision::revisionWithNumber(3), HSVNRevision::revisionWithNumber(2)));
+    options->setDepth(depth);
+    options->setProcessExternals(externals);
+    options->setAllowUnversionedObstructions(obstructions);
+    return options;
+}
+
+HSVNCommitOptionsRef commitOptions(HSVNDepth depth, bool releaseLocks = true)
+{
+    const auto options = HSVNCommitOptions::defaults();
+    options->setDepth(depth);
+    options->setReleaseLocks(releaseLocks);
+    return options;
+}
+
+auto updating(const HSVNUpdateOptionsRef& options)
+{
+    return [=](const std::string& path, const HSVNContextRef& context) {
+        HSVNNode::updateNodes({localPath(path)}, HSVNRevision::HEAD(), options, context);
+    };
+}
+
+auto committing(const HSVNCommitOptionsRef& options)
+{
+    return [=](const std::string& path, const HSVNContextRef& context) {
+        HSVNNode::commitChangesToNodes({localPath(path)}, options, context);
+    };
+}
+
+auto checkingOut(const HSVNCheckOutOptionsRef& options)
+{
+    return [=](const std::string& path, const HSVNContextRef& context) {
+        const std::string source = mustRun({"svn", "info", "--show-item", "url", "--no-newline", path});
+        // Subversion keeps the databases of folders open: none is checked out twice.
+        const std::string target = path + "-new/" + std::to_string(options->depth());
+        HSVNDirectory::checkoutDirectoryAtURL(HSVNURL::URLWithString(source), localPath(target), options, context);
+    };
+}
+
+constexpr const char* badDepth = "Invalid depth";
+constexpr const char* badCheckOutDepth =
+    "Incompatible depth argument for 1.4 (HSVNDepthInfinity and HSVNDepthFiles supported)";
+
+/// In the calls' arguments, PATH stands for the working copy, URL for what it is of.
+std::vector<Translation> translations()
+{
+    const auto update2 = [](const char* recurse, const char* ignoreExternals) {
+        return HSVNRecordedCall{"svn_client_update2", {"[PATH]", "HEAD", recurse, ignoreExternals}};
+    };
+    const auto update3 = [](const char* depth, const char* sticky, const char* ignoreExternals, const char* allow) {
+        return HSVNRecordedCall{"svn_client_update3", {"[PATH]", "HEAD", depth, sticky, ignoreExternals, allow}};
+    };
+    const auto commit3 = [](const char* recurse, const char* keepLocks) {
+        return HSVNRecordedCall{"svn_client_commit3", {"[PATH]", recurse, keepLocks}};
+    };
+    const auto commit4 = [](const char* depth, const char* keepLocks) {
+        return HSVNRecordedCall{"svn_client_commit4", {"[PATH]", depth, keepLocks, "0", "null", "null"}};
+    };
+    const auto checkout2 = [](const std::string& number, const char* recurse, const char* ignoreExternals) {
+        return HSVNRecordedCall{"svn_client_checkout2",
+                                {"URL", "PATH-new/" + number, "2", "3", recurse, ignoreExternals}};
+    };
+    const auto checkout3 = [](const std::string& number, const char* depth, const char* ignoreExternals,
+                              const char* allow) {
+        return HSVNRecordedCall{"svn_client_checkout3",
+                                {"URL", "PATH-new/" + number, "2", "3", depth, ignoreExternals, allow}};
+    };
+    return {
+        {"UpdateInfinity", updating(updateOptions(HSVNDepthInfinity, true, false, true)), update2("1", "1"), nullptr,
+         update3("infinity", "1", "1", "1")},
+        {"UpdateUnknown", updating(updateOptions(HSVNDepthUnknown)), update2("1", "0"), nullptr,
+         update3("unknown", "0", "0", "0")},
+        {"UpdateFiles", updating(updateOptions(HSVNDepthFiles)), update2("0", "0"), nullptr,
+         update3("files", "0", "0", "0")},
+        {"UpdateImmediates",
+         updating(updateOptions(HSVNDepthImmediates)),
+         {},
+         badDepth,
+         update3("immediates", "0", "0", "0")},
+        {"UpdateEmpty", updating(updateOptions(HSVNDepthEmpty)), {}, badDepth, update3("empty", "0", "0", "0")},
+        {"UpdateExclude", updating(updateOptions(HSVNDepthExclude)), {}, badDepth, update3("exclude", "0", "0", "0")},
+        {"CommitUnknown", committing(commitOptions(HSVNDepthUnknown)), commit3("1", "0"), nullptr,
+         commit4("unknown", "0")},
+        {"CommitInfinity", committing(commitOptions(HSVNDepthInfinity, false)), commit3("1", "1"), nullptr,
+         commit4("infinity", "1")},
+        {"CommitEmpty", committing(commitOptions(HSVNDepthEmpty)), commit3("0", "0"), nullptr, commit4("empty", "0")},
+        {"CommitFiles", committing(commitOptions(HSVNDepthFiles)), {}, badDepth, commit4("files", "0")},
+        {"CommitImmediates", committing(commitOptions(HSVNDepthImmediates)), {}, badDepth, commit4("immediates", "0")},
+        {"CheckoutInfinity", checkingOut(checkOutOptions(HSVNDepthInfinity, false, true)), checkout2("3", "1", "1"),
+         nullptr, checkout3("3", "infinity", "1", "1")},
+        {"CheckoutFiles", checkingOut(checkOutOptions(HSVNDepthFiles)), checkout2("1", "0", "0"), nullptr,
+         checkout3("1", "files", "0", "0")},
+        {"CheckoutEmpty",
+         checkingOut(checkOutOptions(HSVNDepthEmpty)),
+         {},
+         badCheckOutDepth,
+         checkout3("0", "empty", "0", "0")},
+        {"CheckoutImmediates",
+         checkingOut(checkOutOptions(HSVNDepthImmediates)),
+         {},
+         badCheckOutDepth,
+         checkout3("2", "immediates", "0", "0")},
+    };
+}
+
+/// The calls that change something, with the places that differ from run to run named.
+std::vector<HSVNRecordedCall> changingCalls(const HSVNCallRecorder& recorder, const std::string& path,
+                                            const std::string& url)
+{
+    std::vector<HSVNRecordedCall> calls = recorder.calls();
+    std::erase_if(calls, [](const auto& call) { return call.name == "svn_client_info"; });
+    for (auto& call : calls) {
+        for (auto& argument : call.arguments) {
+            for (const auto& [text, name] : {std::pair{url, "URL"}, std::pair{path, "PATH"}}) {
+                if (const auto position = argument.find(text); position != std::string::npos) {
+                    argument.replace(position, text.size(), name);
+                }
+            }
+        }
+    }
+    return calls;
+}
+
+using OlderLines = WorkingCopy;
+
+} // namespace
+
+TEST_P(OlderLines, CallTheFunctionOfTheirLineWithTranslatedDepths)
+{
+    HSVNCallRecorder recorder{GetParam()};
+    for (const auto& translation : translations()) {
+        SCOPED_TRACE(translation.name);
+        writeFile(item("a.txt"), std::string{translation.name});
+        recorder.clear();
+        delegate->notifications.clear();
+        const bool is1_4 = line() == HSVNVersion::version1_4();
+        try {
+            translation.run(root, client);
+            EXPECT_FALSE(is1_4 && translation.refusalOn1_4) << "not refused";
+        } catch (const HSVNException& exception) {
+            EXPECT_TRUE(is1_4) << exception.reason();
+            EXPECT_STREQ(translation.refusalOn1_4, exception.what());
+            EXPECT_STREQ(translation.refusalOn1_4, badCheckOutDepth) << "only checkout's is of this class";
+            EXPECT_EQ(exception.name(), "NSInvalidArgumentException");
+        } catch (const HSVNInvalidArgumentException& exception) {
+            EXPECT_TRUE(is1_4) << exception.reason();
+            EXPECT_STREQ(translation.refusalOn1_4, exception.what());
+        }
+        const auto calls = changingCalls(recorder, root, repository.url());
+        if (is1_4 && translation.refusalOn1_4) {
+            EXPECT_TRUE(calls.empty());
+            EXPECT_THAT(delegate->ownActions(), ElementsAre(testing::EndsWith("Started"), testing::EndsWith("Failed")));
+            EXPECT_EQ(delegate->notifications.back()->error()->reason(), translation.refusalOn1_4);
+        } else {
+            const HSVNRecordedCall& expected = is1_4 ? translation.on1_4 : translation.later;
+            ASSERT_EQ(calls.size(), 1U);
+            EXPECT_EQ(calls[0].name, expected.name);
+            EXPECT_EQ(calls[0].arguments, expected.arguments);
+        }
+    }
+}
+
+TEST_P(OlderLines, NegateFlagsWhereSubversionDoes)
+{
+    HSVNCallRecorder recorder{GetParam()};
+    const auto add = HSVNAddOptions::defaults();
+    const auto revert = HSVNRevertOptions::defaults();
+    const auto resolve = HSVNResolveOptions::defaults();
+    for (const bool flag : {true, false}) {
+        const std::string text = flag ? "1" : "0";
+        const std::string negated = flag ? "0" : "1";
+        const std::string path = item(flag ? "new1" : "new2");
+        writeFile(path, "");
+        recorder.clear();
+        add->setRecursive(flag);
+        add->setForce(!flag);
+        add->setMatchIgnorePatterns(flag);
+        HSVNNode::add(localPath(path), add, client);
+        revert->setRecursive(flag);
+        HSVNNode::revertNodes({localPath(path), localPath(item("a.txt"))}, revert, client);
+        resolve->setRecursive(flag);
+        HSVNNode::resolveNodeAtPath(localPath(root), resolve, client);
+        const std::vector<HSVNRecordedCall> expected{
+            {"svn_client_add3", {path, text, negated, negated}},
+            {"svn_client_revert", {"[" + path + ", " + item("a.txt") + "]", text}},
+            {"svn_client_resolved", {root, text}},
+        };
+        EXPECT_EQ(recorder.calls(), expected);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Lines, OlderLines, testing::Values("1.4", "1.5", "1.6"), lineName);
+
+TEST(WorkingCopyUpdate, ReportsAKindOfRevisionThatSubversionRefusesAsABadArgument)
+{
+    const auto bundle = std::make_shared<AlteredBundle>([](HSVNBundleEntryPoints& table) {
+        table.client_update3 = [](auto**, const auto*, const auto*, auto, auto, auto, auto, auto*, auto*) {
+            return AlteredBundle::original().error_create(SVN_ERR_CLIENT_BAD_REVISION, nullptr, "bad");
+        };
+    });
+    const auto delegate = std::make_shared<RecordingDelegate>();
+    const auto client = std::make_shared<HSVNClient>(bundle, delegate);
+    client->setBundleVersion(HSVNVersion::version1_5());
+    try {
+        HSVNNode::updateNodes({localPath("/nowhere")}, HSVNRevision::BASE(), HSVNUpdateOptions::defaults(), client);
+        FAIL() << "no exception";
+    } catch (const HSVNInvalidArgumentException& exception) {
+        EXPECT_EQ(exception.reason(), "Invalid revision");
+        EXPECT_EQ(exception.name(), "NSInvalidArgumentException");
+    }
+    ASSERT_THAT(delegate->ownActions(), ElementsAre("HSVNNotifyActionUpdateStarted", "HSVNNotifyActionUpdateFailed"));
+    EXPECT_EQ(delegate->notifications.back()->error()->reason(), "Invalid revision");
+}
+
+namespace {
+
+/// What the altered update answers.
+std::vector<svn_revnum_t> answeredRevisions;
+
+svn_error_t* answerRevisions(apr_array_header_t** results, const apr_array_header_t*, const svn_opt_revision_t*,
+                             svn_depth_t, svn_boolean_t, svn_boolean_t, svn_boolean_t, svn_client_ctx_t*,
+                             apr_pool_t* pool)
+{
+    *results = AlteredBundle::original().apr_array_make(pool, 0, sizeof(svn_revnum_t));
+    for (const svn_revnum_t revision : answeredRevisions) {
+        *static_cast<svn_revnum_t*>(AlteredBundle::original().apr_array_push(*results)) = revision;
+    }
+    return nullptr;
+}
+
+} // namespace
+
+TEST(WorkingCopyUpdate, ChecksTheRevisionsThatSubversionAnswers)
+{
+    const auto client = std::make_shared<HSVNClient>(
+        std::make_shared<AlteredBundle>([](auto& table) { table.client_update3 = answerRevisions; }), nullptr);
+    client->setBundleVersion(HSVNVersion::version1_6());
+    const auto update = [&] {
+        return HSVNNode::updateNodes({localPath("/a"), localPath("/b")}, HSVNRevision::HEAD(),
+                                     HSVNUpdateOptions::defaults(), client);
+    };
+    answeredRevisions = {0x7fffffff, SVN_INVALID_REVNUM};
+    EXPECT_THAT(update(), ElementsAre(0x7fffffff, HSVNInvalidRevision));
+    answeredRevisions = {1, 0x80000000};
+    EXPECT_THROW(update(), HSVNInvalidArgumentException) << "a number beyond 32 bits";
+    answeredRevisions = {7};
+    EXPECT_EQ(reasonOf([&] { update(); }), "Expected resultant revision array with length of 2, found 1");
+}
+
+TEST(WorkingCopyPreconditions, AreTestedInOrderBeforeAnythingElse)
+{
+    const HSVNContextRef context = std::make_shared<HSVNContext>();
+    const HSVNPathRef path = localPath("/nowhere");
+    const auto url = HSVNURL::URLWithString("file:///nowhere");
+    const auto unknownDepth = HSVNCheckOutOptions::defaults();
+    unknownDepth->setDepth(HSVNDepthUnknown);
+    const auto excluded = HSVNCheckOutOptions::defaults();
+    excluded->setDepth(HSVNDepthExclude);
+    const auto add = HSVNAddOptions::defaults();
+    const auto resolve = HSVNResolveOptions::defaults();
+    const auto update = HSVNUpdateOptions::defaults();
+    const auto checkOut = HSVNCheckOutOptions::defaults();
+    const std::vector<std::pair<const char*, std::function<void()>>> cases{
+        {"path != nil", [&] { HSVNNode::add(nullptr, nullptr, nullptr); }},
+        {"path != nil", [&] { HSVNNode::add(nullptr, nullptr); }},
+        {"options != nil", [&] { HSVNNode::add(path, nullptr, nullptr); }},
+        {"context != nil", [&] { HSVNNode::add(path, add, nullptr); }},
+        {"options != nil", [&] { HSVNNode::revertNodes({path}, nullptr, nullptr); }},
+        {"context != nil", [&] { HSVNNode::revertNodes({path}, HSVNRevertOptions::defaults(), nullptr); }},
+        {"path != nil", [&] { HSVNNode::resolveNodeAtPath(nullptr, nullptr, nullptr); }},
+        {"options != nil", [&] { HSVNNode::resolveNodeAtPath(path, nullptr, nullptr); }},
+        {"context != nil", [&] { HSVNNode::resolveNodeAtPath(path, resolve, nullptr); }},
+        {"revision != nil", [&] { HSVNNode::updateNodes({path}, nullptr, nullptr, nullptr); }},
+        {"options != nil", [&] { HSVNNode::updateNodes({path}, HSVNRevision::HEAD(), nullptr, nullptr); }},
+        {"context != nil", [&] { HSVNNode::updateNodes({path}, HSVNRevision::HEAD(), update, nullptr); }},
+        {"options != nil", [&] { HSVNNode::commitChangesToNodes({}, nullptr, nullptr); }},
+        {"url != nil", [&] { HSVNDirectory::checkoutDirectoryAtURL(nullptr, nullptr, nullptr, nullptr); }},
+        {"path != nil", [&] { HSVNDirectory::checkoutDirectoryAtURL(url, nullptr, nullptr, nullptr); }},
+        {"options != nil", [&] { HSVNDirectory::checkoutDirectoryAtURL(url, path, nullptr, nullptr); }},
+        {"[options depth] != HSVNDepthUnknown",
+         [&] { HSVNDirectory::checkoutDirectoryAtURL(url, path, unknownDepth, nullptr); }},
+        {"[options depth] != HSVNDepthExclude",
+         [&] { HSVNDirectory::checkoutDirectoryAtURL(url, path, excluded, nullptr); }},
+        {"context != nil", [&] { HSVNDirectory::checkoutDirectoryAtURL(url, path, checkOut, nullptr); }},
+        {"path != nil", [&] { HSVNNode::revertNodes({nullptr}, HSVNRevertOptions::defaults(), context); }},
+    };
+    for (std::size_t index = 0; index < cases.size(); ++index) {
+        const auto& [condition, call] = cases[index];
+        try {
+            call();
+            ADD_FAILURE() << index << ": " << condition;
+        } catch (const HSVNAssertionException& exception) {
+            EXPECT_EQ(exception.reason(), std::string{"Invalid parameter not satisfying: "} + condition) << index;
+        }
+    }
+    EXPECT_THROW(HSVNNode::commitChangesToNodes({path}, HSVNCommitOptions::defaults(), nullptr),
+                 HSVNInvalidArgumentException);
+}
