@@ -44,6 +44,7 @@
 #include "HSVNLogOptions.h"
 #include "HSVNLogPathChange.h"
 #include "HSVNMergeOptions.h"
+#include "HSVNMoveHandler.h"
 #include "HSVNMoveOptions.h"
 #include "HSVNNode.h"
 #include "HSVNNotification.h"

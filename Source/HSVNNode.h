@@ -21,12 +21,22 @@ struct svn_wc_status2_t;
 
 class HSVNAddOptions;
 class HSVNCommitOptions;
+class HSVNCopyOptions;
+class HSVNDeleteOptions;
+class HSVNExportOptions;
 class HSVNExternalDefinition;
+class HSVNImportOptions;
+class HSVNLockOptions;
 class HSVNLogDelegate;
 class HSVNLogOptions;
+class HSVNMergeOptions;
+class HSVNMoveHandler;
+class HSVNMoveOptions;
+class HSVNOptions;
 class HSVNProperties;
 class HSVNResolveOptions;
 class HSVNRevertOptions;
+class HSVNUnlockOptions;
 class HSVNUpdateOptions;
 
 /// The repository's lock on an item against the working copy's own lock token.
@@ -316,6 +326,172 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     static std::vector<HSVNLogItemRef> readLogForNodeAtPath(const HSVNPathRef& path, HSVNLogDelegate* delegate,
                                                             const std::shared_ptr<const HSVNLogOptions>& options,
                                                             const HSVNContextRef& context);
+
+    // Services: import, export, merge
+
+    /// Puts an unversioned tree into a repository; the log message comes from the context's delegate.
+    ///
+    /// @param path     a file or folder on disk; not nil ("path != nil")
+    /// @param url      where it goes; missing folders on the way are made; not nil ("url != nil")
+    /// @param options  recursion and ignore patterns; not nil ("options != nil")
+    /// @param context  not nil ("context != nil")
+    /// @return the new revision
+    /// @throws HSVNOperationCancelledException "Operation was cancelled" when the log message was refused;
+    ///         HSVNException for every Subversion error
+    ///
+    /// Sends HSVNNotifyActionImportStarted, Subversion's own notifications, then HSVNNotifyActionImportSucceeded or
+    /// HSVNNotifyActionImportFailed. Stands for svn_client_import2.
+    static HSVNRevisionNumber importNodeAtPath(const HSVNPathRef& path, const HSVNURLRef& url,
+                                               const std::shared_ptr<const HSVNImportOptions>& options,
+                                               const HSVNContextRef& context);
+    /// Writes a clean tree, without administrative folders.
+    ///
+    /// @param fromPath  a working-copy path or a URL; not nil ("fromPath != nil")
+    /// @param toPath    the local path to write; not nil ("toPath != nil")
+    /// @param options   revision, depth, line ends, externals, overwriting; not nil ("options != nil")
+    /// @param context   not nil ("context != nil")
+    /// @return the revision that was exported
+    /// @throws HSVNException for every Subversion error; HSVNInvalidArgumentException "Invalid depth" for a depth that
+    ///         Subversion 1.4 cannot express
+    ///
+    /// Sends HSVNNotifyActionExportStarted (HSVNNotifyActionInternalExportStarted when the user did not ask for the
+    /// export), Subversion's own notifications, then HSVNNotifyActionExportSucceeded or HSVNNotifyActionExportFailed.
+    /// Stands for svn_client_export4 (svn_client_export3 on a 1.4 bundle).
+    static HSVNRevisionNumber exportNodeAtPath(const HSVNPathRef& fromPath, const HSVNPathRef& toPath,
+                                               const std::shared_ptr<const HSVNExportOptions>& options,
+                                               const HSVNContextRef& context);
+    /// Merges the difference between two sources into a working copy.
+    ///
+    /// @param path1, revision1  the first source, a URL or a working-copy path; not nil
+    /// @param path2, revision2  the second source; not nil
+    /// @param workingCopyPath   what is changed; not nil ("workingCopyPath != nil")
+    /// @param options           depth, comparison, force, record only, dry run; not nil ("options != nil")
+    /// @param context           not nil ("context != nil")
+    /// @throws HSVNException for every Subversion error; HSVNInvalidArgumentException "Invalid depth" and "Record only
+    ///         option is not supported on 1.4" on a 1.4 bundle
+    ///
+    /// Sends HSVNNotifyActionMergeCompleted on lines before 1.6, which do not send it themselves. Stands for
+    /// svn_client_merge3 (svn_client_merge2 on a 1.4 bundle).
+    static void mergeNodeAtPath(const HSVNPathRef& path1, const HSVNRevisionRef& revision1, const HSVNPathRef& path2,
+                                const HSVNRevisionRef& revision2, const HSVNPathRef& workingCopyPath,
+                                const std::shared_ptr<const HSVNMergeOptions>& options, const HSVNContextRef& context);
+
+    // Services: delete, move, copy
+
+    /// Deletes items: of the repository when the first path is a URL, else of working copies.
+    ///
+    /// @param nodePaths  all URLs or all local paths; none deletes nothing
+    /// @param options    whether local changes and unversioned items may be lost; not nil ("options != nil")
+    /// @param context    not nil ("context != nil")
+    /// @throws what the two operations below throw
+    static void deleteNodes(const std::vector<HSVNPathRef>& nodePaths,
+                            const std::shared_ptr<const HSVNDeleteOptions>& options, const HSVNContextRef& context);
+    /// Deletes items of a repository in one commit.
+    ///
+    /// @throws HSVNException for every Subversion error
+    /// Stands for svn_client_delete2.
+    static void deleteRepositoryNodesAtURLs(const std::vector<HSVNPathRef>& nodePaths,
+                                            const std::shared_ptr<const HSVNDeleteOptions>& options,
+                                            const HSVNContextRef& context);
+    /// Schedules working-copy items for deletion, one after the other; those before a failure stay deleted.
+    ///
+    /// With force, local changes are lost, and an item that is not under version control is removed from the disk; the
+    /// delegate hears of it as of any other.
+    ///
+    /// @throws HSVNItemModifiedException "Cannot delete '%@' because it is unversioned and force was not specified";
+    ///         HSVNException "Cannot delete '%@'. The file may be in use", and for every other Subversion error
+    /// Stands for svn_client_delete2.
+    static void deleteWorkingCopyNodesAtPaths(const std::vector<HSVNPathRef>& nodePaths,
+                                              const std::shared_ptr<const HSVNDeleteOptions>& options,
+                                              const HSVNContextRef& context);
+    /// Moves an item within a working copy or within a repository.
+    ///
+    /// A local item moved to a folder that is not under version control is moved on disk: once it is there in full, it
+    /// is removed where it was, and a versioned one scheduled for deletion.
+    ///
+    /// @param sourcePath, destPath  two local paths or two URLs; not nil ("sourcePath != nil", "destPath != nil")
+    /// @param options               whether local changes may be lost; not nil ("options != nil")
+    /// @param context               not nil ("context != nil")
+    /// @return the revision of the commit, or `HSVNInvalidRevision` for a move on disk
+    /// @throws HSVNEntryExistsException when the destination exists; HSVNOperationCancelledException "Move was
+    /// canceled"
+    ///         when the log message was refused; HSVNException "Failed to move item at '%@' to unversioned directory at
+    ///         '%@'", and for every other Subversion error
+    /// Stands for svn_client_move4.
+    static HSVNRevisionNumber moveNodeAtPath(const HSVNPathRef& sourcePath, const HSVNPathRef& destPath,
+                                             const std::shared_ptr<const HSVNMoveOptions>& options,
+                                             const HSVNContextRef& context);
+    /// Copies an item, with its history where both ends are under version control.
+    ///
+    /// A local item copied to a folder that is not under version control is copied as it is on disk, whatever the
+    /// options' revision, and without administrative folders.
+    ///
+    /// @param sourcePath, destPath  local paths or URLs; not nil ("sourcePath != nil", "destPath != nil")
+    /// @param options               the source's revision; not nil ("options != nil")
+    /// @param context               not nil ("context != nil")
+    /// @return the revision of the commit, or `HSVNInvalidRevision` without one
+    /// @throws HSVNEntryExistsException when the destination exists; HSVNException "Failed to copy item at '%@' to
+    ///         unversioned directory at '%@'", and for every other Subversion error
+    /// Stands for svn_client_copy3.
+    static HSVNRevisionNumber copyNodeAtPath(const HSVNPathRef& sourcePath, const HSVNPathRef& destPath,
+                                             const std::shared_ptr<const HSVNCopyOptions>& options,
+                                             const HSVNContextRef& context);
+    /// Moves or copies several items, one after the other, with at most one log message asked for.
+    ///
+    /// A destination that exists is replaced when the handler says so. Should the item then not arrive, the old
+    /// destination is brought back: its content, what was scheduled, and its properties.
+    ///
+    /// @param sourcePaths, destPaths  pairs by index ("[sourcePaths count] == [destPaths count]")
+    /// @param copy                    whether the sources stay
+    /// @param options                 HSVNCopyOptions for a copy, else HSVNMoveOptions
+    /// @param handler                 asked before each item and about destinations that exist; may be nil
+    /// @param contextInfo             handed back to the handler
+    /// @param context                 not nil ("context != nil")
+    /// @return the revision of the last item moved or copied, or `HSVNInvalidRevision`
+    /// @throws HSVNOperationCancelledException "Move was canceled by user" and "Operation canceled by user";
+    ///         HSVNInternalInconsistencyException "Unrecognised overwrite result"; what the operations above throw.
+    ///         Items before it stay moved.
+    ///
+    /// When a destination is a URL, the delegate is asked for a log message once, before the first item. A client
+    /// without a delegate keeps the one that answers with that message.
+    static HSVNRevisionNumber moveNodes(const std::vector<HSVNPathRef>& sourcePaths,
+                                        const std::vector<HSVNPathRef>& destPaths, bool copy,
+                                        const std::shared_ptr<const HSVNOptions>& options,
+                                        const std::shared_ptr<HSVNMoveHandler>& handler, void* contextInfo,
+                                        const HSVNContextRef& context);
+    /// Clears a destination that an item is going to replace: an unversioned one is removed from the disk, a versioned
+    /// one deleted, with its local changes.
+    ///
+    /// @param path     the destination, a local path or a URL; not nil ("path != nil")
+    /// @param source   the local path of the item to come; not nil ("source != nil")
+    /// @param context  not nil ("context != nil")
+    /// @throws HSVNInvalidArgumentException when one of the two contains the other; HSVNNoSuchEntryException when
+    ///         there is nothing at `source`; what `deleteNodes` throws
+    static void deleteNodeAtPath(const HSVNPathRef& path, const HSVNPathRef& source, const HSVNContextRef& context);
+    /// Whether Subversion knows the item at a path.
+    static bool isVersionedFileAtPath(const HSVNPathRef& path, const HSVNContextRef& context);
+
+    // Locking
+
+    /// Locks files in the repository.
+    ///
+    /// @param nodePaths  working-copy files; none locks nothing
+    /// @param comment    why, UTF-8; may be nil
+    /// @param options    whether locks of others are stolen; not nil ("options != nil")
+    /// @param context    not nil ("context != nil")
+    /// @throws HSVNEntryLockedException and other subclasses of HSVNException for the first file that could not be
+    ///         locked; the delegate hears of every one
+    /// Stands for svn_client_lock.
+    static void lockNodes(const std::vector<HSVNPathRef>& nodePaths, const std::optional<std::string>& comment,
+                          const std::shared_ptr<const HSVNLockOptions>& options, const HSVNContextRef& context);
+    /// Releases locks; arguments as above.
+    ///
+    /// @param options  whether locks that are not held here are broken
+    /// Stands for svn_client_unlock.
+    static void unlockNodes(const std::vector<HSVNPathRef>& nodePaths,
+                            const std::shared_ptr<const HSVNUnlockOptions>& options, const HSVNContextRef& context);
+    /// The lock that governs the node: the repository's when another holds it, else the working copy's own; may be nil.
+    HSVNLockRef controllingLock() const;
 
     // Services: log message
 

@@ -26,7 +26,7 @@ class HSVNOperationNotifications
     HSVNOperationNotifications(const HSVNOperationActions& actions, const std::vector<std::shared_ptr<Path>>& items)
         : HSVNOperationNotifications{actions}
     {
-        if (items.size() == 1) {
+        if (items.size() == 1 && items.front()) {
             nameItem(items.front()->string());
         }
     }

@@ -2,6 +2,7 @@
 
 #include "HSVNContext.h"
 #include "HSVNPath.h"
+#include "HSVNPlatformException.h"
 #include "HSVNPoolPrivate.h"
 #include "HSVNTypes.h"
 
@@ -70,7 +71,7 @@ class HSVN_EXPORT HSVNOperation
     /// Throws the exception that a callback kept, else the exception of the error (which is consumed), else returns.
     void check(svn_error_t* error);
 
-    /// The paths' C strings, in order, in the pool.
+    /// The paths' C strings, in order, in the pool; none is nil ("path != nil").
     template <class Path>
     apr_array_header_t* pathArray(const std::vector<std::shared_ptr<Path>>& paths)
     {

@@ -1,0 +1,137 @@
+// Deletion in repositories and working copies: HSVNNode (Services).
+
+#include "HSVNDeleteOptions.h"
+#include "HSVNException.h"
+#include "HSVNFileManagerPrivate.h"
+#include "HSVNNode.h"
+#include "HSVNNotification.h"
+#include "HSVNOperationPrivate.h"
+#include "HSVNPathKindPrivate.h"
+#include "HSVNReplacedItemPrivate.h"
+#include "HSVNRevisionSpec.h"
+
+#include <fmt/format.h>
+
+namespace {
+
+void checkDeletion(const HSVNDeleteOptionsRef& options, const HSVNContextRef& context)
+{
+    HSVNAssertParameter(options != nullptr, "options != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+}
+
+void removeFromDisk(const std::string& path)
+{
+    if (const auto error = HSVNFileManager::removeItem(path)) {
+        HSVNFileManager::fail(fmt::format("Cannot delete '{}'. The file may be in use", path), error);
+    }
+}
+
+void removeUnversionedItem(const std::string& path, const HSVNDeleteOptions& options, HSVNContext& context)
+{
+    if (!options.force()) {
+        throw HSVNItemModifiedException(
+            fmt::format("Cannot delete '{}' because it is unversioned and force was not specified", path));
+    }
+    auto notification = HSVNNotification::notificationWithAction(HSVNNotifyActionDelete);
+    notification->setPath(path);
+    notification->setNodeKind(HSVNFileManager::isFolder(path) ? HSVNNodeKindDirectory : HSVNNodeKindFile);
+    removeFromDisk(path);
+    context.notify(notification);
+}
+
+void deleteWorkingCopyNode(HSVNOperation& operation, const HSVNPath& path, const HSVNDeleteOptions& options)
+{
+    const HSVNPool pool{operation.pool()};
+    svn_commit_info_t* info = nullptr;
+    try {
+        operation.check(
+            operation->client_delete2(&info, operation.pathArray(path), options.force(), operation.ctx(), pool));
+    } catch (const HSVNNotWorkingCopyException&) {
+        removeUnversionedItem(path.string(), options, *operation.context());
+    }
+}
+
+} // namespace
+
+void HSVNNode::deleteNodes(const std::vector<HSVNPathRef>& nodePaths, const HSVNDeleteOptionsRef& options,
+                           const HSVNContextRef& context)
+{
+    checkDeletion(options, context);
+    HSVNLogCall("HSVNNode", "deleteNodes:withOptions:withContext:",
+                {{"nodePaths", nodePaths}, {"options", options}, {"context", context}});
+    if (!nodePaths.empty() && HSVNIsURL(nodePaths.front())) {
+        deleteRepositoryNodesAtURLs(nodePaths, options, context);
+    } else {
+        deleteWorkingCopyNodesAtPaths(nodePaths, options, context);
+    }
+}
+
+void HSVNNode::deleteRepositoryNodesAtURLs(const std::vector<HSVNPathRef>& nodePaths,
+                                           const HSVNDeleteOptionsRef& options, const HSVNContextRef& context)
+{
+    checkDeletion(options, context);
+    if (nodePaths.empty()) {
+        return;
+    }
+    HSVNOperation operation{context,
+                            "HSVNNode",
+                            "deleteRepositoryNodesAtURLs:withOptions:withContext:",
+                            {{"nodePaths", nodePaths}, {"options", options}, {"context", context}}};
+    svn_commit_info_t* info = nullptr;
+    operation.check(operation->client_delete2(&info, operation.pathArray(nodePaths), options->force(), operation.ctx(),
+                                              operation.pool()));
+}
+
+void HSVNNode::deleteWorkingCopyNodesAtPaths(const std::vector<HSVNPathRef>& nodePaths,
+                                             const HSVNDeleteOptionsRef& options, const HSVNContextRef& context)
+{
+    checkDeletion(options, context);
+    if (nodePaths.empty()) {
+        return;
+    }
+    HSVNOperation operation{context,
+                            "HSVNNode",
+                            "deleteWorkingCopyNodesAtPaths:withOptions:withContext:",
+                            {{"nodePaths", nodePaths}, {"options", options}, {"context", context}}};
+    for (const auto& path : nodePaths) {
+        HSVNAssertParameter(path != nullptr, "path != nil");
+        deleteWorkingCopyNode(operation, *path, *options);
+    }
+}
+
+bool HSVNNode::isVersionedFileAtPath(const HSVNPathRef& path, const HSVNContextRef& context)
+{
+    try {
+        return kindOfNodeAtPath(path, HSVNRevisionSpec::UNSPECIFIED(), context) != HSVNNodeKindNone;
+    } catch (const HSVNNotWorkingCopyException&) {
+        return false;
+    } catch (const HSVNUnversionedResourceException&) {
+        return false;
+    } catch (const HSVNNoSuchEntryException&) {
+        return false;
+    }
+}
+
+void HSVNNode::deleteNodeAtPath(const HSVNPathRef& path, const HSVNPathRef& source, const HSVNContextRef& context)
+{
+    HSVNAssertParameter(path != nullptr, "path != nil");
+    HSVNAssertParameter(source != nullptr, "source != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNLogCall("HSVNNode", "deleteNodeAtPath:forOverwriteWithFileAtPath:withContext:",
+                {{"path", path}, {"source", source}, {"context", context}});
+    HSVNCheckReplacement(path, source, context);
+    if (HSVNIsLocal(path) && !isVersionedFileAtPath(path, context)) {
+        removeFromDisk(path->string());
+        return;
+    }
+    auto options = HSVNDeleteOptions::defaults();
+    options->setForce(true);
+    deleteNodes({path}, options, context);
+    // A file made where one was deleted before is not Subversion's to remove. Folders of older lines stay until their
+    // deletion is committed.
+    if (HSVNIsLocal(path) && HSVNFileManager::itemExists(path->string()) && !HSVNFileManager::isFolder(path->string()))
+    {
+        removeFromDisk(path->string());
+    }
+}

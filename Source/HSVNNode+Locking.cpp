@@ -1,0 +1,60 @@
+// Locks of repository items through their working-copy paths: HSVNNode (Locking).
+
+#include "HSVNLock.h"
+#include "HSVNLockOptions.h"
+#include "HSVNNode.h"
+#include "HSVNOperationPrivate.h"
+#include "HSVNStatus.h"
+#include "HSVNUnlockOptions.h"
+
+void HSVNNode::lockNodes(const std::vector<HSVNPathRef>& nodePaths, const std::optional<std::string>& comment,
+                         const HSVNLockOptionsRef& options, const HSVNContextRef& context)
+{
+    HSVNAssertParameter(options != nullptr, "options != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    constexpr const char* name = "lockNodes:withComment:withOptions:withContext:";
+    const std::vector<HSVNArgument> arguments{{"nodePaths", nodePaths}, {"options", options}, {"context", context}};
+    if (nodePaths.empty()) {
+        HSVNLogCall("HSVNNode", name, arguments);
+        return;
+    }
+    HSVNOperation operation{context, "HSVNNode", name, arguments};
+    const char* text = comment ? operation.cString(*comment) : nullptr;
+    operation.check(operation->client_lock(operation.pathArray(nodePaths), text, options->stealLocks(), operation.ctx(),
+                                           operation.pool()));
+}
+
+void HSVNNode::unlockNodes(const std::vector<HSVNPathRef>& nodePaths, const HSVNUnlockOptionsRef& options,
+                           const HSVNContextRef& context)
+{
+    HSVNAssertParameter(options != nullptr, "options != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    constexpr const char* name = "unlockNodes:withOptions:withContext:";
+    const std::vector<HSVNArgument> arguments{{"nodePaths", nodePaths}, {"options", options}, {"context", context}};
+    if (nodePaths.empty()) {
+        HSVNLogCall("HSVNNode", name, arguments);
+        return;
+    }
+    HSVNOperation operation{context, "HSVNNode", name, arguments};
+    operation.check(operation->client_unlock(operation.pathArray(nodePaths), options->breakLocks(), operation.ctx(),
+                                             operation.pool()));
+}
+
+HSVNLockRef HSVNNode::controllingLock() const
+{
+    if (!status()) {
+        return lock();
+    }
+    switch (lockStatus()) {
+    case HSVNLockStatusLockedElsewhere:
+    case HSVNLockStatusStolen:
+        return status()->repositoryLock();
+    case HSVNLockStatusLockedHere:
+    case HSVNLockStatusBroken:
+    case HSVNLockStatusLockedLocally:
+        return lock();
+    case HSVNLockStatusNone:
+        break;
+    }
+    return nullptr;
+}

@@ -1,0 +1,151 @@
+// Moves and copies of one item: HSVNNode (Services).
+
+#include "HSVNCopyOptions.h"
+#include "HSVNDeleteOptions.h"
+#include "HSVNDirectory.h"
+#include "HSVNException.h"
+#include "HSVNFileManagerPrivate.h"
+#include "HSVNMoveOptions.h"
+#include "HSVNNode.h"
+#include "HSVNOperationPrivate.h"
+#include "HSVNPathKindPrivate.h"
+#include "HSVNRevision.h"
+#include "HSVNRevisionNumberPrivate.h"
+
+#include <fmt/format.h>
+
+namespace {
+
+/// Copies an item with the file manager.
+///
+/// @param verb  "move" or "copy", for the message
+void copyOnDisk(const HSVNPath& source, const HSVNPath& destination, const char* verb)
+{
+    const auto error = HSVNFileManager::copyItem(source.string(), destination.string());
+    if (!error) {
+        return;
+    }
+    const auto reason = fmt::format("Failed to {} item at '{}' to unversioned directory at '{}'", verb, source.string(),
+                                    destination.string());
+    if (error == std::errc::file_exists) {
+        HSVNEntryExistsException::exceptionWithReason(reason, error.value())->raise();
+    }
+    HSVNFileManager::fail(reason, error);
+}
+
+void cleanUpParentOf(const HSVNPathRef& path, const HSVNContextRef& context)
+{
+    try {
+        HSVNDirectory::cleanUpWorkingCopyAtPath(path->parent(), context);
+    } catch (const HSVNException&) { // NOLINT(bugprone-empty-catch): the item is where it should be
+    }
+}
+
+/// Moves an item to a folder that is not under version control. The source goes once the copy is complete: a versioned
+/// one is scheduled for deletion.
+void moveOnDisk(const HSVNPathRef& source, const HSVNPathRef& destination, const HSVNContextRef& context)
+{
+    copyOnDisk(*source, *destination, "move");
+    cleanUpParentOf(source, context);
+    auto options = HSVNDeleteOptions::defaults();
+    options->setForce(true);
+    HSVNNode::deleteWorkingCopyNodesAtPaths({source}, options, context);
+}
+
+template <class... Classes>
+bool isAnyOf(const HSVNException& exception)
+{
+    return ((dynamic_cast<const Classes*>(&exception) != nullptr) || ...);
+}
+
+/// Asks Subversion for the move.
+///
+/// @return nil when the destination lies where Subversion cannot put it, and the file manager is to move the item
+std::optional<HSVNRevisionNumber> moveWithSubversion(const HSVNPathRef& source, const HSVNPathRef& destination,
+                                                     const HSVNMoveOptionsRef& options, const HSVNContextRef& context)
+{
+    HSVNOperation operation{
+        context,
+        "HSVNNode",
+        "moveNodeAtPath:toPath:withOptions:withContext:",
+        {{"sourcePath", source}, {"destPath", destination}, {"options", options}, {"context", context}}};
+    svn_commit_info_t* info = nullptr;
+    try {
+        operation.check(operation->client_move4(&info, operation.cString(source->string()),
+                                                operation.cString(destination->string()), options->force(),
+                                                operation.ctx(), operation.pool()));
+    } catch (const HSVNException& exception) {
+        const bool isMisplaced = isAnyOf<HSVNNoSuchEntryException, HSVNNotWorkingCopyException,
+                                         HSVNWorkingCopyNotLockedException, HSVNInvalidScheduleException>(exception);
+        if (!isMisplaced || !HSVNIsLocal(source) || !HSVNIsLocal(destination)) {
+            throw;
+        }
+        return std::nullopt;
+    }
+    if (info) {
+        return HSVNRevisionNumberFromSubversion(info->revision);
+    }
+    if (!HSVNIsLocal(source)) {
+        throw HSVNOperationCancelledException("Move was canceled");
+    }
+    return HSVNInvalidRevision;
+}
+
+/// Asks Subversion for the copy; answers as `moveWithSubversion` does.
+std::optional<HSVNRevisionNumber> copyWithSubversion(const HSVNPathRef& source, const HSVNPathRef& destination,
+                                                     const HSVNCopyOptionsRef& options, const HSVNContextRef& context)
+{
+    HSVNOperation operation{
+        context,
+        "HSVNNode",
+        "copyNodeAtPath:toPath:withOptions:withContext:",
+        {{"sourcePath", source}, {"destPath", destination}, {"options", options}, {"context", context}}};
+    const svn_opt_revision_t revision = options->revision()->SVNRevision();
+    svn_commit_info_t* info = nullptr;
+    try {
+        operation.check(operation->client_copy3(&info, operation.cString(source->string()), &revision,
+                                                operation.cString(destination->string()), operation.ctx(),
+                                                operation.pool()));
+    } catch (const HSVNException& exception) {
+        const bool isMisplaced =
+            isAnyOf<HSVNNoSuchEntryException, HSVNNotWorkingCopyException, HSVNInvalidScheduleException>(exception);
+        if (!isMisplaced || !HSVNIsLocal(source) || !HSVNIsLocal(destination)) {
+            throw;
+        }
+        return std::nullopt;
+    }
+    return info ? HSVNRevisionNumberFromSubversion(info->revision) : HSVNInvalidRevision;
+}
+
+} // namespace
+
+HSVNRevisionNumber HSVNNode::moveNodeAtPath(const HSVNPathRef& sourcePath, const HSVNPathRef& destPath,
+                                            const HSVNMoveOptionsRef& options, const HSVNContextRef& context)
+{
+    HSVNAssertParameter(sourcePath != nullptr, "sourcePath != nil");
+    HSVNAssertParameter(destPath != nullptr, "destPath != nil");
+    HSVNAssertParameter(options != nullptr, "options != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    if (const auto revision = moveWithSubversion(sourcePath, destPath, options, context)) {
+        return *revision;
+    }
+    moveOnDisk(sourcePath, destPath, context);
+    return HSVNInvalidRevision;
+}
+
+HSVNRevisionNumber HSVNNode::copyNodeAtPath(const HSVNPathRef& sourcePath, const HSVNPathRef& destPath,
+                                            const HSVNCopyOptionsRef& options, const HSVNContextRef& context)
+{
+    HSVNAssertParameter(sourcePath != nullptr, "sourcePath != nil");
+    HSVNAssertParameter(destPath != nullptr, "destPath != nil");
+    HSVNAssertParameter(options != nullptr, "options != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    if (const auto revision = copyWithSubversion(sourcePath, destPath, options, context)) {
+        return *revision;
+    }
+    copyOnDisk(*sourcePath, *destPath, "copy");
+    if (HSVNFileManager::isFolder(destPath->string())) {
+        HSVNDirectory::purgeAdminDirectoriesInPath(destPath);
+    }
+    return HSVNInvalidRevision;
+}

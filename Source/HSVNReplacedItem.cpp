@@ -1,0 +1,199 @@
+#include "HSVNReplacedItemPrivate.h"
+
+#include "HSVNAddOptions.h"
+#include "HSVNContext.h"
+#include "HSVNCopyOptions.h"
+#include "HSVNDebug.h"
+#include "HSVNDeleteOptions.h"
+#include "HSVNDirectory.h"
+#include "HSVNException.h"
+#include "HSVNPathKindPrivate.h"
+#include "HSVNRepositoryInfo.h"
+#include "HSVNRevertOptions.h"
+#include "HSVNRevision.h"
+#include "HSVNRevisionSpec.h"
+#include "HSVNStatus.h"
+#include "HSVNStatusOptions.h"
+#include "HSVNSubversionPrivate.h"
+
+#include <fmt/format.h>
+#include <utility>
+
+namespace {
+
+/// Keeps Subversion from asking whether to go on.
+class Uncancelled
+{
+  public:
+    explicit Uncancelled(svn_client_ctx_t* ctx) : _ctx{ctx}, _function{std::exchange(ctx->cancel_func, nullptr)} {}
+    ~Uncancelled() { _ctx->cancel_func = _function; }
+    Uncancelled(const Uncancelled&) = delete;
+    Uncancelled& operator=(const Uncancelled&) = delete;
+
+  private:
+    svn_client_ctx_t* _ctx;
+    svn_cancel_func_t _function;
+};
+
+/// Does one step of a restoration, which goes on with the next one whatever becomes of it.
+template <class Step>
+void attempt(const HSVNPathRef& path, Step step) noexcept
+{
+    try {
+        step();
+    } catch (const std::exception& failure) {
+        HSVNDebug::logAtLevel(HSVNDebugLevelNormal, "Could not restore '%@' in full: %@", path->string(),
+                              std::string{failure.what()});
+    } catch (...) { // NOLINT(bugprone-empty-catch): an exception of a delegate's own, which told all that it wants
+    }
+}
+
+void deleteWithForce(const HSVNPathRef& path, const HSVNContextRef& context)
+{
+    auto options = HSVNDeleteOptions::defaults();
+    options->setForce(true);
+    HSVNNode::deleteWorkingCopyNodesAtPaths({path}, options, context);
+}
+
+void addAlone(const HSVNPathRef& path, const HSVNContextRef& context)
+{
+    auto options = HSVNAddOptions::defaults();
+    options->setRecursive(false);
+    options->setMatchIgnorePatterns(false);
+    HSVNNode::add(path, options, context);
+}
+
+void setProperties(const HSVNProperties& properties, const HSVNPathRef& path, const HSVNContextRef& context)
+{
+    for (const auto& [name, value] : HSVNNode::propertiesForNodeAtPath(path, HSVNRevisionSpec::UNSPECIFIED(), context))
+    {
+        if (!properties.value(name)) {
+            HSVNNode::setProperty(name, std::nullopt, path, context);
+        }
+    }
+    for (const auto& [name, value] : properties) {
+        HSVNNode::setProperty(name, value, path, context);
+    }
+}
+
+bool comesByAddition(HSVNSchedule schedule) { return schedule == HSVNScheduleAdd || schedule == HSVNScheduleReplace; }
+
+bool comesByDeletion(HSVNSchedule schedule)
+{
+    return schedule == HSVNScheduleDelete || schedule == HSVNScheduleReplace;
+}
+
+} // namespace
+
+void HSVNCheckReplacement(const HSVNPathRef& path, const HSVNPathRef& source, const HSVNContextRef& context)
+{
+    HSVNAssertParameter(HSVNIsLocal(source), "[source isKindOfClass:[HSVNLocalPath class]]");
+    const auto ancestor = path->commonAncestorFor(source);
+    if (ancestor && (ancestor->isEqualToPath(path) || ancestor->isEqualToPath(source))) {
+        throw HSVNInvalidArgumentException(
+            fmt::format("Cannot replace '{}' with '{}': one contains the other", path->string(), source->string()));
+    }
+    if (!HSVNFileManager::itemExists(source->string()) && !HSVNNode::isVersionedFileAtPath(source, context)) {
+        throw HSVNNoSuchEntryException(
+            fmt::format("Cannot replace '{}': there is nothing at '{}'", path->string(), source->string()));
+    }
+}
+
+HSVNReplacedItem::HSVNReplacedItem(HSVNPathRef path, HSVNContextRef context)
+    : _path{std::move(path)}, _context{std::move(context)}
+{
+    if (!HSVNIsLocal(_path)) {
+        noteRevision();
+        return;
+    }
+    _isVersioned = HSVNNode::isVersionedFileAtPath(_path, _context);
+    if (_isVersioned) {
+        noteChanges();
+    }
+    if (HSVNFileManager::itemExists(_path->string())) {
+        _copy.emplace(_path->string());
+    }
+}
+
+void HSVNReplacedItem::noteRevision()
+{
+    HSVNRepositoryInfoRef info;
+    HSVNDirectory::directoryAtPath(_path->parent(), HSVNRevisionSpec::HEAD(), &info, _context);
+    _revision = info ? info->revision() : HSVNInvalidRevision;
+}
+
+void HSVNReplacedItem::noteChanges()
+{
+    if (!HSVNFileManager::isFolder(_path->string())) {
+        if (const auto node = HSVNNode::nodeWithStatusAtPath(_path, HSVNRevision::UNSPECIFIED(), false, _context)) {
+            noteChange(*node);
+        }
+        return;
+    }
+    auto options = HSVNStatusOptions::defaults();
+    options->setProcessExternals(false);
+    HSVNNodeRef folder;
+    const auto nodes = HSVNDirectory::statusForNodesInDirectoryAtPath(_path, options, &folder, nullptr, _context);
+    if (folder) {
+        noteChange(*folder);
+    }
+    for (const auto& node : nodes) {
+        noteChange(*node);
+    }
+}
+
+void HSVNReplacedItem::noteChange(const HSVNNode& node)
+{
+    constexpr HSVNStatusKinds unchanged = HSVNStatusKindNone | HSVNStatusKindNormal;
+    const auto& status = *node.status();
+    const bool isVersioned = (status.textStatus() & (HSVNStatusKindUnversioned | HSVNStatusKindIgnored)) == 0;
+    const bool hasChangedProperties = (status.propertyStatus() & ~unchanged) != 0;
+    if (!isVersioned || (status.schedule() == HSVNScheduleNormal && !hasChangedProperties)) {
+        return;
+    }
+    Change change{node.path(), status.schedule(), std::nullopt};
+    if (status.schedule() != HSVNScheduleDelete) {
+        change.properties = HSVNNode::propertiesForNodeAtPath(node.path(), HSVNRevisionSpec::UNSPECIFIED(), _context);
+    }
+    _changes.push_back(std::move(change));
+}
+
+void HSVNReplacedItem::restore() noexcept
+{
+    const Uncancelled uncancelled{_context->ctx()};
+    if (HSVNIsLocal(_path)) {
+        restoreOnDisk();
+    } else {
+        attempt(_path, [this] { restoreInRepository(); });
+    }
+}
+
+void HSVNReplacedItem::restoreOnDisk() noexcept
+{
+    if (_isVersioned) {
+        attempt(_path, [this] { HSVNNode::revertNodes({_path}, HSVNRevertOptions::defaults(), _context); });
+    }
+    for (const auto& change : _changes) {
+        if (comesByDeletion(change.schedule)) {
+            attempt(change.path, [&] { deleteWithForce(change.path, _context); });
+        }
+    }
+    if (_copy) {
+        _copy->putBack();
+    }
+    for (const auto& change : _changes) {
+        if (comesByAddition(change.schedule)) {
+            attempt(change.path, [&] { addAlone(change.path, _context); });
+        }
+        if (change.properties) {
+            attempt(change.path, [&] { setProperties(*change.properties, change.path, _context); });
+        }
+    }
+}
+
+void HSVNReplacedItem::restoreInRepository() const
+{
+    auto options = HSVNCopyOptions::defaults();
+    options->setRevision(HSVNRevision::revisionWithNumber(_revision));
+    HSVNNode::copyNodeAtPath(_path, _path, options, _context);
+}
