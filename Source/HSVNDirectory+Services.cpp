@@ -91,20 +91,26 @@ struct ListReceiver
     const HSVNPathRef& path;
     HSVNURLRef url;
     bool pathIsURL;
+    HSVNTextCache authors = {};
+    HSVNPathRef location = nullptr; // the children's, once there is one
     HSVNDirectoryRef directory = nullptr;
     std::vector<HSVNNodeRef> children = {};
 };
 
-HSVNNodeRef makeChild(const ListReceiver& receiver, const char* name, const svn_dirent_t* dirent,
+HSVNNodeRef makeChild(ListReceiver& receiver, const char* name, const svn_dirent_t* dirent,
                       const svn_lock_t* lock)
 {
     const auto path = receiver.path->pathByNormalizingAndAddingComponent(name);
     const auto url = std::static_pointer_cast<const HSVNURL>(
         receiver.pathIsURL || !receiver.url ? path : receiver.url->pathByNormalizingAndAddingComponent(name));
-    if (dirent->kind == svn_node_dir) {
-        return std::make_shared<HSVNDirectory>(name, path, url, dirent, lock);
+    if (!receiver.location) {
+        receiver.location = path->parent();
     }
-    return std::make_shared<HSVNFile>(name, path, url, dirent, lock);
+    const auto author = receiver.authors.sharedText(dirent->last_author);
+    if (dirent->kind == svn_node_dir) {
+        return std::make_shared<HSVNDirectory>(name, path, url, dirent, lock, receiver.location, author);
+    }
+    return std::make_shared<HSVNFile>(name, path, url, dirent, lock, receiver.location, author);
 }
 
 svn_error_t* HSVNListFunc(void* baton, const char* relativePath, const svn_dirent_t* dirent, const svn_lock_t* lock,

@@ -29,10 +29,12 @@ std::string_view withoutLastComponent(std::string_view path)
 } // namespace
 
 HSVNLogItem::HSVNLogItem(std::optional<std::string> message, HSVNRevisionNumber revision, std::optional<HSVNDate> date,
-                         std::optional<std::string> author, Changes changes)
-    : _message{std::move(message)}, _author{std::move(author)}, _date{date}, _revision{revision}, _changes{std::move(
-                                                                                                      changes)}
+                         std::optional<std::string> author, const std::vector<HSVNLogPathChangeRef>& changes)
+    : _message{std::move(message)}, _author{std::move(author)}, _date{date}, _revision{revision}
 {
+    for (const auto& change : changes) {
+        addChange(change);
+    }
 }
 
 std::vector<std::string> HSVNLogItem::changedPaths() const
@@ -40,7 +42,7 @@ std::vector<std::string> HSVNLogItem::changedPaths() const
     std::vector<std::string> paths;
     paths.reserve(_changes.size());
     for (const auto& [path, change] : _changes) {
-        paths.push_back(path);
+        paths.push_back(*path);
     }
     return paths;
 }
@@ -79,11 +81,10 @@ HSVNLogPathChangeRef HSVNLogItem::changeForAncestorOfPath(const std::optional<st
     return nullptr;
 }
 
-void HSVNLogItem::addChange(HSVNLogPathChangeRef change)
+void HSVNLogItem::addChange(const HSVNLogPathChangeRef& change)
 {
     HSVNAssertParameter(change != nullptr, "change != nil");
-    const auto& path = change->path();
-    _changes.insert_or_assign(path, std::move(change));
+    _changes.insert_or_assign(change->sharedPath(), change);
 }
 
 void HSVNLogItem::removeChange(const HSVNLogPathChangeRef& change)
@@ -129,9 +130,9 @@ std::string HSVNLogItem::stringValue() const
     fmt::format_to(output, "r{} | {} | {}\nChanged paths:\n", _revision, HSVNDescription(_author),
                    HSVNDescription(_date));
     for (const auto& [path, change] : _changes) {
-        fmt::format_to(output, "  {} {}", HSVNCharFromLogAction(change->action()), path);
-        if (change->copyPath()) {
-            fmt::format_to(output, " (from {}:{})", *change->copyPath(), change->copyRevision());
+        fmt::format_to(output, "  {} {}", HSVNCharFromLogAction(change->action()), *path);
+        if (const auto copyPath = change->copyPath()) {
+            fmt::format_to(output, " (from {}:{})", *copyPath, change->copyRevision());
         }
         text += '\n';
     }

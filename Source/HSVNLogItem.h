@@ -7,7 +7,6 @@
 #include "HSVNRevisionRange.h"
 #include "HSVNTypes.h"
 
-#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -20,16 +19,13 @@
 class HSVN_EXPORT HSVNLogItem : public HSVNObject
 {
   public:
-    /// Changes by the path that they were recorded under.
-    using Changes = std::map<std::string, HSVNLogPathChangeRef, std::less<>>;
-
     /// No values, `HSVNInvalidRevision`.
     HSVNLogItem() = default;
     /// @param message  the log message, nil when there is none
     /// @param author   who committed, nil when the repository does not say
-    /// @param changes  the changed paths; empty when not given
+    /// @param changes  each is recorded under its path as by `addChange`; none when not given
     HSVNLogItem(std::optional<std::string> message, HSVNRevisionNumber revision, std::optional<HSVNDate> date,
-                std::optional<std::string> author, Changes changes = {});
+                std::optional<std::string> author, const std::vector<HSVNLogPathChangeRef>& changes = {});
 
     const std::optional<std::string>& message() const { return _message; }
     void setMessage(std::optional<std::string> message) { _message = std::move(message); }
@@ -59,7 +55,7 @@ class HSVN_EXPORT HSVNLogItem : public HSVNObject
 
     /// Records a change, not nil ("change != nil"), under its path, in place of any earlier one of that path. A change
     /// whose path is set anew later stays recorded under this one.
-    void addChange(HSVNLogPathChangeRef change);
+    void addChange(const HSVNLogPathChangeRef& change);
     /// Removes what is recorded under the path of the change, which must not be nil ("change != nil").
     void removeChange(const HSVNLogPathChangeRef& change);
     void removeChangeWithPath(std::string_view path);
@@ -82,11 +78,19 @@ class HSVN_EXPORT HSVNLogItem : public HSVNObject
     std::string stringValue() const;
 
   private:
+    struct ByText
+    {
+        using is_transparent = void;
+        bool operator()(const HSVNSharedText& a, const HSVNSharedText& b) const { return *a < *b; }
+        bool operator()(const HSVNSharedText& a, std::string_view b) const { return *a < b; }
+        bool operator()(std::string_view a, const HSVNSharedText& b) const { return a < *b; }
+    };
+
     std::optional<std::string> _message;
     std::optional<std::string> _author;
     std::optional<HSVNDate> _date;
     HSVNRevisionNumber _revision = HSVNInvalidRevision;
-    Changes _changes;
+    std::map<HSVNSharedText, HSVNLogPathChangeRef, ByText> _changes; // by the path when it was recorded
 };
 
 using HSVNLogItemRef = std::shared_ptr<HSVNLogItem>;

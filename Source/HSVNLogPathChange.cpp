@@ -1,5 +1,7 @@
 #include "HSVNLogPathChange.h"
 
+#include "HSVNPlatformException.h"
+
 #include <algorithm>
 
 namespace {
@@ -17,22 +19,45 @@ std::size_t commonTailLength(std::string_view a, std::string_view b)
     return tail;
 }
 
+bool isAtOrBelow(std::string_view path, std::string_view root)
+{
+    return path.starts_with(root) && (path.size() == root.size() || path[root.size()] == '/');
+}
+
 } // namespace
+
+HSVNLogPathChange::HSVNLogPathChange() : HSVNLogPathChange(std::string{}, HSVNLogActionNone) {}
+
+HSVNLogPathChange::HSVNLogPathChange(std::string path, HSVNLogAction action)
+    : HSVNLogPathChange(std::move(path), action, std::nullopt, HSVNInvalidRevision)
+{
+}
+
+HSVNLogPathChange::HSVNLogPathChange(std::string path, HSVNLogAction action, std::optional<std::string> copyPath,
+                                     HSVNRevisionNumber copyRevision)
+    : HSVNLogPathChange(HSVNMakeSharedText(std::move(path)), action, HSVNMakeSharedText(std::move(copyPath)),
+                        copyRevision)
+{
+}
+
+HSVNLogPathChange::HSVNLogPathChange(HSVNSharedText path, HSVNLogAction action, HSVNSharedText copyPath,
+                                     HSVNRevisionNumber copyRevision)
+    : _action{action}, _copyRevision{copyRevision}, _path{std::move(path)}, _copyPath{std::move(copyPath)}
+{
+    HSVNAssertParameter(_path != nullptr, "path != nil");
+}
 
 void HSVNLogPathChange::adjustPath(std::string_view path)
 {
-    const auto tail = commonTailLength(_path, path);
-    const auto oldRoot = std::string_view{_path}.substr(0, _path.size() - tail);
+    const auto tail = commonTailLength(*_path, path);
+    const auto oldRoot = std::string_view{*_path}.substr(0, _path->size() - tail);
     const auto newRoot = path.substr(0, path.size() - tail);
-    const bool isBelowOldRoot = _copyPath && _copyPath->starts_with(oldRoot) &&
-                                (_copyPath->size() == oldRoot.size() || (*_copyPath)[oldRoot.size()] == '/');
-    if (isBelowOldRoot) {
-        _copyPath->replace(0, oldRoot.size(), newRoot);
-        if (_copyPath->size() > 1 && _copyPath->back() == '/') {
-            _copyPath->pop_back();
-        } else if (_copyPath->empty()) {
-            *_copyPath = '/';
+    if (_copyPath && isAtOrBelow(*_copyPath, oldRoot)) {
+        auto moved = std::string{newRoot} + _copyPath->substr(oldRoot.size());
+        if (moved.size() > 1 && moved.back() == '/') {
+            moved.pop_back();
         }
+        setCopyPath(moved.empty() ? "/" : std::move(moved));
     }
-    _path = path;
+    setPath(std::string{path});
 }

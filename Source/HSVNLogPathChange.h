@@ -3,6 +3,7 @@
 #include "HSVNExport.h"
 #include "HSVNLogAction.h"
 #include "HSVNObject.h"
+#include "HSVNSharedText.h"
 #include "HSVNTypes.h"
 
 #include <memory>
@@ -16,23 +17,25 @@ class HSVN_EXPORT HSVNLogPathChange : public HSVNObject
 {
   public:
     /// No action, an empty path, no copy source.
-    HSVNLogPathChange() = default;
+    HSVNLogPathChange();
     /// A change that is no copy.
-    HSVNLogPathChange(std::string path, HSVNLogAction action) : _action{action}, _path{std::move(path)} {}
+    HSVNLogPathChange(std::string path, HSVNLogAction action);
     HSVNLogPathChange(std::string path, HSVNLogAction action, std::optional<std::string> copyPath,
-                      HSVNRevisionNumber copyRevision)
-        : _action{action}, _copyRevision{copyRevision}, _path{std::move(path)}, _copyPath{std::move(copyPath)}
-    {
-    }
+                      HSVNRevisionNumber copyRevision);
+    /// The same with texts that the changes of a log share; the path is not nil ("path != nil").
+    HSVNLogPathChange(HSVNSharedText path, HSVNLogAction action, HSVNSharedText copyPath,
+                      HSVNRevisionNumber copyRevision);
 
     HSVNLogAction action() const { return _action; }
     void setAction(HSVNLogAction action) { _action = action; }
     /// The changed item's path in the repository, such as "/trunk/file.c".
-    const std::string& path() const { return _path; }
-    void setPath(std::string path) { _path = std::move(path); }
+    const std::string& path() const { return *_path; }
+    void setPath(std::string path) { _path = HSVNMakeSharedText(std::move(path)); }
+    /// The path's text itself, to be shared; never nil.
+    const HSVNSharedText& sharedPath() const { return _path; }
     /// The path that the item was copied from; nil when it was not copied.
-    const std::optional<std::string>& copyPath() const { return _copyPath; }
-    void setCopyPath(std::optional<std::string> path) { _copyPath = std::move(path); }
+    std::optional<std::string> copyPath() const { return HSVNTextValue(_copyPath); }
+    void setCopyPath(std::optional<std::string> path) { _copyPath = HSVNMakeSharedText(std::move(path)); }
     /// The revision that the item was copied from; `HSVNInvalidRevision` when it was not copied.
     HSVNRevisionNumber copyRevision() const { return _copyRevision; }
     void setCopyRevision(HSVNRevisionNumber revision) { _copyRevision = revision; }
@@ -50,8 +53,8 @@ class HSVN_EXPORT HSVNLogPathChange : public HSVNObject
   private:
     HSVNLogAction _action = HSVNLogActionNone;
     HSVNRevisionNumber _copyRevision = HSVNInvalidRevision;
-    std::string _path;
-    std::optional<std::string> _copyPath;
+    HSVNSharedText _path;
+    HSVNSharedText _copyPath;
 };
 
 using HSVNLogPathChangeRef = std::shared_ptr<HSVNLogPathChange>;

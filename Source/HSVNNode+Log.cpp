@@ -8,37 +8,36 @@
 
 namespace {
 
-HSVNLogPathChangeRef makeChange(std::string path, const svn_log_changed_path_t& change)
+HSVNLogPathChangeRef makeChange(HSVNSharedText path, const svn_log_changed_path_t& change, HSVNTextCache& paths)
 {
     return std::make_shared<HSVNLogPathChange>(std::move(path), HSVNLogActionFromChar(change.action),
-                                               HSVNTextOrNil(change.copyfrom_path),
+                                               paths.sharedText(change.copyfrom_path),
                                                HSVNRevisionNumberFromSubversion(change.copyfrom_rev));
 }
 
 // Allocates nothing in the pool but the iterator.
-void addChanges(HSVNLogItem& item, apr_hash_t* changedPaths, apr_pool_t* pool)
+void addChanges(HSVNLogItem& item, apr_hash_t* changedPaths, HSVNTextCache& paths, apr_pool_t* pool)
 {
     const auto& entryPoints = HSVNCurrentEntryPoints();
     for (auto* index = entryPoints.apr_hash_first(pool, changedPaths); index; index = entryPoints.apr_hash_next(index))
     {
         const void* path = nullptr;
-        apr_ssize_t length = 0;
         void* change = nullptr;
-        entryPoints.apr_hash_this(index, &path, &length, &change);
-        item.addChange(makeChange({static_cast<const char*>(path), static_cast<std::size_t>(length)},
-                                  *static_cast<const svn_log_changed_path_t*>(change)));
+        entryPoints.apr_hash_this(index, &path, nullptr, &change);
+        item.addChange(makeChange(paths.sharedText(static_cast<const char*>(path)),
+                                  *static_cast<const svn_log_changed_path_t*>(change), paths));
     }
 }
 
 } // namespace
 
 HSVNLogItemRef HSVNCreateLogItem(apr_hash_t* changedPaths, svn_revnum_t revision, const char* author, const char* date,
-                                 const char* message, apr_pool_t* pool)
+                                 const char* message, HSVNTextCache& paths, apr_pool_t* pool)
 {
     auto item = std::make_shared<HSVNLogItem>(HSVNTextOrNil(message), HSVNRevisionNumberFromSubversion(revision),
                                               HSVNDate::dateWithISO8601CString(date, pool), HSVNTextOrNil(author));
     if (changedPaths) {
-        addChanges(*item, changedPaths, pool);
+        addChanges(*item, changedPaths, paths, pool);
     }
     return item;
 }
@@ -48,7 +47,7 @@ svn_error_t* HSVNLogReceiver::receive(void* baton, apr_hash_t* changedPaths, svn
 {
     auto& receiver = *static_cast<HSVNLogReceiver*>(baton);
     return HSVNGuardCallback(receiver.context, [&]() -> svn_error_t* {
-        auto item = HSVNCreateLogItem(changedPaths, revision, author, date, message, pool);
+        auto item = HSVNCreateLogItem(changedPaths, revision, author, date, message, receiver.paths, pool);
         if (receiver.delegate && !receiver.delegate->logItemReceived(item)) {
             return HSVN_SUBVERSION_ERROR(SVN_ERR_CANCELLED, "Operation was cancelled");
         }
@@ -74,7 +73,7 @@ std::vector<HSVNLogItemRef> HSVNNode::readLogForNodeAtPath(const HSVNPathRef& pa
     const auto peg = options->pegRevision()->SVNRevision();
     const auto from = options->fromRevision()->SVNRevision();
     const auto to = options->toRevision()->SVNRevision();
-    HSVNLogReceiver receiver{*context, delegate, {}};
+    HSVNLogReceiver receiver{*context, delegate};
     operation.check(operation->client_log3(operation.pathArray(*path), &peg, &from, &to, options->limit(),
                                            options->discoverChangedPaths(), !options->traverseCopyHistory(),
                                            HSVNLogReceiver::receive, &receiver, operation.ctx(), operation.pool()));

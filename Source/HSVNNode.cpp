@@ -31,7 +31,14 @@ HSVNNode::~HSVNNode() = default;
 
 HSVNNode::HSVNNode(std::optional<std::string> name, HSVNPathRef path, HSVNURLRef url, const svn_dirent_t* dirent,
                    const svn_lock_t* lock)
-    : _path{std::move(path)}, _location{_path ? _path->parent() : nullptr}, _url{std::move(url)},
+    : HSVNNode(std::move(name), path, std::move(url), dirent, lock, path ? path->parent() : nullptr,
+               dirent ? HSVNMakeSharedText(HSVNTextOrNil(dirent->last_author)) : nullptr)
+{
+}
+
+HSVNNode::HSVNNode(std::optional<std::string> name, HSVNPathRef path, HSVNURLRef url, const svn_dirent_t* dirent,
+                   const svn_lock_t* lock, HSVNPathRef location, HSVNSharedText author)
+    : _path{std::move(path)}, _location{std::move(location)}, _url{std::move(url)}, _author{std::move(author)},
       _lock{lock ? std::make_shared<HSVNLock>(lock) : nullptr}
 {
     HSVNAssertParameter(dirent != nullptr, "dirent != NULL");
@@ -39,7 +46,6 @@ HSVNNode::HSVNNode(std::optional<std::string> name, HSVNPathRef path, HSVNURLRef
     _size = static_cast<std::uint64_t>(dirent->size);
     _revision = HSVNRevisionNumberFromSubversion(dirent->created_rev);
     _date = HSVNDate::dateWithAPRTime(dirent->time);
-    setAuthor(HSVNTextOrNil(dirent->last_author));
     _hasProperties = dirent->has_props != 0;
 }
 

@@ -66,6 +66,9 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// @param lock    the item's lock; null for none; read, not kept
     HSVNNode(std::optional<std::string> name, HSVNPathRef path, HSVNURLRef url, const svn_dirent_t* dirent,
              const svn_lock_t* lock);
+    /// The same with the path's parent and the entry's author as objects that the nodes of a listing share.
+    HSVNNode(std::optional<std::string> name, HSVNPathRef path, HSVNURLRef url, const svn_dirent_t* dirent,
+             const svn_lock_t* lock, HSVNPathRef location, HSVNSharedText author);
     /// The node that an archive holds.
     ///
     /// @throws HSVNInvalidArgumentException "Keyed unarchiver required", or for a value that does not fit its field

@@ -242,9 +242,11 @@ std::optional<std::string> HSVNURL::denormalizedLocation() const
 
 std::string HSVNURL::lastComponent() const
 {
-    const auto url = parsed();
-    const auto path = url.encodedPath();
-    return path.empty() || path == "/" ? "/" : std::string{HSVNPathText::lastComponent(_url)};
+    // Read from the text without parsing it: every node of a listing asks.
+    const auto path = _url.find_first_of("/?#", _url.find(schemeEnd) + schemeEnd.size());
+    const auto hasPath = path != std::string::npos && _url[path] == '/' && path + 1 < _url.size() &&
+                         _url[path + 1] != '?' && _url[path + 1] != '#';
+    return hasPath ? std::string{HSVNPathText::lastComponent(_url)} : "/";
 }
 
 std::string HSVNURL::denormalizedLastComponent() const { return HSVNPathText::percentDecoded(lastComponent()); }

@@ -264,7 +264,7 @@ TEST_P(LogReadingTest, ADelegateSeesEveryItemAndCanStop)
     EXPECT_EQ(read("").size(), 6U) << "the context serves on";
 
     impatient.items.clear();
-    HSVNLogReceiver receiver{*reading.client, &impatient, {}};
+    HSVNLogReceiver receiver{*reading.client, &impatient};
     HSVNOperation operation{reading.client, "Test", "log", {}};
     const auto head = HSVNRevision::HEAD()->SVNRevision();
     const auto first = HSVNRevision::revisionWithNumber(0)->SVNRevision();
