@@ -27,6 +27,8 @@ class HSVNTrustedText;
 class HSVN_EXPORT HSVNPath : public HSVNArchivable, public std::enable_shared_from_this<HSVNPath>
 {
   public:
+    HSVNPath& operator=(const HSVNPath&) = delete;
+
     /// A URL when the text contains "://", else a local path.
     ///
     /// @throws what `HSVNURL::URLWithString` and `HSVNLocalPath::pathWithString` throw
@@ -144,7 +146,6 @@ class HSVN_EXPORT HSVNPath : public HSVNArchivable, public std::enable_shared_fr
     HSVNPath() = default;
     explicit HSVNPath(HSVNCoder* decoder);
     HSVNPath(const HSVNPath&) = default;
-    HSVNPath& operator=(const HSVNPath&) = delete;
 
     /// This object as its owners hold it; a copy when nobody does.
     HSVNPathRef self() const;

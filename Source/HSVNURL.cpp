@@ -108,6 +108,19 @@ HSVNURLRef assembledURL(const std::string& scheme, const std::optional<std::stri
     return HSVNURL::URLWithString(text + (path.starts_with('/') ? "" : "/") + path);
 }
 
+/// A file URL's text with every "file://localhost/", in whatever case, as "file:///".
+std::string withoutLocalhost(std::string_view url)
+{
+    constexpr std::string_view localhost = "file://localhost/";
+    std::string text;
+    while (!url.empty()) {
+        const bool isMatch = HSVNText::equalIgnoringCase(url.substr(0, localhost.size()), localhost);
+        text += isMatch ? fileRoot : url.substr(0, 1);
+        url.remove_prefix(isMatch ? localhost.size() : 1);
+    }
+    return text;
+}
+
 /// Begin and end of an IPv6 address with its brackets, which are escaped anywhere else; both 0 without one.
 std::pair<std::size_t, std::size_t> bracketedHost(std::string_view url)
 {
@@ -341,17 +354,7 @@ HSVNURLRef HSVNURL::URLWithPort(std::optional<std::int32_t> port) const
 HSVNURLRef HSVNURL::canonicalize() const
 {
     if (isFileURL()) {
-        constexpr std::string_view localhost = "file://localhost/";
-        std::string text = _url;
-        for (auto found = text.begin();;) {
-            const auto match = std::ranges::search(found, text.end(), localhost.begin(), localhost.end(), {}, lowered);
-            if (match.empty()) {
-                return URLWithString(text);
-            }
-            const auto offset = match.begin() - text.begin();
-            text.replace(match.begin(), match.end(), fileRoot);
-            found = text.begin() + offset + static_cast<std::ptrdiff_t>(fileRoot.size());
-        }
+        return URLWithString(withoutLocalhost(_url));
     }
     if (schemeUsesTunnel()) {
         return stripUser();
