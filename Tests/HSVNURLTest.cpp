@@ -79,14 +79,14 @@ std::vector<MalformedURL> malformedURLs()
                                    {"  ", "URL does not contain a scheme"},
                                    {"://host/x", "URL does not contain a scheme"}};
     for (const char* text :
-         {"svn://h/a b", "svn://ho st/a", "svn://h/a%zz", "svn://h/a%2", "svn://h/\"", "svn://h/[x]", "svn://h:port/a",
+         {"svn://h/a b", "svn://ho st/a", "svn://h/a%zz", "svn://h/a%2", R"(svn://h/")", "svn://h/[x]", "svn://h:port/a",
           "svn://h:65536/a", "svn://h:99999999999999999999/a", "svn://[::1/a", "svn://[g::1]/a", "svn://h/\xC3\xA9",
           "svn://a@b@h/x", "/x/svn://h", "s vn://h", "svn://h/a\x01"})
     {
         urls.push_back({text, "Failed to parse \"" + std::string{text} + "\". URL is probably malformed."});
     }
-    urls.push_back({"svn://h/\xFF", "\"svn://h/\\xff\" is not valid UTF-8 text without NUL characters"});
-    urls.push_back({{"svn://h/\0", 9}, "\"svn://h/\\x00\" is not valid UTF-8 text without NUL characters"});
+    urls.push_back({"svn://h/\xFF", R"("svn://h/\xff" is not valid UTF-8 text without NUL characters)"});
+    urls.push_back({{"svn://h/\0", 9}, R"("svn://h/\x00" is not valid UTF-8 text without NUL characters)"});
     return urls;
 }
 
