@@ -78,6 +78,7 @@
 #include "HSVNStringPatterns.h"
 #include "HSVNStringProperties.h"
 #include "HSVNTextTable.h"
+#include "HSVNTypeRegistry.h"
 #include "HSVNTypes.h"
 #include "HSVNURL.h"
 #include "HSVNUnlockOptions.h"

@@ -496,6 +496,42 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// The lock that governs the node: the repository's when another holds it, else the working copy's own; may be nil.
     HSVNLockRef controllingLock() const;
 
+    // File types
+
+    /// The uniform type identifier of a node of unknown kind without a local file.
+    static std::string UTIForNodeAtPath(const HSVNPathRef& path, const HSVNRevisionRef& revision,
+                                        const HSVNContextRef& context);
+    /// The uniform type identifier by which an icon or a viewer is chosen: a folder's, else that of the extension in
+    /// the name, else that of the property svn:mime-type or of the type that Subversion detects, else text.
+    ///
+    /// @param path       a local path or a URL; not nil ("path != nil")
+    /// @param revision   not nil ("revision != nil")
+    /// @param localFile  a copy of the item's content; may be nil
+    /// @param nodeKind   HSVNNodeKindUnknown finds out whether the item is a folder, which asks the repository for a
+    /// URL
+    ///                   without a local file
+    /// @param context    not nil ("context != nil")
+    /// @return an identifier such as "public.html"; a dynamic one (`isDynamicUTI`) for a MIME type that no declared
+    /// type
+    ///         claims, HSVNTypeRegistry.h tells how
+    /// @throws HSVNException for every Subversion error, but for an item that is not versioned, which has no property
+    static std::string UTIForNodeAtPath(const HSVNPathRef& path, const HSVNRevisionRef& revision,
+                                        const HSVNLocalPathRef& localFile, HSVNNodeKind nodeKind,
+                                        const HSVNContextRef& context);
+    /// The MIME type that Subversion detects in a file's content; nil for text.
+    ///
+    /// @param path     a local path; not nil ("path != nil")
+    /// @param context  not nil ("context != nil")
+    /// @throws HSVNException for every Subversion error, such as a file that does not exist
+    /// Stands for svn_io_detect_mimetype.
+    static std::optional<std::string> MIMETypeForNodeAtPath(const HSVNPathRef& path, const HSVNContextRef& context);
+    /// Whether a MIME type begins with "text/".
+    ///
+    /// @param mimeType  not nil ("mimeType != nil")
+    static bool isTextMIMEType(const std::optional<std::string>& mimeType);
+    /// Whether an identifier was made up for a tag that no declared type claims: it begins with "dyn".
+    static bool isDynamicUTI(const std::optional<std::string>& identifier);
+
     // Services: log message
 
     /// Asks the context's delegate for a log message.

@@ -92,7 +92,7 @@ HSVNTypeRegistry::HSVNTypeRegistry(const std::string& file)
     try {
         const Json table = parsedTable(file);
         for (const auto& type : table.at("types")) {
-            const auto& identifier = type.at("identifier").get_ref<const std::string&>();
+            const auto identifier = type.at("identifier").get<std::string>();
             if (!_conformances.emplace(identifier, type.value("conformsTo", Identifiers{})).second) {
                 throw std::runtime_error(fmt::format("\"{}\" is declared twice", identifier));
             }

@@ -79,9 +79,9 @@ std::vector<MalformedURL> malformedURLs()
                                    {"  ", "URL does not contain a scheme"},
                                    {"://host/x", "URL does not contain a scheme"}};
     for (const char* text :
-         {"svn://h/a b", "svn://ho st/a", "svn://h/a%zz", "svn://h/a%2", R"(svn://h/")", "svn://h/[x]", "svn://h:port/a",
-          "svn://h:65536/a", "svn://h:99999999999999999999/a", "svn://[::1/a", "svn://[g::1]/a", "svn://h/\xC3\xA9",
-          "svn://a@b@h/x", "/x/svn://h", "s vn://h", "svn://h/a\x01"})
+         {"svn://h/a b", "svn://ho st/a", "svn://h/a%zz", "svn://h/a%2", R"(svn://h/")", "svn://h/[x]",
+          "svn://h:port/a", "svn://h:65536/a", "svn://h:99999999999999999999/a", "svn://[::1/a", "svn://[g::1]/a",
+          "svn://h/\xC3\xA9", "svn://a@b@h/x", "/x/svn://h", "s vn://h", "svn://h/a\x01"})
     {
         urls.push_back({text, "Failed to parse \"" + std::string{text} + "\". URL is probably malformed."});
     }
