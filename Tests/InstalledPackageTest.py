@@ -1,0 +1,104 @@
+#!/usr/bin/env python3
+"""Installs the library into a temporary prefix and builds a program against it out of tree, as a user would.
+
+usage: InstalledPackageTest.py BUILD_FOLDER CXX_COMPILER [extra compiler flag ...]
+"""
+
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+
+BUILD, COMPILER, *FLAGS = sys.argv[1:]
+
+PROGRAM = """
+#include <HSVN/HSVN.h>
+#include <iostream>
+int main()
+{
+    HSVNInitialize();
+    auto client = HSVNClient::clientWithDelegate(nullptr);
+    std::cout << "line " << client->bundleVersion()->versionWithMajorAndMinorComponents() << std::endl;
+    try {
+        HSVNDirectory::directoryAtPath(HSVNPath::pathWithString("/no/such/folder"), HSVNRevisionSpec::BASE(), client);
+    } catch (const HSVNNoSuchEntryException& exception) {
+        std::cout << exception.what() << std::endl;
+        return 0;
+    }
+    return 1;
+}
+"""
+
+PROJECT = """
+cmake_minimum_required(VERSION 3.25)
+project(User CXX)
+set(CMAKE_CXX_STANDARD 20)
+find_package(HSVN 1.0 REQUIRED)
+add_executable(user user.cpp)
+target_link_libraries(user PRIVATE HSVN::HSVN)
+"""
+
+
+def run(*command, **options):
+    done = subprocess.run(command, capture_output=True, text=True, **options)
+    if done.returncode:
+        raise AssertionError(f"{' '.join(command)} failed:\n{done.stdout}\n{done.stderr}")
+    return done.stdout
+
+
+class InstalledPackage(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.TemporaryDirectory()
+        top = pathlib.Path(cls.folder.name)
+        cls.prefix, cls.work = top / "prefix", top / "work"
+        cls.work.mkdir()
+        cls.source = cls.work / "user.cpp"
+        cls.source.write_text(PROGRAM)
+        cls.environment = dict(os.environ, HOME=cls.folder.name, LC_ALL="C.UTF-8",
+                               PKG_CONFIG_PATH=str(cls.prefix / "lib/pkgconfig"))
+        run("cmake", "--install", BUILD, "--prefix", str(cls.prefix))
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.folder.cleanup()
+
+    def check_program(self, program):
+        output = run(str(program), env=self.environment)
+        self.assertRegex(output, r"line 1\.\d+\n")
+        self.assertIn("'/no/such/folder' does not exist", output)
+
+    def test_a_program_builds_with_find_package(self):
+        (self.work / "CMakeLists.txt").write_text(PROJECT)
+        build = self.work / "build"
+        run("cmake", "-S", str(self.work), "-B", str(build), f"-DCMAKE_PREFIX_PATH={self.prefix}",
+            f"-DCMAKE_CXX_COMPILER={COMPILER}", f"-DCMAKE_CXX_FLAGS={' '.join(FLAGS)}")
+        run("cmake", "--build", str(build))
+        self.check_program(build / "user")
+
+    def test_a_program_builds_with_pkg_config(self):
+        flags = run("pkg-config", "--cflags", "--libs", "hsvn", env=self.environment).split()
+        program = self.work / "user-pkg-config"
+        run(COMPILER, "-std=c++20", *FLAGS, str(self.source), *flags, "-o", str(program))
+        self.check_program(program)
+
+    def test_public_headers_stand_alone_and_reach_no_subversion_header(self):
+        headers = sorted((self.prefix / "include/HSVN").glob("*.h"))
+        self.assertGreater(len(headers), 20)
+        probe = self.work / "probe.cpp"
+        probe.write_text("".join(f"#include <HSVN/{h.name}>\n" for h in reversed(headers)))
+        needed = run(COMPILER, "-std=c++20", "-M", f"-I{self.prefix}/include", str(probe))
+        self.assertEqual(re.findall(r"\S*/(?:svn|apr|apu)_?\w*\.h|\S*Private\.h", needed), [])
+
+    def test_the_package_holds_library_resources_and_bundles(self):
+        package = self.prefix / "lib/HSVN/Versions/A"
+        self.assertTrue((package / "libHSVN.so.1").exists())
+        self.assertTrue((package / "Resources/Scripts/change-svn-wc-format.py").exists())
+        self.assertTrue(list(package.glob("Subversion/*.bundle/Info.json")))
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], "-v"])
