@@ -10,8 +10,8 @@ HSVNVersion installedLine()
 HSVNBundleRef bundleOfLine(const HSVNVersion& line)
 {
     auto& loader = HSVNBundleLoader::sharedInstance();
-    if (auto bundle = loader.bundleForVersion(line)) {
-        return bundle;
+    if (line == installedLine()) {
+        return loader.bundleForVersion(line);
     }
     return loader.loadBundleAtPath(HSVN_TEST_BUNDLES "/Subversion-" + line.versionString() + ".bundle");
 }
