@@ -4,11 +4,20 @@
 #include "HSVNClient.h"
 #include "HSVNCommitOptions.h"
 #include "HSVNDirectory.h"
+#include "HSVNFile.h"
 #include "HSVNLocalPath.h"
+#include "HSVNLogItem.h"
+#include "HSVNLogOptions.h"
 #include "HSVNNode.h"
+#include "HSVNProperties.h"
+#include "HSVNRepository.h"
+#include "HSVNRepositoryInfo.h"
 #include "HSVNResolveOptions.h"
 #include "HSVNRevertOptions.h"
 #include "HSVNRevision.h"
+#include "HSVNRevisionSpec.h"
+#include "HSVNStandardStreams.h"
+#include "HSVNStatusOptions.h"
 #include "HSVNURL.h"
 #include "HSVNUpdateOptions.h"
 #include "RecordingDelegate.h"
@@ -89,50 +98,76 @@ const World& world()
 
 using Run = std::function<std::string(const HSVNPathRef& path, const HSVNContextRef& context)>;
 
+enum Place : unsigned
+{
+    Local = 1,
+    Remote = 2,
+    Either = 3
+};
+
 /// One argument of one operation.
 struct Argument
 {
     const char* name;
     const char* item; ///< the path in the working copy or repository that the argument means
-    bool isURL;
+    Place place;
+    bool changes; ///< whether the operation changes anything
     Run run;
 };
 
-std::string text(const std::vector<HSVNRevisionNumber>& numbers) { return testing::PrintToString(numbers); }
-
-HSVNURLRef repositoryURL(const std::string& item = {})
+/// What an operation told of an item; its name and path are those that it was asked for.
+std::string text(const HSVNNodeRef& node)
 {
-    return HSVNURL::URLEncodeString("file://" + world().beside("repository") + (item.empty() ? "" : "/" + item));
+    return std::to_string(node->revision()) + (node->isDirectory() ? "/" : "") + node->author().value_or("");
 }
 
-const std::vector<Argument>& arguments()
+std::string text(const std::vector<HSVNNodeRef>& nodes)
 {
-    static const std::vector<Argument> all{
-        {"Add", "dir name/new@file.txt", false,
+    std::string lines;
+    for (const auto& node : nodes) {
+        lines += node->name().value_or("(null)") + " " + text(node) + "\n";
+    }
+    return lines;
+}
+
+HSVNURLRef repositoryURL(const std::string& item)
+{
+    return HSVNURL::URLEncodeString("file://" + world().beside("repository") + "/" + item);
+}
+
+HSVNRevisionSpecRef newest(const HSVNPathRef& path)
+{
+    return path->string().find("://") == std::string::npos ? HSVNRevisionSpec::WORKING() : HSVNRevisionSpec::HEAD();
+}
+
+std::vector<Argument> changingArguments()
+{
+    return {
+        {"Add", "dir name/new@file.txt", Local, true,
          [](const auto& path, const auto& context) {
              HSVNNode::add(path, context);
              return std::string{};
          }},
-        {"Revert", "dir name/a@b.txt", false,
+        {"Revert", "dir name/a@b.txt", Local, true,
          [](const auto& path, const auto& context) {
              HSVNNode::revertNodes({path}, HSVNRevertOptions::defaults(), context);
              return std::string{};
          }},
-        {"Resolve", "dir name", false,
+        {"Resolve", "dir name", Local, true,
          [](const auto& path, const auto& context) {
              HSVNNode::resolveNodeAtPath(path, HSVNResolveOptions::defaults(), context);
              return std::string{};
          }},
-        {"Update", "dir name", false,
+        {"Update", "dir name", Local, true,
          [](const auto& path, const auto& context) {
-             return text(HSVNNode::updateNodes({path}, HSVNRevision::revisionWithNumber(1),
-                                               HSVNUpdateOptions::defaults(), context));
+             return testing::PrintToString(HSVNNode::updateNodes({path}, HSVNRevision::revisionWithNumber(1),
+                                                                 HSVNUpdateOptions::defaults(), context));
          }},
-        {"Commit", "dir name/a@b.txt", false,
+        {"Commit", "dir name/a@b.txt", Local, true,
          [](const auto& path, const auto& context) {
-             return text({HSVNNode::commitChangesToNodes({path}, HSVNCommitOptions::defaults(), context)});
+             return std::to_string(HSVNNode::commitChangesToNodes({path}, HSVNCommitOptions::defaults(), context));
          }},
-        {"CheckoutURL", "dir name/deep", true,
+        {"CheckoutURL", "dir name/deep", Remote, true,
          [](const auto& url, const auto& context) {
              return HSVNDirectory::checkoutDirectoryAtURL(std::static_pointer_cast<const HSVNURL>(url),
                                                           HSVNLocalPath::pathWithString(world().beside("new wc")),
@@ -140,13 +175,112 @@ const std::vector<Argument>& arguments()
                  ->path()
                  ->string();
          }},
-        {"CheckoutPath", "../new@wc", false,
+        {"CheckoutPath", "../new@wc", Local, true,
          [](const auto& path, const auto& context) {
              HSVNDirectory::checkoutDirectoryAtURL(repositoryURL("dir name"), path, HSVNCheckOutOptions::defaults(),
                                                    context);
              return std::string{};
          }},
+        {"CreateDirectory", "dir name/new@dir", Either, true,
+         [](const auto& path, const auto& context) {
+             return text(HSVNDirectory::createDirectoryAtPath(path, context));
+         }},
+        {"SetProperty", "dir name/a@b.txt", Local, true,
+         [](const auto& path, const auto& context) {
+             HSVNNode::setProperty("own", "value", path, context);
+             return HSVNNode::propertyWithName("own", path, HSVNRevisionSpec::WORKING(), context).value_or("");
+         }},
+        {"CleanUp", "dir name", Local, true,
+         [](const auto& path, const auto& context) {
+             HSVNDirectory::cleanUpWorkingCopyAtPath(path, context);
+             return std::string{};
+         }},
     };
+}
+
+std::vector<Argument> readingArguments()
+{
+    return {
+        {"Kind", "dir name/a@b.txt", Either, false,
+         [](const auto& path, const auto& context) {
+             return std::to_string(HSVNNode::kindOfNodeAtPath(path, newest(path), context));
+         }},
+        {"URL", "dir name/a@b.txt", Either, false,
+         [](const auto& path, const auto& context) {
+             return HSVNNode::URLForNodeAtPath(path, context)->localPath()->string();
+         }},
+        {"File", "dir name/a@b.txt", Either, false,
+         [](const auto& path, const auto& context) {
+             return text(HSVNFile::fileAtPath(path, HSVNRevisionSpec::HEAD(), context));
+         }},
+        {"Contents", "dir name/a@b.txt", Either, false,
+         [](const auto& path, const auto& context) {
+             const auto stream = std::make_shared<HSVNMemoryOutputStream>();
+             HSVNFile::catRevision(newest(path), path, stream, context);
+             return stream->bytes();
+         }},
+        {"Directory", "dir name", Either, false,
+         [](const auto& path, const auto& context) {
+             HSVNRepositoryInfoRef information;
+             const auto folder = HSVNDirectory::directoryAtPath(path, newest(path), &information, context);
+             return text(folder) + folder->URL()->localPath()->string() + information->rootURL()->localPath()->string();
+         }},
+        {"Children", "dir name", Either, false,
+         [](const auto& path, const auto& context) {
+             std::vector<HSVNNodeRef> children;
+             HSVNDirectory::directoryAtPath(path, HSVNRevisionSpec::HEAD(), &children, context);
+             return text(children);
+         }},
+        {"Log", "dir name", Either, false,
+         [](const auto& path, const auto& context) {
+             const auto items = HSVNNode::readLogForNodeAtPath(path, nullptr, HSVNLogOptions::defaults(), context);
+             return std::to_string(items.size()) +
+                    items.at(0)->description().substr(items.at(0)->description().find(','));
+         }},
+        {"Status", "dir name", Local, false,
+         [](const auto& path, const auto& context) {
+             return text(HSVNDirectory::statusForNodesInDirectoryAtPath(path, HSVNStatusOptions::defaults(), context));
+         }},
+        {"StatusOfOne", "dir name/a@b.txt", Local, false,
+         [](const auto& path, const auto& context) {
+             return text(HSVNNode::nodeWithStatusAtPath(path, HSVNRevision::HEAD(), true, context));
+         }},
+        {"WorkingCopy", "", Local, false,
+         [](const auto& path, const auto& context) {
+             return text(HSVNDirectory::workingCopyWithStatusAtPath(path, context));
+         }},
+        {"Property", "dir name/a@b.txt", Either, false,
+         [](const auto& path, const auto& context) {
+             return HSVNNode::propertyWithName("svn:eol-style", path, newest(path), context).value_or("(null)");
+         }},
+        {"Properties", "dir name/a@b.txt", Either, false,
+         [](const auto& path, const auto& context) {
+             return std::to_string(HSVNNode::propertiesForNodeAtPath(path, newest(path), context).size());
+         }},
+        {"Externals", "dir name", Local, false,
+         [](const auto& path, const auto& context) {
+             return std::to_string(HSVNDirectory::externalsForPath(path, context).size());
+         }},
+        {"Format", "", Local, false,
+         [](const auto& path, const auto&) {
+             return std::to_string(HSVNDirectory::formatVersionForWorkingCopyAtPath(path));
+         }},
+        {"Repository", "../repository", Local, false,
+         [](const auto& path, const auto&) {
+             return HSVNRepository::repositoryAtPath(HSVNLocalPath::pathWithString(path->string()))->className();
+         }},
+    };
+}
+
+const std::vector<Argument>& arguments()
+{
+    static const std::vector<Argument> all = [] {
+        auto both = changingArguments();
+        for (auto& argument : readingArguments()) {
+            both.push_back(std::move(argument));
+        }
+        return both;
+    }();
     return all;
 }
 
@@ -154,8 +288,7 @@ const std::vector<Argument>& arguments()
 struct Spelling
 {
     const char* name;
-    bool forURLs;
-    bool forPaths;
+    Place place;
     /// Whether the operation may refuse the spelling instead of understanding it.
     bool mayBeRefused;
     std::function<std::string(const std::string&)> spell;
@@ -173,26 +306,25 @@ const std::vector<Spelling>& spellings()
         return [with](const std::string& text) { return replaced(text, "/", with); };
     };
     static const std::vector<Spelling> all{
-        {"Canonical", true, true, false, [](const std::string& text) { return text; }},
-        {"TrailingSlash", true, true, false, [](const std::string& text) { return text + "/"; }},
-        {"TrailingSlashes", true, true, false, [](const std::string& text) { return text + "///"; }},
-        {"TrailingDot", true, true, false, [](const std::string& text) { return text + "/."; }},
-        {"DoubleSlash", true, true, false, last("//")},
-        {"Dot", true, true, false, last("/./")},
-        {"DotDot", true, true, false,
+        {"Canonical", Either, false, [](const std::string& text) { return text; }},
+        {"TrailingSlash", Either, false, [](const std::string& text) { return text + "/"; }},
+        {"TrailingSlashes", Either, false, [](const std::string& text) { return text + "///"; }},
+        {"TrailingDot", Either, false, [](const std::string& text) { return text + "/."; }},
+        {"DoubleSlash", Either, false, last("//")},
+        {"Dot", Either, false, last("/./")},
+        {"DotDot", Either, false,
          [](const std::string& text) {
              return replaced(text, "/", "/../" + fs::path{text}.parent_path().filename().string() + "/");
          }},
-        {"Relative", false, true, false,
+        {"Relative", Local, false,
          [](const std::string& text) { return fs::path{text}.lexically_relative(fs::current_path()).string(); }},
-        {"DotRelative", false, true, false,
+        {"DotRelative", Local, false,
          [](const std::string& text) { return "./" + fs::path{text}.lexically_relative(fs::current_path()).string(); }},
-        {"UnescapedBlank", true, false, true, [](const std::string& text) { return replaced(text, "%20", " "); }},
-        {"EscapedLetter", true, false, false, [](const std::string& text) { return replaced(text, "d", "%64"); }},
-        {"UpperCaseScheme", true, false, false, [](const std::string& text) { return "FILE" + text.substr(4); }},
-        {"Host", true, false, false, [](const std::string& text) { return "file://localhost" + text.substr(7); }},
-        {"UpperCaseHost", true, false, false,
-         [](const std::string& text) { return "file://LOCALHOST" + text.substr(7); }},
+        {"UnescapedBlank", Remote, true, [](const std::string& text) { return replaced(text, "%20", " "); }},
+        {"EscapedLetter", Remote, false, [](const std::string& text) { return replaced(text, "d", "%64"); }},
+        {"UpperCaseScheme", Remote, false, [](const std::string& text) { return "FILE" + text.substr(4); }},
+        {"Host", Remote, false, [](const std::string& text) { return "file://localhost" + text.substr(7); }},
+        {"UpperCaseHost", Remote, false, [](const std::string& text) { return "file://LOCALHOST" + text.substr(7); }},
     };
     return all;
 }
@@ -201,20 +333,26 @@ struct Case
 {
     const Argument* argument;
     const Spelling* spelling;
+    Place place;
 };
 
-std::string nameOf(const Case& test) { return std::string{test.argument->name} + "_" + test.spelling->name; }
+std::string nameOf(const Case& test)
+{
+    return std::string{test.argument->name} + (test.place == Remote ? "Remote_" : "_") + test.spelling->name;
+}
 
 void PrintTo(const Case& test, std::ostream* stream) { *stream << nameOf(test); }
 
-/// Every argument with every spelling of its kind.
+/// Every argument in every place that it may be in, with every spelling for that place.
 std::vector<Case> cases()
 {
     std::vector<Case> all;
     for (const auto& argument : arguments()) {
         for (const auto& spelling : spellings()) {
-            if (argument.isURL ? spelling.forURLs : spelling.forPaths) {
-                all.push_back({&argument, &spelling});
+            for (const Place place : {Local, Remote}) {
+                if ((argument.place & place) != 0 && (spelling.place & place) != 0) {
+                    all.push_back({&argument, &spelling, place});
+                }
             }
         }
     }
@@ -224,14 +362,25 @@ std::vector<Case> cases()
 class CanonicalPaths : public testing::TestWithParam<Case>
 {
   protected:
-    static std::string outcome(const Argument& argument, const std::string& spelled)
+    /// The argument's canonical text.
+    static std::string canonical()
     {
-        world().reset();
+        const auto& [argument, spelling, place] = GetParam();
+        return place == Remote ? repositoryURL(argument->item)->string()
+                               : fs::path{world().workingCopy(argument->item)}.lexically_normal().string();
+    }
+
+    static std::string outcome(const std::string& spelled)
+    {
+        const auto& [argument, spelling, place] = GetParam();
+        if (argument->changes) {
+            world().reset();
+        }
         const auto delegate = std::make_shared<RecordingDelegate>();
-        const HSVNPathRef path = argument.isURL ? HSVNPathRef{HSVNURL::URLWithString(spelled)}
-                                                : HSVNPathRef{HSVNLocalPath::pathWithString(spelled)};
-        const std::string answer = argument.run(path, HSVNClient::clientWithDelegate(delegate));
-        return answer + '\n' + world().state();
+        const HSVNPathRef path = place == Remote ? HSVNPathRef{HSVNURL::URLWithString(spelled)}
+                                                 : HSVNPathRef{HSVNLocalPath::pathWithString(spelled)};
+        const std::string answer = argument->run(path, HSVNClient::clientWithDelegate(delegate));
+        return answer + (argument->changes ? "\n" + world().state() : "");
     }
 };
 
@@ -239,21 +388,17 @@ class CanonicalPaths : public testing::TestWithParam<Case>
 
 TEST_P(CanonicalPaths, AnySpellingGivesTheSameResultAsTheCanonicalOne)
 {
-    const Argument& argument = *GetParam().argument;
-    const Spelling& spelling = *GetParam().spelling;
-    const std::string canonical = argument.isURL
-                                      ? repositoryURL(argument.item)->string()
-                                      : fs::path{world().workingCopy(argument.item)}.lexically_normal().string();
-    const std::string spelled = spelling.spell(canonical);
-    static std::map<const Argument*, std::string> expectations;
-    std::string& expected = expectations[&argument];
+    const auto& [argument, spelling, place] = GetParam();
+    static std::map<std::pair<const Argument*, Place>, std::string> expectations;
+    std::string& expected = expectations[{argument, place}];
     if (expected.empty()) {
-        expected = outcome(argument, canonical);
+        expected = outcome(canonical());
     }
+    const std::string spelled = spelling->spell(canonical());
     try {
-        EXPECT_EQ(outcome(argument, spelled), expected) << spelled;
+        EXPECT_EQ(outcome(spelled), expected) << spelled;
     } catch (const HSVNPlatformException& exception) {
-        EXPECT_TRUE(spelling.mayBeRefused) << spelled << ": " << exception.reason();
+        EXPECT_TRUE(spelling->mayBeRefused) << spelled << ": " << exception.reason();
         EXPECT_NE(exception.reason(), "");
     }
 }
