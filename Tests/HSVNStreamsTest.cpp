@@ -82,15 +82,17 @@ TEST(StreamAdapters, ReportTheCountOrTheFailureOfThePlatformStream)
         const auto stream = std::make_shared<Answering>(answer);
         char buffer[10] = {};
         std::size_t length = sizeof buffer;
-        HSVNAdaptInputStream(stream, pool);
+        auto* adapted = HSVNAdaptInputStream(stream, pool);
         EXPECT_EQ(messageOf(HSVNAdaptStreamRead(lastBaton, buffer, &length)), readMessage);
         EXPECT_EQ(length, expected);
+        EXPECT_EQ(HSVNCurrentEntryPoints().stream_close(adapted), nullptr);
         length = sizeof buffer;
-        HSVNAdaptOutputStream(stream, pool);
+        adapted = HSVNAdaptOutputStream(stream, pool);
         auto* error = HSVNAdaptStreamWrite(lastBaton, buffer, &length);
         EXPECT_EQ(error ? error->apr_err : 20014, 20014);
         EXPECT_EQ(messageOf(error), writeMessage);
         EXPECT_EQ(length, expected);
+        EXPECT_EQ(HSVNCurrentEntryPoints().stream_close(adapted), nullptr);
     }
 }
 
