@@ -507,13 +507,11 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// @param path       a local path or a URL; not nil ("path != nil")
     /// @param revision   not nil ("revision != nil")
     /// @param localFile  a copy of the item's content; may be nil
-    /// @param nodeKind   HSVNNodeKindUnknown finds out whether the item is a folder, which asks the repository for a
-    /// URL
-    ///                   without a local file
+    /// @param nodeKind   HSVNNodeKindUnknown finds out whether the item is a folder; for a URL without a local file the
+    ///                   repository is asked
     /// @param context    not nil ("context != nil")
-    /// @return an identifier such as "public.html"; a dynamic one (`isDynamicUTI`) for a MIME type that no declared
-    /// type
-    ///         claims, HSVNTypeRegistry.h tells how
+    /// @return an identifier such as "public.html"; a dynamic one (`isDynamicUTI`, see HSVNTypeRegistry.h) for a MIME
+    ///         type that no declared type claims
     /// @throws HSVNException for every Subversion error, but for an item that is not versioned, which has no property
     static std::string UTIForNodeAtPath(const HSVNPathRef& path, const HSVNRevisionRef& revision,
                                         const HSVNLocalPathRef& localFile, HSVNNodeKind nodeKind,

@@ -274,7 +274,7 @@ std::optional<std::string> HSVNURL::textOfChild(const std::string& component) co
         throw HSVNInvalidArgumentException("Valid component required");
     }
     const auto size = component.find_last_not_of('/') + 1 - begin;
-    return _url + (_url.ends_with('/') ? "" : "/") + component.substr(begin, size);
+    return HSVNPathText::joined(_url, std::string_view{component}.substr(begin, size));
 }
 
 HSVNURLRef HSVNURL::pathByAddingComponent(const std::string& component) const
