@@ -5,6 +5,7 @@
 #include "HSVNParsedURL.h"
 #include "HSVNPlatformException.h"
 #include "HSVNTrustedTextPrivate.h"
+#include "ReasonOf.h"
 #include "TestRepository.h"
 
 #include <gtest/gtest.h>
@@ -15,16 +16,6 @@ namespace {
 HSVNURLRef url(const std::string& text) { return HSVNURL::URLWithString(text); }
 
 std::string textOf(const HSVNPathRef& value) { return value ? value->string() : "nil"; }
-
-std::string failureOf(const std::string& text)
-{
-    try {
-        url(text);
-    } catch (const HSVNInvalidArgumentException& exception) {
-        return exception.reason();
-    }
-    return "nothing was thrown";
-}
 
 } // namespace
 
@@ -71,7 +62,10 @@ class MalformedURLs : public testing::TestWithParam<MalformedURL>
 {
 };
 
-TEST_P(MalformedURLs, AreRefusedWithTheirText) { EXPECT_EQ(failureOf(GetParam().text), GetParam().reason); }
+TEST_P(MalformedURLs, AreRefusedWithTheirText)
+{
+    EXPECT_EQ(reasonOf<HSVNInvalidArgumentException>([] { url(GetParam().text); }), GetParam().reason);
+}
 
 std::vector<MalformedURL> malformedURLs()
 {
@@ -148,12 +142,8 @@ TEST(URL, ChildrenAreAddedEscapedOrRaw)
     EXPECT_THROW(base->pathByNormalizingAndAddingComponent("\xFF"), HSVNInvalidArgumentException);
     EXPECT_THROW(base->pathByAddingComponent(""), HSVNAssertionException);
     EXPECT_THROW(base->pathByNormalizingAndAddingComponent(""), HSVNAssertionException);
-    try {
-        base->pathByAddingComponent("//");
-        FAIL() << "no exception";
-    } catch (const HSVNInvalidArgumentException& exception) {
-        EXPECT_EQ(exception.reason(), "Valid component required");
-    }
+    EXPECT_EQ(reasonOf<HSVNInvalidArgumentException>([&] { base->pathByAddingComponent("//"); }),
+              "Valid component required");
 }
 
 TEST(URL, IsBuiltFromItsParts)
@@ -218,12 +208,7 @@ TEST(URL, LocalPathsComeFromFileURLsOnly)
                                                                     {"file:///%FF", "URL is not a valid file URL"},
                                                                     {"file:///a%00b", "URL is not a valid file URL"}})
     {
-        try {
-            url(text)->localPath();
-            ADD_FAILURE() << text;
-        } catch (const HSVNInvalidArgumentException& exception) {
-            EXPECT_EQ(exception.reason(), reason);
-        }
+        EXPECT_EQ(reasonOf<HSVNInvalidArgumentException>([&] { url(text)->localPath(); }), reason) << text;
     }
 }
 
