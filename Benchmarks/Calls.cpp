@@ -8,12 +8,45 @@
 #include <chrono>
 #include <exception>
 #include <iostream>
+#include <memory>
 #include <stdexcept>
 #include <string>
+#include <utility>
 
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+/// What this process measures.
+class Subject
+{
+  public:
+    Subject(std::string operation, std::string target) : _operation{std::move(operation)}, _target{std::move(target)}
+    {
+        // Neither is to pay for what only the first call of a process does.
+        callLibrary();
+        callPlain();
+    }
+
+    LibraryOutcome callLibrary() const { return _library.run(_operation, _target); }
+
+    long callPlain() const
+    {
+        const long items = _plain ? PlainClientRun(_plain.get(), _operation.c_str(), _target.c_str()) : -1;
+        if (items < 0) {
+            throw std::runtime_error("Subversion reported an error");
+        }
+        return items;
+    }
+
+  private:
+    std::string _operation;
+    std::string _target;
+    LibraryClient _library;
+    std::unique_ptr<PlainClient, decltype(&PlainClientClose)> _plain{PlainClientOpen(), PlainClientClose};
+};
+
+std::unique_ptr<const Subject> subject; // Google Benchmark hands its functions nothing of ours
 
 void setTime(benchmark::State& state, Clock::time_point started)
 {
@@ -21,55 +54,26 @@ void setTime(benchmark::State& state, Clock::time_point started)
 }
 
 // Freeing the results is the caller's, and not part of the call.
-void measureLibrary(benchmark::State& state, const LibraryClient& client, const std::string& operation,
-                    const std::string& target)
-{
-    try {
-        for (auto _ : state) {
-            const auto started = Clock::now();
-            const LibraryOutcome outcome = client.run(operation, target);
-            setTime(state, started);
-            state.counters["items"] = static_cast<double>(outcome.items);
-        }
-    } catch (const std::exception& exception) {
-        state.SkipWithError(exception.what());
-    }
-}
-
-void measurePlain(benchmark::State& state, PlainClient* client, const std::string& operation, const std::string& target)
+void library(benchmark::State& state)
 {
     for (auto _ : state) {
         const auto started = Clock::now();
-        const long items = PlainClientRun(client, operation.c_str(), target.c_str());
+        const LibraryOutcome outcome = subject->callLibrary();
         setTime(state, started);
-        state.counters["items"] = static_cast<double>(items);
-        if (items < 0) {
-            state.SkipWithError("Subversion reported an error");
-        }
     }
 }
 
-template <class Measurement>
-void add(const char* name, Measurement measurement)
+void plain(benchmark::State& state)
 {
-    benchmark::RegisterBenchmark(name, measurement)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
+    for (auto _ : state) {
+        const auto started = Clock::now();
+        subject->callPlain();
+        setTime(state, started);
+    }
 }
 
-void run(const std::string& operation, const std::string& target)
-{
-    const LibraryClient library;
-    PlainClient* plain = PlainClientOpen();
-    if (!plain) {
-        throw std::runtime_error("Subversion does not start");
-    }
-    // Neither is to pay for what only the first call of a process does.
-    library.run(operation, target);
-    PlainClientRun(plain, operation.c_str(), target.c_str());
-    add("library", [&](benchmark::State& state) { measureLibrary(state, library, operation, target); });
-    add("plain", [&](benchmark::State& state) { measurePlain(state, plain, operation, target); });
-    benchmark::RunSpecifiedBenchmarks();
-    PlainClientClose(plain);
-}
+BENCHMARK(library)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(plain)->UseManualTime()->Iterations(1)->Unit(benchmark::kMillisecond);
 
 } // namespace
 
@@ -82,7 +86,9 @@ int main(int argc, char** argv)
         return 2;
     }
     try {
-        run(argv[1], argv[2]);
+        subject = std::make_unique<const Subject>(argv[1], argv[2]);
+        benchmark::RunSpecifiedBenchmarks();
+        subject.reset();
         return 0;
     } catch (const std::exception& exception) {
         std::cerr << "bench_calls: " << exception.what() << '\n';
