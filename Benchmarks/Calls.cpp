@@ -56,7 +56,7 @@ void setTime(benchmark::State& state, Clock::time_point started)
 // Freeing the results is the caller's, and not part of the call.
 void library(benchmark::State& state)
 {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         const auto started = Clock::now();
         const LibraryOutcome outcome = subject->callLibrary();
         setTime(state, started);
@@ -65,7 +65,7 @@ void library(benchmark::State& state)
 
 void plain(benchmark::State& state)
 {
-    for (auto _ : state) {
+    while (state.KeepRunning()) {
         const auto started = Clock::now();
         subject->callPlain();
         setTime(state, started);

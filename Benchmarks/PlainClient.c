@@ -161,14 +161,14 @@ static svn_error_t* openContext(svn_client_ctx_t** ctx, apr_pool_t* pool)
     return SVN_NO_ERROR;
 }
 
-PlainClient* PlainClientOpen(void)
+struct PlainClient* PlainClientOpen(void)
 {
     if (apr_initialize() != APR_SUCCESS) {
         fputs("plain client: APR does not start\n", stderr);
         return NULL;
     }
     apr_pool_t* pool = svn_pool_create(NULL);
-    PlainClient* client = apr_pcalloc(pool, sizeof *client);
+    struct PlainClient* client = apr_pcalloc(pool, sizeof *client);
     client->pool = pool;
     if (report(openContext(&client->ctx, pool)) != 0) {
         PlainClientClose(client);
@@ -177,7 +177,7 @@ PlainClient* PlainClientOpen(void)
     return client;
 }
 
-long PlainClientRun(PlainClient* client, const char* operation, const char* target)
+long PlainClientRun(struct PlainClient* client, const char* operation, const char* target)
 {
     const Operation run = findOperation(operation);
     if (!run) {
@@ -193,7 +193,7 @@ long PlainClientRun(PlainClient* client, const char* operation, const char* targ
     return result == 0 ? count : -1;
 }
 
-void PlainClientClose(PlainClient* client)
+void PlainClientClose(struct PlainClient* client)
 {
     if (client) {
         svn_pool_destroy(client->pool);

@@ -7,17 +7,17 @@ extern "C" {
 #endif
 
 /* A pool and a client context with the user's configuration. */
-typedef struct PlainClient PlainClient;
+struct PlainClient;
 
 /* Starts Subversion and makes a client; NULL after a message on standard error. */
-PlainClient* PlainClientOpen(void);
+struct PlainClient* PlainClientOpen(void);
 
 /* Runs the named operation on a local path or URL.
  * Returns how many items (for "cat": bytes) were reported, or -1 after a message on standard error. */
-long PlainClientRun(PlainClient* client, const char* operation, const char* target);
+long PlainClientRun(struct PlainClient* client, const char* operation, const char* target);
 
 /* Ends the client; NULL is allowed. */
-void PlainClientClose(PlainClient* client);
+void PlainClientClose(struct PlainClient* client);
 
 #ifdef __cplusplus
 }

@@ -12,7 +12,7 @@ int main(int argc, char** argv)
         return 2;
     }
     setlocale(LC_ALL, "");
-    PlainClient* client = PlainClientOpen();
+    struct PlainClient* client = PlainClientOpen();
     if (!client) {
         return 1;
     }
