@@ -1,0 +1,88 @@
+#pragma once
+
+#include "Command.h"
+#include "HSVNClient.h"
+#include "HSVNException.h"
+#include "HSVNLocalPath.h"
+#include "HSVNURL.h"
+#include "RecordingDelegate.h"
+#include "TestBundles.h"
+#include "TestRepository.h"
+
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+/// A repository with trunk/a.txt, trunk/b.txt and trunk/dir/c.txt, each a line with its own name, in revision 1, and a
+/// working copy of trunk that is worked on through the line that is the test's parameter.
+///
+/// After each test, whatever it did: nothing is left on the stack of bundles, the delegate is the client's again, no
+/// temporary item is in any folder, and the working copy is not locked.
+class WorkingCopyTest : public testing::TestWithParam<const char*>
+{
+  protected:
+    WorkingCopyTest()
+    {
+        std::vector<std::string> actions{"mkdir", "trunk", "mkdir", "trunk/dir"};
+        for (const std::string name : {"a.txt", "b.txt", "dir/c.txt"}) {
+            writeFile(repository.beside("given/" + name), name + "\n");
+            actions.insert(actions.end(), {"put", repository.beside("given/" + name), "trunk/" + name});
+        }
+        repository.change(actions);
+        root = repository.checkOut("wc", "trunk");
+    }
+
+    void TearDown() override
+    {
+        EXPECT_THROW(HSVNBundleCurrent(), HSVNGenericException) << "a bundle is left on the thread's stack";
+        EXPECT_EQ(client->delegate(), delegate);
+        for (const auto& entry : std::filesystem::recursive_directory_iterator{repository.beside("")}) {
+            EXPECT_FALSE(entry.path().filename().string().starts_with(".hsvn-")) << entry.path();
+        }
+        EXPECT_EQ(status().find("\n  L"), std::string::npos) << status();
+    }
+
+    static HSVNVersion line() { return HSVNVersion::versionWithString(GetParam()); }
+    bool isOlderLine() const { return line() != installedLine(); }
+    HSVNPathRef at(const std::string& name) const { return HSVNLocalPath::pathWithString(item(name)); }
+    std::string item(const std::string& name) const { return root + '/' + name; }
+    /// Something beside the working copy, which no working copy holds.
+    HSVNPathRef outside(const std::string& name) const
+    {
+        return HSVNLocalPath::pathWithString(repository.beside(name));
+    }
+    HSVNURLRef url(const std::string& name) const { return HSVNURL::URLWithString(repository.url(name)); }
+    bool exists(const std::string& name) const { return std::filesystem::exists(item(name)); }
+    /// What the installed svn says of the working copy, one line an item, names relative to it.
+    std::string status() const
+    {
+        std::string text = mustRun({"svn", "status", root});
+        for (auto start = text.find(root + '/'); start != std::string::npos; start = text.find(root + '/', start)) {
+            text.erase(start, root.size() + 1);
+        }
+        return text;
+    }
+    std::string property(const std::string& name, const std::string& of) const
+    {
+        return mustRun({"svn", "propget", "--no-newline", name, item(of)});
+    }
+    void commitAll() const { mustRun({"svn", "commit", "--quiet", "-m", "by hand", root}); }
+
+    TestRepository repository;
+    std::string root;
+    std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
+    HSVNClientRef client = std::make_shared<HSVNClient>(bundleOfLine(line()), delegate);
+};
+
+/// The lines that every operation is tested on, the last one as it is installed.
+inline auto everyLine() { return testing::Values("1.4", "1.5", "1.6", "1.14"); }
+/// Those whose calls are recorded.
+inline auto recordedLines() { return testing::Values("1.4", "1.5", "1.6"); }
+
+inline std::string lineName(const testing::TestParamInfo<const char*>& instance)
+{
+    std::string name = instance.param;
+    return "Line" + name.replace(name.find('.'), 1, "_");
+}
