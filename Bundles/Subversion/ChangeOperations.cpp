@@ -4,6 +4,8 @@
 #include "ErrorCodes.h"
 #include "Notifications.h"
 
+#include <cstring>
+
 namespace HSVNAdapter {
 namespace {
 
@@ -76,6 +78,12 @@ svn_error_t* move4(svn_commit_info_t** info, const char* source, const char* des
     return smoothed(svn_client_move4(info, source, destination, force, ctx, pool), {sourceOfNoKind});
 }
 
+/// Subversion names the native line ends by giving none.
+const char* lineEnds(const char* nativeEOL)
+{
+    return nativeEOL != nullptr && std::strcmp(nativeEOL, "native") == 0 ? nullptr : nativeEOL;
+}
+
 svn_error_t* export3(svn_revnum_t* result, const char* from, const char* to, const svn_opt_revision_t* pegRevision,
                      const svn_opt_revision_t* revision, svn_boolean_t overwrite, svn_boolean_t ignoreExternals,
                      svn_boolean_t recurse, const char* nativeEOL, svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -83,7 +91,7 @@ svn_error_t* export3(svn_revnum_t* result, const char* from, const char* to, con
     HSVN_CANONICAL_TARGET(from, pool);
     HSVN_CANONICAL_PATH(to, pool);
     return smoothed(svn_client_export3(result, from, to, pegRevision, revision, overwrite, ignoreExternals, recurse,
-                                       nativeEOL, ctx, pool));
+                                       lineEnds(nativeEOL), ctx, pool));
 }
 
 svn_error_t* merge2(const char* source1, const svn_opt_revision_t* revision1, const char* source2,
@@ -106,7 +114,7 @@ svn_error_t* export4(svn_revnum_t* result, const char* from, const char* to, con
     HSVN_CANONICAL_TARGET(from, pool);
     HSVN_CANONICAL_PATH(to, pool);
     return smoothed(svn_client_export4(result, from, to, pegRevision, revision, overwrite, ignoreExternals, depth,
-                                       nativeEOL, ctx, pool));
+                                       lineEnds(nativeEOL), ctx, pool));
 }
 
 svn_error_t* merge3(const char* source1, const svn_opt_revision_t* revision1, const char* source2,
