@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 #include <nlohmann/json.hpp>
+#include <ostream>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -19,6 +20,15 @@ struct HSVNRecordedCall
 
     bool operator==(const HSVNRecordedCall&) const = default;
 };
+
+/// For a failed test's message.
+inline void PrintTo(const HSVNRecordedCall& call, std::ostream* stream)
+{
+    *stream << call.name;
+    for (const auto& argument : call.arguments) {
+        *stream << ", " << argument;
+    }
+}
 
 /// Reads the calls of one of the test bundles.
 class HSVNCallRecorder

@@ -47,7 +47,7 @@ class WorkingCopyTest : public testing::TestWithParam<const char*>
     static HSVNVersion line() { return HSVNVersion::versionWithString(GetParam()); }
     bool isOlderLine() const { return line() != installedLine(); }
     HSVNPathRef at(const std::string& name) const { return HSVNLocalPath::pathWithString(item(name)); }
-    std::string item(const std::string& name) const { return root + '/' + name; }
+    std::string item(const std::string& name) const { return name.empty() ? root : root + "/" + name; }
     /// Something beside the working copy, which no working copy holds.
     HSVNPathRef outside(const std::string& name) const
     {
