@@ -3,11 +3,19 @@
 #include "HSVNCheckOutOptions.h"
 #include "HSVNClient.h"
 #include "HSVNCommitOptions.h"
+#include "HSVNCopyOptions.h"
+#include "HSVNDeleteOptions.h"
 #include "HSVNDirectory.h"
+#include "HSVNExportOptions.h"
 #include "HSVNFile.h"
+#include "HSVNImportOptions.h"
 #include "HSVNLocalPath.h"
+#include "HSVNLock.h"
+#include "HSVNLockOptions.h"
 #include "HSVNLogItem.h"
 #include "HSVNLogOptions.h"
+#include "HSVNMergeOptions.h"
+#include "HSVNMoveOptions.h"
 #include "HSVNNode.h"
 #include "HSVNProperties.h"
 #include "HSVNRepository.h"
@@ -19,6 +27,7 @@
 #include "HSVNStandardStreams.h"
 #include "HSVNStatusOptions.h"
 #include "HSVNURL.h"
+#include "HSVNUnlockOptions.h"
 #include "HSVNUpdateOptions.h"
 #include "RecordingDelegate.h"
 #include "TestRepository.h"
@@ -26,7 +35,7 @@
 #include <filesystem>
 #include <functional>
 #include <gtest/gtest.h>
-#include <map>
+#include <set>
 
 // Subversion ends the process when it is handed a path or URL that is not canonical. Each operation is run with every
 // spelling of its argument, each time on a fresh copy of the same repository and working copy: what is left on disk and
@@ -51,8 +60,10 @@ class World
             mustRun({"svn", "add", "-q", workingCopy(file) + "@"});
         }
         mustRun({"svn", "commit", "-q", "-m", "prepared", workingCopy("")});
+        mustRun({"svn", "update", "-q", workingCopy("")});
         writeFile(workingCopy("dir name/a@b.txt"), "two\n");
         writeFile(workingCopy("dir name/new@file.txt"), "new\n");
+        writeFile(beside("plain@folder/file.txt"), "plain\n");
         fs::copy(_now.path(), _before.path(), fs::copy_options::recursive);
     }
 
@@ -71,18 +82,22 @@ class World
     }
     std::string beside(const std::string& name) const { return _now / name; }
 
-    /// What an observer sees: the working copies' status, the repository's tree and its newest change.
+    /// What an observer sees: the working copy's status, the repository's tree and newest change, and what else there
+    /// is.
     std::string state() const
     {
         const std::string repository = _now / "repository";
-        std::string text = mustRun({"svn", "status", "-v", workingCopy("")}) +
-                           mustRun({"svnlook", "tree", repository}) + mustRun({"svnlook", "changed", repository});
-        for (const auto& entry : fs::directory_iterator{_now.path()}) {
-            if (entry.path().filename() != "repository" && entry.path().filename() != "wc") {
-                text += mustRun({"svn", "status", "-v", entry.path().string() + "@"});
+        std::set<std::string> others;
+        for (auto entry = fs::recursive_directory_iterator{_now.path()}; entry != end(entry); ++entry) {
+            const std::string name = entry->path().filename();
+            if (name == "repository" || name == "wc" || name == ".svn") {
+                entry.disable_recursion_pending();
+            } else {
+                others.insert(entry->path().string() + (entry->is_directory() ? "/" : ": " + readFile(entry->path())));
             }
         }
-        return text;
+        return mustRun({"svn", "status", "-v", workingCopy("")}) + mustRun({"svnlook", "tree", repository}) +
+               mustRun({"svnlook", "changed", repository}) + testing::PrintToString(others);
     }
 
   private:
@@ -135,6 +150,8 @@ HSVNURLRef repositoryURL(const std::string& item)
     return HSVNURL::URLEncodeString("file://" + world().beside("repository") + "/" + item);
 }
 
+HSVNURLRef asURL(const HSVNPathRef& path) { return std::static_pointer_cast<const HSVNURL>(path); }
+
 HSVNRevisionSpecRef newest(const HSVNPathRef& path)
 {
     return path->string().find("://") == std::string::npos ? HSVNRevisionSpec::WORKING() : HSVNRevisionSpec::HEAD();
@@ -169,7 +186,7 @@ std::vector<Argument> changingArguments()
          }},
         {"CheckoutURL", "dir name/deep", Remote, true,
          [](const auto& url, const auto& context) {
-             return HSVNDirectory::checkoutDirectoryAtURL(std::static_pointer_cast<const HSVNURL>(url),
+             return HSVNDirectory::checkoutDirectoryAtURL(asURL(url),
                                                           HSVNLocalPath::pathWithString(world().beside("new wc")),
                                                           HSVNCheckOutOptions::defaults(), context)
                  ->path()
@@ -194,6 +211,99 @@ std::vector<Argument> changingArguments()
          [](const auto& path, const auto& context) {
              HSVNDirectory::cleanUpWorkingCopyAtPath(path, context);
              return std::string{};
+         }},
+    };
+}
+
+HSVNPathRef item(const char* name) { return HSVNLocalPath::pathWithString(world().workingCopy(name)); }
+
+std::string lockOwner()
+{
+    const auto client = HSVNClient::clientWithDelegate(nullptr);
+    const auto file = HSVNFile::fileAtPath(repositoryURL("dir name/a@b.txt"), HSVNRevisionSpec::HEAD(), client);
+    return file->lock() ? file->lock()->owner().value_or("") : "(no lock)";
+}
+
+/// Takes revision 2 of the first out again.
+std::string merge(const HSVNPathRef& first, const HSVNPathRef& second, const HSVNPathRef& into,
+                  const HSVNContextRef& context)
+{
+    HSVNNode::mergeNodeAtPath(first, HSVNRevision::revisionWithNumber(2), second, HSVNRevision::revisionWithNumber(1),
+                              into, HSVNMergeOptions::defaults(), context);
+    return {};
+}
+
+std::vector<Argument> serviceArguments()
+{
+    return {
+        {"ImportPath", "../plain@folder", Local, true,
+         [](const auto& path, const auto& context) {
+             return std::to_string(
+                 HSVNNode::importNodeAtPath(path, repositoryURL("imported"), HSVNImportOptions::defaults(), context));
+         }},
+        {"ImportURL", "dir name/imported@tree", Remote, true,
+         [](const auto& url, const auto& context) {
+             return std::to_string(HSVNNode::importNodeAtPath(item("../plain@folder"), asURL(url),
+                                                              HSVNImportOptions::defaults(), context));
+         }},
+        {"ExportFrom", "dir name", Either, true,
+         [](const auto& path, const auto& context) {
+             const auto options = HSVNExportOptions::defaults();
+             options->setRevision(newest(path));
+             return std::to_string(HSVNNode::exportNodeAtPath(path, item("../exported"), options, context));
+         }},
+        {"ExportTo", "../exported@tree", Local, true,
+         [](const auto& path, const auto& context) {
+             return std::to_string(
+                 HSVNNode::exportNodeAtPath(repositoryURL("dir name"), path, HSVNExportOptions::defaults(), context));
+         }},
+        {"MergeFirst", "dir name", Remote, true,
+         [](const auto& path, const auto& context) {
+             return merge(path, repositoryURL("dir name"), item("dir name"), context);
+         }},
+        {"MergeSecond", "dir name", Remote, true,
+         [](const auto& path, const auto& context) {
+             return merge(repositoryURL("dir name"), path, item("dir name"), context);
+         }},
+        {"MergeInto", "dir name", Local, true,
+         [](const auto& path, const auto& context) {
+             return merge(repositoryURL("dir name"), repositoryURL("dir name"), path, context);
+         }},
+        {"Delete", "dir name/deep", Either, true,
+         [](const auto& path, const auto& context) {
+             HSVNNode::deleteNodes({path}, HSVNDeleteOptions::defaults(), context);
+             return std::string{};
+         }},
+        {"MoveFrom", "dir name/deep", Local, true,
+         [](const auto& path, const auto& context) {
+             HSVNNode::moveNodeAtPath(path, item("moved"), HSVNMoveOptions::defaults(), context);
+             return std::string{};
+         }},
+        {"MoveTo", "dir name/moved@dir", Local, true,
+         [](const auto& path, const auto& context) {
+             HSVNNode::moveNodeAtPath(item("dir name/deep"), path, HSVNMoveOptions::defaults(), context);
+             return std::string{};
+         }},
+        {"CopyFrom", "dir name/deep", Either, true,
+         [](const auto& path, const auto& context) {
+             HSVNNode::copyNodeAtPath(path, item("copied"), HSVNCopyOptions::defaults(), context);
+             return std::string{};
+         }},
+        {"CopyTo", "dir name/copied@dir", Either, true,
+         [](const auto& path, const auto& context) {
+             return std::to_string(
+                 HSVNNode::copyNodeAtPath(repositoryURL("dir name/deep"), path, HSVNCopyOptions::defaults(), context));
+         }},
+        {"Lock", "dir name/a@b.txt", Either, true,
+         [](const auto& path, const auto& context) {
+             HSVNNode::lockNodes({path}, "mine", HSVNLockOptions::defaults(), context);
+             return lockOwner();
+         }},
+        {"Unlock", "dir name/a@b.txt", Local, true,
+         [](const auto& path, const auto& context) {
+             HSVNNode::lockNodes({item("dir name/a@b.txt")}, "mine", HSVNLockOptions::defaults(), context);
+             HSVNNode::unlockNodes({path}, HSVNUnlockOptions::defaults(), context);
+             return lockOwner();
          }},
     };
 }
@@ -275,11 +385,11 @@ std::vector<Argument> readingArguments()
 const std::vector<Argument>& arguments()
 {
     static const std::vector<Argument> all = [] {
-        auto both = changingArguments();
-        for (auto& argument : readingArguments()) {
-            both.push_back(std::move(argument));
+        auto every = changingArguments();
+        for (const auto& more : {serviceArguments(), readingArguments()}) {
+            every.insert(every.end(), more.begin(), more.end());
         }
-        return both;
+        return every;
     }();
     return all;
 }
@@ -287,7 +397,6 @@ const std::vector<Argument>& arguments()
 /// How a canonical path, or the text of a canonical URL, is spelled otherwise.
 struct Spelling
 {
-    const char* name;
     Place place;
     /// Whether the operation may refuse the spelling instead of understanding it.
     bool mayBeRefused;
@@ -302,57 +411,43 @@ std::string replaced(std::string text, const std::string& what, const std::strin
 
 const std::vector<Spelling>& spellings()
 {
-    const auto last = [](const std::string& with) {
-        return [with](const std::string& text) { return replaced(text, "/", with); };
-    };
     static const std::vector<Spelling> all{
-        {"Canonical", Either, false, [](const std::string& text) { return text; }},
-        {"TrailingSlash", Either, false, [](const std::string& text) { return text + "/"; }},
-        {"TrailingSlashes", Either, false, [](const std::string& text) { return text + "///"; }},
-        {"TrailingDot", Either, false, [](const std::string& text) { return text + "/."; }},
-        {"DoubleSlash", Either, false, last("//")},
-        {"Dot", Either, false, last("/./")},
-        {"DotDot", Either, false,
+        {Either, false, [](const std::string& text) { return text + "/"; }},
+        {Either, false, [](const std::string& text) { return replaced(text, "/", "//") + "///"; }},
+        {Either, false, [](const std::string& text) { return replaced(text, "/", "/./") + "/."; }},
+        {Either, false,
          [](const std::string& text) {
              return replaced(text, "/", "/../" + fs::path{text}.parent_path().filename().string() + "/");
          }},
-        {"Relative", Local, false,
-         [](const std::string& text) { return fs::path{text}.lexically_relative(fs::current_path()).string(); }},
-        {"DotRelative", Local, false,
+        {Local, false,
          [](const std::string& text) { return "./" + fs::path{text}.lexically_relative(fs::current_path()).string(); }},
-        {"UnescapedBlank", Remote, true, [](const std::string& text) { return replaced(text, "%20", " "); }},
-        {"EscapedLetter", Remote, false, [](const std::string& text) { return replaced(text, "d", "%64"); }},
-        {"UpperCaseScheme", Remote, false, [](const std::string& text) { return "FILE" + text.substr(4); }},
-        {"Host", Remote, false, [](const std::string& text) { return "file://localhost" + text.substr(7); }},
-        {"UpperCaseHost", Remote, false, [](const std::string& text) { return "file://LOCALHOST" + text.substr(7); }},
+        {Remote, true, [](const std::string& text) { return replaced(text, "%20", " "); }},
+        {Remote, false, [](const std::string& text) { return replaced(text, "d", "%64"); }},
+        {Remote, false, [](const std::string& text) { return "FILE" + text.substr(4); }},
+        // To Subversion, two repositories of the same folder where a second URL or a working copy names no host.
+        {Remote, true, [](const std::string& text) { return "file://LOCALHOST" + text.substr(7); }},
     };
     return all;
 }
 
+/// One argument in one of the places that it may be in.
 struct Case
 {
     const Argument* argument;
-    const Spelling* spelling;
     Place place;
 };
 
-std::string nameOf(const Case& test)
-{
-    return std::string{test.argument->name} + (test.place == Remote ? "Remote_" : "_") + test.spelling->name;
-}
+std::string nameOf(const Case& test) { return test.argument->name + std::string{test.place == Remote ? "Remote" : ""}; }
 
 void PrintTo(const Case& test, std::ostream* stream) { *stream << nameOf(test); }
 
-/// Every argument in every place that it may be in, with every spelling for that place.
 std::vector<Case> cases()
 {
     std::vector<Case> all;
     for (const auto& argument : arguments()) {
-        for (const auto& spelling : spellings()) {
-            for (const Place place : {Local, Remote}) {
-                if ((argument.place & place) != 0 && (spelling.place & place) != 0) {
-                    all.push_back({&argument, &spelling, place});
-                }
+        for (const Place place : {Local, Remote}) {
+            if ((argument.place & place) != 0) {
+                all.push_back({&argument, place});
             }
         }
     }
@@ -362,25 +457,22 @@ std::vector<Case> cases()
 class CanonicalPaths : public testing::TestWithParam<Case>
 {
   protected:
-    /// The argument's canonical text.
-    static std::string canonical()
-    {
-        const auto& [argument, spelling, place] = GetParam();
-        return place == Remote ? repositoryURL(argument->item)->string()
-                               : fs::path{world().workingCopy(argument->item)}.lexically_normal().string();
-    }
+    const Argument& argument = *GetParam().argument;
+    const Place place = GetParam().place;
+    const std::string canonical = place == Remote
+                                      ? repositoryURL(argument.item)->string()
+                                      : fs::path{world().workingCopy(argument.item)}.lexically_normal().string();
 
-    static std::string outcome(const std::string& spelled)
+    std::string outcome(const std::string& spelled) const
     {
-        const auto& [argument, spelling, place] = GetParam();
-        if (argument->changes) {
+        if (argument.changes) {
             world().reset();
         }
         const auto delegate = std::make_shared<RecordingDelegate>();
         const HSVNPathRef path = place == Remote ? HSVNPathRef{HSVNURL::URLWithString(spelled)}
                                                  : HSVNPathRef{HSVNLocalPath::pathWithString(spelled)};
-        const std::string answer = argument->run(path, HSVNClient::clientWithDelegate(delegate));
-        return answer + (argument->changes ? "\n" + world().state() : "");
+        const std::string answer = argument.run(path, HSVNClient::clientWithDelegate(delegate));
+        return answer + (argument.changes ? "\n" + world().state() : "");
     }
 };
 
@@ -388,18 +480,18 @@ class CanonicalPaths : public testing::TestWithParam<Case>
 
 TEST_P(CanonicalPaths, AnySpellingGivesTheSameResultAsTheCanonicalOne)
 {
-    const auto& [argument, spelling, place] = GetParam();
-    static std::map<std::pair<const Argument*, Place>, std::string> expectations;
-    std::string& expected = expectations[{argument, place}];
-    if (expected.empty()) {
-        expected = outcome(canonical());
-    }
-    const std::string spelled = spelling->spell(canonical());
-    try {
-        EXPECT_EQ(outcome(spelled), expected) << spelled;
-    } catch (const HSVNPlatformException& exception) {
-        EXPECT_TRUE(spelling->mayBeRefused) << spelled << ": " << exception.reason();
-        EXPECT_NE(exception.reason(), "");
+    const std::string expected = outcome(canonical);
+    for (const auto& spelling : spellings()) {
+        if ((spelling.place & place) == 0) {
+            continue;
+        }
+        const std::string spelled = spelling.spell(canonical);
+        try {
+            EXPECT_EQ(outcome(spelled), expected) << spelled;
+        } catch (const HSVNPlatformException& exception) {
+            EXPECT_TRUE(spelling.mayBeRefused) << spelled << ": " << exception.reason();
+            EXPECT_NE(exception.reason(), "");
+        }
     }
 }
 
