@@ -12,7 +12,8 @@ set(HSVN_ADAPTER_FOLDER ${CMAKE_CURRENT_SOURCE_DIR}/Bundles/Subversion)
 set(HSVN_SUBVERSION_LIBRARIES svn_client-1 svn_wc-1 svn_ra-1 svn_repos-1 svn_fs-1 svn_delta-1 svn_diff-1 svn_subr-1
                               sqlite3)
 
-# Settings for targets that hold adapter sources compiled against the headers in `include_folder`.
+# Settings for targets that hold adapter sources compiled against the headers in `include_folder` and linked with the
+# libraries that follow.
 function(hsvn_adapter_settings target include_folder)
   # The headers of the bundle's own line come first: the adapter is compiled against them.
   target_include_directories(${target} SYSTEM BEFORE PRIVATE ${include_folder})
@@ -20,6 +21,12 @@ function(hsvn_adapter_settings target include_folder)
   target_link_libraries(${target} PRIVATE hsvn_warnings PkgConfig::APR)
   # The bundles exist to serve the older functions of every line.
   target_compile_options(${target} PRIVATE -Wno-deprecated-declarations)
+  # From 1.9 on the adapter reads working-copy databases itself. It must do so with the SQLite that the line uses:
+  # two copies of SQLite in one process take each other's file locks away.
+  hsvn_subversion_version(${include_folder} version)
+  if(version VERSION_GREATER_EQUAL 1.9 AND "sqlite3" IN_LIST ARGN)
+    target_compile_definitions(${target} PRIVATE HSVN_FAST_STATUS)
+  endif()
 endfunction()
 
 function(hsvn_subversion_version include_folder result)
@@ -63,7 +70,7 @@ function(hsvn_add_bundle target name)
   endif()
   set(folder ${arg_FOLDER}/${name}.bundle)
   add_library(${target} MODULE ${arg_SOURCES})
-  hsvn_adapter_settings(${target} ${arg_INCLUDE})
+  hsvn_adapter_settings(${target} ${arg_INCLUDE} ${arg_LIBRARIES})
   target_link_libraries(${target} PRIVATE ${arg_LIBRARIES})
   # Static archives stay private to the bundle, and its code stays loaded: Subversion registers clean-ups
   # that run as late as process exit.

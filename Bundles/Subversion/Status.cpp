@@ -1,6 +1,7 @@
 #include "CanonicalPaths.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
+#include "StatusRecords.h"
 
 namespace HSVNAdapter {
 namespace {
@@ -33,8 +34,15 @@ svn_error_t* status2(svn_revnum_t* result, const char* path, const svn_opt_revis
 {
     HSVN_CANONICAL_PATH(path, pool);
     StatusReceiver filter{receiver, baton};
+#ifdef HSVN_FAST_STATUS
+    StatusRecords records{ctx, path, getAll, receiveStatus, &filter, pool};
+    svn_error_t* error = svn_client_status6(
+        result, ctx, path, revision, recurse ? svn_depth_infinity : svn_depth_immediates, getAll, update, TRUE,
+        noIgnore, ignoreExternals, TRUE, nullptr, StatusRecords::receive, &records, pool);
+#else
     svn_error_t* error = svn_client_status2(result, path, revision, receiveStatus, &filter, recurse, getAll, update,
                                             noIgnore, ignoreExternals, ctx, pool);
+#endif
 #if SVN_VER_MINOR >= 7
     // Below an unversioned folder.
     return smoothed(error, {{SVN_ERR_WC_PATH_NOT_FOUND, SVN_ERR_WC_NOT_DIRECTORY}});

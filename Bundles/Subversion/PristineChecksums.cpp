@@ -1,0 +1,135 @@
+#include "PristineChecksums.h"
+
+#ifdef HSVN_FAST_STATUS
+
+#include <bit>
+#include <cstring>
+#include <string>
+
+namespace HSVNAdapter {
+namespace {
+
+/// Reading a row on the way through the table takes so many times less than looking it up.
+constexpr std::size_t lookUpCost = 64;
+
+/// Values of the digits; -1 for every other character.
+constexpr auto hexadecimalValues = [] {
+    std::array<std::int8_t, 256> values{};
+    values.fill(-1);
+    for (std::int8_t value = 0; value < 16; ++value) {
+        values[static_cast<unsigned char>("0123456789abcdef"[value])] = value;
+    }
+    return values;
+}();
+
+int hexadecimalValue(char digit) { return hexadecimalValues[static_cast<unsigned char>(digit)]; }
+
+template <class Digest>
+std::optional<Digest> digestFromText(std::string_view text, std::string_view prefix)
+{
+    Digest digest{};
+    if (text.size() != prefix.size() + 2 * digest.size() || !text.starts_with(prefix)) {
+        return std::nullopt;
+    }
+    text.remove_prefix(prefix.size());
+    for (std::size_t index = 0; index < digest.size(); ++index) {
+        const int high = hexadecimalValue(text[2 * index]);
+        const int low = hexadecimalValue(text[2 * index + 1]);
+        if (high < 0 || low < 0) {
+            return std::nullopt;
+        }
+        digest[index] = static_cast<std::uint8_t>(high * 16 + low);
+    }
+    return digest;
+}
+
+std::string textFromSHA1Digest(const SHA1Digest& digest)
+{
+    static constexpr std::string_view digits = "0123456789abcdef";
+    std::string text = "$sha1$";
+    for (const unsigned byte : digest) {
+        text += digits[byte >> 4U];
+        text += digits[byte & 15U];
+    }
+    return text;
+}
+
+} // namespace
+
+std::optional<SHA1Digest> sha1DigestFromText(std::string_view text)
+{
+    return digestFromText<SHA1Digest>(text, "$sha1$");
+}
+
+bool PristineChecksums::open(sqlite3* database)
+{
+    _one = prepareStatement(database, "SELECT md5_checksum FROM pristine WHERE checksum = ?1");
+    _all = prepareStatement(database, "SELECT checksum, md5_checksum FROM pristine");
+    const auto size = prepareStatement(database, "SELECT max(rowid) FROM pristine");
+    if (!_one || !_all || !size || sqlite3_step(size.get()) != SQLITE_ROW) {
+        return false;
+    }
+    _rows = static_cast<std::size_t>(sqlite3_column_int64(size.get(), 0));
+    return true;
+}
+
+void PristineChecksums::expect(std::size_t texts)
+{
+    _expected += texts;
+    if (_slots.empty() && _expected * lookUpCost > _rows) {
+        readAll();
+    }
+}
+
+std::optional<MD5Digest> PristineChecksums::md5(const SHA1Digest& sha1)
+{
+    if (!_slots.empty()) {
+        if (const auto& slot = slotFor(sha1); slot.isTaken) {
+            return slot.md5;
+        }
+    }
+    return lookUp(sha1);
+}
+
+/// The digest's slot, or the free one where it belongs.
+PristineChecksums::Slot& PristineChecksums::slotFor(const SHA1Digest& sha1)
+{
+    std::size_t index = 0; // a digest's bytes are as good as any hash of them
+    std::memcpy(&index, sha1.data(), sizeof index);
+    for (;; ++index) {
+        auto& slot = _slots[index & (_slots.size() - 1)];
+        if (!slot.isTaken || slot.sha1 == sha1) {
+            return slot;
+        }
+    }
+}
+
+std::optional<MD5Digest> PristineChecksums::lookUp(const SHA1Digest& sha1)
+{
+    const auto text = textFromSHA1Digest(sha1);
+    sqlite3_bind_text(_one.get(), 1, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
+    std::optional<MD5Digest> result;
+    if (sqlite3_step(_one.get()) == SQLITE_ROW) {
+        result = digestFromText<MD5Digest>(textInColumn(_one.get(), 0), "$md5 $");
+    }
+    sqlite3_reset(_one.get());
+    return result;
+}
+
+void PristineChecksums::readAll()
+{
+    _slots.resize(std::bit_ceil(2 * (_rows + 1)));
+    std::size_t taken = 0;
+    while (2 * ++taken < _slots.size() && sqlite3_step(_all.get()) == SQLITE_ROW) {
+        const auto sha1 = sha1DigestFromText(textInColumn(_all.get(), 0));
+        const auto md5 = digestFromText<MD5Digest>(textInColumn(_all.get(), 1), "$md5 $");
+        if (sha1 && md5) {
+            slotFor(*sha1) = {*sha1, *md5, true};
+        }
+    }
+    sqlite3_reset(_all.get());
+}
+
+} // namespace HSVNAdapter
+
+#endif

@@ -1,0 +1,327 @@
+#include "StatusRecords.h"
+
+#ifdef HSVN_FAST_STATUS
+
+#include <algorithm>
+#include <cstring>
+#include <sys/stat.h>
+
+namespace HSVNAdapter {
+namespace {
+
+std::string_view folderOf(std::string_view path)
+{
+    const auto slash = path.rfind('/');
+    return slash == 0 ? path.substr(0, 1) : path.substr(0, slash);
+}
+
+std::string_view nameOf(std::string_view path) { return path.substr(path.rfind('/') + 1); }
+
+bool isBelow(std::string_view path, std::string_view folder)
+{
+    return path.starts_with(folder) && (folder == "/" || (path.size() > folder.size() && path[folder.size()] == '/'));
+}
+
+std::string_view relativePath(const WorkingCopyDatabase& database, std::string_view path)
+{
+    path.remove_prefix(std::min(database.root().size(), path.size()));
+    return path.starts_with('/') ? path.substr(1) : path;
+}
+
+svn_wc_status_kind withoutConflict(svn_wc_status_kind kind)
+{
+    return kind == svn_wc_status_normal || kind == svn_wc_status_modified ? kind : svn_wc_status_none;
+}
+
+bool isScheduled(svn_wc_status_kind kind)
+{
+    return kind == svn_wc_status_added || kind == svn_wc_status_deleted || kind == svn_wc_status_replaced;
+}
+
+/// All fields but the entry, the tree conflict, and what a conflict makes of the text and property status.
+svn_wc_status2_t recordWithoutEntry(const svn_client_status_t& status)
+{
+    svn_wc_status2_t record{};
+    record.copied = status.copied;
+    record.switched = status.switched;
+    record.locked = status.wc_is_locked;
+    record.file_external = status.file_external;
+    record.repos_lock = const_cast<svn_lock_t*>(status.repos_lock);
+    record.ood_last_cmt_rev = status.ood_changed_rev;
+    record.ood_last_cmt_date = status.ood_changed_date;
+    record.ood_kind = status.ood_kind;
+    record.ood_last_cmt_author = status.ood_changed_author;
+    record.text_status = status.node_status == svn_wc_status_modified ? status.text_status : status.node_status;
+    // The interface has no separate information for the properties of an addition.
+    record.prop_status = status.node_status == svn_wc_status_added ? svn_wc_status_none : status.prop_status;
+    record.repos_text_status =
+        status.repos_node_status == svn_wc_status_modified || status.repos_node_status == svn_wc_status_conflicted
+            ? status.repos_text_status
+            : status.repos_node_status;
+    record.repos_prop_status = status.repos_prop_status;
+    record.pristine_text_status = withoutConflict(status.text_status);
+    record.pristine_prop_status =
+        isScheduled(status.node_status) ? svn_wc_status_none : withoutConflict(status.prop_status);
+    return record;
+}
+
+/// What an entry says when nothing is known of an item.
+svn_wc_entry_t emptyEntry()
+{
+    svn_wc_entry_t entry{};
+    entry.revision = SVN_INVALID_REVNUM;
+    entry.copyfrom_rev = SVN_INVALID_REVNUM;
+    entry.cmt_rev = SVN_INVALID_REVNUM;
+    entry.working_size = SVN_WC_ENTRY_WORKING_SIZE_UNKNOWN;
+    entry.depth = svn_depth_infinity;
+    entry.file_external_peg_rev.kind = svn_opt_revision_unspecified;
+    entry.file_external_rev.kind = svn_opt_revision_unspecified;
+    return entry;
+}
+
+void setLock(svn_wc_entry_t& entry, const svn_lock_t* lock)
+{
+    if (lock != nullptr) {
+        entry.lock_token = lock->token;
+        entry.lock_owner = lock->owner;
+        entry.lock_comment = lock->comment;
+        entry.lock_creation_date = lock->creation_date;
+    }
+}
+
+} // namespace
+
+/// A folder that the walk is in.
+struct StatusRecords::Folder
+{
+    Folder(std::string_view folderPath, apr_pool_t* parentPool) : path{folderPath}, pool{svn_pool_create(parentPool)} {}
+    ~Folder() { apr_pool_destroy(pool); }
+    Folder(const Folder&) = delete;
+    Folder& operator=(const Folder&) = delete;
+
+    svn_error_t* open(svn_client_ctx_t* ctx)
+    {
+        return access != nullptr ? SVN_NO_ERROR
+                                 : svn_wc_adm_open3(&access, nullptr, path.c_str(), FALSE, 0, ctx->cancel_func,
+                                                    ctx->cancel_baton, pool);
+    }
+    /// Items that are hidden, such as deleted ones, among them.
+    svn_error_t* readEntries(svn_client_ctx_t* ctx)
+    {
+        if (entries == nullptr) {
+            SVN_ERR(open(ctx));
+            SVN_ERR(svn_wc_entries_read(&entries, access, TRUE, pool));
+        }
+        return SVN_NO_ERROR;
+    }
+
+    const UnchangedNode* find(std::string_view name)
+    {
+        // The walk goes by name as well, so the wanted one is mostly the next.
+        if (next >= nodes.size() || nodes[next].name != name) {
+            const auto place =
+                std::lower_bound(nodes.begin(), nodes.end(), name,
+                                 [](const auto& node, std::string_view text) { return node.name < text; });
+            next = static_cast<std::size_t>(place - nodes.begin());
+        }
+        return next < nodes.size() && nodes[next].name == name ? &nodes[next++] : nullptr;
+    }
+
+    std::string path;
+    apr_pool_t* pool;
+    WorkingCopyDatabase* database = nullptr;
+    int singleLookUps = 0;
+    bool isRead = false;
+    std::vector<UnchangedNode> nodes;
+    std::size_t next = 0;
+    svn_wc_adm_access_t* access = nullptr;
+    apr_hash_t* entries = nullptr;
+};
+
+StatusRecords::StatusRecords(svn_client_ctx_t* ctx, const char* target, svn_boolean_t getAll,
+                             svn_wc_status_func2_t receiver, void* baton, apr_pool_t* pool)
+    : _ctx{ctx}, _target{target}, _singleLookUps{getAll ? 0 : 8}, _receiver{receiver}, _baton{baton}, _pool{pool}
+{
+}
+
+StatusRecords::~StatusRecords() = default;
+
+svn_error_t* StatusRecords::receive(void* baton, const char* path, const svn_client_status_t* status, apr_pool_t* pool)
+{
+    return static_cast<StatusRecords*>(baton)->receive(path, *status, pool);
+}
+
+svn_error_t* StatusRecords::receive(const char* path, const svn_client_status_t& status, apr_pool_t* pool)
+{
+    svn_wc_status2_t record = recordWithoutEntry(status);
+    if (status.repos_relpath != nullptr) {
+        record.url = svn_path_url_add_component2(status.repos_root_url, status.repos_relpath, pool);
+    }
+    svn_wc_entry_t entry = emptyEntry();
+    if (status.conflicted) {
+        SVN_ERR(readConflicts(record, path, pool));
+    } else if (status.versioned && makeUnchangedEntry(entry, path, record.url, status, pool)) {
+        record.entry = &entry;
+    } else if (status.versioned) {
+        SVN_ERR(readEntry(&record.entry, path, status, pool));
+    }
+    _receiver(_baton, path, &record);
+    return SVN_NO_ERROR;
+}
+
+bool StatusRecords::makeUnchangedEntry(svn_wc_entry_t& entry, const char* path, const char* url,
+                                       const svn_client_status_t& status, apr_pool_t* pool)
+{
+    const bool isUnchanged =
+        (status.node_status == svn_wc_status_normal || status.node_status == svn_wc_status_modified) &&
+        !status.copied && !status.file_external && url != nullptr;
+    UnchangedNode single;
+    const auto* node = isUnchanged ? unchangedNode(single, path, status.kind) : nullptr;
+    if (node == nullptr || node->revision != status.revision || node->changedRevision != status.changed_rev) {
+        return false;
+    }
+    const bool isFolder = status.kind == svn_node_dir;
+    entry.name = isFolder ? "" : path + (std::strlen(path) - nameOf(path).size());
+    entry.revision = status.revision;
+    entry.url = url;
+    entry.repos = status.repos_root_url;
+    entry.uuid = status.repos_uuid;
+    entry.kind = status.kind;
+    entry.schedule = svn_wc_schedule_normal;
+    entry.text_time = node->textTime;
+    // The item's folder, or the item itself where it is a root, is the walk's present folder.
+    entry.checksum = _folders.back()->database->checksum(*node, pool);
+    entry.cmt_rev = status.changed_rev;
+    entry.cmt_date = status.changed_date;
+    entry.cmt_author = status.changed_author;
+    entry.has_props = status.prop_status != svn_wc_status_none;
+    entry.has_prop_mods = status.prop_status == svn_wc_status_modified;
+    entry.changelist = status.changelist;
+    entry.working_size = node->textSize;
+    entry.depth = isFolder && status.depth != svn_depth_unknown ? status.depth : svn_depth_infinity;
+    setLock(entry, status.lock);
+    return true;
+}
+
+const UnchangedNode* StatusRecords::unchangedNode(UnchangedNode& single, const char* path, svn_node_kind_t kind)
+{
+    const bool isRootItself = kind == svn_node_dir && isRoot(path);
+    auto& parent = folder(isRootItself ? std::string_view{path} : folderOf(path));
+    if (parent.database == nullptr) {
+        return nullptr;
+    }
+    if (!isRootItself && path != _target && (parent.isRead || parent.singleLookUps >= _singleLookUps)) {
+        if (!parent.isRead) {
+            parent.nodes = parent.database->takeNodesInFolder(std::string{relativePath(*parent.database, parent.path)});
+            parent.isRead = true;
+        }
+        return parent.find(nameOf(path));
+    }
+    ++parent.singleLookUps;
+    const auto found = parent.database->node(relativePath(*parent.database, path));
+    single = found.value_or(UnchangedNode{});
+    return found ? &single : nullptr;
+}
+
+svn_error_t* StatusRecords::readEntry(const svn_wc_entry_t** entry, const char* path, const svn_client_status_t& status,
+                                      apr_pool_t* pool)
+{
+    svn_node_kind_t kindOnDisk = svn_node_none;
+    svn_boolean_t isSpecial = FALSE;
+    SVN_ERR(svn_io_check_special_path(path, &kindOnDisk, &isSpecial, pool));
+    // A folder on disk tells of itself; whatever is missing or in another's way is told of by its folder.
+    const bool tellsOfItself = status.kind == svn_node_dir && kindOnDisk == svn_node_dir;
+    auto& teller = folder(tellsOfItself ? std::string_view{path} : folderOf(path));
+    svn_error_t* error = teller.readEntries(_ctx);
+    if (error == nullptr) {
+        const auto name = tellsOfItself ? std::string{} : std::string{nameOf(path)};
+        *entry = static_cast<const svn_wc_entry_t*>(apr_hash_get(teller.entries, name.c_str(), APR_HASH_KEY_STRING));
+        if (*entry != nullptr) {
+            return SVN_NO_ERROR;
+        }
+    }
+    svn_error_clear(error);
+    svn_wc_status2_t* record = nullptr;
+    SVN_ERR(readRecord(&record, path, pool));
+    *entry = record->entry;
+    return SVN_NO_ERROR;
+}
+
+svn_error_t* StatusRecords::readConflicts(svn_wc_status2_t& record, const char* path, apr_pool_t* pool)
+{
+    svn_wc_status2_t* local = nullptr;
+    SVN_ERR(readRecord(&local, path, pool));
+    record.entry = local->entry;
+    record.tree_conflict = local->tree_conflict;
+    record.text_status = local->text_status;
+    record.prop_status = local->prop_status;
+    record.pristine_text_status = local->pristine_text_status;
+    record.pristine_prop_status = local->pristine_prop_status;
+    return SVN_NO_ERROR;
+}
+
+svn_error_t* StatusRecords::readRecord(svn_wc_status2_t** record, const char* path, apr_pool_t* pool)
+{
+    // Any folder of the working copy that is on disk opens it.
+    std::string_view opener = folderOf(path);
+    svn_error_t* error = folder(opener).open(_ctx);
+    while (error != nullptr && opener != "/") {
+        svn_error_clear(error);
+        opener = folderOf(opener);
+        error = folder(opener).open(_ctx);
+    }
+    SVN_ERR(error);
+    return svn_wc_status2(record, path, folder(opener).access, pool);
+}
+
+/// Whether a working copy has its root in the folder.
+bool StatusRecords::isRoot(std::string_view path)
+{
+    // A folder is asked for as an item and then for what it holds.
+    if (_asked.first != path) {
+        struct stat state
+        {
+        };
+        _asked.first = path;
+        _asked.second = stat((_asked.first + "/" + svn_wc_get_adm_dir(_pool)).c_str(), &state) == 0;
+    }
+    return _asked.second;
+}
+
+StatusRecords::Folder& StatusRecords::folder(std::string_view path)
+{
+    while (!_folders.empty() && _folders.back()->path != path && !isBelow(path, _folders.back()->path)) {
+        _folders.pop_back();
+    }
+    if (_folders.empty() || _folders.back()->path != path) {
+        auto added = std::make_unique<Folder>(path, _pool);
+        added->database = databaseFor(path);
+        _folders.push_back(std::move(added));
+    }
+    return *_folders.back();
+}
+
+WorkingCopyDatabase* StatusRecords::databaseFor(std::string_view folderPath)
+{
+    std::string_view root = folderPath;
+    while (!isRoot(root)) {
+        if (root == "/") {
+            return nullptr;
+        }
+        // Folders between the walk's present one and this one have been looked at.
+        if (!_folders.empty() && _folders.back()->path == root) {
+            return _folders.back()->database;
+        }
+        root = folderOf(root);
+    }
+    for (const auto& [knownRoot, database] : _databases) {
+        if (knownRoot == root) {
+            return database.get();
+        }
+    }
+    return _databases.emplace_back(root, WorkingCopyDatabase::open(std::string{root}, _pool)).second.get();
+}
+
+} // namespace HSVNAdapter
+
+#endif

@@ -1,0 +1,70 @@
+#pragma once
+
+#include "HSVNSubversionPrivate.h"
+
+#ifdef HSVN_FAST_STATUS
+
+#include "WorkingCopyDatabase.h"
+
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace HSVNAdapter {
+
+/// Makes records of the older status interface from those of the newest one, equal to what the older function of the
+/// line answers, but for two fields that it never sets on this line and that are set here: `locked` and
+/// `file_external`.
+///
+/// The older function reads the entry of every item again, which takes time quadratic in a folder's size. Here an
+/// unchanged item's entry is made from the newer record and the working copy's database, read a folder at a time; the
+/// entries of other items are read once a folder; conflicted items are asked for one by one.
+class StatusRecords
+{
+  public:
+    /// @param target    canonical path that the walk begins at
+    /// @param getAll    whether unchanged items are reported, so that reading whole folders pays
+    /// @param receiver  hears the records, which live during the call only
+    StatusRecords(svn_client_ctx_t* ctx, const char* target, svn_boolean_t getAll, svn_wc_status_func2_t receiver,
+                  void* baton, apr_pool_t* pool);
+    ~StatusRecords();
+    StatusRecords(const StatusRecords&) = delete;
+    StatusRecords& operator=(const StatusRecords&) = delete;
+
+    /// A `svn_client_status_func_t`; the baton is the object.
+    static svn_error_t* receive(void* baton, const char* path, const svn_client_status_t* status, apr_pool_t* pool);
+
+  private:
+    struct Folder;
+
+    svn_error_t* receive(const char* path, const svn_client_status_t& status, apr_pool_t* pool);
+    bool makeUnchangedEntry(svn_wc_entry_t& entry, const char* path, const char* url, const svn_client_status_t& status,
+                            apr_pool_t* pool);
+    svn_error_t* readEntry(const svn_wc_entry_t** entry, const char* path, const svn_client_status_t& status,
+                           apr_pool_t* pool);
+    svn_error_t* readConflicts(svn_wc_status2_t& record, const char* path, apr_pool_t* pool);
+    /// The older function's own record, without what the repository says.
+    svn_error_t* readRecord(svn_wc_status2_t** record, const char* path, apr_pool_t* pool);
+    const UnchangedNode* unchangedNode(UnchangedNode& single, const char* path, svn_node_kind_t kind);
+
+    /// The folder of that path; the walk leaves those that do not hold it.
+    Folder& folder(std::string_view path);
+    WorkingCopyDatabase* databaseFor(std::string_view folderPath);
+    bool isRoot(std::string_view path);
+
+    svn_client_ctx_t* _ctx;
+    const std::string _target;
+    const int _singleLookUps; ///< so many items of a folder are looked up singly before it is read whole
+    svn_wc_status_func2_t _receiver;
+    void* _baton;
+    apr_pool_t* _pool;
+    std::pair<std::string, bool> _asked;           ///< the folder last asked whether it is a root, and the answer
+    std::vector<std::unique_ptr<Folder>> _folders; ///< those that the walk is in, outermost first
+    /// By root; null for one that cannot be used.
+    std::vector<std::pair<std::string, std::unique_ptr<WorkingCopyDatabase>>> _databases;
+};
+
+} // namespace HSVNAdapter
+
+#endif

@@ -1,0 +1,189 @@
+#include "WorkingCopyDatabase.h"
+
+#ifdef HSVN_FAST_STATUS
+
+#include <algorithm>
+
+#include <svn_md5.h>
+
+namespace HSVNAdapter {
+namespace {
+
+/// The format whose tables the statements below are written for.
+constexpr int knownFormat = 31;
+/// A writer that holds the database longer than this sends the status the slow way, where Subversion waits itself.
+constexpr int busyMilliseconds = 500;
+constexpr int smallestBatch = 16;
+constexpr int largestBatch = 8192;
+
+enum Column
+{
+    ColumnRelativePath,
+    ColumnParentPath,
+    ColumnOperationDepth,
+    ColumnPresence,
+    ColumnFileExternal,
+    ColumnRevision,
+    ColumnChangedRevision,
+    ColumnTextTime,
+    ColumnTextSize,
+    ColumnPristine
+};
+
+#define HSVN_NODES                                                                                                     \
+    "SELECT local_relpath, parent_relpath, op_depth, presence, file_external, revision, changed_revision,"             \
+    " last_mod_time, translated_size, checksum FROM nodes WHERE wc_id = 1 AND "
+
+constexpr const char* nodeQuery = HSVN_NODES "local_relpath = ?1 ORDER BY op_depth";
+constexpr const char* foldersQuery = HSVN_NODES "parent_relpath >= ?1 ORDER BY parent_relpath, local_relpath, op_depth";
+constexpr const char* conflictQuery =
+    "SELECT local_relpath, parent_relpath FROM actual_node WHERE wc_id = 1 AND conflict_data IS NOT NULL";
+
+std::string_view nameOf(std::string_view relativePath) { return relativePath.substr(relativePath.rfind('/') + 1); }
+
+std::int64_t numberIn(sqlite3_stmt* row, Column column, std::int64_t forNull)
+{
+    return sqlite3_column_type(row, column) == SQLITE_NULL ? forNull : sqlite3_column_int64(row, column);
+}
+
+UnchangedNode nodeIn(sqlite3_stmt* row)
+{
+    UnchangedNode node;
+    node.name = nameOf(textInColumn(row, ColumnRelativePath));
+    node.revision = static_cast<svn_revnum_t>(numberIn(row, ColumnRevision, SVN_INVALID_REVNUM));
+    node.changedRevision = static_cast<svn_revnum_t>(numberIn(row, ColumnChangedRevision, SVN_INVALID_REVNUM));
+    node.textTime = numberIn(row, ColumnTextTime, 0);
+    node.textSize = numberIn(row, ColumnTextSize, -1);
+    node.pristine = sha1DigestFromText(textInColumn(row, ColumnPristine));
+    return node;
+}
+
+} // namespace
+
+std::unique_ptr<WorkingCopyDatabase> WorkingCopyDatabase::open(const std::string& root, apr_pool_t* pool)
+{
+    auto database = std::make_unique<WorkingCopyDatabase>();
+    database->_root = root;
+    return database->openFile(root + "/" + svn_wc_get_adm_dir(pool) + "/wc.db") ? std::move(database) : nullptr;
+}
+
+bool WorkingCopyDatabase::openFile(const std::string& file)
+{
+    sqlite3* handle = nullptr;
+    const int result = sqlite3_open_v2(file.c_str(), &handle, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr);
+    _database.reset(handle);
+    if (result != SQLITE_OK) {
+        return false;
+    }
+    sqlite3_busy_timeout(handle, busyMilliseconds);
+    const auto format = prepareStatement(handle, "PRAGMA user_version");
+    if (!format || sqlite3_step(format.get()) != SQLITE_ROW || sqlite3_column_int(format.get(), 0) != knownFormat) {
+        return false;
+    }
+    _node = prepareStatement(handle, nodeQuery);
+    _folders = prepareStatement(handle, foldersQuery);
+    return _node && _folders && _checksums.open(handle) && readConflicts();
+}
+
+bool WorkingCopyDatabase::readConflicts()
+{
+    const auto rows = prepareStatement(_database.get(), conflictQuery);
+    if (!rows) {
+        return false;
+    }
+    int result = SQLITE_DONE;
+    while ((result = sqlite3_step(rows.get())) == SQLITE_ROW) {
+        _conflicted.emplace(textInColumn(rows.get(), 0));
+        _conflicted.emplace(textInColumn(rows.get(), 1));
+    }
+    return result == SQLITE_DONE;
+}
+
+bool WorkingCopyDatabase::isUnchanged(sqlite3_stmt* row, std::string_view relativePath) const
+{
+    return sqlite3_column_int(row, ColumnOperationDepth) == 0 && textInColumn(row, ColumnPresence) == "normal" &&
+           sqlite3_column_type(row, ColumnFileExternal) == SQLITE_NULL &&
+           (_conflicted.empty() || !_conflicted.contains(std::string{relativePath}));
+}
+
+std::optional<UnchangedNode> WorkingCopyDatabase::node(std::string_view relativePath)
+{
+    auto* row = _node.get();
+    sqlite3_bind_text(row, 1, relativePath.data(), static_cast<int>(relativePath.size()), SQLITE_STATIC);
+    std::optional<UnchangedNode> result;
+    if (sqlite3_step(row) == SQLITE_ROW && isUnchanged(row, relativePath)) {
+        result = nodeIn(row);
+        _checksums.expect(1);
+        // Any further row is of something scheduled.
+        if (sqlite3_step(row) != SQLITE_DONE) {
+            result.reset();
+        }
+    }
+    sqlite3_reset(row);
+    return result;
+}
+
+std::vector<UnchangedNode> WorkingCopyDatabase::takeNodesInFolder(const std::string& relativePath)
+{
+    auto found = _batch.find(relativePath);
+    if (found == _batch.end()) {
+        readBatch(relativePath);
+        found = _batch.find(relativePath);
+    }
+    if (found == _batch.end()) {
+        return {};
+    }
+    auto nodes = std::move(found->second);
+    _batch.erase(found);
+    _checksums.expect(nodes.size());
+    return nodes;
+}
+
+void WorkingCopyDatabase::readBatch(const std::string& firstFolder)
+{
+    const bool lastWasUsed = 2 * _batch.size() <= _foldersInBatch;
+    _batchRows = std::clamp(lastWasUsed ? 2 * _batchRows : _batchRows / 2, smallestBatch, largestBatch);
+    _batch.clear();
+    auto* row = _folders.get();
+    sqlite3_bind_text(row, 1, firstFolder.data(), static_cast<int>(firstFolder.size()), SQLITE_STATIC);
+    std::string folder = firstFolder;
+    auto* nodes = &_batch[folder];
+    int rows = 0;
+    int result = SQLITE_DONE;
+    while ((result = sqlite3_step(row)) == SQLITE_ROW) {
+        if (const auto parent = textInColumn(row, ColumnParentPath); parent != folder) {
+            if (rows >= _batchRows) {
+                break;
+            }
+            folder = parent;
+            nodes = &_batch[folder];
+        }
+        addRow(*nodes, row);
+        ++rows;
+    }
+    sqlite3_reset(row);
+    if (result != SQLITE_DONE && result != SQLITE_ROW) {
+        _batch.clear();
+    }
+    _foldersInBatch = _batch.size();
+}
+
+void WorkingCopyDatabase::addRow(std::vector<UnchangedNode>& nodes, sqlite3_stmt* row) const
+{
+    const auto path = textInColumn(row, ColumnRelativePath);
+    if (isUnchanged(row, path)) {
+        nodes.push_back(nodeIn(row));
+    } else if (!nodes.empty() && nodes.back().name == nameOf(path)) {
+        nodes.pop_back(); // something is scheduled for the item
+    }
+}
+
+const char* WorkingCopyDatabase::checksum(const UnchangedNode& node, apr_pool_t* pool)
+{
+    const auto digest = node.pristine ? _checksums.md5(*node.pristine) : std::nullopt;
+    return digest ? svn_md5_digest_to_cstring(digest->data(), pool) : nullptr;
+}
+
+} // namespace HSVNAdapter
+
+#endif

@@ -1,0 +1,279 @@
+#include "LoadedBundle.h"
+#include "TestRepository.h"
+
+#include "Command.h"
+
+#include <algorithm>
+#include <dlfcn.h>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <tuple>
+#include <unistd.h>
+
+// The installed bundle answers status records from the newest interface. They must be the ones that the older function
+// of the same Subversion answers, in every field and for every kind of item, but for the two fields that it never sets.
+
+namespace {
+
+namespace fs = std::filesystem;
+using StatusFunction = decltype(HSVNBundleEntryPoints::client_status2);
+
+std::string text(const char* value) { return value == nullptr ? "-" : "'" + std::string{value} + "'"; }
+
+template <class Number>
+requires std::is_arithmetic_v<Number> || std::is_enum_v<Number> std::string text(Number value)
+{
+    return std::to_string(static_cast<long long>(value));
+}
+
+std::string text(const svn_opt_revision_t& revision)
+{
+    return text(revision.kind) + ":" + (revision.kind == svn_opt_revision_number ? text(revision.value.number) : "");
+}
+
+std::string text(const svn_lock_t* lock)
+{
+    return lock == nullptr ? "-" : text(lock->token) + text(lock->owner) + text(lock->comment) + text(lock->path);
+}
+
+std::string text(const svn_wc_conflict_description_t* conflict)
+{
+    return conflict == nullptr ? "-"
+                               : text(conflict->path) + text(conflict->kind) + text(conflict->node_kind) +
+                                     text(conflict->action) + text(conflict->reason) + text(conflict->operation);
+}
+
+std::string text(const svn_wc_entry_t* entry)
+{
+    if (entry == nullptr) {
+        return "-";
+    }
+    std::string result = "{";
+    const auto add = [&](auto... values) { ((result += text(values) + " "), ...); };
+    add(entry->name, entry->revision, entry->url, entry->repos, entry->uuid, entry->kind, entry->schedule);
+    add(entry->copied, entry->deleted, entry->absent, entry->incomplete, entry->copyfrom_url, entry->copyfrom_rev);
+    add(entry->conflict_old, entry->conflict_new, entry->conflict_wrk, entry->prejfile);
+    add(entry->text_time, entry->prop_time, entry->checksum, entry->cmt_rev, entry->cmt_date, entry->cmt_author);
+    add(entry->lock_token, entry->lock_owner, entry->lock_comment, entry->lock_creation_date);
+    add(entry->has_props, entry->has_prop_mods, entry->cachable_props, entry->present_props, entry->changelist);
+    add(entry->working_size, entry->keep_local, entry->depth, entry->tree_conflict_data, entry->file_external_path);
+    add(entry->file_external_peg_rev, entry->file_external_rev);
+    return result + "}";
+}
+
+std::string text(const svn_wc_status2_t& status)
+{
+    std::string result;
+    const auto add = [&](auto... values) { ((result += text(values) + " "), ...); };
+    add(status.text_status, status.prop_status, status.copied, status.repos_text_status, status.repos_prop_status);
+    add(static_cast<const svn_lock_t*>(status.repos_lock), status.url, status.ood_last_cmt_rev,
+        status.ood_last_cmt_date, status.ood_kind, status.ood_last_cmt_author);
+    add(static_cast<const svn_wc_conflict_description_t*>(status.tree_conflict), status.pristine_text_status,
+        status.pristine_prop_status, status.entry);
+    return result;
+}
+
+struct Reported
+{
+    std::vector<std::string> records;
+    std::vector<std::string> locked;
+    std::vector<std::string> fileExternals;
+};
+
+void receive(void* baton, const char* path, svn_wc_status2_t* status)
+{
+    auto* reported = static_cast<Reported*>(baton);
+    // A file external is no switched item to whoever knows that it is one.
+    const bool isSwitched = status->switched != FALSE || status->file_external != FALSE;
+    reported->records.push_back(std::string{path} + (isSwitched ? " switched " : " ") + text(*status));
+    if (status->locked != FALSE) {
+        reported->locked.emplace_back(path);
+    }
+    if (status->file_external != FALSE) {
+        reported->fileExternals.emplace_back(path);
+    }
+}
+
+/// A working copy with every kind of item; made with the installed tools.
+class StatusRecords : public testing::Test
+{
+  protected:
+    static void SetUpTestSuite() { suite = std::make_unique<TestRepository>(); }
+    static void TearDownTestSuite() { suite.reset(); }
+
+    void SetUp() override
+    {
+        if (!fs::exists(wc())) {
+            makeRepository();
+            makeChanges();
+        }
+    }
+
+    static std::string wc() { return suite->beside("wc"); }
+    static void svn(std::vector<std::string> arguments)
+    {
+        arguments.insert(arguments.begin(), {"svn", "--non-interactive", "-q"});
+        mustRun(arguments);
+    }
+    static std::string item(const std::string& name) { return wc() + "/" + name; }
+
+    static void makeRepository()
+    {
+        const std::string layout = suite->beside("layout");
+        for (const char* name :
+             {"normal",       "modified",     "propmod",        "bothmod",    "deleted",    "missing",
+              "replaced",     "moved",        "copied",         "locked",     "broken",     "changelist",
+              "textconflict", "propconflict", "treeconflict",   "obstructed", "blank name", "per%cent",
+              "outofdate",    "remotelygone", "resolvedbyhand", "keptlocal"})
+        {
+            writeFile(layout + "/" + name, name);
+            writeFile(layout + "/dir/" + name, name);
+            writeFile(layout + "/deletedtree/deep/" + name, name);
+            writeFile(layout + "/copiedtree/deep/" + name, name);
+        }
+        for (const char* name : {"propdir", "missingdir", "obstructeddir", "sparse", "switchedto", "deleteddir",
+                                 "externals", "dirconflict"})
+        {
+            writeFile(layout + "/" + name + "/child", name);
+        }
+        fs::create_symlink("normal", layout + "/link");
+        svn({"import", layout, suite->url(), "-m", "layout"});
+        suite->checkOut("wc");
+        svn({"propset", "svn:eol-style", "native", item("normal"), item("dir/modified")});
+        svn({"propset", "svn:externals", "^/dir extdir\n^/normal extfile\n-r2 ^/modified@2 pinned", item("externals")});
+        svn({"propset", "svn:ignore", "*.o", wc()});
+        svn({"commit", wc(), "-m", "properties"});
+        svn({"update", wc()});
+    }
+
+    static void makeChanges()
+    {
+        const std::string other = suite->checkOut("other");
+        for (const char* name : {"textconflict", "outofdate", "resolvedbyhand"}) {
+            writeFile(other + "/" + name, "theirs");
+        }
+        svn({"propset", "color", "theirs", other + "/propconflict", other + "/dirconflict"});
+        svn({"remove", other + "/treeconflict", other + "/remotelygone"});
+        writeFile(other + "/remotelyadded", "new");
+        svn({"add", other + "/remotelyadded"});
+        svn({"commit", other, "-m", "theirs"});
+
+        for (const char* name : {"modified", "bothmod", "dir/modified", "textconflict", "treeconflict", "propconflict",
+                                 "resolvedbyhand", "copiedtree/deep/modified"})
+        {
+            writeFile(item(name), "mine");
+        }
+        svn({"propset", "color", "mine", item("propmod"), item("bothmod"), item("propdir"), item("propconflict"),
+             item("dirconflict")});
+        svn({"update", item("textconflict"), item("propconflict"), item("treeconflict"), item("dirconflict"),
+             item("resolvedbyhand")});
+        for (const auto& entry : fs::directory_iterator{wc()}) {
+            const auto name = entry.path().filename().string();
+            if (name.starts_with("resolvedbyhand.")) {
+                fs::remove(entry.path());
+            }
+        }
+        svn({"remove", item("deleted"), item("deleteddir"), item("deletedtree"), item("dir/deleted")});
+        svn({"remove", "--keep-local", item("keptlocal")});
+        fs::remove(item("missing"));
+        fs::remove_all(item("missingdir"));
+        svn({"remove", item("replaced")});
+        writeFile(item("replaced"), "new");
+        svn({"add", item("replaced")});
+        svn({"move", item("moved"), item("movedto")});
+        svn({"copy", item("copied"), item("copiedto")});
+        svn({"copy", item("copiedtree"), item("copyoftree")});
+        writeFile(item("copyoftree/deep/normal"), "changed in the copy");
+        svn({"remove", item("copyoftree/deep/locked")});
+        svn({"copy", suite->url("dir") + "@1", item("copyfromurl")});
+        svn({"lock", item("locked"), item("dir/locked"), "-m", "mine"});
+        svn({"lock", item("broken")});
+        svn({"unlock", "--force", suite->url("broken")});
+        svn({"lock", suite->url("per%25cent")});
+        svn({"changelist", "list", item("changelist"), item("dir/normal")});
+        fs::remove(item("obstructed"));
+        fs::create_directory(item("obstructed"));
+        fs::remove_all(item("obstructeddir"));
+        writeFile(item("obstructeddir"), "a file");
+        svn({"update", "--set-depth", "empty", item("sparse")});
+        svn({"update", "--set-depth", "exclude", item("dir/copied")});
+        svn({"switch", "--ignore-ancestry", suite->url("dir"), item("switchedto")});
+        svn({"mkdir", item("added")});
+        writeFile(item("added/child"), "child");
+        svn({"add", item("added/child")});
+        writeFile(item("unversioned/child"), "child");
+        writeFile(item("ignored.o"), "object");
+        writeFile(item("blank name"), "changed");
+        fs::remove(item("link"));
+        fs::create_symlink("modified", item("link"));
+        mustRun({"sqlite3", item(".svn/wc.db"),
+                 "UPDATE nodes SET presence = 'incomplete' WHERE local_relpath = 'copiedtree/deep'"});
+    }
+
+    Reported report(StatusFunction function, const std::string& path, bool recurse, bool getAll, bool update) const
+    {
+        Reported reported;
+        svn_revnum_t revision = -1;
+        bundle.succeeds(function(&revision, path.c_str(), LoadedBundle::revision(svn_opt_revision_head), receive,
+                                 &reported, recurse, getAll, update, TRUE, FALSE, bundle.ctx(), bundle.pool()));
+        std::sort(reported.records.begin(), reported.records.end()); // with the repository the order is a hash's
+        return reported;
+    }
+
+    template <class Function>
+    static Function installed(const char* name)
+    {
+        return reinterpret_cast<Function>(dlsym(dlopen("libsvn_client-1.so.1", RTLD_NOW | RTLD_LOCAL), name));
+    }
+    static std::string installedBundle()
+    {
+        const auto minor = std::to_string(installed<const svn_version_t* (*)()>("svn_client_version")()->minor);
+        return HSVN_BUILD_PACKAGE "/Subversion/Subversion-1." + minor + ".bundle";
+    }
+
+    inline static std::unique_ptr<TestRepository> suite;
+    LoadedBundle bundle{installedBundle()};
+    StatusFunction olderFunction = installed<StatusFunction>("svn_client_status2");
+};
+
+TEST_F(StatusRecords, EqualThoseOfTheOlderFunctionForEveryKindOfItem)
+{
+    for (const auto& [recurse, getAll, update] : std::vector<std::tuple<bool, bool, bool>>{{true, true, false},
+                                                                                           {true, false, false},
+                                                                                           {true, true, true},
+                                                                                           {true, false, true},
+                                                                                           {false, true, false},
+                                                                                           {false, false, true}})
+    {
+        SCOPED_TRACE(testing::Message() << "recurse " << recurse << ", all " << getAll << ", update " << update);
+        const auto expected = report(olderFunction, wc(), recurse, getAll, update);
+        const auto actual = report(bundle->client_status2, wc(), recurse, getAll, update);
+        EXPECT_GT(expected.records.size(), 10U);
+        ASSERT_EQ(actual.records.size(), expected.records.size());
+        for (std::size_t index = 0; index < expected.records.size(); ++index) {
+            EXPECT_EQ(actual.records[index], expected.records[index]);
+        }
+    }
+}
+
+TEST_F(StatusRecords, EqualThoseOfTheOlderFunctionForEverySingleItem)
+{
+    for (const auto& entry : fs::directory_iterator{wc()}) {
+        const auto path = entry.path().string();
+        if (!path.ends_with(".svn")) {
+            EXPECT_EQ(report(bundle->client_status2, path, false, true, false).records,
+                      report(olderFunction, path, false, true, false).records);
+        }
+    }
+}
+
+TEST_F(StatusRecords, KnowFileExternalsAndAdministrativeLocks)
+{
+    mustRun({"sqlite3", item(".svn/wc.db"), "INSERT INTO wc_lock VALUES (1, 'dir', 0)"});
+    const auto reported = report(bundle->client_status2, wc(), true, true, false);
+    mustRun({"sqlite3", item(".svn/wc.db"), "DELETE FROM wc_lock"});
+    EXPECT_EQ(reported.locked, (std::vector<std::string>{item("dir")}));
+    EXPECT_EQ(reported.fileExternals, (std::vector<std::string>{item("externals/extfile"), item("externals/pinned")}));
+}
+
+} // namespace
