@@ -111,6 +111,7 @@ svn_error_t* askForLogMessage(HSVNClient& client, const char** message, const ap
     std::string text;
     if (delegate) {
         std::vector<HSVNCommitItemRef> commitItems;
+        commitItems.reserve(static_cast<std::size_t>(items->nelts));
         for (int index = 0; index < items->nelts; ++index) {
             commitItems.push_back(
                 HSVNCommitItem::commitItemForSVNCommitItem(APR_ARRAY_IDX(items, index, svn_client_commit_item2_t*)));

@@ -509,7 +509,10 @@ TEST_F(CertificateTest, IsRejectedByANoAndWithoutADelegateAndFailsWhenTheDelegat
 
     judge->throws = true;
     const HSVNBundleScope current{client->bundle()};
+    testing::internal::CaptureStderr();
     svn_error_t* error = ask(8, true);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                testing::HasSubstr("Exception in authentication prompt callback:"));
     ASSERT_NE(error, nullptr);
     EXPECT_EQ(error->apr_err, HSVNExceptionGeneralStatus);
     EXPECT_STREQ(error->message, "SSL server prompt delegate raised an exception");

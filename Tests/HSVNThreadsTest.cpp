@@ -30,7 +30,7 @@ int operationCount()
 class Worker
 {
   public:
-    explicit Worker(const HSVNVersion& line) : _line{line} {}
+    explicit Worker(HSVNVersion line) : _line{std::move(line)} {}
 
     /// Starts the thread; its operations begin together with the other's.
     void start(int count)

@@ -3,6 +3,7 @@
 #include "HSVNBundleEntryPointsPrivate.h"
 #include "HSVNBundleLoader.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -11,8 +12,7 @@ class AlteredBundle : public HSVNBundle
 {
   public:
     /// @param alter  changes the table, which starts as a copy of the line's own
-    template <class Alter>
-    explicit AlteredBundle(Alter&& alter) : _table{original()}
+    explicit AlteredBundle(const std::function<void(HSVNBundleEntryPoints&)>& alter) : _table{original()}
     {
         alter(_table);
     }
