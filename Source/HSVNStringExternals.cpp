@@ -50,6 +50,18 @@ std::string quotedWhereNeeded(const std::string& text)
     return quoted + '"';
 }
 
+/// The URL with its peg revision, as the format of 1.5 has it. There an "@" in the last name needs another one after
+/// it, lest it be read as a peg revision.
+std::string peggedSource(const HSVNExternalDefinition& definition)
+{
+    const std::string& source = definition.sourceDirectory();
+    const HSVNRevision& peg = *definition.sourceRevision()->pegRevision();
+    if (isWritten(peg)) {
+        return source + '@' + revisionText(peg);
+    }
+    return source.find('@', source.rfind('/') + 1) == std::string::npos ? source : source + '@';
+}
+
 std::string operativeOption(const HSVNExternalDefinition& definition)
 {
     const HSVNRevision& operative = *definition.sourceRevision()->operativeRevision();
@@ -127,15 +139,13 @@ void HSVNString::addExternalDefinition(const HSVNExternalDefinitionRef& definiti
     HSVNAssertParameter(table != nullptr, "table != nil");
     const std::size_t row = table->rowCount();
     const std::string target = quotedWhereNeeded(definition->targetDirectory());
-    const std::string& source = definition->sourceDirectory();
     if (format.isLessThan(HSVNVersion::version1_5())) {
         table->setString(target, row, 0);
         table->setString(operativeOption(*definition), row, 1);
-        table->setString(quotedWhereNeeded(source), row, 2);
+        table->setString(quotedWhereNeeded(definition->sourceDirectory()), row, 2);
         return;
     }
-    const HSVNRevision& peg = *definition->sourceRevision()->pegRevision();
     table->setString(operativeOption(*definition), row, 0);
-    table->setString(quotedWhereNeeded(isWritten(peg) ? source + '@' + revisionText(peg) : source), row, 1);
+    table->setString(quotedWhereNeeded(peggedSource(*definition)), row, 1);
     table->setString(target, row, 2);
 }
