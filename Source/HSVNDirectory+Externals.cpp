@@ -43,7 +43,7 @@ std::set<std::string> HSVNExternalPathsBelow(HSVNOperation& operation, const std
         try {
             collectExternals(static_cast<const char*>(folder),
                              HSVNString::stringWithSVNString(static_cast<const svn_string_t*>(value)), paths);
-        } catch (const HSVNInvalidExternalsDescriptionException&) {
+        } catch (const HSVNException&) {
             if (broken == HSVNBrokenExternals::Refused) {
                 throw;
             }

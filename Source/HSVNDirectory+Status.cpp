@@ -19,6 +19,8 @@
 
 namespace {
 
+constexpr svn_opt_revision_t unspecifiedRevision{svn_opt_revision_unspecified, {0}};
+
 /// Sets what the options ask for in a scan.
 ///
 /// @return whether Subversion walks the whole tree: also for a scan of the folder alone that combines what is below it
@@ -63,6 +65,33 @@ bool foundOnlyAnUnversionedRoot(const HSVNStatusScan& scan)
            !scan.rootNode->status()->isVersioned();
 }
 
+void HSVNRootStatusFunc(void* baton, const char* path, svn_wc_status2_t* status)
+{
+    const auto& scan = *static_cast<const HSVNStatusScan*>(baton);
+    if (!scan.rootNode && scan.rootPath->string() == path) {
+        HSVNStatusFunc(baton, path, status);
+    }
+}
+
+/// Makes the node of an unchanged root, which a scan of changes alone does not report but which bears the aggregates.
+void scanUnchangedRoot(HSVNOperation& operation, HSVNStatusScan& scan)
+{
+    svn_revnum_t result = SVN_INVALID_REVNUM;
+    operation.check(operation->client_status2(&result, operation.cString(scan.rootPath->string()), &unspecifiedRevision,
+                                              HSVNRootStatusFunc, &scan, FALSE, TRUE, FALSE, TRUE, TRUE,
+                                              operation.ctx(), operation.pool()));
+}
+
+/// The externals of the scanned folder; none when Subversion does not know the folder, which the scan then finds out.
+std::set<std::string> externalsOf(HSVNOperation& operation, const HSVNStatusScan& scan)
+{
+    try {
+        return HSVNExternalPathsBelow(operation, scan.rootPath->string(), HSVNBrokenExternals::Skipped);
+    } catch (const HSVNNoSuchEntryException&) {
+        return {};
+    }
+}
+
 /// Runs the scan.
 ///
 /// @return false for a folder that is not under version control
@@ -71,12 +100,15 @@ bool runScan(HSVNOperation& operation, HSVNStatusScan& scan, const HSVNStatusOpt
     const bool recurse = applyOptions(scan, options);
     const svn_opt_revision_t revision = options.revision()->SVNRevision();
     try {
-        scan.externals = HSVNExternalPathsBelow(operation, scan.rootPath->string(), HSVNBrokenExternals::Skipped);
+        scan.externals = externalsOf(operation, scan);
         svn_revnum_t result = SVN_INVALID_REVNUM;
         operation.check(operation->client_status2(
             &result, operation.cString(scan.rootPath->string()), &revision, HSVNStatusFunc, &scan, recurse,
             options.includeNormalFiles(), options.compareAgainstRepository(), !options.respectIgnoreProperties(),
             !options.processExternals(), operation.ctx(), operation.pool()));
+        if (scan.aggregatesOnly && !scan.rootNode) {
+            scanUnchangedRoot(operation, scan);
+        }
     } catch (const HSVNNotWorkingCopyException&) {
         return false;
     } catch (const HSVNUnversionedResourceException&) {
@@ -292,8 +324,6 @@ svn_error_t* HSVNWorkingCopyInfoFunc(void* baton, const char* /*path*/, const sv
         return nullptr;
     });
 }
-
-constexpr svn_opt_revision_t unspecifiedRevision{svn_opt_revision_unspecified, {0}};
 
 void scanDirectoryAlone(HSVNOperation& operation, HSVNDirectoryStatusScan& scan)
 {

@@ -69,6 +69,12 @@ void HSVNNode::setName(std::optional<std::string> name)
     _name = _nameIsLastComponent ? nullptr : HSVNMakeSharedText(std::move(name));
 }
 
+void HSVNNode::setNameFromPath()
+{
+    _nameIsLastComponent = _path != nullptr;
+    _name = nullptr;
+}
+
 void HSVNNode::setPath(HSVNPathRef path)
 {
     auto keptName = name();

@@ -100,6 +100,8 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// The last path component as shown to the user.
     std::optional<std::string> name() const;
     void setName(std::optional<std::string> name);
+    /// Makes the path's last component the name; the path must be set.
+    void setNameFromPath();
     const HSVNPathRef& path() const { return _path; }
     void setPath(HSVNPathRef path);
     /// The folder or URL that contains the item.

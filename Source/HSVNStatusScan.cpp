@@ -7,10 +7,12 @@
 #include "HSVNLocalPath.h"
 #include "HSVNLock.h"
 #include "HSVNOperationPrivate.h"
+#include "HSVNPathTextPrivate.h"
 #include "HSVNStatus.h"
 #include "HSVNTrustedTextPrivate.h"
 #include "HSVNURL.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -42,22 +44,53 @@ int HSVNFolderHandle::descriptor() const { return _descriptor >= 0 ? _descriptor
 
 namespace {
 
-bool isControlCharacter(char byte)
+/// How many bytes the control character at a place takes; 0 for any other character.
+std::size_t controlCharacterLength(std::string_view text, std::size_t place)
 {
-    const auto code = static_cast<unsigned char>(byte);
-    return code < 0x20 || code == 0x7F;
+    const auto byte = static_cast<unsigned char>(text[place]);
+    if (byte < 0x20 || byte == 0x7F) {
+        return 1;
+    }
+    const bool mayBeSecondSet = byte == 0xC2 && place + 1 < text.size(); // U+0080 to U+009F
+    return mayBeSecondSet && static_cast<unsigned char>(text[place + 1]) < 0xA0 ? 2 : 0;
 }
 
-/// The last component with every control character shown as "?".
-std::string shownName(const std::string& lastComponent)
+bool hasControlCharacter(std::string_view text)
 {
-    std::string name = lastComponent;
-    for (char& byte : name) {
-        if (isControlCharacter(byte)) {
-            byte = '?';
+    for (std::size_t place = 0; place < text.size(); ++place) {
+        if (controlCharacterLength(text, place) > 0) {
+            return true;
         }
     }
-    return name;
+    return false;
+}
+
+/// The text with every control character as "?".
+std::string withoutControlCharacters(std::string_view text)
+{
+    std::string shown;
+    for (std::size_t place = 0; place < text.size();) {
+        const std::size_t length = controlCharacterLength(text, place);
+        shown += length > 0 ? '?' : text[place];
+        place += std::max<std::size_t>(length, 1);
+    }
+    return shown;
+}
+
+/// The size that Subversion recorded of a file that it finds unchanged; nil when the size on disk may differ.
+///
+/// A recorded size is that of the unchanged text as it was written to the disk. Without properties nothing translates a
+/// text between repository and disk, so an unchanged file still has it; with line-end styles or keywords it may not.
+std::optional<std::uint64_t> recordedSize(const svn_wc_status2_t& status, const HSVNVersion& version)
+{
+    const svn_wc_entry_t* entry = status.entry;
+    const bool isPlain = entry && status.text_status == svn_wc_status_normal &&
+                         status.prop_status != svn_wc_status_modified && entry->schedule == svn_wc_schedule_normal &&
+                         entry->kind == svn_node_file && !entry->has_props && !entry->has_prop_mods;
+    if (!isPlain || version.isLessThan(HSVNVersion::version1_5()) || entry->working_size < 0) {
+        return std::nullopt;
+    }
+    return static_cast<std::uint64_t>(entry->working_size);
 }
 
 } // namespace
@@ -119,7 +152,8 @@ std::uint64_t HSVNStatusNodeMaker::sizeOnDisk(const HSVNLocalPathRef& path)
     {
     };
     if (::fstatat(_folder.descriptor(), name, &attributes, AT_SYMLINK_NOFOLLOW) == 0) {
-        return static_cast<std::uint64_t>(attributes.st_size);
+        // A folder in the file's way has no size of the file's.
+        return S_ISDIR(attributes.st_mode) ? 0 : static_cast<std::uint64_t>(attributes.st_size);
     }
     if (errno != ENOENT && errno != ENOTDIR) {
         const int code = errno;
@@ -136,9 +170,24 @@ HSVNNodeRef HSVNStatusNodeMaker::nodeOfKind(const HSVNLocalPathRef& path, const 
         return std::make_shared<HSVNDirectory>();
     }
     auto file = std::make_shared<HSVNFile>();
-    file->setSize(sizeOnDisk(path));
+    const auto size = recordedSize(status, _version);
+    file->setSize(size ? *size : sizeOnDisk(path));
     return file;
 }
+
+namespace {
+
+void setShownName(HSVNNode& node, std::string_view path)
+{
+    const auto name = HSVNPathText::lastComponent(path);
+    if (hasControlCharacter(name)) {
+        node.setName(withoutControlCharacters(name));
+    } else {
+        node.setNameFromPath();
+    }
+}
+
+} // namespace
 
 HSVNNodeRef HSVNStatusNodeMaker::makeNode(const HSVNLocalPathRef& path, const svn_wc_status2_t& status)
 {
@@ -153,7 +202,7 @@ HSVNNodeRef HSVNStatusNodeMaker::makeNode(const HSVNLocalPathRef& path, const sv
     }
     node->setPath(path);
     node->setLocation(location);
-    node->setName(shownName(path->lastComponent()));
+    setShownName(*node, path->string());
     auto record = HSVNStatus::statusWithSVNStatus(&status, _version, &_texts);
     if (const svn_wc_entry_t* entry = status.entry) {
         node->setRevision(record->lastChangedRevision());

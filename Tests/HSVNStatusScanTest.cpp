@@ -1,0 +1,619 @@
+#include "Command.h"
+#include "HSVNDirectory.h"
+#include "HSVNException.h"
+#include "HSVNLocalPath.h"
+#include "HSVNLock.h"
+#include "HSVNRepositoryInfo.h"
+#include "HSVNRevision.h"
+#include "HSVNStatus.h"
+#include "HSVNStatusOptions.h"
+#include "HSVNURL.h"
+#include "ReadingClient.h"
+#include "ReasonOf.h"
+#include "SampleWorkingCopy.h"
+#include "TestBundles.h"
+#include "TestRepository.h"
+#include "WorkingCopyDatabase.h"
+#include "XMLEntries.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <map>
+#include <set>
+
+using testing::Contains;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Not;
+using testing::UnorderedElementsAre;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+HSVNLocalPathRef pathOf(const std::string& text) { return HSVNLocalPath::pathWithString(text); }
+
+/// What svn calls a kind of status.
+std::string kindName(HSVNStatusKind kind)
+{
+    static const std::map<HSVNStatusKind, std::string> names{{HSVNStatusKindNone, "none"},
+                                                             {HSVNStatusKindUnversioned, "unversioned"},
+                                                             {HSVNStatusKindNormal, "normal"},
+                                                             {HSVNStatusKindAdded, "added"},
+                                                             {HSVNStatusKindMissing, "missing"},
+                                                             {HSVNStatusKindDeleted, "deleted"},
+                                                             {HSVNStatusKindReplaced, "replaced"},
+                                                             {HSVNStatusKindModified, "modified"},
+                                                             {HSVNStatusKindConflicted, "conflicted"},
+                                                             {HSVNStatusKindIgnored, "ignored"},
+                                                             {HSVNStatusKindObstructed, "obstructed"},
+                                                             {HSVNStatusKindExternal, "external"},
+                                                             {HSVNStatusKindIncomplete, "incomplete"}};
+    return names.at(kind);
+}
+
+std::string dateText(const std::optional<HSVNDate>& date)
+{
+    if (!date) {
+        return "";
+    }
+    const std::time_t seconds = date->microsecondsSince1970() / 1'000'000;
+    std::tm parts{};
+    gmtime_r(&seconds, &parts);
+    char text[32];
+    std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%S", &parts);
+    return text;
+}
+
+std::string revisionText(HSVNRevisionNumber revision) { return revision < 0 ? "" : std::to_string(revision); }
+
+std::string joined(std::initializer_list<std::string> texts)
+{
+    std::string line;
+    for (const auto& text : texts) {
+        line += (line.empty() ? "" : "|") + text;
+    }
+    return line;
+}
+
+/// What svn status says of an item, in the words of its XML.
+std::string statusText(const HSVNNode& node)
+{
+    const HSVNStatus& status = *node.status();
+    const auto token = [](const HSVNLockRef& lock) { return lock ? lock->token() : ""; };
+    const auto flag = [](bool value, const char* name) { return value ? std::string{name} : ""; };
+    return joined({node.path()->string(), kindName(status.textStatus()), kindName(status.propertyStatus()),
+                   kindName(status.repositoryTextStatus()), kindName(status.repositoryPropertyStatus()),
+                   revisionText(node.revision()), dateText(node.date()), node.author().value_or(""), token(node.lock()),
+                   token(status.repositoryLock()), flag(status.copied(), "copied"), flag(status.switched(), "switched"),
+                   flag(status.locked(), "locked")});
+}
+
+/// The same of an entry in svn's XML.
+///
+/// @param folder      what the entry's path is relative to; empty for an absolute one
+/// @param isExternal  an externals definition names the item
+/// @param compares    the repository was asked, so nothing said means unchanged there
+std::string statusText(const XMLEntry& entry, const std::string& folder, bool isExternal, bool compares)
+{
+    const auto itemPath = entry.text("@path");
+    const auto path = itemPath == "." ? folder : (fs::path{folder} / itemPath).string();
+    const auto repositoryKind = [&](const char* key) {
+        const auto kind = entry.text(key);
+        return !kind.empty() && kind != "none" ? kind : std::string{compares ? "normal" : "none"};
+    };
+    const auto flag = [&](const char* key, const char* name) { return entry.text(key).empty() ? "" : name; };
+    // The older interface that scans use does not tell of an added item's properties.
+    const auto properties = entry.text("wc-status@item") == "added" ? "none" : entry.text("wc-status@props");
+    const bool isFileExternal = !entry.text("wc-status@file-external").empty();
+    return joined(
+        {path, isExternal ? "external" : entry.text("wc-status@item"), properties, repositoryKind("repos-status@item"),
+         repositoryKind("repos-status@props"), entry.text("wc-status/commit@revision"),
+         entry.text("wc-status/commit/date").substr(0, 19), entry.text("wc-status/commit/author"),
+         entry.text("wc-status/lock/token"), entry.text("repos-status/lock/token"), flag("wc-status@copied", "copied"),
+         isFileExternal ? "" : flag("wc-status@switched", "switched"), flag("wc-status@wc-locked", "locked")});
+}
+
+/// What svn status says of every item, sorted.
+std::vector<std::string> statusTexts(const std::vector<XMLEntry>& entries, bool compares,
+                                     const std::string& folder = {})
+{
+    std::set<std::string> externals;
+    for (const auto& entry : entries) {
+        if (entry.text("wc-status@item") == "external" || !entry.text("wc-status@file-external").empty()) {
+            externals.insert(entry.text("@path"));
+        }
+    }
+    std::vector<std::string> texts;
+    for (const auto& entry : entries) {
+        texts.push_back(statusText(entry, folder, externals.contains(entry.text("@path")), compares));
+    }
+    std::sort(texts.begin(), texts.end());
+    return texts;
+}
+
+std::vector<std::string> statusTexts(const std::vector<HSVNNodeRef>& nodes)
+{
+    std::vector<std::string> texts;
+    for (const auto& node : nodes) {
+        texts.push_back(statusText(*node));
+    }
+    std::sort(texts.begin(), texts.end());
+    return texts;
+}
+
+/// Tells each difference of two sorted lists alone.
+void expectEqual(const std::vector<std::string>& found, const std::vector<std::string>& expected)
+{
+    std::vector<std::string> missing;
+    std::vector<std::string> surplus;
+    std::set_difference(expected.begin(), expected.end(), found.begin(), found.end(), std::back_inserter(missing));
+    std::set_difference(found.begin(), found.end(), expected.begin(), expected.end(), std::back_inserter(surplus));
+    EXPECT_THAT(missing, IsEmpty());
+    EXPECT_THAT(surplus, IsEmpty());
+}
+
+struct Scan
+{
+    HSVNNodeRef root;
+    std::size_t abnormalCount = 0;
+    std::vector<HSVNNodeRef> nodes; // made last: the scan hands the others out
+
+    explicit Scan(const HSVNPathRef& path, const HSVNStatusOptionsRef& options, const HSVNContextRef& context)
+        : nodes{HSVNDirectory::statusForNodesInDirectoryAtPath(path, options, &root, &abnormalCount, context)}
+    {
+    }
+
+    HSVNNodeRef node(const std::string& name) const { return HSVNNode::nodeWithName(name, nodes); }
+    std::vector<std::string> names() const
+    {
+        std::vector<std::string> names;
+        for (const auto& node : nodes) {
+            names.push_back(node->name().value_or("(nil)"));
+        }
+        return names;
+    }
+};
+
+/// Takes the arguments of svn status for what they mean to a scan.
+std::shared_ptr<HSVNStatusOptions> optionsFor(const std::vector<std::string>& arguments)
+{
+    const auto has = [&](const char* argument) {
+        return std::find(arguments.begin(), arguments.end(), argument) != arguments.end();
+    };
+    auto options = HSVNStatusOptions::defaults();
+    options->setIncludeNormalFiles(has("-v"));
+    options->setCompareAgainstRepository(has("-u"));
+    options->setRespectIgnoreProperties(!has("--no-ignore"));
+    options->setProcessExternals(!has("--ignore-externals"));
+    options->setRecursive(!has("--depth=immediates"));
+    return options;
+}
+
+// A working copy of every state
+
+/// Makes the states, in the folder that holds "repository".
+constexpr const char* everyStateScript = R"sh(
+svn() { command svn --non-interactive "$@"; }
+root=file://$PWD/repository
+mkdir layout
+for folder in . folder copied-tree deleted-tree "with blank" switched sparse externals lost; do
+    mkdir -p "layout/$folder"
+    for file in normal modified properties both deleted missing replaced moved copied locked broken stolen elsewhere \
+        listed text-conflict property-conflict tree-conflict obstructed outdated gone; do
+        echo $file > "layout/$folder/$file"
+    done
+done
+svn import -q layout $root/trunk -m "" --username alice
+svn copy -q $root/trunk $root/branch -m "" --username bob
+svn checkout -q $root/trunk wc
+svn checkout -q $root/trunk other
+cd wc
+svn propset -q svn:ignore '*.o' .
+printf '^/branch/folder tree\n^/branch/normal file-external\n-r2 ^/branch/sparse@2 "pinned tree"\n' > ../definitions
+svn propset -q svn:externals -F ../definitions externals
+svn propset -q svn:eol-style native normal
+svn commit -q -m "" --username alice
+svn update -q
+cd ../other
+echo theirs > text-conflict; echo theirs > outdated; echo theirs > folder/outdated
+svn propset -q colour theirs property-conflict outdated
+svn remove -q tree-conflict gone
+echo new > coming; svn add -q coming
+svn commit -q -m "" --username bob
+cd ../wc
+for file in modified both text-conflict tree-conflict listed folder/modified "with blank/modified"; do
+    echo mine > "$file"
+done
+printf 'normal\r\n' > normal # unchanged, but longer than in the repository
+svn propset -q colour mine properties both property-conflict folder/properties folder
+svn update -q --accept postpone text-conflict property-conflict tree-conflict
+svn remove -q deleted deleted-tree folder/deleted
+rm -r missing lost obstructed
+mkdir obstructed
+svn remove -q replaced; echo other > replaced; svn add -q replaced
+svn move -q moved moved-here
+svn copy -q copied copied-here
+svn copy -q copied-tree copy-of-tree; echo changed > copy-of-tree/modified
+svn copy -q $root/branch/modified@2 copied-from-branch
+mkdir added; echo new > added/file; svn add -q added
+svn lock -q locked broken stolen -m "why <not>" --username alice
+svn unlock -q --force $root/trunk/broken --username bob
+svn lock -q --force $root/trunk/stolen $root/trunk/elsewhere --username bob
+svn changelist -q list listed
+svn switch -q --ignore-ancestry $root/branch/folder switched
+svn update -q --set-depth empty sparse
+mkdir -p unversioned/inner; echo > unversioned/inner/file
+printf '' > "$(printf 'control\001\302\205character')";
+echo > ignored.o; echo > "umlaut-ä"
+)sh";
+
+class EveryState : public testing::Test
+{
+  protected:
+    static void SetUpTestSuite()
+    {
+        repository = std::make_unique<TestRepository>();
+        mustRun({"sh", "-e", "-c", "cd \"$0\"\n" + std::string{everyStateScript}, repository->beside("")});
+        wc = pathOf(repository->beside("wc"));
+        alterWorkingCopyDatabase(wc->string(),
+                                 {"UPDATE nodes SET presence = 'incomplete' WHERE local_relpath = 'copied-tree'",
+                                  "INSERT INTO wc_lock VALUES (1, 'folder', 0)"});
+    }
+    static void TearDownTestSuite()
+    {
+        wc.reset();
+        repository.reset();
+    }
+
+    Scan scan(const std::shared_ptr<HSVNStatusOptions>& options) const { return Scan{wc, options, reading.client}; }
+    static std::vector<XMLEntry> svnEntries(std::vector<std::string> arguments)
+    {
+        arguments.insert(arguments.begin(), {"svn", "--non-interactive", "--xml"});
+        arguments.push_back(wc->string());
+        return XMLEntry::entriesIn(mustRun(arguments));
+    }
+    static std::string conflictNote(const HSVNStatus& status)
+    {
+        return joined({status.conflictOldVersion().value_or(""), status.conflictWorkingVersion().value_or(""),
+                       status.conflictNewVersion().value_or(""), status.propertyRejectFilePath().value_or("")});
+    }
+
+    static inline std::unique_ptr<TestRepository> repository;
+    static inline HSVNLocalPathRef wc;
+    ReadingClient reading;
+};
+
+TEST_F(EveryState, IsScannedAsSvnStatusTellsIt)
+{
+    const std::vector<std::vector<std::string>> rows{{},
+                                                     {"-v"},
+                                                     {"-u"},
+                                                     {"-v", "-u", "--no-ignore"},
+                                                     {"--no-ignore", "--ignore-externals"},
+                                                     {"--depth=immediates", "-v"},
+                                                     {"--depth=immediates"}};
+    for (auto arguments : rows) {
+        SCOPED_TRACE(testing::PrintToString(arguments));
+        const auto options = optionsFor(arguments);
+        arguments.insert(arguments.begin(), "status");
+        const auto expected = statusTexts(svnEntries(arguments), options->compareAgainstRepository());
+        const auto found = statusTexts(scan(options).nodes);
+        ASSERT_GT(found.size(), 20U);
+        expectEqual(found, expected);
+    }
+}
+
+TEST_F(EveryState, HasTheEntriesThatSvnInfoTells)
+{
+    auto options = optionsFor({"-v"});
+    options->setProcessExternals(false);
+    std::map<std::string, std::string> found;
+    for (const auto& node : scan(options).nodes) {
+        const HSVNStatus& status = *node->status();
+        static constexpr const char* schedules[] = {"normal", "add", "delete", "replace"};
+        if (status.isVersioned() && status.textStatus() != HSVNStatusKindExternal) {
+            const auto from = status.copyFromURL();
+            found[node->path()->string()] =
+                joined({node->isDirectory() ? "dir" : "file", schedules[status.schedule()],
+                        node->URL() ? node->URL()->string() : "", from ? from->string() : "",
+                        revisionText(status.copyFromRevision()),
+                        node->isDirectory() ? "" : dateText(status.upToDateTextDate()), conflictNote(status)});
+        }
+    }
+    std::size_t compared = 0;
+    for (const auto& entry : svnEntries({"info", "--depth=infinity"})) {
+        const auto path = entry.text("@path");
+        if (!found.contains(path)) {
+            continue;
+        }
+        const auto fileName = [&](const char* key) { return fs::path{entry.text(key)}.filename().string(); };
+        const bool isTextConflict = entry.text("conflict@type") == "text";
+        const auto textFile = [&](const char* key) { return isTextConflict ? fileName(key) : ""; };
+        EXPECT_EQ(found[path], joined({entry.text("@kind"), entry.text("wc-info/schedule"), entry.text("url"),
+                                       entry.text("wc-info/copy-from-url"), entry.text("wc-info/copy-from-rev"),
+                                       entry.text("wc-info/text-updated").substr(0, 19),
+                                       joined({textFile("conflict/prev-base-file"), textFile("conflict/prev-wc-file"),
+                                               textFile("conflict/cur-base-file"), fileName("conflict/prop-file")})}))
+            << path;
+        ++compared;
+    }
+    EXPECT_GT(compared, 150U);
+}
+
+TEST_F(EveryState, GivesFilesTheirSizeOnDisk)
+{
+    std::size_t compared = 0;
+    for (const auto& node : scan(optionsFor({"-v", "--no-ignore"})).nodes) {
+        const bool isFile = fs::is_regular_file(node->path()->string());
+        EXPECT_EQ(node->size(), isFile && !node->isDirectory() ? fs::file_size(node->path()->string()) : 0U)
+            << node->path()->string();
+        compared += isFile ? 1 : 0;
+    }
+    EXPECT_GT(compared, 150U);
+}
+
+TEST_F(EveryState, CombinesKindsAsTheUnionOfAllItemsBelow)
+{
+    for (const auto& arguments : std::vector<std::vector<std::string>>{{"-v", "-u"}, {}}) {
+        auto options = optionsFor(arguments);
+        options->setPropagateStatusToAncestor(true);
+        const auto whole = scan(options);
+        std::size_t combined = 0;
+        for (const auto& folder : whole.nodes) {
+            if (!folder->isDirectory()) {
+                continue;
+            }
+            HSVNStatusKinds local = HSVNStatusKindNone;
+            HSVNStatusKinds remote = HSVNStatusKindNone;
+            for (const auto& node : whole.nodes) {
+                if (node->path()->string().starts_with(folder->path()->string() + "/")) {
+                    local |= node->status()->textStatus() | node->status()->propertyStatus();
+                    remote |= node->status()->repositoryTextStatus() | node->status()->repositoryPropertyStatus();
+                }
+            }
+            const auto& directory = dynamic_cast<const HSVNDirectory&>(*folder);
+            EXPECT_EQ(directory.aggregateChildStatus(), local) << folder->path()->string();
+            EXPECT_EQ(directory.aggregateRepositoryChildStatus(), remote) << folder->path()->string();
+            combined += local != HSVNStatusKindNone ? 1 : 0;
+        }
+        EXPECT_GT(combined, arguments.empty() ? 2U : 8U);
+        options->setRecursive(false);
+        const auto alone = scan(options);
+        ASSERT_EQ(alone.nodes.size(), 1U);
+        ASSERT_EQ(alone.root, alone.nodes.front());
+        EXPECT_EQ(alone.root->path()->string(), wc->string());
+        const auto& root = dynamic_cast<const HSVNDirectory&>(*alone.root);
+        EXPECT_TRUE(root.hasMissingNodes() && root.hasConflictedNodes() && root.hasReplacedNodes());
+        if (whole.root) {
+            const auto& wholeRoot = dynamic_cast<const HSVNDirectory&>(*whole.root);
+            EXPECT_EQ(root.aggregateChildStatus(), wholeRoot.aggregateChildStatus());
+            EXPECT_EQ(root.aggregateRepositoryChildStatus(), wholeRoot.aggregateRepositoryChildStatus());
+        }
+        EXPECT_EQ(alone.abnormalCount, whole.abnormalCount);
+    }
+}
+
+TEST_F(EveryState, LeavesConflictFilesOutOfTheCountAndTheNodes)
+{
+    const auto countAbnormal = [](const Scan& scan) {
+        return static_cast<std::size_t>(std::count_if(scan.nodes.begin(), scan.nodes.end(),
+                                                      [](const auto& node) { return node->status()->isAbnormal(); }));
+    };
+    auto options = optionsFor({"-v"});
+    const auto with = scan(options);
+    options->setIncludeConflictVersionFiles(false);
+    const auto without = scan(options);
+    EXPECT_EQ(with.abnormalCount, countAbnormal(with));
+    EXPECT_EQ(without.abnormalCount, countAbnormal(without));
+    std::vector<std::string> removed;
+    for (const auto& name : with.names()) {
+        if (!without.node(name)) {
+            removed.push_back(name);
+        }
+    }
+    EXPECT_THAT(removed, UnorderedElementsAre("text-conflict.mine", "text-conflict.r3", "text-conflict.r4",
+                                              "property-conflict.prej"));
+    const auto conflicted = std::find_if(with.nodes.begin(), with.nodes.end(), [](const auto& node) {
+        return node->status()->textStatus() == HSVNStatusKindConflicted;
+    });
+    EXPECT_EQ((*conflicted)->status()->conflictOldRevision(), 3);
+    EXPECT_EQ((*conflicted)->status()->conflictNewRevision(), 4);
+}
+
+TEST_F(EveryState, ShowsControlCharactersInNamesOnly)
+{
+    const auto node = scan(optionsFor({})).node("control??character");
+    ASSERT_TRUE(node);
+    EXPECT_EQ(node->path()->lastComponent(), "control\x01\xC2\x85"
+                                             "character");
+    EXPECT_EQ(node->location()->string(), wc->string());
+}
+
+TEST_F(EveryState, HasDepthsFromLine15On)
+{
+    EXPECT_EQ(scan(optionsFor({"-v"})).node("sparse")->status()->depth(), HSVNDepthEmpty);
+    const auto found = statusTexts(scan(optionsFor({"-v"})).nodes);
+    for (const auto& line : HSVNVersion::wellKnownVersions()) {
+        reading.client->setBundle(bundleOfLine(line));
+        const auto scanned = scan(optionsFor({"-v"}));
+        EXPECT_EQ(scanned.node("sparse")->status()->depth(),
+                  line == HSVNVersion::version1_4() ? HSVNDepthUnknown : HSVNDepthEmpty);
+        EXPECT_EQ(statusTexts(scanned.nodes), found);
+    }
+}
+
+TEST_F(EveryState, IsToldOfSingleItems)
+{
+    const auto all = scan(optionsFor({"-v", "--no-ignore", "-u"}));
+    for (const char* name : {"normal", "text-conflict", "stolen", "outdated", "moved-here", "sparse", "added"}) {
+        const auto path = wc->pathByAddingComponent(name);
+        const auto node = HSVNNode::nodeWithStatusAtPath(path, HSVNRevision::HEAD(), true, reading.client);
+        ASSERT_TRUE(node) << name;
+        const auto inScan = std::find_if(all.nodes.begin(), all.nodes.end(),
+                                         [&](const auto& other) { return other->path()->isEqualToPath(path); });
+        EXPECT_EQ(joined({kindName(node->status()->textStatus()), revisionText(node->revision())}),
+                  joined({kindName((*inScan)->status()->textStatus()), revisionText((*inScan)->revision())}));
+        EXPECT_EQ(node->lockStatus(), (*inScan)->lockStatus());
+    }
+    EXPECT_EQ(HSVNNode::nodeWithStatusAtPath(wc->pathByAddingComponent("nowhere"), HSVNRevision::UNSPECIFIED(), false,
+                                             reading.client),
+              nullptr);
+}
+
+TEST_F(EveryState, IsToldOfTheFolderAlone)
+{
+    HSVNRepositoryInfoRef information;
+    const auto folder = HSVNDirectory::workingCopyWithStatusAtPath(wc, &information, reading.client);
+    EXPECT_EQ(information->rootURL()->string(), repository->url());
+    EXPECT_EQ(information->UUID(), mustRun({"svnlook", "uuid", repository->path()}).substr(0, 36));
+    EXPECT_EQ(folder->name(), "wc");
+    EXPECT_EQ(folder->URL()->string(), repository->url("trunk"));
+    EXPECT_EQ(folder->revision(), 3);
+    EXPECT_EQ(folder->author(), "alice");
+    EXPECT_EQ(folder->status()->textStatus(), HSVNStatusKindNormal);
+    EXPECT_EQ(folder->status()->depth(), HSVNDepthInfinity);
+    EXPECT_TRUE(folder->hasMissingNodes() && folder->hasUnversionedNodes());
+
+    const auto inner =
+        HSVNDirectory::workingCopyWithStatusAtPath(wc->pathByAddingComponent("copy-of-tree"), reading.client);
+    EXPECT_EQ(inner->status()->textStatus(), HSVNStatusKindAdded);
+    EXPECT_EQ(inner->aggregateChildStatus(), HSVNStatusKindModified);
+    EXPECT_EQ(reasonOf<HSVNNotWorkingCopyException>([&] {
+                  HSVNDirectory::workingCopyWithStatusAtPath(wc->pathByAddingComponent("unversioned"), reading.client);
+              }),
+              "Directory is not a working copy");
+}
+
+TEST_F(EveryState, CanBeLeftInTheMiddleOfAScan)
+{
+    struct Stopping : Harry
+    {
+        int asked = 0;
+        bool queryContinue(HSVNContext&) { return ++asked < 5; }
+    };
+    const auto delegate = std::make_shared<HSVNClientDelegateFor<Stopping>>();
+    const auto client = std::make_shared<HSVNClient>(nullptr, delegate);
+    EXPECT_THROW(HSVNDirectory::statusForNodesInDirectoryAtPath(wc, optionsFor({"-v"}), client),
+                 HSVNOperationCancelledException);
+    EXPECT_EQ(delegate->asked, 5) << "Subversion went on";
+}
+
+// Folders that are not under version control
+
+TEST_F(EveryState, HasUnversionedFoldersOfTheirOwn)
+{
+    auto options = optionsFor({});
+    const auto inside = Scan{wc->pathByAddingComponent("unversioned"), options, reading.client};
+    EXPECT_THAT(inside.names(), ElementsAre("inner", "file"));
+    EXPECT_EQ(inside.root->name(), "unversioned");
+    EXPECT_EQ(inside.abnormalCount, 2U);
+
+    const auto outside = pathOf(repository->beside(""));
+    writeFile(outside->string() + "/plain/a b/deep/file", "12345");
+    writeFile(outside->string() + "/plain/junk.o", "");
+    const auto plain = outside->pathByAddingComponent("plain");
+    mustRun({"svn", "checkout", "-q", repository->url("trunk/sparse"), plain->string() + "/nested"});
+    reading.client->setOption("*.o", "global-ignores", "config", "miscellany");
+    const auto all = Scan{plain, options, reading.client};
+    EXPECT_THAT(all.names(), ElementsAre("a b", "deep", "file", "nested"));
+    EXPECT_EQ(all.nodes[2]->size(), 5U);
+    EXPECT_EQ(all.nodes[2]->status()->textStatus(), HSVNStatusKindUnversioned);
+    EXPECT_TRUE(all.nodes[1]->isDirectory());
+    EXPECT_EQ(all.abnormalCount, 4U);
+    options->setRespectIgnoreProperties(false);
+    options->setRecursive(false);
+    const auto flat = Scan{plain, options, reading.client};
+    EXPECT_THAT(flat.names(), ElementsAre("a b", "junk.o", "nested"));
+    EXPECT_EQ(flat.nodes[1]->status()->textStatus(), HSVNStatusKindIgnored);
+
+    EXPECT_THAT(reasonOf<HSVNException>([&] {
+                    Scan{outside->pathByAddingComponent("nowhere"), options, reading.client};
+                }),
+                HasSubstr("nowhere"));
+    EXPECT_EQ(reasonOf([&] {
+                  Scan{nullptr, options, reading.client};
+              }),
+              "Invalid parameter not satisfying: path != nil");
+    EXPECT_EQ(reasonOf([&] {
+                  Scan{plain, nullptr, reading.client};
+              }),
+              "Invalid parameter not satisfying: options != nil");
+}
+
+// Externals
+
+TEST_F(EveryState, HasTheExternalsThatItsDefinitionsName)
+{
+    const auto below = [&](const std::vector<HSVNLocalPathRef>& paths) {
+        std::vector<std::string> texts;
+        for (const auto& path : paths) {
+            texts.push_back(path->string().substr(wc->string().size() + 1));
+        }
+        return texts;
+    };
+    EXPECT_THAT(below(HSVNDirectory::externalsForPath(wc, reading.client)),
+                ElementsAre("externals/file-external", "externals/pinned tree", "externals/tree"));
+    EXPECT_THAT(below(HSVNDirectory::externalsInDirectoryAtPath(wc, reading.client)),
+                ElementsAre("externals/pinned tree", "externals/tree"));
+    EXPECT_THAT(HSVNDirectory::externalsForPath(wc->pathByAddingComponent("folder"), reading.client), IsEmpty());
+}
+
+TEST(HSVNDirectoryExternals, ThatAreBrokenAreToldButDoNotEndAScan)
+{
+    const TestRepository repository;
+    repository.makeFolder("trunk");
+    mustRun({"svn", "propset", "-q", "svn:externals", "^/trunk dir", repository.checkOut() + "/trunk"});
+    const auto wc = pathOf(repository.beside("wc"));
+    const ReadingClient reading;
+    for (const char* definition : {"only-one-word", "^/a@b dir"}) {
+        const auto size = std::to_string(std::string_view{definition}.size());
+        alterWorkingCopyDatabase(wc->string(), {"UPDATE actual_node SET properties = CAST('(svn:externals " + size +
+                                                " " + definition + ")' AS BLOB)"});
+        EXPECT_THROW(HSVNDirectory::externalsForPath(wc, reading.client), HSVNException) << definition;
+        EXPECT_EQ(Scan(wc, optionsFor({"-v"}), reading.client).nodes.size(), 2U) << definition;
+    }
+}
+
+// Working copies of every age
+
+TEST(SampleScan, OfTheInstalledLineIsWhatThatLineTold)
+{
+    const SampleWorkingCopy sample{"1.14"};
+    sample.relocate();
+    const ReadingClient reading;
+    for (const auto& [file, arguments] : std::vector<std::pair<const char*, std::vector<std::string>>>{
+             {"status.xml", {}}, {"status-vu.xml", {"-v", "-u"}}})
+    {
+        SCOPED_TRACE(file);
+        const auto options = optionsFor(arguments);
+        const auto entries = XMLEntry::entriesIn(sample.expected(file));
+        ASSERT_GT(entries.size(), 30U);
+        expectEqual(statusTexts(Scan{pathOf(sample.path()), options, reading.client}.nodes),
+                    statusTexts(entries, options->compareAgainstRepository(), sample.path()));
+    }
+}
+
+TEST(SampleScan, OfAnOlderLineIsRefusedUntilItIsUpgraded)
+{
+    const ReadingClient reading;
+    for (const char* line : {"1.4", "1.5", "1.6"}) {
+        SCOPED_TRACE(line);
+        const SampleWorkingCopy sample{line};
+        const auto wc = pathOf(sample.path());
+        EXPECT_THAT(reasonOf<HSVNUnsupportedWorkingCopyFormatException>([&] {
+                        Scan{wc, optionsFor({}), reading.client};
+                    }),
+                    HasSubstr(sample.path()));
+        HSVNDirectory::upgradeWorkingCopyAtPath(wc, installedLine(), false);
+        const auto expected =
+            statusTexts(XMLEntry::entriesIn(mustRun({"svn", "status", "-v", "--xml", wc->string()})), false);
+        ASSERT_GT(expected.size(), 60U);
+        expectEqual(statusTexts(Scan{wc, optionsFor({"-v"}), reading.client}.nodes), expected);
+    }
+}
+
+} // namespace

@@ -1,0 +1,145 @@
+#include "Command.h"
+#include "HSVNBundleLoader.h"
+#include "HSVNDirectory.h"
+#include "HSVNException.h"
+#include "HSVNLocalPath.h"
+#include "ReadingClient.h"
+#include "ReasonOf.h"
+#include "SampleWorkingCopy.h"
+#include "TestBundles.h"
+#include "WorkingCopyDatabase.h"
+
+#include <filesystem>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using testing::HasSubstr;
+
+namespace {
+
+namespace fs = std::filesystem;
+
+HSVNPathRef pathOf(const std::string& text) { return HSVNLocalPath::pathWithString(text); }
+
+std::int32_t formatOf(const std::string& path)
+{
+    return HSVNDirectory::formatVersionForWorkingCopyAtPath(pathOf(path));
+}
+
+struct Line
+{
+    const char* name;
+    std::int32_t format;
+};
+
+class WorkingCopyFormats : public testing::TestWithParam<Line>
+{
+};
+
+TEST_P(WorkingCopyFormats, AreFoundInRealWorkingCopies)
+{
+    const SampleWorkingCopy sample{GetParam().name};
+    const auto line = HSVNVersion::versionWithString(GetParam().name);
+    bundleOfLine(line);
+    for (const auto& item : {sample.path(), sample.path("wc/copied-dir"), sample.path("wc/externals/ext")}) {
+        EXPECT_EQ(formatOf(item), GetParam().format) << item;
+        EXPECT_EQ(HSVNDirectory::versionForWorkingCopyAtPath(pathOf(item)), line) << item;
+    }
+    EXPECT_EQ(formatOf(sample.path("wc/unversioned dir")), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Lines, WorkingCopyFormats,
+                         testing::Values(Line{"1.4", 8}, Line{"1.5", 9}, Line{"1.6", 10}, Line{"1.14", 31}));
+
+TEST(HSVNWorkingCopyFormat, OfANewerLineIsServedByTheNewestBundle)
+{
+    const SampleWorkingCopy sample{"1.14"};
+    alterWorkingCopyDatabase(sample.path(), {"PRAGMA user_version = 99"});
+    EXPECT_EQ(formatOf(sample.path()), 99);
+    EXPECT_EQ(HSVNDirectory::versionForWorkingCopyAtPath(pathOf(sample.path())),
+              HSVNBundleLoader::sharedInstance().newestVersion());
+}
+
+TEST(HSVNWorkingCopyFormat, IsZeroForAFolderThatIsNone)
+{
+    const TemporaryFolder folder;
+    writeFile(folder / "file", "");
+    EXPECT_EQ(formatOf(folder.path().string()), 0);
+    EXPECT_FALSE(HSVNDirectory::isWorkingCopyAtPath(pathOf(folder.path().string())));
+    EXPECT_EQ(reasonOf<HSVNNotWorkingCopyException>(
+                  [&] { HSVNDirectory::versionForWorkingCopyAtPath(pathOf(folder.path().string())); }),
+              "\"%\" is not a working copy");
+    EXPECT_THAT(reasonOf<HSVNNoSuchEntryException>([&] { formatOf(folder / "nowhere"); }), HasSubstr("nowhere"));
+    EXPECT_EQ(reasonOf([] { HSVNDirectory::isWorkingCopyAtPath(nullptr); }),
+              "Invalid parameter not satisfying: path != nil");
+}
+
+TEST(HSVNAdminArea, IsPurgedAtEveryDepth)
+{
+    const SampleWorkingCopy sample{"1.6"};
+    const auto root = pathOf(sample.path());
+    EXPECT_EQ(HSVNDirectory::adminAreaInWorkingCopyAtPath(root)->string(), root->string() + "/.svn");
+    const auto count = [&] {
+        std::pair<int, int> counts; // administrative folders and other items
+        for (fs::recursive_directory_iterator entry{root->string()}, end; entry != end; ++entry) {
+            const bool isAdmin = entry->path().filename() == ".svn";
+            (isAdmin ? counts.first : counts.second) += 1;
+            if (isAdmin) {
+                entry.disable_recursion_pending();
+            }
+        }
+        return counts;
+    };
+    fs::create_directory_symlink(sample.path("wc-adminlocked"), root->string() + "/link to another");
+    const auto before = count();
+    EXPECT_GT(before.first, 10);
+    HSVNDirectory::purgeAdminDirectoriesInPath(root);
+    EXPECT_EQ(count(), std::pair(0, before.second));
+    EXPECT_TRUE(fs::exists(sample.path("wc-adminlocked/.svn")));
+}
+
+TEST(HSVNAdminArea, IsCleanedUp)
+{
+    const SampleWorkingCopy sample{"1.14"};
+    const ReadingClient reading;
+    const auto wc = sample.path("wc-adminlocked");
+    alterWorkingCopyDatabase(wc, {"INSERT INTO wc_lock VALUES (1, '', -1)"});
+    ASSERT_THAT(mustRun({"svn", "status", wc}), HasSubstr("  L"));
+    HSVNDirectory::cleanUpWorkingCopyAtPath(pathOf(wc), reading.client);
+    EXPECT_EQ(mustRun({"svn", "status", wc}), "");
+    EXPECT_THROW(HSVNDirectory::cleanUpWorkingCopyAtPath(pathOf(sample.path("repo")), reading.client), HSVNException);
+}
+
+TEST(HSVNDirectory, FindsTheDirectChildOfARoot)
+{
+    const auto root = pathOf("/a/b");
+    EXPECT_EQ(HSVNDirectory::parentDirectoryInRoot(root, pathOf("/a/b/c/d/e"))->string(), "/a/b/c");
+    EXPECT_EQ(HSVNDirectory::parentDirectoryInRoot(root, pathOf("/a/b/c"))->string(), "/a/b/c");
+}
+
+TEST(HSVNUpgrade, ChangesTheFormatOfAWorkingCopyAndOfItsExternals)
+{
+    const SampleWorkingCopy sample{"1.4"};
+    const auto& line = HSVNVersion::version1_6();
+    bundleOfLine(line);
+    HSVNDirectory::runUpgradeScriptForWorkingCopyAtPath(pathOf(sample.path()), HSVNVersion::version(1, 6, 23), false);
+    EXPECT_EQ(formatOf(sample.path()), 10);
+    EXPECT_EQ(formatOf(sample.path("wc/externals/ext")), 8);
+    HSVNDirectory::upgradeWorkingCopyAtPath(pathOf(sample.path()), installedLine(), false);
+    for (const char* item : {"wc", "wc/externals/ext", "wc/externals/ext-pinned"}) {
+        EXPECT_EQ(formatOf(sample.path(item)), 31) << item;
+    }
+    EXPECT_EQ(formatOf(sample.path("wc-adminlocked")), 8);
+}
+
+TEST(HSVNUpgrade, GoesDownOnlyWithForceWhereSomethingWouldBeLost)
+{
+    const SampleWorkingCopy sample{"1.5"};
+    const auto& older = HSVNVersion::version1_4();
+    HSVNDirectory::runUpgradeScriptForWorkingCopyAtPath(pathOf(sample.path()), older, false);
+    EXPECT_EQ(formatOf(sample.path()), 9);
+    HSVNDirectory::runUpgradeScriptForWorkingCopyAtPath(pathOf(sample.path()), older, true);
+    EXPECT_EQ(formatOf(sample.path()), 8);
+}
+
+} // namespace
