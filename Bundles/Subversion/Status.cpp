@@ -36,9 +36,11 @@ svn_error_t* status2(svn_revnum_t* result, const char* path, const svn_opt_revis
     StatusReceiver filter{receiver, baton};
 #ifdef HSVN_FAST_STATUS
     StatusRecords records{ctx, path, getAll, receiveStatus, &filter, pool};
+    // Asked for the whole depth for good, the repository would tell of everything that sparse folders leave out.
+    const svn_boolean_t depthIsSticky = !recurse;
     svn_error_t* error = svn_client_status6(
         result, ctx, path, revision, recurse ? svn_depth_infinity : svn_depth_immediates, getAll, update, TRUE,
-        noIgnore, ignoreExternals, TRUE, nullptr, StatusRecords::receive, &records, pool);
+        noIgnore, ignoreExternals, depthIsSticky, nullptr, StatusRecords::receive, &records, pool);
 #else
     svn_error_t* error = svn_client_status2(result, path, revision, receiveStatus, &filter, recurse, getAll, update,
                                             noIgnore, ignoreExternals, ctx, pool);
