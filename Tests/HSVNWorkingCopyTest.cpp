@@ -1,55 +1,31 @@
 #include "AlteredBundle.h"
-#include "Command.h"
 #include "HSVNAddOptions.h"
 #include "HSVNCallRecorder.h"
 #include "HSVNCheckOutOptions.h"
-#include "HSVNClient.h"
 #include "HSVNCommitItem.h"
 #include "HSVNCommitOptions.h"
 #include "HSVNDirectory.h"
-#include "HSVNException.h"
-#include "HSVNLocalPath.h"
 #include "HSVNNode.h"
 #include "HSVNResolveOptions.h"
 #include "HSVNRevertOptions.h"
 #include "HSVNRevision.h"
 #include "HSVNRevisionSpec.h"
-#include "HSVNURL.h"
 #include "HSVNUpdateOptions.h"
 #include "ReasonOf.h"
-#include "RecordingDelegate.h"
-#include "TestBundles.h"
-#include "TestRepository.h"
+#include "WorkingCopyTest.h"
 
-#include <filesystem>
 #include <functional>
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 using testing::ElementsAre;
-using testing::HasSubstr;
 
 namespace {
 
 HSVNPathRef localPath(const std::string& text) { return HSVNLocalPath::pathWithString(text); }
 
-std::string status(const std::string& path) { return mustRun({"svn", "status", path}); }
-
-/// A repository with trunk/a.txt and trunk/b.txt and a working copy of it, worked on through one line.
-class WorkingCopy : public testing::TestWithParam<const char*>
+class WorkingCopyOperations : public WorkingCopyTest
 {
   protected:
-    WorkingCopy()
-    {
-        repository.change({"mkdir", "trunk"});
-        repository.put("trunk/a.txt", "one\n");
-        repository.put("trunk/b.txt", "one\n");
-        root = repository.checkOut();
-    }
-
-    static HSVNVersion line() { return HSVNVersion::versionWithString(GetParam()); }
-    std::string item(const std::string& name) const { return root + "/trunk/" + name; }
-
     HSVNRevisionNumber commit(const std::vector<HSVNPathRef>& paths) const
     {
         return HSVNNode::commitChangesToNodes(paths, HSVNCommitOptions::defaults(), client);
@@ -58,184 +34,165 @@ class WorkingCopy : public testing::TestWithParam<const char*>
     {
         return HSVNNode::updateNodes(paths, revision, HSVNUpdateOptions::defaults(), client);
     }
-
-    TestRepository repository;
-    std::string root;
-    std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
-    HSVNClientRef client = std::make_shared<HSVNClient>(bundleOfLine(line()), delegate);
+    const HSVNNotification& first() const { return *delegate->notifications.front(); }
+    const HSVNNotification& last() const { return *delegate->notifications.back(); }
 };
-
-std::string lineName(const testing::TestParamInfo<const char*>& instance)
-{
-    std::string name = instance.param;
-    return "Line" + name.replace(1, 1, "_");
-}
 
 } // namespace
 
-TEST_P(WorkingCopy, AddTakesWhatItsOptionsTell)
+TEST_P(WorkingCopyOperations, AddTakesWhatItsOptionsTell)
 {
+    const auto options = HSVNAddOptions::defaults();
     writeFile(item("new/in.txt"), "");
     writeFile(item("new/ignored.o"), "");
-    HSVNNode::add(localPath(item("new")), client);
-    EXPECT_THAT(status(root), HasSubstr("A       " + item("new/in.txt")));
-    EXPECT_THAT(status(root), testing::Not(HasSubstr("ignored.o")));
+    HSVNNode::add(at("new"), client);
+    EXPECT_EQ(status(), "A       new\nA       new/in.txt\n");
 
-    const auto options = HSVNAddOptions::defaults();
     options->setMatchIgnorePatterns(false);
-    HSVNNode::add(localPath(item("new")), options, client);
-    EXPECT_THAT(status(root), HasSubstr("A       " + item("new/ignored.o"))) << "forced into a versioned folder";
-
+    HSVNNode::add(at("new"), options, client);
+    EXPECT_EQ(status(), "A       new\nA       new/ignored.o\nA       new/in.txt\n") << "forced into a versioned folder";
     options->setForce(false);
-    EXPECT_THROW(HSVNNode::add(localPath(item("new")), options, client), HSVNEntryExistsException);
+    EXPECT_THROW(HSVNNode::add(at("new"), options, client), HSVNEntryExistsException);
 
     writeFile(item("flat/in.txt"), "");
     options->setRecursive(false);
-    HSVNNode::add(localPath(item("flat")), options, client);
-    EXPECT_THAT(status(root), HasSubstr("A       " + item("flat")));
-    EXPECT_THAT(status(root), HasSubstr("?       " + item("flat/in.txt")));
+    HSVNNode::add(at("flat"), options, client);
+    EXPECT_TRUE(status().starts_with("A       flat\n?       flat/in.txt\n")) << status();
     EXPECT_TRUE(delegate->ownActions().empty());
 }
 
-TEST_P(WorkingCopy, RevertRestoresAllItsPaths)
+TEST_P(WorkingCopyOperations, RevertRestoresAllItsPaths)
 {
+    const auto options = HSVNRevertOptions::defaults();
     writeFile(item("a.txt"), "changed\n");
     writeFile(item("b.txt"), "changed\n");
-    HSVNNode::revertNodes({localPath(item("a.txt")), localPath(item("b.txt"))}, HSVNRevertOptions::defaults(), client);
-    EXPECT_EQ(status(root), "");
+    HSVNNode::revertNodes({at("a.txt"), at("b.txt")}, options, client);
+    EXPECT_EQ(status(), "");
 
     writeFile(item("a.txt"), "changed\n");
-    const auto options = HSVNRevertOptions::defaults();
     options->setRecursive(false);
-    HSVNNode::revertNodes({localPath(root)}, options, client);
+    HSVNNode::revertNodes({at("")}, options, client);
     EXPECT_EQ(readFile(item("a.txt")), "changed\n") << "only the folder itself was to be reverted";
     EXPECT_EQ(delegate->withAction(HSVNNotifyActionRevert).size(), 2U);
 }
 
-TEST_P(WorkingCopy, AConflictIsReportedAndResolved)
+TEST_P(WorkingCopyOperations, AConflictIsReportedAndResolved)
 {
     repository.put("trunk/a.txt", "theirs\n");
     writeFile(item("a.txt"), "mine\n");
-    EXPECT_THAT(update({localPath(root)}, HSVNRevision::HEAD()), ElementsAre(4));
+    EXPECT_THAT(update({at("")}, HSVNRevision::HEAD()), ElementsAre(2));
     const auto updates = delegate->withAction(HSVNNotifyActionUpdateUpdate);
     ASSERT_FALSE(updates.empty());
     EXPECT_EQ(updates.front()->contentState(), 7) << "conflicted";
     EXPECT_EQ(updates.front()->path(), item("a.txt"));
-    EXPECT_THROW(commit({localPath(root)}), HSVNMergeConflictException);
+    EXPECT_THROW(commit({at("")}), HSVNMergeConflictException);
 
-    HSVNNode::resolveNodeAtPath(localPath(item("a.txt")), HSVNResolveOptions::defaults(), client);
-    EXPECT_EQ(commit({localPath(root)}), 5);
+    HSVNNode::resolveNodeAtPath(at("a.txt"), HSVNResolveOptions::defaults(), client);
+    EXPECT_EQ(commit({at("")}), 3);
 }
 
-TEST_P(WorkingCopy, UpdateOfOnePathNamesItInItsNotifications)
+TEST_P(WorkingCopyOperations, UpdateOfOnePathNamesItInItsNotifications)
 {
     repository.put("trunk/a.txt", "two\n");
-    EXPECT_THAT(update({localPath(root)}, HSVNRevision::HEAD()), ElementsAre(4));
+    EXPECT_THAT(update({at("")}, HSVNRevision::HEAD()), ElementsAre(2));
     EXPECT_EQ(readFile(item("a.txt")), "two\n");
     EXPECT_THAT(delegate->ownActions(),
                 ElementsAre("HSVNNotifyActionUpdateStarted", "HSVNNotifyActionUpdateSucceeded"));
-    EXPECT_EQ(delegate->notifications.front()->path(), root);
-    EXPECT_EQ(delegate->notifications.back()->path(), root);
-    EXPECT_THAT(update({localPath(root)}, HSVNRevision::revisionWithNumber(3)), ElementsAre(3));
-    EXPECT_EQ(readFile(item("a.txt")), "one\n");
+    EXPECT_EQ(first().path(), root);
+    EXPECT_EQ(last().path(), root);
+    EXPECT_THAT(update({at("")}, HSVNRevision::revisionWithNumber(1)), ElementsAre(1));
+    EXPECT_EQ(readFile(item("a.txt")), "a.txt\n");
 }
 
-TEST_P(WorkingCopy, UpdateOfTwoPathsSendsItsNotificationsWithoutAPath)
+TEST_P(WorkingCopyOperations, UpdateOfTwoPathsSendsItsNotificationsWithoutAPath)
 {
     const std::string other = repository.checkOut("other");
     repository.put("trunk/b.txt", "two\n");
-    EXPECT_THAT(update({localPath(other), localPath(item("b.txt"))}, HSVNRevision::HEAD()), ElementsAre(4, 4));
+    EXPECT_THAT(update({localPath(other), at("b.txt")}, HSVNRevision::HEAD()), ElementsAre(2, 2));
     EXPECT_EQ(readFile(item("b.txt")), "two\n");
     EXPECT_THAT(delegate->ownActions(),
                 ElementsAre("HSVNNotifyActionUpdateStarted", "HSVNNotifyActionUpdateSucceeded"));
-    EXPECT_FALSE(delegate->notifications.front()->path());
-    EXPECT_FALSE(delegate->notifications.back()->path());
+    EXPECT_FALSE(first().path());
+    EXPECT_FALSE(last().path());
     EXPECT_THAT(update({}, HSVNRevision::HEAD()), ElementsAre());
 }
 
-TEST_P(WorkingCopy, UpdateToARevisionThatIsNotThereFails)
+TEST_P(WorkingCopyOperations, UpdateToARevisionThatIsNotThereFails)
 {
-    EXPECT_THROW(update({localPath(root)}, HSVNRevision::revisionWithNumber(99)), HSVNException);
+    EXPECT_THROW(update({at("")}, HSVNRevision::revisionWithNumber(99)), HSVNException);
     EXPECT_THAT(delegate->ownActions(), ElementsAre("HSVNNotifyActionUpdateStarted", "HSVNNotifyActionUpdateFailed"));
-    EXPECT_FALSE(delegate->notifications.back()->path());
-    EXPECT_THROW(update({localPath(root)}, HSVNRevision::MINE()), HSVNException);
+    EXPECT_FALSE(last().path());
+    EXPECT_THROW(update({at("")}, HSVNRevision::MINE()), HSVNException);
 }
 
-TEST_P(WorkingCopy, CommitReturnsTheNewRevisionOrNone)
+TEST_P(WorkingCopyOperations, CommitReturnsTheNewRevisionOrNone)
 {
     EXPECT_EQ(commit({}), HSVNInvalidRevision);
     EXPECT_TRUE(delegate->notifications.empty());
 
-    EXPECT_EQ(commit({localPath(root)}), HSVNInvalidRevision);
+    EXPECT_EQ(commit({at("")}), HSVNInvalidRevision);
     EXPECT_THAT(delegate->ownActions(),
                 ElementsAre("HSVNNotifyActionCommitStarted", "HSVNNotifyActionCommitSucceeded"));
-    EXPECT_EQ(delegate->notifications.back()->revision(), HSVNInvalidRevision);
+    EXPECT_EQ(last().revision(), HSVNInvalidRevision);
 
     delegate->notifications.clear();
     writeFile(item("a.txt"), "two\n");
-    EXPECT_EQ(commit({localPath(item("a.txt"))}), 4);
-    EXPECT_EQ(delegate->notifications.front()->path(), item("a.txt"));
-    EXPECT_EQ(delegate->notifications.back()->path(), item("a.txt"));
-    EXPECT_EQ(delegate->notifications.back()->revision(), 4);
+    EXPECT_EQ(commit({at("a.txt")}), 2);
+    EXPECT_EQ(first().path(), item("a.txt"));
+    EXPECT_EQ(last().path(), item("a.txt"));
+    EXPECT_EQ(last().revision(), 2);
     EXPECT_EQ(delegate->withAction(HSVNNotifyActionCommitModified).at(0)->path(), item("a.txt"));
     EXPECT_EQ(repository.contents("trunk/a.txt"), "two\n");
-    EXPECT_EQ(repository.logMessage(4), "a message");
+    EXPECT_EQ(repository.logMessage(2), "a message");
     const auto& items = delegate->commitItems.back();
     ASSERT_EQ(items.size(), 1U);
     EXPECT_EQ(items[0]->actions(), HSVNCommitActionTextModified);
     EXPECT_EQ(items[0]->path()->string(), item("a.txt"));
 }
 
-TEST_P(WorkingCopy, AFailedCommitSendsItsExceptionAndLeavesNoLock)
+TEST_P(WorkingCopyOperations, AFailedCommitSendsItsExceptionAndLeavesNoLock)
 {
     repository.put("trunk/a.txt", "theirs\n");
     writeFile(item("a.txt"), "mine\n");
-    EXPECT_THROW(commit({localPath(root)}), HSVNTransactionOutOfDateException);
+    EXPECT_THROW(commit({at("")}), HSVNTransactionOutOfDateException);
     ASSERT_THAT(delegate->ownActions(), ElementsAre("HSVNNotifyActionCommitStarted", "HSVNNotifyActionCommitFailed"));
-    EXPECT_FALSE(delegate->notifications.back()->path());
-    EXPECT_THROW(delegate->notifications.back()->error()->raise(), HSVNTransactionOutOfDateException);
-    HSVNNode::revertNodes({localPath(item("a.txt"))}, HSVNRevertOptions::defaults(), client);
-    EXPECT_THAT(update({localPath(root)}, HSVNRevision::HEAD()), ElementsAre(4));
+    EXPECT_FALSE(last().path());
+    EXPECT_THROW(last().error()->raise(), HSVNTransactionOutOfDateException);
+    HSVNNode::revertNodes({at("a.txt")}, HSVNRevertOptions::defaults(), client);
+    EXPECT_THAT(update({at("")}, HSVNRevision::HEAD()), ElementsAre(2));
 }
 
-TEST_P(WorkingCopy, CheckoutAnswersTheNewFolderAtItsBaseRevision)
+TEST_P(WorkingCopyOperations, CheckoutAnswersTheNewFolderAtItsBaseRevision)
 {
-    const auto path = localPath(repository.beside("new"));
-    const auto url = HSVNURL::URLWithString(repository.url("trunk"));
+    repository.put("trunk/later.txt", "");
     const auto options = HSVNCheckOutOptions::defaults();
-    options->setRevision(HSVNRevisionSpec::revisionWithNumber(2));
-    const auto folder = HSVNDirectory::checkoutDirectoryAtURL(url, path, options, client);
-    EXPECT_EQ(folder->path()->string(), path->string());
-    EXPECT_EQ(folder->URL()->string(), url->string());
-    EXPECT_EQ(folder->revision(), 2);
+    options->setRevision(HSVNRevisionSpec::revisionWithNumber(1));
+    const auto folder = HSVNDirectory::checkoutDirectoryAtURL(url("trunk"), outside("new"), options, client);
+    EXPECT_EQ(folder->path()->string(), repository.beside("new"));
+    EXPECT_EQ(folder->URL()->string(), repository.url("trunk"));
+    EXPECT_EQ(folder->revision(), 1);
     EXPECT_TRUE(std::filesystem::exists(repository.beside("new/a.txt")));
-    EXPECT_FALSE(std::filesystem::exists(repository.beside("new/b.txt"))) << "added in revision 3";
+    EXPECT_FALSE(std::filesystem::exists(repository.beside("new/later.txt")));
     ASSERT_THAT(delegate->ownActions(),
                 ElementsAre("HSVNNotifyActionCheckOutStarted", "HSVNNotifyActionCheckOutSucceeded"));
-    for (const auto& notification : {delegate->notifications.front(), delegate->notifications.back()}) {
-        EXPECT_EQ(notification->path(), path->string());
-        EXPECT_EQ(notification->alternatePath(), url);
+    for (const auto* notification : {&first(), &last()}) {
+        EXPECT_EQ(notification->path(), repository.beside("new"));
+        EXPECT_EQ(notification->alternatePath()->string(), repository.url("trunk"));
     }
 }
 
-TEST_P(WorkingCopy, AFailedCheckoutNamesBothPlacesAndTheError)
+TEST_P(WorkingCopyOperations, AFailedCheckoutNamesBothPlacesAndTheError)
 {
-    const auto path = localPath(repository.beside("new"));
-    const auto url = HSVNURL::URLWithString(repository.url("nowhere"));
-    try {
-        HSVNDirectory::checkoutDirectoryAtURL(url, path, HSVNCheckOutOptions::defaults(), client);
-        FAIL() << "checked out what is not there";
-    } catch (const HSVNException& exception) {
-        const auto& last = delegate->notifications.back();
-        EXPECT_EQ(last->action(), HSVNNotifyActionCheckOutFailed);
-        EXPECT_EQ(last->path(), path->string());
-        EXPECT_EQ(last->alternatePath(), url);
-        EXPECT_EQ(last->error()->reason(), exception.reason());
-        EXPECT_EQ(last->error()->className(), exception.className());
-    }
+    const std::string reason = reasonOf<HSVNException>([&] {
+        HSVNDirectory::checkoutDirectoryAtURL(url("nowhere"), outside("new"), HSVNCheckOutOptions::defaults(), client);
+    });
+    EXPECT_EQ(last().action(), HSVNNotifyActionCheckOutFailed);
+    EXPECT_EQ(last().path(), repository.beside("new"));
+    EXPECT_EQ(last().alternatePath()->string(), repository.url("nowhere"));
+    EXPECT_EQ(last().error()->reason(), reason);
 }
 
-INSTANTIATE_TEST_SUITE_P(Lines, WorkingCopy, testing::Values("1.4", "1.5", "1.6", "1.14"), lineName);
+INSTANTIATE_TEST_SUITE_P(Lines, WorkingCopyOperations, everyLine(), lineName);
 
 namespace {
 
@@ -387,37 +344,31 @@ std::vector<HSVNRecordedCall> changingCalls(const HSVNCallRecorder& recorder, co
     return calls;
 }
 
-using OlderLines = WorkingCopy;
+using OlderLines = WorkingCopyOperations;
 
 } // namespace
 
 TEST_P(OlderLines, CallTheFunctionOfTheirLineWithTranslatedDepths)
 {
     HSVNCallRecorder recorder{GetParam()};
+    const bool is1_4 = line() == HSVNVersion::version1_4();
     for (const auto& translation : translations()) {
         SCOPED_TRACE(translation.name);
-        writeFile(item("a.txt"), std::string{translation.name});
+        writeFile(item("a.txt"), translation.name);
         recorder.clear();
         delegate->notifications.clear();
-        const bool is1_4 = line() == HSVNVersion::version1_4();
-        try {
-            translation.run(root, client);
-            EXPECT_FALSE(is1_4 && translation.refusalOn1_4) << "not refused";
-        } catch (const HSVNException& exception) {
-            EXPECT_TRUE(is1_4) << exception.reason();
-            EXPECT_STREQ(translation.refusalOn1_4, exception.what());
-            EXPECT_STREQ(translation.refusalOn1_4, badCheckOutDepth) << "only checkout's is of this class";
-            EXPECT_EQ(exception.name(), "NSInvalidArgumentException");
-        } catch (const HSVNInvalidArgumentException& exception) {
-            EXPECT_TRUE(is1_4) << exception.reason();
-            EXPECT_STREQ(translation.refusalOn1_4, exception.what());
-        }
-        const auto calls = changingCalls(recorder, root, repository.url());
+        const auto run = [&] { translation.run(root, client); };
         if (is1_4 && translation.refusalOn1_4) {
-            EXPECT_TRUE(calls.empty());
+            // Checkout's refusal alone is of the library's own class.
+            EXPECT_EQ(translation.refusalOn1_4 == badCheckOutDepth ? reasonOf<HSVNException>(run)
+                                                                   : reasonOf<HSVNInvalidArgumentException>(run),
+                      translation.refusalOn1_4);
+            EXPECT_EQ(last().error()->name(), "NSInvalidArgumentException");
             EXPECT_THAT(delegate->ownActions(), ElementsAre(testing::EndsWith("Started"), testing::EndsWith("Failed")));
-            EXPECT_EQ(delegate->notifications.back()->error()->reason(), translation.refusalOn1_4);
+            EXPECT_TRUE(recorder.calls().empty());
         } else {
+            run();
+            const auto calls = changingCalls(recorder, root, repository.url("trunk"));
             const HSVNRecordedCall& expected = is1_4 ? translation.on1_4 : translation.later;
             ASSERT_EQ(calls.size(), 1U);
             EXPECT_EQ(calls[0].name, expected.name);
@@ -455,7 +406,7 @@ TEST_P(OlderLines, NegateFlagsWhereSubversionDoes)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Lines, OlderLines, testing::Values("1.4", "1.5", "1.6"), lineName);
+INSTANTIATE_TEST_SUITE_P(Lines, OlderLines, recordedLines(), lineName);
 
 TEST(WorkingCopyUpdate, ReportsAKindOfRevisionThatSubversionRefusesAsABadArgument)
 {
