@@ -6,6 +6,7 @@
 #include <memory>
 
 struct HSVNBundleEntryPoints;
+struct HSVNBundleExtensions;
 
 /// One Subversion line: whatever hands out an entry-point table.
 class HSVN_EXPORT HSVNBundle : public HSVNObject
@@ -15,6 +16,10 @@ class HSVN_EXPORT HSVNBundle : public HSVNObject
     ///
     /// @throws HSVNException when the bundle's code cannot be loaded or is of another line than it says
     virtual const HSVNBundleEntryPoints* entryPoints() = 0;
+    /// The table of the functions that the bundle offers beside those; null when it offers none.
+    ///
+    /// @throws as `entryPoints`
+    virtual const HSVNBundleExtensions* extensions() { return nullptr; }
 };
 
 using HSVNBundleRef = std::shared_ptr<HSVNBundle>;

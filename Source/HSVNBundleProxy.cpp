@@ -1,6 +1,7 @@
 #include "HSVNBundleProxy.h"
 
 #include "HSVNBundleEntryPointsPrivate.h"
+#include "HSVNBundleExtensionsPrivate.h"
 #include "HSVNException.h"
 #include "HSVNVersion.h"
 
@@ -17,12 +18,17 @@ constexpr std::size_t placeCount = 91;
 class BundlePrincipal : public HSVNBundle
 {
   public:
-    explicit BundlePrincipal(const HSVNBundleEntryPoints* entryPoints) : _entryPoints{entryPoints} {}
+    BundlePrincipal(const HSVNBundleEntryPoints* entryPoints, const HSVNBundleExtensions* extensions)
+        : _entryPoints{entryPoints}, _extensions{extensions}
+    {
+    }
     std::string className() const override { return "HSVNBundlePrincipal"; }
     const HSVNBundleEntryPoints* entryPoints() override { return _entryPoints; }
+    const HSVNBundleExtensions* extensions() override { return _extensions; }
 
   private:
     const HSVNBundleEntryPoints* _entryPoints;
+    const HSVNBundleExtensions* _extensions;
 };
 
 [[noreturn]] void refuse(const HSVNPackage& package, const std::string& cause)
@@ -88,6 +94,16 @@ const HSVNBundleEntryPoints& startBundle(const HSVNPackage& package)
     return *entryPoints;
 }
 
+/// The bundle's second table, or null: one of another meaning than this library's is as good as none.
+const HSVNBundleExtensions* extensionsOf(const HSVNPackage& package)
+{
+    constexpr std::uint32_t understoodVersion = 1;
+    const auto function =
+        reinterpret_cast<HSVNBundleExtensionsFunction>(package.optionalSymbol(HSVNBundleExtensionsSymbol));
+    const HSVNBundleExtensions* const table = function ? function() : nullptr;
+    return table && table->version == understoodVersion ? table : nullptr;
+}
+
 } // namespace
 
 HSVNBundleProxy::HSVNBundleProxy(HSVNPackageRef bundle) : _bundle{std::move(bundle)}
@@ -110,7 +126,7 @@ HSVNBundleRef HSVNBundleProxy::bundleObject()
     const std::lock_guard guard{_lock};
     if (!_bundleObject) {
         const HSVNBundleEntryPoints& entryPoints = startBundle(*_bundle);
-        _bundleObject = std::make_shared<BundlePrincipal>(&entryPoints);
+        _bundleObject = std::make_shared<BundlePrincipal>(&entryPoints, extensionsOf(*_bundle));
         _entryPoints.store(&entryPoints, std::memory_order_release);
     }
     return _bundleObject;

@@ -32,6 +32,8 @@ class HSVN_EXPORT HSVNBundleProxy : public HSVNBundle
     HSVNBundleRef bundleObject();
     /// The principal object's table.
     const HSVNBundleEntryPoints* entryPoints() override;
+    /// The principal object's table of further functions.
+    const HSVNBundleExtensions* extensions() override { return bundleObject()->extensions(); }
 
   private:
     HSVNPackageRef _bundle;

@@ -3,6 +3,8 @@
 #include "HSVNDebug.h"
 #include "HSVNException.h"
 
+#include <fmt/format.h>
+
 namespace {
 
 /// The context, once the call is logged: the debug line comes before anything else that an operation does. Operations
@@ -44,7 +46,7 @@ void HSVNLogCall(std::string_view className, std::string_view operation, const s
 
 HSVNOperation::HSVNOperation(const HSVNContextRef& context, std::string_view className, std::string_view operation,
                              const std::vector<HSVNArgument>& arguments)
-    : _context{logged(context, className, operation, arguments)},
+    : _context{logged(context, className, operation, arguments)}, _name{fmt::format("[{} {}]", className, operation)},
       _version{context->bundleVersion().value_or(HSVNVersion{0, 0})}, _bundle{context->bundle()},
       _entryPoints{&HSVNCurrentEntryPoints()}, _pool{context->pool()}, _outerException{context->takeKeptException()}
 {
@@ -54,6 +56,12 @@ HSVNOperation::~HSVNOperation()
 {
     _context->takeKeptException();
     _context->keepException(std::move(_outerException));
+}
+
+void HSVNOperation::failUnsupported() const
+{
+    throw HSVNUnsupportedFeatureException(
+        fmt::format("{} is not offered by the bundle of Subversion {}.{}", _name, _version.major(), _version.minor()));
 }
 
 void HSVNOperation::check(svn_error_t* error)

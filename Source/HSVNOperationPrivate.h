@@ -1,11 +1,13 @@
 #pragma once
 
+#include "HSVNBundleExtensionsPrivate.h"
 #include "HSVNContext.h"
 #include "HSVNPath.h"
 #include "HSVNPlatformException.h"
 #include "HSVNPoolPrivate.h"
 #include "HSVNTypes.h"
 
+#include <cstddef>
 #include <exception>
 #include <functional>
 #include <memory>
@@ -68,6 +70,25 @@ class HSVN_EXPORT HSVNOperation
     /// Whether the bundle's line is the given one or newer.
     bool isAtLeast(const HSVNVersion& version) const { return !_version.isLessThan(version); }
 
+    /// A function of the bundle's second table.
+    ///
+    /// @param place  the table's member
+    /// @throws HSVNUnsupportedFeatureException naming the operation and the line when the bundle does not offer it
+    template <class Function>
+    Function extension(Function HSVNBundleExtensions::*place) const
+    {
+        const HSVNBundleExtensions* const table = _context->bundle()->extensions();
+        if (!table) {
+            failUnsupported();
+        }
+        // How far the member reaches into the table, against what the bundle was compiled with.
+        const auto end = reinterpret_cast<const char*>(&(table->*place) + 1) - reinterpret_cast<const char*>(table);
+        if (end > static_cast<std::ptrdiff_t>(table->size) || !(table->*place)) {
+            failUnsupported();
+        }
+        return table->*place;
+    }
+
     /// Throws the exception that a callback kept, else the exception of the error (which is consumed), else returns.
     void check(svn_error_t* error);
 
@@ -88,7 +109,10 @@ class HSVN_EXPORT HSVNOperation
     const char* cString(const std::string& text) const;
 
   private:
+    [[noreturn]] void failUnsupported() const;
+
     HSVNContextRef _context;
+    std::string _name; // "[class operation]"
     HSVNVersion _version;
     HSVNBundleScope _bundle;
     const HSVNBundleEntryPoints* _entryPoints;

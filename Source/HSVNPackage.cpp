@@ -149,11 +149,19 @@ std::string HSVNPackage::infoText(const char* key) const
 
 void* HSVNPackage::symbol(const char* name) const
 {
-    // Local: several Subversion lines live in one process, each seeing its own functions only.
-    void* const code = dlopen(executablePath(*this).c_str(), RTLD_NOW | RTLD_LOCAL);
-    void* const found = code ? dlsym(code, name) : nullptr;
+    void* const found = optionalSymbol(name);
     if (!found) {
         failToLoadCode(_path, lastLoaderError());
     }
     return found;
+}
+
+void* HSVNPackage::optionalSymbol(const char* name) const
+{
+    // Local: several Subversion lines live in one process, each seeing its own functions only.
+    void* const code = dlopen(executablePath(*this).c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!code) {
+        failToLoadCode(_path, lastLoaderError());
+    }
+    return dlsym(code, name);
 }

@@ -39,6 +39,8 @@ class HSVN_EXPORT HSVNPackage
     ///
     /// @throws HSVNException "Failed to load the code of the bundle at PATH: CAUSE"
     void* symbol(const char* name) const;
+    /// The same, but null for a symbol that the code does not export.
+    void* optionalSymbol(const char* name) const;
 
   private:
     HSVNPackage(std::string path, HSVNUserInfo infoDictionary);

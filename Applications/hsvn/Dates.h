@@ -1,0 +1,10 @@
+#pragma once
+
+#include <HSVN/HSVN.h>
+
+#include <string>
+
+/// "2026-11-21 09:54:59 +0000 (Sat, 21 Nov 2026)", in the local time zone.
+std::string humanDate(const HSVNDate& date);
+/// "2026-11-21T09:54:59.547705Z"
+std::string exactDate(const HSVNDate& date);

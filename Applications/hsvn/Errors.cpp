@@ -1,0 +1,128 @@
+#include "Errors.h"
+
+#include "Output.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <fmt/format.h>
+#include <set>
+
+namespace {
+
+std::string& storedProgramName()
+{
+    static std::string name = "hsvn";
+    return name;
+}
+
+/// The parts of one error of a chain.
+struct Link
+{
+    std::int32_t code = 0;
+    std::string message;
+    const HSVNUserInfo* cause = nullptr;
+};
+
+Link linkOf(const HSVNUserInfo& info)
+{
+    Link link;
+    if (const auto code = info.find(HSVNExceptionStatusKey); code != info.end() && code->second.number()) {
+        link.code = static_cast<std::int32_t>(*code->second.number());
+    }
+    if (const auto message = info.find(HSVNExceptionMessageKey); message != info.end() && message->second.text()) {
+        link.message = *message->second.text();
+    }
+    if (const auto cause = info.find(HSVNExceptionCauseKey); cause != info.end()) {
+        link.cause = cause->second.dictionary();
+    }
+    return link;
+}
+
+/// The exception's chain of errors, the outermost first.
+std::vector<Link> chainOf(const HSVNException& exception)
+{
+    std::vector<Link> chain;
+    for (const HSVNUserInfo* info = &exception.userInfo(); info; info = chain.back().cause) {
+        chain.push_back(linkOf(*info));
+    }
+    if (chain.front().message.empty()) {
+        chain.front().message = exception.reason();
+    }
+    return chain;
+}
+
+HSVNUserInfo userInfo(std::int32_t code, const std::string& message, const HSVNUserInfo* cause)
+{
+    HSVNUserInfo info{{HSVNExceptionStatusKey, std::int64_t{code}}, {HSVNExceptionMessageKey, message}};
+    if (cause) {
+        info.emplace(HSVNExceptionCauseKey, std::make_shared<const HSVNUserInfo>(*cause));
+    }
+    return info;
+}
+
+} // namespace
+
+void fail(std::int32_t code, const std::string& message)
+{
+    throw HSVNException(message, userInfo(code, message, nullptr));
+}
+
+void fail(std::int32_t code, const std::string& message, const HSVNException& cause)
+{
+    throw HSVNException(message, userInfo(code, message, &cause.userInfo()));
+}
+
+HSVNException wrapped(const HSVNException& exception, const std::string& message)
+{
+    return {message, userInfo(exception.status(), message, &exception.userInfo())};
+}
+
+bool hasCause(const HSVNException& exception, std::int32_t code)
+{
+    const auto chain = chainOf(exception);
+    return std::any_of(chain.begin(), chain.end(), [code](const Link& link) { return link.code == code; });
+}
+
+void setProgramName(const std::string& name) { storedProgramName() = name; }
+
+const std::string& programName() { return storedProgramName(); }
+
+void printError(const HSVNException& exception) { printError(exception, programName() + ": "); }
+
+void printError(const HSVNException& exception, const std::string& prefix)
+{
+    const auto chain = chainOf(exception);
+    std::set<std::pair<std::int32_t, std::string>> printed;
+    for (std::size_t index = 0; index < chain.size(); ++index) {
+        const Link& link = chain[index];
+        // The library puts a code that it knows above one that is new in a later line, with the same message:
+        // Subversion itself says it once, with its own code.
+        const bool isTranslated = index + 1 < chain.size() && chain[index + 1].message == link.message;
+        if (!isTranslated && printed.emplace(link.code, link.message).second) {
+            Output::writeError(fmt::format("{}E{:06}: {}\n", prefix, link.code, link.message));
+        }
+    }
+}
+
+void printWarning(const HSVNException& exception)
+{
+    const auto chain = chainOf(exception);
+    const Link& link = chain.size() > 1 && chain[1].message == chain[0].message ? chain[1] : chain[0];
+    Output::writeError(fmt::format("{}: warning: W{:06}: {}\n", programName(), link.code, link.message));
+}
+
+bool TargetFailures::has(std::int32_t code) const
+{
+    return std::find(_codes.begin(), _codes.end(), code) != _codes.end();
+}
+
+void TargetFailures::tolerate(const HSVNException& exception, const std::vector<std::int32_t>& tolerated)
+{
+    const auto code = std::find_if(tolerated.begin(), tolerated.end(),
+                                   [&](std::int32_t candidate) { return candidate == exception.status(); });
+    if (code == tolerated.end()) {
+        exception.raise();
+    }
+    printWarning(exception);
+    _codes.push_back(*code);
+}

@@ -1,0 +1,87 @@
+#pragma once
+
+#include <HSVN/HSVN.h>
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// Failures of the command line are HSVNExceptions with Subversion's own codes, so that they are printed as Subversion
+// prints them.
+
+/// Subversion's codes that the program itself raises or looks for.
+enum ErrorCode : std::int32_t
+{
+    BadFileName = 125001,
+    WorkingCopyLocked = 155004,
+    WorkingCopyNotDirectory = 155007,
+    WorkingCopyPathNotFound = 155010,
+    WorkingCopyUpgradeRequired = 155036,
+    RevisionNotFound = 160006,
+    NodeNotFound = 160013,
+    AuthenticationFailed = 215004,
+    BadRevision = 195002,
+    ClientIsDirectory = 195007,
+    ClientBadRevision = 195008,
+    UnversionedResource = 200005,
+    MalformedNumber = 200004,
+    UnsupportedFeature = 200007,
+    IllegalTarget = 200009,
+    PropertyNotFound = 200017,
+    Cancelled = 200015,
+    DatabaseBusy = 200033,
+    ArgumentParsing = 205000,
+    InsufficientArguments = 205001,
+    MutuallyExclusiveArguments = 205002
+};
+
+/// Fails with a code and a message.
+[[noreturn]] void fail(std::int32_t code, const std::string& message);
+/// The same with a cause below it.
+[[noreturn]] void fail(std::int32_t code, const std::string& message, const HSVNException& cause);
+/// An exception with a further message on top, the code unchanged.
+HSVNException wrapped(const HSVNException& exception, const std::string& message);
+/// Whether an error of the chain has the code.
+bool hasCause(const HSVNException& exception, std::int32_t code);
+
+/// Says that the command line cannot be understood: the line or lines to print, without the program's name.
+struct UsageError
+{
+    std::string message;
+    bool isNamed = true; ///< begins with the program's name
+    std::string helpTopic{};
+};
+
+/// Names the program in messages; set once, first.
+void setProgramName(const std::string& name);
+const std::string& programName();
+
+/// Prints the chain of errors, as "PROGRAM: E155007: message" lines.
+void printError(const HSVNException& exception);
+/// The same with another text before the codes.
+void printError(const HSVNException& exception, const std::string& prefix);
+/// Prints "PROGRAM: warning: W155007: message", the outermost error only.
+void printWarning(const HSVNException& exception);
+
+/// Gathers what went wrong with some of several targets, so that the others are still served.
+class TargetFailures
+{
+  public:
+    /// Runs the body; an error with one of the codes is printed as a warning and remembered.
+    template <class Body>
+    void attempt(const std::vector<std::int32_t>& tolerated, Body body)
+    {
+        try {
+            body();
+        } catch (const HSVNException& exception) {
+            tolerate(exception, tolerated);
+        }
+    }
+    bool any() const { return !_codes.empty(); }
+    bool has(std::int32_t code) const;
+
+  private:
+    void tolerate(const HSVNException& exception, const std::vector<std::int32_t>& tolerated);
+
+    std::vector<std::int32_t> _codes;
+};

@@ -1,0 +1,132 @@
+#include "Errors.h"
+#include "InfoPrinter.h"
+#include "Output.h"
+#include "Subcommands.h"
+#include "Targets.h"
+#include "XML.h"
+
+#include <fmt/format.h>
+
+namespace {
+
+/// One run of `info`.
+class InfoRun
+{
+  public:
+    explicit InfoRun(Session& session) : _session{session} {}
+
+    void run()
+    {
+        const Options& options = _session.options;
+        const auto targets = targetsOrCurrentFolder(_session);
+        checkOptions();
+        if (options.showItem) {
+            _item = infoItemNamed(*options.showItem);
+            _showsPaths = targets.size() > 1 || options.depthOr(HSVNDepthEmpty) > HSVNDepthEmpty;
+        }
+        const bool isDocument = options.xml && !options.incremental;
+        if (isDocument) {
+            XML::writeHeader("info");
+        }
+        TargetFailures failures;
+        for (const auto& target : targets) {
+            failures.attempt({WorkingCopyPathNotFound, UnversionedResource, NodeNotFound, RevisionNotFound},
+                             [&] { read(target); });
+        }
+        finish(isDocument);
+        if (failures.any()) {
+            fail(IllegalTarget, "Could not display info for all targets because some targets don't exist");
+        }
+    }
+
+  private:
+    void checkOptions() const
+    {
+        const Options& options = _session.options;
+        if (options.xml && options.showItem) {
+            fail(ArgumentParsing, "--show-item is not valid in --xml mode");
+        }
+        if (options.incremental && !options.xml) {
+            fail(ArgumentParsing, "--incremental is only valid in --xml mode");
+        }
+        if (options.noNewline && !options.showItem) {
+            fail(ArgumentParsing, "--no-newline' is only valid with --show-item");
+        }
+    }
+
+    void read(const std::string& target)
+    {
+        const Options& options = _session.options;
+        auto [truePath, peg] = peggedTarget(_session, target);
+        if (isURL(truePath) && peg->isEqual(HSVNRevision::UNSPECIFIED())) {
+            peg = HSVNRevision::HEAD();
+        }
+        HSVNItemInfoOptions wishes;
+        wishes.depth = options.depthOr(HSVNDepthEmpty);
+        wishes.includeExternals = options.includeExternals;
+        wishes.changelists = options.changelists;
+        HSVNReadItemInfo(
+            truePath, HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg), wishes,
+            [this](const HSVNItemInfo& info) { print(info); }, _session.client());
+    }
+
+    void print(const HSVNItemInfo& info)
+    {
+        if (_session.options.json) {
+            _records.push_back(infoRecord(info));
+        } else if (_session.options.xml) {
+            printInfoXML(info);
+        } else if (_item) {
+            printInfoItem(info, *_item, _session.options, _showsPaths);
+        } else {
+            printInfo(info, _session.options);
+        }
+    }
+
+    void finish(bool isDocument) const
+    {
+        const Options& options = _session.options;
+        if (isDocument) {
+            XML::writeFooter("info");
+        }
+        if (options.json) {
+            Output::writeBytes(_records.dump(2) + "\n");
+        } else if (options.showItem && !options.noNewline && !_showsPaths) {
+            Output::write("\n");
+        }
+    }
+
+    Session& _session;
+    std::optional<InfoItem> _item;
+    bool _showsPaths = false;
+    nlohmann::ordered_json _records = nlohmann::ordered_json::array();
+};
+
+void runInfo(Session& session) { InfoRun{session}.run(); }
+
+} // namespace
+
+const Subcommand& infoSubcommand()
+{
+    static const Subcommand subcommand{"info",
+                                       {},
+                                       "Display information about a local or remote item.",
+                                       "info [TARGET[@REV]...]",
+                                       "Print information about each TARGET (default: '.').\n"
+                                       "TARGET may be either a working-copy path or a URL.  If specified, REV\n"
+                                       "determines in which revision the target is first looked up; the default\n"
+                                       "is HEAD for a URL or BASE for a WC path.\n"
+                                       "\n"
+                                       "With --show-item, print only the value of one item of information\n"
+                                       "about TARGET.",
+                                       {OptionId::Revision, OptionId::Recursive, OptionId::HumanReadable,
+                                        OptionId::Depth, OptionId::Targets, OptionId::Incremental, OptionId::XML,
+                                        OptionId::JSON, OptionId::Changelist, OptionId::IncludeExternals,
+                                        OptionId::ShowItem, OptionId::NoNewline},
+                                       {{OptionId::HumanReadable, "show file sizes with base-2 unit suffixes\n"
+                                                                  "(Byte, Kilobyte, Megabyte, Gigabyte, Terabyte\n"
+                                                                  "and Petabyte), limiting the number of digits\n"
+                                                                  "to three or less"}},
+                                       runInfo};
+    return subcommand;
+}

@@ -1,0 +1,133 @@
+#include "NativeText.h"
+
+#include "Errors.h"
+
+#include <array>
+#include <cerrno>
+#include <fmt/format.h>
+#include <iconv.h>
+#include <langinfo.h>
+#include <strings.h>
+
+namespace {
+
+bool isASCII(std::string_view text)
+{
+    for (const char byte : text) {
+        if (static_cast<unsigned char>(byte) >= 0x80) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// One direction of the system's conversion.
+class Converter
+{
+  public:
+    Converter(const char* to, const char* from) : _descriptor{iconv_open(to, from)} {}
+    ~Converter()
+    {
+        if (isUsable()) {
+            iconv_close(_descriptor);
+        }
+    }
+    Converter(const Converter&) = delete;
+    Converter& operator=(const Converter&) = delete;
+
+    /// Converts as much as possible to the end of `result`; the count of bytes converted.
+    std::size_t convert(std::string_view text, std::string& result)
+    {
+        std::array<char, 512> buffer{};
+        auto* in = const_cast<char*>(text.data()); // NOLINT: iconv does not write to its input
+        std::size_t left = text.size();
+        while (isUsable() && left > 0) {
+            char* out = buffer.data();
+            std::size_t room = buffer.size();
+            const bool stopped = iconv(_descriptor, &in, &left, &out, &room) == static_cast<std::size_t>(-1);
+            result.append(buffer.data(), buffer.size() - room);
+            if (stopped && errno != E2BIG) {
+                break;
+            }
+        }
+        return text.size() - left;
+    }
+
+  private:
+    // iconv_open answers (iconv_t)-1 for a failure.
+    bool isUsable() const { return reinterpret_cast<std::intptr_t>(_descriptor) != -1; }
+
+    iconv_t _descriptor;
+};
+
+const char* localeEncoding() { return nl_langinfo(CODESET); }
+
+/// The text with its bytes outside ASCII written as ?\NNN.
+std::string escaped(std::string_view text)
+{
+    std::string result;
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        result += byte >= 0x80 ? fmt::format("?\\{:03}", byte) : std::string{character};
+    }
+    return result;
+}
+
+/// The code point at the start of well-formed text, and the length of its bytes; a stray byte stands for itself.
+std::pair<char32_t, std::size_t> firstCharacter(std::string_view text)
+{
+    const auto lead = static_cast<unsigned char>(text[0]);
+    const std::size_t length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    if (length == 1 || length > text.size()) {
+        return {lead, 1};
+    }
+    char32_t point = lead & (0xFFU >> (length + 1));
+    for (std::size_t index = 1; index < length; ++index) {
+        point = (point << 6U) | (static_cast<unsigned char>(text[index]) & 0x3FU);
+    }
+    return {point, length};
+}
+
+} // namespace
+
+std::string NativeText::toUTF8(std::string_view native)
+{
+    std::string result;
+    if (isASCII(native)) {
+        return std::string{native};
+    }
+    if (Converter{"UTF-8", localeEncoding()}.convert(native, result) < native.size()) {
+        const HSVNException cause{
+            escaped(native),
+            {{HSVNExceptionStatusKey, std::int64_t{EINVAL}}, {HSVNExceptionMessageKey, escaped(native)}}};
+        fail(EINVAL, "Can't convert string from native encoding to 'UTF-8':", cause);
+    }
+    return result;
+}
+
+std::string NativeText::fromUTF8(std::string_view text)
+{
+    if (isASCII(text) || strcasecmp(localeEncoding(), "UTF-8") == 0) {
+        return std::string{text};
+    }
+    std::string result;
+    Converter converter{localeEncoding(), "UTF-8"};
+    while (!text.empty()) {
+        text.remove_prefix(converter.convert(text, result));
+        if (!text.empty()) {
+            const auto [point, length] = firstCharacter(text);
+            result += fmt::format("{{U+{:04X}}}", static_cast<std::uint32_t>(point));
+            text.remove_prefix(length);
+        }
+    }
+    return result;
+}
+
+std::size_t NativeText::width(std::string_view text)
+{
+    std::size_t count = 0;
+    for (const char byte : text) {
+        count += (static_cast<unsigned char>(byte) & 0xC0U) != 0x80 ? 1 : 0;
+    }
+    return count;
+}

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+/// Text between the user's locale and UTF-8, as Subversion converts it.
+namespace NativeText {
+
+/// An argument or a file's text as UTF-8.
+///
+/// @throws HSVNException, status 22, for bytes that the locale's encoding does not have
+std::string toUTF8(std::string_view native);
+
+/// UTF-8 as the locale writes it; a character that the locale lacks becomes "{U+00E9}".
+std::string fromUTF8(std::string_view text);
+
+/// Number of columns that UTF-8 text takes on a terminal.
+std::size_t width(std::string_view text);
+
+} // namespace NativeText

@@ -1,0 +1,52 @@
+#include "Output.h"
+
+#include "Errors.h"
+#include "NativeText.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <string>
+#include <system_error>
+#include <unistd.h>
+
+namespace {
+
+[[noreturn]] void failToWrite(int code) { fail(code, "Write error: " + std::generic_category().message(code)); }
+
+} // namespace
+
+void Output::reserveStandardStreams()
+{
+    // Open for the direction that nobody uses: reading from a closed input, writing to a closed output still fails.
+    for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+        if (fcntl(descriptor, F_GETFD) == -1 && errno == EBADF) {
+            static_cast<void>(open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+        }
+    }
+}
+
+void Output::write(std::string_view text) { writeBytes(NativeText::fromUTF8(text)); }
+
+void Output::writeBytes(std::string_view bytes)
+{
+    errno = 0;
+    if (std::fwrite(bytes.data(), 1, bytes.size(), stdout) < bytes.size()) {
+        failToWrite(errno);
+    }
+}
+
+void Output::flush()
+{
+    errno = 0;
+    if (std::fflush(stdout) != 0) {
+        failToWrite(errno);
+    }
+}
+
+void Output::writeError(std::string_view text)
+{
+    std::fflush(stdout); // a failure is met again when the output ends
+    const std::string native = NativeText::fromUTF8(text);
+    std::fwrite(native.data(), 1, native.size(), stderr);
+}

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <string_view>
+
+/// Standard output and standard error. Text is UTF-8 and is written in the locale's encoding.
+namespace Output {
+
+/// Keeps files that are opened later from taking the place of a standard stream that is closed.
+void reserveStandardStreams();
+
+/// Writes text to standard output, buffered.
+///
+/// @throws HSVNException "Write error: REASON" with the system's code
+void write(std::string_view text);
+/// The same for bytes that are no text.
+void writeBytes(std::string_view bytes);
+/// @throws as `write`
+void flush();
+/// Writes text to standard error at once; what standard output still holds comes first.
+void writeError(std::string_view text);
+
+} // namespace Output

@@ -1,0 +1,81 @@
+#include "Session.h"
+
+#include "Cancellation.h"
+#include "Errors.h"
+#include "Output.h"
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+namespace {
+
+/// Answers nothing but whether to go on.
+struct CancellationOnly
+{
+    static bool queryContinue(HSVNContext& /*context*/) { return !Cancellation::isAsked(); }
+};
+
+} // namespace
+
+void Session::loadBundles()
+{
+    if (!_bundlesAreLoaded) {
+        auto& loader = HSVNBundleLoader::sharedInstance();
+        loader.loadBundlesInDirectoryAtPath(HSVNBundleLoader::defaultBundleDirectory());
+        if (!loader.defaultBundle()) {
+            fail(UnsupportedFeature,
+                 fmt::format("There is no bundle of Subversion in '{}'", HSVNBundleLoader::defaultBundleDirectory()));
+        }
+        _bundlesAreLoaded = true;
+    }
+}
+
+HSVNContextRef Session::context()
+{
+    if (_client) {
+        return _client;
+    }
+    if (!_context) {
+        loadBundles();
+        _context = std::make_shared<HSVNContext>();
+    }
+    return _context;
+}
+
+const HSVNClientRef& Session::client()
+{
+    if (_client) {
+        return _client;
+    }
+    loadBundles();
+    if (!_delegate) {
+        _delegate = std::make_shared<HSVNClientDelegateFor<CancellationOnly>>();
+    }
+    auto client = HSVNClient::clientWithDelegate(_delegate);
+    HSVNClientSettings settings = options.client;
+    settings.nonInteractive = settings.nonInteractive || (!options.forceInteractive && isatty(STDIN_FILENO) == 0);
+    if (const auto refused = HSVNApplyClientSettings(settings, client)) {
+        printWarning(*refused);
+    }
+    _client = std::move(client);
+    return _client;
+}
+
+void Session::setDelegate(HSVNClientDelegateRef delegate)
+{
+    _delegate = std::move(delegate);
+    if (_client) {
+        _client->setDelegate(_delegate);
+    }
+}
+
+void Session::addConfigurationOption(Options& into, HSVNConfigurationOption option) const
+{
+    if (option.category != HSVNConfigCategoryConfig && option.category != HSVNConfigCategoryServers) {
+        Output::writeError(fmt::format("{0}: warning: W{1:06}: Ignoring unknown value '{2}'\n"
+                                       "{0}: warning: W{1:06}: Unrecognized file in argument of --config-option\n",
+                                       programName(), static_cast<int>(ArgumentParsing), option.category));
+        return;
+    }
+    into.client.options.push_back(std::move(option));
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "Options.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+struct Subcommand;
+
+/// One run of the program: what the command line says, and the client that serves it.
+class Session
+{
+  public:
+    Options options;
+    std::vector<std::string> arguments; ///< what follows the subcommand, in the locale's encoding
+    const Subcommand* subcommand = nullptr;
+
+    /// A context without the user's configuration, for what needs none; made when first asked for.
+    HSVNContextRef context();
+    /// The client, set up by the options; made when first asked for, after all options are known.
+    ///
+    /// @throws HSVNException for a configuration that cannot be used
+    const HSVNClientRef& client();
+    /// Whoever hears the client's notifications and answers its questions; by default only cancellation is answered.
+    /// Kept alive by the session.
+    void setDelegate(HSVNClientDelegateRef delegate);
+
+    /// Takes one --config-option in, with Subversion's warnings for a file that has no such options.
+    void addConfigurationOption(Options& into, HSVNConfigurationOption option) const;
+
+  private:
+    void loadBundles();
+
+    HSVNContextRef _context;
+    HSVNClientRef _client;
+    HSVNClientDelegateRef _delegate;
+    bool _bundlesAreLoaded = false;
+};

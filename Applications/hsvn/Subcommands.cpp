@@ -1,0 +1,45 @@
+#include "Subcommands.h"
+
+#include <algorithm>
+#include <array>
+
+bool Subcommand::accepts(OptionId option) const
+{
+    const auto global = globalOptions();
+    return option == OptionId::Help || std::find(options.begin(), options.end(), option) != options.end() ||
+           std::find(global.begin(), global.end(), option) != global.end();
+}
+
+const char* Subcommand::descriptionOf(const Option& option) const
+{
+    const auto own = std::find_if(descriptions.begin(), descriptions.end(),
+                                  [&](const auto& description) { return description.first == option.id; });
+    return own == descriptions.end() ? option.description : own->second;
+}
+
+std::string Subcommand::heading() const
+{
+    std::string text = name;
+    for (const char* const alias : aliases) {
+        text += text.size() == std::string_view{name}.size() ? " (" : ", ";
+        text += alias;
+    }
+    return aliases.empty() ? text : text + ")";
+}
+
+std::span<const Subcommand* const> subcommands()
+{
+    static const std::array all{&helpSubcommand(), &infoSubcommand(), &statusSubcommand()};
+    return all;
+}
+
+const Subcommand* subcommandNamed(std::string_view name)
+{
+    for (const Subcommand* const candidate : subcommands()) {
+        const auto& aliases = candidate->aliases;
+        if (name == candidate->name || std::find(aliases.begin(), aliases.end(), name) != aliases.end()) {
+            return candidate;
+        }
+    }
+    return nullptr;
+}

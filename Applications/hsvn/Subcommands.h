@@ -1,0 +1,41 @@
+#pragma once
+
+#include "OptionTable.h"
+
+#include <span>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+class Session;
+
+/// One subcommand: its names, what it says of itself, the options it takes, and what it does.
+struct Subcommand
+{
+    const char* name;
+    std::vector<const char*> aliases;
+    const char* summary;                                        ///< one sentence
+    const char* usage;                                          ///< lines of arguments, one per form
+    const char* details;                                        ///< the explanation, paragraphs of lines; may be empty
+    std::vector<OptionId> options;                              ///< beside the global ones, in the order of `help`
+    std::vector<std::pair<OptionId, const char*>> descriptions; ///< of options that mean something of their own here
+    void (*run)(Session& session);
+    bool takesRevisionRanges = false;             ///< several -r and -c, not one
+    HSVNDepth nonRecursiveDepth = HSVNDepthFiles; ///< what -N means
+
+    bool accepts(OptionId option) const;
+    /// The option's description here.
+    const char* descriptionOf(const Option& option) const;
+    /// "status (stat, st)"
+    std::string heading() const;
+};
+
+// One source file each.
+const Subcommand& helpSubcommand();
+const Subcommand& infoSubcommand();
+const Subcommand& statusSubcommand();
+
+/// All subcommands in the order of `help`.
+std::span<const Subcommand* const> subcommands();
+/// By name or alias; null when there is none.
+const Subcommand* subcommandNamed(std::string_view name);

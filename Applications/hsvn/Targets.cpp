@@ -1,0 +1,114 @@
+#include "Targets.h"
+
+#include "Errors.h"
+#include "NativeText.h"
+
+#include <filesystem>
+#include <fmt/format.h>
+
+namespace {
+
+const std::string& currentFolder()
+{
+    static const std::string folder = NativeText::toUTF8(std::filesystem::current_path().string());
+    return folder;
+}
+
+/// What follows the folder in the path, without the "/"; nil when the path is not the folder or below it.
+std::optional<std::string> below(const std::string& path, const std::string& folder)
+{
+    if (path == folder) {
+        return "";
+    }
+    const std::string prefix = folder == "/" ? folder : folder + "/";
+    return path.starts_with(prefix) ? std::optional{path.substr(prefix.size())} : std::nullopt;
+}
+
+} // namespace
+
+std::vector<std::string> targetsOf(Session& session)
+{
+    std::vector<std::string> arguments;
+    for (const auto& argument : session.arguments) {
+        arguments.push_back(NativeText::toUTF8(argument));
+    }
+    const auto& further = session.options.targets;
+    arguments.insert(arguments.end(), further.begin(), further.end());
+    auto list = HSVNTargets::canonicalTargets(arguments, session.client());
+    if (list.skipped) {
+        printError(*list.skipped, programName() + ": Skipping argument: ");
+    }
+    return std::move(list.targets);
+}
+
+std::vector<std::string> targetsOrCurrentFolder(Session& session)
+{
+    const bool isImplicit = session.arguments.empty() && session.options.targets.empty();
+    auto targets = isImplicit ? std::vector<std::string>{""} : targetsOf(session);
+    if (targets.empty()) {
+        targets.emplace_back();
+    }
+    return targets;
+}
+
+HSVNTargets::Pegged peggedTarget(Session& session, const std::string& target)
+{
+    return HSVNTargets::parse(target, session.client());
+}
+
+std::vector<std::string> withoutPegRevisions(const std::vector<std::string>& targets)
+{
+    std::vector<std::string> result;
+    for (const auto& target : targets) {
+        const auto at = target.rfind('@');
+        const auto slash = target.rfind('/');
+        const bool hasPeg = at != std::string::npos && (slash == std::string::npos || at > slash);
+        result.push_back(hasPeg ? target.substr(0, at) : target);
+    }
+    return result;
+}
+
+bool isURL(const std::string& target) { return target.find("://") != std::string::npos; }
+
+void requireLocalPaths(const std::vector<std::string>& targets)
+{
+    for (const auto& target : targets) {
+        if (isURL(target)) {
+            fail(IllegalTarget, fmt::format("'{}' is not a local path", target));
+        }
+    }
+}
+
+std::string localStyle(const std::string& path) { return path.empty() ? "." : path; }
+
+std::string relativeToCurrentFolder(const std::string& path)
+{
+    return localStyle(below(path, currentFolder()).value_or(path));
+}
+
+std::string absolutePath(const std::string& path)
+{
+    return path.starts_with('/') ? path : joined(currentFolder(), path);
+}
+
+std::string relativePath(const std::string& path, const std::string& folder)
+{
+    std::string up;
+    for (std::string base = folder;; base = base.substr(0, base.rfind('/'))) {
+        const std::string common = base.empty() ? "/" : base;
+        if (const auto rest = below(path, common)) {
+            return rest->empty() && !up.empty() ? up.substr(0, up.size() - 1) : up + *rest;
+        }
+        up += "../";
+    }
+}
+
+std::string joined(const std::string& folder, const std::string& path)
+{
+    if (folder.empty() || path.empty()) {
+        return folder + path;
+    }
+    return folder.ends_with('/') ? folder + path : folder + "/" + path;
+}
+
+std::string baseName(const std::string& path) { return path == "/" ? path : path.substr(path.rfind('/') + 1); }

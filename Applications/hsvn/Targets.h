@@ -1,0 +1,34 @@
+#pragma once
+
+#include "Session.h"
+
+#include <string>
+#include <vector>
+
+/// The targets of the command line and of --targets files, canonical, peg revisions kept; those that name Subversion's
+/// own folder are left out with a message.
+std::vector<std::string> targetsOf(Session& session);
+/// The same with the current folder where there would be none.
+std::vector<std::string> targetsOrCurrentFolder(Session& session);
+
+/// A target of a subcommand that takes "PATH@REV" arguments.
+HSVNTargets::Pegged peggedTarget(Session& session, const std::string& target);
+/// The targets without their peg revisions, for subcommands that take none.
+std::vector<std::string> withoutPegRevisions(const std::vector<std::string>& targets);
+
+bool isURL(const std::string& target);
+/// @throws HSVNException "'URL' is not a local path"
+void requireLocalPaths(const std::vector<std::string>& targets);
+
+/// A path as it is shown: "." for the current folder.
+std::string localStyle(const std::string& path);
+/// An absolute path below the current folder as relative to it, any other as it is.
+std::string relativeToCurrentFolder(const std::string& path);
+/// The absolute form of a canonical local path.
+std::string absolutePath(const std::string& path);
+/// The way from a folder to a path, both absolute: "b/c", "../x", "" for the folder itself.
+std::string relativePath(const std::string& path, const std::string& folder);
+/// A folder and what stands below it, either of which may be empty.
+std::string joined(const std::string& folder, const std::string& path);
+/// The last component.
+std::string baseName(const std::string& path);

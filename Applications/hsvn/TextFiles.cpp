@@ -1,0 +1,84 @@
+#include "TextFiles.h"
+
+#include "Errors.h"
+#include "NativeText.h"
+
+#include <array>
+#include <cerrno>
+#include <fcntl.h>
+#include <fmt/format.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace {
+
+[[noreturn]] void failToRead(const char* what, const std::string& path)
+{
+    const int code = errno;
+    fail(code, fmt::format("Can't {} '{}': {}", what, path, std::generic_category().message(code)));
+}
+
+/// An open file, standard input not closed.
+class OpenFile
+{
+  public:
+    explicit OpenFile(const std::string& path)
+        : _descriptor{path == "-" ? STDIN_FILENO : open(NativeText::fromUTF8(path).c_str(), O_RDONLY | O_CLOEXEC)}
+    {
+        if (_descriptor < 0) {
+            failToRead("open file", path);
+        }
+    }
+    ~OpenFile()
+    {
+        if (_descriptor != STDIN_FILENO) {
+            close(_descriptor);
+        }
+    }
+    OpenFile(const OpenFile&) = delete;
+    OpenFile& operator=(const OpenFile&) = delete;
+    int descriptor() const { return _descriptor; }
+
+  private:
+    int _descriptor;
+};
+
+} // namespace
+
+std::vector<std::string> split(std::string_view text, std::string_view separators)
+{
+    constexpr std::string_view whiteSpace = " \t\n\v\f\r";
+    std::vector<std::string> pieces;
+    while (!text.empty()) {
+        std::string_view piece = text.substr(0, text.find_first_of(separators));
+        text.remove_prefix(std::min(piece.size() + 1, text.size()));
+        piece.remove_prefix(std::min(piece.find_first_not_of(whiteSpace), piece.size()));
+        piece = piece.substr(0, piece.find_last_not_of(whiteSpace) + 1);
+        if (!piece.empty()) {
+            pieces.emplace_back(piece);
+        }
+    }
+    return pieces;
+}
+
+std::string contentsOfFile(const std::string& path)
+{
+    const OpenFile file{path};
+    std::string contents;
+    std::array<char, 16384> buffer{};
+    for (;;) {
+        const ssize_t count = read(file.descriptor(), buffer.data(), buffer.size());
+        if (count == 0) {
+            return contents;
+        }
+        if (count < 0 && errno != EINTR) {
+            failToRead("read file", path);
+        }
+        contents.append(buffer.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    }
+}
+
+std::vector<std::string> linesOfTargetsFile(const std::string& path)
+{
+    return split(NativeText::toUTF8(contentsOfFile(path)), "\n\r");
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+/// The pieces between the separators, white space around them and empty ones left out.
+std::vector<std::string> split(std::string_view text, std::string_view separators);
+
+/// The whole of a file, or of standard input for "-", its bytes unchanged.
+///
+/// @throws HSVNException with the system's code for a file that cannot be read
+std::string contentsOfFile(const std::string& path);
+
+/// The lines of a file of further arguments, as UTF-8.
+std::vector<std::string> linesOfTargetsFile(const std::string& path);

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <HSVN/HSVN.h>
+
+#include <string>
+
+// The words by which Subversion's output names kinds, states and depths.
+
+const char* wordOf(HSVNNodeKind kind);
+const char* wordOf(HSVNDepth depth);
+const char* wordOf(HSVNSchedule schedule);
+const char* wordOf(HSVNStatusKind status);
+/// The letter of a status column.
+char letterOf(HSVNStatusKind status);
+
+const char* wordOf(HSVNConflictOperation operation);
+const char* wordOf(HSVNConflictAction action);
+const char* wordOf(HSVNConflictReason reason);
+
+/// "incoming file edit upon update"
+std::string descriptionOfIncomingChange(const HSVNConflictRecord& conflict);
+/// "local file edit, incoming file delete or move upon update"
+std::string descriptionOfTreeConflict(const HSVNConflictRecord& conflict);

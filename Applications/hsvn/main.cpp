@@ -1,0 +1,159 @@
+#include "Cancellation.h"
+#include "CommandLineParser.h"
+#include "Errors.h"
+#include "NativeText.h"
+#include "Output.h"
+#include "Session.h"
+#include "Subcommands.h"
+
+#include <cerrno>
+#include <cstdlib>
+#include <fmt/format.h>
+#include <iostream>
+
+namespace {
+
+/// Options that do not go together, whatever the subcommand.
+void checkCombinations(const Options& options)
+{
+    if (options.client.nonInteractive && options.forceInteractive) {
+        fail(ArgumentParsing, "--non-interactive and --force-interactive are mutually exclusive");
+    }
+}
+
+const Subcommand& chooseSubcommand(const CommandLine& line, const Options& options)
+{
+    if (options.help || (line.arguments.empty() && options.version)) {
+        return helpSubcommand();
+    }
+    if (line.arguments.empty()) {
+        throw UsageError{line.options.empty() ? "" : "Subcommand argument required", false};
+    }
+    const Subcommand* const found = subcommandNamed(line.arguments.front());
+    if (!found) {
+        throw UsageError{fmt::format("Unknown subcommand: '{}'", NativeText::toUTF8(line.arguments.front())), false};
+    }
+    return *found;
+}
+
+void checkOptions(const Subcommand& subcommand, const CommandLine& line, const Options& options)
+{
+    // Asking for help or the version does not depend on what else stands there.
+    if (&subcommand == &helpSubcommand() && (options.help || line.arguments.empty())) {
+        return;
+    }
+    for (const OptionId id : line.options) {
+        if (!subcommand.accepts(id)) {
+            throw UsageError{
+                fmt::format("Subcommand '{}' doesn't accept option '{}'", subcommand.name, optionWithId(id).synopsis()),
+                false, subcommand.name};
+        }
+    }
+}
+
+void settleRevisionsAndDepth(const Subcommand& subcommand, Options& options)
+{
+    if (!subcommand.takesRevisionRanges && options.revisions.size() > 1) {
+        fail(ArgumentParsing, "Multiple revision arguments encountered; can't specify -c twice, or both -c and -r");
+    }
+    if (options.revisions.empty()) {
+        options.revisions.emplace_back();
+    }
+    if (options.nonRecursive) {
+        options.depth = subcommand.nonRecursiveDepth;
+    }
+}
+
+/// Adds to an error what the user can do about it.
+HSVNException advised(const HSVNException& exception, const Subcommand& subcommand, const Options& options)
+{
+    const std::string& program = programName();
+    if (exception.status() == InsufficientArguments || exception.status() == ArgumentParsing) {
+        return wrapped(exception, fmt::format("Try '{} help {}' for more information", program, subcommand.name));
+    }
+    if (exception.status() == WorkingCopyUpgradeRequired) {
+        return wrapped(exception, fmt::format("Please see the '{} upgrade' command", program));
+    }
+    if (exception.status() == AuthenticationFailed && options.client.nonInteractive) {
+        return wrapped(exception, "Authentication failed and interactive prompting is disabled; see the "
+                                  "--force-interactive option");
+    }
+    if (hasCause(exception, DatabaseBusy)) {
+        return wrapped(exception, "Another process is blocking the working copy database, or the underlying "
+                                  "filesystem does not support file locking; if the working copy is on a network "
+                                  "filesystem, make sure file locking has been enabled on the file server");
+    }
+    if (hasCause(exception, WorkingCopyLocked)) {
+        return wrapped(exception,
+                       fmt::format("Run '{0} cleanup' to remove locks (type '{0} help cleanup' for details)", program));
+    }
+    return exception;
+}
+
+void run(int count, char** words)
+{
+    Session session;
+    const CommandLine line = parseCommandLine(count, words, session);
+    checkCombinations(session.options);
+    const Subcommand& subcommand = chooseSubcommand(line, session.options);
+    session.subcommand = &subcommand;
+    checkOptions(subcommand, line, session.options);
+    settleRevisionsAndDepth(subcommand, session.options);
+    const bool isNamed = !line.arguments.empty() && !session.options.help;
+    session.arguments.assign(line.arguments.begin() + (isNamed ? 1 : 0), line.arguments.end());
+    try {
+        subcommand.run(session);
+        Output::flush();
+    } catch (const HSVNException& exception) {
+        throw advised(exception, subcommand, session.options);
+    }
+}
+
+void printUsageError(const UsageError& error)
+{
+    std::string text = error.message;
+    if (!text.empty()) {
+        text = (error.isNamed ? programName() + ": " : "") + text + "\n";
+    }
+    Output::writeError(fmt::format("{}Type '{} help{}{}' for usage.\n", text, programName(),
+                                   error.helpTopic.empty() ? "" : " ", error.helpTopic));
+}
+
+/// Runs the program and prints what goes wrong; the exit code.
+int runPrintingErrors(int count, char** words)
+{
+    try {
+        run(count, words);
+        return EXIT_SUCCESS;
+    } catch (const UsageError& error) {
+        printUsageError(error);
+    } catch (const HSVNException& exception) {
+        if (Cancellation::isAsked()) {
+            Output::writeError(fmt::format("{}: E{:06}: Caught signal\n", programName(), static_cast<int>(Cancelled)));
+        } else {
+            printError(exception);
+        }
+    } catch (const HSVNPlatformException& exception) {
+        Output::writeError(fmt::format("{}: {}\n", programName(), exception.reason()));
+    }
+    return EXIT_FAILURE;
+}
+
+} // namespace
+
+int main(int count, char** words)
+{
+    try {
+        Output::reserveStandardStreams();
+        const std::string_view path = count > 0 ? words[0] : "hsvn";
+        setProgramName(std::string{path.substr(path.rfind('/') + 1)});
+        HSVNInitializeCLocale();
+        Cancellation::catchSignals();
+        const int code = runPrintingErrors(count, words);
+        Cancellation::endBySignal();
+        return code;
+    } catch (const std::exception& exception) {
+        std::cerr << programName() << ": " << exception.what() << '\n';
+        return EXIT_FAILURE;
+    }
+}

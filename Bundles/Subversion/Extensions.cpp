@@ -1,0 +1,242 @@
+#include "CanonicalPaths.h"
+
+#include "HSVNBundleExtensionsPrivate.h"
+
+#include <apr_getopt.h>
+#include <svn_cmdline.h>
+#if SVN_VER_MINOR >= 7
+#include <svn_dirent_uri.h>
+#endif
+
+namespace HSVNAdapter {
+namespace {
+
+#if SVN_VER_MINOR >= 6
+static_assert(sizeof(HSVNBundleExtensions::RevisionRange) == sizeof(svn_opt_revision_range_t));
+#endif
+
+#if SVN_VER_MINOR >= 7
+/// A target that is canonical already stays as it is, a relative one too; any other becomes absolute.
+svn_error_t* checkTarget(const char** target, apr_pool_t* pool)
+{
+    const char* checked = *target;
+    if (isURL(checked) ? svn_uri_is_canonical(checked, pool) : *checked == '\0') {
+        return SVN_NO_ERROR;
+    }
+    HSVN_CANONICAL_TARGET(checked, pool);
+    if (isURL(checked) || !svn_dirent_is_canonical(*target, pool)) {
+        *target = checked;
+    }
+    return SVN_NO_ERROR;
+}
+
+/// The same for functions that take absolute targets only.
+svn_error_t* checkAbsoluteTarget(const char** target, apr_pool_t* pool)
+{
+    SVN_ERR(checkTarget(target, pool));
+    return isURL(*target) ? SVN_NO_ERROR : svn_dirent_get_absolute(target, *target, pool);
+}
+
+svn_error_t* targetArray(apr_array_header_t** targets, const apr_array_header_t* arguments, svn_client_ctx_t* ctx,
+                         apr_pool_t* pool)
+{
+    // All arguments are handed over as known ones, which are UTF-8, and none is left on the command line.
+    apr_getopt_t* commandLine = nullptr;
+    const char* const none = nullptr;
+    if (const apr_status_t status = apr_getopt_init(&commandLine, pool, 0, &none); status != APR_SUCCESS) {
+        return svn_error_wrap_apr(status, "Can't read the arguments");
+    }
+    commandLine->ind = 0;
+    return svn_client_args_to_target_array2(targets, commandLine, arguments, ctx, FALSE, pool);
+}
+
+svn_error_t* conflicted(svn_boolean_t* text, svn_boolean_t* properties, svn_boolean_t* tree, const char* path,
+                        svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkAbsoluteTarget(&path, pool));
+    return svn_wc_conflicted_p3(text, properties, tree, ctx->wc_ctx, path, pool);
+}
+#else
+svn_error_t* checkTarget(const char** target, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_TARGET(*target, pool);
+    return SVN_NO_ERROR;
+}
+#endif
+
+svn_error_t* parsePath(svn_opt_revision_t* pegRevision, const char** path, const char* text, apr_pool_t* pool)
+{
+    return svn_opt_parse_path(pegRevision, path, text, pool);
+}
+
+int parseRevision(svn_opt_revision_t* start, svn_opt_revision_t* end, const char* text, apr_pool_t* pool)
+{
+    return svn_opt_parse_revision(start, end, text, pool);
+}
+
+#if SVN_VER_MINOR >= 6
+svn_error_t* createAuthBaton(svn_auth_baton_t** baton, const HSVNBundleExtensions::Authentication* wishes,
+                             svn_config_t* config, HSVNBundleExtensions::CancelFunction cancel, void* cancelBaton,
+                             apr_pool_t* pool)
+{
+#if SVN_VER_MINOR >= 9
+    return svn_cmdline_create_auth_baton2(baton, wishes->nonInteractive, wishes->username, wishes->password,
+                                          wishes->configFolder, wishes->noAuthCache, wishes->trustUnknownAuthority,
+                                          wishes->trustHostnameMismatch, wishes->trustExpired, wishes->trustNotYetValid,
+                                          wishes->trustOther, config, cancel, cancelBaton, pool);
+#else
+    return svn_cmdline_create_auth_baton(baton, wishes->nonInteractive, wishes->username, wishes->password,
+                                         wishes->configFolder, wishes->noAuthCache, wishes->trustUnknownAuthority,
+                                         config, cancel, cancelBaton, pool);
+#endif
+}
+
+svn_error_t* log(const apr_array_header_t* targets, const svn_opt_revision_t* pegRevision,
+                 const apr_array_header_t* ranges, int limit, svn_boolean_t changedPaths, svn_boolean_t stopOnCopy,
+                 svn_boolean_t mergedRevisions, const apr_array_header_t* revisionProperties,
+                 HSVNBundleExtensions::LogReceiver receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    auto* checked = apr_array_copy(pool, targets);
+    if (checked->nelts == 0) {
+        return svn_error_create(SVN_ERR_ILLEGAL_TARGET, nullptr, "A log needs a target");
+    }
+    // What follows a URL is relative to it.
+    SVN_ERR(checkTarget(&APR_ARRAY_IDX(checked, 0, const char*), pool));
+    auto* rangePointers = apr_array_make(pool, ranges->nelts, sizeof(svn_opt_revision_range_t*));
+    for (int index = 0; index < ranges->nelts; ++index) {
+        auto* range = static_cast<svn_opt_revision_range_t*>(apr_pcalloc(pool, sizeof(svn_opt_revision_range_t)));
+        range->start = APR_ARRAY_IDX(ranges, index, HSVNBundleExtensions::RevisionRange).start;
+        range->end = APR_ARRAY_IDX(ranges, index, HSVNBundleExtensions::RevisionRange).end;
+        APR_ARRAY_PUSH(rangePointers, svn_opt_revision_range_t*) = range;
+    }
+    return svn_client_log5(checked, pegRevision, rangePointers, limit, changedPaths, stopOnCopy, mergedRevisions,
+                           revisionProperties, receiver, baton, ctx, pool);
+}
+#endif
+
+#if SVN_VER_MINOR >= 8
+svn_error_t* propget(apr_hash_t** properties, apr_array_header_t** inherited, const char* name, const char* target,
+                     const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision, svn_depth_t depth,
+                     const apr_array_header_t* changelists, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkAbsoluteTarget(&target, pool));
+    return svn_client_propget5(properties, inherited, name, target, pegRevision, revision, nullptr, depth, changelists,
+                               ctx, pool, pool);
+}
+
+svn_error_t* proplist(const char* target, const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
+                      svn_depth_t depth, const apr_array_header_t* changelists, svn_boolean_t inherited,
+                      HSVNBundleExtensions::PropertiesReceiver receiver, void* baton, svn_client_ctx_t* ctx,
+                      apr_pool_t* pool)
+{
+    SVN_ERR(checkTarget(&target, pool));
+    return svn_client_proplist4(target, pegRevision, revision, depth, changelists, inherited, receiver, baton, ctx,
+                                pool);
+}
+#endif
+
+#if SVN_VER_MINOR >= 9
+svn_error_t* status(svn_revnum_t* result, svn_client_ctx_t* ctx, const char* path, const svn_opt_revision_t* revision,
+                    svn_depth_t depth, svn_boolean_t getAll, svn_boolean_t checkOutOfDate, svn_boolean_t noIgnore,
+                    svn_boolean_t ignoreExternals, const apr_array_header_t* changelists,
+                    HSVNBundleExtensions::StatusReceiver receiver, void* baton, apr_pool_t* pool)
+{
+    if (isURL(path)) {
+        return svn_error_createf(SVN_ERR_ILLEGAL_TARGET, nullptr, "'%s' is not a local path", path);
+    }
+    SVN_ERR(checkTarget(&path, pool));
+    return svn_client_status6(result, ctx, path, revision, depth, getAll, checkOutOfDate, TRUE, noIgnore,
+                              ignoreExternals, FALSE, changelists, receiver, baton, pool);
+}
+
+svn_error_t* info(const char* target, const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
+                  svn_depth_t depth, svn_boolean_t includeExternals, const apr_array_header_t* changelists,
+                  HSVNBundleExtensions::InfoReceiver receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkAbsoluteTarget(&target, pool));
+    return svn_client_info4(target, pegRevision, revision, depth, FALSE, TRUE, includeExternals, changelists, receiver,
+                            baton, ctx, pool);
+}
+
+svn_error_t* cat(svn_stream_t* out, const char* target, const svn_opt_revision_t* pegRevision,
+                 const svn_opt_revision_t* revision, svn_boolean_t expandKeywords, svn_client_ctx_t* ctx,
+                 apr_pool_t* pool)
+{
+    SVN_ERR(checkTarget(&target, pool));
+    return svn_client_cat3(nullptr, out, target, pegRevision, revision, expandKeywords, ctx, pool, pool);
+}
+#endif
+
+#if SVN_VER_MINOR >= 10
+svn_error_t* list(const char* target, const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
+                  const apr_array_header_t* patterns, svn_depth_t depth, apr_uint32_t fields, svn_boolean_t fetchLocks,
+                  svn_boolean_t includeExternals, HSVNBundleExtensions::ListReceiver receiver, void* baton,
+                  svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkTarget(&target, pool));
+    return svn_client_list4(target, pegRevision, revision, patterns, depth, fields, fetchLocks, includeExternals,
+                            receiver, baton, ctx, pool);
+}
+#endif
+
+svn_error_t* revpropGet(const char* name, svn_string_t** value, const char* url, const svn_opt_revision_t* revision,
+                        svn_revnum_t* number, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_URL(url, pool);
+    return svn_client_revprop_get(name, value, url, revision, number, ctx, pool);
+}
+
+svn_error_t* revpropList(apr_hash_t** properties, const char* url, const svn_opt_revision_t* revision,
+                         svn_revnum_t* number, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_URL(url, pool);
+    return svn_client_revprop_list(properties, url, revision, number, ctx, pool);
+}
+
+svn_error_t* urlFromPath(const char** url, const char* target, apr_pool_t* pool)
+{
+    SVN_ERR(checkTarget(&target, pool));
+    return svn_client_url_from_path(url, target, pool);
+}
+
+HSVNBundleExtensions makeExtensions()
+{
+    HSVNBundleExtensions table{};
+    table.size = sizeof table;
+    table.version = 1;
+    table.opt_parse_path = parsePath;
+    table.opt_parse_revision = parseRevision;
+    table.client_revprop_get = revpropGet;
+    table.client_revprop_list = revpropList;
+    table.client_url_from_path = urlFromPath;
+#if SVN_VER_MINOR >= 6
+    table.cmdline_create_auth_baton = createAuthBaton;
+    table.client_log = log;
+#endif
+#if SVN_VER_MINOR >= 7
+    table.client_args_to_target_array = targetArray;
+    table.wc_conflicted = conflicted;
+#endif
+#if SVN_VER_MINOR >= 8
+    table.client_propget = propget;
+    table.client_proplist = proplist;
+#endif
+#if SVN_VER_MINOR >= 9
+    table.client_status = status;
+    table.client_info = info;
+    table.client_cat = cat;
+#endif
+#if SVN_VER_MINOR >= 10
+    table.client_list = list;
+#endif
+    return table;
+}
+
+} // namespace
+} // namespace HSVNAdapter
+
+extern "C" __attribute__((visibility("default"))) const HSVNBundleExtensions* HSVNBundleExtensionsTable()
+{
+    static const HSVNBundleExtensions table = HSVNAdapter::makeExtensions();
+    return &table;
+}

@@ -1,0 +1,130 @@
+#pragma once
+
+#include "HSVNSubversionPrivate.h"
+
+#include <cstdint>
+
+// Records that lines before 1.7 do not have.
+struct svn_client_status_t;
+struct svn_client_info2_t;
+struct svn_log_entry_t;
+
+/// Functions that a bundle may offer beside the 91 places.
+///
+/// The table only ever grows at its end: `size` tells how much of it the bundle was compiled with, and a place that the
+/// bundle's line cannot serve is null. `HSVNOperation::extension` is the way to ask for a place.
+///
+/// Unlike the 91 places these take targets as Subversion's own command line does, absolute or relative to the current
+/// folder, made canonical but not absolute where Subversion lets them be, and answer the line's own errors unchanged.
+struct HSVNBundleExtensions
+{
+    using StatusReceiver = svn_error_t* (*)(void* baton, const char* path, const svn_client_status_t* status,
+                                            apr_pool_t* pool);
+    using InfoReceiver = svn_error_t* (*)(void* baton, const char* target, const svn_client_info2_t* info,
+                                          apr_pool_t* pool);
+    using ListReceiver = svn_error_t* (*)(void* baton, const char* path, const svn_dirent_t* dirent,
+                                          const svn_lock_t* lock, const char* absolutePath,
+                                          const char* externalParentURL, const char* externalTarget, apr_pool_t* pool);
+    using LogReceiver = svn_error_t* (*)(void* baton, svn_log_entry_t* entry, apr_pool_t* pool);
+    using PropertiesReceiver = svn_error_t* (*)(void* baton, const char* path, apr_hash_t* properties,
+                                                apr_array_header_t* inherited, apr_pool_t* pool);
+    using CancelFunction = svn_error_t* (*)(void* baton);
+
+    /// One range of a log; Subversion has it from 1.6 on.
+    struct RevisionRange
+    {
+        svn_opt_revision_t start;
+        svn_opt_revision_t end;
+    };
+
+    /// What `cmdline_create_auth_baton` asks and trusts.
+    struct Authentication
+    {
+        svn_boolean_t nonInteractive;
+        const char* username;
+        const char* password;
+        const char* configFolder;
+        svn_boolean_t noAuthCache;
+        svn_boolean_t trustUnknownAuthority;
+        svn_boolean_t trustHostnameMismatch;
+        svn_boolean_t trustExpired;
+        svn_boolean_t trustNotYetValid;
+        svn_boolean_t trustOther;
+    };
+
+    /// Size of the table in bytes, these two fields included.
+    std::uint32_t size;
+    /// 1; raised when a place changes its meaning, which a library that expects the former one then refuses.
+    std::uint32_t version;
+
+    /// svn_opt_parse_path
+    svn_error_t* (*opt_parse_path)(svn_opt_revision_t* pegRevision, const char** path, const char* text,
+                                   apr_pool_t* pool);
+    /// svn_opt_parse_revision: 0 when the text is a revision or two with a colon between.
+    int (*opt_parse_revision)(svn_opt_revision_t* start, svn_opt_revision_t* end, const char* text, apr_pool_t* pool);
+    /// svn_client_args_to_target_array2, 1.7 and later, for arguments that are UTF-8 already.
+    svn_error_t* (*client_args_to_target_array)(apr_array_header_t** targets, const apr_array_header_t* arguments,
+                                                svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_cmdline_create_auth_baton, from 1.6 on: Subversion's own prompts on the terminal, stores and trust.
+    svn_error_t* (*cmdline_create_auth_baton)(svn_auth_baton_t** baton, const Authentication* wishes,
+                                              svn_config_t* config, CancelFunction cancel, void* cancelBaton,
+                                              apr_pool_t* pool);
+    /// svn_client_status6, 1.9 and later
+    svn_error_t* (*client_status)(svn_revnum_t* result, svn_client_ctx_t* ctx, const char* path,
+                                  const svn_opt_revision_t* revision, svn_depth_t depth, svn_boolean_t getAll,
+                                  svn_boolean_t checkOutOfDate, svn_boolean_t noIgnore, svn_boolean_t ignoreExternals,
+                                  const apr_array_header_t* changelists, StatusReceiver receiver, void* baton,
+                                  apr_pool_t* pool);
+    /// svn_client_info4, 1.9 and later
+    svn_error_t* (*client_info)(const char* target, const svn_opt_revision_t* pegRevision,
+                                const svn_opt_revision_t* revision, svn_depth_t depth, svn_boolean_t includeExternals,
+                                const apr_array_header_t* changelists, InfoReceiver receiver, void* baton,
+                                svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_list4, 1.10 and later
+    svn_error_t* (*client_list)(const char* target, const svn_opt_revision_t* pegRevision,
+                                const svn_opt_revision_t* revision, const apr_array_header_t* patterns,
+                                svn_depth_t depth, apr_uint32_t fields, svn_boolean_t fetchLocks,
+                                svn_boolean_t includeExternals, ListReceiver receiver, void* baton,
+                                svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_log5, 1.6 and later; the ranges are `RevisionRange` values
+    svn_error_t* (*client_log)(const apr_array_header_t* targets, const svn_opt_revision_t* pegRevision,
+                               const apr_array_header_t* ranges, int limit, svn_boolean_t changedPaths,
+                               svn_boolean_t stopOnCopy, svn_boolean_t mergedRevisions,
+                               const apr_array_header_t* revisionProperties, LogReceiver receiver, void* baton,
+                               svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_cat3, 1.9 and later
+    svn_error_t* (*client_cat)(svn_stream_t* out, const char* target, const svn_opt_revision_t* pegRevision,
+                               const svn_opt_revision_t* revision, svn_boolean_t expandKeywords, svn_client_ctx_t* ctx,
+                               apr_pool_t* pool);
+    /// svn_client_propget5, 1.8 and later; the target absolute or a URL
+    svn_error_t* (*client_propget)(apr_hash_t** properties, apr_array_header_t** inherited, const char* name,
+                                   const char* target, const svn_opt_revision_t* pegRevision,
+                                   const svn_opt_revision_t* revision, svn_depth_t depth,
+                                   const apr_array_header_t* changelists, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_proplist4, 1.8 and later
+    svn_error_t* (*client_proplist)(const char* target, const svn_opt_revision_t* pegRevision,
+                                    const svn_opt_revision_t* revision, svn_depth_t depth,
+                                    const apr_array_header_t* changelists, svn_boolean_t inherited,
+                                    PropertiesReceiver receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_revprop_get
+    svn_error_t* (*client_revprop_get)(const char* name, svn_string_t** value, const char* url,
+                                       const svn_opt_revision_t* revision, svn_revnum_t* number, svn_client_ctx_t* ctx,
+                                       apr_pool_t* pool);
+    /// svn_client_revprop_list
+    svn_error_t* (*client_revprop_list)(apr_hash_t** properties, const char* url, const svn_opt_revision_t* revision,
+                                        svn_revnum_t* number, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_url_from_path: the URL of a working copy's item, or null.
+    svn_error_t* (*client_url_from_path)(const char** url, const char* target, apr_pool_t* pool);
+    /// svn_wc_conflicted_p3, 1.7 and later: which kinds of conflict the item is in.
+    svn_error_t* (*wc_conflicted)(svn_boolean_t* text, svn_boolean_t* properties, svn_boolean_t* tree, const char* path,
+                                  svn_client_ctx_t* ctx, apr_pool_t* pool);
+};
+
+extern "C" {
+/// What a bundle that offers the table exports beside its principal function under the name
+/// `HSVNBundleExtensionsTable`: answers the table, which lives as long as the process.
+using HSVNBundleExtensionsFunction = const HSVNBundleExtensions* (*)();
+}
+
+/// Name of that symbol.
+inline constexpr const char* HSVNBundleExtensionsSymbol = "HSVNBundleExtensionsTable";

@@ -1,0 +1,71 @@
+#include "HSVNClientSettings.h"
+
+#include "HSVNExtensionCallPrivate.h"
+
+namespace {
+
+const char* textOrNull(const HSVNOperation& operation, const std::optional<std::string>& text)
+{
+    return text ? operation->apr_pstrdup(operation.context()->pool(), text->c_str()) : nullptr;
+}
+
+/// Whether it is the system that keeps the configuration area from being used: the client can do without one then.
+bool isRefusedBySystem(const svn_error_t* error)
+{
+    return APR_STATUS_IS_EACCES(error->apr_err) || APR_STATUS_IS_ENOTDIR(error->apr_err);
+}
+
+HSVNExceptionRef readConfiguration(const HSVNOperation& operation, const char* folder)
+{
+    HSVNContext& context = *operation.context();
+    if (svn_error_t* const error = operation->config_ensure(folder, operation.pool())) {
+        operation->error_clear(error); // an area that cannot be made is no failure
+    }
+    context.ctx()->config = nullptr;
+    svn_error_t* const error = operation->config_get_config(&context.ctx()->config, folder, context.pool());
+    if (!error) {
+        return nullptr;
+    }
+    const bool refused = isRefusedBySystem(error);
+    auto exception = HSVNException::exceptionWithError(error);
+    if (!refused) {
+        exception->raise();
+    }
+    context.ctx()->config = operation->apr_hash_make(context.pool());
+    return exception;
+}
+
+svn_config_t* configOf(const HSVNOperation& operation)
+{
+    return static_cast<svn_config_t*>(
+        operation->apr_hash_get(operation.ctx()->config, HSVNConfigCategoryConfig, APR_HASH_KEY_STRING));
+}
+
+} // namespace
+
+HSVNExceptionRef HSVNApplyClientSettings(const HSVNClientSettings& settings, const HSVNClientRef& client)
+{
+    HSVNAssertParameter(client != nullptr, "client != nil");
+    HSVNOperation operation{client, "HSVNClient", "applySettings:", {}};
+    const char* const folder = textOrNull(operation, settings.configurationDirectory);
+    auto refused = readConfiguration(operation, folder);
+    for (const auto& option : settings.options) {
+        if (!refused) {
+            client->setOption(option.value, option.name, option.category, option.section);
+        }
+    }
+    const HSVNBundleExtensions::Authentication wishes{settings.nonInteractive,
+                                                      textOrNull(operation, settings.username),
+                                                      textOrNull(operation, settings.password),
+                                                      folder,
+                                                      settings.noAuthCache,
+                                                      settings.trustUnknownAuthority,
+                                                      settings.trustHostnameMismatch,
+                                                      settings.trustExpired,
+                                                      settings.trustNotYetValid,
+                                                      settings.trustOtherFailures};
+    operation.check(operation.extension(&HSVNBundleExtensions::cmdline_create_auth_baton)(
+        &client->ctx()->auth_baton, &wishes, configOf(operation), client->ctx()->cancel_func,
+        client->ctx()->cancel_baton, client->pool()));
+    return refused;
+}

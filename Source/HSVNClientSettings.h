@@ -1,0 +1,47 @@
+#pragma once
+
+#include "HSVNClient.h"
+#include "HSVNException.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+/// One configuration option that holds for a client only.
+struct HSVNConfigurationOption
+{
+    std::string category; ///< "config" or "servers"
+    std::string section;
+    std::string name;
+    std::string value;
+};
+
+/// How a program of the command line sets its client up: where the configuration is, and who answers for the user.
+struct HSVNClientSettings
+{
+    /// The configuration area, UTF-8; nil means the user's own.
+    std::optional<std::string> configurationDirectory;
+    std::vector<HSVNConfigurationOption> options;
+    std::optional<std::string> username;
+    std::optional<std::string> password;
+    bool noAuthCache = false;    ///< store no credentials
+    bool nonInteractive = false; ///< never ask on the terminal
+    // Failures of a server's certificate that are trusted without asking; read when `nonInteractive`.
+    bool trustUnknownAuthority = false;
+    bool trustHostnameMismatch = false;
+    bool trustExpired = false;
+    bool trustNotYetValid = false;
+    bool trustOtherFailures = false;
+};
+
+/// Reads the configuration and opens the stores of credentials anew by the settings; from then on Subversion itself
+/// asks on the terminal for what is missing, the password not echoed, and the delegate's two prompts are no longer
+/// used.
+///
+/// @param client  not nil ("client != nil")
+/// @return why the configuration area could not be made or read, when it is the system that refused; null when it
+///         could. The client then works without a configuration.
+/// @throws HSVNException for a configuration that is malformed
+/// Stands for svn_config_ensure, svn_config_get_config and svn_cmdline_create_auth_baton2; not offered by lines before
+/// 1.6.
+HSVN_EXPORT HSVNExceptionRef HSVNApplyClientSettings(const HSVNClientSettings& settings, const HSVNClientRef& client);

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "HSVNBundleExtensionsPrivate.h"
+#include "HSVNOperationPrivate.h"
+#include "HSVNRevision.h"
+
+#include <optional>
+#include <string>
+#include <type_traits>
+#include <vector>
+
+// What the operations over the second table share.
+
+/// The texts as an array in the operation's pool.
+inline apr_array_header_t* HSVNTextArray(const HSVNOperation& operation, const std::vector<std::string>& texts)
+{
+    auto* const array =
+        operation->apr_array_make(operation.pool(), static_cast<int>(texts.size()), sizeof(const char*));
+    for (const auto& text : texts) {
+        *static_cast<const char**>(operation->apr_array_push(array)) = operation.cString(text);
+    }
+    return array;
+}
+
+/// The same, but null for none, which stands for every item where Subversion filters by a list.
+inline apr_array_header_t* HSVNFilterArray(const HSVNOperation& operation, const std::vector<std::string>& texts)
+{
+    return texts.empty() ? nullptr : HSVNTextArray(operation, texts);
+}
+
+/// A moment of Subversion to the microsecond; 0 is none.
+inline std::optional<HSVNDate> HSVNDateOrNil(apr_time_t time)
+{
+    return time == 0 ? std::nullopt : std::optional{HSVNDate{time}};
+}
+
+/// Calls `body(text, value)` for every pair of a hash with text keys, in no particular order.
+template <class Value, class Body>
+void HSVNForEach(const HSVNOperation& operation, apr_hash_t* hash, Body body)
+{
+    auto* index = hash ? operation->apr_hash_first(operation.pool(), hash) : nullptr;
+    for (; index; index = operation->apr_hash_next(index)) {
+        const void* key = nullptr;
+        void* value = nullptr;
+        operation->apr_hash_this(index, &key, nullptr, &value);
+        body(std::string{static_cast<const char*>(key)}, static_cast<const Value*>(value));
+    }
+}

@@ -1,0 +1,96 @@
+#include "HSVNItemStatus.h"
+
+#include "HSVNLockRecordPrivate.h"
+#include "HSVNRevisionNumberPrivate.h"
+
+namespace {
+
+HSVNItemStatus statusOf(const char* path, const svn_client_status_t& record)
+{
+    HSVNItemStatus status;
+    status.path = path;
+    status.absolutePath = record.local_abspath;
+    status.kind = static_cast<HSVNNodeKind>(record.kind);
+    status.size = record.filesize;
+    status.versioned = record.versioned;
+    status.conflicted = record.conflicted;
+    status.nodeStatus = HSVNConvertStatusKind(record.node_status);
+    status.textStatus = HSVNConvertStatusKind(record.text_status);
+    status.propertyStatus = HSVNConvertStatusKind(record.prop_status);
+    status.locked = record.wc_is_locked;
+    status.copied = record.copied;
+    status.switched = record.switched;
+    status.fileExternal = record.file_external;
+    status.revision = HSVNRevisionNumberFromSubversion(record.revision);
+    status.changedRevision = HSVNRevisionNumberFromSubversion(record.changed_rev);
+    status.changedDate = HSVNDateOrNil(record.changed_date);
+    status.changedAuthor = HSVNTextOrNil(record.changed_author);
+    status.lock = HSVNLockRecordOf(record.lock);
+    status.changelist = HSVNTextOrNil(record.changelist);
+    status.depth = static_cast<HSVNDepth>(record.depth);
+    status.movedFrom = HSVNTextOrNil(record.moved_from_abspath);
+    status.movedTo = HSVNTextOrNil(record.moved_to_abspath);
+    status.repositoryNodeStatus = HSVNConvertStatusKind(record.repos_node_status);
+    status.repositoryTextStatus = HSVNConvertStatusKind(record.repos_text_status);
+    status.repositoryPropertyStatus = HSVNConvertStatusKind(record.repos_prop_status);
+    status.repositoryLock = HSVNLockRecordOf(record.repos_lock);
+    return status;
+}
+
+struct Scan
+{
+    HSVNOperation& operation;
+    const HSVNItemStatusReceiver& receiver;
+};
+
+svn_error_t* readConflict(const HSVNOperation& operation, HSVNItemStatus& status, apr_pool_t* pool)
+{
+    svn_boolean_t text = false;
+    svn_boolean_t properties = false;
+    svn_boolean_t tree = false;
+    if (status.conflicted) {
+        const auto function = operation.extension(&HSVNBundleExtensions::wc_conflicted);
+        if (svn_error_t* const error =
+                function(&text, &properties, &tree, status.absolutePath.c_str(), operation.ctx(), pool)) {
+            return error;
+        }
+    }
+    status.treeConflicted = tree;
+    return nullptr;
+}
+
+svn_error_t* receiveStatus(void* baton, const char* path, const svn_client_status_t* record, apr_pool_t* pool)
+{
+    const auto& scan = *static_cast<Scan*>(baton);
+    return HSVNGuardCallback(*scan.operation.context(), [&]() -> svn_error_t* {
+        auto status = statusOf(path, *record);
+        if (svn_error_t* const error = readConflict(scan.operation, status, pool)) {
+            return error;
+        }
+        scan.receiver(status);
+        return nullptr;
+    });
+}
+
+} // namespace
+
+HSVNRevisionNumber HSVNScanItemStatus(const std::string& target, const HSVNRevisionRef& revision,
+                                      const HSVNItemStatusOptions& options, const HSVNItemStatusReceiver& receiver,
+                                      const HSVNContextRef& context)
+{
+    HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{context,
+                            "HSVNItemStatus",
+                            "scanItemStatus:revision:withOptions:receiver:withContext:",
+                            {{"target", target}, {"revision", revision}, {"context", context}}};
+    const auto function = operation.extension(&HSVNBundleExtensions::client_status);
+    const auto record = revision->SVNRevision();
+    Scan scan{operation, receiver};
+    svn_revnum_t result = HSVNInvalidRevision;
+    operation.check(function(&result, operation.ctx(), operation.cString(target), &record,
+                             static_cast<svn_depth_t>(options.depth), options.getAll, options.contactRepository,
+                             !options.matchIgnorePatterns, !options.processExternals,
+                             HSVNFilterArray(operation, options.changelists), receiveStatus, &scan, operation.pool()));
+    return HSVNRevisionNumberFromSubversion(result);
+}

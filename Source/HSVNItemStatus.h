@@ -1,0 +1,73 @@
+#pragma once
+
+#include "HSVNContext.h"
+#include "HSVNLockRecord.h"
+#include "HSVNRevision.h"
+#include "HSVNStatusKind.h"
+#include "HSVNTypes.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+/// One item's status with every field that Subversion reports, as lists of whole working copies show it.
+struct HSVNItemStatus
+{
+    std::string path; ///< as the target was given, relative targets relative
+    std::string absolutePath;
+    HSVNNodeKind kind = HSVNNodeKindUnknown;
+    std::int64_t size = -1; ///< of the file on disk, in bytes; -1 when unknown
+    bool versioned = false;
+    bool conflicted = false;
+    bool treeConflicted = false; ///< found out for conflicted items only
+    HSVNStatusKind nodeStatus = HSVNStatusKindNone;
+    HSVNStatusKind textStatus = HSVNStatusKindNone;
+    HSVNStatusKind propertyStatus = HSVNStatusKindNone;
+    bool locked = false; ///< the working copy is locked for writing
+    bool copied = false;
+    bool switched = false;
+    bool fileExternal = false;
+    HSVNRevisionNumber revision = HSVNInvalidRevision;
+    HSVNRevisionNumber changedRevision = HSVNInvalidRevision;
+    std::optional<HSVNDate> changedDate;
+    std::optional<std::string> changedAuthor;
+    std::optional<HSVNLockRecord> lock; ///< the working copy's lock token
+    std::optional<std::string> changelist;
+    HSVNDepth depth = HSVNDepthUnknown;
+    std::optional<std::string> movedFrom; ///< absolute path
+    std::optional<std::string> movedTo;   ///< absolute path
+    // The repository's side; none when it was not asked.
+    HSVNStatusKind repositoryNodeStatus = HSVNStatusKindNone;
+    HSVNStatusKind repositoryTextStatus = HSVNStatusKindNone;
+    HSVNStatusKind repositoryPropertyStatus = HSVNStatusKindNone;
+    std::optional<HSVNLockRecord> repositoryLock;
+};
+
+/// What a status scan looks at.
+struct HSVNItemStatusOptions
+{
+    HSVNDepth depth = HSVNDepthUnknown;
+    bool getAll = false; ///< unchanged items too
+    bool contactRepository = false;
+    bool matchIgnorePatterns = true; ///< leave ignored items out
+    bool processExternals = true;
+    std::vector<std::string> changelists; ///< only items of these; none means all
+};
+
+using HSVNItemStatusReceiver = std::function<void(const HSVNItemStatus& status)>;
+
+/// Reports the status of items in the order in which Subversion finds them.
+///
+/// @param target    a local path; see HSVNTargets
+/// @param revision  what to compare with when the repository is asked; not nil ("revision != nil")
+/// @param receiver  called for each item; an exception stops the scan and reaches the caller
+/// @param context   not nil ("context != nil")
+/// @return the revision compared with; `HSVNInvalidRevision` when the repository was not asked
+/// @throws HSVNException for every Subversion error
+/// Stands for svn_client_status6; not offered by lines before 1.9.
+HSVN_EXPORT HSVNRevisionNumber HSVNScanItemStatus(const std::string& target, const HSVNRevisionRef& revision,
+                                                  const HSVNItemStatusOptions& options,
+                                                  const HSVNItemStatusReceiver& receiver,
+                                                  const HSVNContextRef& context);

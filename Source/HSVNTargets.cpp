@@ -1,0 +1,72 @@
+#include "HSVNTargets.h"
+
+#include "HSVNExtensionCallPrivate.h"
+#include "HSVNTextPrivate.h"
+
+namespace {
+
+std::vector<std::string> textsOf(const apr_array_header_t* array)
+{
+    std::vector<std::string> texts;
+    for (int index = 0; array && index < array->nelts; ++index) {
+        texts.emplace_back(APR_ARRAY_IDX(array, index, const char*));
+    }
+    return texts;
+}
+
+} // namespace
+
+HSVNTargets::List HSVNTargets::canonicalTargets(const std::vector<std::string>& arguments,
+                                                const HSVNContextRef& context)
+{
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{context, "HSVNTargets", "canonicalTargets:withContext:", {{"context", context}}};
+    const auto function = operation.extension(&HSVNBundleExtensions::client_args_to_target_array);
+    apr_array_header_t* targets = nullptr;
+    svn_error_t* error = function(&targets, HSVNTextArray(operation, arguments), operation.ctx(), operation.pool());
+    List list;
+    if (error && error->apr_err == SVN_ERR_RESERVED_FILENAME_SPECIFIED) {
+        list.skipped = HSVNException::exceptionWithError(error);
+        error = nullptr;
+    }
+    operation.check(error);
+    list.targets = textsOf(targets);
+    return list;
+}
+
+HSVNTargets::Pegged HSVNTargets::parse(const std::string& target, const HSVNContextRef& context)
+{
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{context, "HSVNTargets", "parse:withContext:", {{"target", target}, {"context", context}}};
+    svn_opt_revision_t pegRevision{};
+    const char* path = nullptr;
+    operation.check(operation.extension(&HSVNBundleExtensions::opt_parse_path)(
+        &pegRevision, &path, operation.cString(target), operation.pool()));
+    return {path, HSVNRevision::revisionFromSVNRevision(&pegRevision)};
+}
+
+std::optional<std::pair<HSVNRevisionRef, HSVNRevisionRef>> HSVNTargets::parseRevisions(const std::string& text,
+                                                                                       const HSVNContextRef& context)
+{
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{
+        context, "HSVNTargets", "parseRevisions:withContext:", {{"text", text}, {"context", context}}};
+    svn_opt_revision_t start{};
+    svn_opt_revision_t end{};
+    const auto function = operation.extension(&HSVNBundleExtensions::opt_parse_revision);
+    if (function(&start, &end, operation.cString(text), operation.pool()) != 0) {
+        return std::nullopt;
+    }
+    return std::pair{HSVNRevision::revisionFromSVNRevision(&start), HSVNRevision::revisionFromSVNRevision(&end)};
+}
+
+std::optional<std::string> HSVNTargets::URLOfTarget(const std::string& target, const HSVNContextRef& context)
+{
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{
+        context, "HSVNTargets", "URLOfTarget:withContext:", {{"target", target}, {"context", context}}};
+    const char* url = nullptr;
+    operation.check(operation.extension(&HSVNBundleExtensions::client_url_from_path)(&url, operation.cString(target),
+                                                                                     operation.pool()));
+    return HSVNTextOrNil(url);
+}

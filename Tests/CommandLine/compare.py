@@ -1,0 +1,133 @@
+#!/usr/bin/python
+"""Runs command lines through Subversion's svn and through hsvn, started under the same name, on copies of the same
+working copy, and compares what they print, how they end and what they leave behind.
+
+usage: compare.py HSVN TABLE [GROUP]
+
+Each line of a table is a working copy's state, "|" and a command line; a line "[name]" begins a group. Where Subversion
+itself prints its items in an order that changes from run to run, a "~" before the state leaves the order out.
+"""
+
+import os
+import re
+import shlex
+import shutil
+import subprocess
+import sys
+import tempfile
+import xml.etree.ElementTree as ElementTree
+
+import fixtures
+
+
+def read_table(path, wanted):
+    group = None
+    with open(path, encoding="utf-8") as lines:
+        for line in lines:
+            line = line.rstrip("\n")
+            if line.startswith("[") and line.endswith("]"):
+                group = line[1:-1]
+            elif line and not line.startswith("#") and (wanted is None or group == wanted):
+                state, command = line.split("|", 1)
+                yield state.strip(" ~"), not state.startswith("~"), command.strip()
+
+
+def with_ordered_attributes(text):
+    """XML whose attributes are in alphabetical order: svn writes them in a new random order each time."""
+
+    def ordered(match):
+        attributes = sorted(re.findall(r'\n   [^=]+="[^"]*"', match.group(2)))
+        return match.group(1) + "".join(attributes) + match.group(3)
+
+    return re.sub(r'(<[a-z-]+)((?:\n   [^=>]+="[^"]*")+)(/?>)', ordered, text)
+
+
+def snapshot(folder):
+    """Every file's contents below a folder, Subversion's own data aside."""
+    files = {}
+    for base, folders, names in os.walk(folder):
+        folders[:] = [name for name in folders if name != ".svn"]
+        for name in names + folders:
+            path = os.path.join(base, name)
+            if os.path.isfile(path):
+                with open(path, "rb") as file:
+                    files[os.path.relpath(path, folder)] = file.read()
+            else:
+                files[os.path.relpath(path, folder)] = None
+    return files
+
+
+def unordered(text):
+    """The items of an output, whatever their order: entries of XML, else lines."""
+    return sorted(re.split(r"(?=<entry\n)|(?<=\n)", text.replace("</target>\n", "")))
+
+
+class State:
+    """A prepared working copy, given anew to each program at the same path."""
+
+    def __init__(self, folder, prepare):
+        self.root = folder
+        self.wc = fixtures.make_repository(folder)
+        prepare(self.wc)
+        self.saved = folder + ".saved"
+        shutil.copytree(folder, self.saved, symlinks=True)
+
+    def restore(self):
+        shutil.rmtree(self.root)
+        # Times stay: Subversion compares them.
+        shutil.copytree(self.saved, self.root, symlinks=True)
+
+    def run(self, program, command):
+        self.restore()
+        words = command.replace("REPOSITORY", "file://" + self.root + "/repository").replace("ROOT", self.root)
+        environment = {**fixtures.environment(self.wc), "PATH": program + ":" + os.environ["PATH"]}
+        ran = subprocess.run(["/bin/bash", "-c", "svn " + words], cwd=self.wc, env=environment, check=False,
+                             stdin=subprocess.DEVNULL, capture_output=True, timeout=60)
+        output = with_ordered_attributes(ran.stdout.decode("latin-1"))
+        if "--xml" in command and output.startswith("<?xml") and ran.returncode == 0:
+            ElementTree.fromstring(output)
+        # What is left behind is looked at with the reference program, whichever ran.
+        left = subprocess.run(["/usr/bin/svn", "status", "--no-ignore", "-v"], cwd=self.wc, check=False,
+                              env=fixtures.environment(self.wc), capture_output=True)
+        return {"standard output": output, "standard error": ran.stderr.decode("latin-1"), "exit code": ran.returncode,
+                "files": snapshot(self.wc), "status": left.stdout,
+                "history": subprocess.run(["svnlook", "tree", self.root + "/repository"], check=False,
+                                          capture_output=True).stdout}
+
+
+def compare(state, rows, programs):
+    failures = 0
+    for is_ordered, command in rows:
+        expected, actual = (state.run(program, command) for program in programs)
+        if not is_ordered:
+            for result in (expected, actual):
+                result["standard output"] = unordered(result["standard output"])
+        for what, value in expected.items():
+            if actual[what] != value:
+                failures += 1
+                print(f"svn {command}\n  {what} differs\n  svn:  {value!r}\n  hsvn: {actual[what]!r}")
+                break
+    return failures
+
+
+def main():
+    hsvn, table = sys.argv[1:3]
+    rows = list(read_table(table, sys.argv[3] if len(sys.argv) > 3 else None))
+    if not rows:
+        sys.exit("no such group")
+    with tempfile.TemporaryDirectory() as folder:
+        folder = os.path.realpath(folder)
+        programs = [os.path.join(folder, name) for name in ("original", "ours")]
+        for program, binary in zip(programs, [shutil.which("svn"), hsvn]):
+            os.mkdir(program)
+            os.symlink(binary, os.path.join(program, "svn"))
+        failures = 0
+        for name in sorted({row[0] for row in rows}):
+            state = State(os.path.join(folder, name), fixtures.PREPARATIONS[name])
+            failures += compare(state, [row[1:] for row in rows if row[0] == name], programs)
+    print(f"{len(rows)} command lines, {failures} differ")
+    sys.exit(failures != 0)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,105 @@
+"""The repository and working copies that the command lines run on."""
+
+import os
+import subprocess
+
+ENVIRONMENT = {
+    "PATH": os.environ["PATH"],
+    "LC_ALL": "C",
+    "TZ": "UTC",
+    # A test that forgets a log message fails instead of waiting for an editor.
+    "SVN_EDITOR": "false",
+}
+
+
+def run_svn(folder, *arguments):
+    subprocess.run(["svn", "--non-interactive", *arguments], cwd=folder, env=environment(folder), check=True,
+                   stdout=subprocess.DEVNULL)
+
+
+def environment(folder):
+    """The environment of every program: a home that holds nothing of the user's."""
+    return {**ENVIRONMENT, "HOME": os.path.join(os.path.dirname(os.path.abspath(folder)), "home")}
+
+
+def write(folder, name, text):
+    with open(os.path.join(folder, name), "w") as file:
+        file.write(text)
+
+
+def make_repository(root):
+    """A repository with a little of everything in its history, and a working copy `wc` of its trunk."""
+    os.makedirs(os.path.join(root, "home"))
+    repository = os.path.join(root, "repository")
+    subprocess.run(["svnadmin", "create", repository], check=True)
+    write(repository, "hooks/pre-revprop-change", "#!/bin/sh\n")
+    os.chmod(os.path.join(repository, "hooks/pre-revprop-change"), 0o755)
+    url = "file://" + repository
+    run_svn(root, "mkdir", "-m", "Lay out", url + "/trunk", url + "/branches")
+    run_svn(root, "checkout", url + "/trunk", "wc")
+    wc = os.path.join(root, "wc")
+    fill(wc)
+    run_svn(wc, "commit", "-m", "Begin\n\nwith two paragraphs & <markup>")
+    run_svn(wc, "copy", "-m", "Branch", url + "/trunk", url + "/branches/one")
+    write(wc, "iota", "first\nsecond\n")
+    run_svn(wc, "propset", "color", "blue\ngreen", "A/mu")
+    run_svn(wc, "commit", "-m", "Change iota")
+    run_svn(wc, "move", "A/B/lambda", "A/C/moved")
+    run_svn(wc, "commit", "-m", "Move lambda")
+    run_svn(wc, "delete", "A/C/doomed")
+    run_svn(wc, "commit", "-m", "")
+    run_svn(wc, "update")
+    return wc
+
+
+def fill(wc):
+    for folder in ["A", "A/B", "A/C", "name with space"]:
+        os.mkdir(os.path.join(wc, folder))
+    for name in ["iota", "A/mu", "A/B/lambda", "A/C/doomed", "name with space/at@sign", "keywords"]:
+        write(wc, name, f"This is {name}.\n")
+    write(wc, "keywords", "$Rev$ $Author$\n")
+    with open(os.path.join(wc, "binary"), "wb") as file:
+        file.write(bytes(range(256)))
+    run_svn(wc, "add", "-q", "iota", "A", "name with space", "keywords", "binary")
+    run_svn(wc, "propset", "svn:keywords", "Rev Author", "keywords")
+    run_svn(wc, "propset", "svn:ignore", "*.tmp", "A")
+    run_svn(wc, "propset", "binary-property", "-F", "binary", "binary")
+    run_svn(wc, "propset", "color", "red", "iota")
+
+
+def change(wc):
+    """Local changes of every kind."""
+    write(wc, "iota", "changed\n")
+    write(wc, "A/new", "new\n")
+    run_svn(wc, "add", "A/new")
+    run_svn(wc, "propset", "color", "green", "A")
+    run_svn(wc, "delete", "A/B")
+    run_svn(wc, "move", "A/mu", "A/mu-moved")
+    run_svn(wc, "copy", "A/C", "A/copied")
+    write(wc, "unversioned", "")
+    write(wc, "A/ignored.tmp", "")
+    os.remove(os.path.join(wc, "binary"))
+    run_svn(wc, "changelist", "list", "iota")
+    run_svn(wc, "lock", "-m", "mine <&>", "keywords")
+
+
+def conflict(wc):
+    """Text, property and tree conflicts, left by an update."""
+    run_svn(wc, "update", "-r", "2")
+    write(wc, "iota", "mine\n")
+    run_svn(wc, "propset", "color", "mine", "A/mu")
+    write(wc, "A/B/lambda", "mine\n")
+    run_svn(wc, "delete", "A/C/doomed")
+    run_svn(wc, "update", "--accept", "postpone")
+
+
+def branch(wc):
+    """Externals, a switched folder, sparse folders and something out of date."""
+    run_svn(wc, "propset", "svn:externals", "^/branches/one/A/B folder-external\n^/branches/one/iota file-external", ".")
+    run_svn(wc, "update")
+    run_svn(wc, "update", "-r", "2", "A/mu")
+    run_svn(wc, "update", "--set-depth", "files", "A/B")
+    run_svn(wc, "switch", "--ignore-ancestry", "^/branches/one/A/C", "A/C")
+
+
+PREPARATIONS = {"clean": lambda wc: None, "changed": change, "conflicted": conflict, "branched": branch}
