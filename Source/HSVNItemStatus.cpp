@@ -59,13 +59,38 @@ svn_error_t* readConflict(const HSVNOperation& operation, HSVNItemStatus& status
     return nullptr;
 }
 
+/// An item that goes shows what it was until now, which the record does not say.
+svn_error_t* readFormerRevision(const HSVNOperation& operation, HSVNItemStatus& status, apr_pool_t* pool)
+{
+    const bool goes = status.nodeStatus == HSVNStatusKindDeleted || status.nodeStatus == HSVNStatusKindReplaced;
+    if (!goes || !status.versioned || status.copied || status.revision != HSVNInvalidRevision) {
+        return nullptr;
+    }
+    const auto take = [](void* baton, const char*, const svn_client_info2_t* info, apr_pool_t*) -> svn_error_t* {
+        auto& taken = *static_cast<HSVNItemStatus*>(baton);
+        taken.revision = HSVNRevisionNumberFromSubversion(info->rev);
+        if (taken.nodeStatus == HSVNStatusKindDeleted) {
+            taken.changedRevision = HSVNRevisionNumberFromSubversion(info->last_changed_rev);
+            taken.changedDate = HSVNDateOrNil(info->last_changed_date);
+            taken.changedAuthor = HSVNTextOrNil(info->last_changed_author);
+        }
+        return nullptr;
+    };
+    const svn_opt_revision_t unspecified{svn_opt_revision_unspecified, {}};
+    const auto function = operation.extension(&HSVNBundleExtensions::client_info);
+    return function(status.absolutePath.c_str(), &unspecified, &unspecified, svn_depth_empty, false, nullptr, take,
+                    &status, operation.ctx(), pool);
+}
+
 svn_error_t* receiveStatus(void* baton, const char* path, const svn_client_status_t* record, apr_pool_t* pool)
 {
     const auto& scan = *static_cast<Scan*>(baton);
     return HSVNGuardCallback(*scan.operation.context(), [&]() -> svn_error_t* {
         auto status = statusOf(path, *record);
-        if (svn_error_t* const error = readConflict(scan.operation, status, pool)) {
-            return error;
+        for (auto* const read : {readConflict, readFormerRevision}) {
+            if (svn_error_t* const error = read(scan.operation, status, pool)) {
+                return error;
+            }
         }
         scan.receiver(status);
         return nullptr;

@@ -29,6 +29,7 @@ struct HSVNItemStatus
     bool copied = false;
     bool switched = false;
     bool fileExternal = false;
+    // Of an item that is deleted: what it was until now.
     HSVNRevisionNumber revision = HSVNInvalidRevision;
     HSVNRevisionNumber changedRevision = HSVNInvalidRevision;
     std::optional<HSVNDate> changedDate;

@@ -17,8 +17,7 @@ enum ErrorCode : std::int32_t
     WorkingCopyNotDirectory = 155007,
     WorkingCopyPathNotFound = 155010,
     WorkingCopyUpgradeRequired = 155036,
-    RevisionNotFound = 160006,
-    NodeNotFound = 160013,
+    IllegalURL = 170000,
     AuthenticationFailed = 215004,
     BadRevision = 195002,
     ClientIsDirectory = 195007,
@@ -68,13 +67,17 @@ class TargetFailures
 {
   public:
     /// Runs the body; an error with one of the codes is printed as a warning and remembered.
+    ///
+    /// @return whether there was none
     template <class Body>
-    void attempt(const std::vector<std::int32_t>& tolerated, Body body)
+    bool attempt(const std::vector<std::int32_t>& tolerated, Body body)
     {
         try {
             body();
+            return true;
         } catch (const HSVNException& exception) {
             tolerate(exception, tolerated);
+            return false;
         }
     }
     bool any() const { return !_codes.empty(); }

@@ -81,7 +81,7 @@ void addConflicts(std::string& text, const std::vector<HSVNConflictRecord>& conf
     }
     const auto& first = conflicts.front();
     if (first.kind != HSVNConflictKind::Tree) {
-        text += fmt::format("Conflict Details: {}\n", descriptionOfIncomingChange(first));
+        text += fmt::format("Conflict Details: {}\n", descriptionOfIncomingEdit(first));
     }
     text += fmt::format("  Source  left: {}\n  Source right: {}\n", versionOf(first.sourceLeft),
                         versionOf(first.sourceRight));

@@ -1,3 +1,4 @@
+#include "Cancellation.h"
 #include "Errors.h"
 #include "InfoPrinter.h"
 #include "Output.h"
@@ -8,6 +9,21 @@
 #include <fmt/format.h>
 
 namespace {
+
+/// Hears between the items that those of an external begin.
+struct InfoListener
+{
+    static bool queryContinue(HSVNContext& /*context*/) { return !Cancellation::isAsked(); }
+
+    static void notify(HSVNContext& /*context*/, const HSVNNotificationRef& notification)
+    {
+        constexpr int infoExternal = 78; // svn_wc_notify_info_external, which the library has no name for
+        if (notification->action() == infoExternal) {
+            Output::write(fmt::format("\nPerforming info on external item at '{}':\n",
+                                      relativeToCurrentFolder(notification->path().value_or(""))));
+        }
+    }
+};
 
 /// One run of `info`.
 class InfoRun
@@ -28,10 +44,14 @@ class InfoRun
         if (isDocument) {
             XML::writeHeader("info");
         }
+        if (!options.xml && !options.json) {
+            _session.setDelegate(std::make_shared<HSVNClientDelegateFor<InfoListener>>());
+        }
         TargetFailures failures;
         for (const auto& target : targets) {
-            failures.attempt({WorkingCopyPathNotFound, UnversionedResource, NodeNotFound, RevisionNotFound},
-                             [&] { read(target); });
+            if (!failures.attempt({WorkingCopyPathNotFound, IllegalURL}, [&] { read(target); })) {
+                Output::writeError("\n");
+            }
         }
         finish(isDocument);
         if (failures.any()) {

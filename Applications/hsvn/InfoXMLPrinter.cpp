@@ -59,16 +59,17 @@ void addConflicts(XML& xml, const std::vector<HSVNConflictRecord>& conflicts, co
     }
 }
 
-void addWorkingCopy(XML& xml, const HSVNWorkingCopyInfo& copy)
+void addWorkingCopy(XML& xml, const HSVNWorkingCopyInfo& copy, HSVNNodeKind kind)
 {
     xml.open("wc-info").element("wcroot-abspath", copy.rootPath);
-    xml.element("schedule", std::string_view{wordOf(copy.schedule)}).element("changelist", copy.changelist);
-    xml.element("depth", std::string_view{wordOf(copy.depth)});
+    xml.element("schedule", std::string_view{wordOf(copy.schedule)});
+    // A file has no depth of its own and is told to be whole.
+    xml.element("depth", std::string_view{wordOf(kind == HSVNNodeKindFile ? HSVNDepthInfinity : copy.depth)});
     xml.element("copy-from-url", copy.copyFromURL).element("copy-from-rev", textOf(copy.copyFromRevision));
     if (copy.textTime) {
         xml.element("text-updated", std::string_view{exactDate(*copy.textTime)});
     }
-    xml.element("checksum", copy.checksum);
+    xml.element("checksum", copy.checksum).element("changelist", copy.changelist);
     xml.element("moved-from", relativePathOf(copy.movedFrom)).element("moved-to", relativePathOf(copy.movedTo));
     xml.close("wc-info");
 }
@@ -78,15 +79,19 @@ void addWorkingCopy(XML& xml, const HSVNWorkingCopyInfo& copy)
 void printInfoXML(const HSVNItemInfo& info)
 {
     XML xml;
-    xml.open("entry", {{"kind", wordOf(info.kind)},
-                       {"path", shownTarget(info)},
-                       {"revision", textOf(info.revision).value_or("Resource is not under version control.")}});
+    XML::Attributes attributes{{"kind", wordOf(info.kind)},
+                               {"path", shownTarget(info)},
+                               {"revision", textOf(info.revision).value_or("Resource is not under version control.")}};
+    if (info.kind == HSVNNodeKindFile && info.size >= 0) {
+        attributes.emplace_back("size", std::to_string(info.size));
+    }
+    xml.open("entry", attributes);
     xml.element("url", info.url).element("relative-url", relativeURL(info));
     if (info.repositoryRootURL || info.uuid) {
         xml.open("repository").element("root", info.repositoryRootURL).element("uuid", info.uuid).close("repository");
     }
     if (info.workingCopy) {
-        addWorkingCopy(xml, *info.workingCopy);
+        addWorkingCopy(xml, *info.workingCopy, info.kind);
     }
     if (info.lastChangedRevision != HSVNInvalidRevision) {
         addCommit(xml, info.lastChangedRevision, info.lastChangedAuthor, info.lastChangedDate);

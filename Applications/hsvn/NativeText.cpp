@@ -1,5 +1,6 @@
 #include "NativeText.h"
 
+#include "Approximation.h"
 #include "Errors.h"
 
 #include <array>
@@ -73,21 +74,6 @@ std::string escaped(std::string_view text)
     return result;
 }
 
-/// The code point at the start of well-formed text, and the length of its bytes; a stray byte stands for itself.
-std::pair<char32_t, std::size_t> firstCharacter(std::string_view text)
-{
-    const auto lead = static_cast<unsigned char>(text[0]);
-    const std::size_t length = lead < 0xC0 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-    if (length == 1 || length > text.size()) {
-        return {lead, 1};
-    }
-    char32_t point = lead & (0xFFU >> (length + 1));
-    for (std::size_t index = 1; index < length; ++index) {
-        point = (point << 6U) | (static_cast<unsigned char>(text[index]) & 0x3FU);
-    }
-    return {point, length};
-}
-
 } // namespace
 
 std::string NativeText::toUTF8(std::string_view native)
@@ -97,9 +83,9 @@ std::string NativeText::toUTF8(std::string_view native)
         return std::string{native};
     }
     if (Converter{"UTF-8", localeEncoding()}.convert(native, result) < native.size()) {
-        const HSVNException cause{
-            escaped(native),
-            {{HSVNExceptionStatusKey, std::int64_t{EINVAL}}, {HSVNExceptionMessageKey, escaped(native)}}};
+        const std::string shown = approximation(native).value_or(escaped(native));
+        const HSVNException cause{shown,
+                                  {{HSVNExceptionStatusKey, std::int64_t{EINVAL}}, {HSVNExceptionMessageKey, shown}}};
         fail(EINVAL, "Can't convert string from native encoding to 'UTF-8':", cause);
     }
     return result;
@@ -111,16 +97,10 @@ std::string NativeText::fromUTF8(std::string_view text)
         return std::string{text};
     }
     std::string result;
-    Converter converter{localeEncoding(), "UTF-8"};
-    while (!text.empty()) {
-        text.remove_prefix(converter.convert(text, result));
-        if (!text.empty()) {
-            const auto [point, length] = firstCharacter(text);
-            result += fmt::format("{{U+{:04X}}}", static_cast<std::uint32_t>(point));
-            text.remove_prefix(length);
-        }
+    if (Converter{localeEncoding(), "UTF-8"}.convert(text, result) == text.size()) {
+        return result;
     }
-    return result;
+    return approximation(text).value_or(escaped(text));
 }
 
 std::size_t NativeText::width(std::string_view text)

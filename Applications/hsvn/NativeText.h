@@ -11,7 +11,7 @@ namespace NativeText {
 /// @throws HSVNException, status 22, for bytes that the locale's encoding does not have
 std::string toUTF8(std::string_view native);
 
-/// UTF-8 as the locale writes it; a character that the locale lacks becomes "{U+00E9}".
+/// UTF-8 as the locale writes it; text with characters that the locale lacks is approximated.
 std::string fromUTF8(std::string_view text);
 
 /// Number of columns that UTF-8 text takes on a terminal.

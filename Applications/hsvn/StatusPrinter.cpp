@@ -1,11 +1,13 @@
 #include "StatusPrinter.h"
 
 #include "Dates.h"
+#include "NativeText.h"
 #include "Output.h"
 #include "Targets.h"
 #include "Words.h"
 #include "XML.h"
 
+#include <filesystem>
 #include <fmt/format.h>
 
 namespace {
@@ -14,7 +16,10 @@ namespace {
 HSVNStatusKind combinedStatus(const HSVNItemStatus& status)
 {
     if (status.nodeStatus == HSVNStatusKindConflicted && !status.versioned && status.conflicted) {
-        return HSVNStatusKindUnversioned; // something unversioned in the way of a tree conflict's victim
+        // A tree conflict's victim that is gone, unless something else took its place.
+        return std::filesystem::exists(std::filesystem::symlink_status(NativeText::fromUTF8(status.absolutePath)))
+                   ? HSVNStatusKindUnversioned
+                   : HSVNStatusKindMissing;
     }
     const bool asksText = status.nodeStatus == HSVNStatusKindConflicted || status.nodeStatus == HSVNStatusKindModified;
     return asksText ? status.textStatus : status.nodeStatus;
@@ -48,11 +53,7 @@ std::string workingRevision(const HSVNItemStatus& status)
     if (status.revision != HSVNInvalidRevision) {
         return std::to_string(status.revision);
     }
-    if (status.copied) {
-        return "-";
-    }
-    const bool isNew = status.nodeStatus == HSVNStatusKindAdded || status.nodeStatus == HSVNStatusKindReplaced;
-    return isNew ? "0" : "";
+    return "-";
 }
 
 /// A value as a column shows it: unknown for versioned items that have none.
@@ -91,7 +92,8 @@ void StatusPrinter::setTarget(const std::string& target)
 
 std::string StatusPrinter::shown(const std::string& absolute) const
 {
-    return localStyle(joined(_target, relativePath(absolute, _absoluteTarget)));
+    const std::string relative = relativePath(absolute, _absoluteTarget);
+    return localStyle(relative.starts_with("../") ? relative : joined(_target, relative));
 }
 
 std::string StatusPrinter::detailedColumns(const HSVNItemStatus& status) const

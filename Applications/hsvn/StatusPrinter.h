@@ -24,7 +24,7 @@ class StatusPrinter
     std::string moveLines(const HSVNItemStatus& status) const;
     std::string treeConflictLine(const HSVNItemStatus& status);
     void countConflicts(const HSVNItemStatus& status);
-    /// An absolute path as the target's items are shown.
+    /// The other end of a move: as the target's items are shown, or the way there from the target.
     std::string shown(const std::string& absolute) const;
 
     Session& _session;

@@ -43,14 +43,13 @@ class StatusRun
     void run()
     {
         const Options& options = _session.options;
-        const auto targets = withoutPegRevisions(targetsOrCurrentFolder(_session));
-        requireLocalPaths(targets);
+        const auto targets = localTargets(targetsOrCurrentFolder(_session));
         checkOptions();
         const bool isDocument = options.xml && !options.incremental;
         if (isDocument) {
             XML::writeHeader("status");
         }
-        if (!options.xml && !options.json) {
+        if (!options.xml && !options.json && (!options.quiet || options.verbose)) {
             _session.setDelegate(std::make_shared<HSVNClientDelegateFor<StatusListener>>());
         }
         TargetFailures failures;
@@ -73,7 +72,7 @@ class StatusRun
     {
         const Options& options = _session.options;
         if (options.incremental && !options.xml) {
-            fail(ArgumentParsing, "--incremental is only valid in --xml mode");
+            fail(ArgumentParsing, "'incremental' option only valid in XML mode");
         }
         if (options.usedRevision && !options.showUpdates) {
             fail(ArgumentParsing, "--revision (-r) option valid only with --show-updates (-u) option");

@@ -56,28 +56,25 @@ HSVNTargets::Pegged peggedTarget(Session& session, const std::string& target)
     return HSVNTargets::parse(target, session.client());
 }
 
-std::vector<std::string> withoutPegRevisions(const std::vector<std::string>& targets)
+std::vector<std::string> localTargets(const std::vector<std::string>& targets)
 {
     std::vector<std::string> result;
     for (const auto& target : targets) {
         const auto at = target.rfind('@');
         const auto slash = target.rfind('/');
         const bool hasPeg = at != std::string::npos && (slash == std::string::npos || at > slash);
+        if (hasPeg && at + 1 < target.size()) {
+            fail(IllegalTarget, fmt::format("'{}': a peg revision is not allowed here", target));
+        }
         result.push_back(hasPeg ? target.substr(0, at) : target);
+        if (isURL(target)) {
+            fail(ArgumentParsing, fmt::format("'{}' is not a local path", result.back()));
+        }
     }
     return result;
 }
 
 bool isURL(const std::string& target) { return target.find("://") != std::string::npos; }
-
-void requireLocalPaths(const std::vector<std::string>& targets)
-{
-    for (const auto& target : targets) {
-        if (isURL(target)) {
-            fail(IllegalTarget, fmt::format("'{}' is not a local path", target));
-        }
-    }
-}
 
 std::string localStyle(const std::string& path) { return path.empty() ? "." : path; }
 
@@ -88,7 +85,8 @@ std::string relativeToCurrentFolder(const std::string& path)
 
 std::string absolutePath(const std::string& path)
 {
-    return path.starts_with('/') ? path : joined(currentFolder(), path);
+    const std::string absolute = std::filesystem::path{joined(currentFolder(), path)}.lexically_normal().string();
+    return path.starts_with('/') ? path : absolute;
 }
 
 std::string relativePath(const std::string& path, const std::string& folder)

@@ -13,13 +13,12 @@ std::vector<std::string> targetsOrCurrentFolder(Session& session);
 
 /// A target of a subcommand that takes "PATH@REV" arguments.
 HSVNTargets::Pegged peggedTarget(Session& session, const std::string& target);
-/// The targets without their peg revisions, for subcommands that take none.
-std::vector<std::string> withoutPegRevisions(const std::vector<std::string>& targets);
+/// The targets of subcommands that take local paths without a peg revision; a trailing "@" is taken off.
+///
+/// @throws HSVNException for a URL or a peg revision
+std::vector<std::string> localTargets(const std::vector<std::string>& targets);
 
 bool isURL(const std::string& target);
-/// @throws HSVNException "'URL' is not a local path"
-void requireLocalPaths(const std::vector<std::string>& targets);
-
 /// A path as it is shown: "." for the current folder.
 std::string localStyle(const std::string& path);
 /// An absolute path below the current folder as relative to it, any other as it is.

@@ -206,14 +206,16 @@ const char* wordOf(HSVNConflictReason reason)
     return "moved-here";
 }
 
-std::string descriptionOfIncomingChange(const HSVNConflictRecord& conflict)
+std::string descriptionOfIncomingEdit(const HSVNConflictRecord& conflict)
 {
-    return fmt::format("incoming {} upon {}", incomingWords(conflict.action, incomingKind(conflict)),
+    const auto kind = conflict.sourceLeft ? conflict.sourceLeft->kind : HSVNNodeKindUnknown;
+    return fmt::format("incoming {} upon {}", incomingWords(HSVNConflictAction::Edit, kind),
                        wordOf(conflict.operation));
 }
 
 std::string descriptionOfTreeConflict(const HSVNConflictRecord& conflict)
 {
-    return fmt::format("local {}{}, {}", kindPrefix(conflict.nodeKind), longWordOf(conflict.reason, conflict.operation),
-                       descriptionOfIncomingChange(conflict));
+    return fmt::format("local {}{}, incoming {} upon {}", kindPrefix(conflict.nodeKind),
+                       longWordOf(conflict.reason, conflict.operation),
+                       incomingWords(conflict.action, incomingKind(conflict)), wordOf(conflict.operation));
 }

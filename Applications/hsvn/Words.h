@@ -17,7 +17,7 @@ const char* wordOf(HSVNConflictOperation operation);
 const char* wordOf(HSVNConflictAction action);
 const char* wordOf(HSVNConflictReason reason);
 
-/// "incoming file edit upon update"
-std::string descriptionOfIncomingChange(const HSVNConflictRecord& conflict);
+/// "incoming file edit upon update", of a text or property conflict
+std::string descriptionOfIncomingEdit(const HSVNConflictRecord& conflict);
 /// "local file edit, incoming file delete or move upon update"
 std::string descriptionOfTreeConflict(const HSVNConflictRecord& conflict);

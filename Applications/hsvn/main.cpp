@@ -56,6 +56,11 @@ void settleRevisionsAndDepth(const Subcommand& subcommand, Options& options)
     if (!subcommand.takesRevisionRanges && options.revisions.size() > 1) {
         fail(ArgumentParsing, "Multiple revision arguments encountered; can't specify -c twice, or both -c and -r");
     }
+    if (!subcommand.takesRevisionRanges && !options.revisions.empty() &&
+        !options.endRevision()->isEqual(HSVNRevision::UNSPECIFIED()))
+    {
+        fail(ClientBadRevision, "Revision range is not allowed");
+    }
     if (options.revisions.empty()) {
         options.revisions.emplace_back();
     }

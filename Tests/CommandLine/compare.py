@@ -8,6 +8,7 @@ Each line of a table is a working copy's state, "|" and a command line; a line "
 itself prints its items in an order that changes from run to run, a "~" before the state leaves the order out.
 """
 
+import difflib
 import os
 import re
 import shlex
@@ -95,6 +96,17 @@ class State:
                                           capture_output=True).stdout}
 
 
+def difference(expected, actual):
+    """The lines that differ, svn's with "-", ours with "+"."""
+
+    def lines(value):
+        text = value.decode("latin-1") if isinstance(value, bytes) else value
+        return text.split("\n") if isinstance(text, str) else [repr(item) for item in text] if isinstance(
+            text, list) else [f"{key}: {item!r}" for key, item in text.items()] if isinstance(text, dict) else [repr(text)]
+
+    return difflib.unified_diff(lines(expected), lines(actual), "svn", "hsvn", lineterm="", n=1)
+
+
 def compare(state, rows, programs):
     failures = 0
     for is_ordered, command in rows:
@@ -105,7 +117,8 @@ def compare(state, rows, programs):
         for what, value in expected.items():
             if actual[what] != value:
                 failures += 1
-                print(f"svn {command}\n  {what} differs\n  svn:  {value!r}\n  hsvn: {actual[what]!r}")
+                print(f"svn {command}\n  {what} differs")
+                print("\n".join(difference(value, actual[what])))
                 break
     return failures
 
@@ -118,7 +131,7 @@ def main():
     with tempfile.TemporaryDirectory() as folder:
         folder = os.path.realpath(folder)
         programs = [os.path.join(folder, name) for name in ("original", "ours")]
-        for program, binary in zip(programs, [shutil.which("svn"), hsvn]):
+        for program, binary in zip(programs, [shutil.which("svn"), os.path.realpath(hsvn, strict=True)]):
             os.mkdir(program)
             os.symlink(binary, os.path.join(program, "svn"))
         failures = 0
