@@ -21,6 +21,9 @@ namespace {
 struct UserDelegate : Recorder
 {
     std::string name;
+    bool goesOn = true;
+
+    bool queryContinue(HSVNContext&) { return goesOn; }
 
     explicit UserDelegate(std::string userName) : name{std::move(userName)} {}
 
@@ -216,6 +219,18 @@ TEST_P(Locking, WhatCannotBeLockedIsReported)
     }
     EXPECT_THROW(harry->lock({"b.txt"}, std::string{"control \x02 character"}), HSVNException);
     EXPECT_EQ(locks(), "");
+}
+
+TEST_P(Locking, ACancelledLockLocksNothing)
+{
+    harry->delegate->goesOn = false;
+    EXPECT_THROW(harry->lock({"a.txt", "b.txt"}), HSVNOperationCancelledException);
+    EXPECT_EQ(locks(), "");
+    harry->delegate->goesOn = true;
+    harry->lock({"a.txt"});
+    harry->delegate->goesOn = false;
+    EXPECT_THROW(harry->unlock({"a.txt"}), HSVNOperationCancelledException);
+    EXPECT_THAT(locks(), HasSubstr("harry"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Lines, Locking, everyLine(), lineName);
