@@ -61,7 +61,7 @@ class HSVN_EXPORT HSVNRepository : public HSVNObject
 
     /// Removes the repository from the disk with everything in it.
     ///
-    /// @throws HSVNException for every Subversion error
+    /// @throws HSVNNotRepositoryException when there is none; HSVNException for every Subversion error
     /// Stands for svn_repos_delete.
     void deleteRepository();
 

@@ -96,6 +96,15 @@ TEST_F(RepositoryTest, OpensAndDeletesOnlyWhatIsARepository)
     for (const char* name : {"plain", "plain/file", "missing"}) {
         EXPECT_THROW(HSVNRepository::repositoryAtPath(pathOf(name)), HSVNNotRepositoryException) << name;
     }
+
+    writeFile(folder / "project/db/file", "a folder that looks like an old repository's");
+    const HSVNBundleScope bundle{HSVNBundleLoader::sharedInstance().defaultBundle()};
+    for (const char* name : {"project", "plain", "plain/file", "missing"}) {
+        HSVNRepository repository{pathOf(name)};
+        EXPECT_THROW(repository.deleteRepository(), HSVNNotRepositoryException) << name;
+    }
+    EXPECT_TRUE(std::filesystem::exists(folder / "project/db/file"));
+    EXPECT_TRUE(std::filesystem::exists(folder / "plain/file"));
 }
 
 TEST_F(RepositoryTest, AFolderThatIsFullOrClosedKeepsItsContents)

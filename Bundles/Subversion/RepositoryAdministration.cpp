@@ -2,6 +2,8 @@
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
 
+#include <string_view>
+
 namespace HSVNAdapter {
 namespace {
 
@@ -25,6 +27,11 @@ svn_error_t* createRepository(svn_repos_t** repository, const char* path, const 
 svn_error_t* deleteRepository(const char* path, apr_pool_t* pool)
 {
     HSVN_CANONICAL_PATH(path, pool);
+    // Subversion takes any folder with a "db" in it for an old repository, and removes it.
+    const char* root = svn_repos_find_root_path(path, pool);
+    if (root == nullptr || std::string_view{root} != path) {
+        return svn_error_createf(SVN_ERR_RA_LOCAL_REPOS_OPEN_FAILED, nullptr, "'%s' is not a repository", path);
+    }
     return svn_repos_delete(path, pool);
 }
 
