@@ -40,7 +40,7 @@ HSVN_EXPORT Nodes arrayWithNodesWithStatusOtherThan(const Nodes& nodes, HSVNStat
 HSVN_EXPORT Nodes arrayWithNodesWithRepositoryStatus(const Nodes& nodes, HSVNStatusKind kind);
 /// The nodes whose text status in the repository is another kind.
 HSVN_EXPORT Nodes arrayWithNodesWithRepositoryStatusOtherThan(const Nodes& nodes, HSVNStatusKind kind);
-/// The nodes that the repository has a later revision of.
+/// The nodes that the repository has a later revision of, and those without a status record.
 HSVN_EXPORT Nodes arrayWithOutOfDateNodes(const Nodes& nodes);
 /// The nodes below a path.
 ///

@@ -97,12 +97,12 @@ struct ListReceiver
     std::vector<HSVNNodeRef> children = {};
 };
 
-HSVNNodeRef makeChild(ListReceiver& receiver, const char* name, const svn_dirent_t* dirent,
-                      const svn_lock_t* lock)
+HSVNNodeRef makeChild(ListReceiver& receiver, const char* name, const svn_dirent_t* dirent, const svn_lock_t* lock)
 {
     const auto path = receiver.path->pathByNormalizingAndAddingComponent(name);
-    const auto url = std::static_pointer_cast<const HSVNURL>(
-        receiver.pathIsURL || !receiver.url ? path : receiver.url->pathByNormalizingAndAddingComponent(name));
+    const auto urlPath =
+        receiver.pathIsURL || !receiver.url ? path : receiver.url->pathByNormalizingAndAddingComponent(name);
+    const auto url = std::dynamic_pointer_cast<const HSVNURL>(urlPath); // nil for a local path without a URL
     if (!receiver.location) {
         receiver.location = path->parent();
     }

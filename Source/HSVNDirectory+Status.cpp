@@ -9,6 +9,7 @@
 #include "HSVNOperationPrivate.h"
 #include "HSVNRepositoryInfo.h"
 #include "HSVNRevision.h"
+#include "HSVNRevisionNumberPrivate.h"
 #include "HSVNStatus.h"
 #include "HSVNStatusOptions.h"
 #include "HSVNStatusScanPrivate.h"
@@ -134,6 +135,7 @@ std::vector<HSVNNodeRef> HSVNDirectory::statusForNodesInDirectoryAtPath(const HS
 {
     HSVNAssertParameter(path != nullptr, "path != nil");
     HSVNAssertParameter(options != nullptr, "options != nil");
+    HSVNAssertParameter(options->revision() != nullptr, "[options revision] != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNDirectory",
@@ -187,6 +189,12 @@ std::vector<std::string> sortedNamesIn(const HSVNPathRef& folder)
     return names;
 }
 
+bool hasAdminArea(const UnversionedScan& scan, const HSVNPath& folder)
+{
+    std::error_code ignored; // a folder that cannot be searched is told of when it is listed
+    return std::filesystem::exists(folder.string() + "/" + scan.adminName, ignored);
+}
+
 void scanUnversionedFolder(UnversionedScan& scan, const HSVNPathRef& folder)
 {
     const auto names = sortedNamesIn(folder);
@@ -200,8 +208,8 @@ void scanUnversionedFolder(UnversionedScan& scan, const HSVNPathRef& folder)
         if (isIgnored && scan.options.respectIgnoreProperties()) {
             continue;
         }
-        const bool descends = scan.options.recursive() && node->isDirectory() && !isIgnored &&
-                              !std::filesystem::exists(path->string() + "/" + scan.adminName);
+        const bool descends =
+            scan.options.recursive() && node->isDirectory() && !isIgnored && !hasAdminArea(scan, *path);
         scan.nodes.push_back(std::move(node));
         if (descends) {
             scanUnversionedFolder(scan, path);
@@ -312,8 +320,8 @@ svn_error_t* HSVNWorkingCopyInfoFunc(void* baton, const char* /*path*/, const sv
         const auto url = [](const char* text) { return text ? HSVNURL::URLWithString(text) : nullptr; };
         const auto text = [](const char* field) { return field ? std::optional<std::string>{field} : std::nullopt; };
         record.repositoryInfo = HSVNRepositoryInfo::infoForRepositoryWithUUID(
-            text(info->repos_UUID), url(info->repos_root_URL), static_cast<HSVNRevisionNumber>(info->rev));
-        record.lastChangedRevision = static_cast<HSVNRevisionNumber>(info->last_changed_rev);
+            text(info->repos_UUID), url(info->repos_root_URL), HSVNRevisionNumberFromSubversion(info->rev));
+        record.lastChangedRevision = HSVNRevisionNumberFromSubversion(info->last_changed_rev);
         record.lastChangedDate = HSVNDate::dateWithAPRTime(info->last_changed_date);
         record.lastChangedAuthor = text(info->last_changed_author);
         record.lock = info->lock ? std::make_shared<HSVNLock>(info->lock) : nullptr;
@@ -367,13 +375,13 @@ HSVNDirectoryRef HSVNDirectory::workingCopyWithStatusAtPath(const HSVNPathRef& p
 {
     HSVNAssertParameter(path != nullptr, "path != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
-    if (!isWorkingCopyAtPath(path)) {
-        throw HSVNNotWorkingCopyException("Directory is not a working copy");
-    }
     HSVNOperation operation{context,
                             "HSVNDirectory",
                             "workingCopyWithStatusAtPath:repositoryInfo:withContext:",
                             {{"path", path}, {"context", context}}};
+    if (!isWorkingCopyAtPath(path)) {
+        throw HSVNNotWorkingCopyException("Directory is not a working copy");
+    }
     HSVNDirectoryStatusScan scan{*context, operation.version(), HSVNCanonicalLocalPath(path)->string(), path};
     scanDirectoryAlone(operation, scan);
     WorkingCopyInfo info{*context, operation.isAtLeast(HSVNVersion::version1_5())};

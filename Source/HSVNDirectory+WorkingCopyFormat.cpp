@@ -108,6 +108,8 @@ HSVNLocalPathRef HSVNDirectory::adminAreaInWorkingCopyAtPath(const HSVNPathRef& 
 
 HSVNPathRef HSVNDirectory::parentDirectoryInRoot(const HSVNPathRef& root, const HSVNPathRef& path)
 {
+    HSVNAssertParameter(root != nullptr, "root != nil");
+    HSVNAssertParameter(path != nullptr, "path != nil");
     HSVNPathRef child = path;
     for (HSVNPathRef parent = path->parent(); parent && !parent->isEqualToPath(root); parent = parent->parent()) {
         child = parent;
@@ -139,7 +141,8 @@ void HSVNDirectory::purgeAdminDirectoriesInPath(const HSVNPathRef& path)
     for (std::filesystem::directory_iterator entry{path->string(), error}, end; !error && entry != end;
          entry.increment(error))
     {
-        if (entry->symlink_status().type() == std::filesystem::file_type::directory) {
+        std::error_code vanished;
+        if (entry->symlink_status(vanished).type() == std::filesystem::file_type::directory) {
             purgeAdminDirectoriesInPath(path->pathByNormalizingAndAddingComponent(entry->path().filename().string()));
         }
     }

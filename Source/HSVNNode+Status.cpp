@@ -130,6 +130,7 @@ HSVNNodeRef HSVNNode::nodeForUnversionedFileAtPath(const HSVNPathRef& path,
                                                    const HSVNContextRef& context)
 {
     HSVNAssertParameter(path != nullptr, "path != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
     struct stat attributes
     {
     };

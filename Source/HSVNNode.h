@@ -249,7 +249,7 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     ///
     /// @param path            the item; not nil ("path != nil")
     /// @param ignorePatterns  glob patterns of names to be ignored
-    /// @param context         whose bundle matches the patterns
+    /// @param context         whose bundle matches the patterns; not nil ("context != nil")
     /// @throws HSVNException when the item cannot be read
     static HSVNNodeRef nodeForUnversionedFileAtPath(const HSVNPathRef& path,
                                                     const std::vector<std::string>& ignorePatterns,
@@ -418,10 +418,10 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// @param options               whether local changes may be lost; not nil ("options != nil")
     /// @param context               not nil ("context != nil")
     /// @return the revision of the commit, or `HSVNInvalidRevision` for a move on disk
-    /// @throws HSVNEntryExistsException when the destination exists; HSVNOperationCancelledException "Move was
-    /// canceled"
-    ///         when the log message was refused; HSVNException "Failed to move item at '%@' to unversioned directory at
-    ///         '%@'", and for every other Subversion error
+    /// @throws HSVNEntryExistsException when the destination exists; HSVNOperationCancelledException
+    ///         "Move was canceled" when the log message was refused; HSVNException "Failed to move item at '%@' to
+    ///         unversioned directory at '%@'", and for every other
+    ///         Subversion error
     /// Stands for svn_client_move4.
     static HSVNRevisionNumber moveNodeAtPath(const HSVNPathRef& sourcePath, const HSVNPathRef& destPath,
                                              const std::shared_ptr<const HSVNMoveOptions>& options,

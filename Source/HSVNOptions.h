@@ -9,7 +9,7 @@
 /// Root of the option classes: plain values that tell an operation what its caller chose.
 ///
 /// An option object is made with `defaults`, changed with its setters and handed to an operation, which only reads it.
-/// Options are copied with `copy`. Descriptions show every field.
+/// Options are copied with `copy`. Descriptions show the fields.
 class HSVN_EXPORT HSVNOptions : public HSVNObject
 {
   public:

@@ -11,6 +11,7 @@
 #include "ReadingClient.h"
 #include "ReasonOf.h"
 #include "SampleWorkingCopy.h"
+#include "TemporaryFolder.h"
 #include "TestBundles.h"
 #include "TestRepository.h"
 #include "WorkingCopyDatabase.h"
@@ -22,6 +23,7 @@
 #include <gtest/gtest.h>
 #include <map>
 #include <set>
+#include <sys/fsuid.h>
 
 using testing::Contains;
 using testing::ElementsAre;
@@ -542,6 +544,31 @@ TEST_F(EveryState, HasUnversionedFoldersOfTheirOwn)
                   Scan{plain, nullptr, reading.client};
               }),
               "Invalid parameter not satisfying: options != nil");
+    options->setRevision(nullptr);
+    EXPECT_EQ(reasonOf([&] {
+                  Scan{plain, options, reading.client};
+              }),
+              "Invalid parameter not satisfying: [options revision] != nil");
+    EXPECT_EQ(reasonOf([&] { HSVNNode::nodeForUnversionedFileAtPath(plain, {}, nullptr); }),
+              "Invalid parameter not satisfying: context != nil");
+}
+
+TEST(UnversionedScan, TellsOfAFolderThatCannotBeRead)
+{
+    const TemporaryFolder folder;
+    fs::create_directory(folder / "closed");
+    fs::permissions(folder.path(), fs::perms{0755});
+    fs::permissions(folder / "closed", fs::perms::none);
+    const ReadingClient reading;
+    constexpr uid_t nobody = 65534; // the superuser may read everything
+    const int user = setfsuid(nobody);
+    const auto reason = reasonOf<HSVNException>([&] {
+        HSVNDirectory::statusForNodesInUnversionedDirectoryAtPath(pathOf(folder.path()), HSVNStatusOptions::defaults(),
+                                                                  nullptr, nullptr, reading.client);
+    });
+    setfsuid(static_cast<uid_t>(user));
+    fs::permissions(folder / "closed", fs::perms::owner_all);
+    EXPECT_THAT(reason, HasSubstr(folder / "closed"));
 }
 
 // Externals

@@ -115,6 +115,7 @@ TEST(HSVNDirectory, FindsTheDirectChildOfARoot)
     const auto root = pathOf("/a/b");
     EXPECT_EQ(HSVNDirectory::parentDirectoryInRoot(root, pathOf("/a/b/c/d/e"))->string(), "/a/b/c");
     EXPECT_EQ(HSVNDirectory::parentDirectoryInRoot(root, pathOf("/a/b/c"))->string(), "/a/b/c");
+    EXPECT_THROW(HSVNDirectory::parentDirectoryInRoot(nullptr, root), HSVNAssertionException);
 }
 
 TEST(HSVNUpgrade, ChangesTheFormatOfAWorkingCopyAndOfItsExternals)
