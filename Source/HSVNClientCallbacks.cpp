@@ -8,6 +8,7 @@
 #include "HSVNOperationPrivate.h"
 #include "HSVNPoolPrivate.h"
 #include "HSVNRevisionNumberPrivate.h"
+#include "HSVNTextPrivate.h"
 #include "HSVNURL.h"
 
 #include <functional>
@@ -25,11 +26,6 @@ HSVNClientDelegateRef delegateFor(const HSVNClient& client, Message message)
 {
     auto delegate = client.delegate();
     return delegate && delegate->respondsTo(message) ? delegate : nullptr;
-}
-
-std::optional<std::string> textOrNil(const char* text)
-{
-    return text ? std::optional<std::string>{text} : std::nullopt;
 }
 
 std::string textOrEmpty(const char* text) { return text ? text : ""; }
@@ -61,7 +57,7 @@ svn_error_t* askForCredentials(HSVNClient& client, svn_auth_cred_simple_t** answ
         credentials->setUsername(username);
     }
     bool mayStore = maySave == 1;
-    if (!delegate->promptForCredentials(client, credentials, textOrNil(realm), mayStore)) {
+    if (!delegate->promptForCredentials(client, credentials, HSVNTextOrNil(realm), mayStore)) {
         return HSVN_SUBVERSION_ERROR(SVN_ERR_CANCELLED, "User cancelled authentication");
     }
     const HSVNBundleEntryPoints& table = HSVNCurrentEntryPoints();
@@ -91,7 +87,7 @@ svn_error_t* askForCertificateTrust(HSVNClient& client, svn_auth_cred_ssl_server
         textOrEmpty(information.ascii_cert));
     const bool mayStore = maySave != 0;
     bool permanent = false;
-    if (!delegate->promptForAuthenticationErrors(client, failures & known, certificate, textOrNil(realm), mayStore,
+    if (!delegate->promptForAuthenticationErrors(client, failures & known, certificate, HSVNTextOrNil(realm), mayStore,
                                                  permanent))
     {
         return nullptr;
@@ -136,7 +132,7 @@ HSVNNotificationRef notificationOf(const HSVNClient& client, const svn_wc_notify
     }
     notification->setLockState(record.lock_state);
     notification->setNodeKind(record.kind);
-    notification->setPath(textOrNil(record.path));
+    notification->setPath(HSVNTextOrNil(record.path));
     notification->setPropertyState(record.prop_state);
     notification->setRevision(HSVNRevisionNumberFromSubversion(record.revision));
     const auto version = client.bundleVersion();
@@ -145,8 +141,8 @@ HSVNNotificationRef notificationOf(const HSVNClient& client, const svn_wc_notify
         if (record.url && std::string_view{record.url}.find("://") != std::string_view::npos) {
             notification->setURL(HSVNURL::URLWithString(record.url));
         }
-        notification->setPathPrefix(textOrNil(record.path_prefix));
-        notification->setPropertyName(textOrNil(record.prop_name));
+        notification->setPathPrefix(HSVNTextOrNil(record.path_prefix));
+        notification->setPropertyName(HSVNTextOrNil(record.prop_name));
     }
     return notification;
 }

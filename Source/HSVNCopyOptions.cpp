@@ -6,6 +6,11 @@
 
 HSVNCopyOptions::HSVNCopyOptions() : _revision{HSVNRevision::UNSPECIFIED()} {}
 
+void HSVNCopyOptions::setRevision(HSVNRevisionRef revision)
+{
+    _revision = revision ? std::move(revision) : HSVNRevision::UNSPECIFIED();
+}
+
 std::string HSVNCopyOptions::description() const
 {
     return fmt::format("{{ {} revision: {} }}", HSVNOptions::description(), HSVNDescription(_revision.get()));

@@ -18,7 +18,8 @@ class HSVN_EXPORT HSVNCopyOptions : public HSVNOptionsOf<HSVNCopyOptions>
 
     /// The state of the source that is copied. Initially `HSVNRevision::UNSPECIFIED()`.
     const HSVNRevisionRef& revision() const { return _revision; }
-    void setRevision(HSVNRevisionRef revision) { _revision = std::move(revision); }
+    /// Nil means unspecified.
+    void setRevision(HSVNRevisionRef revision);
 
     std::string description() const override;
 

@@ -18,7 +18,8 @@ class HSVN_EXPORT HSVNOptionsWithRevision : public HSVNOptionsOf<HSVNOptionsWith
 
     /// Which item (peg) in which state (operative). Initially `HSVNRevisionSpec::UNSPECIFIED()`.
     const HSVNRevisionSpecRef& revision() const { return _revision; }
-    void setRevision(HSVNRevisionSpecRef revision) { _revision = std::move(revision); }
+    /// Nil means unspecified.
+    void setRevision(HSVNRevisionSpecRef revision);
 
     std::string description() const override;
 
