@@ -25,7 +25,8 @@ inline SQLiteStatement prepareStatement(sqlite3* database, const char* text)
 /// The column's text, valid until the next step; empty for NULL.
 inline std::string_view textInColumn(sqlite3_stmt* row, int column)
 {
-    const auto* text = reinterpret_cast<const char*>(sqlite3_column_text(row, column));
+    // Unlike the text, the bytes are not copied to get a zero at their end.
+    const auto* text = static_cast<const char*>(sqlite3_column_blob(row, column));
     return text == nullptr ? std::string_view{}
                            : std::string_view{text, static_cast<std::size_t>(sqlite3_column_bytes(row, column))};
 }

@@ -308,11 +308,11 @@ WorkingCopyDatabase* StatusRecords::databaseFor(std::string_view folderPath)
         if (root == "/") {
             return nullptr;
         }
-        // Folders between the walk's present one and this one have been looked at.
+        root = folderOf(root);
+        // The walk's present folder has been looked at.
         if (!_folders.empty() && _folders.back()->path == root) {
             return _folders.back()->database;
         }
-        root = folderOf(root);
     }
     for (const auto& [knownRoot, database] : _databases) {
         if (knownRoot == root) {
