@@ -290,4 +290,61 @@ TEST_F(StatusRecords, KnowFileExternalsAndAdministrativeLocks)
     EXPECT_EQ(reported.fileExternals, (std::vector<std::string>{item("externals/extfile"), item("externals/pinned")}));
 }
 
+/// A working copy whose database is large enough to be read ahead of the walk.
+class LargeStatusRecords : public StatusRecords
+{
+  protected:
+    void SetUp() override
+    {
+        if (fs::exists(large())) {
+            return;
+        }
+        const std::string layout = suite->beside("largelayout");
+        // Names whose order differs from that of the paths below them.
+        for (const char* folder : {"a", "a-b", "a/c", "a/c d", "a.b/c", "b", "b0/e/f", "b/e", "c"}) {
+            for (int number = 0; number < 400; ++number) {
+                const auto name = std::string{folder} + "/part " + std::to_string(number % 8) +
+                                  "/a file with a long name " + std::to_string(number);
+                writeFile(layout + "/" + name, name);
+            }
+        }
+        mustRun({"svnadmin", "create", suite->beside("largerepository")});
+        const std::string url = "file://" + suite->beside("largerepository");
+        svn({"import", layout, url, "-m", "layout"});
+        svn({"checkout", url, large()});
+        ASSERT_GT(fs::file_size(large() + "/.svn/wc.db"), 1024U * 1024U);
+        writeFile(large() + "/a/c/part 7/a file with a long name 7", "changed");
+        svn({"remove", large() + "/b/e"});
+        svn({"copy", large() + "/a/c d", large() + "/a/copied"});
+    }
+
+    static std::string large() { return suite->beside("largewc"); }
+};
+
+TEST_F(LargeStatusRecords, EqualThoseOfTheOlderFunction)
+{
+    for (const char* folder : {"", "/a", "/c"}) {
+        SCOPED_TRACE(folder);
+        const auto expected = report(olderFunction, large() + folder, true, true, false).records;
+        EXPECT_GE(expected.size(), 400U);
+        EXPECT_EQ(report(bundle->client_status2, large() + folder, true, true, false).records, expected);
+    }
+}
+
+TEST_F(LargeStatusRecords, StopWhenTheWalkIsCancelled)
+{
+    int asked = 0;
+    bundle.ctx()->cancel_baton = &asked;
+    bundle.ctx()->cancel_func = [](void* baton) -> svn_error_t* {
+        static const LoadedBundle other{installedBundle()};
+        return ++*static_cast<int*>(baton) < 3 ? nullptr : other->error_create(SVN_ERR_CANCELLED, nullptr, "stop");
+    };
+    Reported reported;
+    EXPECT_EQ(bundle.codes(bundle->client_status2(
+                  nullptr, large().c_str(), LoadedBundle::revision(svn_opt_revision_unspecified), receive, &reported,
+                  TRUE, TRUE, FALSE, FALSE, FALSE, bundle.ctx(), bundle.pool())),
+              std::vector<int>{SVN_ERR_CANCELLED});
+    EXPECT_LT(reported.records.size(), 3600U);
+}
+
 } // namespace

@@ -18,7 +18,7 @@ function(hsvn_adapter_settings target include_folder)
   # The headers of the bundle's own line come first: the adapter is compiled against them.
   target_include_directories(${target} SYSTEM BEFORE PRIVATE ${include_folder})
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/Source ${HSVN_ADAPTER_FOLDER})
-  target_link_libraries(${target} PRIVATE hsvn_warnings PkgConfig::APR)
+  target_link_libraries(${target} PRIVATE hsvn_warnings PkgConfig::APR Threads::Threads)
   # The bundles exist to serve the older functions of every line.
   target_compile_options(${target} PRIVATE -Wno-deprecated-declarations)
   # From 1.9 on the adapter reads working-copy databases itself. It must do so with the SQLite that the line uses:

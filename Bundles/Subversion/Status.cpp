@@ -35,7 +35,7 @@ svn_error_t* status2(svn_revnum_t* result, const char* path, const svn_opt_revis
     HSVN_CANONICAL_PATH(path, pool);
     StatusReceiver filter{receiver, baton};
 #ifdef HSVN_FAST_STATUS
-    StatusRecords records{ctx, path, getAll, receiveStatus, &filter, pool};
+    StatusRecords records{ctx, path, recurse, getAll, receiveStatus, &filter, pool};
     // Asked for the whole depth for good, the repository would tell of everything that sparse folders leave out.
     const svn_boolean_t depthIsSticky = !recurse;
     svn_error_t* error = svn_client_status6(

@@ -4,10 +4,15 @@
 
 #include <algorithm>
 #include <cstring>
+#include <svn_md5.h>
 #include <sys/stat.h>
+#include <system_error>
 
 namespace HSVNAdapter {
 namespace {
+
+/// Databases of fewer bytes are read faster than a thread is made.
+constexpr off_t worthAThread = 1024 * 1024L;
 
 std::string_view folderOf(std::string_view path)
 {
@@ -138,10 +143,13 @@ struct StatusRecords::Folder
     apr_hash_t* entries = nullptr;
 };
 
-StatusRecords::StatusRecords(svn_client_ctx_t* ctx, const char* target, svn_boolean_t getAll,
+StatusRecords::StatusRecords(svn_client_ctx_t* ctx, const char* target, svn_boolean_t recurse, svn_boolean_t getAll,
                              svn_wc_status_func2_t receiver, void* baton, apr_pool_t* pool)
     : _ctx{ctx}, _target{target}, _singleLookUps{getAll ? 0 : 8}, _receiver{receiver}, _baton{baton}, _pool{pool}
 {
+    if (recurse && getAll) {
+        startReadingAhead();
+    }
 }
 
 StatusRecords::~StatusRecords() = default;
@@ -189,8 +197,7 @@ bool StatusRecords::makeUnchangedEntry(svn_wc_entry_t& entry, const char* path, 
     entry.kind = status.kind;
     entry.schedule = svn_wc_schedule_normal;
     entry.text_time = node->textTime;
-    // The item's folder, or the item itself where it is a root, is the walk's present folder.
-    entry.checksum = _folders.back()->database->checksum(*node, pool);
+    entry.checksum = node->checksum ? svn_md5_digest_to_cstring(node->checksum->data(), pool) : nullptr;
     entry.cmt_rev = status.changed_rev;
     entry.cmt_date = status.changed_date;
     entry.cmt_author = status.changed_author;
@@ -212,7 +219,7 @@ const UnchangedNode* StatusRecords::unchangedNode(UnchangedNode& single, const c
     }
     if (!isRootItself && path != _target && (parent.isRead || parent.singleLookUps >= _singleLookUps)) {
         if (!parent.isRead) {
-            parent.nodes = parent.database->takeNodesInFolder(std::string{relativePath(*parent.database, parent.path)});
+            parent.nodes = nodesIn(parent);
             parent.isRead = true;
         }
         return parent.find(nameOf(path));
@@ -272,6 +279,33 @@ svn_error_t* StatusRecords::readRecord(svn_wc_status2_t** record, const char* pa
     }
     SVN_ERR(error);
     return svn_wc_status2(record, path, folder(opener).access, pool);
+}
+
+void StatusRecords::startReadingAhead()
+{
+    const auto* database = databaseFor(_target);
+    struct stat state
+    {
+    };
+    if (database == nullptr || stat(database->file().c_str(), &state) != 0 || state.st_size < worthAThread) {
+        return;
+    }
+    try {
+        _ahead = std::make_unique<NodesAhead>(*database, std::string{relativePath(*database, _target)});
+    } catch (const std::system_error&) {
+        // No thread to be had: the walk reads for itself.
+    }
+}
+
+std::vector<UnchangedNode> StatusRecords::nodesIn(const Folder& folder)
+{
+    const std::string path{relativePath(*folder.database, folder.path)};
+    if (_ahead && _ahead->root() == folder.database->root()) {
+        if (auto nodes = _ahead->take(path)) {
+            return *std::move(nodes);
+        }
+    }
+    return folder.database->takeNodesInFolder(path);
 }
 
 /// Whether a working copy has its root in the folder.

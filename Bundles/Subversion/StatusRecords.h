@@ -4,6 +4,7 @@
 
 #ifdef HSVN_FAST_STATUS
 
+#include "NodesAhead.h"
 #include "WorkingCopyDatabase.h"
 
 #include <memory>
@@ -24,10 +25,11 @@ class StatusRecords
 {
   public:
     /// @param target    canonical path that the walk begins at
+    /// @param recurse   whether the walk goes on below the target's children
     /// @param getAll    whether unchanged items are reported, so that reading whole folders pays
     /// @param receiver  hears the records, which live during the call only
-    StatusRecords(svn_client_ctx_t* ctx, const char* target, svn_boolean_t getAll, svn_wc_status_func2_t receiver,
-                  void* baton, apr_pool_t* pool);
+    StatusRecords(svn_client_ctx_t* ctx, const char* target, svn_boolean_t recurse, svn_boolean_t getAll,
+                  svn_wc_status_func2_t receiver, void* baton, apr_pool_t* pool);
     ~StatusRecords();
     StatusRecords(const StatusRecords&) = delete;
     StatusRecords& operator=(const StatusRecords&) = delete;
@@ -52,6 +54,8 @@ class StatusRecords
     Folder& folder(std::string_view path);
     WorkingCopyDatabase* databaseFor(std::string_view folderPath);
     bool isRoot(std::string_view path);
+    void startReadingAhead();
+    std::vector<UnchangedNode> nodesIn(const Folder& folder);
 
     svn_client_ctx_t* _ctx;
     const std::string _target;
@@ -63,6 +67,7 @@ class StatusRecords
     std::vector<std::unique_ptr<Folder>> _folders; ///< those that the walk is in, outermost first
     /// By root; null for one that cannot be used.
     std::vector<std::pair<std::string, std::unique_ptr<WorkingCopyDatabase>>> _databases;
+    std::unique_ptr<NodesAhead> _ahead; ///< where reading ahead of the walk pays
 };
 
 } // namespace HSVNAdapter

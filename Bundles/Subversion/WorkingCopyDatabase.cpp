@@ -3,8 +3,7 @@
 #ifdef HSVN_FAST_STATUS
 
 #include <algorithm>
-
-#include <svn_md5.h>
+#include <utility>
 
 namespace HSVNAdapter {
 namespace {
@@ -13,8 +12,8 @@ namespace {
 constexpr int knownFormat = 31;
 /// A writer that holds the database longer than this sends the status the slow way, where Subversion waits itself.
 constexpr int busyMilliseconds = 500;
-constexpr int smallestBatch = 16;
-constexpr int largestBatch = 8192;
+constexpr std::size_t smallestBatch = 16;
+constexpr std::size_t largestBatch = 8192;
 
 enum Column
 {
@@ -46,31 +45,31 @@ std::int64_t numberIn(sqlite3_stmt* row, Column column, std::int64_t forNull)
     return sqlite3_column_type(row, column) == SQLITE_NULL ? forNull : sqlite3_column_int64(row, column);
 }
 
-UnchangedNode nodeIn(sqlite3_stmt* row)
+/// Whether no folder that comes after this one in the order of bytes can lie below the first.
+bool isBeyond(std::string_view folder, std::string_view first)
 {
-    UnchangedNode node;
-    node.name = nameOf(textInColumn(row, ColumnRelativePath));
-    node.revision = static_cast<svn_revnum_t>(numberIn(row, ColumnRevision, SVN_INVALID_REVNUM));
-    node.changedRevision = static_cast<svn_revnum_t>(numberIn(row, ColumnChangedRevision, SVN_INVALID_REVNUM));
-    node.textTime = numberIn(row, ColumnTextTime, 0);
-    node.textSize = numberIn(row, ColumnTextSize, -1);
-    node.pristine = sha1DigestFromText(textInColumn(row, ColumnPristine));
-    return node;
+    return !first.empty() && !folder.starts_with(first) && folder > first;
 }
 
 } // namespace
 
 std::unique_ptr<WorkingCopyDatabase> WorkingCopyDatabase::open(const std::string& root, apr_pool_t* pool)
 {
-    auto database = std::make_unique<WorkingCopyDatabase>();
-    database->_root = root;
-    return database->openFile(root + "/" + svn_wc_get_adm_dir(pool) + "/wc.db") ? std::move(database) : nullptr;
+    return openFile(root, root + "/" + svn_wc_get_adm_dir(pool) + "/wc.db");
 }
 
-bool WorkingCopyDatabase::openFile(const std::string& file)
+std::unique_ptr<WorkingCopyDatabase> WorkingCopyDatabase::openFile(const std::string& root, const std::string& file)
+{
+    auto database = std::make_unique<WorkingCopyDatabase>();
+    database->_root = root;
+    database->_file = file;
+    return database->prepare() ? std::move(database) : nullptr;
+}
+
+bool WorkingCopyDatabase::prepare()
 {
     sqlite3* handle = nullptr;
-    const int result = sqlite3_open_v2(file.c_str(), &handle, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr);
+    const int result = sqlite3_open_v2(_file.c_str(), &handle, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr);
     _database.reset(handle);
     if (result != SQLITE_OK) {
         return false;
@@ -113,7 +112,6 @@ std::optional<UnchangedNode> WorkingCopyDatabase::node(std::string_view relative
     std::optional<UnchangedNode> result;
     if (sqlite3_step(row) == SQLITE_ROW && isUnchanged(row, relativePath)) {
         result = nodeIn(row);
-        _checksums.expect(1);
         // Any further row is of something scheduled.
         if (sqlite3_step(row) != SQLITE_DONE) {
             result.reset();
@@ -135,40 +133,47 @@ std::vector<UnchangedNode> WorkingCopyDatabase::takeNodesInFolder(const std::str
     }
     auto nodes = std::move(found->second);
     _batch.erase(found);
-    _checksums.expect(nodes.size());
     return nodes;
 }
 
-void WorkingCopyDatabase::readBatch(const std::string& firstFolder)
+void WorkingCopyDatabase::readBatch(const std::string& first)
 {
     const bool lastWasUsed = 2 * _batch.size() <= _foldersInBatch;
-    _batchRows = std::clamp(lastWasUsed ? 2 * _batchRows : _batchRows / 2, smallestBatch, largestBatch);
+    _nodesInBatch = std::clamp(lastWasUsed ? 2 * _nodesInBatch : _nodesInBatch / 2, smallestBatch, largestBatch);
     _batch.clear();
-    auto* row = _folders.get();
-    sqlite3_bind_text(row, 1, firstFolder.data(), static_cast<int>(firstFolder.size()), SQLITE_STATIC);
-    std::string folder = firstFolder;
-    auto* nodes = &_batch[folder];
-    int rows = 0;
-    int result = SQLITE_DONE;
-    while ((result = sqlite3_step(row)) == SQLITE_ROW) {
-        if (const auto parent = textInColumn(row, ColumnParentPath); parent != folder) {
-            if (rows >= _batchRows) {
-                break;
-            }
-            folder = parent;
-            nodes = &_batch[folder];
-        }
-        addRow(*nodes, row);
-        ++rows;
-    }
-    sqlite3_reset(row);
-    if (result != SQLITE_DONE && result != SQLITE_ROW) {
-        _batch.clear();
-    }
+    std::size_t nodesRead = 0;
+    readFolders(first, [&](const std::string& folder, std::vector<UnchangedNode>&& nodes) {
+        nodesRead += nodes.size() + 1;
+        _batch[folder] = std::move(nodes);
+        return nodesRead < _nodesInBatch;
+    });
     _foldersInBatch = _batch.size();
 }
 
-void WorkingCopyDatabase::addRow(std::vector<UnchangedNode>& nodes, sqlite3_stmt* row) const
+void WorkingCopyDatabase::readFolders(const std::string& first, const FolderReceiver& receiver)
+{
+    auto* row = _folders.get();
+    sqlite3_bind_text(row, 1, first.data(), static_cast<int>(first.size()), SQLITE_STATIC);
+    std::string folder = first;
+    std::vector<UnchangedNode> nodes;
+    int result = SQLITE_DONE;
+    while ((result = sqlite3_step(row)) == SQLITE_ROW) {
+        if (const auto parent = textInColumn(row, ColumnParentPath); parent != folder) {
+            if (isBeyond(parent, first) || !receiver(folder, std::move(nodes))) {
+                break;
+            }
+            nodes = {};
+            folder = parent;
+        }
+        addRow(nodes, row);
+    }
+    sqlite3_reset(row);
+    if (result == SQLITE_DONE || (result == SQLITE_ROW && !nodes.empty())) {
+        receiver(folder, std::move(nodes));
+    }
+}
+
+void WorkingCopyDatabase::addRow(std::vector<UnchangedNode>& nodes, sqlite3_stmt* row)
 {
     const auto path = textInColumn(row, ColumnRelativePath);
     if (isUnchanged(row, path)) {
@@ -178,10 +183,19 @@ void WorkingCopyDatabase::addRow(std::vector<UnchangedNode>& nodes, sqlite3_stmt
     }
 }
 
-const char* WorkingCopyDatabase::checksum(const UnchangedNode& node, apr_pool_t* pool)
+UnchangedNode WorkingCopyDatabase::nodeIn(sqlite3_stmt* row)
 {
-    const auto digest = node.pristine ? _checksums.md5(*node.pristine) : std::nullopt;
-    return digest ? svn_md5_digest_to_cstring(digest->data(), pool) : nullptr;
+    UnchangedNode node;
+    node.name = nameOf(textInColumn(row, ColumnRelativePath));
+    node.revision = static_cast<svn_revnum_t>(numberIn(row, ColumnRevision, SVN_INVALID_REVNUM));
+    node.changedRevision = static_cast<svn_revnum_t>(numberIn(row, ColumnChangedRevision, SVN_INVALID_REVNUM));
+    node.textTime = numberIn(row, ColumnTextTime, 0);
+    node.textSize = numberIn(row, ColumnTextSize, -1);
+    if (const auto sha1 = sha1DigestFromText(textInColumn(row, ColumnPristine))) {
+        _checksums.expect(1);
+        node.checksum = _checksums.md5(*sha1);
+    }
+    return node;
 }
 
 } // namespace HSVNAdapter

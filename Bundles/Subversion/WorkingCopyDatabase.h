@@ -7,6 +7,7 @@
 #include "PristineChecksums.h"
 #include "SQLiteHandles.h"
 
+#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,10 +26,10 @@ struct UnchangedNode
     svn_revnum_t changedRevision = SVN_INVALID_REVNUM;
     apr_time_t textTime = 0;
     svn_filesize_t textSize = -1;
-    std::optional<SHA1Digest> pristine; ///< none for folders
+    std::optional<MD5Digest> checksum; ///< none for folders
 };
 
-/// Reads a working copy's database, read-only, beside the library that owns it.
+/// Reads a working copy's database, read-only, beside the library that owns it; for one thread.
 ///
 /// Only the format whose tables are known is opened. Items that anything is scheduled for, that are incomplete, absent,
 /// conflicted or file externals are not answered, nor are folders with a tree conflict among their children: of those
@@ -38,25 +39,35 @@ class WorkingCopyDatabase
   public:
     /// The database of the working copy with this root; null when it cannot be used.
     static std::unique_ptr<WorkingCopyDatabase> open(const std::string& root, apr_pool_t* pool);
+    /// The same with the database's file, without Subversion's help.
+    static std::unique_ptr<WorkingCopyDatabase> openFile(const std::string& root, const std::string& file);
 
     const std::string& root() const { return _root; }
+    const std::string& file() const { return _file; }
+
     /// One item, by its path below the root ("" for the root itself).
     std::optional<UnchangedNode> node(std::string_view relativePath);
     /// All items of a folder, sorted by name; nothing when reading fails.
     ///
     /// Folders are read in batches, in the order in which a walk goes on, so that a walk makes few queries.
     std::vector<UnchangedNode> takeNodesInFolder(const std::string& relativePath);
-    /// MD5 of the item's pristine text in hexadecimal, in the pool; null for none.
-    const char* checksum(const UnchangedNode& node, apr_pool_t* pool);
+
+    /// Takes a folder and its nodes; false ends the reading.
+    using FolderReceiver = std::function<bool(const std::string& folder, std::vector<UnchangedNode>&& nodes)>;
+    /// Reads a folder and all below it, in the order of the paths' bytes, and whatever comes between them. A folder
+    /// that was not read to its end is not handed over.
+    void readFolders(const std::string& first, const FolderReceiver& receiver);
 
   private:
-    bool openFile(const std::string& file);
+    bool prepare();
     bool readConflicts();
     bool isUnchanged(sqlite3_stmt* row, std::string_view relativePath) const;
-    void addRow(std::vector<UnchangedNode>& nodes, sqlite3_stmt* row) const;
-    void readBatch(const std::string& firstFolder);
+    void addRow(std::vector<UnchangedNode>& nodes, sqlite3_stmt* row);
+    UnchangedNode nodeIn(sqlite3_stmt* row);
+    void readBatch(const std::string& first);
 
     std::string _root;
+    std::string _file;
     SQLiteDatabase _database;
     SQLiteStatement _node;
     SQLiteStatement _folders;
@@ -64,7 +75,7 @@ class WorkingCopyDatabase
     std::unordered_set<std::string> _conflicted;
     std::unordered_map<std::string, std::vector<UnchangedNode>> _batch; ///< those not yet taken
     std::size_t _foldersInBatch = 0;
-    int _batchRows = 128; ///< grows while batches are used, shrinks when they are not
+    std::size_t _nodesInBatch = 128; ///< wanted; grows while batches are used, shrinks when they are not
 };
 
 } // namespace HSVNAdapter
