@@ -2,7 +2,12 @@
 
 #include "HSVNForward.h"
 
+/// Refuses a URL as bundles do.
+///
+/// @throws HSVNException "'%@' is not a local path"
+void HSVNRequireLocalPath(const HSVNPathRef& path);
+
 /// The path as Subversion reports it: absolute, without "." and ".." and doubled or trailing "/".
 ///
-/// @param path  a local path
+/// @throws HSVNException for a URL
 HSVNLocalPathRef HSVNCanonicalLocalPath(const HSVNPathRef& path);

@@ -1,6 +1,7 @@
 // Format, administrative area, clean-up and upgrade of working copies: HSVNDirectory (WorkingCopy).
 
 #include "HSVNBundleLoader.h"
+#include "HSVNCanonicalPathPrivate.h"
 #include "HSVNClient.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
@@ -130,6 +131,7 @@ void HSVNDirectory::purgeAdminDirectoriesInPath(const HSVNPathRef& path)
 {
     HSVNAssertParameter(path != nullptr, "path != nil");
     HSVNLogCall("HSVNDirectory", "purgeAdminDirectoriesInPath:", {{"path", path}});
+    HSVNRequireLocalPath(path);
     const std::string adminArea = adminAreaInWorkingCopyAtPath(path)->string();
     std::error_code error;
     std::filesystem::remove_all(adminArea, error);

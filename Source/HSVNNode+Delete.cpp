@@ -1,5 +1,6 @@
 // Deletion in repositories and working copies: HSVNNode (Services).
 
+#include "HSVNCanonicalPathPrivate.h"
 #include "HSVNDeleteOptions.h"
 #include "HSVNException.h"
 #include "HSVNFileManagerPrivate.h"
@@ -96,6 +97,7 @@ void HSVNNode::deleteWorkingCopyNodesAtPaths(const std::vector<HSVNPathRef>& nod
                             {{"nodePaths", nodePaths}, {"options", options}, {"context", context}}};
     for (const auto& path : nodePaths) {
         HSVNAssertParameter(path != nullptr, "path != nil");
+        HSVNRequireLocalPath(path); // Subversion would delete it in the repository at once
         deleteWorkingCopyNode(operation, *path, *options);
     }
 }

@@ -404,7 +404,7 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// delegate hears of it as of any other.
     ///
     /// @throws HSVNItemModifiedException "Cannot delete '%@' because it is unversioned and force was not specified";
-    ///         HSVNException "Cannot delete '%@'. The file may be in use", and for every other Subversion error
+    ///         HSVNException "Cannot delete '%@'. The file may be in use", for a URL and for every Subversion error
     /// Stands for svn_client_delete2.
     static void deleteWorkingCopyNodesAtPaths(const std::vector<HSVNPathRef>& nodePaths,
                                               const std::shared_ptr<const HSVNDeleteOptions>& options,

@@ -139,6 +139,10 @@ TEST_P(DeleteMoveCopy, URLsAreDeletedInOneCommit)
     delegate->commits = true;
     EXPECT_THROW(remove({url("trunk/gone")}), HSVNNoSuchEntryException);
     EXPECT_THROW(remove({url("trunk/b.txt"), at("b.txt")}), HSVNException);
+    EXPECT_EQ(reasonOf<HSVNException>([&] {
+                  remove({at("b.txt"), url("trunk/b.txt")});
+              }),
+              "'" + url("trunk/b.txt")->string() + "' is not a local path");
     EXPECT_EQ(repository.youngest(), before + 1);
 }
 

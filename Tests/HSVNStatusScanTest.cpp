@@ -544,6 +544,11 @@ TEST_F(EveryState, HasUnversionedFoldersOfTheirOwn)
                   Scan{plain, nullptr, reading.client};
               }),
               "Invalid parameter not satisfying: options != nil");
+    EXPECT_EQ(reasonOf<HSVNException>([&] {
+                  HSVNDirectory::statusForNodesInDirectoryAtPath(HSVNURL::URLWithString("file:///r"), options,
+                                                                 reading.client);
+              }),
+              "'file:///r' is not a local path");
     options->setRevision(nullptr);
     EXPECT_EQ(reasonOf([&] {
                   Scan{plain, options, reading.client};
