@@ -43,21 +43,31 @@ using PackedChecksum = std::array<std::uint8_t, 16>;
 
 constexpr std::string_view hexadecimalDigits = "0123456789abcdef";
 
+/// The value of each digit; more than 15 for every other character.
+constexpr auto hexadecimalValues = [] {
+    std::array<std::uint8_t, 256> values{};
+    values.fill(0xFF);
+    for (std::uint8_t value = 0; value < hexadecimalDigits.size(); ++value) {
+        values[static_cast<unsigned char>(hexadecimalDigits[value])] = value;
+    }
+    return values;
+}();
+
+// Runs for every file of a scan.
 std::optional<PackedChecksum> packed(std::string_view checksum)
 {
     PackedChecksum bytes{};
     if (checksum.size() != 2 * bytes.size()) {
         return std::nullopt;
     }
+    unsigned seen = 0;
     for (std::size_t index = 0; index < bytes.size(); ++index) {
-        const auto high = hexadecimalDigits.find(checksum[2 * index]);
-        const auto low = hexadecimalDigits.find(checksum[2 * index + 1]);
-        if (high == std::string_view::npos || low == std::string_view::npos) {
-            return std::nullopt;
-        }
+        const unsigned high = hexadecimalValues[static_cast<unsigned char>(checksum[2 * index])];
+        const unsigned low = hexadecimalValues[static_cast<unsigned char>(checksum[2 * index + 1])];
+        seen |= high | low;
         bytes[index] = static_cast<std::uint8_t>(high << 4U | low);
     }
-    return bytes;
+    return seen < 16 ? std::optional{bytes} : std::nullopt;
 }
 
 std::string unpacked(const PackedChecksum& bytes)
@@ -343,13 +353,20 @@ void HSVNStatus::takeEntry(const svn_wc_entry_t& entry, const HSVNVersion& versi
         setCopyFromURL(HSVNURLWithSubversionText(entry.copyfrom_url));
     }
     setCopyFromRevision(HSVNRevisionNumberFromSubversion(entry.copyfrom_rev));
-    setConflictOldVersion(HSVNTextOrNil(entry.conflict_old));
-    setConflictNewVersion(HSVNTextOrNil(entry.conflict_new));
-    setConflictWorkingVersion(HSVNTextOrNil(entry.conflict_wrk));
-    setPropertyRejectFilePath(HSVNTextOrNil(entry.prejfile));
+    if (entry.conflict_old || entry.conflict_new || entry.conflict_wrk || entry.prejfile) {
+        setConflictOldVersion(HSVNTextOrNil(entry.conflict_old));
+        setConflictNewVersion(HSVNTextOrNil(entry.conflict_new));
+        setConflictWorkingVersion(HSVNTextOrNil(entry.conflict_wrk));
+        setPropertyRejectFilePath(HSVNTextOrNil(entry.prejfile));
+    }
     _upToDateTextDate = HSVNDate::dateWithAPRTime(entry.text_time);
     _upToDatePropertyDate = HSVNDate::dateWithAPRTime(entry.prop_time);
-    setChecksum(HSVNTextOrNil(entry.checksum));
+    if (const auto bytes = entry.checksum ? packed(entry.checksum) : std::nullopt) {
+        _flags.hasPackedChecksum = true;
+        _packedChecksum = *bytes;
+    } else {
+        setChecksum(HSVNTextOrNil(entry.checksum));
+    }
     if (version.isGreaterThanOrEqualTo(HSVNVersion::version1_5())) {
         _depth = static_cast<HSVNDepth>(entry.depth);
     }
