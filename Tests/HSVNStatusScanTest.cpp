@@ -594,6 +594,32 @@ TEST_F(EveryState, HasTheExternalsThatItsDefinitionsName)
     EXPECT_THAT(HSVNDirectory::externalsForPath(wc->pathByAddingComponent("folder"), reading.client), IsEmpty());
 }
 
+TEST(HSVNDirectoryExternals, AreFoundInEveryPartOfAWorkingCopy)
+{
+    const TestRepository repository;
+    repository.change({"mkdir", "a", "mkdir", "a/inner", "mkdir", "a-b", "mkdir", "a0"});
+    const auto wc = repository.checkOut();
+    const ReadingClient reading;
+    const auto counts = [&] {
+        std::vector<std::size_t> sizes;
+        for (const char* folder : {"", "/a", "/a/inner", "/a-b", "/a0"}) {
+            sizes.push_back(HSVNDirectory::externalsForPath(pathOf(wc + folder), reading.client).size());
+        }
+        return sizes;
+    };
+    EXPECT_THAT(counts(), ElementsAre(0, 0, 0, 0, 0));
+    mustRun({"svn", "propset", "-q", "note", "mentions svn:externals", wc + "/a0"});
+    EXPECT_THAT(counts(), ElementsAre(0, 0, 0, 0, 0));
+    mustRun({"svn", "propset", "-q", "svn:externals", "^/a0 one\n^/a0 two", wc + "/a/inner"});
+    EXPECT_THAT(counts(), ElementsAre(2, 2, 2, 0, 0));
+    mustRun({"svn", "commit", "-q", "-m", "", wc});
+    EXPECT_THAT(counts(), ElementsAre(2, 2, 2, 0, 0));
+    mustRun({"svn", "propdel", "-q", "svn:externals", wc + "/a/inner"});
+    EXPECT_THAT(counts(), ElementsAre(0, 0, 0, 0, 0));
+    mustRun({"svn", "copy", "-q", repository.url("a"), wc + "/copied"});
+    EXPECT_THAT(counts(), ElementsAre(2, 0, 0, 0, 0));
+}
+
 TEST(HSVNDirectoryExternals, ThatAreBrokenAreToldButDoNotEndAScan)
 {
     const TestRepository repository;

@@ -1,15 +1,37 @@
 #include "CanonicalPaths.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
+#include "ExternalsSearch.h"
+
+#include <cstring>
+
+#include <svn_path.h>
+#include <svn_props.h>
 
 namespace HSVNAdapter {
 namespace {
+
+#ifdef HSVN_FAST_STATUS
+/// Whether the question is for the working copy's own property svn:externals of a whole tree, as scans ask it.
+bool asksForAllExternals(const char* name, const char* target, const svn_opt_revision_t& pegRevision,
+                         const svn_opt_revision_t& revision, svn_boolean_t recurse)
+{
+    return recurse && std::strcmp(name, SVN_PROP_EXTERNALS) == 0 && !svn_path_is_url(target) &&
+           pegRevision.kind == svn_opt_revision_unspecified && revision.kind == svn_opt_revision_working;
+}
+#endif
 
 svn_error_t* propget2(apr_hash_t** properties, const char* name, const char* target,
                       const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision, svn_boolean_t recurse,
                       svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     HSVN_CANONICAL_TARGET(target, pool);
+#ifdef HSVN_FAST_STATUS
+    if (asksForAllExternals(name, target, *pegRevision, *revision, recurse) && haveNoExternals(target, pool)) {
+        *properties = apr_hash_make(pool);
+        return SVN_NO_ERROR;
+    }
+#endif
     return smoothed(svn_client_propget2(properties, name, target, pegRevision, revision, recurse, ctx, pool));
 }
 

@@ -1,0 +1,83 @@
+#include "ExternalsSearch.h"
+
+#ifdef HSVN_FAST_STATUS
+
+#include "SQLiteHandles.h"
+
+#include <string>
+#include <string_view>
+#include <sys/stat.h>
+
+namespace HSVNAdapter {
+namespace {
+
+constexpr int knownFormat = 31;
+
+// Properties are searched as the bytes they are stored in, so a value that only mentions the name counts too: it
+// merely sends the question the long way. ?2 comes after every path below ?1; the range holds some neighbours as well.
+constexpr const char* query =
+    "SELECT EXISTS (SELECT 1 FROM nodes WHERE wc_id = 1 AND local_relpath = ?1 AND presence = 'normal')"
+    " AND NOT EXISTS (SELECT 1 FROM nodes WHERE wc_id = 1 AND local_relpath = ?1 AND op_depth > 0)"
+    " AND NOT EXISTS (SELECT 1 FROM nodes WHERE wc_id = 1 AND local_relpath >= ?1 AND local_relpath < ?2"
+    " AND kind = 'dir' AND instr(properties, CAST('svn:externals' AS BLOB)) > 0)"
+    " AND NOT EXISTS (SELECT 1 FROM actual_node WHERE instr(properties, CAST('svn:externals' AS BLOB)) > 0)";
+
+/// The database of the working copy that a path is in, and the path below its root.
+struct Place
+{
+    std::string file;
+    std::string_view relativePath;
+};
+
+Place placeOf(std::string_view path, apr_pool_t* pool)
+{
+    const std::string name = std::string{"/"} + svn_wc_get_adm_dir(pool) + "/wc.db";
+    for (std::string_view root = path; !root.empty(); root = root.substr(0, root.rfind('/'))) {
+        std::string file = std::string{root} + name;
+        struct stat attributes
+        {
+        };
+        if (::stat(file.c_str(), &attributes) == 0) {
+            return {std::move(file), root.size() == path.size() ? std::string_view{} : path.substr(root.size() + 1)};
+        }
+    }
+    return {};
+}
+
+bool hasKnownFormat(sqlite3* database)
+{
+    const auto row = prepareStatement(database, "PRAGMA user_version");
+    return row && sqlite3_step(row.get()) == SQLITE_ROW && sqlite3_column_int(row.get(), 0) == knownFormat;
+}
+
+} // namespace
+
+bool haveNoExternals(const char* path, apr_pool_t* pool)
+{
+    const Place place = placeOf(path, pool);
+    sqlite3* handle = nullptr;
+    if (place.file.empty() ||
+        sqlite3_open_v2(place.file.c_str(), &handle, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr) != SQLITE_OK)
+    {
+        sqlite3_close(handle);
+        return false;
+    }
+    const SQLiteDatabase database{handle};
+    const auto row = hasKnownFormat(handle) ? prepareStatement(handle, query) : nullptr;
+    if (!row) {
+        return false;
+    }
+    const std::string begin{place.relativePath};
+    const std::string end = begin + '0'; // "0" comes after "/"
+    sqlite3_bind_text(row.get(), 1, begin.data(), static_cast<int>(begin.size()), SQLITE_STATIC);
+    if (begin.empty()) {
+        sqlite3_bind_zeroblob(row.get(), 2, 0); // bytes come after every text
+    } else {
+        sqlite3_bind_text(row.get(), 2, end.data(), static_cast<int>(end.size()), SQLITE_STATIC);
+    }
+    return sqlite3_step(row.get()) == SQLITE_ROW && sqlite3_column_int(row.get(), 0) != 0;
+}
+
+} // namespace HSVNAdapter
+
+#endif
