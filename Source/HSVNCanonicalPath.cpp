@@ -6,6 +6,7 @@
 
 #include <filesystem>
 #include <fmt/format.h>
+#include <system_error>
 
 void HSVNRequireLocalPath(const HSVNPathRef& path)
 {
@@ -17,7 +18,13 @@ void HSVNRequireLocalPath(const HSVNPathRef& path)
 HSVNLocalPathRef HSVNCanonicalLocalPath(const HSVNPathRef& path)
 {
     HSVNRequireLocalPath(path);
-    auto text = std::filesystem::absolute(path->string()).lexically_normal().string();
+    std::error_code error;
+    auto text = std::filesystem::absolute(path->string(), error).lexically_normal().string();
+    if (error) {
+        HSVNException::exceptionWithReason(
+            fmt::format("Cannot tell what '{}' is relative to: {}", path->string(), error.message()), error.value())
+            ->raise();
+    }
     while (text.size() > 1 && text.back() == '/') {
         text.pop_back();
     }

@@ -14,6 +14,7 @@ namespace {
 const svn_lock_t& required(const svn_lock_t* lock)
 {
     HSVNAssertParameter(lock != nullptr, "lock != NULL");
+    HSVNAssertParameter(lock->path && lock->token, "lock->path != NULL && lock->token != NULL");
     return *lock;
 }
 

@@ -27,7 +27,8 @@ HSVNNodeRef HSVNNode::nodeAtPath(const HSVNPathRef& path, const svn_wc_status2_t
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNAssertParameter(pool != nullptr, "pool != NULL");
     HSVNBundleScope bundle{context->bundle()};
-    return HSVNStatusNodeMaker{*context->bundleVersion(), pool}.makeNode(HSVNCanonicalLocalPath(path), *status);
+    return HSVNStatusNodeMaker{context->bundleVersion().value_or(HSVNVersion{0, 0}), pool}.makeNode(
+        HSVNCanonicalLocalPath(path), *status);
 }
 
 namespace {

@@ -4,12 +4,6 @@
 #include "HSVNPlatformException.h"
 #include "HSVNPoolPrivate.h"
 
-#include <unicode/uniset.h>
-#include <unicode/unistr.h>
-#include <unicode/utf8.h>
-
-#include <cstdint>
-
 std::string HSVNString::stringWithSVNString(const svn_string_t* string)
 {
     HSVNAssertParameter(string != nullptr, "string != NULL");

@@ -40,6 +40,9 @@ TEST(Lock, ComesFromSubversionsRecord)
     const HSVNLock full{&record};
     EXPECT_EQ(full.comment(), "mine");
     EXPECT_EQ(full.expirationDate(), HSVNDate{60'000'000});
+
+    record.token = nullptr;
+    EXPECT_THROW(HSVNLock{&record}, HSVNAssertionException);
 }
 
 TEST(Lock, IsEqualByTokenAloneAndHashesByIdentity)
