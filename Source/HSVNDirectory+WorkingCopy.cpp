@@ -60,7 +60,6 @@ HSVNDirectoryRef HSVNDirectory::checkoutDirectoryAtURL(const HSVNURLRef& url, co
     HSVNAssertParameter(options != nullptr, "options != nil");
     HSVNAssertParameter(options->depth() != HSVNDepthUnknown, "[options depth] != HSVNDepthUnknown");
     HSVNAssertParameter(options->depth() != HSVNDepthExclude, "[options depth] != HSVNDepthExclude");
-    HSVNAssertParameter(options->revision() != nullptr, "[options revision] != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNDirectory",

@@ -139,7 +139,6 @@ HSVNRevisionNumber HSVNNode::copyNodeAtPath(const HSVNPathRef& sourcePath, const
     HSVNAssertParameter(sourcePath != nullptr, "sourcePath != nil");
     HSVNAssertParameter(destPath != nullptr, "destPath != nil");
     HSVNAssertParameter(options != nullptr, "options != nil");
-    HSVNAssertParameter(options->revision() != nullptr, "[options revision] != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
     if (const auto revision = copyWithSubversion(sourcePath, destPath, options, context)) {
         return *revision;

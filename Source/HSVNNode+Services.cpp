@@ -80,7 +80,6 @@ HSVNRevisionNumber HSVNNode::exportNodeAtPath(const HSVNPathRef& fromPath, const
 {
     HSVNAssertParameter(toPath != nullptr, "toPath != nil");
     HSVNAssertParameter(options != nullptr, "options != nil");
-    HSVNAssertParameter(options->revision() != nullptr, "[options revision] != nil");
     HSVNAssertParameter(fromPath != nullptr, "fromPath != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,

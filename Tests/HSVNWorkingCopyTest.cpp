@@ -473,8 +473,6 @@ TEST(WorkingCopyPreconditions, AreTestedInOrderBeforeAnythingElse)
     unknownDepth->setDepth(HSVNDepthUnknown);
     const auto excluded = HSVNCheckOutOptions::defaults();
     excluded->setDepth(HSVNDepthExclude);
-    const auto withoutRevision = HSVNCheckOutOptions::defaults();
-    withoutRevision->setRevision(nullptr);
     const auto add = HSVNAddOptions::defaults();
     const auto resolve = HSVNResolveOptions::defaults();
     const auto update = HSVNUpdateOptions::defaults();
@@ -500,8 +498,6 @@ TEST(WorkingCopyPreconditions, AreTestedInOrderBeforeAnythingElse)
          [&] { HSVNDirectory::checkoutDirectoryAtURL(url, path, unknownDepth, nullptr); }},
         {"[options depth] != HSVNDepthExclude",
          [&] { HSVNDirectory::checkoutDirectoryAtURL(url, path, excluded, nullptr); }},
-        {"[options revision] != nil",
-         [&] { HSVNDirectory::checkoutDirectoryAtURL(url, path, withoutRevision, nullptr); }},
         {"context != nil", [&] { HSVNDirectory::checkoutDirectoryAtURL(url, path, checkOut, nullptr); }},
         {"path != nil", [&] { HSVNNode::revertNodes({nullptr}, HSVNRevertOptions::defaults(), context); }},
     };
