@@ -11,7 +11,7 @@ import shutil
 import subprocess
 import tempfile
 
-FORMAT = 1  # of the data; a data set of another format is made anew
+FORMAT = 2  # of the data; a data set of another format is made anew
 PATH_LENGTH = 60  # characters of an item's absolute path, where the cache folder's own path leaves room for it
 AUTHORS = [f"author-{number:02}" for number in range(12)]
 WORDS = "the fix of a node path revision merge folder client answers when reading older status records again".split()
@@ -132,19 +132,25 @@ class DataSet:
 
 
 class TreeData(DataSet):
-    """A working copy of files spread over folders, a hundredth of them changed in five ways.
+    """A working copy of files spread over folders, and if wanted another one with a hundredth changed in five ways.
 
-    The record tells how many files and items it has, how many are changed, how many entries the repository's folder
-    has, and the mean length of the files' paths.
+    The record tells how many files there are, how many items each working copy has, how many are changed, how many
+    entries the repository's folder has, and the mean length of the files' paths.
     """
 
     REVISIONS = 20
 
-    def __init__(self, cache, files, per_folder):
+    def __init__(self, cache, files, per_folder, is_edited):
         super().__init__(cache, f"tree-{files}" if per_folder < files else f"folder-{files}")
         self._per_folder = per_folder
         self._count = files
+        self._is_edited = is_edited
         self.folders, self.files = self._names()
+
+    @property
+    def edited_copy(self):
+        """As long a path as the other's."""
+        return self.folder / "ed"
 
     def _names(self):
         if self._per_folder >= self._count:
@@ -176,33 +182,35 @@ class TreeData(DataSet):
         load_repository(self.repository, self._write)
         run("svn", "checkout", "--quiet", self.url("trunk"), self.working_copy)
         each = max(1, self._count // 500)
-        self._change(random.Random(self.name).sample(self.files, 3 * each), each)
+        if self._is_edited:
+            run("cp", "-a", self.working_copy, self.edited_copy)
+            self._change(random.Random(self.name).sample(self.files, 3 * each), each)
         parents = len({folder.split("/")[0] for folder in self.folders if folder})
-        items = 1 + parents + (len(self.folders) if parents else 0) + self._count + 2 * each
+        items = 1 + parents + (len(self.folders) if parents else 0) + self._count
         lengths = [len(f"{self.working_copy}/{name}") for name in self.files]
-        return {"files": self._count, "items": items, "changed": 5 * each, "entries": self._count + parents,
-                "path length": round(sum(lengths) / len(lengths), 1)}
+        return {"files": self._count, "items": items, "edited items": items + 2 * each, "changed": 5 * each,
+                "entries": self._count + parents, "path length": round(sum(lengths) / len(lengths), 1)}
 
     def _change(self, chosen, each):
         """Changes the chosen files in three ways, and adds as many unversioned and added ones."""
         modified, deleted, described = chosen[:each], chosen[each:2 * each], chosen[2 * each:]
         for name in modified:
-            with open(self.working_copy / name, "a", encoding="utf-8") as file:
+            with open(self.edited_copy / name, "a", encoding="utf-8") as file:
                 file.write("one more line\n")
         parent = os.path.dirname(self.files[0])
         unversioned = [os.path.join(parent, f"unversioned-{number}") for number in range(each)]
         added = [os.path.join(parent, f"added-{number}") for number in range(each)]
         for name in unversioned + added:
-            (self.working_copy / name).write_text("new\n", encoding="utf-8")
+            (self.edited_copy / name).write_text("new\n", encoding="utf-8")
         self._svn("delete", deleted)
         self._svn("add", added)
         self._svn("propset", described, "benchmark", "value")
-        run("svn", "status", "--quiet", self.working_copy, stdout=subprocess.DEVNULL)
+        run("svn", "status", "--quiet", self.edited_copy, stdout=subprocess.DEVNULL)
 
     def _svn(self, command, names, *arguments):
         targets = self.folder / "targets"
         targets.write_text("\n".join(names), encoding="utf-8")
-        run("svn", command, "--quiet", *arguments, "--targets", targets, cwd=self.working_copy)
+        run("svn", command, "--quiet", *arguments, "--targets", targets, cwd=self.edited_copy)
         targets.unlink()
 
 

@@ -93,7 +93,7 @@ class Bench:
         calls = {} if workload.operation == "start" else self._calls(workload, len(rounds), environment)
         processes = {name: median([costs[name] for costs in rounds]) for name in commands}
         held = report_of(outputs["library"])["bytes"]
-        return Result(workload, len(rounds), processes, calls, held / workload.items)
+        return Result(workload, len(rounds), processes, calls, held / max(1, workload.items))
 
     def _commands(self, workload):
         arguments = [workload.operation] + ([workload.target] if workload.target else [])
@@ -110,12 +110,13 @@ class Bench:
     @staticmethod
     def _check_counts(workload, outputs):
         """The three programs must have done the same, or their times say nothing."""
+        counted = workload.items if workload.plain_items is None else workload.plain_items
         counts = {
             "library": (report_of(outputs["library"])["items"], workload.items),
-            "plain": (report_of(outputs["plain"])["items"], workload.plain_items or workload.items),
+            "plain": (report_of(outputs["plain"])["items"], counted),
         }
         if workload.svn_items:
-            counts["svn"] = (workload.svn_items(outputs["svn"]), workload.plain_items or workload.items)
+            counts["svn"] = (workload.svn_items(outputs["svn"]), counted)
         for program, (found, expected) in counts.items():
             if found != expected:
                 raise RuntimeError(f"{workload.name}: {program} reported {found} items, not {expected}")

@@ -51,7 +51,8 @@ def process_rows(results):
 
 
 def holds_an_object_per_item(result):
-    return result.workload.operation not in ("start", "cat") and result.workload.plain_items is None
+    workload = result.workload
+    return workload.operation not in ("start", "cat") and workload.plain_items is None and workload.items > 0
 
 
 def memory_rows(results):

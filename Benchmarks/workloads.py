@@ -59,27 +59,37 @@ STATUS_ALL = Goals(call=1.6, svn=1.3, bytes=700)
 STATUS_CHANGED = Goals(call=1.15, svn=1.3)
 
 
-def status_of_tree(tree, name, goals):
-    items = tree.record["items"]
-    return Workload(name, f"status of {items:,} items, all", "status-all", str(tree.working_copy),
-                    ("status", "-v", str(tree.working_copy)), items, goals, svn_items=lines, shows_growth=True)
+def status_all(name, title, path, items, goals=STATUS_ALL, shows_growth=False):
+    return Workload(name, title, "status-all", str(path), ("status", "-v", str(path)), items, goals, svn_items=lines,
+                    shows_growth=shows_growth)
+
+
+def status_changed(name, title, path, changed):
+    return Workload(name, title, "status-changed", str(path), ("status", str(path)), changed, STATUS_CHANGED,
+                    svn_items=lines)
+
+
+def aggregating_workloads(title, path, items):
+    everything = ("status", "-v", str(path))
+    yield Workload("status-aggregated", f"{title}, all with aggregation", "status-aggregated", str(path), everything,
+                   items, STATUS_ALL, svn_items=lines)
+    yield Workload("status-folder-aggregated", f"{title}, the top folder with aggregation", "status-folder-aggregated",
+                   str(path), everything, 1, Goals(svn=1.3), plain_items=items)
 
 
 def status_workloads(tree, folder):
-    path, items, changed = str(tree.working_copy), tree.record["items"], tree.record["changed"]
-    title = f"status of {items:,} items"
-    everything = ("status", "-v", path)
-    yield status_of_tree(tree, "status-all", STATUS_ALL)
-    yield Workload("status-changed", f"{title}, the {changed:,} changed ones", "status-changed", path,
-                   ("status", path), changed, STATUS_CHANGED, svn_items=lines)
-    yield Workload("status-aggregated", f"{title}, all with aggregation", "status-aggregated", path, everything, items,
-                   STATUS_ALL, svn_items=lines)
-    yield Workload("status-folder-aggregated", f"{title}, the top folder with aggregation",
-                   "status-folder-aggregated", path, everything, 1, Goals(svn=1.3), plain_items=items)
-    flat = folder.record["items"]
-    yield Workload("status-one-folder", f"status of one folder of {flat:,} items", "status-all",
-                   str(folder.working_copy), ("status", "-v", str(folder.working_copy)), flat, STATUS_ALL,
-                   svn_items=lines)
+    clean, edited = tree.record["items"], tree.record["edited items"]
+    title = f"status of {clean:,} items"
+    yield status_all("status-all", f"{title}, all", tree.working_copy, clean, shows_growth=True)
+    yield status_changed("status-changed", f"{title}, changed ones (none is)", tree.working_copy, 0)
+    yield from aggregating_workloads(title, tree.working_copy, clean)
+    yield status_all("status-one-folder", f"status of one folder of {folder.record['items']:,} items, all",
+                     folder.working_copy, folder.record["items"])
+    title = f"status of {edited:,} items, {tree.record['changed']:,} changed"
+    yield status_all("status-edited-all", f"{title}, all", tree.edited_copy, edited)
+    yield status_changed("status-edited-changed", f"{title}, those", tree.edited_copy, tree.record["changed"])
+    title = f"status of one folder of {folder.record['edited items']:,} items, {folder.record['changed']:,} changed"
+    yield status_all("status-edited-one-folder", f"{title}, all", folder.edited_copy, folder.record["edited items"])
 
 
 def reading_workloads(folder, history, large, server):
@@ -104,18 +114,20 @@ def start_workloads():
 
 def growth_workloads(trees):
     for tree in trees:
-        yield status_of_tree(tree, f"status-all-{tree.record['files']}", Goals(bytes=STATUS_ALL.bytes))
+        items = tree.record["items"]
+        yield status_all(f"status-all-{tree.record['files']}", f"status of {items:,} items, all", tree.working_copy,
+                         items, Goals(bytes=STATUS_ALL.bytes), shows_growth=True)
 
 
 class DataSets:
     """The data sets of a run."""
 
     def __init__(self, cache, sizes):
-        self.tree = data.TreeData(cache, sizes.tree, PER_FOLDER)
-        self.folder = data.TreeData(cache, sizes.folder, sizes.folder)
+        self.tree = data.TreeData(cache, sizes.tree, PER_FOLDER, True)
+        self.folder = data.TreeData(cache, sizes.folder, sizes.folder, True)
         self.history = data.LogData(cache, sizes.revisions)
         self.large = data.FileData(cache, sizes.file)
-        self.others = [data.TreeData(cache, files, PER_FOLDER) for files in sizes.others]
+        self.others = [data.TreeData(cache, files, PER_FOLDER, False) for files in sizes.others]
 
     def make(self, log):
         for data_set in [self.tree, self.folder, self.history, self.large] + self.others:
