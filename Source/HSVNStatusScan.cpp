@@ -266,9 +266,9 @@ HSVNStatusAggregates::Kinds HSVNStatusAggregates::kindsBelow(const std::string& 
 
 // MARK: HSVNStatusScan
 
-HSVNStatusScan::HSVNStatusScan(const HSVNContextRef& scanContext, apr_pool_t* scanPool, const HSVNVersion& version,
+HSVNStatusScan::HSVNStatusScan(HSVNContextRef scanContext, apr_pool_t* scanPool, const HSVNVersion& version,
                                HSVNLocalPathRef scanRootPath)
-    : context{scanContext}, pool{scanPool}, maker{version, scanPool}, rootPath{std::move(scanRootPath)}
+    : context{std::move(scanContext)}, pool{scanPool}, maker{version, scanPool}, rootPath{std::move(scanRootPath)}
 {
 }
 

@@ -109,7 +109,7 @@ std::set<std::string> HSVNExternalPathsBelow(HSVNOperation& operation, const std
 /// The state that the per-item callback shares with a scan; one per scan, on the caller's stack.
 struct HSVNStatusScan
 {
-    HSVNStatusScan(const HSVNContextRef& scanContext, apr_pool_t* scanPool, const HSVNVersion& version,
+    HSVNStatusScan(HSVNContextRef scanContext, apr_pool_t* scanPool, const HSVNVersion& version,
                    HSVNLocalPathRef scanRootPath);
 
     HSVNContextRef context;
