@@ -7,6 +7,7 @@
 #include "HSVNRevision.h"
 #include "HSVNStatus.h"
 #include "HSVNStatusOptions.h"
+#include "HSVNSubversionPrivate.h"
 #include "HSVNURL.h"
 #include "ReadingClient.h"
 #include "ReasonOf.h"
@@ -574,6 +575,39 @@ TEST(UnversionedScan, TellsOfAFolderThatCannotBeRead)
     setfsuid(static_cast<uid_t>(user));
     fs::permissions(folder / "closed", fs::perms::owner_all);
     EXPECT_THAT(reason, HasSubstr(folder / "closed"));
+}
+
+// Nodes of single records
+
+TEST(HSVNNodeAtPath, LooksAtTheDiskForItemsWithoutAnEntry)
+{
+    const TemporaryFolder folder;
+    const ReadingClient reading;
+    const HSVNContextRef context = reading.client;
+    svn_wc_status2_t status{};
+    status.text_status = svn_wc_status_unversioned;
+    status.prop_status = svn_wc_status_none;
+    const auto nodeAt = [&](const std::string& name) {
+        return HSVNNode::nodeAtPath(pathOf(folder / name), &status, context, context->pool());
+    };
+    writeFile(folder / "sub/file", "12345");
+    fs::create_symlink("nowhere", folder / "link");
+    EXPECT_EQ(nodeAt("sub/file")->size(), 5U);
+    EXPECT_EQ(nodeAt("sub/file")->location()->string(), folder / "sub");
+    EXPECT_TRUE(nodeAt("sub")->isDirectory());
+    EXPECT_FALSE(nodeAt("link")->isDirectory());
+    EXPECT_EQ(nodeAt("gone")->size(), 0U);
+    EXPECT_EQ(nodeAt("gone")->revision(), HSVNInvalidRevision);
+    testing::internal::CaptureStderr();
+    const auto reason = reasonOf<HSVNException>([&] { nodeAt(std::string(300, 'x')); });
+    const auto log = testing::internal::GetCapturedStderr();
+    EXPECT_THAT(reason, HasSubstr("xxx"));
+    EXPECT_THAT(log, HasSubstr("Exception caught while creating node for '" + folder.path().string() + "/xxx"));
+    EXPECT_THAT(log, HasSubstr("] " + reason + "\n"));
+    EXPECT_EQ(reasonOf([&] { HSVNNode::nodeAtPath(pathOf("/a"), nullptr, context, context->pool()); }),
+              "Invalid parameter not satisfying: status != NULL");
+    EXPECT_EQ(reasonOf([&] { HSVNNode::nodeAtPath(pathOf("/a"), &status, context, nullptr); }),
+              "Invalid parameter not satisfying: pool != NULL");
 }
 
 // Externals
