@@ -4,6 +4,7 @@
 #include "HSVNOperationPrivate.h"
 #include "HSVNRevision.h"
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -26,6 +27,14 @@ inline apr_array_header_t* HSVNTextArray(const HSVNOperation& operation, const s
 inline apr_array_header_t* HSVNFilterArray(const HSVNOperation& operation, const std::vector<std::string>& texts)
 {
     return texts.empty() ? nullptr : HSVNTextArray(operation, texts);
+}
+
+/// The order of Subversion's sorted paths: what lies in a folder comes right after it.
+inline bool HSVNIsPathBefore(const std::string& a, const std::string& b)
+{
+    const auto weight = [](char character) { return character == '/' ? 0 : static_cast<unsigned char>(character); };
+    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
+                                        [&](char x, char y) { return weight(x) < weight(y); });
 }
 
 /// A moment of Subversion to the microsecond; 0 is none.

@@ -35,6 +35,16 @@ std::string humanDate(const HSVNDate& date)
     return formatted("%Y-%m-%d %H:%M:%S %z (%a, %d %b %Y)", time);
 }
 
+std::string listDate(const HSVNDate& date)
+{
+    constexpr std::time_t halfYear = 365 * 86400 / 2;
+    const std::time_t seconds = secondsOf(date);
+    const std::time_t age = std::time(nullptr) - seconds;
+    std::tm time{};
+    localtime_r(&seconds, &time);
+    return formatted(age < halfYear && age > -halfYear ? "%b %d %H:%M" : "%b %d  %Y", time);
+}
+
 std::string exactDate(const HSVNDate& date)
 {
     const std::time_t seconds = secondsOf(date);

@@ -62,10 +62,12 @@ HSVNUserInfo userInfo(std::int32_t code, const std::string& message, const HSVNU
 
 } // namespace
 
-void fail(std::int32_t code, const std::string& message)
+HSVNException failure(std::int32_t code, const std::string& message)
 {
-    throw HSVNException(message, userInfo(code, message, nullptr));
+    return {message, userInfo(code, message, nullptr)};
 }
+
+void fail(std::int32_t code, const std::string& message) { throw failure(code, message); }
 
 void fail(std::int32_t code, const std::string& message, const HSVNException& cause)
 {
@@ -111,11 +113,6 @@ void printWarning(const HSVNException& exception)
     Output::writeError(fmt::format("{}: warning: W{:06}: {}\n", programName(), link.code, link.message));
 }
 
-bool TargetFailures::has(std::int32_t code) const
-{
-    return std::find(_codes.begin(), _codes.end(), code) != _codes.end();
-}
-
 void TargetFailures::tolerate(const HSVNException& exception, const std::vector<std::int32_t>& tolerated)
 {
     const auto code = std::find_if(tolerated.begin(), tolerated.end(),
@@ -124,5 +121,7 @@ void TargetFailures::tolerate(const HSVNException& exception, const std::vector<
         exception.raise();
     }
     printWarning(exception);
-    _codes.push_back(*code);
+    if (std::find(_codes.begin(), _codes.end(), *code) == _codes.end()) {
+        _codes.push_back(*code);
+    }
 }

@@ -22,6 +22,11 @@ enum ErrorCode : std::int32_t
     BadRevision = 195002,
     ClientIsDirectory = 195007,
     ClientBadRevision = 195008,
+    EntryNotFound = 150000,
+    NodeNotFound = 160013,
+    NotDirectory = 160016,
+    PropertyName = 195011,
+    General = 200000,
     UnversionedResource = 200005,
     MalformedNumber = 200004,
     UnsupportedFeature = 200007,
@@ -34,6 +39,8 @@ enum ErrorCode : std::int32_t
     MutuallyExclusiveArguments = 205002
 };
 
+/// An exception with a code and a message.
+HSVNException failure(std::int32_t code, const std::string& message);
 /// Fails with a code and a message.
 [[noreturn]] void fail(std::int32_t code, const std::string& message);
 /// The same with a cause below it.
@@ -81,7 +88,8 @@ class TargetFailures
         }
     }
     bool any() const { return !_codes.empty(); }
-    bool has(std::int32_t code) const;
+    /// The codes of what went wrong, each once, in the order in which they were met.
+    const std::vector<std::int32_t>& codes() const { return _codes; }
 
   private:
     void tolerate(const HSVNException& exception, const std::vector<std::int32_t>& tolerated);

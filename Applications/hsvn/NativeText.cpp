@@ -84,9 +84,7 @@ std::string NativeText::toUTF8(std::string_view native)
     }
     if (Converter{"UTF-8", localeEncoding()}.convert(native, result) < native.size()) {
         const std::string shown = approximation(native).value_or(escaped(native));
-        const HSVNException cause{shown,
-                                  {{HSVNExceptionStatusKey, std::int64_t{EINVAL}}, {HSVNExceptionMessageKey, shown}}};
-        fail(EINVAL, "Can't convert string from native encoding to 'UTF-8':", cause);
+        fail(EINVAL, "Can't convert string from native encoding to 'UTF-8':", failure(EINVAL, shown));
     }
     return result;
 }

@@ -62,10 +62,9 @@ void applyLimit(Session& /*session*/, Options& options, const std::string& argum
     int limit = 0;
     const auto [end, error] = std::from_chars(argument.data(), argument.data() + argument.size(), limit);
     if (error != std::errc{} || end != argument.data() + argument.size()) {
-        const std::string reason = fmt::format("Could not convert '{}' into a number", NativeText::toUTF8(argument));
         fail(ArgumentParsing, "Non-numeric limit argument given",
-             HSVNException{
-                 reason, {{HSVNExceptionStatusKey, std::int64_t{MalformedNumber}}, {HSVNExceptionMessageKey, reason}}});
+             failure(MalformedNumber,
+                     fmt::format("Could not convert '{}' into a number", NativeText::toUTF8(argument))));
     }
     if (limit <= 0) {
         fail(MalformedNumber, "Argument to --limit must be positive");

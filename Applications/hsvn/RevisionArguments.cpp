@@ -40,7 +40,7 @@ RevisionArgument changeRange(const std::string& change)
     const long number = takeNumber(rest);
     const bool isRange = rest != digits && *rest == '-';
     if (isRange && isNegative) {
-        fail(ArgumentParsing, fmt::format("Negative number in range ({}) is not supported with -c", change));
+        fail(ArgumentParsing, fmt::format("Negative number in range ({}) not supported with -c", change));
     }
     const long last = isRange ? takeNumber(++rest) : number;
     if (rest == digits || *rest != '\0') {

@@ -2,7 +2,9 @@
 
 #include "Cancellation.h"
 #include "Errors.h"
+#include "NativeText.h"
 #include "Output.h"
+#include "TextFiles.h"
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -14,6 +16,13 @@ struct CancellationOnly
 {
     static bool queryContinue(HSVNContext& /*context*/) { return !Cancellation::isAsked(); }
 };
+
+/// The first line of standard input.
+std::string passwordFromInput()
+{
+    const std::string input = NativeText::toUTF8(contentsOfFile("-"));
+    return input.substr(0, input.find_first_of("\n\r"));
+}
 
 } // namespace
 
@@ -53,6 +62,9 @@ const HSVNClientRef& Session::client()
     }
     auto client = HSVNClient::clientWithDelegate(_delegate);
     HSVNClientSettings settings = options.client;
+    if (options.passwordFromInput) {
+        settings.password = passwordFromInput();
+    }
     settings.nonInteractive = settings.nonInteractive || (!options.forceInteractive && isatty(STDIN_FILENO) == 0);
     if (const auto refused = HSVNApplyClientSettings(settings, client)) {
         printWarning(*refused);

@@ -14,7 +14,7 @@ std::string humanSize(std::int64_t size, bool isShort)
         value /= static_cast<double>(step);
         ++unit;
     }
-    const std::string suffix = isShort && unit == 0 ? "" : (isShort ? "" : " ") + std::string{units.at(unit)};
+    const std::string suffix = std::string{isShort ? "" : " "} + units.at(unit);
     if (unit == 0 || value >= 10) {
         return fmt::format("{:.0f}{}", value, suffix);
     }

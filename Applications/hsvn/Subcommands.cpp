@@ -29,7 +29,8 @@ std::string Subcommand::heading() const
 
 std::span<const Subcommand* const> subcommands()
 {
-    static const std::array all{&helpSubcommand(), &infoSubcommand(), &statusSubcommand()};
+    static const std::array all{&catSubcommand(), &helpSubcommand(),    &infoSubcommand(),     &listSubcommand(),
+                                &logSubcommand(), &propgetSubcommand(), &proplistSubcommand(), &statusSubcommand()};
     return all;
 }
 

@@ -31,8 +31,13 @@ struct Subcommand
 };
 
 // One source file each.
+const Subcommand& catSubcommand();
 const Subcommand& helpSubcommand();
 const Subcommand& infoSubcommand();
+const Subcommand& listSubcommand();
+const Subcommand& logSubcommand();
+const Subcommand& propgetSubcommand();
+const Subcommand& proplistSubcommand();
 const Subcommand& statusSubcommand();
 
 /// All subcommands in the order of `help`.

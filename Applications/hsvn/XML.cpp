@@ -43,54 +43,6 @@ std::string escaped(std::string_view text, bool isAttribute)
     return result;
 }
 
-/// Whether XML can hold the bytes as text: UTF-8 without control characters other than white space.
-bool isSafe(std::string_view bytes)
-{
-    std::size_t following = 0; // bytes that must continue a character
-    for (const char character : bytes) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (following > 0) {
-            if ((byte & 0xC0U) != 0x80) {
-                return false;
-            }
-            --following;
-        } else if (byte >= 0x80) {
-            if (byte < 0xC2 || byte > 0xF4) {
-                return false;
-            }
-            following = byte < 0xE0 ? 1 : byte < 0xF0 ? 2 : 3;
-        } else if ((byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r') || byte == 0x7F) {
-            return false;
-        }
-    }
-    return following == 0;
-}
-
-/// In lines of 76 characters, each ended.
-std::string base64(std::string_view bytes)
-{
-    constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-    constexpr std::size_t lineLength = 76;
-    std::string result;
-    std::size_t column = 0;
-    for (std::size_t index = 0; index < bytes.size(); index += 3) {
-        const auto byteAt = [&](std::size_t offset) {
-            return index + offset < bytes.size() ? static_cast<unsigned char>(bytes[index + offset]) : 0U;
-        };
-        const unsigned group = byteAt(0) << 16U | byteAt(1) << 8U | byteAt(2);
-        result += digits[group >> 18U];
-        result += digits[group >> 12U & 63U];
-        result += index + 1 < bytes.size() ? digits[group >> 6U & 63U] : '=';
-        result += index + 2 < bytes.size() ? digits[group & 63U] : '=';
-        column += 4;
-        if (column == lineLength) {
-            result += '\n';
-            column = 0;
-        }
-    }
-    return column > 0 ? result + "\n" : result;
-}
-
 } // namespace
 
 void XML::tag(const char* name, const Attributes& attributes, const char* end)
@@ -178,4 +130,50 @@ void addLock(XML& xml, const HSVNLockRecord& lock)
         xml.element("expires", std::string_view{exactDate(*lock.expires)});
     }
     xml.close("lock");
+}
+
+bool XML::isSafe(std::string_view bytes)
+{
+    std::size_t following = 0; // bytes that must continue a character
+    for (const char character : bytes) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (following > 0) {
+            if ((byte & 0xC0U) != 0x80) {
+                return false;
+            }
+            --following;
+        } else if (byte >= 0x80) {
+            if (byte < 0xC2 || byte > 0xF4) {
+                return false;
+            }
+            following = byte < 0xE0 ? 1 : byte < 0xF0 ? 2 : 3;
+        } else if ((byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r') || byte == 0x7F) {
+            return false;
+        }
+    }
+    return following == 0;
+}
+
+std::string XML::base64(std::string_view bytes)
+{
+    constexpr std::string_view digits = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    constexpr std::size_t lineLength = 76;
+    std::string result;
+    std::size_t column = 0;
+    for (std::size_t index = 0; index < bytes.size(); index += 3) {
+        const auto byteAt = [&](std::size_t offset) {
+            return index + offset < bytes.size() ? static_cast<unsigned char>(bytes[index + offset]) : 0U;
+        };
+        const unsigned group = byteAt(0) << 16U | byteAt(1) << 8U | byteAt(2);
+        result += digits[group >> 18U];
+        result += digits[group >> 12U & 63U];
+        result += index + 1 < bytes.size() ? digits[group >> 6U & 63U] : '=';
+        result += index + 2 < bytes.size() ? digits[group & 63U] : '=';
+        column += 4;
+        if (column == lineLength) {
+            result += '\n';
+            column = 0;
+        }
+    }
+    return column > 0 ? result + "\n" : result;
 }

@@ -34,6 +34,11 @@ class XML
     static void writeHeader(const char* root);
     static void writeFooter(const char* root);
 
+    /// Whether XML can hold the bytes as text: UTF-8 without control characters other than white space.
+    static bool isSafe(std::string_view bytes);
+    /// In lines of 76 characters, each ended.
+    static std::string base64(std::string_view bytes);
+
   private:
     void tag(const char* name, const Attributes& attributes, const char* end);
 

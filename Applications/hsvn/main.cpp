@@ -16,6 +16,9 @@ namespace {
 /// Options that do not go together, whatever the subcommand.
 void checkCombinations(const Options& options)
 {
+    if (options.allRevisionProperties && options.noRevisionProperties) {
+        fail(ArgumentParsing, "--with-all-revprops and --with-no-revprops are mutually exclusive");
+    }
     if (options.client.nonInteractive && options.forceInteractive) {
         fail(ArgumentParsing, "--non-interactive and --force-interactive are mutually exclusive");
     }

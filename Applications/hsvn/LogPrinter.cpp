@@ -1,0 +1,177 @@
+#include "LogPrinter.h"
+
+#include "Dates.h"
+#include "Output.h"
+#include "PropertyPrinter.h"
+#include "Words.h"
+#include "XML.h"
+
+#include <algorithm>
+#include <array>
+#include <fmt/format.h>
+
+namespace {
+
+constexpr const char* separator = "------------------------------------------------------------------------\n";
+
+std::optional<std::string> propertyOf(const HSVNLogEntry& entry, const char* name)
+{
+    const auto property = entry.properties.find(name);
+    return property == entry.properties.end() ? std::nullopt : std::optional{property->second};
+}
+
+/// All but author, date and message.
+HSVNPropertyMap furtherProperties(const HSVNLogEntry& entry)
+{
+    HSVNPropertyMap further = entry.properties;
+    for (const char* const name : {"svn:author", "svn:date", "svn:log"}) {
+        further.erase(name);
+    }
+    return further;
+}
+
+std::string humanDateOf(const HSVNLogEntry& entry)
+{
+    const auto text = propertyOf(entry, "svn:date");
+    const auto date = text && !text->empty() ? HSVNDate::dateWithISO8601String(*text) : std::nullopt;
+    return date ? humanDate(*date) : "(no date)";
+}
+
+void addChangedPath(XML& xml, const HSVNChangedPath& change)
+{
+    const auto flag = [](const std::optional<bool>& value) { return value.value_or(false) ? "true" : "false"; };
+    XML::Attributes attributes{{"action", std::string{change.action}},
+                               {"kind", change.kind == HSVNNodeKindUnknown ? "" : wordOf(change.kind)}};
+    if (change.copyFromPath) {
+        attributes.emplace_back("copyfrom-path", *change.copyFromPath);
+        attributes.emplace_back("copyfrom-rev", std::to_string(change.copyFromRevision));
+    }
+    if (change.textModified) {
+        attributes.emplace_back("text-mods", flag(change.textModified));
+    }
+    if (change.propertiesModified) {
+        attributes.emplace_back("prop-mods", flag(change.propertiesModified));
+    }
+    xml.element("path", std::string_view{change.path}, attributes);
+}
+
+} // namespace
+
+void LogPrinter::print(const HSVNLogEntry& entry)
+{
+    const bool endsMerged = entry.revision == HSVNInvalidRevision;
+    if (endsMerged && _options.xml && !_mergedBy.empty()) {
+        XML{}.close("logentry").write();
+    }
+    if (endsMerged) {
+        if (!_mergedBy.empty()) {
+            _mergedBy.pop_back();
+        }
+        return;
+    }
+    // Revision 0 has nothing to tell.
+    if (entry.revision != 0 || propertyOf(entry, "svn:log")) {
+        if (_options.json) {
+            _records.push_back(record(entry));
+        } else if (_options.xml) {
+            printXML(entry);
+        } else {
+            printText(entry);
+        }
+    }
+    if (entry.hasChildren) {
+        _mergedBy.push_back(entry.revision);
+    }
+}
+
+void LogPrinter::finish() const
+{
+    if (_options.json) {
+        Output::writeBytes(_records.dump(2) + "\n");
+    } else if (!_options.xml && !_options.incremental) {
+        Output::write(separator);
+    }
+}
+
+void LogPrinter::printText(const HSVNLogEntry& entry) const
+{
+    const std::string message = propertyOf(entry, "svn:log").value_or("");
+    std::string text = fmt::format("{}r{} | {} | {}", separator, entry.revision,
+                                   propertyOf(entry, "svn:author").value_or("(no author)"), humanDateOf(entry));
+    if (!_options.quiet) {
+        const auto lines = std::count(message.begin(), message.end(), '\n') + 1;
+        text += fmt::format(" | {} {}", lines, lines == 1 ? "line" : "lines");
+    }
+    text += '\n';
+    if (entry.changedPaths) {
+        text += "Changed paths:\n";
+        for (const auto& change : *entry.changedPaths) {
+            const std::string source =
+                change.copyFromPath ? fmt::format(" (from {}:{})", *change.copyFromPath, change.copyFromRevision) : "";
+            text += fmt::format("   {} {}{}\n", change.action, change.path, source);
+        }
+    }
+    if (!_mergedBy.empty()) {
+        text += entry.isSubtractiveMerge ? "Reverse merged via:" : "Merged via:";
+        for (const HSVNRevisionNumber revision : _mergedBy) {
+            text += fmt::format("{} r{}", text.ends_with(':') ? "" : ",", revision);
+        }
+        text += '\n';
+    }
+    Output::write(_options.quiet ? text : text + "\n" + message + "\n");
+}
+
+void LogPrinter::printXML(const HSVNLogEntry& entry) const
+{
+    XML::Attributes attributes{{"revision", std::to_string(entry.revision)}};
+    if (!_mergedBy.empty()) {
+        attributes.emplace_back("reverse-merge", entry.isSubtractiveMerge ? "true" : "false");
+    }
+    XML xml;
+    xml.open("logentry", attributes).element("author", propertyOf(entry, "svn:author"));
+    xml.element("date", propertyOf(entry, "svn:date"));
+    if (entry.changedPaths) {
+        xml.open("paths");
+        for (const auto& change : *entry.changedPaths) {
+            addChangedPath(xml, change);
+        }
+        xml.close("paths");
+    }
+    xml.element("msg", propertyOf(entry, "svn:log"));
+    if (const auto further = furtherProperties(entry); !further.empty()) {
+        xml.open("revprops");
+        addProperties(xml, "property", further, true);
+        xml.close("revprops");
+    }
+    if (!entry.hasChildren) {
+        xml.close("logentry");
+    }
+    xml.write();
+}
+
+nlohmann::ordered_json LogPrinter::record(const HSVNLogEntry& entry) const
+{
+    nlohmann::ordered_json result{{"revision", entry.revision}};
+    constexpr std::array names{std::pair{"author", "svn:author"}, std::pair{"date", "svn:date"},
+                               std::pair{"message", "svn:log"}};
+    for (const auto& [name, property] : names) {
+        if (const auto value = propertyOf(entry, property)) {
+            result[name] = *value;
+        }
+    }
+    if (const auto further = furtherProperties(entry); !further.empty()) {
+        result["properties"] = propertyRecord(further);
+    }
+    for (const auto& change : entry.changedPaths.value_or(std::vector<HSVNChangedPath>{})) {
+        nlohmann::ordered_json path{
+            {"action", std::string{change.action}}, {"path", change.path}, {"kind", wordOf(change.kind)}};
+        if (change.copyFromPath) {
+            path["copyFrom"] = {{"path", *change.copyFromPath}, {"revision", change.copyFromRevision}};
+        }
+        result["paths"].push_back(std::move(path));
+    }
+    if (!_mergedBy.empty()) {
+        result["mergedBy"] = _mergedBy;
+    }
+    return result;
+}

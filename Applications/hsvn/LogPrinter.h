@@ -1,0 +1,26 @@
+#pragma once
+
+#include "Options.h"
+
+#include <nlohmann/json.hpp>
+#include <vector>
+
+/// Prints the entries of a log, those that a merge brought in marked as such.
+class LogPrinter
+{
+  public:
+    explicit LogPrinter(const Options& options) : _options{options} {}
+
+    void print(const HSVNLogEntry& entry);
+    /// What follows the last entry.
+    void finish() const;
+
+  private:
+    void printText(const HSVNLogEntry& entry) const;
+    void printXML(const HSVNLogEntry& entry) const;
+    nlohmann::ordered_json record(const HSVNLogEntry& entry) const;
+
+    const Options& _options;
+    std::vector<HSVNRevisionNumber> _mergedBy; ///< the entries that the next one was merged by, the outermost first
+    nlohmann::ordered_json _records = nlohmann::ordered_json::array();
+};

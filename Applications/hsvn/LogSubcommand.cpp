@@ -1,0 +1,152 @@
+#include "Errors.h"
+#include "LogPrinter.h"
+#include "Output.h"
+#include "Subcommands.h"
+#include "Targets.h"
+#include "XML.h"
+
+#include <array>
+#include <fmt/format.h>
+
+namespace {
+
+bool isUnspecified(const HSVNRevisionRef& revision) { return revision->isEqual(HSVNRevision::UNSPECIFIED()); }
+
+void checkOptions(const Options& options)
+{
+    if (!options.xml) {
+        const std::array onlyInXML{std::pair{options.allRevisionProperties, "with-all-revprops"},
+                                   std::pair{options.noRevisionProperties, "with-no-revprops"},
+                                   std::pair{!options.revisionProperties.empty(), "with-revprop"}};
+        for (const auto& [given, name] : onlyInXML) {
+            if (given && !options.json) {
+                fail(ArgumentParsing, fmt::format("'{}' option only valid in XML mode", name));
+            }
+        }
+    }
+    if (options.usedChange && options.usedRevision) {
+        fail(BadRevision, "-c and -r are mutually exclusive");
+    }
+}
+
+/// After a URL come paths below it.
+void checkFurtherTargets(const std::vector<std::string>& targets)
+{
+    for (std::size_t index = 1; isURL(targets.front()) && index < targets.size(); ++index) {
+        if (isURL(targets[index]) || targets[index].starts_with('/')) {
+            fail(ArgumentParsing, fmt::format("Only relative paths can be specified after a URL for '{} log', but "
+                                              "'{}' is not a relative path",
+                                              programName(), targets[index]));
+        }
+    }
+}
+
+/// -c N names the one revision N, not the step to it.
+RevisionArgument changeAsRange(const RevisionArgument& change)
+{
+    const auto start = change.start->number();
+    const auto end = change.end->number();
+    const auto number = HSVNRevision::revisionWithNumber;
+    return start < end ? RevisionArgument{number(start + 1), change.end}
+                       : RevisionArgument{change.start, number(end + 1)};
+}
+
+std::pair<HSVNRevisionRef, HSVNRevisionRef> completed(const RevisionArgument& range, const HSVNRevisionRef& peg,
+                                                      bool targetIsURL)
+{
+    if (!isUnspecified(range.start)) {
+        return {range.start, isUnspecified(range.end) ? range.start : range.end};
+    }
+    const auto& newest = !isUnspecified(peg) ? peg : targetIsURL ? HSVNRevision::HEAD() : HSVNRevision::BASE();
+    return {newest, HSVNRevision::revisionWithNumber(1)};
+}
+
+/// The revision properties to ask for; nil means all.
+std::optional<std::vector<std::string>> wantedProperties(const Options& options)
+{
+    if (options.allRevisionProperties) {
+        return std::nullopt;
+    }
+    if (options.noRevisionProperties) {
+        return std::vector<std::string>{};
+    }
+    if (!options.revisionProperties.empty()) {
+        for (const auto& name : options.revisionProperties) {
+            if (name.find('=') != std::string::npos) {
+                fail(ArgumentParsing, "cannot assign with 'with-revprop' option (drop the '=')");
+            }
+        }
+        return options.revisionProperties;
+    }
+    std::vector<std::string> names{"svn:author", "svn:date"};
+    if (!options.quiet) {
+        names.emplace_back("svn:log");
+    }
+    return names;
+}
+
+void runLog(Session& session)
+{
+    const Options& options = session.options;
+    checkOptions(options);
+    auto targets = targetsOrCurrentFolder(session);
+    const auto [first, peg] = peggedTarget(session, targets.front());
+    targets.front() = first;
+    checkFurtherTargets(targets);
+    HSVNLogReadingOptions wishes;
+    for (const auto& revision : options.revisions) {
+        wishes.ranges.push_back(completed(options.usedChange ? changeAsRange(revision) : revision, peg, isURL(first)));
+    }
+    wishes.limit = options.limit.value_or(0);
+    wishes.changedPaths = options.verbose;
+    wishes.stopOnCopy = options.stopOnCopy;
+    wishes.mergedRevisions = options.useMergeHistory;
+    const bool isDocument = options.xml && !options.incremental;
+    if (isDocument) {
+        XML::writeHeader("log");
+    }
+    wishes.properties = wantedProperties(options);
+    LogPrinter printer{options};
+    HSVNReadLog(
+        targets, peg, wishes, [&](const HSVNLogEntry& entry) { printer.print(entry); }, session.client());
+    printer.finish();
+    if (isDocument) {
+        XML::writeFooter("log");
+    }
+}
+
+} // namespace
+
+const Subcommand& logSubcommand()
+{
+    static const Subcommand subcommand{
+        "log",
+        {},
+        "Show the log messages for a set of revision(s) and/or path(s).",
+        "1. log [PATH][@REV]\n"
+        "2. log URL[@REV] [PATH...]",
+        "1. Print the log messages for the URL corresponding to PATH\n"
+        "   (default: '.'). If specified, REV is the revision in which the\n"
+        "   URL is first looked up, and the default revision range is REV:1.\n"
+        "   If REV is not specified, the default revision range is BASE:1,\n"
+        "   since the URL might not exist in the HEAD revision.\n"
+        "2. Print the log messages for the PATHs (default: '.') under URL.\n"
+        "   If specified, REV is the revision in which the URL is first\n"
+        "   looked up, and the default revision range is REV:1; otherwise,\n"
+        "   the URL is looked up in HEAD, and the default revision range is\n"
+        "   HEAD:1.\n"
+        "\n"
+        "Multiple '-c' or '-r' options may be specified (but not a combination\n"
+        "of the two), and mixing of forward and reverse ranges is allowed.\n"
+        "\n"
+        "With -v, also print all affected paths: A added, D deleted, R replaced\n"
+        "or M modified, with the source of a copy in parentheses.\n"
+        "With -q, don't print the log message itself.",
+        {OptionId::Revision, OptionId::Change, OptionId::Quiet, OptionId::Verbose, OptionId::UseMergeHistory,
+         OptionId::Targets, OptionId::StopOnCopy, OptionId::Incremental, OptionId::XML, OptionId::JSON, OptionId::Limit,
+         OptionId::WithAllRevprops, OptionId::WithNoRevprops, OptionId::WithRevprop},
+        {{OptionId::Quiet, "do not print the log message"}, {OptionId::Verbose, "also print all affected paths"}},
+        runLog,
+        true};
+    return subcommand;
+}

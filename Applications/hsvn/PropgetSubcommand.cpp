@@ -1,0 +1,195 @@
+#include "Errors.h"
+#include "NativeText.h"
+#include "Output.h"
+#include "PropertyPrinter.h"
+#include "Subcommands.h"
+#include "Targets.h"
+#include "XML.h"
+
+#include <cctype>
+#include <fmt/format.h>
+
+namespace {
+
+/// Whether Subversion accepts a text as the name of a property.
+bool isPropertyName(const std::string& name)
+{
+    const auto allowed = [](char character, bool isFirst) {
+        const auto byte = static_cast<unsigned char>(character);
+        return byte < 0x80 && (std::isalpha(byte) != 0 || character == ':' || character == '_' ||
+                               (!isFirst && (std::isdigit(byte) != 0 || character == '-' || character == '.')));
+    };
+    for (std::size_t index = 0; index < name.size(); ++index) {
+        if (!allowed(name[index], index == 0)) {
+            return false;
+        }
+    }
+    return !name.empty();
+}
+
+/// One run of `propget`.
+class PropgetRun
+{
+  public:
+    explicit PropgetRun(Session& session) : _session{session} {}
+
+    void run()
+    {
+        takeName();
+        const auto targets = targetsOrCurrentFolder(_session);
+        const Options& options = _session.options;
+        const HSVNDepth depth = options.depthOr(HSVNDepthEmpty);
+        if (options.noNewline && (options.revisionProperty || options.verbose || options.showInheritedProperties ||
+                                  depth > HSVNDepthEmpty || targets.size() > 1))
+        {
+            if (!options.revisionProperty || options.verbose) {
+                fail(ArgumentParsing, "--no-newline is only available for single-target, non-recursive propget "
+                                      "operations");
+            }
+        }
+        if (options.revisionProperty) {
+            printRevisionProperty(revisionPropertyTarget(_session, targets));
+            return;
+        }
+        _showsPaths =
+            targets.size() > 1 || depth > HSVNDepthEmpty || options.showInheritedProperties || options.verbose;
+        printTargets(targets, depth);
+    }
+
+  private:
+    void takeName()
+    {
+        if (_session.arguments.empty()) {
+            fail(InsufficientArguments, "Not enough arguments provided");
+        }
+        _name = NativeText::toUTF8(_session.arguments.front());
+        _session.arguments.erase(_session.arguments.begin());
+        if (!isPropertyName(_name)) {
+            fail(PropertyName, fmt::format("'{}' is not a valid Subversion property name", _name));
+        }
+    }
+
+    void printRevisionProperty(const RevisionPropertyTarget& target)
+    {
+        HSVNRevisionNumber number = HSVNInvalidRevision;
+        const auto value = HSVNReadRevisionProperty(_name, target.url, target.revision, &number, _session.client());
+        if (!value) {
+            fail(PropertyNotFound, fmt::format("Property '{}' not found on revision {}", _name, number));
+        }
+        if (_session.options.xml) {
+            XML::writeHeader("properties");
+            XML{}
+                .open("revprops", {{"rev", std::to_string(number)}})
+                .property("property", _name, *value)
+                .close("revprops")
+                .write();
+            XML::writeFooter("properties");
+            return;
+        }
+        printValue(_name, *value);
+        Output::write(_session.options.noNewline ? "" : "\n");
+    }
+
+    void printTargets(const std::vector<std::string>& targets, HSVNDepth depth)
+    {
+        const Options& options = _session.options;
+        if (options.xml) {
+            XML::writeHeader("properties");
+        }
+        for (const auto& target : targets) {
+            const auto [path, peg] = peggedTarget(_session, target);
+            HSVNPropertyReadingOptions wishes;
+            wishes.depth = depth;
+            wishes.inherited = options.showInheritedProperties;
+            wishes.changelists = options.changelists;
+            const auto spec = HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg);
+            const auto found = HSVNReadProperty(_name, path, spec, wishes, _session.client());
+            if (found.values.empty() && found.inherited.empty() && depth == HSVNDepthEmpty) {
+                warnMissing(path);
+            }
+            print(path, found);
+        }
+        if (options.xml) {
+            XML::writeFooter("properties");
+        }
+        if (_isMissing) {
+            fail(General, "A problem occurred; see other errors for details");
+        }
+    }
+
+    void warnMissing(const std::string& path)
+    {
+        printWarning(failure(PropertyNotFound, fmt::format("Property '{}' not found on '{}'", _name, path)));
+        _isMissing = true;
+    }
+
+    void print(const std::string& target, const HSVNPropertyValues& found) const
+    {
+        for (const auto& [folder, properties] : found.inherited) {
+            printOne(target, folder, properties, true);
+        }
+        for (const auto& [path, value] : found.values) {
+            printOne(target, path, {{_name, value}}, false);
+        }
+    }
+
+    void printOne(const std::string& target, const std::string& path, const HSVNPropertyMap& properties,
+                  bool isInherited) const
+    {
+        if (_session.options.xml) {
+            XML xml;
+            xml.open("target", {{"path", path}});
+            addProperties(xml, isInherited ? "inherited_property" : "property", properties, true);
+            xml.close("target").write();
+            return;
+        }
+        const std::string shown = isURL(path) ? path : relativeToCurrentFolder(path);
+        if (_session.options.verbose) {
+            Output::write(isInherited
+                              ? fmt::format("Inherited properties on '{}',\nfrom '{}':\n", localStyle(target), shown)
+                              : fmt::format("Properties on '{}':\n", shown));
+            printProperties(properties, true);
+            return;
+        }
+        if (_showsPaths) {
+            Output::write(shown + " - ");
+        }
+        for (const auto& [name, value] : properties) {
+            printValue(name, value);
+        }
+        Output::write(_session.options.noNewline ? "" : "\n");
+    }
+
+    Session& _session;
+    std::string _name;
+    bool _showsPaths = false;
+    bool _isMissing = false;
+};
+
+void runPropget(Session& session) { PropgetRun{session}.run(); }
+
+} // namespace
+
+const Subcommand& propgetSubcommand()
+{
+    static const Subcommand subcommand{"propget",
+                                       {"pget", "pg"},
+                                       "Print the value of a property on files, dirs, or revisions.",
+                                       "1. propget PROPNAME [TARGET[@REV]...]\n"
+                                       "2. propget PROPNAME --revprop -r REV [TARGET]",
+                                       "1. Prints versioned props. If specified, REV determines in which\n"
+                                       "   revision the target is first looked up.\n"
+                                       "2. Prints unversioned remote prop on repos revision.\n"
+                                       "   TARGET only determines which repository to access.\n"
+                                       "\n"
+                                       "With --verbose, the target path and the property name are printed on\n"
+                                       "separate lines before each value.  Otherwise, if there is more than one\n"
+                                       "TARGET or a depth other than 'empty', the target path is printed on the\n"
+                                       "same line before each value.",
+                                       {OptionId::Verbose, OptionId::Recursive, OptionId::Depth, OptionId::Revision,
+                                        OptionId::Revprop, OptionId::Strict, OptionId::NoNewline, OptionId::XML,
+                                        OptionId::Changelist, OptionId::ShowInheritedProps},
+                                       {{OptionId::Verbose, "print path, name and value on separate lines"}},
+                                       runPropget};
+    return subcommand;
+}

@@ -1,0 +1,47 @@
+#include "HSVNListing.h"
+
+#include "HSVNBrowsingPrivate.h"
+#include "HSVNLockRecordPrivate.h"
+#include "HSVNRevisionNumberPrivate.h"
+
+namespace {
+
+struct ListingCall
+{
+    HSVNContext& context;
+    const HSVNListingReceiver& receiver;
+};
+
+svn_error_t* receiveItem(void* baton, const char* path, const svn_dirent_t* dirent, const svn_lock_t* lock,
+                         const char* absolutePath, const char* externalParentURL, const char* externalTarget,
+                         apr_pool_t*)
+{
+    const auto& call = *static_cast<ListingCall*>(baton);
+    return HSVNGuardCallback(call.context, [&]() -> svn_error_t* {
+        call.receiver({path, absolutePath, static_cast<HSVNNodeKind>(dirent->kind), dirent->size,
+                       dirent->has_props != 0, HSVNRevisionNumberFromSubversion(dirent->created_rev),
+                       HSVNDateOrNil(dirent->time), HSVNTextOrNil(dirent->last_author), HSVNLockRecordOf(lock),
+                       HSVNTextOrNil(externalParentURL), HSVNTextOrNil(externalTarget)});
+        return nullptr;
+    });
+}
+
+} // namespace
+
+void HSVNListItems(const std::string& target, const HSVNRevisionSpecRef& revision, const HSVNListingOptions& options,
+                   const HSVNListingReceiver& receiver, const HSVNContextRef& context)
+{
+    HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{context,
+                            "HSVNListing",
+                            "listItems:revision:withOptions:receiver:withContext:",
+                            {{"target", target}, {"revision", revision}, {"context", context}}};
+    const auto function = operation.extension(&HSVNBundleExtensions::client_list);
+    const HSVNRevisionRecords revisions{*revision};
+    ListingCall call{*context, receiver};
+    operation.check(function(operation.cString(target), &revisions.peg, &revisions.operative,
+                             HSVNFilterArray(operation, options.patterns), static_cast<svn_depth_t>(options.depth),
+                             options.allFields ? SVN_DIRENT_ALL : SVN_DIRENT_KIND, options.fetchLocks,
+                             options.includeExternals, receiveItem, &call, operation.ctx(), operation.pool()));
+}
