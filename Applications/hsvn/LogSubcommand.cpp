@@ -71,12 +71,14 @@ std::optional<std::vector<std::string>> wantedProperties(const Options& options)
         return std::vector<std::string>{};
     }
     if (!options.revisionProperties.empty()) {
-        for (const auto& name : options.revisionProperties) {
-            if (name.find('=') != std::string::npos) {
+        std::vector<std::string> names;
+        for (const auto& property : options.revisionProperties) {
+            if (property.value.value_or("").size() > 0) {
                 fail(ArgumentParsing, "cannot assign with 'with-revprop' option (drop the '=')");
             }
+            names.push_back(property.name);
         }
-        return options.revisionProperties;
+        return names;
     }
     std::vector<std::string> names{"svn:author", "svn:date"};
     if (!options.quiet) {
@@ -119,34 +121,36 @@ void runLog(Session& session)
 
 const Subcommand& logSubcommand()
 {
-    static const Subcommand subcommand{
-        "log",
-        {},
-        "Show the log messages for a set of revision(s) and/or path(s).",
-        "1. log [PATH][@REV]\n"
-        "2. log URL[@REV] [PATH...]",
-        "1. Print the log messages for the URL corresponding to PATH\n"
-        "   (default: '.'). If specified, REV is the revision in which the\n"
-        "   URL is first looked up, and the default revision range is REV:1.\n"
-        "   If REV is not specified, the default revision range is BASE:1,\n"
-        "   since the URL might not exist in the HEAD revision.\n"
-        "2. Print the log messages for the PATHs (default: '.') under URL.\n"
-        "   If specified, REV is the revision in which the URL is first\n"
-        "   looked up, and the default revision range is REV:1; otherwise,\n"
-        "   the URL is looked up in HEAD, and the default revision range is\n"
-        "   HEAD:1.\n"
-        "\n"
-        "Multiple '-c' or '-r' options may be specified (but not a combination\n"
-        "of the two), and mixing of forward and reverse ranges is allowed.\n"
-        "\n"
-        "With -v, also print all affected paths: A added, D deleted, R replaced\n"
-        "or M modified, with the source of a copy in parentheses.\n"
-        "With -q, don't print the log message itself.",
-        {OptionId::Revision, OptionId::Change, OptionId::Quiet, OptionId::Verbose, OptionId::UseMergeHistory,
-         OptionId::Targets, OptionId::StopOnCopy, OptionId::Incremental, OptionId::XML, OptionId::JSON, OptionId::Limit,
-         OptionId::WithAllRevprops, OptionId::WithNoRevprops, OptionId::WithRevprop},
-        {{OptionId::Quiet, "do not print the log message"}, {OptionId::Verbose, "also print all affected paths"}},
-        runLog,
-        true};
+    static const Subcommand subcommand{"log",
+                                       {},
+                                       "Show the log messages for a set of revision(s) and/or path(s).",
+                                       "1. log [PATH][@REV]\n"
+                                       "2. log URL[@REV] [PATH...]",
+                                       "1. Print the log messages for the URL corresponding to PATH\n"
+                                       "   (default: '.'). If specified, REV is the revision in which the\n"
+                                       "   URL is first looked up, and the default revision range is REV:1.\n"
+                                       "   If REV is not specified, the default revision range is BASE:1,\n"
+                                       "   since the URL might not exist in the HEAD revision.\n"
+                                       "2. Print the log messages for the PATHs (default: '.') under URL.\n"
+                                       "   If specified, REV is the revision in which the URL is first\n"
+                                       "   looked up, and the default revision range is REV:1; otherwise,\n"
+                                       "   the URL is looked up in HEAD, and the default revision range is\n"
+                                       "   HEAD:1.\n"
+                                       "\n"
+                                       "Multiple '-c' or '-r' options may be specified (but not a combination\n"
+                                       "of the two), and mixing of forward and reverse ranges is allowed.\n"
+                                       "\n"
+                                       "With -v, also print all affected paths: A added, D deleted, R replaced\n"
+                                       "or M modified, with the source of a copy in parentheses.\n"
+                                       "With -q, don't print the log message itself.",
+                                       {OptionId::Revision, OptionId::Change, OptionId::Quiet, OptionId::Verbose,
+                                        OptionId::UseMergeHistory, OptionId::Targets, OptionId::StopOnCopy,
+                                        OptionId::Incremental, OptionId::XML, OptionId::JSON, OptionId::Limit,
+                                        OptionId::WithAllRevprops, OptionId::WithNoRevprops, OptionId::WithRevprop},
+                                       {{OptionId::Quiet, "do not print the log message"},
+                                        {OptionId::Verbose, "also print all affected paths"},
+                                        {OptionId::WithRevprop, "retrieve revision property ARG"}},
+                                       runLog,
+                                       true};
     return subcommand;
 }

@@ -6,6 +6,7 @@
 #include "Session.h"
 #include "TextFiles.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <charconv>
@@ -33,18 +34,93 @@ void append(Session& /*session*/, Options& options, const std::string& argument)
     (options.*Member).push_back(NativeText::toUTF8(argument));
 }
 
+/// An option whose value is kept, as UTF-8 or in the encoding it was given in.
+template <auto Member>
+void setText(Session& /*session*/, Options& options, const std::string& argument)
+{
+    options.*Member = NativeText::toUTF8(argument);
+}
+
+template <auto Member>
+void setBytes(Session& /*session*/, Options& options, const std::string& argument)
+{
+    options.*Member = argument;
+}
+
+template <auto Member>
+void setClientText(Session& /*session*/, Options& options, const std::string& argument)
+{
+    options.client.*Member = NativeText::toUTF8(argument);
+}
+
+constexpr std::array depthWords{std::pair{"exclude", HSVNDepthExclude}, std::pair{"empty", HSVNDepthEmpty},
+                                std::pair{"files", HSVNDepthFiles}, std::pair{"immediates", HSVNDepthImmediates},
+                                std::pair{"infinity", HSVNDepthInfinity}};
+
+HSVNDepth depthNamed(const std::string& argument, bool mayExclude)
+{
+    for (const auto& [word, depth] : depthWords) {
+        if (argument == word && (mayExclude || depth != HSVNDepthExclude)) {
+            return depth;
+        }
+    }
+    fail(ArgumentParsing, fmt::format("'{}' is not a valid depth; try {}'empty', 'files', 'immediates', or 'infinity'",
+                                      NativeText::toUTF8(argument), mayExclude ? "'exclude', " : ""));
+}
+
 void applyDepth(Session& /*session*/, Options& options, const std::string& argument)
 {
-    constexpr std::array words{std::pair{"empty", HSVNDepthEmpty}, std::pair{"files", HSVNDepthFiles},
-                               std::pair{"immediates", HSVNDepthImmediates}, std::pair{"infinity", HSVNDepthInfinity}};
-    for (const auto& [word, depth] : words) {
+    options.depth = depthNamed(argument, false);
+}
+
+void applySetDepth(Session& /*session*/, Options& options, const std::string& argument)
+{
+    options.setDepth = depthNamed(argument, true);
+}
+
+void applyAccept(Session& /*session*/, Options& options, const std::string& argument)
+{
+    constexpr std::array words{
+        std::pair{"postpone", Accept::Postpone},
+        std::pair{"p", Accept::Postpone},
+        std::pair{"working", Accept::Working},
+        std::pair{"base", Accept::Base},
+        std::pair{"mine-conflict", Accept::MineConflict},
+        std::pair{"mc", Accept::MineConflict},
+        std::pair{"theirs-conflict", Accept::TheirsConflict},
+        std::pair{"tc", Accept::TheirsConflict},
+        std::pair{"mine-full", Accept::MineFull},
+        std::pair{"mf", Accept::MineFull},
+        std::pair{"theirs-full", Accept::TheirsFull},
+        std::pair{"tf", Accept::TheirsFull},
+        std::pair{"edit", Accept::Edit},
+        std::pair{"e", Accept::Edit},
+        std::pair{"launch", Accept::Launch},
+        std::pair{"l", Accept::Launch},
+        std::pair{"recommended", Accept::Recommended},
+        std::pair{"r", Accept::Recommended},
+    };
+    for (const auto& [word, accept] : words) {
         if (argument == word) {
-            options.depth = depth;
+            options.accept = accept;
             return;
         }
     }
-    fail(ArgumentParsing, fmt::format("'{}' is not a valid depth; try 'empty', 'files', 'immediates', or 'infinity'",
-                                      NativeText::toUTF8(argument)));
+    fail(ArgumentParsing, fmt::format("'{}' is not a valid --accept value", NativeText::toUTF8(argument)));
+}
+
+void applyNativeEOL(Session& /*session*/, Options& options, const std::string& argument)
+{
+    if (argument != "LF" && argument != "CR" && argument != "CRLF") {
+        fail(ArgumentParsing, fmt::format("Syntax error in native-eol argument '{}'", NativeText::toUTF8(argument)));
+    }
+    options.nativeEOL = argument;
+}
+
+void applyFile(Session& /*session*/, Options& options, const std::string& argument)
+{
+    options.file = NativeText::toUTF8(argument);
+    options.fileContents = contentsOfFile(*options.file);
 }
 
 void applyRecursive(Session& /*session*/, Options& options, const std::string& /*argument*/)
@@ -72,28 +148,33 @@ void applyLimit(Session& /*session*/, Options& options, const std::string& argum
     options.limit = limit;
 }
 
-/// A revision property by its name; a value after "=" is for subcommands that commit.
+bool isPropertyName(std::string_view name)
+{
+    constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ:_";
+    constexpr std::string_view further = "0123456789-.";
+    return !name.empty() && letters.find(name.front()) != std::string_view::npos &&
+           std::all_of(name.begin(), name.end(), [&](char character) {
+               return letters.find(character) != std::string_view::npos ||
+                      further.find(character) != std::string_view::npos;
+           });
+}
+
+/// NAME or NAME=VALUE
 void applyRevprop(Session& /*session*/, Options& options, const std::string& argument)
 {
     if (argument.empty()) {
         fail(ArgumentParsing, "Revision property pair is empty");
     }
-    options.revisionProperties.push_back(NativeText::toUTF8(argument));
-}
-
-void applyShowItem(Session& /*session*/, Options& options, const std::string& argument)
-{
-    options.showItem = NativeText::toUTF8(argument);
-}
-
-void applyUsername(Session& /*session*/, Options& options, const std::string& argument)
-{
-    options.client.username = NativeText::toUTF8(argument);
-}
-
-void applyPassword(Session& /*session*/, Options& options, const std::string& argument)
-{
-    options.client.password = NativeText::toUTF8(argument);
+    const std::string text = NativeText::toUTF8(argument);
+    const auto equals = text.find('=');
+    RevisionPropertyArgument property{text.substr(0, equals), std::nullopt};
+    if (!isPropertyName(property.name)) {
+        fail(PropertyName, fmt::format("'{}' is not a valid Subversion property name", property.name));
+    }
+    if (equals != std::string::npos) {
+        property.value = text.substr(equals + 1);
+    }
+    options.revisionProperties.push_back(std::move(property));
 }
 
 void applyTrustServerCert(Session& /*session*/, Options& options, const std::string& /*argument*/)
@@ -123,11 +204,6 @@ void applyTrustFailures(Session& /*session*/, Options& options, const std::strin
                              value));
         }
     }
-}
-
-void applyConfigDir(Session& /*session*/, Options& options, const std::string& argument)
-{
-    options.client.configurationDirectory = NativeText::toUTF8(argument);
 }
 
 /// FILE:SECTION:OPTION=[VALUE]
@@ -195,7 +271,8 @@ constexpr std::array table{
            set<&Options::allRevisionProperties>},
     Option{OptionId::WithNoRevprops, "with-no-revprops", nullptr, 0, nullptr, "retrieve no revision properties",
            set<&Options::noRevisionProperties>},
-    Option{OptionId::WithRevprop, "with-revprop", nullptr, 0, "ARG", "retrieve revision property ARG", applyRevprop},
+    Option{OptionId::WithRevprop, "with-revprop", nullptr, 0, "ARG",
+           "set revision property ARG in new revision\nusing the name[=value] format", applyRevprop},
     Option{OptionId::Revprop, "revprop", nullptr, 0, nullptr, "operate on a revision property (use with -r)",
            set<&Options::revisionProperty>},
     Option{OptionId::ShowInheritedProps, "show-inherited-props", nullptr, 0, nullptr,
@@ -220,15 +297,135 @@ constexpr std::array table{
            "last-changed-revision, last-changed-date,\n"
            "last-changed-author, wc-root, schedule,\n"
            "depth, changelist",
-           applyShowItem},
+           setText<&Options::showItem>},
+    Option{OptionId::Force, "force", nullptr, 0, nullptr, "force operation to run", set<&Options::force>},
+    Option{OptionId::DryRun, "dry-run", nullptr, 0, nullptr, "try operation but make no changes",
+           set<&Options::dryRun>},
+    Option{OptionId::Parents, "parents", nullptr, 0, nullptr, "make intermediate directories", set<&Options::parents>},
+    Option{OptionId::SetDepth, "set-depth", nullptr, 0, "ARG",
+           "set new working copy depth to ARG ('exclude',\n"
+           "'empty', 'files', 'immediates', or 'infinity')",
+           applySetDepth},
+    Option{OptionId::Accept, "accept", nullptr, 0, "ARG",
+           "specify automatic conflict resolution action\n"
+           "('postpone', 'working', 'base', 'mine-conflict',\n"
+           "'theirs-conflict', 'mine-full', 'theirs-full',\n"
+           "'edit', 'launch', 'recommended') (shorthand:\n"
+           "'p', 'mc', 'tc', 'mf', 'tf', 'e', 'l', 'r')",
+           applyAccept},
+    Option{OptionId::AddsAsModification, "adds-as-modification", nullptr, 0, nullptr,
+           "local additions are merged with incoming additions", set<&Options::addsAsModification>},
+    Option{OptionId::AllowMixedRevisions, "allow-mixed-revisions", nullptr, 0, nullptr,
+           "allow operation on a mixed-revision working copy;\n"
+           "better run 'update' first",
+           set<&Options::allowMixedRevisions>},
+    Option{OptionId::RecordOnly, "record-only", nullptr, 0, nullptr, "merge only mergeinfo differences",
+           set<&Options::recordOnly>},
+    Option{OptionId::IgnoreAncestry, "ignore-ancestry", nullptr, 0, nullptr,
+           "disable merge tracking; diff nodes as if related", set<&Options::ignoreAncestry>},
+    Option{OptionId::Reintegrate, "reintegrate", nullptr, 0, nullptr, "deprecated", set<&Options::reintegrate>},
+    Option{OptionId::Relocate, "relocate", nullptr, 0, nullptr, "deprecated; use 'relocate'", set<&Options::relocate>},
+    Option{OptionId::NativeEOL, "native-eol", nullptr, 0, "ARG",
+           "use a different EOL marker than the standard\n"
+           "system marker for files with the svn:eol-style\n"
+           "property set to 'native'.\n"
+           "ARG may be one of 'LF', 'CR', 'CRLF'",
+           applyNativeEOL},
+    Option{OptionId::AutoProps, "auto-props", nullptr, 0, nullptr, "enable automatic properties",
+           set<&Options::autoProperties>},
+    Option{OptionId::NoAutoProps, "no-auto-props", nullptr, 0, nullptr, "disable automatic properties",
+           set<&Options::noAutoProperties>},
+    Option{OptionId::KeepLocal, "keep-local", nullptr, 0, nullptr, "keep path in working copy",
+           set<&Options::keepLocal>},
+    Option{OptionId::PinExternals, "pin-externals", nullptr, 0, nullptr,
+           "pin externals with no explicit revision to their\n"
+           "current revision (recommended when tagging)",
+           set<&Options::pinExternals>},
+    Option{OptionId::NoUnlock, "no-unlock", nullptr, 0, nullptr, "don't unlock the targets", set<&Options::noUnlock>},
+    Option{OptionId::KeepChangelists, "keep-changelists", nullptr, 0, nullptr, "don't delete changelists after commit",
+           set<&Options::keepChangelists>},
+    Option{OptionId::Remove, "remove", nullptr, 0, nullptr, "remove changelist association", set<&Options::remove>},
+    Option{OptionId::RemoveAdded, "remove-added", nullptr, 0, nullptr,
+           "reverting an added item will remove it from disk", set<&Options::removeAdded>},
+    Option{OptionId::RemoveUnversioned, "remove-unversioned", nullptr, 0, nullptr, "remove unversioned items",
+           set<&Options::removeUnversioned>},
+    Option{OptionId::RemoveIgnored, "remove-ignored", nullptr, 0, nullptr, "remove ignored items",
+           set<&Options::removeIgnored>},
+    Option{OptionId::VacuumPristines, "vacuum-pristines", nullptr, 0, nullptr,
+           "remove unreferenced pristines from .svn directory", set<&Options::vacuumPristines>},
+    Option{OptionId::Message, "message", nullptr, 'm', "ARG", "specify log message ARG", setBytes<&Options::message>},
+    Option{OptionId::File, "file", nullptr, 'F', "ARG", "read log message from file ARG", applyFile},
+    Option{OptionId::ForceLog, "force-log", nullptr, 0, nullptr, "force validity of log message source",
+           set<&Options::forceLog>},
+    Option{OptionId::Encoding, "encoding", nullptr, 0, "ARG", "treat value as being in charset encoding ARG",
+           setBytes<&Options::encoding>},
+    Option{OptionId::EditorCmd, "editor-cmd", nullptr, 0, "ARG", "use ARG as external editor",
+           setBytes<&Options::editorCommand>},
+    Option{OptionId::Diff3Cmd, "diff3-cmd", nullptr, 0, "ARG", "use ARG as merge command",
+           setBytes<&Options::mergeCommand>},
+    Option{OptionId::DiffCmd, "diff-cmd", nullptr, 0, "ARG", "use ARG as diff command",
+           setBytes<&Options::diffCommand>},
+    Option{OptionId::InternalDiff, "internal-diff", nullptr, 0, nullptr, "override diff-cmd specified in config file",
+           set<&Options::internalDiff>},
+    Option{OptionId::Extensions, "extensions", nullptr, 'x', "ARG",
+           "options of the program or the code that compares\n"
+           "files, separated by spaces, '-u' by default. Those\n"
+           "of the code that is built in are:\n"
+           "  -u, --unified: show 3 lines of unified context\n"
+           "  -b, --ignore-space-change: ignore changes in\n"
+           "    amount of white space\n"
+           "  -w, --ignore-all-space: ignore all white space\n"
+           "  --ignore-eol-style: ignore changes in EOL style\n"
+           "  -U ARG, --context ARG: show ARG lines of context\n"
+           "  -p, --show-c-function: show C function name",
+           setText<&Options::extensions>},
+    Option{OptionId::Old, "old", nullptr, 0, "ARG", "use ARG as the older target", setBytes<&Options::oldTarget>},
+    Option{OptionId::New, "new", nullptr, 0, "ARG", "use ARG as the newer target", setBytes<&Options::newTarget>},
+    Option{OptionId::NoDiffAdded, "no-diff-added", nullptr, 0, nullptr, "do not print differences for added files",
+           set<&Options::noDiffAdded>},
+    Option{OptionId::NoDiffDeleted, "no-diff-deleted", nullptr, 0, nullptr,
+           "do not print differences for deleted files", set<&Options::noDiffDeleted>},
+    Option{OptionId::IgnoreProperties, "ignore-properties", nullptr, 0, nullptr,
+           "ignore properties during the operation", set<&Options::ignoreProperties>},
+    Option{OptionId::PropertiesOnly, "properties-only", nullptr, 0, nullptr,
+           "show only properties during the operation", set<&Options::propertiesOnly>},
+    Option{OptionId::ShowCopiesAsAdds, "show-copies-as-adds", nullptr, 0, nullptr,
+           "don't diff copied or moved files with their source", set<&Options::showCopiesAsAdds>},
+    Option{OptionId::NoticeAncestry, "notice-ancestry", nullptr, 0, nullptr, "diff unrelated nodes as delete and add",
+           set<&Options::noticeAncestry>},
+    Option{OptionId::Summarize, "summarize", nullptr, 0, nullptr, "show a summary of the results",
+           set<&Options::summarize>},
+    Option{OptionId::Git, "git", nullptr, 0, nullptr, "use git's extended diff format", set<&Options::gitFormat>},
+    Option{OptionId::PatchCompatible, "patch-compatible", nullptr, 0, nullptr,
+           "generate diff suitable for generic third-party\n"
+           "patch tools; currently the same as\n"
+           "--show-copies-as-adds --ignore-properties",
+           set<&Options::patchCompatible>},
+    Option{OptionId::FileSystemType, "fs-type", nullptr, 0, "ARG",
+           "type of repository: 'fsfs' (default), 'bdb' or 'fsx'", setText<&Options::fileSystemType>},
+    Option{OptionId::CompatibleVersion, "compatible-version", nullptr, 0, "ARG",
+           "use repository format compatible with Subversion\n"
+           "version ARG (\"1.5.5\", \"1.7\", etc.)",
+           setText<&Options::compatibleVersion>},
+    Option{OptionId::Pre14Compatible, "pre-1.4-compatible", nullptr, 0, nullptr, "deprecated; see --compatible-version",
+           set<&Options::pre14Compatible>},
+    Option{OptionId::Pre15Compatible, "pre-1.5-compatible", nullptr, 0, nullptr, "deprecated; see --compatible-version",
+           set<&Options::pre15Compatible>},
+    Option{OptionId::Pre16Compatible, "pre-1.6-compatible", nullptr, 0, nullptr, "deprecated; see --compatible-version",
+           set<&Options::pre16Compatible>},
+    Option{OptionId::BDBTxnNosync, "bdb-txn-nosync", nullptr, 0, nullptr,
+           "disable fsync at transaction commit [Berkeley DB]", set<&Options::bdbTransactionNoSync>},
+    Option{OptionId::BDBLogKeep, "bdb-log-keep", nullptr, 0, nullptr,
+           "disable automatic log file removal [Berkeley DB]", set<&Options::bdbLogKeep>},
     Option{OptionId::Incremental, "incremental", nullptr, 0, nullptr, "give output suitable for concatenation",
            set<&Options::incremental>},
     Option{OptionId::XML, "xml", nullptr, 0, nullptr, "output in XML", set<&Options::xml>},
     Option{OptionId::JSON, "json", nullptr, 0, nullptr, "output in JSON", set<&Options::json>},
-    Option{OptionId::Username, "username", nullptr, 0, "ARG", "specify a username ARG", applyUsername},
+    Option{OptionId::Username, "username", nullptr, 0, "ARG", "specify a username ARG",
+           setClientText<&HSVNClientSettings::username>},
     Option{OptionId::Password, "password", nullptr, 0, "ARG",
            "specify a password ARG (caution: on many operating\nsystems, other users will be able to see this)",
-           applyPassword},
+           setClientText<&HSVNClientSettings::password>},
     Option{OptionId::PasswordFromStdin, "password-from-stdin", nullptr, 0, nullptr, "read password from stdin",
            set<&Options::passwordFromInput>},
     Option{OptionId::NoAuthCache, "no-auth-cache", nullptr, 0, nullptr, "do not cache authentication tokens",
@@ -251,7 +448,7 @@ constexpr std::array table{
            "separately classified certificate errors).",
            applyTrustFailures},
     Option{OptionId::ConfigDir, "config-dir", nullptr, 0, "ARG", "read user configuration files from directory ARG",
-           applyConfigDir},
+           setClientText<&HSVNClientSettings::configurationDirectory>},
     Option{OptionId::ConfigOption, "config-option", nullptr, 0, "ARG",
            "set user configuration option in the format:\n"
            "    FILE:SECTION:OPTION=[VALUE]\n"

@@ -2,6 +2,7 @@
 
 #include <HSVN/HSVN.h>
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <vector>
@@ -11,6 +12,29 @@ struct RevisionArgument
 {
     HSVNRevisionRef start = HSVNRevision::UNSPECIFIED();
     HSVNRevisionRef end = HSVNRevision::UNSPECIFIED();
+};
+
+/// How --accept settles conflicts.
+enum class Accept : std::uint8_t
+{
+    Unspecified,
+    Postpone,
+    Working,
+    Base,
+    MineConflict,
+    TheirsConflict,
+    MineFull,
+    TheirsFull,
+    Edit,
+    Launch,
+    Recommended
+};
+
+/// A revision property of --with-revprop.
+struct RevisionPropertyArgument
+{
+    std::string name;
+    std::optional<std::string> value; ///< what follows "="
 };
 
 /// What the options of a command line ask for.
@@ -39,7 +63,68 @@ struct Options
     std::optional<int> limit;
     bool allRevisionProperties = false;
     bool noRevisionProperties = false;
-    std::vector<std::string> revisionProperties; ///< names, of --with-revprop
+    std::vector<RevisionPropertyArgument> revisionProperties;
+
+    // What is changed
+    bool force = false;
+    bool dryRun = false;
+    bool parents = false;
+    HSVNDepth setDepth = HSVNDepthUnknown; ///< HSVNDepthExclude among others
+    Accept accept = Accept::Unspecified;
+    bool addsAsModification = false;
+    bool allowMixedRevisions = false;
+    bool recordOnly = false;
+    bool ignoreAncestry = false;
+    bool reintegrate = false;
+    bool relocate = false;
+    std::optional<std::string> nativeEOL; ///< "LF", "CR" or "CRLF"
+    bool autoProperties = false;
+    bool noAutoProperties = false;
+    bool keepLocal = false;
+    bool pinExternals = false;
+    bool noUnlock = false;
+    bool keepChangelists = false;
+    bool remove = false;
+    bool removeAdded = false;
+    bool removeUnversioned = false;
+    bool removeIgnored = false;
+    bool vacuumPristines = false;
+
+    // Log messages and other values; bytes in `encoding`, or in the locale's where there is none
+    std::optional<std::string> message;
+    std::optional<std::string> file;         ///< of -F, its path as UTF-8
+    std::optional<std::string> fileContents; ///< of -F
+    bool forceLog = false;
+    std::optional<std::string> encoding;
+
+    // Programs to run, in the locale's encoding
+    std::optional<std::string> editorCommand;
+    std::optional<std::string> mergeCommand;
+    std::optional<std::string> diffCommand;
+
+    // Differences
+    bool internalDiff = false;
+    std::optional<std::string> extensions;
+    std::optional<std::string> oldTarget;
+    std::optional<std::string> newTarget;
+    bool noDiffAdded = false;
+    bool noDiffDeleted = false;
+    bool ignoreProperties = false;
+    bool propertiesOnly = false;
+    bool showCopiesAsAdds = false;
+    bool noticeAncestry = false;
+    bool summarize = false;
+    bool gitFormat = false;
+    bool patchCompatible = false;
+
+    // A new repository
+    std::optional<std::string> fileSystemType;
+    std::optional<std::string> compatibleVersion;
+    bool pre14Compatible = false;
+    bool pre15Compatible = false;
+    bool pre16Compatible = false;
+    bool bdbTransactionNoSync = false;
+    bool bdbLogKeep = false;
 
     // How it is shown
     bool quiet = false;

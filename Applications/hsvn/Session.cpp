@@ -7,7 +7,6 @@
 #include "TextFiles.h"
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 namespace {
 
@@ -65,7 +64,6 @@ const HSVNClientRef& Session::client()
     if (options.passwordFromInput) {
         settings.password = passwordFromInput();
     }
-    settings.nonInteractive = settings.nonInteractive || (!options.forceInteractive && isatty(STDIN_FILENO) == 0);
     if (const auto refused = HSVNApplyClientSettings(settings, client)) {
         printWarning(*refused);
     }

@@ -10,6 +10,7 @@
 #include <cstdlib>
 #include <fmt/format.h>
 #include <iostream>
+#include <unistd.h>
 
 namespace {
 
@@ -54,7 +55,7 @@ void checkOptions(const Subcommand& subcommand, const CommandLine& line, const O
     }
 }
 
-void settleRevisionsAndDepth(const Subcommand& subcommand, Options& options)
+void settleRevisions(const Subcommand& subcommand, Options& options)
 {
     if (!subcommand.takesRevisionRanges && options.revisions.size() > 1) {
         fail(ArgumentParsing, "Multiple revision arguments encountered; can't specify -c twice, or both -c and -r");
@@ -67,8 +68,30 @@ void settleRevisionsAndDepth(const Subcommand& subcommand, Options& options)
     if (options.revisions.empty()) {
         options.revisions.emplace_back();
     }
-    if (options.nonRecursive) {
-        options.depth = subcommand.nonRecursiveDepth;
+}
+
+/// Without a terminal nobody is asked.
+void settleInteraction(Options& options)
+{
+    options.client.nonInteractive =
+        options.client.nonInteractive || (!options.forceInteractive && isatty(STDIN_FILENO) == 0);
+}
+
+/// Options that do not go together, of subcommands that accept both.
+void checkExclusions(const Options& options)
+{
+    if (options.depth != HSVNDepthUnknown && options.setDepth != HSVNDepthUnknown) {
+        fail(ArgumentParsing, "--depth and --set-depth are mutually exclusive");
+    }
+    if (options.file && options.message) {
+        fail(ArgumentParsing, "--message (-m) and --file (-F) are mutually exclusive");
+    }
+    if (options.diffCommand && options.internalDiff) {
+        fail(ArgumentParsing, "--diff-cmd and --internal-diff are mutually exclusive");
+    }
+    if (options.client.nonInteractive && (options.accept == Accept::Edit || options.accept == Accept::Launch)) {
+        fail(ArgumentParsing, fmt::format("--accept={} incompatible with --non-interactive",
+                                          options.accept == Accept::Edit ? "edit" : "launch"));
     }
 }
 
@@ -106,7 +129,12 @@ void run(int count, char** words)
     const Subcommand& subcommand = chooseSubcommand(line, session.options);
     session.subcommand = &subcommand;
     checkOptions(subcommand, line, session.options);
-    settleRevisionsAndDepth(subcommand, session.options);
+    settleRevisions(subcommand, session.options);
+    settleInteraction(session.options);
+    checkExclusions(session.options);
+    if (session.options.nonRecursive) {
+        session.options.depth = subcommand.nonRecursiveDepth;
+    }
     const bool isNamed = !line.arguments.empty() && !session.options.help;
     session.arguments.assign(line.arguments.begin() + (isNamed ? 1 : 0), line.arguments.end());
     try {
