@@ -68,6 +68,7 @@
 #include "HSVNPropertyNames.h"
 #include "HSVNPropertyReading.h"
 #include "HSVNRepository.h"
+#include "HSVNRepositoryCreation.h"
 #include "HSVNRepositoryInfo.h"
 #include "HSVNRepositoryOptions.h"
 #include "HSVNResolveOptions.h"
@@ -94,3 +95,4 @@
 #include "HSVNUpdateOptions.h"
 #include "HSVNUserInfo.h"
 #include "HSVNVersion.h"
+#include "HSVNWorkingCopyChanges.h"

@@ -118,6 +118,55 @@ struct HSVNBundleExtensions
     /// svn_wc_conflicted_p3, 1.7 and later: which kinds of conflict the item is in.
     svn_error_t* (*wc_conflicted)(svn_boolean_t* text, svn_boolean_t* properties, svn_boolean_t* tree, const char* path,
                                   svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_add5, 1.8 and later
+    svn_error_t* (*client_add)(const char* path, svn_depth_t depth, svn_boolean_t force, svn_boolean_t noIgnore,
+                               svn_boolean_t noAutoProperties, svn_boolean_t addParents, svn_client_ctx_t* ctx,
+                               apr_pool_t* pool);
+    /// svn_client_revert4, 1.11 and later
+    svn_error_t* (*client_revert)(const apr_array_header_t* paths, svn_depth_t depth,
+                                  const apr_array_header_t* changelists, svn_boolean_t clearChangelists,
+                                  svn_boolean_t metadataOnly, svn_boolean_t keepAdded, svn_client_ctx_t* ctx,
+                                  apr_pool_t* pool);
+    /// svn_client_resolve, 1.5 and later; the choice is a svn_wc_conflict_choice_t
+    svn_error_t* (*client_resolve)(const char* path, svn_depth_t depth, int choice, svn_client_ctx_t* ctx,
+                                   apr_pool_t* pool);
+    /// svn_client_propset_local, 1.7 and later; a null value deletes the property
+    svn_error_t* (*client_propset)(const char* name, const svn_string_t* value, const apr_array_header_t* targets,
+                                   svn_depth_t depth, svn_boolean_t skipChecks, const apr_array_header_t* changelists,
+                                   svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_revprop_set2 without an original value, 1.6 and later; a null value deletes the property
+    svn_error_t* (*client_revprop_set)(const char* name, const svn_string_t* value, const char* url,
+                                       const svn_opt_revision_t* revision, svn_revnum_t* number, svn_boolean_t force,
+                                       svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_lock
+    svn_error_t* (*client_lock)(const apr_array_header_t* targets, const char* comment, svn_boolean_t steal,
+                                svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_unlock
+    svn_error_t* (*client_unlock)(const apr_array_header_t* targets, svn_boolean_t breakLock, svn_client_ctx_t* ctx,
+                                  apr_pool_t* pool);
+    /// svn_client_cleanup2, 1.9 and later
+    svn_error_t* (*client_cleanup)(const char* path, svn_boolean_t breakLocks, svn_boolean_t fixTimestamps,
+                                   svn_boolean_t clearWebCache, svn_boolean_t vacuumPristines,
+                                   svn_boolean_t includeExternals, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_vacuum, 1.9 and later
+    svn_error_t* (*client_vacuum)(const char* path, svn_boolean_t removeUnversioned, svn_boolean_t removeIgnored,
+                                  svn_boolean_t fixTimestamps, svn_boolean_t vacuumPristines,
+                                  svn_boolean_t includeExternals, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_upgrade, 1.7 and later
+    svn_error_t* (*client_upgrade)(const char* path, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_relocate2, 1.7 and later
+    svn_error_t* (*client_relocate)(const char* path, const char* from, const char* to, svn_boolean_t ignoreExternals,
+                                    svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_add_to_changelist, 1.5 and later
+    svn_error_t* (*client_add_to_changelist)(const apr_array_header_t* paths, const char* changelist, svn_depth_t depth,
+                                             const apr_array_header_t* changelists, svn_client_ctx_t* ctx,
+                                             apr_pool_t* pool);
+    /// svn_client_remove_from_changelists, 1.5 and later
+    svn_error_t* (*client_remove_from_changelists)(const apr_array_header_t* paths, svn_depth_t depth,
+                                                   const apr_array_header_t* changelists, svn_client_ctx_t* ctx,
+                                                   apr_pool_t* pool);
+    /// svn_repos_create with a configuration of the file system, an array of names and values in turn
+    svn_error_t* (*repos_create)(const char* path, const apr_array_header_t* configuration, apr_pool_t* pool);
 };
 
 extern "C" {

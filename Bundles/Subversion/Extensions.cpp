@@ -1,12 +1,9 @@
 #include "CanonicalPaths.h"
-
-#include "HSVNBundleExtensionsPrivate.h"
+#include "ExtensionTable.h"
+#include "ExtensionTargets.h"
 
 #include <apr_getopt.h>
 #include <svn_cmdline.h>
-#if SVN_VER_MINOR >= 7
-#include <svn_dirent_uri.h>
-#endif
 
 namespace HSVNAdapter {
 namespace {
@@ -16,27 +13,6 @@ static_assert(sizeof(HSVNBundleExtensions::RevisionRange) == sizeof(svn_opt_revi
 #endif
 
 #if SVN_VER_MINOR >= 7
-/// A target that is canonical already stays as it is, a relative one too; any other becomes absolute.
-svn_error_t* checkTarget(const char** target, apr_pool_t* pool)
-{
-    const char* checked = *target;
-    if (isURL(checked) ? svn_uri_is_canonical(checked, pool) : *checked == '\0') {
-        return SVN_NO_ERROR;
-    }
-    HSVN_CANONICAL_TARGET(checked, pool);
-    if (isURL(checked) || !svn_dirent_is_canonical(*target, pool)) {
-        *target = checked;
-    }
-    return SVN_NO_ERROR;
-}
-
-/// The same for functions that take absolute targets only.
-svn_error_t* checkAbsoluteTarget(const char** target, apr_pool_t* pool)
-{
-    SVN_ERR(checkTarget(target, pool));
-    return isURL(*target) ? SVN_NO_ERROR : svn_dirent_get_absolute(target, *target, pool);
-}
-
 svn_error_t* targetArray(apr_array_header_t** targets, const apr_array_header_t* arguments, svn_client_ctx_t* ctx,
                          apr_pool_t* pool)
 {
@@ -55,12 +31,6 @@ svn_error_t* conflicted(svn_boolean_t* text, svn_boolean_t* properties, svn_bool
 {
     SVN_ERR(checkAbsoluteTarget(&path, pool));
     return svn_wc_conflicted_p3(text, properties, tree, ctx->wc_ctx, path, pool);
-}
-#else
-svn_error_t* checkTarget(const char** target, apr_pool_t* pool)
-{
-    HSVN_CANONICAL_TARGET(*target, pool);
-    return SVN_NO_ERROR;
 }
 #endif
 
@@ -141,10 +111,7 @@ svn_error_t* status(svn_revnum_t* result, svn_client_ctx_t* ctx, const char* pat
                     svn_boolean_t ignoreExternals, const apr_array_header_t* changelists,
                     HSVNBundleExtensions::StatusReceiver receiver, void* baton, apr_pool_t* pool)
 {
-    if (isURL(path)) {
-        return svn_error_createf(SVN_ERR_ILLEGAL_TARGET, nullptr, "'%s' is not a local path", path);
-    }
-    SVN_ERR(checkTarget(&path, pool));
+    SVN_ERR(checkLocalTarget(&path, pool));
     return svn_client_status6(result, ctx, path, revision, depth, getAll, checkOutOfDate, TRUE, noIgnore,
                               ignoreExternals, FALSE, changelists, receiver, baton, pool);
 }
@@ -229,6 +196,7 @@ HSVNBundleExtensions makeExtensions()
 #if SVN_VER_MINOR >= 10
     table.client_list = list;
 #endif
+    fillWorkingCopyExtensions(table);
     return table;
 }
 

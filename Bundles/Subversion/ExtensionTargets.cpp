@@ -1,0 +1,56 @@
+#include "ExtensionTargets.h"
+
+#if SVN_VER_MINOR >= 7
+#include <svn_dirent_uri.h>
+#endif
+
+namespace HSVNAdapter {
+
+#if SVN_VER_MINOR >= 7
+svn_error_t* checkTarget(const char** target, apr_pool_t* pool)
+{
+    const char* checked = *target;
+    if (isURL(checked) ? svn_uri_is_canonical(checked, pool) : *checked == '\0') {
+        return SVN_NO_ERROR;
+    }
+    HSVN_CANONICAL_TARGET(checked, pool);
+    if (isURL(checked) || !svn_dirent_is_canonical(*target, pool)) {
+        *target = checked;
+    }
+    return SVN_NO_ERROR;
+}
+
+svn_error_t* checkAbsoluteTarget(const char** target, apr_pool_t* pool)
+{
+    SVN_ERR(checkTarget(target, pool));
+    return isURL(*target) ? SVN_NO_ERROR : svn_dirent_get_absolute(target, *target, pool);
+}
+#else
+svn_error_t* checkTarget(const char** target, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_TARGET(*target, pool);
+    return SVN_NO_ERROR;
+}
+
+svn_error_t* checkAbsoluteTarget(const char** target, apr_pool_t* pool) { return checkTarget(target, pool); }
+#endif
+
+svn_error_t* checkLocalTarget(const char** target, apr_pool_t* pool)
+{
+    if (isURL(*target)) {
+        return svn_error_createf(SVN_ERR_ILLEGAL_TARGET, nullptr, "'%s' is not a local path", *target);
+    }
+    return checkTarget(target, pool);
+}
+
+svn_error_t* checkLocalTargets(const apr_array_header_t** targets, apr_pool_t* pool)
+{
+    auto* const checked = apr_array_copy(pool, *targets);
+    for (int index = 0; index < checked->nelts; ++index) {
+        SVN_ERR(checkLocalTarget(&APR_ARRAY_IDX(checked, index, const char*), pool));
+    }
+    *targets = checked;
+    return SVN_NO_ERROR;
+}
+
+} // namespace HSVNAdapter

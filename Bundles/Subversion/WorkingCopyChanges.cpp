@@ -1,0 +1,171 @@
+#include "ExtensionTable.h"
+#include "ExtensionTargets.h"
+
+namespace HSVNAdapter {
+namespace {
+
+#if SVN_VER_MINOR >= 5
+svn_error_t* resolve(const char* path, svn_depth_t depth, int choice, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkLocalTarget(&path, pool));
+    return svn_client_resolve(path, depth, static_cast<svn_wc_conflict_choice_t>(choice), ctx, pool);
+}
+
+svn_error_t* addToChangelist(const apr_array_header_t* paths, const char* changelist, svn_depth_t depth,
+                             const apr_array_header_t* changelists, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkLocalTargets(&paths, pool));
+    return svn_client_add_to_changelist(paths, changelist, depth, changelists, ctx, pool);
+}
+
+svn_error_t* removeFromChangelists(const apr_array_header_t* paths, svn_depth_t depth,
+                                   const apr_array_header_t* changelists, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkLocalTargets(&paths, pool));
+    return svn_client_remove_from_changelists(paths, depth, changelists, ctx, pool);
+}
+#endif
+
+#if SVN_VER_MINOR >= 6
+svn_error_t* revpropSet(const char* name, const svn_string_t* value, const char* url,
+                        const svn_opt_revision_t* revision, svn_revnum_t* number, svn_boolean_t force,
+                        svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_URL(url, pool);
+    return svn_client_revprop_set2(name, value, nullptr, url, revision, number, force, ctx, pool);
+}
+#endif
+
+#if SVN_VER_MINOR >= 7
+svn_error_t* propset(const char* name, const svn_string_t* value, const apr_array_header_t* targets, svn_depth_t depth,
+                     svn_boolean_t skipChecks, const apr_array_header_t* changelists, svn_client_ctx_t* ctx,
+                     apr_pool_t* pool)
+{
+    SVN_ERR(checkLocalTargets(&targets, pool));
+    return svn_client_propset_local(name, value, targets, depth, skipChecks, changelists, ctx, pool);
+}
+
+svn_error_t* upgrade(const char* path, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkLocalTarget(&path, pool));
+    return svn_client_upgrade(path, ctx, pool);
+}
+
+svn_error_t* relocate(const char* path, const char* from, const char* to, svn_boolean_t ignoreExternals,
+                      svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkLocalTarget(&path, pool));
+    return svn_client_relocate2(path, from, to, ignoreExternals, ctx, pool);
+}
+#endif
+
+#if SVN_VER_MINOR >= 8
+svn_error_t* add(const char* path, svn_depth_t depth, svn_boolean_t force, svn_boolean_t noIgnore,
+                 svn_boolean_t noAutoProperties, svn_boolean_t addParents, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkLocalTarget(&path, pool));
+    return svn_client_add5(path, depth, force, noIgnore, noAutoProperties, addParents, ctx, pool);
+}
+#endif
+
+#if SVN_VER_MINOR >= 9
+svn_error_t* cleanup(const char* path, svn_boolean_t breakLocks, svn_boolean_t fixTimestamps,
+                     svn_boolean_t clearWebCache, svn_boolean_t vacuumPristines, svn_boolean_t includeExternals,
+                     svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkLocalTarget(&path, pool));
+    SVN_ERR(checkAbsoluteTarget(&path, pool));
+    return svn_client_cleanup2(path, breakLocks, fixTimestamps, clearWebCache, vacuumPristines, includeExternals, ctx,
+                               pool);
+}
+
+svn_error_t* vacuum(const char* path, svn_boolean_t removeUnversioned, svn_boolean_t removeIgnored,
+                    svn_boolean_t fixTimestamps, svn_boolean_t vacuumPristines, svn_boolean_t includeExternals,
+                    svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkLocalTarget(&path, pool));
+    SVN_ERR(checkAbsoluteTarget(&path, pool));
+    return svn_client_vacuum(path, removeUnversioned, removeIgnored, fixTimestamps, vacuumPristines, includeExternals,
+                             ctx, pool);
+}
+#endif
+
+#if SVN_VER_MINOR >= 11
+svn_error_t* revert(const apr_array_header_t* paths, svn_depth_t depth, const apr_array_header_t* changelists,
+                    svn_boolean_t clearChangelists, svn_boolean_t metadataOnly, svn_boolean_t keepAdded,
+                    svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkLocalTargets(&paths, pool));
+    return svn_client_revert4(paths, depth, changelists, clearChangelists, metadataOnly, keepAdded, ctx, pool);
+}
+#endif
+
+/// Replaces the targets by a new array of checked ones, paths or URLs.
+svn_error_t* checkTargets(const apr_array_header_t** targets, apr_pool_t* pool)
+{
+    auto* const checked = apr_array_copy(pool, *targets);
+    for (int index = 0; index < checked->nelts; ++index) {
+        SVN_ERR(checkTarget(&APR_ARRAY_IDX(checked, index, const char*), pool));
+    }
+    *targets = checked;
+    return SVN_NO_ERROR;
+}
+
+svn_error_t* lock(const apr_array_header_t* targets, const char* comment, svn_boolean_t steal, svn_client_ctx_t* ctx,
+                  apr_pool_t* pool)
+{
+    SVN_ERR(checkTargets(&targets, pool));
+    return targets->nelts == 0 ? SVN_NO_ERROR : svn_client_lock(targets, comment, steal, ctx, pool);
+}
+
+svn_error_t* unlock(const apr_array_header_t* targets, svn_boolean_t breakLock, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkTargets(&targets, pool));
+    return targets->nelts == 0 ? SVN_NO_ERROR : svn_client_unlock(targets, breakLock, ctx, pool);
+}
+
+svn_error_t* createRepository(const char* path, const apr_array_header_t* configuration, apr_pool_t* pool)
+{
+    SVN_ERR(checkLocalTarget(&path, pool));
+    auto* const hash = apr_hash_make(pool);
+    for (int index = 0; index + 1 < configuration->nelts; index += 2) {
+        apr_hash_set(hash, APR_ARRAY_IDX(configuration, index, const char*), APR_HASH_KEY_STRING,
+                     APR_ARRAY_IDX(configuration, index + 1, const char*));
+    }
+    svn_repos_t* repository = nullptr;
+    return svn_repos_create(&repository, path, nullptr, nullptr, nullptr, hash, pool);
+}
+
+} // namespace
+
+void fillWorkingCopyExtensions(HSVNBundleExtensions& table)
+{
+    table.client_lock = lock;
+    table.client_unlock = unlock;
+    table.repos_create = createRepository;
+#if SVN_VER_MINOR >= 5
+    table.client_resolve = resolve;
+    table.client_add_to_changelist = addToChangelist;
+    table.client_remove_from_changelists = removeFromChangelists;
+#endif
+#if SVN_VER_MINOR >= 6
+    table.client_revprop_set = revpropSet;
+#endif
+#if SVN_VER_MINOR >= 7
+    table.client_propset = propset;
+    table.client_upgrade = upgrade;
+    table.client_relocate = relocate;
+#endif
+#if SVN_VER_MINOR >= 8
+    table.client_add = add;
+#endif
+#if SVN_VER_MINOR >= 9
+    table.client_cleanup = cleanup;
+    table.client_vacuum = vacuum;
+#endif
+#if SVN_VER_MINOR >= 11
+    table.client_revert = revert;
+#endif
+}
+
+} // namespace HSVNAdapter

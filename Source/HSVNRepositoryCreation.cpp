@@ -1,0 +1,43 @@
+#include "HSVNRepositoryCreation.h"
+
+#include "HSVNExtensionCallPrivate.h"
+
+#include <array>
+#include <fmt/format.h>
+
+namespace {
+
+/// Names and values in turn.
+std::vector<std::string> configurationOf(const HSVNRepositoryCreationOptions& options)
+{
+    std::vector<std::string> texts{"bdb-txn-nosync", options.syncAtTransactionCommit ? "0" : "1", "bdb-log-autoremove",
+                                   options.automaticLogFileRemoval ? "1" : "0"};
+    if (options.type) {
+        texts.insert(texts.end(), {"fs-type", *options.type});
+    }
+    if (const auto& version = options.compatibleVersion) {
+        // Each line knows some of these.
+        for (const std::int32_t minor : std::array{4, 5, 6, 8}) {
+            if (version->isLessThan({1, minor})) {
+                texts.insert(texts.end(), {fmt::format("pre-1.{}-compatible", minor), "1"});
+            }
+        }
+        texts.insert(texts.end(), {"compatible-version", version->versionString()});
+    }
+    return texts;
+}
+
+} // namespace
+
+void HSVNCreateRepository(const std::string& path, const HSVNRepositoryCreationOptions& options,
+                          const HSVNContextRef& context)
+{
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{context,
+                            "HSVNRepositoryCreation",
+                            "createRepository:withOptions:withContext:",
+                            {{"path", path}, {"context", context}}};
+    const auto function = operation.extension(&HSVNBundleExtensions::repos_create);
+    operation.check(
+        function(operation.cString(path), HSVNTextArray(operation, configurationOf(options)), operation.pool()));
+}
