@@ -53,6 +53,7 @@
 #include "HSVNMergeOptions.h"
 #include "HSVNMoveHandler.h"
 #include "HSVNMoveOptions.h"
+#include "HSVNNewerNotifyAction.h"
 #include "HSVNNode.h"
 #include "HSVNNotification.h"
 #include "HSVNObject.h"

@@ -4,9 +4,11 @@
 #include "HSVNDebug.h"
 #include "HSVNException.h"
 #include "HSVNLock.h"
+#include "HSVNNewerNotifyAction.h"
 #include "HSVNNotification.h"
 #include "HSVNOperationPrivate.h"
 #include "HSVNPoolPrivate.h"
+#include "HSVNRevision.h"
 #include "HSVNRevisionNumberPrivate.h"
 #include "HSVNTextPrivate.h"
 #include "HSVNURL.h"
@@ -120,6 +122,17 @@ svn_error_t* askForLogMessage(HSVNClient& client, const char** message, const ap
     return nullptr;
 }
 
+static_assert(static_cast<int>(HSVNNewerNotifyAction::UpdateStarted) == svn_wc_notify_update_started);
+static_assert(static_cast<int>(HSVNNewerNotifyAction::EndSearchTreeConflictDetails) ==
+              svn_wc_notify_end_search_tree_conflict_details);
+
+/// Nil for no revision.
+HSVNRevisionRef revisionWith(svn_revnum_t number)
+{
+    const auto converted = HSVNRevisionNumberFromSubversion(number);
+    return converted < 0 ? nullptr : HSVNRevision::revisionWithNumber(converted);
+}
+
 HSVNNotificationRef notificationOf(const HSVNClient& client, const svn_wc_notify_t& record)
 {
     auto notification = HSVNNotification::notificationWithAction(record.action);
@@ -135,8 +148,15 @@ HSVNNotificationRef notificationOf(const HSVNClient& client, const svn_wc_notify
     notification->setPath(HSVNTextOrNil(record.path));
     notification->setPropertyState(record.prop_state);
     notification->setRevision(HSVNRevisionNumberFromSubversion(record.revision));
+    notification->setMimeType(HSVNTextOrNil(record.mime_type));
     const auto version = client.bundleVersion();
     // Older lines' records end before these fields.
+    if (version && version->isGreaterThanOrEqualTo(HSVNVersion::version1_5())) {
+        notification->setChangelistName(HSVNTextOrNil(record.changelist_name));
+        if (record.merge_range) {
+            notification->setMergeRange(revisionWith(record.merge_range->start), revisionWith(record.merge_range->end));
+        }
+    }
     if (version && version->isGreaterThanOrEqualTo(HSVNVersion::version1_6())) {
         if (record.url && std::string_view{record.url}.find("://") != std::string_view::npos) {
             notification->setURL(HSVNURL::URLWithString(record.url));

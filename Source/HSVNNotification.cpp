@@ -1,6 +1,7 @@
 #include "HSVNNotification.h"
 
 #include "HSVNLock.h"
+#include "HSVNRevision.h"
 #include "HSVNTextPrivate.h"
 #include "HSVNURL.h"
 
@@ -91,7 +92,10 @@ HSVNNotification::HSVNNotification(HSVNCoder* decoder)
       _nodeKind{decoder->decodeInt32("nodeKind")}, _lock{decoder->decodeObject<const HSVNLock>("lock")},
       _error{decoder->decodeException("error")}, _revision{decoder->decodeInt32("revision")},
       _contentState{decoder->decodeInt32("contentState")}, _propertyState{decoder->decodeInt32("propertyState")},
-      _lockState{decoder->decodeInt32("lockState")}, _propertyName{decoder->decodeString("propertyName")}
+      _lockState{decoder->decodeInt32("lockState")}, _propertyName{decoder->decodeString("propertyName")},
+      _mimeType{decoder->decodeString("mimeType")}, _changelistName{decoder->decodeString("changelistName")},
+      _mergeStart{decoder->decodeObject<const HSVNRevision>("mergeStart")},
+      _mergeEnd{decoder->decodeObject<const HSVNRevision>("mergeEnd")}
 {
 }
 
@@ -138,4 +142,8 @@ void HSVNNotification::encodeWithCoder(HSVNCoder* encoder) const
     encoder->encodeString(_pathPrefix, "pathPrefix");
     encoder->encodeObject(_url, "url");
     encoder->encodeString(_propertyName, "propertyName");
+    encoder->encodeString(_mimeType, "mimeType");
+    encoder->encodeString(_changelistName, "changelistName");
+    encoder->encodeObject(_mergeStart, "mergeStart");
+    encoder->encodeObject(_mergeEnd, "mergeEnd");
 }

@@ -76,6 +76,30 @@ enum HSVNNotifyAction : std::int32_t
     HSVNNotifyActionInternalExportStarted = 0x1000f
 };
 
+/// What happened to an item's text or properties; the values equal those of `svn_wc_notify_state_t`.
+enum HSVNNotifyState : std::int32_t
+{
+    HSVNNotifyStateInapplicable = 0,
+    HSVNNotifyStateUnknown = 1,
+    HSVNNotifyStateUnchanged = 2,
+    HSVNNotifyStateMissing = 3,      ///< the item was not there
+    HSVNNotifyStateObstructed = 4,   ///< an unversioned item was in the way
+    HSVNNotifyStateChanged = 5,      ///< the pristine state changed
+    HSVNNotifyStateMerged = 6,       ///< merged into local changes
+    HSVNNotifyStateConflicted = 7,   ///< conflicts with local changes
+    HSVNNotifyStateSourceMissing = 8 ///< what was to be copied was not there
+};
+
+/// What happened to an item's lock; the values equal those of `svn_wc_notify_lock_state_t`.
+enum HSVNNotifyLockState : std::int32_t
+{
+    HSVNNotifyLockStateInapplicable = 0,
+    HSVNNotifyLockStateUnknown = 1,
+    HSVNNotifyLockStateUnchanged = 2,
+    HSVNNotifyLockStateLocked = 3,
+    HSVNNotifyLockStateUnlocked = 4
+};
+
 /// One report of a running operation: an item's progress as Subversion sends it, or the start or end of an operation.
 ///
 /// Built on the thread that runs the operation, filled by its setters, and not changed once it is sent.
@@ -120,27 +144,43 @@ class HSVN_EXPORT HSVNNotification : public HSVNArchivable
     /// The revision concerned, `HSVNInvalidRevision` for none.
     HSVNRevisionNumber revision() const { return _revision; }
     void setRevision(HSVNRevisionNumber revision) { _revision = revision; }
-    /// The text's `svn_wc_notify_state_t`.
+    /// The text's `HSVNNotifyState`.
     std::int32_t contentState() const { return _contentState; }
     void setContentState(std::int32_t contentState) { _contentState = contentState; }
-    /// The properties' `svn_wc_notify_state_t`.
+    /// The properties' `HSVNNotifyState`.
     std::int32_t propertyState() const { return _propertyState; }
     void setPropertyState(std::int32_t propertyState) { _propertyState = propertyState; }
-    /// A `svn_wc_notify_lock_state_t`.
+    /// A `HSVNNotifyLockState`.
     std::int32_t lockState() const { return _lockState; }
     void setLockState(std::int32_t lockState) { _lockState = lockState; }
     /// The property concerned, in property notifications.
     const std::optional<std::string>& propertyName() const { return _propertyName; }
     void setPropertyName(std::optional<std::string> propertyName) { _propertyName = std::move(propertyName); }
+    /// The MIME type of a file, when Subversion tells one.
+    const std::optional<std::string>& mimeType() const { return _mimeType; }
+    void setMimeType(std::optional<std::string> mimeType) { _mimeType = std::move(mimeType); }
+    /// The changelist concerned, in changelist notifications; lines before 1.5 tell none.
+    const std::optional<std::string>& changelistName() const { return _changelistName; }
+    void setChangelistName(std::optional<std::string> name) { _changelistName = std::move(name); }
+    /// The two ends of the range that a merge applies, in its direction, when both sides are of one URL; else nil, as
+    /// it is on lines before 1.5. A range 4 to 6 is the changes 5 and 6.
+    const HSVNRevisionRef& mergeStart() const { return _mergeStart; }
+    const HSVNRevisionRef& mergeEnd() const { return _mergeEnd; }
+    void setMergeRange(HSVNRevisionRef start, HSVNRevisionRef end)
+    {
+        _mergeStart = std::move(start);
+        _mergeEnd = std::move(end);
+    }
 
     /// A new notification of the same class that shares every field.
     virtual std::shared_ptr<HSVNNotification> copy() const;
 
     std::string className() const override { return "HSVNNotification"; }
-    /// The fields; path prefix, URL and property name are not shown.
+    /// The fields; path prefix, URL, names, MIME type and merge range are not shown.
     std::string description() const override;
     /// Keys: "path", "alternatePath", "action", "nodeKind", "lock", "error", "revision", "contentState",
-    /// "propertyState", "lockState", "pathPrefix", "url", "propertyName".
+    /// "propertyState", "lockState", "pathPrefix", "url", "propertyName", "mimeType", "changelistName", "mergeStart",
+    /// "mergeEnd".
     void encodeWithCoder(HSVNCoder* encoder) const override;
 
   private:
@@ -153,8 +193,12 @@ class HSVN_EXPORT HSVNNotification : public HSVNArchivable
     HSVNLockRef _lock;
     HSVNPlatformExceptionRef _error;
     HSVNRevisionNumber _revision = HSVNInvalidRevision;
-    std::int32_t _contentState = 1;  // svn_wc_notify_state_unknown
-    std::int32_t _propertyState = 1; // svn_wc_notify_state_unknown
-    std::int32_t _lockState = 1;     // svn_wc_notify_lock_state_unknown
+    std::int32_t _contentState = HSVNNotifyStateUnknown;
+    std::int32_t _propertyState = HSVNNotifyStateUnknown;
+    std::int32_t _lockState = HSVNNotifyLockStateUnknown;
     std::optional<std::string> _propertyName;
+    std::optional<std::string> _mimeType;
+    std::optional<std::string> _changelistName;
+    HSVNRevisionRef _mergeStart;
+    HSVNRevisionRef _mergeEnd;
 };

@@ -45,6 +45,9 @@ HSVNNotificationRef sampleNotification()
     notification->setPropertyState(3);
     notification->setLockState(4);
     notification->setPropertyName("svn:ignore");
+    notification->setMimeType("text/plain");
+    notification->setChangelistName("list");
+    notification->setMergeRange(HSVNRevision::revisionWithNumber(6), HSVNRevision::revisionWithNumber(4));
     return notification;
 }
 
@@ -143,6 +146,10 @@ TEST(Archive, RestoresANotificationFieldByField)
     EXPECT_EQ(restored->propertyState(), 3);
     EXPECT_EQ(restored->lockState(), 4);
     EXPECT_EQ(restored->propertyName(), "svn:ignore");
+    EXPECT_EQ(restored->mimeType(), "text/plain");
+    EXPECT_EQ(restored->changelistName(), "list");
+    EXPECT_EQ(restored->mergeStart()->number(), 6);
+    EXPECT_EQ(restored->mergeEnd()->number(), 4);
     const auto* cause = restored->error()->userInfo().at("cause").dictionary();
     ASSERT_TRUE(cause);
     EXPECT_EQ(*cause->at("status").number(), 155'004);

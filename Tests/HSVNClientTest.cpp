@@ -540,6 +540,9 @@ class NotificationTest : public testing::Test
         record.url = "svn://example.org/a%20b";
         record.path_prefix = "/wc";
         record.prop_name = "svn:eol-style";
+        record.mime_type = "image/png";
+        record.changelist_name = "list";
+        record.merge_range = &range;
         lock.path = "/a.txt";
         lock.token = "opaquelocktoken:1";
         lock.creation_date = 1'500'000;
@@ -556,6 +559,7 @@ class NotificationTest : public testing::Test
 
     svn_wc_notify_t record{};
     svn_lock_t lock{};
+    svn_merge_range_t range{4, 6, 1};
     std::shared_ptr<HooksDelegate> delegate = std::make_shared<HooksDelegate>();
     HSVNClientRef client = HSVNClient::clientWithDelegate(delegate);
 };
@@ -578,6 +582,10 @@ TEST_F(NotificationTest, CarriesEveryFieldOfTheRecord)
     EXPECT_EQ(notification->URL()->string(), "svn://example.org/a%20b");
     EXPECT_EQ(notification->pathPrefix(), "/wc");
     EXPECT_EQ(notification->propertyName(), "svn:eol-style");
+    EXPECT_EQ(notification->mimeType(), "image/png");
+    EXPECT_EQ(notification->changelistName(), "list");
+    EXPECT_EQ(notification->mergeStart()->number(), 4);
+    EXPECT_EQ(notification->mergeEnd()->number(), 6);
     EXPECT_THROW(notification->error()->raise(), HSVNWorkingCopyLockedException);
     EXPECT_STREQ(record.err->message, "locked out") << "the error stays Subversion's";
     HSVNCurrentEntryPoints().error_clear(record.err);
@@ -594,6 +602,7 @@ TEST_F(NotificationTest, OfAnOlderLineEndsBeforeTheFieldsOf1Point6)
     client->setBundleVersion(HSVNVersion::version1_5());
     HSVNClientInternals::notify(client.get(), reinterpret_cast<const svn_wc_notify_t*>(block.get()), client->pool());
     EXPECT_EQ(received->revision(), 17);
+    EXPECT_EQ(received->changelistName(), "list");
     EXPECT_EQ(received->URL(), nullptr);
     EXPECT_FALSE(received->pathPrefix() || received->propertyName());
 }

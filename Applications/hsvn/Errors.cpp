@@ -51,6 +51,22 @@ std::vector<Link> chainOf(const HSVNException& exception)
     return chain;
 }
 
+/// Prints every error of the chain that has not been said already.
+void printChain(const HSVNException& exception, const std::string& prefix)
+{
+    const auto chain = chainOf(exception);
+    std::set<std::pair<std::int32_t, std::string>> printed;
+    for (std::size_t index = 0; index < chain.size(); ++index) {
+        const Link& link = chain[index];
+        // The library puts a code that it knows above one that is new in a later line, with the same message:
+        // Subversion itself says it once, with its own code.
+        const bool isTranslated = index + 1 < chain.size() && chain[index + 1].message == link.message;
+        if (!isTranslated && printed.emplace(link.code, link.message).second) {
+            Output::writeError(fmt::format("{}{:06}: {}\n", prefix, link.code, link.message));
+        }
+    }
+}
+
 HSVNUserInfo userInfo(std::int32_t code, const std::string& message, const HSVNUserInfo* cause)
 {
     HSVNUserInfo info{{HSVNExceptionStatusKey, std::int64_t{code}}, {HSVNExceptionMessageKey, message}};
@@ -69,9 +85,14 @@ HSVNException failure(std::int32_t code, const std::string& message)
 
 void fail(std::int32_t code, const std::string& message) { throw failure(code, message); }
 
+HSVNException failure(std::int32_t code, const std::string& message, const HSVNException& cause)
+{
+    return {message, userInfo(code, message, &cause.userInfo())};
+}
+
 void fail(std::int32_t code, const std::string& message, const HSVNException& cause)
 {
-    throw HSVNException(message, userInfo(code, message, &cause.userInfo()));
+    throw failure(code, message, cause);
 }
 
 HSVNException wrapped(const HSVNException& exception, const std::string& message)
@@ -91,20 +112,9 @@ const std::string& programName() { return storedProgramName(); }
 
 void printError(const HSVNException& exception) { printError(exception, programName() + ": "); }
 
-void printError(const HSVNException& exception, const std::string& prefix)
-{
-    const auto chain = chainOf(exception);
-    std::set<std::pair<std::int32_t, std::string>> printed;
-    for (std::size_t index = 0; index < chain.size(); ++index) {
-        const Link& link = chain[index];
-        // The library puts a code that it knows above one that is new in a later line, with the same message:
-        // Subversion itself says it once, with its own code.
-        const bool isTranslated = index + 1 < chain.size() && chain[index + 1].message == link.message;
-        if (!isTranslated && printed.emplace(link.code, link.message).second) {
-            Output::writeError(fmt::format("{}E{:06}: {}\n", prefix, link.code, link.message));
-        }
-    }
-}
+void printError(const HSVNException& exception, const std::string& prefix) { printChain(exception, prefix + "E"); }
+
+void printWarnings(const HSVNException& exception) { printChain(exception, programName() + ": warning: W"); }
 
 void printWarning(const HSVNException& exception)
 {

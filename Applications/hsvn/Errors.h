@@ -34,6 +34,7 @@ enum ErrorCode : std::int32_t
     PropertyNotFound = 200017,
     Cancelled = 200015,
     DatabaseBusy = 200033,
+    ExternalsProcessing = 205011,
     ArgumentParsing = 205000,
     InsufficientArguments = 205001,
     MutuallyExclusiveArguments = 205002
@@ -41,6 +42,8 @@ enum ErrorCode : std::int32_t
 
 /// An exception with a code and a message.
 HSVNException failure(std::int32_t code, const std::string& message);
+/// The same with a cause below it.
+HSVNException failure(std::int32_t code, const std::string& message, const HSVNException& cause);
 /// Fails with a code and a message.
 [[noreturn]] void fail(std::int32_t code, const std::string& message);
 /// The same with a cause below it.
@@ -68,6 +71,8 @@ void printError(const HSVNException& exception);
 void printError(const HSVNException& exception, const std::string& prefix);
 /// Prints "PROGRAM: warning: W155007: message", the outermost error only.
 void printWarning(const HSVNException& exception);
+/// Prints the whole chain in that form.
+void printWarnings(const HSVNException& exception);
 
 /// Gathers what went wrong with some of several targets, so that the others are still served.
 class TargetFailures

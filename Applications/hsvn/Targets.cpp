@@ -14,16 +14,6 @@ const std::string& currentFolder()
     return folder;
 }
 
-/// What follows the folder in the path, without the "/"; nil when the path is not the folder or below it.
-std::optional<std::string> below(const std::string& path, const std::string& folder)
-{
-    if (path == folder) {
-        return "";
-    }
-    const std::string prefix = folder == "/" ? folder : folder + "/";
-    return path.starts_with(prefix) ? std::optional{path.substr(prefix.size())} : std::nullopt;
-}
-
 } // namespace
 
 std::vector<std::string> targetsOf(Session& session)
@@ -78,9 +68,18 @@ bool isURL(const std::string& target) { return target.find("://") != std::string
 
 std::string localStyle(const std::string& path) { return path.empty() ? "." : path; }
 
+std::optional<std::string> pathBelow(const std::string& path, const std::string& folder)
+{
+    if (path == folder) {
+        return "";
+    }
+    const std::string prefix = folder == "/" ? folder : folder + "/";
+    return path.starts_with(prefix) ? std::optional{path.substr(prefix.size())} : std::nullopt;
+}
+
 std::string relativeToCurrentFolder(const std::string& path)
 {
-    return localStyle(below(path, currentFolder()).value_or(path));
+    return localStyle(pathBelow(path, currentFolder()).value_or(path));
 }
 
 std::string absolutePath(const std::string& path)
@@ -94,7 +93,7 @@ std::string relativePath(const std::string& path, const std::string& folder)
     std::string up;
     for (std::string base = folder;; base = base.substr(0, base.rfind('/'))) {
         const std::string common = base.empty() ? "/" : base;
-        if (const auto rest = below(path, common)) {
+        if (const auto rest = pathBelow(path, common)) {
             return rest->empty() && !up.empty() ? up.substr(0, up.size() - 1) : up + *rest;
         }
         up += "../";

@@ -1,0 +1,54 @@
+#include "ConflictStatistics.h"
+
+#include <algorithm>
+#include <fmt/format.h>
+
+void ConflictStatistics::add(const std::string& path, ConflictKind kind)
+{
+    _counts.at(static_cast<std::size_t>(kind)).paths.insert(path);
+}
+
+void ConflictStatistics::resolve(const std::string& path, ConflictKind kind)
+{
+    Count& count = _counts.at(static_cast<std::size_t>(kind));
+    count.resolved += static_cast<int>(count.paths.erase(path));
+}
+
+bool ConflictStatistics::hasConflicts() const
+{
+    return std::any_of(_counts.begin(), _counts.end(), [](const Count& count) { return !count.paths.empty(); });
+}
+
+bool ConflictStatistics::hasResolved() const
+{
+    return std::any_of(_counts.begin(), _counts.end(), [](const Count& count) { return count.resolved > 0; });
+}
+
+std::set<std::string> ConflictStatistics::paths() const
+{
+    std::set<std::string> all;
+    for (const Count& count : _counts) {
+        all.insert(count.paths.begin(), count.paths.end());
+    }
+    return all;
+}
+
+std::string ConflictStatistics::summary() const
+{
+    constexpr std::array names{"Text", "Property", "Tree"};
+    std::string text;
+    for (std::size_t index = 0; index < names.size(); ++index) {
+        const auto remaining = _counts.at(index).paths.size();
+        const int resolved = _counts.at(index).resolved;
+        if (remaining == 0 && resolved == 0) {
+            continue;
+        }
+        text += hasResolved() ? fmt::format("  {} conflicts: {} remaining (and {} already resolved)\n", names.at(index),
+                                            remaining, resolved)
+                              : fmt::format("  {} conflicts: {}\n", names.at(index), remaining);
+    }
+    if (_skipped > 0) {
+        text += fmt::format("  Skipped paths: {}\n", _skipped);
+    }
+    return text.empty() ? text : "Summary of conflicts:\n" + text;
+}

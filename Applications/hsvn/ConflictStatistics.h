@@ -1,0 +1,40 @@
+#pragma once
+
+#include <array>
+#include <set>
+#include <string>
+
+/// The kinds of conflict that are counted.
+enum class ConflictKind
+{
+    Text,
+    Property,
+    Tree
+};
+
+/// What an operation left in conflict, what of it was resolved meanwhile, and what it skipped.
+class ConflictStatistics
+{
+  public:
+    /// Adds an item in conflict; one that is there already counts once.
+    void add(const std::string& path, ConflictKind kind);
+    /// Takes an item out again that was resolved; one that was never added is none.
+    void resolve(const std::string& path, ConflictKind kind);
+    void addSkipped() { ++_skipped; }
+
+    bool hasConflicts() const;
+    bool hasResolved() const;
+    /// The items in conflict, each once, in alphabetical order.
+    std::set<std::string> paths() const;
+    /// "Summary of conflicts:" and its lines; empty when there is nothing to tell.
+    std::string summary() const;
+
+  private:
+    struct Count
+    {
+        std::set<std::string> paths;
+        int resolved = 0;
+    };
+    std::array<Count, 3> _counts; // by kind
+    int _skipped = 0;
+};
