@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <fmt/format.h>
+#include <optional>
 #include <set>
 
 namespace {
@@ -98,6 +99,19 @@ void fail(std::int32_t code, const std::string& message, const HSVNException& ca
 HSVNException wrapped(const HSVNException& exception, const std::string& message)
 {
     return {message, userInfo(exception.status(), message, &exception.userInfo())};
+}
+
+HSVNException extended(const HSVNException& exception, const std::vector<std::string>& messages)
+{
+    auto chain = chainOf(exception);
+    for (const auto& message : messages) {
+        chain.push_back({exception.status(), message, nullptr});
+    }
+    std::optional<HSVNException> result;
+    for (auto link = chain.rbegin(); link != chain.rend(); ++link) {
+        result = result ? failure(link->code, link->message, *result) : failure(link->code, link->message);
+    }
+    return *result;
 }
 
 bool hasCause(const HSVNException& exception, std::int32_t code)

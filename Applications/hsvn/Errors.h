@@ -12,7 +12,9 @@
 /// Subversion's codes that the program itself raises or looks for.
 enum ErrorCode : std::int32_t
 {
+    EndOfFile = 70014,
     BadFileName = 125001,
+    InconsistentLineEnds = 135000,
     WorkingCopyLocked = 155004,
     WorkingCopyNotDirectory = 155007,
     WorkingCopyPathNotFound = 155010,
@@ -32,12 +34,18 @@ enum ErrorCode : std::int32_t
     UnsupportedFeature = 200007,
     IllegalTarget = 200009,
     PropertyNotFound = 200017,
+    ExternalProgram = 200012,
     Cancelled = 200015,
     DatabaseBusy = 200033,
-    ExternalsProcessing = 205011,
     ArgumentParsing = 205000,
     InsufficientArguments = 205001,
-    MutuallyExclusiveArguments = 205002
+    MutuallyExclusiveArguments = 205002,
+    LogMessageIsVersionedFile = 205004,
+    LogMessageIsPath = 205005,
+    NoEditor = 205007,
+    BadLogMessage = 205008,
+    UnnecessaryLogMessage = 205009,
+    ExternalsProcessing = 205011
 };
 
 /// An exception with a code and a message.
@@ -50,6 +58,8 @@ HSVNException failure(std::int32_t code, const std::string& message, const HSVNE
 [[noreturn]] void fail(std::int32_t code, const std::string& message, const HSVNException& cause);
 /// An exception with a further message on top, the code unchanged.
 HSVNException wrapped(const HSVNException& exception, const std::string& message);
+/// An exception with further messages below its innermost one, of the same code.
+HSVNException extended(const HSVNException& exception, const std::vector<std::string>& messages);
 /// Whether an error of the chain has the code.
 bool hasCause(const HSVNException& exception, std::int32_t code);
 

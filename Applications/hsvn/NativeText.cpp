@@ -54,24 +54,46 @@ class Converter
         return text.size() - left;
     }
 
-  private:
-    // iconv_open answers (iconv_t)-1 for a failure.
-    bool isUsable() const { return reinterpret_cast<std::intptr_t>(_descriptor) != -1; }
+    /// Whether the system knows both encodings.
+    bool isUsable() const
+    {
+        // iconv_open answers (iconv_t)-1 for a failure.
+        return reinterpret_cast<std::intptr_t>(_descriptor) != -1;
+    }
 
+  private:
     iconv_t _descriptor;
 };
 
 const char* localeEncoding() { return nl_langinfo(CODESET); }
 
-/// The text with its bytes outside ASCII written as ?\NNN.
+/// The text with its bytes outside ASCII written as ?\HH.
 std::string escaped(std::string_view text)
 {
     std::string result;
     for (const char character : text) {
         const auto byte = static_cast<unsigned char>(character);
-        result += byte >= 0x80 ? fmt::format("?\\{:03}", byte) : std::string{character};
+        result += byte >= 0x80 ? fmt::format("?\\{:02X}", byte) : std::string{character};
     }
     return result;
+}
+
+[[noreturn]] void failToConvert(std::string_view text, const std::string& message)
+{
+    fail(EINVAL, message, failure(EINVAL, approximation(text).value_or(escaped(text))));
+}
+
+/// The text as it is, which must be ASCII where the system does not know the encoding.
+std::string onlyASCII(std::string_view text)
+{
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        if (!isASCII(text.substr(index, 1))) {
+            fail(EINVAL,
+                 fmt::format("Safe data '{}' was followed by non-ASCII byte {}: unable to convert to/from UTF-8",
+                             text.substr(0, index), static_cast<unsigned char>(text[index])));
+        }
+    }
+    return std::string{text};
 }
 
 } // namespace
@@ -83,8 +105,42 @@ std::string NativeText::toUTF8(std::string_view native)
         return std::string{native};
     }
     if (Converter{"UTF-8", localeEncoding()}.convert(native, result) < native.size()) {
-        const std::string shown = approximation(native).value_or(escaped(native));
-        fail(EINVAL, "Can't convert string from native encoding to 'UTF-8':", failure(EINVAL, shown));
+        failToConvert(native, "Can't convert string from native encoding to 'UTF-8':");
+    }
+    return result;
+}
+
+std::string NativeText::toUTF8(std::string_view text, const std::optional<std::string>& encoding)
+{
+    if (!encoding) {
+        return toUTF8(text);
+    }
+    if (strcasecmp(encoding->c_str(), "UTF-8") == 0) {
+        return std::string{text};
+    }
+    Converter converter{"UTF-8", encoding->c_str()};
+    if (!converter.isUsable()) {
+        return onlyASCII(text);
+    }
+    std::string result;
+    if (converter.convert(text, result) < text.size()) {
+        failToConvert(text, fmt::format("Can't convert string from '{}' to 'UTF-8':", *encoding));
+    }
+    return result;
+}
+
+std::string NativeText::fromUTF8(std::string_view text, const std::optional<std::string>& encoding)
+{
+    if (!encoding) {
+        return fromUTF8(text);
+    }
+    Converter converter{encoding->c_str(), "UTF-8"};
+    if (!converter.isUsable()) {
+        return onlyASCII(text);
+    }
+    std::string result;
+    if (converter.convert(text, result) < text.size()) {
+        failToConvert(text, fmt::format("Can't convert string from 'UTF-8' to '{}':", *encoding));
     }
     return result;
 }

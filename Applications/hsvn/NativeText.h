@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,16 @@ namespace NativeText {
 ///
 /// @throws HSVNException, status 22, for bytes that the locale's encoding does not have
 std::string toUTF8(std::string_view native);
+
+/// Text of a named encoding as UTF-8, of the locale's for nil.
+///
+/// @throws HSVNException, status 22, for bytes that the encoding does not have, or bytes outside ASCII of an encoding
+///         that the system does not know
+std::string toUTF8(std::string_view text, const std::optional<std::string>& encoding);
+/// UTF-8 in a named encoding, for nil as the locale writes it.
+///
+/// @throws as `toUTF8`
+std::string fromUTF8(std::string_view text, const std::optional<std::string>& encoding);
 
 /// UTF-8 as the locale writes it; text with characters that the locale lacks is approximated.
 std::string fromUTF8(std::string_view text);

@@ -82,3 +82,23 @@ std::vector<std::string> linesOfTargetsFile(const std::string& path)
 {
     return split(NativeText::toUTF8(contentsOfFile(path)), "\n\r");
 }
+
+std::string withUnixLineEnds(const std::string& text)
+{
+    std::string result;
+    std::string_view kind;
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        if (text[index] != '\r' && text[index] != '\n') {
+            result += text[index];
+            continue;
+        }
+        const std::string_view found = text.compare(index, 2, "\r\n") == 0 ? "\r\n" : text[index] == '\r' ? "\r" : "\n";
+        if (!kind.empty() && kind != found) {
+            fail(InconsistentLineEnds, "Inconsistent line ending style");
+        }
+        kind = found;
+        index += found.size() - 1;
+        result += '\n';
+    }
+    return result;
+}

@@ -14,3 +14,8 @@ std::string contentsOfFile(const std::string& path);
 
 /// The lines of a file of further arguments, as UTF-8.
 std::vector<std::string> linesOfTargetsFile(const std::string& path);
+
+/// The text with "\n" at its line ends.
+///
+/// @throws HSVNException "Inconsistent line ending style" for a text with several kinds of line end
+std::string withUnixLineEnds(const std::string& text);
