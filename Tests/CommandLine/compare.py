@@ -58,6 +58,14 @@ def snapshot(folder):
     return files
 
 
+def dump(repository):
+    """Everything that a repository holds, its identity and the times of its revisions aside."""
+    dumped = subprocess.run(["svnadmin", "dump", "--quiet", repository], check=False, capture_output=True)
+    text = dumped.stdout if dumped.returncode == 0 else dumped.stderr
+    text = re.sub(rb"\nUUID: .*\n", b"\n", text)
+    return re.sub(rb"\nK 8\nsvn:date\nV \d+\n.*\n", b"\n", text).decode("latin-1")
+
+
 def unordered(text):
     """The items of an output, whatever their order: entries of XML, else lines."""
     return sorted(re.split(r"(?=<entry\n)|(?<=\n)", text.replace("</target>\n", "")))
@@ -92,8 +100,7 @@ class State:
                               env=fixtures.environment(self.wc), capture_output=True)
         return {"standard output": output, "standard error": ran.stderr.decode("latin-1"), "exit code": ran.returncode,
                 "files": snapshot(self.wc), "status": left.stdout,
-                "history": subprocess.run(["svnlook", "tree", self.root + "/repository"], check=False,
-                                          capture_output=True).stdout}
+                "repository": dump(self.root + "/repository")}
 
 
 def difference(expected, actual):
