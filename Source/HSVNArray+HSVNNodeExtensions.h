@@ -15,17 +15,20 @@
 /// Kinds are compared exactly, not as sets; a node without a status record counts as kind none.
 namespace HSVNArray {
 
-/// Hashes and compares paths by value.
+/// Hashes paths by value; nil has a hash too.
 struct PathHash
 {
     std::size_t operator()(const HSVNPathRef& path) const { return path ? path->hash() : 0; }
 };
+/// Compares paths by value; nil equals nil.
 struct PathEqual
 {
     bool operator()(const HSVNPathRef& a, const HSVNPathRef& b) const { return a && b ? *a == *b : a == b; }
 };
 
+/// Files and folders, none nil.
 using Nodes = std::vector<HSVNNodeRef>;
+/// Nodes by the value of their path.
 using NodesByPath = std::unordered_map<HSVNPathRef, HSVNNodeRef, PathHash, PathEqual>;
 
 /// The path of every node.

@@ -15,6 +15,7 @@
 class HSVN_EXPORT HSVNBundleProxy : public HSVNBundle
 {
   public:
+    /// @param bundle  the package whose code is loaded when a table is first asked for
     explicit HSVNBundleProxy(HSVNPackageRef bundle);
     /// A proxy for the package; must not be nil ("bundle != nil").
     static std::shared_ptr<HSVNBundleProxy> proxyForBundle(const HSVNPackageRef& bundle);

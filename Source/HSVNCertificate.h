@@ -31,14 +31,21 @@ class HSVN_EXPORT HSVNCertificate : public HSVNObject
     static HSVNCertificateRef certificateWithHostname(std::string hostname, std::string fingerprint,
                                                       std::string validFrom, std::string validTo, std::string issuer,
                                                       std::string representation);
+    /// The same as an object of its own.
     HSVNCertificate(std::string hostname, std::string fingerprint, std::string validFrom, std::string validTo,
                     std::string issuer, std::string representation);
 
+    /// The host that the certificate is for.
     const std::string& hostname() const { return _hostname; }
+    /// Its fingerprint as hexadecimal text.
     const std::string& fingerprint() const { return _fingerprint; }
+    /// When it begins to be valid, as Subversion formats it.
     const std::string& validFrom() const { return _validFrom; }
+    /// When it ends to be valid, as Subversion formats it.
     const std::string& validTo() const { return _validTo; }
+    /// The distinguished name of its issuer.
     const std::string& issuer() const { return _issuer; }
+    /// The certificate in base-64 text.
     const std::string& representation() const { return _representation; }
 
     std::string className() const override { return "HSVNCertificate"; }

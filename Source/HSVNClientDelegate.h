@@ -104,13 +104,15 @@ using HSVNClientDelegateRef = std::shared_ptr<HSVNClientDelegate>;
 ///     auto delegate = std::make_shared<HSVNClientDelegateFor<Listener>>(arguments of Listener's constructor...);
 ///     auto client = HSVNClient::clientWithDelegate(delegate);
 ///
-/// A function that bears a message's name but cannot be called with the message's arguments does not compile.
+/// Only public members of the class count and are called. A public function that bears a message's name but cannot be
+/// called with the message's arguments does not compile.
 template <class Application>
 class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
 {
   public:
     // The parameters' names keep clear of the members of the application's class, which they would hide.
 
+    /// Hands the arguments on to the constructor of the application's class.
     template <class... Arguments>
     explicit HSVNClientDelegateFor(Arguments&&... theArguments) : Application{std::forward<Arguments>(theArguments)...}
     {

@@ -4,7 +4,31 @@
 
 #include <limits>
 
+namespace {
+
+[[noreturn]] void failEncode() { throw HSVNInvalidArgumentException("An unarchiver does not encode"); }
+
+[[noreturn]] void failDecode() { throw HSVNInvalidArgumentException("An archiver does not decode"); }
+
+} // namespace
+
 HSVNCoder::~HSVNCoder() = default;
+
+void HSVNCoder::encodeObject(const HSVNArchivableRef&, std::string_view) { failEncode(); }
+void HSVNCoder::encodeString(const std::optional<std::string>&, std::string_view) { failEncode(); }
+void HSVNCoder::encodeDate(const std::optional<HSVNDate>&, std::string_view) { failEncode(); }
+void HSVNCoder::encodeInteger(std::int64_t, std::string_view) { failEncode(); }
+void HSVNCoder::encodeUnsigned(std::uint64_t, std::string_view) { failEncode(); }
+void HSVNCoder::encodeBool(bool, std::string_view) { failEncode(); }
+void HSVNCoder::encodeException(const HSVNPlatformExceptionRef&, std::string_view) { failEncode(); }
+
+std::shared_ptr<HSVNArchivable> HSVNCoder::decodeAnyObject(std::string_view) { failDecode(); }
+std::optional<std::string> HSVNCoder::decodeString(std::string_view) { failDecode(); }
+std::optional<HSVNDate> HSVNCoder::decodeDate(std::string_view) { failDecode(); }
+std::int64_t HSVNCoder::decodeInteger(std::string_view) { failDecode(); }
+std::uint64_t HSVNCoder::decodeUnsigned(std::string_view) { failDecode(); }
+bool HSVNCoder::decodeBool(std::string_view) { failDecode(); }
+HSVNPlatformExceptionRef HSVNCoder::decodeException(std::string_view) { failDecode(); }
 
 std::int32_t HSVNCoder::decodeInt32(std::string_view key)
 {

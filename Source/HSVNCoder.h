@@ -39,8 +39,8 @@ using HSVNArchivableRef = std::shared_ptr<const HSVNArchivable>;
 /// Both directions of an archive: values by key. A coder is used by one thread.
 ///
 /// The decode functions throw `HSVNInvalidArgumentException` naming the key when the stored value has another type or
-/// does not fit; a missing key decodes as nil, 0 or false unless the function says otherwise. A coder that only encodes
-/// throws for decode calls and the other way round.
+/// does not fit; a missing key decodes as nil, 0 or false unless the function says otherwise. A coder supplies the
+/// functions of its direction; those of the other throw `HSVNInvalidArgumentException`.
 class HSVN_EXPORT HSVNCoder
 {
   public:
@@ -52,25 +52,37 @@ class HSVN_EXPORT HSVNCoder
     /// Whether values are stored by key; the library's classes refuse coders that answer false.
     virtual bool allowsKeyedCoding() const = 0;
 
-    virtual void encodeObject(const HSVNArchivableRef& object, std::string_view key) = 0;
-    virtual void encodeString(const std::optional<std::string>& text, std::string_view key) = 0;
-    virtual void encodeDate(const std::optional<HSVNDate>& date, std::string_view key) = 0;
-    virtual void encodeInteger(std::int64_t number, std::string_view key) = 0;
+    /// Stores an object with everything that it holds; nil stores nothing, here as in the other functions.
+    virtual void encodeObject(const HSVNArchivableRef& object, std::string_view key);
+    /// Stores a text, UTF-8.
+    virtual void encodeString(const std::optional<std::string>& text, std::string_view key);
+    /// Stores a date to the microsecond.
+    virtual void encodeDate(const std::optional<HSVNDate>& date, std::string_view key);
+    /// Stores a whole number.
+    virtual void encodeInteger(std::int64_t number, std::string_view key);
     /// For sizes above the signed range.
-    virtual void encodeUnsigned(std::uint64_t number, std::string_view key) = 0;
-    virtual void encodeBool(bool value, std::string_view key) = 0;
-    virtual void encodeException(const HSVNPlatformExceptionRef& exception, std::string_view key) = 0;
+    virtual void encodeUnsigned(std::uint64_t number, std::string_view key);
+    /// Stores a truth value.
+    virtual void encodeBool(bool value, std::string_view key);
+    /// Stores an exception: class, name, reason and user information.
+    virtual void encodeException(const HSVNPlatformExceptionRef& exception, std::string_view key);
 
     /// Whether the object being decoded has a value under the key.
     virtual bool containsValueForKey(std::string_view key) const = 0;
     /// The object under the key, made anew; nil when absent.
-    virtual std::shared_ptr<HSVNArchivable> decodeAnyObject(std::string_view key) = 0;
-    virtual std::optional<std::string> decodeString(std::string_view key) = 0;
-    virtual std::optional<HSVNDate> decodeDate(std::string_view key) = 0;
-    virtual std::int64_t decodeInteger(std::string_view key) = 0;
-    virtual std::uint64_t decodeUnsigned(std::string_view key) = 0;
-    virtual bool decodeBool(std::string_view key) = 0;
-    virtual HSVNPlatformExceptionRef decodeException(std::string_view key) = 0;
+    virtual std::shared_ptr<HSVNArchivable> decodeAnyObject(std::string_view key);
+    /// The text under the key; nil when absent.
+    virtual std::optional<std::string> decodeString(std::string_view key);
+    /// The date under the key; nil when absent.
+    virtual std::optional<HSVNDate> decodeDate(std::string_view key);
+    /// The number under the key; 0 when absent.
+    virtual std::int64_t decodeInteger(std::string_view key);
+    /// The number under the key, which must not be negative; 0 when absent.
+    virtual std::uint64_t decodeUnsigned(std::string_view key);
+    /// The truth value under the key; false when absent.
+    virtual bool decodeBool(std::string_view key);
+    /// The exception under the key, of its own class again; nil when absent.
+    virtual HSVNPlatformExceptionRef decodeException(std::string_view key);
 
     /// A number that must fit 32 bits.
     std::int32_t decodeInt32(std::string_view key);

@@ -50,11 +50,13 @@ class HSVN_EXPORT HSVNCommitItem : public HSVNObject
     /// What the item is a copy of; nil unless it is added with history.
     const HSVNPathWithRevisionRef& copySource() const { return _copySource; }
     void setCopySource(HSVNPathWithRevisionRef source) { _copySource = std::move(source); }
+    /// Whether the item is a file or a folder.
     HSVNNodeKind nodeKind() const { return _nodeKind; }
     void setNodeKind(HSVNNodeKind kind) { _nodeKind = kind; }
     /// Whether the item carries a lock token.
     bool isLocked() const { return _locked; }
     void setIsLocked(bool locked) { _locked = locked; }
+    /// What the commit does to the item.
     HSVNCommitActions actions() const { return _actions; }
     void setActions(HSVNCommitActions actions) { _actions = actions; }
 

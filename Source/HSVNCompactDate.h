@@ -10,12 +10,15 @@
 class HSVNCompactDate
 {
   public:
+    /// Nil.
     constexpr HSVNCompactDate() = default;
+    /// A date that may be nil.
     constexpr HSVNCompactDate(const std::optional<HSVNDate>& date) // NOLINT(google-explicit-constructor)
         : _microseconds{date ? date->microsecondsSince1970() : nil}
     {
     }
 
+    /// The date, or nil.
     constexpr std::optional<HSVNDate> value() const
     {
         return _microseconds == nil ? std::nullopt : std::optional{HSVNDate{_microseconds}};

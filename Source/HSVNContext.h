@@ -58,6 +58,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject
     virtual void setBundle(const HSVNBundleRef& bundle);
     /// The version under which the loader keeps the bundle; nil without a bundle.
     std::optional<HSVNVersion> bundleVersion() const;
+    /// Changes the version alone, not the bundle; nil is none.
     void setBundleVersion(const std::optional<HSVNVersion>& version);
 
     /// The context's top-level pool, owned by the context; null without a bundle.
@@ -101,6 +102,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject
     bool hasKeptException() const noexcept { return _keptException != nullptr; }
 
   protected:
+    /// Chooses the constructor of that sense.
     struct WithoutBundle
     {
     };

@@ -17,11 +17,15 @@ class HSVN_EXPORT HSVNCredentials : public HSVNObject
     /// @param password  UTF-8
     static HSVNCredentialsRef credentialsWithUsername(std::string username, std::string password);
 
+    /// Both empty.
     HSVNCredentials() = default;
+    /// As `credentialsWithUsername`.
     HSVNCredentials(std::string username, std::string password);
 
+    /// The user name, UTF-8.
     const std::string& username() const { return _username; }
     void setUsername(std::string username);
+    /// The password, UTF-8.
     const std::string& password() const { return _password; }
     void setPassword(std::string password);
 

@@ -15,11 +15,14 @@ struct apr_pool_t;
 class HSVN_EXPORT HSVNDate
 {
   public:
+    /// 1970-01-01T00:00:00Z.
     constexpr HSVNDate() = default;
+    /// @param microseconds  since 1970-01-01T00:00:00Z; negative before
     explicit constexpr HSVNDate(std::int64_t microseconds) : _microseconds{microseconds} {}
 
     /// The present moment.
     static HSVNDate now();
+    /// The moment that many seconds after 1970-01-01T00:00:00Z; negative is before.
     static constexpr HSVNDate dateWithTimeIntervalSince1970(std::int64_t seconds)
     {
         return HSVNDate{seconds * 1'000'000};
@@ -37,6 +40,7 @@ class HSVN_EXPORT HSVNDate
     /// The same with the newest loaded bundle made current and a pool of its own for the call.
     static std::optional<HSVNDate> dateWithISO8601String(const std::optional<std::string>& text);
 
+    /// Microseconds since 1970-01-01T00:00:00Z; negative before.
     constexpr std::int64_t microsecondsSince1970() const { return _microseconds; }
     /// Whole seconds since 1970, as microseconds: what Subversion is given.
     std::int64_t APRTime() const;

@@ -25,22 +25,26 @@ enum HSVNDebugLevel : std::int32_t
 class HSVN_EXPORT HSVNDebugArgument
 {
   public:
+    /// The text itself, UTF-8; nil as "(null)".
     HSVNDebugArgument(std::string_view text) : _text{text} {}                                     // NOLINT
     HSVNDebugArgument(const std::string& text) : _text{text} {}                                   // NOLINT
     HSVNDebugArgument(const char* text) : _text{text ? text : "(null)"} {}                        // NOLINT
     HSVNDebugArgument(const std::optional<std::string>& text) : _text{text.value_or("(null)")} {} // NOLINT
-    HSVNDebugArgument(const HSVNObject* object) : _text{HSVNDescription(object)} {}               // NOLINT
-    HSVNDebugArgument(const HSVNObject& object) : HSVNDebugArgument(&object) {}                   // NOLINT
+    /// The object's description; nil as "(null)".
+    HSVNDebugArgument(const HSVNObject* object) : _text{HSVNDescription(object)} {} // NOLINT
+    HSVNDebugArgument(const HSVNObject& object) : HSVNDebugArgument(&object) {}     // NOLINT
     template <std::derived_from<HSVNObject> Class>
     HSVNDebugArgument(const std::shared_ptr<Class>& object) // NOLINT
         : HSVNDebugArgument(static_cast<const HSVNObject*>(object.get()))
     {
     }
+    /// The number in decimal.
     template <std::integral Number>
     HSVNDebugArgument(Number number) : _text{std::to_string(number)} // NOLINT
     {
     }
 
+    /// The argument as the log shows it.
     const std::string& text() const { return _text; }
 
   private:

@@ -24,6 +24,7 @@ class HSVN_EXPORT HSVNDirectory : public HSVNNode
   public:
     HSVNDirectory() = default;
     using HSVNNode::HSVNNode;
+    /// @throws HSVNInvalidArgumentException "Keyed unarchiver required", or for a value that does not fit its field
     explicit HSVNDirectory(HSVNCoder* decoder);
 
     std::string className() const override { return "HSVNDirectory"; }
@@ -43,12 +44,19 @@ class HSVN_EXPORT HSVNDirectory : public HSVNNode
 
     /// Whether any of the kinds occurs below the folder.
     bool hasNodesWithStatus(HSVNStatusKinds kinds) const { return (_aggregateChildStatus & kinds) != 0; }
+    /// Whether an unversioned item lies below the folder.
     bool hasUnversionedNodes() const { return hasNodesWithStatus(HSVNStatusKindUnversioned); }
+    /// Whether an added item lies below the folder.
     bool hasAddedNodes() const { return hasNodesWithStatus(HSVNStatusKindAdded); }
+    /// Whether a missing item lies below the folder.
     bool hasMissingNodes() const { return hasNodesWithStatus(HSVNStatusKindMissing); }
+    /// Whether a deleted item lies below the folder.
     bool hasDeletedNodes() const { return hasNodesWithStatus(HSVNStatusKindDeleted); }
+    /// Whether a replaced item lies below the folder.
     bool hasReplacedNodes() const { return hasNodesWithStatus(HSVNStatusKindReplaced); }
+    /// Whether a modified item lies below the folder.
     bool hasModifiedNodes() const { return hasNodesWithStatus(HSVNStatusKindModified); }
+    /// Whether a conflicted item lies below the folder.
     bool hasConflictedNodes() const { return hasNodesWithStatus(HSVNStatusKindConflicted); }
     /// Whether the repository-side kinds are anything but none and normal alone.
     bool hasNodesChangedInRepository() const
@@ -170,7 +178,8 @@ class HSVN_EXPORT HSVNDirectory : public HSVNNode
     /// @throws HSVNException "Failed to start upgrade script"
     static void runUpgradeScriptForWorkingCopyAtPath(const HSVNPathRef& path, const std::optional<HSVNVersion>& version,
                                                      bool force);
-    /// The same for a working copy and, in turn, for those that its externals definitions place in it.
+    /// The same for a working copy and, in turn, for those that its externals definitions place in it. The bundle of
+    /// the version reads the definitions; without one the default bundle does.
     static void upgradeWorkingCopyAtPath(const HSVNPathRef& path, const std::optional<HSVNVersion>& version,
                                          bool force);
 
@@ -193,6 +202,12 @@ class HSVN_EXPORT HSVNDirectory : public HSVNNode
     /// @param repositoryInfo  where that is stored; may be null
     static HSVNDirectoryRef directoryAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
                                             HSVNRepositoryInfoRef* repositoryInfo, const HSVNContextRef& context);
+    /// The same for a null pointer that is written out.
+    static HSVNDirectoryRef directoryAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
+                                            std::nullptr_t, const HSVNContextRef& context)
+    {
+        return directoryAtPath(path, revision, context);
+    }
     /// The same as an object of a subclass, made by its default constructor.
     template <std::derived_from<HSVNDirectory> Class>
     static std::shared_ptr<Class> directoryAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,

@@ -30,6 +30,7 @@ class HSVN_EXPORT HSVNException : public HSVNPlatformException
 
     /// User information: "status" = 20014.
     explicit HSVNException(std::string reason);
+    /// With that user information; `status` is 20014 when it has no "status".
     HSVNException(std::string reason, HSVNUserInfo userInfo);
     /// User information: `dictionaryForError`; the reason is its message. Not null ("error != NULL").
     explicit HSVNException(const svn_error_t* error);
@@ -78,15 +79,20 @@ using HSVNExceptionRef = std::shared_ptr<const HSVNException>;
 class HSVN_EXPORT HSVNExceptionClass
 {
   public:
+    /// Makes an object of the class, held by a reference; called with the reason and the user information.
     using Maker = HSVNExceptionRef (*)(std::string reason, HSVNUserInfo userInfo);
+    /// @param className  the class's name; kept, not copied
+    /// @param maker      not null
     constexpr HSVNExceptionClass(const char* className, Maker maker) : _name{className}, _maker{maker} {}
 
+    /// The class's name, such as "HSVNLockException".
     const char* name() const { return _name; }
+    /// A new exception of the class.
     HSVNExceptionRef make(std::string reason, HSVNUserInfo userInfo) const
     {
         return _maker(std::move(reason), std::move(userInfo));
     }
-    /// The class of that name, `HSVNException` included, or null.
+    /// The library's class of that name, `HSVNException` included, or null.
     static const HSVNExceptionClass* named(std::string_view name);
 
   private:
@@ -95,34 +101,48 @@ class HSVN_EXPORT HSVNExceptionClass
 };
 
 /// Gives a subclass of `HSVNException` its constructors and the class operations that answer the receiver's own class.
+///
+/// An application's classes may derive from it too. `Concrete` is the new class, which declares its name as
+/// `staticClassName`; `Base` is `HSVNException` or a class below it.
 template <class Concrete, class Base>
 class HSVN_EXPORT HSVNExceptionOf : public Base
 {
   public:
+    /// User information: "status" = 20014.
     explicit HSVNExceptionOf(std::string reason) : HSVNExceptionOf(std::move(reason), generalStatus()) {}
+    /// With that user information; `status` is 20014 when it has no "status".
     HSVNExceptionOf(std::string reason, HSVNUserInfo userInfo)
         : Base(Concrete::staticClassName, std::move(reason), std::move(userInfo))
     {
     }
+    /// The reason and the user information of an error; not null ("error != NULL"). Needs a current bundle.
     explicit HSVNExceptionOf(const svn_error_t* error) : HSVNExceptionOf(HSVNException{error}) {}
 
+    /// An exception of this class for an error chain, whatever its codes; a communication failure is refined as there.
     static HSVNExceptionRef exceptionWithError(svn_error_t* error, bool clear)
     {
         return HSVNException::exceptionWithError(error, clear, *classForAPRStatus(HSVNExceptionGeneralStatus));
     }
+    /// What `HSVNException` answers: the chain's codes, not this class, decide. The chain is released.
     static HSVNExceptionRef exceptionWithError(svn_error_t* error) { return HSVNException::exceptionWithError(error); }
+    /// An exception of this class; `status` is 20014.
     static HSVNExceptionRef exceptionWithReason(const std::string& reason)
     {
         return std::make_shared<Concrete>(reason);
     }
+    /// An exception of this class with that status; user information: "message" and "status".
     static HSVNExceptionRef exceptionWithReason(const std::string& reason, std::int32_t status)
     {
         return std::make_shared<Concrete>(
             reason, HSVNUserInfo{{HSVNExceptionMessageKey, reason}, {HSVNExceptionStatusKey, std::int64_t{status}}});
     }
+    /// This class, whatever the status.
     static const HSVNExceptionClass* classForAPRStatus(std::int32_t)
     {
-        return HSVNExceptionClass::named(Concrete::staticClassName);
+        static_assert(&Concrete::staticClassName != &Base::staticClassName, "a class has a name of its own");
+        static constexpr HSVNExceptionClass ofApplication{Concrete::staticClassName, make};
+        const auto* const ofLibrary = HSVNExceptionClass::named(Concrete::staticClassName);
+        return ofLibrary ? ofLibrary : &ofApplication;
     }
 
     std::string className() const override { return Concrete::staticClassName; }
@@ -140,6 +160,10 @@ class HSVN_EXPORT HSVNExceptionOf : public Base
 
   private:
     explicit HSVNExceptionOf(const HSVNException& general) : HSVNExceptionOf(general.reason(), general.userInfo()) {}
+    static HSVNExceptionRef make(std::string reason, HSVNUserInfo userInfo)
+    {
+        return std::make_shared<Concrete>(std::move(reason), std::move(userInfo));
+    }
     static HSVNUserInfo generalStatus() { return {{HSVNExceptionStatusKey, std::int64_t{HSVNExceptionGeneralStatus}}}; }
 };
 

@@ -26,18 +26,22 @@ class HSVN_EXPORT HSVNExternalDefinition : public HSVNArchivable
     /// @throws HSVNInvalidArgumentException "Keyed unarchiver required", or for a value that is missing
     explicit HSVNExternalDefinition(HSVNCoder* decoder);
 
+    /// A URL, or one relative to the folder that bears the definition (".", "/" or "^" first).
     const std::string& sourceDirectory() const { return _sourceDirectory; }
     void setSourceDirectory(std::string sourceDirectory) { _sourceDirectory = std::move(sourceDirectory); }
     /// Operative and peg revision; may be changed in place; never nil.
     const HSVNMutableRevisionSpecRef& sourceRevision() const { return _sourceRevision; }
     /// Takes the revisions over; nil unsets both.
     void setSourceRevision(HSVNMutableRevisionSpecRef revision);
+    /// Where the external is placed, relative to the folder that bears the definition.
     const std::string& targetDirectory() const { return _targetDirectory; }
     void setTargetDirectory(std::string targetDirectory) { _targetDirectory = std::move(targetDirectory); }
 
+    /// Equality of all three fields.
     bool isEqualToDefinition(const HSVNExternalDefinition& other) const;
     /// Equality of all three fields; nil gives false.
     bool isEqual(const HSVNExternalDefinition* other) const { return other && isEqualToDefinition(*other); }
+    /// Equal definitions have equal hashes.
     std::size_t hash() const;
     /// A definition with the same fields and a revision of its own.
     HSVNExternalDefinitionRef copy() const;

@@ -14,8 +14,6 @@ namespace {
 
 [[noreturn]] void fail(std::string reason) { throw HSVNInvalidArgumentException(std::move(reason)); }
 
-[[noreturn]] void failDecode() { fail("An archiver does not decode"); }
-
 void requireText(std::string_view text, std::string_view key)
 {
     if (!HSVNIsArchivableText(text)) {
@@ -181,11 +179,3 @@ void HSVNKeyedArchiver::encodeException(const HSVNPlatformExceptionRef& exceptio
 }
 
 bool HSVNKeyedArchiver::containsValueForKey(std::string_view key) const { return _document->object->contains(key); }
-
-std::shared_ptr<HSVNArchivable> HSVNKeyedArchiver::decodeAnyObject(std::string_view) { failDecode(); }
-std::optional<std::string> HSVNKeyedArchiver::decodeString(std::string_view) { failDecode(); }
-std::optional<HSVNDate> HSVNKeyedArchiver::decodeDate(std::string_view) { failDecode(); }
-std::int64_t HSVNKeyedArchiver::decodeInteger(std::string_view) { failDecode(); }
-std::uint64_t HSVNKeyedArchiver::decodeUnsigned(std::string_view) { failDecode(); }
-bool HSVNKeyedArchiver::decodeBool(std::string_view) { failDecode(); }
-HSVNPlatformExceptionRef HSVNKeyedArchiver::decodeException(std::string_view) { failDecode(); }

@@ -24,6 +24,7 @@ enum HSVNArchiveFormat : std::int32_t
 class HSVN_EXPORT HSVNKeyedArchiver : public HSVNCoder
 {
   public:
+    /// An archive without values, to be written in that format.
     explicit HSVNKeyedArchiver(HSVNArchiveFormat format = HSVNArchiveFormatJSON);
     ~HSVNKeyedArchiver() override;
 
@@ -45,14 +46,6 @@ class HSVN_EXPORT HSVNKeyedArchiver : public HSVNCoder
 
     /// Whether a value has been encoded under the key.
     bool containsValueForKey(std::string_view key) const override;
-    /// The decode functions of an archiver throw `HSVNInvalidArgumentException`.
-    std::shared_ptr<HSVNArchivable> decodeAnyObject(std::string_view key) override;
-    std::optional<std::string> decodeString(std::string_view key) override;
-    std::optional<HSVNDate> decodeDate(std::string_view key) override;
-    std::int64_t decodeInteger(std::string_view key) override;
-    std::uint64_t decodeUnsigned(std::string_view key) override;
-    bool decodeBool(std::string_view key) override;
-    HSVNPlatformExceptionRef decodeException(std::string_view key) override;
 
   private:
     struct Document;

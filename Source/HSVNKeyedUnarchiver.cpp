@@ -15,8 +15,6 @@ namespace {
 
 [[noreturn]] void fail(std::string reason) { throw HSVNInvalidArgumentException(std::move(reason)); }
 
-[[noreturn]] void failEncode() { fail("An unarchiver does not encode"); }
-
 [[noreturn]] void failType(const std::string& keyDescription, std::string_view expected)
 {
     fail(fmt::format("Value of {} is not {}", keyDescription, expected));
@@ -212,14 +210,6 @@ HSVNPlatformExceptionRef HSVNKeyedUnarchiver::decodeException(std::string_view k
     }
     return exception;
 }
-
-void HSVNKeyedUnarchiver::encodeObject(const HSVNArchivableRef&, std::string_view) { failEncode(); }
-void HSVNKeyedUnarchiver::encodeString(const std::optional<std::string>&, std::string_view) { failEncode(); }
-void HSVNKeyedUnarchiver::encodeDate(const std::optional<HSVNDate>&, std::string_view) { failEncode(); }
-void HSVNKeyedUnarchiver::encodeInteger(std::int64_t, std::string_view) { failEncode(); }
-void HSVNKeyedUnarchiver::encodeUnsigned(std::uint64_t, std::string_view) { failEncode(); }
-void HSVNKeyedUnarchiver::encodeBool(bool, std::string_view) { failEncode(); }
-void HSVNKeyedUnarchiver::encodeException(const HSVNPlatformExceptionRef&, std::string_view) { failEncode(); }
 
 std::string HSVNKeyedUnarchiver::describeKey(std::string_view key) const
 {

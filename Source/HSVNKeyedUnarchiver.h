@@ -39,15 +39,6 @@ class HSVN_EXPORT HSVNKeyedUnarchiver : public HSVNCoder
     bool decodeBool(std::string_view key) override;
     HSVNPlatformExceptionRef decodeException(std::string_view key) override;
 
-    /// The encode functions of an unarchiver throw `HSVNInvalidArgumentException`.
-    void encodeObject(const HSVNArchivableRef& object, std::string_view key) override;
-    void encodeString(const std::optional<std::string>& text, std::string_view key) override;
-    void encodeDate(const std::optional<HSVNDate>& date, std::string_view key) override;
-    void encodeInteger(std::int64_t number, std::string_view key) override;
-    void encodeUnsigned(std::uint64_t number, std::string_view key) override;
-    void encodeBool(bool value, std::string_view key) override;
-    void encodeException(const HSVNPlatformExceptionRef& exception, std::string_view key) override;
-
   protected:
     std::string describeKey(std::string_view key) const override;
 

@@ -28,6 +28,7 @@ struct HSVNListedItem
     std::optional<std::string> externalTarget;
 };
 
+/// What is listed, and what is told of each item.
 struct HSVNListingOptions
 {
     HSVNDepth depth = HSVNDepthImmediates;

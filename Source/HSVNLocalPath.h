@@ -21,6 +21,7 @@ class HSVN_EXPORT HSVNLocalPath : public HSVNPath
     ///                trailing "/" is removed, a second one stays
     /// @throws HSVNInvalidArgumentException for a text that is not UTF-8 or has a NUL in it
     explicit HSVNLocalPath(const std::string& string);
+    /// The constructor of that signature by another name.
     static HSVNLocalPathRef pathWithString(const std::string& string);
     /// @throws HSVNInvalidArgumentException for a path that is missing or that no path can have as its text
     explicit HSVNLocalPath(HSVNCoder* decoder);
@@ -42,16 +43,25 @@ class HSVN_EXPORT HSVNLocalPath : public HSVNPath
     {
         return pathByAddingComponent(component);
     }
+    /// The folder that contains the item; nil for the root "/".
     HSVNLocalPathRef parent() const;
     /// The file URL, whose decoded path is this path.
     ///
     /// @throws HSVNInvalidArgumentException for a path that was made relative
     HSVNURLRef URL() const;
+    /// The path itself.
     HSVNLocalPathRef localPath() const { return selfPath(); }
+    /// The path itself.
     HSVNLocalPathRef canonicalize() const { return selfPath(); }
+    /// The path itself.
     HSVNLocalPathRef stripUser() const { return selfPath(); }
+    /// Where a symbolic link leads, every link on the way resolved; any other path answers itself.
+    ///
+    /// @param wasLink  becomes whether the item is a symbolic link; not null ("wasLink != nil")
     HSVNLocalPathRef resolve(bool* wasLink) const;
+    /// The same for callers who need not know whether it was a link.
     HSVNLocalPathRef resolve() const;
+    /// A new object with the same text.
     HSVNLocalPathRef copy() const;
 
     /// As for every path, but the root "/" where there is no other common ancestor.

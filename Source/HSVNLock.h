@@ -29,17 +29,24 @@ class HSVN_EXPORT HSVNLock : public HSVNArchivable
     /// @throws HSVNInvalidArgumentException for a path, token or creation date that is missing
     explicit HSVNLock(HSVNCoder* decoder);
 
+    /// The locked path as Subversion reports it, such as /trunk/file.c; never nil.
     const HSVNPathRef& path() const { return _path; }
+    /// The text by which the repository knows the lock.
     const std::string& token() const { return _token; }
+    /// Who locked the item; nil when not known.
     const std::optional<std::string>& owner() const { return _owner; }
+    /// Why; nil without a comment.
     const std::optional<std::string>& comment() const { return _comment; }
+    /// Since when; nil for a lock record of Subversion without a time.
     const std::optional<HSVNDate>& creationDate() const { return _creationDate; }
+    /// Until when; nil for a lock that never expires.
     const std::optional<HSVNDate>& expirationDate() const { return _expirationDate; }
 
     /// A new lock that shares the six values.
     HSVNLockRef copy() const;
     /// Equality of the tokens alone; nil gives false.
     bool isEqualToLock(const HSVNLockRef& other) const { return other && *this == *other; }
+    /// The same.
     bool isEqual(const HSVNLockRef& other) const { return isEqualToLock(other); }
     /// Identity on purpose: two equal locks may hash differently.
     std::size_t hash() const;
@@ -50,6 +57,7 @@ class HSVN_EXPORT HSVNLock : public HSVNArchivable
     /// Keys: "comment", "creationDate", "expirationDate", "owner", "path", "token".
     void encodeWithCoder(HSVNCoder* encoder) const override;
 
+    /// Equality of the tokens alone.
     friend bool operator==(const HSVNLock& a, const HSVNLock& b) { return a._token == b._token; }
 
   private:

@@ -27,12 +27,16 @@ class HSVN_EXPORT HSVNLogItem : public HSVNObject
     HSVNLogItem(std::optional<std::string> message, HSVNRevisionNumber revision, std::optional<HSVNDate> date,
                 std::optional<std::string> author, const std::vector<HSVNLogPathChangeRef>& changes = {});
 
+    /// The log message, UTF-8; nil when there is none.
     const std::optional<std::string>& message() const { return _message; }
     void setMessage(std::optional<std::string> message) { _message = std::move(message); }
+    /// The number of the revision; `HSVNInvalidRevision` when not set.
     HSVNRevisionNumber revision() const { return _revision; }
     void setRevision(HSVNRevisionNumber revision) { _revision = revision; }
+    /// When it was committed; nil when the repository does not say.
     const std::optional<HSVNDate>& date() const { return _date; }
     void setDate(std::optional<HSVNDate> date) { _date = date; }
+    /// Who committed it; nil when the repository does not say.
     const std::optional<std::string>& author() const { return _author; }
     void setAuthor(std::optional<std::string> author) { _author = std::move(author); }
 
@@ -42,9 +46,13 @@ class HSVN_EXPORT HSVNLogItem : public HSVNObject
     std::vector<HSVNLogPathChangeRef> changes() const;
     /// The changes of one action.
     std::vector<HSVNLogPathChangeRef> changesWithAction(HSVNLogAction action) const;
+    /// The changes that added a path, in no particular order, as in the next three.
     std::vector<HSVNLogPathChangeRef> additions() const { return changesWithAction(HSVNLogActionAdded); }
+    /// The changes that deleted a path.
     std::vector<HSVNLogPathChangeRef> deletions() const { return changesWithAction(HSVNLogActionDeleted); }
+    /// The changes that replaced a path by a new item.
     std::vector<HSVNLogPathChangeRef> replacements() const { return changesWithAction(HSVNLogActionReplaced); }
+    /// The changes of a text or of properties.
     std::vector<HSVNLogPathChangeRef> modifications() const { return changesWithAction(HSVNLogActionModified); }
     /// The change recorded for exactly that path, or nil.
     HSVNLogPathChangeRef changeForPath(std::string_view path) const;
@@ -58,7 +66,9 @@ class HSVN_EXPORT HSVNLogItem : public HSVNObject
     void addChange(const HSVNLogPathChangeRef& change);
     /// Removes what is recorded under the path of the change, which must not be nil ("change != nil").
     void removeChange(const HSVNLogPathChangeRef& change);
+    /// Removes what is recorded under a path; does nothing when that is nothing.
     void removeChangeWithPath(std::string_view path);
+    /// Removes every recorded change.
     void removeAllChanges() { _changes.clear(); }
 
     /// Takes over revision, date, author, message and the changes of another item, not nil ("item != nil").

@@ -20,12 +20,18 @@ class HSVN_EXPORT HSVNLogPathChange : public HSVNObject
     HSVNLogPathChange();
     /// A change that is no copy.
     HSVNLogPathChange(std::string path, HSVNLogAction action);
+    /// A change that may be a copy.
+    ///
+    /// @param path          the changed item's path in the repository, such as "/trunk/file.c"
+    /// @param copyPath      the path that it was copied from; nil for no copy
+    /// @param copyRevision  the revision that it was copied from; `HSVNInvalidRevision` for no copy
     HSVNLogPathChange(std::string path, HSVNLogAction action, std::optional<std::string> copyPath,
                       HSVNRevisionNumber copyRevision);
     /// The same with texts that the changes of a log share; the path is not nil ("path != nil").
     HSVNLogPathChange(HSVNSharedText path, HSVNLogAction action, HSVNSharedText copyPath,
                       HSVNRevisionNumber copyRevision);
 
+    /// What happened to the item.
     HSVNLogAction action() const { return _action; }
     void setAction(HSVNLogAction action) { _action = action; }
     /// The changed item's path in the repository, such as "/trunk/file.c".
@@ -47,6 +53,7 @@ class HSVN_EXPORT HSVNLogPathChange : public HSVNObject
     /// root. A copy source at or below the old root is told from the new root too, any other stays.
     void adjustPath(std::string_view path);
 
+    /// A new change with the same values; the texts are shared.
     std::shared_ptr<HSVNLogPathChange> copy() const { return std::make_shared<HSVNLogPathChange>(*this); }
     std::string className() const override { return "HSVNLogPathChange"; }
 

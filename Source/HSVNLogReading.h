@@ -33,6 +33,7 @@ struct HSVNLogEntry
     bool isSubtractiveMerge = false;                          ///< those were merged in reverse
 };
 
+/// Which part of the history is read, and what is told of each revision.
 struct HSVNLogReadingOptions
 {
     /// The ranges, each in its own direction.

@@ -55,14 +55,16 @@ class HSVN_EXPORT HSVNMoveHandler
 
 using HSVNMoveHandlerRef = std::shared_ptr<HSVNMoveHandler>;
 
-/// Makes a handler of an application's class, which declares whichever of `HSVNMoveHandler`'s functions it answers. A
-/// function that bears a message's name but cannot be called with the message's arguments does not compile.
+/// Makes a handler of an application's class, which declares whichever of `HSVNMoveHandler`'s functions it answers.
+/// Only public members of the class count and are called. A public function that bears a message's name but cannot be
+/// called with the message's arguments does not compile.
 template <class Application>
 class HSVNMoveHandlerFor : public Application, public HSVNMoveHandler
 {
   public:
     // The parameters' names keep clear of the members of the application's class, which they would hide.
 
+    /// Hands the arguments on to the constructor of the application's class.
     template <class... Arguments>
     explicit HSVNMoveHandlerFor(Arguments&&... theArguments) : Application{std::forward<Arguments>(theArguments)...}
     {

@@ -95,6 +95,7 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// A node without a status record is always greater: of two such nodes that are otherwise equal each compares
     /// greater than the other, so std::sort must not be used on lists that may hold such pairs.
     HSVNComparisonResult compare(const HSVNNode* other) const;
+    /// The same for a node that is shared.
     HSVNComparisonResult compare(const HSVNNodeRef& other) const { return compare(other.get()); }
 
     /// The last path component as shown to the user.
@@ -102,6 +103,7 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     void setName(std::optional<std::string> name);
     /// Makes the path's last component the name; the path must be set.
     void setNameFromPath();
+    /// Where the item is, as it was asked for: a local path or a URL; nil when not set.
     const HSVNPathRef& path() const { return _path; }
     void setPath(HSVNPathRef path);
     /// The folder or URL that contains the item.
@@ -116,8 +118,10 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// Revision, date and author of the last change; `HSVNInvalidRevision` and nil when unknown.
     HSVNRevisionNumber revision() const { return _revision; }
     void setRevision(HSVNRevisionNumber revision) { _revision = revision; }
+    /// When the item last changed; nil when unknown.
     std::optional<HSVNDate> date() const { return _date.value(); }
     void setDate(const std::optional<HSVNDate>& date) { _date = date; }
+    /// Who changed it last; nil when unknown.
     std::optional<std::string> author() const { return HSVNTextValue(_author); }
     void setAuthor(std::optional<std::string> author);
     /// The author's text itself, to be shared with other nodes.
@@ -126,6 +130,7 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// The repository's lock for a repository node, the working copy's lock token for a working-copy node; may be nil.
     const HSVNLockRef& lock() const { return _lock; }
     void setLock(HSVNLockRef lock) { _lock = std::move(lock); }
+    /// Whether the item has any versioned property.
     bool hasProperties() const { return _hasProperties; }
     void setHasProperties(bool hasProperties) { _hasProperties = hasProperties; }
     /// The working-copy status record; nil for nodes that no status scan made.
@@ -139,6 +144,7 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     bool canBeAdded() const;
     /// Whether the repository was asked and reports a change.
     bool hasNewerRevisionInRepository() const;
+    /// The repository's lock, as the status record knows it, against the node's own `lock`.
     HSVNLockStatus lockStatus() const;
 
     // Factory

@@ -48,6 +48,7 @@ class HSVN_EXPORT HSVNPath : public HSVNArchivable, public std::enable_shared_fr
     virtual bool isRoot() const;
     /// The text of the folder or URL that contains the item; nil for what lies in nothing.
     virtual std::optional<std::string> location() const;
+    /// The same for people; nil for what lies in nothing.
     virtual std::optional<std::string> denormalizedLocation() const;
     /// The last component, as it stands in `string`.
     virtual std::string lastComponent() const;
@@ -80,6 +81,7 @@ class HSVN_EXPORT HSVNPath : public HSVNArchivable, public std::enable_shared_fr
     /// Whether this path lies below the other, by the letters of `string`, case told apart. /ab is not below /a, and no
     /// path is below itself or, for the "/" is missing, below the root "/".
     bool isDescendentOfPath(const HSVNPathRef& other) const;
+    /// Whether this path is the other or lies below it; nil gives false.
     bool isEqualToPathOrDescendentOf(const HSVNPathRef& other) const;
     /// The deepest path that is this path or an ancestor of it, and the other or an ancestor of that; nil when there is
     /// none.
@@ -112,6 +114,7 @@ class HSVN_EXPORT HSVNPath : public HSVNArchivable, public std::enable_shared_fr
     ///
     /// @param wasLink  becomes whether the item is a symbolic link; not null ("wasLink != nil")
     HSVNPathRef resolve(bool* wasLink) const { return resolvedPath(wasLink); }
+    /// The same for callers who need not know whether it was a link.
     HSVNPathRef resolve() const;
 
     /// `string` in UTF-8, as Subversion takes it; lives as long as the path.
@@ -125,12 +128,17 @@ class HSVN_EXPORT HSVNPath : public HSVNArchivable, public std::enable_shared_fr
 
     /// `string`.
     std::string description() const override { return string(); }
+    /// Equal paths have equal hashes.
     std::size_t hash() const { return std::hash<std::string>{}(string()); }
     /// Equality of `string`; nil gives false.
     bool isEqualToPath(const HSVNPathRef& other) const { return other && string() == other->string(); }
+    /// Equality of `string` with a text; nil gives false.
     bool isEqualToString(const std::optional<std::string>& other) const { return other && string() == *other; }
+    /// `isEqualToPath`.
     bool isEqual(const HSVNPathRef& other) const { return isEqualToPath(other); }
+    /// Equality of `string` with a text.
     bool isEqual(const std::string& other) const { return string() == other; }
+    /// No path equals nil.
     bool isEqual(std::nullptr_t) const { return false; }
     /// The order of `string` by code points; every path comes after nil.
     HSVNComparisonResult compare(const HSVNPathRef& other) const;
@@ -139,7 +147,9 @@ class HSVN_EXPORT HSVNPath : public HSVNArchivable, public std::enable_shared_fr
     /// Tests the coder and writes nothing.
     void encodeWithCoder(HSVNCoder* encoder) const override;
 
+    /// Equality of `string`.
     friend bool operator==(const HSVNPath& a, const HSVNPath& b) { return a.string() == b.string(); }
+    /// The order of `string`.
     friend std::strong_ordering operator<=>(const HSVNPath& a, const HSVNPath& b) { return a.string() <=> b.string(); }
 
   protected:
@@ -149,6 +159,7 @@ class HSVN_EXPORT HSVNPath : public HSVNArchivable, public std::enable_shared_fr
 
     /// This object as its owners hold it; a copy when nobody does.
     HSVNPathRef self() const;
+    /// Throws the exception for a function that a subclass must supply.
     [[noreturn]] void failUnrecognised(const char* operation) const;
 
   private:

@@ -12,6 +12,7 @@ class HSVNParsedURL;
 /// must not be nil ("path != nil").
 namespace HSVNArray {
 
+/// Local paths and URLs, none nil.
 using Paths = std::vector<HSVNPathRef>;
 
 /// Every `string`.

@@ -15,9 +15,12 @@ class HSVN_EXPORT HSVNPathWithRevision : public HSVNObject
     /// @param thePath      not nil ("thePath != nil")
     /// @param theRevision  may be nil
     HSVNPathWithRevision(HSVNPathRef thePath, HSVNRevisionRef theRevision);
+    /// The constructor by another name.
     static HSVNPathWithRevisionRef path(HSVNPathRef thePath, HSVNRevisionRef theRevision);
 
+    /// Never nil.
     const HSVNPathRef& path() const { return _path; }
+    /// nil when none was given.
     const HSVNRevisionRef& revision() const { return _revision; }
 
     std::string className() const override { return "HSVNPathWithRevision"; }

@@ -15,12 +15,16 @@
 class HSVN_EXPORT HSVNPlatformException : public std::exception
 {
   public:
+    /// @param name      the exception's name, which need not be that of a class
+    /// @param reason    a text for people, UTF-8
+    /// @param userInfo  texts, numbers and dictionaries by key
     HSVNPlatformException(std::string name, std::string reason, HSVNUserInfo userInfo = {});
 
     /// The exception's name, such as "HSVNNotWorkingCopyException" or "NSInvalidArgumentException".
     const std::string& name() const noexcept { return _name; }
     /// A text for people, UTF-8.
     const std::string& reason() const noexcept { return _reason; }
+    /// What else is known of the failure; empty when there is nothing.
     const HSVNUserInfo& userInfo() const noexcept { return _userInfo; }
     const char* what() const noexcept override { return _reason.c_str(); }
 
@@ -48,6 +52,7 @@ using HSVNPlatformExceptionRef = std::shared_ptr<const HSVNPlatformException>;
 class HSVN_EXPORT HSVNAssertionException : public HSVNPlatformException
 {
   public:
+    /// The class's fixed name, that reason and no user information.
     explicit HSVNAssertionException(std::string reason);
     std::string className() const override { return "HSVNAssertionException"; }
     [[noreturn]] void raise() const override { throw *this; }
@@ -58,6 +63,7 @@ class HSVN_EXPORT HSVNAssertionException : public HSVNPlatformException
 class HSVN_EXPORT HSVNInvalidArgumentException : public HSVNPlatformException
 {
   public:
+    /// The class's fixed name, that reason and no user information.
     explicit HSVNInvalidArgumentException(std::string reason);
     std::string className() const override { return "HSVNInvalidArgumentException"; }
     [[noreturn]] void raise() const override { throw *this; }
@@ -68,6 +74,7 @@ class HSVN_EXPORT HSVNInvalidArgumentException : public HSVNPlatformException
 class HSVN_EXPORT HSVNGenericException : public HSVNPlatformException
 {
   public:
+    /// The class's fixed name, that reason and no user information.
     explicit HSVNGenericException(std::string reason);
     std::string className() const override { return "HSVNGenericException"; }
     [[noreturn]] void raise() const override { throw *this; }
@@ -78,6 +85,7 @@ class HSVN_EXPORT HSVNGenericException : public HSVNPlatformException
 class HSVN_EXPORT HSVNInternalInconsistencyException : public HSVNPlatformException
 {
   public:
+    /// The class's fixed name, that reason and no user information.
     explicit HSVNInternalInconsistencyException(std::string reason);
     std::string className() const override { return "HSVNInternalInconsistencyException"; }
     [[noreturn]] void raise() const override { throw *this; }

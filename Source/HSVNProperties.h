@@ -15,15 +15,22 @@
 class HSVN_EXPORT HSVNProperties
 {
   public:
+    /// Values by the property's name.
     using Map = std::map<std::string, std::string>;
 
     HSVNProperties() = default;
+    /// Takes the values as they are; none is checked.
     explicit HSVNProperties(Map values);
 
+    /// All properties.
     const Map& values() const { return _values; }
+    /// How many properties there are.
     std::size_t size() const { return _values.size(); }
+    /// Whether there is none.
     bool empty() const { return _values.empty(); }
+    /// Iteration in the order of the names.
     Map::const_iterator begin() const { return _values.begin(); }
+    /// The end of the iteration.
     Map::const_iterator end() const { return _values.end(); }
     /// The value of a property, or nil.
     std::optional<std::string> value(const std::string& name) const;
@@ -58,6 +65,7 @@ class HSVN_EXPORT HSVNProperties
     std::optional<std::string> externalsText() const;
     void setExternalsText(const std::optional<std::string>& text);
 
+    /// Equality of all names and values.
     friend bool operator==(const HSVNProperties&, const HSVNProperties&) = default;
 
   private:

@@ -23,6 +23,7 @@ struct HSVNItemProperties
     std::vector<std::pair<std::string, HSVNPropertyMap>> inherited;
 };
 
+/// Which items' properties are read.
 struct HSVNPropertyReadingOptions
 {
     HSVNDepth depth = HSVNDepthEmpty;

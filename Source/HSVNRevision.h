@@ -35,11 +35,17 @@ class HSVN_EXPORT HSVNRevision : public HSVNArchivable
   public:
     /// The shared symbolic revisions; each call returns the same object.
     static const HSVNRevisionRef& HEAD();
+    /// The shared PREV: the last changed revision before COMMITTED.
     static const HSVNRevisionRef& PREVIOUS();
+    /// The shared BASE: the revision that a working copy's item is based on.
     static const HSVNRevisionRef& BASE();
+    /// The shared WORKING: an item as it is in the working copy.
     static const HSVNRevisionRef& WORKING();
+    /// The shared COMMITTED: the last revision, up to BASE, in which an item changed.
     static const HSVNRevisionRef& COMMITTED();
+    /// The shared UNSPECIFIED: no revision in particular.
     static const HSVNRevisionRef& UNSPECIFIED();
+    /// The shared MINE: the user's side of a conflict.
     static const HSVNRevisionRef& MINE();
 
     /// A plainly made revision, which is a new HEAD.
@@ -93,6 +99,7 @@ class HSVN_EXPORT HSVNRevision : public HSVNArchivable
     /// A revision without fields; subclasses add theirs.
     void encodeWithCoder(HSVNCoder* encoder) const override;
 
+    /// Equality by kind and value.
     friend bool operator==(const HSVNRevision& a, const HSVNRevision& b) { return a.isEqualToRevision(b); }
 
   protected:
@@ -106,6 +113,7 @@ class HSVN_EXPORT HSVNRevision : public HSVNArchivable
 class HSVN_EXPORT HSVNNumberedRevision : public HSVNRevision
 {
   public:
+    /// @param number  not negative ("number >= 0")
     explicit HSVNNumberedRevision(HSVNRevisionNumber number);
     /// @throws HSVNInvalidArgumentException for a number that is missing or negative
     explicit HSVNNumberedRevision(HSVNCoder* decoder);
@@ -162,6 +170,7 @@ class HSVN_EXPORT HSVNRelativeRevision : public HSVNRevision
 class HSVN_EXPORT HSVNHeadRevision : public HSVNRelativeRevision
 {
   public:
+    /// A HEAD of its own, equal to every other.
     HSVNHeadRevision();
     /// @throws HSVNInvalidArgumentException for a kind that is missing or not that of HEAD
     explicit HSVNHeadRevision(HSVNCoder* decoder);
@@ -174,6 +183,7 @@ class HSVN_EXPORT HSVNHeadRevision : public HSVNRelativeRevision
 class HSVN_EXPORT HSVNRevisionAtDate : public HSVNRevision
 {
   public:
+    /// The newest revision at that moment.
     explicit HSVNRevisionAtDate(const HSVNDate& date);
     /// @throws HSVNInvalidArgumentException for a missing date
     explicit HSVNRevisionAtDate(HSVNCoder* decoder);
@@ -201,6 +211,7 @@ class HSVN_EXPORT HSVNMineRevision : public HSVNRevision
 {
   public:
     HSVNMineRevision() = default;
+    /// @throws HSVNInvalidArgumentException "Keyed unarchiver required"
     explicit HSVNMineRevision(HSVNCoder* decoder);
 
     std::string className() const override { return "HSVNMineRevision"; }

@@ -20,20 +20,25 @@ class HSVN_EXPORT HSVNRevisionRange : public HSVNObject
 
     /// The whole history.
     static std::shared_ptr<HSVNRevisionRange> all();
+    /// The constructor of that signature by another name.
     static std::shared_ptr<HSVNRevisionRange> from(const HSVNRevisionRef& first, const HSVNRevisionRef& last);
     /// Open at the upper end.
     static std::shared_ptr<HSVNRevisionRange> from(const HSVNRevisionRef& first);
     /// Open at the lower end.
     static std::shared_ptr<HSVNRevisionRange> to(const HSVNRevisionRef& last);
 
+    /// The lower bound; never nil.
     const HSVNRevisionRef& first() const { return _first; }
+    /// The upper bound; never nil.
     const HSVNRevisionRef& last() const { return _last; }
     /// Changes a bound; not nil ("first != nil"), and numbered, dated or UNSPECIFIED.
     void setFirst(const HSVNRevisionRef& first);
     /// Changes a bound; not nil ("last != nil"), and numbered, dated or UNSPECIFIED.
     void setLast(const HSVNRevisionRef& last);
 
+    /// Whether the lower bound is other than UNSPECIFIED.
     bool hasLowerBound() const;
+    /// Whether the upper bound is other than UNSPECIFIED.
     bool hasUpperBound() const;
     /// Whether either bound has a number.
     bool isNumberRange() const;
@@ -41,9 +46,11 @@ class HSVN_EXPORT HSVNRevisionRange : public HSVNObject
     bool isDateRange() const;
     /// The bound's number, `HSVNInvalidRevision` when it has none.
     HSVNRevisionNumber firstNumber() const { return _first->number(); }
+    /// The bound's number, `HSVNInvalidRevision` when it has none.
     HSVNRevisionNumber lastNumber() const { return _last->number(); }
     /// The bound's date, nil when it has none.
     std::optional<HSVNDate> firstDate() const { return _first->date(); }
+    /// The bound's date, nil when it has none.
     std::optional<HSVNDate> lastDate() const { return _last->date(); }
 
     /// Whether a number, which must not be negative ("number >= 0"), lies inside; a dated bound lets no number pass.
@@ -59,12 +66,14 @@ class HSVN_EXPORT HSVNRevisionRange : public HSVNObject
     virtual std::shared_ptr<HSVNRevisionRange> copy() const;
     /// Equality of both bounds; nil gives false.
     bool isEqual(const HSVNRevisionRangeRef& other) const { return other && *this == *other; }
+    /// Equal ranges have equal hashes.
     std::size_t hash() const { return _first->hash() ^ _last->hash(); }
 
     std::string className() const override { return "HSVNRevisionRange"; }
     /// "{ 10 - * }", where "*" is an open end.
     std::string description() const override;
 
+    /// Equality of both bounds.
     HSVN_EXPORT friend bool operator==(const HSVNRevisionRange& a, const HSVNRevisionRange& b);
 
   private:

@@ -26,24 +26,38 @@ class HSVN_EXPORT HSVNRevisionSpec : public HSVNArchivable
 
     /// The shared specifications: this operative revision, peg UNSPECIFIED; each call returns the same object.
     static const HSVNRevisionSpecRef& HEAD();
+    /// The shared WORKING.
     static const HSVNRevisionSpecRef& WORKING();
+    /// The shared BASE.
     static const HSVNRevisionSpecRef& BASE();
+    /// The shared PREVIOUS.
     static const HSVNRevisionSpecRef& PREVIOUS();
+    /// The shared COMMITTED.
     static const HSVNRevisionSpecRef& COMMITTED();
+    /// Both revisions UNSPECIFIED.
     static const HSVNRevisionSpecRef& UNSPECIFIED();
+    /// The shared MINE.
     static const HSVNRevisionSpecRef& MINE();
 
+    /// The peg revision stays UNSPECIFIED; `operativeRevision` is not nil ("theOperativeRevision != nil").
     static HSVNRevisionSpecRef revisionWithRevision(const HSVNRevisionRef& operativeRevision);
+    /// Neither may be nil ("theOperativeRevision != nil", "thePegRevision != nil").
     static HSVNRevisionSpecRef revisionWithRevision(const HSVNRevisionRef& operativeRevision,
                                                     const HSVNRevisionRef& pegRevision);
     /// The operative revision stays UNSPECIFIED.
     static HSVNRevisionSpecRef pegRevisionWithRevision(const HSVNRevisionRef& pegRevision);
+    /// A number, not negative ("number >= 0"), as the operative revision.
     static HSVNRevisionSpecRef revisionWithNumber(HSVNRevisionNumber number);
+    /// A date, not nil ("date != nil"), as the operative revision.
     static HSVNRevisionSpecRef revisionAtDate(const std::optional<HSVNDate>& date);
+    /// A number, not negative ("number >= 0"), as the peg revision.
     static HSVNRevisionSpecRef pegRevisionWithNumber(HSVNRevisionNumber number);
+    /// A date, not nil ("date != nil"), as the peg revision.
     static HSVNRevisionSpecRef pegRevisionAtDate(const std::optional<HSVNDate>& date);
 
+    /// Which state of the item is wanted; never nil.
     const HSVNRevisionRef& operativeRevision() const { return _operativeRevision; }
+    /// The revision in which the path is looked up; never nil.
     const HSVNRevisionRef& pegRevision() const { return _pegRevision; }
     /// The operative revision unless it is UNSPECIFIED, else the peg revision.
     const HSVNRevisionRef& keyRevision() const;
@@ -60,6 +74,7 @@ class HSVN_EXPORT HSVNRevisionSpec : public HSVNArchivable
     HSVNMutableRevisionSpecRef mutableCopy() const;
     /// Equality of both revisions, whether mutable or not; nil gives false.
     bool isEqual(const HSVNRevisionSpecRef& other) const { return other && *this == *other; }
+    /// Equal specifications have equal hashes.
     std::size_t hash() const { return _operativeRevision->hash() ^ _pegRevision->hash(); }
 
     std::string className() const override { return "HSVNRevisionSpec"; }
@@ -68,11 +83,13 @@ class HSVN_EXPORT HSVNRevisionSpec : public HSVNArchivable
     /// Keys: "operativeRevision", "pegRevision".
     void encodeWithCoder(HSVNCoder* encoder) const override;
 
+    /// Equality of both revisions.
     HSVN_EXPORT friend bool operator==(const HSVNRevisionSpec& a, const HSVNRevisionSpec& b);
 
   protected:
     /// Nil unsets the side: it becomes UNSPECIFIED.
     void assignOperativeRevision(const HSVNRevisionRef& revision);
+    /// Nil unsets the side: it becomes UNSPECIFIED.
     void assignPegRevision(const HSVNRevisionRef& revision);
 
   private:
@@ -84,15 +101,23 @@ class HSVN_EXPORT HSVNRevisionSpec : public HSVNArchivable
 class HSVN_EXPORT HSVNMutableRevisionSpec : public HSVNRevisionSpec
 {
   public:
+    /// The same constructors.
     using HSVNRevisionSpec::HSVNRevisionSpec;
 
+    /// The peg revision stays UNSPECIFIED; `operativeRevision` is not nil ("theOperativeRevision != nil").
     static HSVNMutableRevisionSpecRef revisionWithRevision(const HSVNRevisionRef& operativeRevision);
+    /// Neither may be nil ("theOperativeRevision != nil", "thePegRevision != nil").
     static HSVNMutableRevisionSpecRef revisionWithRevision(const HSVNRevisionRef& operativeRevision,
                                                            const HSVNRevisionRef& pegRevision);
+    /// The operative revision stays UNSPECIFIED; `pegRevision` is not nil ("thePegRevision != nil").
     static HSVNMutableRevisionSpecRef pegRevisionWithRevision(const HSVNRevisionRef& pegRevision);
+    /// A number, not negative ("number >= 0"), as the operative revision.
     static HSVNMutableRevisionSpecRef revisionWithNumber(HSVNRevisionNumber number);
+    /// A date, not nil ("date != nil"), as the operative revision.
     static HSVNMutableRevisionSpecRef revisionAtDate(const std::optional<HSVNDate>& date);
+    /// A number, not negative ("number >= 0"), as the peg revision.
     static HSVNMutableRevisionSpecRef pegRevisionWithNumber(HSVNRevisionNumber number);
+    /// A date, not nil ("date != nil"), as the peg revision.
     static HSVNMutableRevisionSpecRef pegRevisionAtDate(const std::optional<HSVNDate>& date);
 
     /// Nil unsets the operative revision.

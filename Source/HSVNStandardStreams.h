@@ -9,6 +9,7 @@
 class HSVN_EXPORT HSVNStandardInputStream : public HSVNInputStream
 {
   public:
+    /// @param stream  must outlive this object
     explicit HSVNStandardInputStream(std::istream& stream) : _stream{stream} {}
     std::int64_t read(char* buffer, std::size_t maxLength) override;
     std::string className() const override { return "HSVNStandardInputStream"; }
@@ -21,6 +22,7 @@ class HSVN_EXPORT HSVNStandardInputStream : public HSVNInputStream
 class HSVN_EXPORT HSVNStandardOutputStream : public HSVNOutputStream
 {
   public:
+    /// @param stream  must outlive this object
     explicit HSVNStandardOutputStream(std::ostream& stream) : _stream{stream} {}
     std::int64_t write(const char* buffer, std::size_t maxLength) override;
     std::string className() const override { return "HSVNStandardOutputStream"; }
@@ -33,6 +35,7 @@ class HSVN_EXPORT HSVNStandardOutputStream : public HSVNOutputStream
 class HSVN_EXPORT HSVNMemoryInputStream : public HSVNInputStream
 {
   public:
+    /// @param bytes  what is read, from the first byte on
     explicit HSVNMemoryInputStream(std::string bytes);
     std::int64_t read(char* buffer, std::size_t maxLength) override;
     std::string className() const override { return "HSVNMemoryInputStream"; }

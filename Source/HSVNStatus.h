@@ -93,8 +93,10 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     /// Known, but left out by the repository for want of access.
     bool absent() const { return _flags.absent; }
     void setAbsent(bool absent) { _flags.absent = absent; }
+    /// The item has versioned properties.
     bool hasProperties() const { return _flags.hasProperties; }
     void setHasProperties(bool has) { _flags.hasProperties = has; }
+    /// Its properties were changed in the working copy.
     bool hasPropertyModifications() const { return _flags.hasPropertyModifications; }
     void setHasPropertyModifications(bool has) { _flags.hasPropertyModifications = has; }
 
@@ -118,11 +120,13 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     std::optional<std::string> outOfDateLastCommitAuthor() const;
     void setOutOfDateLastCommitAuthor(std::optional<std::string> author);
 
+    /// What the next commit will do with the item.
     HSVNSchedule schedule() const { return _schedule; }
     void setSchedule(HSVNSchedule schedule) { _schedule = schedule; }
     /// Where the item was copied from; nil unless it is added with history.
     HSVNURLRef copyFromURL() const;
     void setCopyFromURL(HSVNURLRef url);
+    /// The revision of that URL; `HSVNInvalidRevision` unless the item is added with history.
     HSVNRevisionNumber copyFromRevision() const;
     void setCopyFromRevision(HSVNRevisionNumber revision);
 

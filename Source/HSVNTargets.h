@@ -18,6 +18,7 @@ namespace HSVNTargets {
 /// Arguments made canonical.
 struct List
 {
+    /// The targets in the order of the arguments, UTF-8.
     std::vector<std::string> targets;
     /// What was left out because it names Subversion's administrative folder; null when nothing was.
     HSVNExceptionRef skipped;
@@ -26,6 +27,7 @@ struct List
 /// A target with the peg revision that its text ends in.
 struct Pegged
 {
+    /// Without the peg revision; still escaped when it is a URL.
     std::string target;
     HSVNRevisionRef pegRevision; ///< UNSPECIFIED without one
 };

@@ -26,11 +26,14 @@ class HSVN_EXPORT HSVNTextTable : public HSVNObject
     ///
     /// @param columns  how many columns each row has; fixed
     static std::shared_ptr<HSVNTextTable> tableWithColumns(std::size_t columns);
+    /// As `tableWithColumns`.
     explicit HSVNTextTable(std::size_t columns);
 
     std::string className() const override { return "HSVNTextTable"; }
 
+    /// How many columns each row has.
     std::size_t columnCount() const { return _columns.size(); }
+    /// How many rows there are.
     std::size_t rowCount() const { return _rows.size(); }
 
     /// Appends a row of empty texts.
@@ -48,6 +51,7 @@ class HSVN_EXPORT HSVNTextTable : public HSVNObject
     /// Width of a column in code points; 0 leaves the column out of the text. These four test the column.
     std::size_t widthForColumn(std::size_t column) const;
     void setWidth(std::size_t width, std::size_t column);
+    /// On which side a column is padded; left unless set.
     HSVNTextAlignment alignmentForColumn(std::size_t column) const;
     void setAlignment(HSVNTextAlignment alignment, std::size_t column);
 

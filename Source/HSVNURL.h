@@ -27,9 +27,11 @@ class HSVN_EXPORT HSVNURL : public HSVNPath
     ///         malformed." for blanks, non-ASCII letters, broken escapes, a port above 65535 and whatever else RFC 3986
     ///         does not allow
     explicit HSVNURL(const std::string& string);
+    /// The constructor of that signature by another name.
     static HSVNURLRef URLWithString(const std::string& string);
     /// The same on a path's `string`; a nil path has none.
     explicit HSVNURL(const HSVNPathRef& path);
+    /// The same as a reference.
     static HSVNURLRef URLWithPath(const HSVNPathRef& path);
     /// The URL of an unescaped text: every byte that Subversion escapes is escaped, "%", "?" and "#" included, so that
     /// decoding gives the text again, and so that Subversion reports the same URL for the item.
@@ -58,6 +60,7 @@ class HSVN_EXPORT HSVNURL : public HSVNPath
     const std::string& string() const override { return _url; }
     /// The URL with its escapes decoded; those that are no UTF-8 or a NUL stay.
     std::string denormalizedString() const override { return URLDecodedString(); }
+    /// The same as `denormalizedString`.
     std::string URLDecodedString() const;
     /// Before "://", as written.
     std::string scheme() const;
@@ -73,6 +76,7 @@ class HSVN_EXPORT HSVNURL : public HSVNPath
     std::string relativePath() const;
     /// The path unescaped.
     std::string denormalizedRelativePath() const;
+    /// Whether the scheme is "file", in any case.
     bool isFileURL() const;
     /// Whether a tunnel program makes the connection, as for svn+ssh.
     bool schemeUsesTunnel() const;
@@ -87,24 +91,35 @@ class HSVN_EXPORT HSVNURL : public HSVNPath
     /// @throws HSVNInvalidArgumentException "Valid component required" when only that was in it, or what
     ///         `URLWithString` throws
     HSVNURLRef pathByAddingComponent(const std::string& component) const;
+    /// As `pathByAddingComponent` for an unescaped component.
+    ///
+    /// @throws HSVNInvalidArgumentException for a component that is not UTF-8 or has a NUL in it, too
     HSVNURLRef pathByNormalizingAndAddingComponent(const std::string& component) const;
     /// nil for a bare server and for "file:///".
     HSVNURLRef parent() const;
+    /// The URL itself.
     HSVNURLRef URL() const { return selfURL(); }
     /// @throws HSVNInvalidArgumentException "URL is not a file:// URL", or "URL is not a valid file URL" for one whose
     ///         decoded path is no absolute path
     HSVNLocalPathRef localPath() const;
     /// The URL rebuilt without its user and password; itself without a user.
     HSVNURLRef stripUser() const;
-    /// The URL rebuilt with another scheme, user or port.
+    /// The URL rebuilt with another scheme.
     HSVNURLRef URLWithScheme(const std::string& scheme) const;
+    /// The same with another user, unescaped; nil for none.
     HSVNURLRef URLWithUser(const std::optional<std::string>& user) const;
+    /// The same with another port; nil for none.
     HSVNURLRef URLWithPort(std::optional<std::int32_t> port) const;
     /// One text for the spellings of one server: without a user, the scheme's default port written out. A tunnelled URL
     /// loses its user only; a file URL's "localhost" goes; a URL without a port whose scheme has no default stays.
     HSVNURLRef canonicalize() const;
+    /// The URL itself: no URL is a symbolic link.
+    ///
+    /// @param wasLink  becomes false; not null ("wasLink != nil")
     HSVNURLRef resolve(bool* wasLink) const;
+    /// The URL itself.
     HSVNURLRef resolve() const { return selfURL(); }
+    /// A new object with the same text.
     HSVNURLRef copy() const;
 
     std::string className() const override { return "HSVNURL"; }

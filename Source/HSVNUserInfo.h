@@ -15,9 +15,13 @@ using HSVNUserInfo = std::map<std::string, HSVNUserInfoValue>;
 /// One value of an exception's user information. Copies share a nested dictionary, which is immutable.
 struct HSVNUserInfoValue
 {
-    HSVNUserInfoValue(std::string text) : value{std::move(text)} {}   // NOLINT(google-explicit-constructor)
+    /// A text, UTF-8.
+    HSVNUserInfoValue(std::string text) : value{std::move(text)} {} // NOLINT(google-explicit-constructor)
+    /// A text, UTF-8; not null.
     HSVNUserInfoValue(const char* text) : value{std::string{text}} {} // NOLINT(google-explicit-constructor)
-    HSVNUserInfoValue(std::int64_t number) : value{number} {}         // NOLINT(google-explicit-constructor)
+    /// A number.
+    HSVNUserInfoValue(std::int64_t number) : value{number} {} // NOLINT(google-explicit-constructor)
+    /// A nested dictionary; not nil.
     HSVNUserInfoValue(std::shared_ptr<const HSVNUserInfo> dictionary) : value{std::move(dictionary)} {}
 
     /// The text, or null when the value is of another kind.
@@ -31,5 +35,6 @@ struct HSVNUserInfoValue
         return nested ? nested->get() : nullptr;
     }
 
+    /// The value itself.
     std::variant<std::string, std::int64_t, std::shared_ptr<const HSVNUserInfo>> value;
 };

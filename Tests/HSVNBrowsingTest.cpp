@@ -122,11 +122,10 @@ TEST_P(BrowsingTest, ADirectoryTellsItsLastChangeAndItsRepository)
     EXPECT_EQ(repository->UUID().value() + "\n", mustRun({"svnlook", "uuid", server->repository().path()}));
     EXPECT_EQ(repository->rootURL()->string(), rootURL());
 
-    HSVNRepositoryInfoRef* nowhere = nullptr;
-    EXPECT_EQ(HSVNDirectory::directoryAtPath<SpecialDirectory>(trunk(), HEAD, nowhere, reading.client)->className(),
+    EXPECT_EQ(HSVNDirectory::directoryAtPath<SpecialDirectory>(trunk(), HEAD, nullptr, reading.client)->className(),
               "SpecialDirectory");
     const auto future = HSVNRevisionSpec::revisionWithNumber(99);
-    EXPECT_THROW(HSVNDirectory::directoryAtPath(pathOf("empty"), future, reading.client), HSVNException);
+    EXPECT_THROW(HSVNDirectory::directoryAtPath(pathOf("empty"), future, nullptr, reading.client), HSVNException);
 }
 
 TEST_P(BrowsingTest, AListingTellsEveryChild)

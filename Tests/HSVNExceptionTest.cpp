@@ -110,6 +110,22 @@ TEST_F(SubversionErrors, AClassThatIsAskedForIsKept)
     HSVNCurrentEntryPoints().error_clear(chain);
 }
 
+class QuotaException : public HSVNExceptionOf<QuotaException, HSVNException>
+{
+  public:
+    static constexpr const char* staticClassName = "QuotaException";
+    using HSVNExceptionOf::HSVNExceptionOf;
+};
+
+TEST_F(SubversionErrors, AnApplicationsOwnClassIsKeptToo)
+{
+    const auto exception = QuotaException::exceptionWithError(error(155007, "outer"), true);
+    EXPECT_EQ(exception->name(), "QuotaException");
+    EXPECT_EQ(exception->status(), 155007);
+    EXPECT_THROW(exception->raise(), QuotaException);
+    EXPECT_STREQ(QuotaException::classForAPRStatus(155007)->name(), "QuotaException");
+}
+
 TEST_F(SubversionErrors, NoErrorIsAFailedPrecondition)
 {
     const std::string refusal = "Invalid parameter not satisfying: ";
