@@ -1,5 +1,6 @@
 // Versioned properties of nodes: HSVNNode (Properties).
 
+#include "HSVNBrowsingPrivate.h"
 #include "HSVNException.h"
 #include "HSVNNode.h"
 #include "HSVNOperationPrivate.h"
@@ -80,11 +81,11 @@ std::optional<std::string> HSVNNode::propertyWithName(const std::string& propNam
                             "HSVNNode",
                             "propertyWithName:forNodeAtPath:forRevision:withContext:",
                             {{"propName", propName}, {"path", path}, {"revision", revision}, {"context", context}}};
-    const svn_opt_revision_t peg = revision->pegRevision()->SVNRevision();
-    const svn_opt_revision_t operative = revision->operativeRevision()->SVNRevision();
+    const HSVNRevisionRecords revisions{*revision};
     apr_hash_t* values = nullptr;
     operation.check(operation->client_propget2(&values, operation.cString(propName), operation.cString(path->string()),
-                                               &peg, &operative, FALSE, operation.ctx(), operation.pool()));
+                                               &revisions.peg, &revisions.operative, FALSE, operation.ctx(),
+                                               operation.pool()));
     const auto entries = values ? entriesOf(operation, values) : HSVNProperties::Map{};
     return entries.empty() ? std::nullopt : std::optional{entries.begin()->second};
 }
@@ -99,11 +100,10 @@ HSVNProperties HSVNNode::propertiesForNodeAtPath(const HSVNPathRef& path, const 
                             "HSVNNode",
                             "propertiesForNodeAtPath:forRevision:withContext:",
                             {{"path", path}, {"revision", revision}, {"context", context}}};
-    const svn_opt_revision_t peg = revision->pegRevision()->SVNRevision();
-    const svn_opt_revision_t operative = revision->operativeRevision()->SVNRevision();
+    const HSVNRevisionRecords revisions{*revision};
     apr_array_header_t* items = nullptr;
-    operation.check(operation->client_proplist2(&items, operation.cString(path->string()), &peg, &operative, FALSE,
-                                                operation.ctx(), operation.pool()));
+    operation.check(operation->client_proplist2(&items, operation.cString(path->string()), &revisions.peg,
+                                                &revisions.operative, FALSE, operation.ctx(), operation.pool()));
     if (!items) {
         throw HSVNException("svn_client_proplist2 returned null array");
     }

@@ -9,6 +9,7 @@
 #include "HSVNOperationPrivate.h"
 #include "HSVNPathTextPrivate.h"
 #include "HSVNStatus.h"
+#include "HSVNTextPrivate.h"
 #include "HSVNTrustedTextPrivate.h"
 #include "HSVNURL.h"
 
@@ -100,10 +101,9 @@ HSVNLockRef HSVNLockOfEntry(const HSVNPathRef& path, const svn_wc_entry_t& entry
     if (!entry.lock_token) {
         return nullptr;
     }
-    const auto text = [](const char* field) { return field ? std::optional<std::string>{field} : std::nullopt; };
-    return std::make_shared<HSVNLock>(path, entry.lock_token, text(entry.lock_owner), text(entry.lock_comment),
-                                      HSVNDate::dateWithAPRTime(entry.lock_creation_date).value_or(HSVNDate{}),
-                                      std::nullopt);
+    return std::make_shared<HSVNLock>(
+        path, entry.lock_token, HSVNTextOrNil(entry.lock_owner), HSVNTextOrNil(entry.lock_comment),
+        HSVNDate::dateWithAPRTime(entry.lock_creation_date).value_or(HSVNDate{}), std::nullopt);
 }
 
 HSVNStatusNodeMaker::HSVNStatusNodeMaker(HSVNVersion version, apr_pool_t* pool)

@@ -23,14 +23,20 @@ svn_stream_t* makeStream(const HSVNBundleEntryPoints& entryPoints, StreamBaton b
     return stream;
 }
 
-// The count that a platform stream answers, or -1: nothing that it throws may reach Subversion's frames.
+// Stores the count that a platform stream answers, or tells that there is none: nothing that the stream throws may
+// reach Subversion's frames, and no count beyond the buffer may be believed.
 template <class Stream, class Transfer>
-std::int64_t guardedCount(const std::shared_ptr<Stream>& stream, Transfer&& transfer) noexcept
+bool storeCount(std::size_t* length, const std::shared_ptr<Stream>& stream, Transfer&& transfer) noexcept
 {
     try {
-        return stream ? transfer(*stream) : -1;
+        const std::int64_t count = stream ? transfer(*stream) : -1;
+        if (count < 0 || static_cast<std::uint64_t>(count) > *length) {
+            return false;
+        }
+        *length = static_cast<std::size_t>(count);
+        return true;
     } catch (...) {
-        return -1;
+        return false;
     }
 }
 
@@ -56,24 +62,18 @@ svn_stream_t* HSVNAdaptOutputStream(const HSVNOutputStreamRef& stream, apr_pool_
 
 svn_error_t* HSVNAdaptStreamRead(void* baton, char* buffer, std::size_t* length)
 {
-    const auto count = guardedCount(static_cast<StreamBaton*>(baton)->input,
-                                    [&](HSVNInputStream& stream) { return stream.read(buffer, *length); });
-    if (count < 0) {
-        return HSVN_SUBVERSION_ERROR(HSVNExceptionGeneralStatus, "Unable to read data from input stream");
-    }
-    *length = static_cast<std::size_t>(count);
-    return SVN_NO_ERROR;
+    const auto read = [&](HSVNInputStream& stream) { return stream.read(buffer, *length); };
+    return storeCount(length, static_cast<StreamBaton*>(baton)->input, read)
+               ? SVN_NO_ERROR
+               : HSVN_SUBVERSION_ERROR(HSVNExceptionGeneralStatus, "Unable to read data from input stream");
 }
 
 svn_error_t* HSVNAdaptStreamWrite(void* baton, const char* buffer, std::size_t* length)
 {
-    const auto count = guardedCount(static_cast<StreamBaton*>(baton)->output,
-                                    [&](HSVNOutputStream& stream) { return stream.write(buffer, *length); });
-    if (count < 0) {
-        return HSVN_SUBVERSION_ERROR(HSVNExceptionGeneralStatus, "Unable to write data to output stream");
-    }
-    *length = static_cast<std::size_t>(count);
-    return SVN_NO_ERROR;
+    const auto write = [&](HSVNOutputStream& stream) { return stream.write(buffer, *length); };
+    return storeCount(length, static_cast<StreamBaton*>(baton)->output, write)
+               ? SVN_NO_ERROR
+               : HSVN_SUBVERSION_ERROR(HSVNExceptionGeneralStatus, "Unable to write data to output stream");
 }
 
 svn_error_t* HSVNAdaptStreamClose(void* baton)

@@ -56,8 +56,9 @@ HSVN_EXPORT svn_stream_t* HSVNAdaptOutputStream(const HSVNOutputStreamRef& strea
 /// The callbacks that an adapted stream carries; the baton is the one that the adaptation made.
 ///
 /// A read or write asks the platform stream once and stores the count that it answered in `length`: 0 ends a read, and
-/// a short write is reported, not tried again. A count of -1, or an exception, becomes a Subversion error of status
-/// 20014 with the message "Unable to read data from input stream" or "Unable to write data to output stream".
+/// a short write is reported, not tried again. A count of -1 or beyond the buffer, or an exception, becomes a
+/// Subversion error of status 20014 with the message "Unable to read data from input stream" or "Unable to write data
+/// to output stream".
 HSVN_EXPORT svn_error_t* HSVNAdaptStreamRead(void* baton, char* buffer, std::size_t* length);
 HSVN_EXPORT svn_error_t* HSVNAdaptStreamWrite(void* baton, const char* buffer, std::size_t* length);
 /// Lets go of the platform stream; answers no error.

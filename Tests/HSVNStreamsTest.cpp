@@ -77,6 +77,7 @@ TEST(StreamAdapters, ReportTheCountOrTheFailureOfThePlatformStream)
     for (const auto& [answer, expected, readMessage, writeMessage] :
          {Case{[] { return 0; }, 0, success, success}, Case{[] { return 4; }, 4, success, success},
           Case{[] { return -1; }, 10, readFailure, writeFailure},
+          Case{[] { return 11; }, 10, readFailure, writeFailure}, // more than the buffer has room for
           Case{[]() -> std::int64_t { throw std::runtime_error("broken"); }, 10, readFailure, writeFailure}})
     {
         const auto stream = std::make_shared<Answering>(answer);

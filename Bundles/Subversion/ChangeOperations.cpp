@@ -84,14 +84,16 @@ const char* lineEnds(const char* nativeEOL)
     return nativeEOL != nullptr && std::strcmp(nativeEOL, "native") == 0 ? nullptr : nativeEOL;
 }
 
-svn_error_t* export3(svn_revnum_t* result, const char* from, const char* to, const svn_opt_revision_t* pegRevision,
-                     const svn_opt_revision_t* revision, svn_boolean_t overwrite, svn_boolean_t ignoreExternals,
-                     svn_boolean_t recurse, const char* nativeEOL, svn_client_ctx_t* ctx, apr_pool_t* pool)
+/// One of Subversion's exports, which differ in whether they take a depth or a flag for all depths.
+template <auto Export, class Depth>
+svn_error_t* exportTree(svn_revnum_t* result, const char* from, const char* to, const svn_opt_revision_t* pegRevision,
+                        const svn_opt_revision_t* revision, svn_boolean_t overwrite, svn_boolean_t ignoreExternals,
+                        Depth depth, const char* nativeEOL, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     HSVN_CANONICAL_TARGET(from, pool);
     HSVN_CANONICAL_PATH(to, pool);
-    return smoothed(svn_client_export3(result, from, to, pegRevision, revision, overwrite, ignoreExternals, recurse,
-                                       lineEnds(nativeEOL), ctx, pool));
+    return smoothed(Export(result, from, to, pegRevision, revision, overwrite, ignoreExternals, depth,
+                           lineEnds(nativeEOL), ctx, pool));
 }
 
 svn_error_t* merge2(const char* source1, const svn_opt_revision_t* revision1, const char* source2,
@@ -107,16 +109,6 @@ svn_error_t* merge2(const char* source1, const svn_opt_revision_t* revision1, co
 }
 
 #if SVN_VER_MINOR >= 5
-svn_error_t* export4(svn_revnum_t* result, const char* from, const char* to, const svn_opt_revision_t* pegRevision,
-                     const svn_opt_revision_t* revision, svn_boolean_t overwrite, svn_boolean_t ignoreExternals,
-                     svn_depth_t depth, const char* nativeEOL, svn_client_ctx_t* ctx, apr_pool_t* pool)
-{
-    HSVN_CANONICAL_TARGET(from, pool);
-    HSVN_CANONICAL_PATH(to, pool);
-    return smoothed(svn_client_export4(result, from, to, pegRevision, revision, overwrite, ignoreExternals, depth,
-                                       lineEnds(nativeEOL), ctx, pool));
-}
-
 svn_error_t* merge3(const char* source1, const svn_opt_revision_t* revision1, const char* source2,
                     const svn_opt_revision_t* revision2, const char* target, svn_depth_t depth,
                     svn_boolean_t ignoreAncestry, svn_boolean_t force, svn_boolean_t recordOnly, svn_boolean_t dryRun,
@@ -137,10 +129,10 @@ void fillChangeOperations(HSVNBundleEntryPoints& table)
     table.client_delete2 = delete2;
     table.client_copy3 = copy3;
     table.client_move4 = move4;
-    table.client_export3 = export3;
+    table.client_export3 = exportTree<svn_client_export3, svn_boolean_t>;
     table.client_merge2 = merge2;
 #if SVN_VER_MINOR >= 5
-    table.client_export4 = export4;
+    table.client_export4 = exportTree<svn_client_export4, svn_depth_t>;
     table.client_merge3 = merge3;
 #endif
 }
