@@ -97,3 +97,4 @@
 #include "HSVNUserInfo.h"
 #include "HSVNVersion.h"
 #include "HSVNWorkingCopyChanges.h"
+#include "HSVNWorkingCopyUpdates.h"

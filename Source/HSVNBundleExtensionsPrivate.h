@@ -52,6 +52,39 @@ struct HSVNBundleExtensions
         svn_boolean_t trustOther;
     };
 
+    /// How an update, a check-out or a switch goes about; what a function has no use for is left false.
+    struct Updating
+    {
+        svn_depth_t depth;
+        svn_boolean_t depthIsSticky;
+        svn_boolean_t ignoreExternals;
+        svn_boolean_t allowObstructions;
+        svn_boolean_t addsAsModification;
+        svn_boolean_t makeParents;
+        svn_boolean_t ignoreAncestry;
+    };
+
+    struct Exporting
+    {
+        svn_depth_t depth;
+        svn_boolean_t overwrite;
+        svn_boolean_t ignoreExternals;
+        svn_boolean_t ignoreKeywords;
+        const char* nativeEOL; ///< "LF", "CR", "CRLF", or null for the system's own
+    };
+
+    struct Merging
+    {
+        svn_depth_t depth;
+        svn_boolean_t ignoreMergeInfo;
+        svn_boolean_t diffIgnoreAncestry;
+        svn_boolean_t forceDelete;
+        svn_boolean_t recordOnly;
+        svn_boolean_t dryRun;
+        svn_boolean_t allowMixedRevisions;
+        const apr_array_header_t* arguments; ///< of the program that merges texts; may be null
+    };
+
     /// Size of the table in bytes, these two fields included.
     std::uint32_t size;
     /// 1; raised when a place changes its meaning, which a library that expects the former one then refuses.
@@ -167,6 +200,34 @@ struct HSVNBundleExtensions
                                                    apr_pool_t* pool);
     /// svn_repos_create with a configuration of the file system, an array of names and values in turn
     svn_error_t* (*repos_create)(const char* path, const apr_array_header_t* configuration, apr_pool_t* pool);
+    /// svn_client_update4, 1.7 and later
+    svn_error_t* (*client_update)(apr_array_header_t** revisions, const apr_array_header_t* targets,
+                                  const svn_opt_revision_t* revision, const Updating* wishes, svn_client_ctx_t* ctx,
+                                  apr_pool_t* pool);
+    /// svn_client_checkout3, 1.5 and later
+    svn_error_t* (*client_checkout)(svn_revnum_t* result, const char* url, const char* path,
+                                    const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
+                                    const Updating* wishes, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_switch3, 1.7 and later
+    svn_error_t* (*client_switch)(svn_revnum_t* result, const char* path, const char* url,
+                                  const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
+                                  const Updating* wishes, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_export5, 1.7 and later
+    svn_error_t* (*client_export)(svn_revnum_t* result, const char* from, const char* to,
+                                  const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
+                                  const Exporting* wishes, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_merge5, 1.8 and later
+    svn_error_t* (*client_merge)(const char* source1, const svn_opt_revision_t* revision1, const char* source2,
+                                 const svn_opt_revision_t* revision2, const char* target, const Merging* wishes,
+                                 svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_merge_peg5, 1.8 and later; the ranges are `RevisionRange` values, or null for a complete merge
+    svn_error_t* (*client_merge_peg)(const char* source, const apr_array_header_t* ranges,
+                                     const svn_opt_revision_t* pegRevision, const char* target, const Merging* wishes,
+                                     svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_merge_reintegrate, 1.5 and later; of the wishes only the dry run and the arguments count
+    svn_error_t* (*client_merge_reintegrate)(const char* source, const svn_opt_revision_t* pegRevision,
+                                             const char* target, const Merging* wishes, svn_client_ctx_t* ctx,
+                                             apr_pool_t* pool);
 };
 
 extern "C" {

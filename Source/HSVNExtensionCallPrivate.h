@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 #include <type_traits>
+#include <utility>
 #include <vector>
 
 // What the operations over the second table share.
@@ -27,6 +28,18 @@ inline apr_array_header_t* HSVNTextArray(const HSVNOperation& operation, const s
 inline apr_array_header_t* HSVNFilterArray(const HSVNOperation& operation, const std::vector<std::string>& texts)
 {
     return texts.empty() ? nullptr : HSVNTextArray(operation, texts);
+}
+
+/// The pairs of revisions as an array of `HSVNBundleExtensions::RevisionRange` values.
+inline apr_array_header_t* HSVNRangeArray(const HSVNOperation& operation,
+                                          const std::vector<std::pair<HSVNRevisionRef, HSVNRevisionRef>>& ranges)
+{
+    using Range = HSVNBundleExtensions::RevisionRange;
+    auto* const array = operation->apr_array_make(operation.pool(), static_cast<int>(ranges.size()), sizeof(Range));
+    for (const auto& [start, end] : ranges) {
+        *static_cast<Range*>(operation->apr_array_push(array)) = {start->SVNRevision(), end->SVNRevision()};
+    }
+    return array;
 }
 
 /// The order of Subversion's sorted paths: what lies in a folder comes right after it.

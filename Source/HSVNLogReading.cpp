@@ -74,17 +74,11 @@ void HSVNReadLog(const std::vector<std::string>& targets, const HSVNRevisionRef&
                             "HSVNLogReading",
                             "readLog:pegRevision:withOptions:receiver:withContext:",
                             {{"pegRevision", pegRevision}, {"context", context}}};
-    using Range = HSVNBundleExtensions::RevisionRange;
     const auto function = operation.extension(&HSVNBundleExtensions::client_log);
-    auto* const ranges =
-        operation->apr_array_make(operation.pool(), static_cast<int>(options.ranges.size()), sizeof(Range));
-    for (const auto& [start, end] : options.ranges) {
-        *static_cast<Range*>(operation->apr_array_push(ranges)) = {start->SVNRevision(), end->SVNRevision()};
-    }
     const auto peg = pegRevision->SVNRevision();
     LogCall call{operation, receiver};
-    operation.check(function(HSVNTextArray(operation, targets), &peg, ranges, options.limit, options.changedPaths,
-                             options.stopOnCopy, options.mergedRevisions,
+    operation.check(function(HSVNTextArray(operation, targets), &peg, HSVNRangeArray(operation, options.ranges),
+                             options.limit, options.changedPaths, options.stopOnCopy, options.mergedRevisions,
                              options.properties ? HSVNTextArray(operation, *options.properties) : nullptr, receiveEntry,
                              &call, operation.ctx(), operation.pool()));
 }

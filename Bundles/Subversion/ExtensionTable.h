@@ -6,6 +6,7 @@
 
 namespace HSVNAdapter {
 
+void fillUpdateExtensions(HSVNBundleExtensions& table);
 void fillWorkingCopyExtensions(HSVNBundleExtensions& table);
 
 } // namespace HSVNAdapter

@@ -1,5 +1,7 @@
 #include "ExtensionTargets.h"
 
+#include "HSVNBundleExtensionsPrivate.h"
+
 #if SVN_VER_MINOR >= 7
 #include <svn_dirent_uri.h>
 #endif
@@ -52,5 +54,19 @@ svn_error_t* checkLocalTargets(const apr_array_header_t** targets, apr_pool_t* p
     *targets = checked;
     return SVN_NO_ERROR;
 }
+
+#if SVN_VER_MINOR >= 5
+apr_array_header_t* rangePointers(const apr_array_header_t* ranges, apr_pool_t* pool)
+{
+    auto* const pointers = apr_array_make(pool, ranges->nelts, sizeof(svn_opt_revision_range_t*));
+    for (int index = 0; index < ranges->nelts; ++index) {
+        auto* range = static_cast<svn_opt_revision_range_t*>(apr_pcalloc(pool, sizeof(svn_opt_revision_range_t)));
+        range->start = APR_ARRAY_IDX(ranges, index, HSVNBundleExtensions::RevisionRange).start;
+        range->end = APR_ARRAY_IDX(ranges, index, HSVNBundleExtensions::RevisionRange).end;
+        APR_ARRAY_PUSH(pointers, svn_opt_revision_range_t*) = range;
+    }
+    return pointers;
+}
+#endif
 
 } // namespace HSVNAdapter

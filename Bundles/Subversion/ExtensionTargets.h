@@ -19,4 +19,9 @@ svn_error_t* checkLocalTarget(const char** target, apr_pool_t* pool);
 /// Replaces the targets by a new array of checked local ones.
 svn_error_t* checkLocalTargets(const apr_array_header_t** targets, apr_pool_t* pool);
 
+#if SVN_VER_MINOR >= 5
+/// An array of `HSVNBundleExtensions::RevisionRange` values as the array of pointers that Subversion takes.
+apr_array_header_t* rangePointers(const apr_array_header_t* ranges, apr_pool_t* pool);
+#endif
+
 } // namespace HSVNAdapter

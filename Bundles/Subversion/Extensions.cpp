@@ -8,10 +8,6 @@
 namespace HSVNAdapter {
 namespace {
 
-#if SVN_VER_MINOR >= 6
-static_assert(sizeof(HSVNBundleExtensions::RevisionRange) == sizeof(svn_opt_revision_range_t));
-#endif
-
 #if SVN_VER_MINOR >= 7
 svn_error_t* targetArray(apr_array_header_t** targets, const apr_array_header_t* arguments, svn_client_ctx_t* ctx,
                          apr_pool_t* pool)
@@ -72,15 +68,8 @@ svn_error_t* log(const apr_array_header_t* targets, const svn_opt_revision_t* pe
     }
     // What follows a URL is relative to it.
     SVN_ERR(checkTarget(&APR_ARRAY_IDX(checked, 0, const char*), pool));
-    auto* rangePointers = apr_array_make(pool, ranges->nelts, sizeof(svn_opt_revision_range_t*));
-    for (int index = 0; index < ranges->nelts; ++index) {
-        auto* range = static_cast<svn_opt_revision_range_t*>(apr_pcalloc(pool, sizeof(svn_opt_revision_range_t)));
-        range->start = APR_ARRAY_IDX(ranges, index, HSVNBundleExtensions::RevisionRange).start;
-        range->end = APR_ARRAY_IDX(ranges, index, HSVNBundleExtensions::RevisionRange).end;
-        APR_ARRAY_PUSH(rangePointers, svn_opt_revision_range_t*) = range;
-    }
-    return svn_client_log5(checked, pegRevision, rangePointers, limit, changedPaths, stopOnCopy, mergedRevisions,
-                           revisionProperties, receiver, baton, ctx, pool);
+    return svn_client_log5(checked, pegRevision, rangePointers(ranges, pool), limit, changedPaths, stopOnCopy,
+                           mergedRevisions, revisionProperties, receiver, baton, ctx, pool);
 }
 #endif
 
@@ -197,6 +186,7 @@ HSVNBundleExtensions makeExtensions()
     table.client_list = list;
 #endif
     fillWorkingCopyExtensions(table);
+    fillUpdateExtensions(table);
     return table;
 }
 

@@ -1,0 +1,104 @@
+#include "ExtensionTable.h"
+#include "ExtensionTargets.h"
+
+namespace HSVNAdapter {
+namespace {
+
+#if SVN_VER_MINOR >= 5
+svn_error_t* checkout(svn_revnum_t* result, const char* url, const char* path, const svn_opt_revision_t* pegRevision,
+                      const svn_opt_revision_t* revision, const HSVNBundleExtensions::Updating* wishes,
+                      svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_URL(url, pool);
+    SVN_ERR(checkLocalTarget(&path, pool));
+    return svn_client_checkout3(result, url, path, pegRevision, revision, wishes->depth, wishes->ignoreExternals,
+                                wishes->allowObstructions, ctx, pool);
+}
+
+svn_error_t* mergeReintegrate(const char* source, const svn_opt_revision_t* pegRevision, const char* target,
+                              const HSVNBundleExtensions::Merging* wishes, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkTarget(&source, pool));
+    SVN_ERR(checkLocalTarget(&target, pool));
+    return svn_client_merge_reintegrate(source, pegRevision, target, wishes->dryRun, wishes->arguments, ctx, pool);
+}
+#endif
+
+#if SVN_VER_MINOR >= 7
+svn_error_t* update(apr_array_header_t** revisions, const apr_array_header_t* targets,
+                    const svn_opt_revision_t* revision, const HSVNBundleExtensions::Updating* wishes,
+                    svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkLocalTargets(&targets, pool));
+    return svn_client_update4(revisions, targets, revision, wishes->depth, wishes->depthIsSticky,
+                              wishes->ignoreExternals, wishes->allowObstructions, wishes->addsAsModification,
+                              wishes->makeParents, ctx, pool);
+}
+
+svn_error_t* switchTo(svn_revnum_t* result, const char* path, const char* url, const svn_opt_revision_t* pegRevision,
+                      const svn_opt_revision_t* revision, const HSVNBundleExtensions::Updating* wishes,
+                      svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_URL(url, pool);
+    SVN_ERR(checkLocalTarget(&path, pool));
+    return svn_client_switch3(result, path, url, pegRevision, revision, wishes->depth, wishes->depthIsSticky,
+                              wishes->ignoreExternals, wishes->allowObstructions, wishes->ignoreAncestry, ctx, pool);
+}
+
+svn_error_t* exportTo(svn_revnum_t* result, const char* from, const char* to, const svn_opt_revision_t* pegRevision,
+                      const svn_opt_revision_t* revision, const HSVNBundleExtensions::Exporting* wishes,
+                      svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkTarget(&from, pool));
+    SVN_ERR(checkLocalTarget(&to, pool));
+    return svn_client_export5(result, from, to, pegRevision, revision, wishes->overwrite, wishes->ignoreExternals,
+                              wishes->ignoreKeywords, wishes->depth, wishes->nativeEOL, ctx, pool);
+}
+#endif
+
+#if SVN_VER_MINOR >= 8
+svn_error_t* merge(const char* source1, const svn_opt_revision_t* revision1, const char* source2,
+                   const svn_opt_revision_t* revision2, const char* target, const HSVNBundleExtensions::Merging* wishes,
+                   svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkTarget(&source1, pool));
+    SVN_ERR(checkTarget(&source2, pool));
+    SVN_ERR(checkLocalTarget(&target, pool));
+    return svn_client_merge5(source1, revision1, source2, revision2, target, wishes->depth, wishes->ignoreMergeInfo,
+                             wishes->diffIgnoreAncestry, wishes->forceDelete, wishes->recordOnly, wishes->dryRun,
+                             wishes->allowMixedRevisions, wishes->arguments, ctx, pool);
+}
+
+svn_error_t* mergePeg(const char* source, const apr_array_header_t* ranges, const svn_opt_revision_t* pegRevision,
+                      const char* target, const HSVNBundleExtensions::Merging* wishes, svn_client_ctx_t* ctx,
+                      apr_pool_t* pool)
+{
+    SVN_ERR(checkTarget(&source, pool));
+    SVN_ERR(checkLocalTarget(&target, pool));
+    return svn_client_merge_peg5(source, ranges != nullptr ? rangePointers(ranges, pool) : nullptr, pegRevision, target,
+                                 wishes->depth, wishes->ignoreMergeInfo, wishes->diffIgnoreAncestry,
+                                 wishes->forceDelete, wishes->recordOnly, wishes->dryRun, wishes->allowMixedRevisions,
+                                 wishes->arguments, ctx, pool);
+}
+#endif
+
+} // namespace
+
+void fillUpdateExtensions([[maybe_unused]] HSVNBundleExtensions& table)
+{
+#if SVN_VER_MINOR >= 5
+    table.client_checkout = checkout;
+    table.client_merge_reintegrate = mergeReintegrate;
+#endif
+#if SVN_VER_MINOR >= 7
+    table.client_update = update;
+    table.client_switch = switchTo;
+    table.client_export = exportTo;
+#endif
+#if SVN_VER_MINOR >= 8
+    table.client_merge = merge;
+    table.client_merge_peg = mergePeg;
+#endif
+}
+
+} // namespace HSVNAdapter
