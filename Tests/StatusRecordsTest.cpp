@@ -121,10 +121,11 @@ class StatusRecords : public testing::Test
     {
         const std::string layout = suite->beside("layout");
         for (const char* name :
-             {"normal",       "modified",     "propmod",        "bothmod",    "deleted",    "missing",
-              "replaced",     "moved",        "copied",         "locked",     "broken",     "changelist",
-              "textconflict", "propconflict", "treeconflict",   "obstructed", "blank name", "per%cent",
-              "outofdate",    "remotelygone", "resolvedbyhand", "keptlocal"})
+             {"normal",          "modified",     "propmod",        "bothmod",    "deleted",       "missing",
+              "replaced",        "moved",        "copied",         "locked",     "broken",        "changelist",
+              "textconflict",    "propconflict", "treeconflict",   "obstructed", "blank name",    "per%cent",
+              "outofdate",       "remotelygone", "resolvedbyhand", "keptlocal",  "deletedlocked", "deletedlisted",
+              "deletedswitched", "deletedinway"})
         {
             writeFile(layout + "/" + name, name);
             writeFile(layout + "/dir/" + name, name);
@@ -132,7 +133,7 @@ class StatusRecords : public testing::Test
             writeFile(layout + "/copiedtree/deep/" + name, name);
         }
         for (const char* name : {"propdir", "missingdir", "obstructeddir", "sparse", "switchedto", "deleteddir",
-                                 "externals", "dirconflict"})
+                                 "deletedsparse", "keptdir", "externals", "dirconflict"})
         {
             writeFile(layout + "/" + name + "/child", name);
         }
@@ -142,6 +143,7 @@ class StatusRecords : public testing::Test
         svn({"propset", "svn:eol-style", "native", item("normal"), item("dir/modified")});
         svn({"propset", "svn:externals", "^/dir extdir\n^/normal extfile\n-r2 ^/modified@2 pinned", item("externals")});
         svn({"propset", "svn:ignore", "*.o", wc()});
+        svn({"propset", "color", "red", item("deletedlisted"), item("deletedtree"), item("deletedtree/deep/normal")});
         svn({"commit", wc(), "-m", "properties"});
         svn({"update", wc()});
     }
@@ -175,6 +177,7 @@ class StatusRecords : public testing::Test
         }
         svn({"remove", item("deleted"), item("deleteddir"), item("deletedtree"), item("dir/deleted")});
         svn({"remove", "--keep-local", item("keptlocal")});
+        makeDeletionsAndAdditions();
         fs::remove(item("missing"));
         fs::remove_all(item("missingdir"));
         svn({"remove", item("replaced")});
@@ -185,6 +188,8 @@ class StatusRecords : public testing::Test
         svn({"copy", item("copiedtree"), item("copyoftree")});
         writeFile(item("copyoftree/deep/normal"), "changed in the copy");
         svn({"remove", item("copyoftree/deep/locked")});
+        writeFile(item("copyoftree/deep/added"), "new in the copy");
+        svn({"add", item("copyoftree/deep/added")});
         svn({"copy", suite->url("dir") + "@1", item("copyfromurl")});
         svn({"lock", item("locked"), item("dir/locked"), "-m", "mine"});
         svn({"lock", item("broken")});
@@ -208,6 +213,32 @@ class StatusRecords : public testing::Test
         fs::create_symlink("modified", item("link"));
         mustRun({"sqlite3", item(".svn/wc.db"),
                  "UPDATE nodes SET presence = 'incomplete' WHERE local_relpath = 'copiedtree/deep'"});
+    }
+
+    static void makeDeletionsAndAdditions()
+    {
+        svn({"lock", item("deletedlocked")});
+        svn({"changelist", "list", item("deletedlisted")});
+        svn({"switch", "--ignore-ancestry", suite->url("dir/normal"), item("deletedswitched")});
+        svn({"update", "--set-depth", "empty", item("deletedsparse")});
+        svn({"remove", "--force", item("deletedlocked"), item("deletedlisted"), item("deletedswitched"),
+             item("deletedsparse"), item("deletedinway")});
+        svn({"remove", "--keep-local", item("keptdir")});
+        fs::create_directory(item("deletedinway"));
+        for (const char* name : {"added%plain", "addedlisted", "addedwithproperty", "addedmissing", "addedobstructed"})
+        {
+            writeFile(item(name), name);
+            svn({"add", item(name)});
+        }
+        fs::create_symlink("normal", item("addedlink"));
+        svn({"add", item("addedlink")});
+        svn({"changelist", "list", item("addedlisted")});
+        svn({"mkdir", item("addeddir"), item("addeddir/deep"), item("addeddirmissing")});
+        svn({"propset", "color", "red", item("addedwithproperty"), item("addeddir/deep")});
+        fs::remove(item("addedmissing"));
+        fs::remove(item("addedobstructed"));
+        fs::create_directory(item("addedobstructed"));
+        fs::remove(item("addeddirmissing"));
     }
 
     Reported report(StatusFunction function, const std::string& path, bool recurse, bool getAll, bool update) const
@@ -236,8 +267,8 @@ class StatusRecords : public testing::Test
     static void dropWhatDepthsLeaveOut(Reported& reported)
     {
         std::erase_if(reported.records, [](const std::string& record) {
-            return record.starts_with(item("sparse")) || record.starts_with(item("dir ")) ||
-                   record.starts_with(item("dir/copied "));
+            return record.starts_with(item("sparse")) || record.starts_with(item("deletedsparse")) ||
+                   record.starts_with(item("dir ")) || record.starts_with(item("dir/copied "));
         });
     }
 

@@ -2,9 +2,10 @@
 
 #ifdef HSVN_FAST_STATUS
 
+#include "StatusEntries.h"
+
 #include <algorithm>
 #include <cstring>
-#include <svn_md5.h>
 #include <sys/stat.h>
 #include <system_error>
 
@@ -43,6 +44,14 @@ bool isScheduled(svn_wc_status_kind kind)
     return kind == svn_wc_status_added || kind == svn_wc_status_deleted || kind == svn_wc_status_replaced;
 }
 
+bool isFolderOnDisk(const char* path)
+{
+    struct stat state
+    {
+    };
+    return stat(path, &state) == 0 && S_ISDIR(state.st_mode);
+}
+
 /// All fields but the entry, the tree conflict, and what a conflict makes of the text and property status.
 svn_wc_status2_t recordWithoutEntry(const svn_client_status_t& status)
 {
@@ -68,30 +77,6 @@ svn_wc_status2_t recordWithoutEntry(const svn_client_status_t& status)
     record.pristine_prop_status =
         isScheduled(status.node_status) ? svn_wc_status_none : withoutConflict(status.prop_status);
     return record;
-}
-
-/// What an entry says when nothing is known of an item.
-svn_wc_entry_t emptyEntry()
-{
-    svn_wc_entry_t entry{};
-    entry.revision = SVN_INVALID_REVNUM;
-    entry.copyfrom_rev = SVN_INVALID_REVNUM;
-    entry.cmt_rev = SVN_INVALID_REVNUM;
-    entry.working_size = SVN_WC_ENTRY_WORKING_SIZE_UNKNOWN;
-    entry.depth = svn_depth_infinity;
-    entry.file_external_peg_rev.kind = svn_opt_revision_unspecified;
-    entry.file_external_rev.kind = svn_opt_revision_unspecified;
-    return entry;
-}
-
-void setLock(svn_wc_entry_t& entry, const svn_lock_t* lock)
-{
-    if (lock != nullptr) {
-        entry.lock_token = lock->token;
-        entry.lock_owner = lock->owner;
-        entry.lock_comment = lock->comment;
-        entry.lock_creation_date = lock->creation_date;
-    }
 }
 
 } // namespace
@@ -165,49 +150,75 @@ svn_error_t* StatusRecords::receive(const char* path, const svn_client_status_t&
     if (status.repos_relpath != nullptr) {
         record.url = svn_path_url_add_component2(status.repos_root_url, status.repos_relpath, pool);
     }
-    svn_wc_entry_t entry = emptyEntry();
+    std::optional<svn_wc_entry_t> entry;
     if (status.conflicted) {
         SVN_ERR(readConflicts(record, path, pool));
-    } else if (status.versioned && makeUnchangedEntry(entry, path, record.url, status, pool)) {
-        record.entry = &entry;
     } else if (status.versioned) {
-        SVN_ERR(readEntry(&record.entry, path, status, pool));
+        entry = makeEntry(path, record.url, status, pool);
+        if (entry) {
+            record.entry = &*entry;
+        } else {
+            SVN_ERR(readEntry(&record.entry, path, status, pool));
+        }
     }
     _receiver(_baton, path, &record);
     return SVN_NO_ERROR;
 }
 
-bool StatusRecords::makeUnchangedEntry(svn_wc_entry_t& entry, const char* path, const char* url,
-                                       const svn_client_status_t& status, apr_pool_t* pool)
+std::optional<svn_wc_entry_t> StatusRecords::makeEntry(const char* path, const char* url,
+                                                       const svn_client_status_t& status, apr_pool_t* pool)
 {
-    const bool isUnchanged =
-        (status.node_status == svn_wc_status_normal || status.node_status == svn_wc_status_modified) &&
-        !status.copied && !status.file_external && url != nullptr;
-    UnchangedNode single;
-    const auto* node = isUnchanged ? unchangedNode(single, path, status.kind) : nullptr;
-    if (node == nullptr || node->revision != status.revision || node->changedRevision != status.changed_rev) {
-        return false;
+    if (status.copied || status.file_external || url == nullptr) {
+        return std::nullopt;
     }
-    const bool isFolder = status.kind == svn_node_dir;
-    entry.name = isFolder ? "" : path + (std::strlen(path) - nameOf(path).size());
-    entry.revision = status.revision;
-    entry.url = url;
-    entry.repos = status.repos_root_url;
-    entry.uuid = status.repos_uuid;
-    entry.kind = status.kind;
-    entry.schedule = svn_wc_schedule_normal;
-    entry.text_time = node->textTime;
-    entry.checksum = node->checksum ? svn_md5_digest_to_cstring(node->checksum->data(), pool) : nullptr;
-    entry.cmt_rev = status.changed_rev;
-    entry.cmt_date = status.changed_date;
-    entry.cmt_author = status.changed_author;
-    entry.has_props = status.prop_status != svn_wc_status_none;
-    entry.has_prop_mods = status.prop_status == svn_wc_status_modified;
-    entry.changelist = status.changelist;
-    entry.working_size = node->textSize;
-    entry.depth = isFolder && status.depth != svn_depth_unknown ? status.depth : svn_depth_infinity;
-    setLock(entry, status.lock);
-    return true;
+    switch (status.node_status) {
+    case svn_wc_status_normal:
+    case svn_wc_status_modified:
+        return makeUnchangedEntry(path, url, status, pool);
+    case svn_wc_status_missing:
+        return status.kind == svn_node_file ? makeUnchangedEntry(path, url, status, pool) : std::nullopt;
+    case svn_wc_status_added:
+        return makeAdditionEntry(path, url, status);
+    case svn_wc_status_deleted:
+        return makeDeletionEntry(path, status, pool);
+    default:
+        return std::nullopt;
+    }
+}
+
+std::optional<svn_wc_entry_t> StatusRecords::makeUnchangedEntry(const char* path, const char* url,
+                                                                const svn_client_status_t& status, apr_pool_t* pool)
+{
+    UnchangedNode single;
+    const auto* node = unchangedNode(single, path, status.kind);
+    if (node == nullptr || node->revision != status.revision || node->changedRevision != status.changed_rev) {
+        return std::nullopt;
+    }
+    return unchangedEntry(*node, path, url, status, pool);
+}
+
+std::optional<svn_wc_entry_t> StatusRecords::makeAdditionEntry(const char* path, const char* url,
+                                                               const svn_client_status_t& status)
+{
+    auto* database = folder(folderOf(path)).database;
+    if (database == nullptr || !database->isPlainAddition(relativePath(*database, path))) {
+        return std::nullopt;
+    }
+    return additionEntry(path, url, status);
+}
+
+std::optional<svn_wc_entry_t> StatusRecords::makeDeletionEntry(const char* path, const svn_client_status_t& status,
+                                                               apr_pool_t* pool)
+{
+    auto* database = folder(folderOf(path)).database;
+    if (database == nullptr || isFolderOnDisk(path)) {
+        return std::nullopt;
+    }
+    const auto node = database->deletedNode(relativePath(*database, path), pool);
+    if (!node || std::strcmp(node->repositoryRoot, status.repos_root_url) != 0) {
+        return std::nullopt;
+    }
+    return deletionEntry(*node, path, status, pool);
 }
 
 const UnchangedNode* StatusRecords::unchangedNode(UnchangedNode& single, const char* path, svn_node_kind_t kind)

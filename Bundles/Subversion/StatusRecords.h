@@ -8,6 +8,7 @@
 #include "WorkingCopyDatabase.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
 #include <vector>
@@ -18,9 +19,10 @@ namespace HSVNAdapter {
 /// line answers, but for two fields that it never sets on this line and that are set here: `locked` and
 /// `file_external`.
 ///
-/// The older function reads the entry of every item again, which takes time quadratic in a folder's size. Here an
-/// unchanged item's entry is made from the newer record and the working copy's database, read a folder at a time; the
-/// entries of other items are read once a folder; conflicted items are asked for one by one.
+/// The older function reads the entry of every item again, which takes time quadratic in a folder's size. Here the
+/// entries of items that are unchanged, plainly added or plainly deleted are made from the newer record and the working
+/// copy's database, read a folder at a time where that pays; the entries of other items are read once a folder;
+/// conflicted items are asked for one by one.
 class StatusRecords
 {
   public:
@@ -41,8 +43,15 @@ class StatusRecords
     struct Folder;
 
     svn_error_t* receive(const char* path, const svn_client_status_t& status, apr_pool_t* pool);
-    bool makeUnchangedEntry(svn_wc_entry_t& entry, const char* path, const char* url, const svn_client_status_t& status,
-                            apr_pool_t* pool);
+    /// The entry of an item of a plain kind; none for any other, which is read.
+    std::optional<svn_wc_entry_t> makeEntry(const char* path, const char* url, const svn_client_status_t& status,
+                                            apr_pool_t* pool);
+    std::optional<svn_wc_entry_t> makeUnchangedEntry(const char* path, const char* url,
+                                                     const svn_client_status_t& status, apr_pool_t* pool);
+    std::optional<svn_wc_entry_t> makeAdditionEntry(const char* path, const char* url,
+                                                    const svn_client_status_t& status);
+    std::optional<svn_wc_entry_t> makeDeletionEntry(const char* path, const svn_client_status_t& status,
+                                                    apr_pool_t* pool);
     svn_error_t* readEntry(const svn_wc_entry_t** entry, const char* path, const svn_client_status_t& status,
                            apr_pool_t* pool);
     svn_error_t* readConflicts(svn_wc_status2_t& record, const char* path, apr_pool_t* pool);

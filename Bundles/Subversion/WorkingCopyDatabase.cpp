@@ -38,11 +38,59 @@ constexpr const char* foldersQuery = HSVN_NODES "parent_relpath >= ?1 ORDER BY p
 constexpr const char* conflictQuery =
     "SELECT local_relpath, parent_relpath FROM actual_node WHERE wc_id = 1 AND conflict_data IS NOT NULL";
 
+enum ScheduledColumn
+{
+    ScheduledOperationDepth,
+    ScheduledPresence,
+    ScheduledFileExternal,
+    ScheduledRepositoryRoot,
+    ScheduledRepositoryPath,
+    ScheduledRevision,
+    ScheduledChangedRevision,
+    ScheduledChangedDate,
+    ScheduledChangedAuthor,
+    ScheduledPropertiesLength,
+    ScheduledDepth,
+    ScheduledPristine
+};
+
+constexpr const char* scheduledQuery =
+    "SELECT op_depth, presence, file_external, root, repos_path, revision, changed_revision, changed_date,"
+    " changed_author, length(properties), depth, checksum"
+    " FROM nodes LEFT JOIN repository ON repository.id = repos_id"
+    " WHERE wc_id = 1 AND local_relpath = ?1 ORDER BY op_depth";
+
+/// Properties of so many bytes, "()", are none.
+constexpr int lengthOfNoProperties = 2;
+
 std::string_view nameOf(std::string_view relativePath) { return relativePath.substr(relativePath.rfind('/') + 1); }
 
-std::int64_t numberIn(sqlite3_stmt* row, Column column, std::int64_t forNull)
+bool isNull(sqlite3_stmt* row, int column) { return sqlite3_column_type(row, column) == SQLITE_NULL; }
+
+std::int64_t numberIn(sqlite3_stmt* row, int column, std::int64_t forNull)
 {
-    return sqlite3_column_type(row, column) == SQLITE_NULL ? forNull : sqlite3_column_int64(row, column);
+    return isNull(row, column) ? forNull : sqlite3_column_int64(row, column);
+}
+
+/// The column's text in the pool; null for NULL.
+const char* copiedText(sqlite3_stmt* row, int column, apr_pool_t* pool)
+{
+    const auto text = textInColumn(row, column);
+    return isNull(row, column) ? nullptr : apr_pstrmemdup(pool, text.data(), text.size());
+}
+
+bool hasPresence(sqlite3_stmt* row, std::string_view presence)
+{
+    return textInColumn(row, ScheduledPresence) == presence;
+}
+
+/// Whether the row is of an item as it came from the repository, and whole.
+bool isPlainBase(sqlite3_stmt* row)
+{
+    const auto depth = textInColumn(row, ScheduledDepth);
+    return sqlite3_column_int(row, ScheduledOperationDepth) == 0 && hasPresence(row, "normal") &&
+           isNull(row, ScheduledFileExternal) && !isNull(row, ScheduledRepositoryRoot) &&
+           !isNull(row, ScheduledRepositoryPath) && (depth.empty() || depth == "infinity");
 }
 
 /// Whether no folder that comes after this one in the order of bytes can lie below the first.
@@ -98,11 +146,15 @@ bool WorkingCopyDatabase::readConflicts()
     return result == SQLITE_DONE;
 }
 
+bool WorkingCopyDatabase::hasConflict(std::string_view relativePath) const
+{
+    return !_conflicted.empty() && _conflicted.contains(std::string{relativePath});
+}
+
 bool WorkingCopyDatabase::isUnchanged(sqlite3_stmt* row, std::string_view relativePath) const
 {
     return sqlite3_column_int(row, ColumnOperationDepth) == 0 && textInColumn(row, ColumnPresence) == "normal" &&
-           sqlite3_column_type(row, ColumnFileExternal) == SQLITE_NULL &&
-           (_conflicted.empty() || !_conflicted.contains(std::string{relativePath}));
+           isNull(row, ColumnFileExternal) && !hasConflict(relativePath);
 }
 
 std::optional<UnchangedNode> WorkingCopyDatabase::node(std::string_view relativePath)
@@ -117,6 +169,48 @@ std::optional<UnchangedNode> WorkingCopyDatabase::node(std::string_view relative
             result.reset();
         }
     }
+    sqlite3_reset(row);
+    return result;
+}
+
+sqlite3_stmt* WorkingCopyDatabase::scheduledRows(std::string_view relativePath)
+{
+    if (!_scheduled) {
+        _scheduled = prepareStatement(_database.get(), scheduledQuery);
+    }
+    if (_scheduled) {
+        sqlite3_bind_text(_scheduled.get(), 1, relativePath.data(), static_cast<int>(relativePath.size()),
+                          SQLITE_STATIC);
+    }
+    return _scheduled.get();
+}
+
+std::optional<DeletedNode> WorkingCopyDatabase::deletedNode(std::string_view relativePath, apr_pool_t* pool)
+{
+    auto* row = hasConflict(relativePath) ? nullptr : scheduledRows(relativePath);
+    if (row == nullptr) {
+        return std::nullopt;
+    }
+    std::optional<DeletedNode> result;
+    if (sqlite3_step(row) == SQLITE_ROW && isPlainBase(row)) {
+        result = deletedNodeIn(row, pool);
+        if (sqlite3_step(row) != SQLITE_ROW || !hasPresence(row, "base-deleted") || sqlite3_step(row) != SQLITE_DONE) {
+            result.reset();
+        }
+    }
+    sqlite3_reset(row);
+    return result;
+}
+
+bool WorkingCopyDatabase::isPlainAddition(std::string_view relativePath)
+{
+    auto* row = hasConflict(relativePath) ? nullptr : scheduledRows(relativePath);
+    if (row == nullptr) {
+        return false;
+    }
+    const bool result = sqlite3_step(row) == SQLITE_ROW && sqlite3_column_int(row, ScheduledOperationDepth) > 0 &&
+                        hasPresence(row, "normal") && isNull(row, ScheduledRepositoryPath) &&
+                        isNull(row, ScheduledPristine) && sqlite3_step(row) == SQLITE_DONE;
     sqlite3_reset(row);
     return result;
 }
@@ -193,6 +287,22 @@ UnchangedNode WorkingCopyDatabase::nodeIn(sqlite3_stmt* row)
     node.textSize = numberIn(row, ColumnTextSize, -1);
     if (const auto sha1 = sha1DigestFromText(textInColumn(row, ColumnPristine))) {
         _checksums.expect(1);
+        node.checksum = _checksums.md5(*sha1);
+    }
+    return node;
+}
+
+DeletedNode WorkingCopyDatabase::deletedNodeIn(sqlite3_stmt* row, apr_pool_t* pool)
+{
+    DeletedNode node;
+    node.repositoryRoot = copiedText(row, ScheduledRepositoryRoot, pool);
+    node.repositoryPath = copiedText(row, ScheduledRepositoryPath, pool);
+    node.revision = static_cast<svn_revnum_t>(numberIn(row, ScheduledRevision, SVN_INVALID_REVNUM));
+    node.changedRevision = static_cast<svn_revnum_t>(numberIn(row, ScheduledChangedRevision, SVN_INVALID_REVNUM));
+    node.changedDate = numberIn(row, ScheduledChangedDate, 0);
+    node.changedAuthor = copiedText(row, ScheduledChangedAuthor, pool);
+    node.hasProperties = sqlite3_column_int(row, ScheduledPropertiesLength) > lengthOfNoProperties;
+    if (const auto sha1 = sha1DigestFromText(textInColumn(row, ScheduledPristine))) {
         node.checksum = _checksums.md5(*sha1);
     }
     return node;

@@ -29,11 +29,24 @@ struct UnchangedNode
     std::optional<MD5Digest> checksum; ///< none for folders
 };
 
+/// What a status walk does not tell of a deleted item. The texts live in the caller's pool.
+struct DeletedNode
+{
+    const char* repositoryRoot = nullptr;
+    const char* repositoryPath = nullptr;
+    svn_revnum_t revision = SVN_INVALID_REVNUM;
+    svn_revnum_t changedRevision = SVN_INVALID_REVNUM;
+    apr_time_t changedDate = 0;
+    const char* changedAuthor = nullptr; ///< may be null
+    bool hasProperties = false;
+    std::optional<MD5Digest> checksum; ///< none for folders
+};
+
 /// Reads a working copy's database, read-only, beside the library that owns it; for one thread.
 ///
 /// Only the format whose tables are known is opened. Items that anything is scheduled for, that are incomplete, absent,
-/// conflicted or file externals are not answered, nor are folders with a tree conflict among their children: of those
-/// an entry tells more than a row does.
+/// conflicted or file externals are not answered as unchanged, nor are folders with a tree conflict among their
+/// children: of those an entry tells more than a row does.
 class WorkingCopyDatabase
 {
   public:
@@ -47,6 +60,11 @@ class WorkingCopyDatabase
 
     /// One item, by its path below the root ("" for the root itself).
     std::optional<UnchangedNode> node(std::string_view relativePath);
+    /// The base of an item that is deleted, with nothing else in its place and no history of copies; by its path below
+    /// the root.
+    std::optional<DeletedNode> deletedNode(std::string_view relativePath, apr_pool_t* pool);
+    /// Whether an item was added without a history where nothing was before.
+    bool isPlainAddition(std::string_view relativePath);
     /// All items of a folder, sorted by name; nothing when reading fails.
     ///
     /// Folders are read in batches, in the order in which a walk goes on, so that a walk makes few queries.
@@ -61,7 +79,11 @@ class WorkingCopyDatabase
   private:
     bool prepare();
     bool readConflicts();
+    /// The rows of an item, for `ScheduledColumn`; null when they cannot be read.
+    sqlite3_stmt* scheduledRows(std::string_view relativePath);
+    bool hasConflict(std::string_view relativePath) const;
     bool isUnchanged(sqlite3_stmt* row, std::string_view relativePath) const;
+    DeletedNode deletedNodeIn(sqlite3_stmt* row, apr_pool_t* pool);
     void addRow(std::vector<UnchangedNode>& nodes, sqlite3_stmt* row);
     UnchangedNode nodeIn(sqlite3_stmt* row);
     void readBatch(const std::string& first);
@@ -70,6 +92,7 @@ class WorkingCopyDatabase
     std::string _file;
     SQLiteDatabase _database;
     SQLiteStatement _node;
+    SQLiteStatement _scheduled; ///< prepared when first needed
     SQLiteStatement _folders;
     PristineChecksums _checksums;
     std::unordered_set<std::string> _conflicted;

@@ -1,0 +1,108 @@
+#include "StatusEntries.h"
+
+#ifdef HSVN_FAST_STATUS
+
+#include <cstring>
+#include <svn_md5.h>
+
+namespace HSVNAdapter {
+namespace {
+
+const char* nameIn(const char* path)
+{
+    const char* slash = std::strrchr(path, '/');
+    return slash == nullptr ? path : slash + 1;
+}
+
+const char* checksumText(const std::optional<MD5Digest>& checksum, apr_pool_t* pool)
+{
+    return checksum ? svn_md5_digest_to_cstring(checksum->data(), pool) : nullptr;
+}
+
+void setLock(svn_wc_entry_t& entry, const svn_lock_t* lock)
+{
+    if (lock != nullptr) {
+        entry.lock_token = lock->token;
+        entry.lock_owner = lock->owner;
+        entry.lock_comment = lock->comment;
+        entry.lock_creation_date = lock->creation_date;
+    }
+}
+
+/// With what the record tells alike of every kind of item.
+svn_wc_entry_t entryFromRecord(const svn_client_status_t& status, const char* url, const char* name)
+{
+    svn_wc_entry_t entry = emptyEntry();
+    entry.name = name;
+    entry.url = url;
+    entry.repos = status.repos_root_url;
+    entry.uuid = status.repos_uuid;
+    entry.kind = status.kind;
+    entry.changelist = status.changelist;
+    setLock(entry, status.lock);
+    return entry;
+}
+
+} // namespace
+
+svn_wc_entry_t emptyEntry()
+{
+    svn_wc_entry_t entry{};
+    entry.revision = SVN_INVALID_REVNUM;
+    entry.copyfrom_rev = SVN_INVALID_REVNUM;
+    entry.cmt_rev = SVN_INVALID_REVNUM;
+    entry.working_size = SVN_WC_ENTRY_WORKING_SIZE_UNKNOWN;
+    entry.depth = svn_depth_infinity;
+    entry.file_external_peg_rev.kind = svn_opt_revision_unspecified;
+    entry.file_external_rev.kind = svn_opt_revision_unspecified;
+    return entry;
+}
+
+svn_wc_entry_t unchangedEntry(const UnchangedNode& node, const char* path, const char* url,
+                              const svn_client_status_t& status, apr_pool_t* pool)
+{
+    const bool isFolder = status.kind == svn_node_dir;
+    svn_wc_entry_t entry = entryFromRecord(status, url, isFolder ? "" : nameIn(path));
+    entry.revision = status.revision;
+    entry.schedule = svn_wc_schedule_normal;
+    entry.text_time = node.textTime;
+    entry.checksum = checksumText(node.checksum, pool);
+    entry.cmt_rev = status.changed_rev;
+    entry.cmt_date = status.changed_date;
+    entry.cmt_author = status.changed_author;
+    entry.has_props = status.prop_status != svn_wc_status_none;
+    entry.has_prop_mods = status.prop_status == svn_wc_status_modified;
+    entry.working_size = node.textSize;
+    entry.depth = isFolder && status.depth != svn_depth_unknown ? status.depth : svn_depth_infinity;
+    return entry;
+}
+
+svn_wc_entry_t additionEntry(const char* path, const char* url, const svn_client_status_t& status)
+{
+    svn_wc_entry_t entry = entryFromRecord(status, url, status.kind == svn_node_dir ? "" : nameIn(path));
+    entry.revision = 0;
+    entry.schedule = svn_wc_schedule_add;
+    entry.has_props = status.prop_status != svn_wc_status_none;
+    entry.has_prop_mods = entry.has_props;
+    return entry;
+}
+
+svn_wc_entry_t deletionEntry(const DeletedNode& node, const char* path, const svn_client_status_t& status,
+                             apr_pool_t* pool)
+{
+    svn_wc_entry_t entry =
+        entryFromRecord(status, svn_path_url_add_component2(status.repos_root_url, node.repositoryPath, pool),
+                        nameIn(path)); // also of a folder: it is not there to tell of itself
+    entry.revision = node.revision;
+    entry.schedule = svn_wc_schedule_delete;
+    entry.checksum = checksumText(node.checksum, pool);
+    entry.cmt_rev = node.changedRevision;
+    entry.cmt_date = node.changedDate;
+    entry.cmt_author = node.changedAuthor;
+    entry.has_props = node.hasProperties;
+    return entry;
+}
+
+} // namespace HSVNAdapter
+
+#endif
