@@ -14,13 +14,21 @@ namespace {
 constexpr int knownFormat = 31;
 
 // Properties are searched as the bytes they are stored in, so a value that only mentions the name counts too: it
-// merely sends the question the long way. ?2 comes after every path below ?1; the range holds some neighbours as well.
-constexpr const char* query =
-    "SELECT EXISTS (SELECT 1 FROM nodes WHERE wc_id = 1 AND local_relpath = ?1 AND presence = 'normal')"
-    " AND NOT EXISTS (SELECT 1 FROM nodes WHERE wc_id = 1 AND local_relpath = ?1 AND op_depth > 0)"
-    " AND NOT EXISTS (SELECT 1 FROM nodes WHERE wc_id = 1 AND local_relpath >= ?1 AND local_relpath < ?2"
-    " AND kind = 'dir' AND instr(properties, CAST('svn:externals' AS BLOB)) > 0)"
-    " AND NOT EXISTS (SELECT 1 FROM actual_node WHERE instr(properties, CAST('svn:externals' AS BLOB)) > 0)";
+// merely sends the question the long way. Most are shorter than the name and need not be read.
+#define HSVN_HAS_EXTERNALS "length(properties) > 13 AND instr(properties, CAST('svn:externals' AS BLOB)) > 0"
+
+#define HSVN_QUERY_OF(folders)                                                                                         \
+    "SELECT EXISTS (SELECT 1 FROM nodes WHERE wc_id = 1 AND local_relpath = ?1 AND presence = 'normal')"               \
+    " AND NOT EXISTS (SELECT 1 FROM nodes WHERE wc_id = 1 AND local_relpath = ?1 AND op_depth > 0)"                    \
+    " AND NOT EXISTS (SELECT 1 FROM nodes " folders " AND kind = 'dir' AND " HSVN_HAS_EXTERNALS ")"                    \
+    " AND NOT EXISTS (SELECT 1 FROM actual_node WHERE " HSVN_HAS_EXTERNALS ")"
+
+/// All of the working copy: in the order in which it is stored, which needs no index.
+constexpr const char* wholeQuery = HSVN_QUERY_OF("NOT INDEXED WHERE wc_id = 1");
+/// At and below ?1: "?1" followed by "0", which is the character after "/", comes after every path below it. The range
+/// holds some neighbours as well.
+constexpr const char* partQuery =
+    HSVN_QUERY_OF("WHERE wc_id = 1 AND local_relpath >= ?1 AND local_relpath < ?1 || '0'");
 
 /// The database of the working copy that a path is in, and the path below its root.
 struct Place
@@ -63,18 +71,13 @@ bool haveNoExternals(const char* path, apr_pool_t* pool)
         return false;
     }
     const SQLiteDatabase database{handle};
+    const char* query = place.relativePath.empty() ? wholeQuery : partQuery;
     const auto row = hasKnownFormat(handle) ? prepareStatement(handle, query) : nullptr;
     if (!row) {
         return false;
     }
-    const std::string begin{place.relativePath};
-    const std::string end = begin + '0'; // "0" comes after "/"
-    sqlite3_bind_text(row.get(), 1, begin.data(), static_cast<int>(begin.size()), SQLITE_STATIC);
-    if (begin.empty()) {
-        sqlite3_bind_zeroblob(row.get(), 2, 0); // bytes come after every text
-    } else {
-        sqlite3_bind_text(row.get(), 2, end.data(), static_cast<int>(end.size()), SQLITE_STATIC);
-    }
+    const std::string below{place.relativePath}; // an empty view would be bound as NULL
+    sqlite3_bind_text(row.get(), 1, below.data(), static_cast<int>(below.size()), SQLITE_STATIC);
     return sqlite3_step(row.get()) == SQLITE_ROW && sqlite3_column_int(row.get(), 0) != 0;
 }
 

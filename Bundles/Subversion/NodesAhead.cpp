@@ -8,8 +8,10 @@
 namespace HSVNAdapter {
 namespace {
 
-/// So many nodes are read at most before somebody asks for one of them.
-constexpr std::size_t largestLead = 32768;
+/// Once so many nodes have been read that nobody has asked for, the thread rests,
+constexpr std::size_t largestLead = 8192;
+/// and goes on when so few are left.
+constexpr std::size_t smallestLead = largestLead / 2;
 
 /// All signals blocked while it lives; a thread made meanwhile keeps them blocked.
 class BlockedSignals
@@ -48,13 +50,16 @@ NodesAhead::~NodesAhead()
     _thread.join();
 }
 
-std::optional<std::vector<UnchangedNode>> NodesAhead::take(const std::string& folder)
+std::optional<UnchangedNodes> NodesAhead::take(const std::string& folder)
 {
     std::unique_lock guard{_lock};
-    _isWaitedFor = true;
-    _changed.notify_all();
-    _changed.wait(guard, [&] { return _isFinished || (_hasRead && _last >= folder); });
-    _isWaitedFor = false;
+    const auto isRead = [&] { return _isFinished || (_hasRead && _last >= folder); };
+    if (!isRead()) {
+        _wanted = &folder;
+        _changed.notify_all();
+        _changed.wait(guard, isRead);
+        _wanted = nullptr;
+    }
     const auto found = _read.find(folder);
     if (found == _read.end()) {
         return std::nullopt;
@@ -62,7 +67,9 @@ std::optional<std::vector<UnchangedNode>> NodesAhead::take(const std::string& fo
     auto nodes = std::move(found->second);
     _read.erase(found);
     _nodesRead -= nodes.size();
-    _changed.notify_all();
+    if (_nodesRead <= smallestLead) {
+        _changed.notify_all();
+    }
     return nodes;
 }
 
@@ -70,9 +77,12 @@ void NodesAhead::run()
 {
     try {
         if (const auto database = WorkingCopyDatabase::openFile(_root, _file)) {
-            database->readFolders(_first, [this](const std::string& folder, std::vector<UnchangedNode>&& nodes) {
-                return keep(folder, std::move(nodes));
-            });
+            std::optional<std::string> next = _first;
+            while (next && rest()) {
+                next = database->readFolders(_first, *next, [this](const std::string& folder, UnchangedNodes&& nodes) {
+                    return keep(folder, std::move(nodes));
+                });
+            }
         }
     } catch (const std::exception&) {
         // Out of memory: the walk reads for itself what is not here.
@@ -80,18 +90,24 @@ void NodesAhead::run()
     finish();
 }
 
-bool NodesAhead::keep(const std::string& folder, std::vector<UnchangedNode>&& nodes)
+bool NodesAhead::rest()
 {
     std::unique_lock guard{_lock};
+    _changed.wait(guard, [this] { return _isStopping || _wanted != nullptr || _nodesRead <= smallestLead; });
+    return !_isStopping;
+}
+
+bool NodesAhead::keep(const std::string& folder, UnchangedNodes&& nodes)
+{
+    const std::lock_guard guard{_lock};
     _nodesRead += nodes.size();
     _read[folder] = std::move(nodes);
     _last = folder;
     _hasRead = true;
-    if (_isWaitedFor) {
+    if (_wanted != nullptr && _last >= *_wanted) {
         _changed.notify_all();
     }
-    _changed.wait(guard, [this] { return _isStopping || _isWaitedFor || _nodesRead < largestLead; });
-    return !_isStopping;
+    return !_isStopping && (_wanted != nullptr || _nodesRead < largestLead);
 }
 
 void NodesAhead::finish()

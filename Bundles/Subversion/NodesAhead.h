@@ -12,7 +12,6 @@
 #include <string>
 #include <thread>
 #include <unordered_map>
-#include <vector>
 
 namespace HSVNAdapter {
 
@@ -20,7 +19,7 @@ namespace HSVNAdapter {
 /// time.
 ///
 /// The thread has its own connection to the database, touches nothing of Subversion's and blocks all signals. It rests
-/// while much has been read that nobody has asked for.
+/// while much has been read that nobody has asked for; a resting thread keeps no writer from the database.
 class NodesAhead
 {
   public:
@@ -32,13 +31,15 @@ class NodesAhead
     NodesAhead& operator=(const NodesAhead&) = delete;
 
     const std::string& root() const { return _root; }
-    /// The folder's nodes, sorted by name, once; waits for the thread. None for a folder that it has not read.
-    std::optional<std::vector<UnchangedNode>> take(const std::string& folder);
+    /// The folder's nodes, once; waits for the thread. None for a folder that it has not read.
+    std::optional<UnchangedNodes> take(const std::string& folder);
 
   private:
     void run();
-    /// Answers whether to go on.
-    bool keep(const std::string& folder, std::vector<UnchangedNode>&& nodes);
+    /// Answers whether to go on reading.
+    bool keep(const std::string& folder, UnchangedNodes&& nodes);
+    /// Answers whether to read further.
+    bool rest();
     void finish();
 
     const std::string _root;
@@ -48,11 +49,11 @@ class NodesAhead
     std::mutex _lock;
     std::condition_variable _changed;
     // What follows is guarded by the lock.
-    std::unordered_map<std::string, std::vector<UnchangedNode>> _read;
+    std::unordered_map<std::string, UnchangedNodes> _read;
     std::size_t _nodesRead = 0; ///< in `_read`
     std::string _last;          ///< the folder read last; the thread goes in the order of the paths' bytes
     bool _hasRead = false;
-    bool _isWaitedFor = false;
+    const std::string* _wanted = nullptr; ///< the folder that is waited for
     bool _isStopping = false;
     bool _isFinished = false;
 

@@ -9,8 +9,11 @@
 namespace HSVNAdapter {
 namespace {
 
-/// Reading a row on the way through the table takes so many times less than looking it up.
-constexpr std::size_t lookUpCost = 64;
+/// Rows are read ahead once a text of so many in the table has been asked for.
+constexpr std::size_t readAheadShare = 64;
+/// After so many answers rows are read ahead, four for each of them: together they take the time of one look-up.
+constexpr std::size_t answersPerPortion = 32;
+constexpr int rowsPerPortion = 4 * answersPerPortion;
 
 /// Values of the digits; -1 for every other character.
 constexpr auto hexadecimalValues = [] {
@@ -64,25 +67,22 @@ std::optional<SHA1Digest> sha1DigestFromText(std::string_view text)
 bool PristineChecksums::open(sqlite3* database)
 {
     _one = prepareStatement(database, "SELECT md5_checksum FROM pristine WHERE checksum = ?1");
-    _all = prepareStatement(database, "SELECT checksum, md5_checksum FROM pristine");
+    _further = prepareStatement(
+        database, "SELECT rowid, checksum, md5_checksum FROM pristine WHERE rowid > ?1 ORDER BY rowid LIMIT ?2");
     const auto size = prepareStatement(database, "SELECT max(rowid) FROM pristine");
-    if (!_one || !_all || !size || sqlite3_step(size.get()) != SQLITE_ROW) {
+    if (!_one || !_further || !size || sqlite3_step(size.get()) != SQLITE_ROW) {
         return false;
     }
     _rows = static_cast<std::size_t>(sqlite3_column_int64(size.get(), 0));
     return true;
 }
 
-void PristineChecksums::expect(std::size_t texts)
-{
-    _expected += texts;
-    if (_slots.empty() && _expected * lookUpCost > _rows) {
-        readAll();
-    }
-}
-
 std::optional<MD5Digest> PristineChecksums::md5(const SHA1Digest& sha1)
 {
+    ++_asked;
+    if (!_isRead && _asked % answersPerPortion == 0 && _asked * readAheadShare > _rows) {
+        readAhead();
+    }
     if (!_slots.empty()) {
         if (const auto& slot = slotFor(sha1); slot.isTaken) {
             return slot.md5;
@@ -116,18 +116,35 @@ std::optional<MD5Digest> PristineChecksums::lookUp(const SHA1Digest& sha1)
     return result;
 }
 
-void PristineChecksums::readAll()
+void PristineChecksums::readAhead()
 {
-    _slots.resize(std::bit_ceil(2 * (_rows + 1)));
-    std::size_t taken = 0;
-    while (2 * ++taken < _slots.size() && sqlite3_step(_all.get()) == SQLITE_ROW) {
-        const auto sha1 = sha1DigestFromText(textInColumn(_all.get(), 0));
-        const auto md5 = digestFromText<MD5Digest>(textInColumn(_all.get(), 1), "$md5 $");
-        if (sha1 && md5) {
-            slotFor(*sha1) = {*sha1, *md5, true};
-        }
+    if (_slots.empty()) {
+        _slots.resize(std::bit_ceil(2 * (_rows + 1)));
     }
-    sqlite3_reset(_all.get());
+    // In portions, so that no writer has to wait for the whole table.
+    sqlite3_bind_int64(_further.get(), 1, _lastRow);
+    sqlite3_bind_int(_further.get(), 2, rowsPerPortion);
+    int rows = 0;
+    while (takeNextRow()) {
+        ++rows;
+    }
+    sqlite3_reset(_further.get());
+    _isRead = rows < rowsPerPortion;
+}
+
+bool PristineChecksums::takeNextRow()
+{
+    if (2 * (_taken + 1) >= _slots.size() || sqlite3_step(_further.get()) != SQLITE_ROW) {
+        return false;
+    }
+    _lastRow = sqlite3_column_int64(_further.get(), 0);
+    const auto sha1 = sha1DigestFromText(textInColumn(_further.get(), 1));
+    const auto md5 = digestFromText<MD5Digest>(textInColumn(_further.get(), 2), "$md5 $");
+    if (sha1 && md5) {
+        slotFor(*sha1) = {*sha1, *md5, true};
+        ++_taken;
+    }
+    return true;
 }
 
 } // namespace HSVNAdapter

@@ -22,14 +22,13 @@ std::optional<SHA1Digest> sha1DigestFromText(std::string_view text);
 
 /// Answers the MD5 of pristine texts by their SHA-1.
 ///
-/// Looked up one by one at first; once that is to be done for a fair part of the table, the table is read whole.
+/// Looked up one by one at first. Once many are asked for, every answer pays for reading a few rows of the table ahead,
+/// so that most are known before long and no one of them takes the time of the whole table.
 class PristineChecksums
 {
   public:
     /// Whether the database has the table.
     bool open(sqlite3* database);
-    /// Tells that so many texts will be asked for.
-    void expect(std::size_t texts);
     std::optional<MD5Digest> md5(const SHA1Digest& sha1);
 
   private:
@@ -41,14 +40,19 @@ class PristineChecksums
     };
 
     std::optional<MD5Digest> lookUp(const SHA1Digest& sha1);
-    void readAll();
+    void readAhead();
+    /// Whether there was a row.
+    bool takeNextRow();
     Slot& slotFor(const SHA1Digest& sha1);
 
     SQLiteStatement _one;
-    SQLiteStatement _all;
+    SQLiteStatement _further;
     std::size_t _rows = 0;
-    std::size_t _expected = 0;
-    std::vector<Slot> _slots; ///< open addressing, at most half full; empty until the table is read
+    std::size_t _asked = 0;
+    std::int64_t _lastRow = 0; ///< that was read ahead
+    std::size_t _taken = 0;
+    bool _isRead = false;     ///< the table, to its end
+    std::vector<Slot> _slots; ///< open addressing, at most half full; empty until rows are read ahead
 };
 
 } // namespace HSVNAdapter

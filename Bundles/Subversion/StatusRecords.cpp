@@ -15,13 +15,20 @@ namespace {
 /// Databases of fewer bytes are read faster than a thread is made.
 constexpr off_t worthAThread = 1024 * 1024L;
 
+// Asked for every item, and the standard search is a loop over bytes.
+std::size_t placeOfLastSlash(std::string_view path)
+{
+    const auto* slash = static_cast<const char*>(::memrchr(path.data(), '/', path.size()));
+    return slash == nullptr ? std::string_view::npos : static_cast<std::size_t>(slash - path.data());
+}
+
 std::string_view folderOf(std::string_view path)
 {
-    const auto slash = path.rfind('/');
+    const auto slash = placeOfLastSlash(path);
     return slash == 0 ? path.substr(0, 1) : path.substr(0, slash);
 }
 
-std::string_view nameOf(std::string_view path) { return path.substr(path.rfind('/') + 1); }
+std::string_view nameOf(std::string_view path) { return path.substr(placeOfLastSlash(path) + 1); }
 
 bool isBelow(std::string_view path, std::string_view folder)
 {
@@ -105,32 +112,17 @@ struct StatusRecords::Folder
         return SVN_NO_ERROR;
     }
 
-    const UnchangedNode* find(std::string_view name)
-    {
-        // The walk goes by name as well, so the wanted one is mostly the next.
-        if (next >= nodes.size() || nodes[next].name != name) {
-            const auto place =
-                std::lower_bound(nodes.begin(), nodes.end(), name,
-                                 [](const auto& node, std::string_view text) { return node.name < text; });
-            next = static_cast<std::size_t>(place - nodes.begin());
-        }
-        return next < nodes.size() && nodes[next].name == name ? &nodes[next++] : nullptr;
-    }
-
     std::string path;
     apr_pool_t* pool;
     WorkingCopyDatabase* database = nullptr;
-    int singleLookUps = 0;
-    bool isRead = false;
-    std::vector<UnchangedNode> nodes;
-    std::size_t next = 0;
+    std::optional<UnchangedNodes> nodes; ///< once it is read
     svn_wc_adm_access_t* access = nullptr;
     apr_hash_t* entries = nullptr;
 };
 
 StatusRecords::StatusRecords(svn_client_ctx_t* ctx, const char* target, svn_boolean_t recurse, svn_boolean_t getAll,
                              svn_wc_status_func2_t receiver, void* baton, apr_pool_t* pool)
-    : _ctx{ctx}, _target{target}, _singleLookUps{getAll ? 0 : 8}, _receiver{receiver}, _baton{baton}, _pool{pool}
+    : _ctx{ctx}, _target{target}, _readsFolders{getAll != FALSE}, _receiver{receiver}, _baton{baton}, _pool{pool}
 {
     if (recurse && getAll) {
         startReadingAhead();
@@ -148,7 +140,7 @@ svn_error_t* StatusRecords::receive(const char* path, const svn_client_status_t&
 {
     svn_wc_status2_t record = recordWithoutEntry(status);
     if (status.repos_relpath != nullptr) {
-        record.url = svn_path_url_add_component2(status.repos_root_url, status.repos_relpath, pool);
+        record.url = _urls.url(status.repos_root_url, status.repos_relpath, pool);
     }
     std::optional<svn_wc_entry_t> entry;
     if (status.conflicted) {
@@ -228,14 +220,12 @@ const UnchangedNode* StatusRecords::unchangedNode(UnchangedNode& single, const c
     if (parent.database == nullptr) {
         return nullptr;
     }
-    if (!isRootItself && path != _target && (parent.isRead || parent.singleLookUps >= _singleLookUps)) {
-        if (!parent.isRead) {
+    if (_readsFolders && !isRootItself && path != _target) {
+        if (!parent.nodes) {
             parent.nodes = nodesIn(parent);
-            parent.isRead = true;
         }
-        return parent.find(nameOf(path));
+        return parent.nodes->find(nameOf(path));
     }
-    ++parent.singleLookUps;
     const auto found = parent.database->node(relativePath(*parent.database, path));
     single = found.value_or(UnchangedNode{});
     return found ? &single : nullptr;
@@ -308,7 +298,7 @@ void StatusRecords::startReadingAhead()
     }
 }
 
-std::vector<UnchangedNode> StatusRecords::nodesIn(const Folder& folder)
+UnchangedNodes StatusRecords::nodesIn(const Folder& folder)
 {
     const std::string path{relativePath(*folder.database, folder.path)};
     if (_ahead && _ahead->root() == folder.database->root()) {

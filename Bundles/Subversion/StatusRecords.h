@@ -4,6 +4,7 @@
 
 #ifdef HSVN_FAST_STATUS
 
+#include "ItemURLs.h"
 #include "NodesAhead.h"
 #include "WorkingCopyDatabase.h"
 
@@ -64,14 +65,15 @@ class StatusRecords
     WorkingCopyDatabase* databaseFor(std::string_view folderPath);
     bool isRoot(std::string_view path);
     void startReadingAhead();
-    std::vector<UnchangedNode> nodesIn(const Folder& folder);
+    UnchangedNodes nodesIn(const Folder& folder);
 
     svn_client_ctx_t* _ctx;
     const std::string _target;
-    const int _singleLookUps; ///< so many items of a folder are looked up singly before it is read whole
+    const bool _readsFolders; ///< whole, where items are not looked up singly
     svn_wc_status_func2_t _receiver;
     void* _baton;
     apr_pool_t* _pool;
+    ItemURLs _urls;
     std::pair<std::string, bool> _asked;           ///< the folder last asked whether it is a root, and the answer
     std::vector<std::unique_ptr<Folder>> _folders; ///< those that the walk is in, outermost first
     /// By root; null for one that cannot be used.

@@ -63,8 +63,6 @@ constexpr const char* scheduledQuery =
 /// Properties of so many bytes, "()", are none.
 constexpr int lengthOfNoProperties = 2;
 
-std::string_view nameOf(std::string_view relativePath) { return relativePath.substr(relativePath.rfind('/') + 1); }
-
 bool isNull(sqlite3_stmt* row, int column) { return sqlite3_column_type(row, column) == SQLITE_NULL; }
 
 std::int64_t numberIn(sqlite3_stmt* row, int column, std::int64_t forNull)
@@ -215,7 +213,7 @@ bool WorkingCopyDatabase::isPlainAddition(std::string_view relativePath)
     return result;
 }
 
-std::vector<UnchangedNode> WorkingCopyDatabase::takeNodesInFolder(const std::string& relativePath)
+UnchangedNodes WorkingCopyDatabase::takeNodesInFolder(const std::string& relativePath)
 {
     auto found = _batch.find(relativePath);
     if (found == _batch.end()) {
@@ -236,7 +234,7 @@ void WorkingCopyDatabase::readBatch(const std::string& first)
     _nodesInBatch = std::clamp(lastWasUsed ? 2 * _nodesInBatch : _nodesInBatch / 2, smallestBatch, largestBatch);
     _batch.clear();
     std::size_t nodesRead = 0;
-    readFolders(first, [&](const std::string& folder, std::vector<UnchangedNode>&& nodes) {
+    readFolders(first, first, [&](const std::string& folder, UnchangedNodes&& nodes) {
         nodesRead += nodes.size() + 1;
         _batch[folder] = std::move(nodes);
         return nodesRead < _nodesInBatch;
@@ -244,49 +242,56 @@ void WorkingCopyDatabase::readBatch(const std::string& first)
     _foldersInBatch = _batch.size();
 }
 
-void WorkingCopyDatabase::readFolders(const std::string& first, const FolderReceiver& receiver)
+std::optional<std::string> WorkingCopyDatabase::readFolders(const std::string& top, const std::string& from,
+                                                            const FolderReceiver& receiver)
 {
     auto* row = _folders.get();
-    sqlite3_bind_text(row, 1, first.data(), static_cast<int>(first.size()), SQLITE_STATIC);
-    std::string folder = first;
-    std::vector<UnchangedNode> nodes;
+    sqlite3_bind_text(row, 1, from.data(), static_cast<int>(from.size()), SQLITE_STATIC);
+    std::string folder = from;
+    UnchangedNodes nodes;
+    std::optional<std::string> next;
     int result = SQLITE_DONE;
-    while ((result = sqlite3_step(row)) == SQLITE_ROW) {
+    while (!next && (result = sqlite3_step(row)) == SQLITE_ROW) {
         if (const auto parent = textInColumn(row, ColumnParentPath); parent != folder) {
-            if (isBeyond(parent, first) || !receiver(folder, std::move(nodes))) {
+            if (isBeyond(parent, top)) {
                 break;
             }
-            nodes = {};
+            UnchangedNodes following;
+            following.reserveAs(nodes);
+            if (!receiver(folder, std::exchange(nodes, std::move(following)))) {
+                next = parent;
+            }
             folder = parent;
         }
         addRow(nodes, row);
     }
     sqlite3_reset(row);
-    if (result == SQLITE_DONE || (result == SQLITE_ROW && !nodes.empty())) {
+    if (!next && (result == SQLITE_DONE || result == SQLITE_ROW)) {
         receiver(folder, std::move(nodes));
     }
+    return next;
 }
 
-void WorkingCopyDatabase::addRow(std::vector<UnchangedNode>& nodes, sqlite3_stmt* row)
+void WorkingCopyDatabase::addRow(UnchangedNodes& nodes, sqlite3_stmt* row)
 {
     const auto path = textInColumn(row, ColumnRelativePath);
+    const auto folderLength = textInColumn(row, ColumnParentPath).size();
+    const auto name = path.substr(folderLength == 0 ? 0 : folderLength + 1);
     if (isUnchanged(row, path)) {
-        nodes.push_back(nodeIn(row));
-    } else if (!nodes.empty() && nodes.back().name == nameOf(path)) {
-        nodes.pop_back(); // something is scheduled for the item
+        nodes.add(name, nodeIn(row));
+    } else {
+        nodes.dropLast(name); // something is scheduled for the item
     }
 }
 
 UnchangedNode WorkingCopyDatabase::nodeIn(sqlite3_stmt* row)
 {
     UnchangedNode node;
-    node.name = nameOf(textInColumn(row, ColumnRelativePath));
     node.revision = static_cast<svn_revnum_t>(numberIn(row, ColumnRevision, SVN_INVALID_REVNUM));
     node.changedRevision = static_cast<svn_revnum_t>(numberIn(row, ColumnChangedRevision, SVN_INVALID_REVNUM));
     node.textTime = numberIn(row, ColumnTextTime, 0);
     node.textSize = numberIn(row, ColumnTextSize, -1);
     if (const auto sha1 = sha1DigestFromText(textInColumn(row, ColumnPristine))) {
-        _checksums.expect(1);
         node.checksum = _checksums.md5(*sha1);
     }
     return node;

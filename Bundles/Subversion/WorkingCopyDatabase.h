@@ -6,6 +6,7 @@
 
 #include "PristineChecksums.h"
 #include "SQLiteHandles.h"
+#include "UnchangedNodes.h"
 
 #include <functional>
 #include <memory>
@@ -14,20 +15,8 @@
 #include <string_view>
 #include <unordered_map>
 #include <unordered_set>
-#include <vector>
 
 namespace HSVNAdapter {
-
-/// What a status walk does not tell of an unchanged item.
-struct UnchangedNode
-{
-    std::string name;
-    svn_revnum_t revision = SVN_INVALID_REVNUM;
-    svn_revnum_t changedRevision = SVN_INVALID_REVNUM;
-    apr_time_t textTime = 0;
-    svn_filesize_t textSize = -1;
-    std::optional<MD5Digest> checksum; ///< none for folders
-};
 
 /// What a status walk does not tell of a deleted item. The texts live in the caller's pool.
 struct DeletedNode
@@ -65,16 +54,19 @@ class WorkingCopyDatabase
     std::optional<DeletedNode> deletedNode(std::string_view relativePath, apr_pool_t* pool);
     /// Whether an item was added without a history where nothing was before.
     bool isPlainAddition(std::string_view relativePath);
-    /// All items of a folder, sorted by name; nothing when reading fails.
+    /// All unchanged items of a folder; nothing when reading fails.
     ///
     /// Folders are read in batches, in the order in which a walk goes on, so that a walk makes few queries.
-    std::vector<UnchangedNode> takeNodesInFolder(const std::string& relativePath);
+    UnchangedNodes takeNodesInFolder(const std::string& relativePath);
 
     /// Takes a folder and its nodes; false ends the reading.
-    using FolderReceiver = std::function<bool(const std::string& folder, std::vector<UnchangedNode>&& nodes)>;
-    /// Reads a folder and all below it, in the order of the paths' bytes, and whatever comes between them. A folder
-    /// that was not read to its end is not handed over.
-    void readFolders(const std::string& first, const FolderReceiver& receiver);
+    using FolderReceiver = std::function<bool(const std::string& folder, UnchangedNodes&& nodes)>;
+    /// Reads folders from the one on, in the order of the paths' bytes, until all below the top have been read, and
+    /// whatever comes between them. A folder that was not read to its end is not handed over.
+    ///
+    /// @return the folder to go on with when the receiver ended the reading; none after the last or a failure
+    std::optional<std::string> readFolders(const std::string& top, const std::string& from,
+                                           const FolderReceiver& receiver);
 
   private:
     bool prepare();
@@ -84,7 +76,7 @@ class WorkingCopyDatabase
     bool hasConflict(std::string_view relativePath) const;
     bool isUnchanged(sqlite3_stmt* row, std::string_view relativePath) const;
     DeletedNode deletedNodeIn(sqlite3_stmt* row, apr_pool_t* pool);
-    void addRow(std::vector<UnchangedNode>& nodes, sqlite3_stmt* row);
+    void addRow(UnchangedNodes& nodes, sqlite3_stmt* row);
     UnchangedNode nodeIn(sqlite3_stmt* row);
     void readBatch(const std::string& first);
 
@@ -96,7 +88,7 @@ class WorkingCopyDatabase
     SQLiteStatement _folders;
     PristineChecksums _checksums;
     std::unordered_set<std::string> _conflicted;
-    std::unordered_map<std::string, std::vector<UnchangedNode>> _batch; ///< those not yet taken
+    std::unordered_map<std::string, UnchangedNodes> _batch; ///< those not yet taken
     std::size_t _foldersInBatch = 0;
     std::size_t _nodesInBatch = 128; ///< wanted; grows while batches are used, shrinks when they are not
 };
