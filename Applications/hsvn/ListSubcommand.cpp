@@ -69,7 +69,7 @@ class ListRun
         }
         HSVNListItems(
             path, HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg), wishes,
-            [&](const HSVNListedItem& item) { print(item, path); }, _session.client());
+            [&, &shown = path](const HSVNListedItem& item) { print(item, shown); }, _session.client());
         if (options.xml) {
             Output::writeBytes((_external.empty() ? XML{} : XML{}.close("external")).close("list").text());
         }
