@@ -247,7 +247,9 @@ TEST_P(DeleteMoveCopy, ATransferOnDiskThatFailsLeavesTheSource)
         writeFile(item("new/in.txt"), "");
         writeFile(item("plain/in.txt"), "");
         for (const bool isCopy : {false, true}) {
-            EXPECT_THAT(reasonOf<HSVNException>([&] { transfer(isCopy, at(source), at(destination)); }),
+            const auto from = at(source);
+            const auto to = at(destination);
+            EXPECT_THAT(reasonOf<HSVNException>([&] { transfer(isCopy, from, to); }),
                         testing::AnyOf(std::string{"Failed to "} + (isCopy ? "copy" : "move") + " item at '" +
                                            item(source) + "'" + ends + item(destination) + "'",
                                        testing::Not(HasSubstr(ends))));

@@ -208,7 +208,8 @@ TEST(URL, LocalPathsComeFromFileURLsOnly)
                                                                     {"file:///%FF", "URL is not a valid file URL"},
                                                                     {"file:///a%00b", "URL is not a valid file URL"}})
     {
-        EXPECT_EQ(reasonOf<HSVNInvalidArgumentException>([&] { url(text)->localPath(); }), reason) << text;
+        const auto asked = url(text);
+        EXPECT_EQ(reasonOf<HSVNInvalidArgumentException>([&] { asked->localPath(); }), reason) << text;
     }
 }
 
