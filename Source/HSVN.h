@@ -87,6 +87,7 @@
 #include "HSVNStringPaths.h"
 #include "HSVNStringPatterns.h"
 #include "HSVNStringProperties.h"
+#include "HSVNSubversionDetails.h"
 #include "HSVNTargets.h"
 #include "HSVNTextTable.h"
 #include "HSVNTypeRegistry.h"

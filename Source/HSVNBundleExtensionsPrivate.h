@@ -85,6 +85,30 @@ struct HSVNBundleExtensions
         const apr_array_header_t* arguments; ///< of the program that merges texts; may be null
     };
 
+    /// A library that Subversion is linked to; statically where there is no runtime version.
+    struct LinkedLibrary
+    {
+        const char* name;
+        const char* compiledVersion;
+        const char* runtimeVersion;
+    };
+
+    /// What Subversion says of itself; null for what it does not say.
+    struct VersionDetails
+    {
+        const char* number;
+        const char* buildDate;
+        const char* buildTime;
+        const char* buildHost;
+        const char* copyright;
+        const char* accessModules;
+        const char* configurationFolder;
+        apr_array_header_t* keyrings; ///< const char*
+        const char* host;
+        const char* operatingSystem;
+        apr_array_header_t* libraries; ///< LinkedLibrary
+    };
+
     /// Size of the table in bytes, these two fields included.
     std::uint32_t size;
     /// 1; raised when a place changes its meaning, which a library that expects the former one then refuses.
@@ -228,6 +252,9 @@ struct HSVNBundleExtensions
     svn_error_t* (*client_merge_reintegrate)(const char* source, const svn_opt_revision_t* pegRevision,
                                              const char* target, const Merging* wishes, svn_client_ctx_t* ctx,
                                              apr_pool_t* pool);
+    /// svn_version_extended and svn_ra_print_modules, 1.8 and later; the folder null for the user's own
+    svn_error_t* (*version_details)(VersionDetails* details, const char* configurationFolder, svn_boolean_t withSystem,
+                                    apr_pool_t* pool);
 };
 
 extern "C" {

@@ -9,29 +9,56 @@
 
 namespace {
 
-void printVersion(const Session& session)
+/// The version number alone; no bundle's code is loaded for it.
+void printVersionNumber()
 {
     auto& loader = HSVNBundleLoader::sharedInstance();
     loader.loadBundlesInDirectoryAtPath(HSVNBundleLoader::defaultBundleDirectory());
     const auto newest = loader.newestVersion();
-    const std::string subversion = newest ? newest->versionString() : "none";
-    if (session.options.quiet) {
-        Output::write(subversion + "\n");
-        return;
+    Output::write((newest ? newest->versionString() : "none") + "\n");
+}
+
+std::string systemText(const HSVNSubversionDetails& details)
+{
+    std::string text = fmt::format("System information:\n\n* running on {}\n", details.host);
+    text += details.operatingSystem ? fmt::format("  - {}\n", *details.operatingSystem) : "";
+    text += details.libraries.empty() ? "" : "* linked dependencies:\n";
+    for (const HSVNLinkedLibrary& library : details.libraries) {
+        text += library.runtimeVersion ? fmt::format("  - {} {} (compiled with {})\n", library.name,
+                                                     *library.runtimeVersion, library.compiledVersion)
+                                       : fmt::format("  - {} {} (static)\n", library.name, library.compiledVersion);
     }
-    // The first line is where programs look for the Subversion that they talk to.
-    Output::write(fmt::format("{}, version {}\n", programName(), subversion));
-    Output::write("   the command line of HSVN, on these lines of Subversion:\n");
-    for (const HSVNVersion& version : loader.loadedVersions()) {
-        Output::write(fmt::format("   * {}\n", version.versionString()));
+    return text;
+}
+
+/// The text is that of Subversion's own program: its first line is where other programs look for the version.
+void printVersion(Session& session)
+{
+    const Options& options = session.options;
+    const auto details =
+        HSVNReadSubversionDetails(options.client.configurationDirectory, options.verbose, session.context());
+    std::string text = fmt::format("{}, version {}\n   compiled {}, {} on {}\n\n{}\n"
+                                   "The following repository access (RA) modules are available:\n\n{}\n"
+                                   "The following authentication credential caches are available:\n\n",
+                                   programName(), details.version, details.buildDate, details.buildTime,
+                                   details.buildHost, details.copyright, details.accessModules);
+    if (details.configurationFolder) {
+        text += fmt::format("* Plaintext cache in {}\n", *details.configurationFolder);
     }
-    Output::write("\nSubversion is open source software, see http://subversion.apache.org/\n");
+    for (const auto& keyring : details.keyrings) {
+        text += fmt::format("* {}\n", keyring);
+    }
+    Output::write(text + "\n" + (options.verbose ? systemText(details) : ""));
 }
 
 void runHelp(Session& session)
 {
     if (session.options.version && session.arguments.empty()) {
-        printVersion(session);
+        if (session.options.quiet) {
+            printVersionNumber();
+        } else {
+            printVersion(session);
+        }
         return;
     }
     if (session.arguments.empty()) {

@@ -2,11 +2,11 @@
 
 #include "Errors.h"
 #include "NativeText.h"
+#include "PropertyNames.h"
 #include "RevisionArguments.h"
 #include "Session.h"
 #include "TextFiles.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <charconv>
@@ -148,17 +148,6 @@ void applyLimit(Session& /*session*/, Options& options, const std::string& argum
     options.limit = limit;
 }
 
-bool isPropertyName(std::string_view name)
-{
-    constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ:_";
-    constexpr std::string_view further = "0123456789-.";
-    return !name.empty() && letters.find(name.front()) != std::string_view::npos &&
-           std::all_of(name.begin(), name.end(), [&](char character) {
-               return letters.find(character) != std::string_view::npos ||
-                      further.find(character) != std::string_view::npos;
-           });
-}
-
 /// NAME or NAME=VALUE
 void applyRevprop(Session& /*session*/, Options& options, const std::string& argument)
 {
@@ -168,9 +157,7 @@ void applyRevprop(Session& /*session*/, Options& options, const std::string& arg
     const std::string text = NativeText::toUTF8(argument);
     const auto equals = text.find('=');
     RevisionPropertyArgument property{text.substr(0, equals), std::nullopt};
-    if (!isPropertyName(property.name)) {
-        fail(PropertyName, fmt::format("'{}' is not a valid Subversion property name", property.name));
-    }
+    requirePropertyName(property.name);
     if (equals != std::string::npos) {
         property.value = text.substr(equals + 1);
     }

@@ -1,31 +1,15 @@
 #include "Errors.h"
 #include "NativeText.h"
 #include "Output.h"
+#include "PropertyNames.h"
 #include "PropertyPrinter.h"
 #include "Subcommands.h"
 #include "Targets.h"
 #include "XML.h"
 
-#include <cctype>
 #include <fmt/format.h>
 
 namespace {
-
-/// Whether Subversion accepts a text as the name of a property.
-bool isPropertyName(const std::string& name)
-{
-    const auto allowed = [](char character, bool isFirst) {
-        const auto byte = static_cast<unsigned char>(character);
-        return byte < 0x80 && (std::isalpha(byte) != 0 || character == ':' || character == '_' ||
-                               (!isFirst && (std::isdigit(byte) != 0 || character == '-' || character == '.')));
-    };
-    for (std::size_t index = 0; index < name.size(); ++index) {
-        if (!allowed(name[index], index == 0)) {
-            return false;
-        }
-    }
-    return !name.empty();
-}
 
 /// One run of `propget`.
 class PropgetRun
@@ -64,9 +48,7 @@ class PropgetRun
         }
         _name = NativeText::toUTF8(_session.arguments.front());
         _session.arguments.erase(_session.arguments.begin());
-        if (!isPropertyName(_name)) {
-            fail(PropertyName, fmt::format("'{}' is not a valid Subversion property name", _name));
-        }
+        requirePropertyName(_name);
     }
 
     void printRevisionProperty(const RevisionPropertyTarget& target)
@@ -75,6 +57,12 @@ class PropgetRun
         const auto value = HSVNReadRevisionProperty(_name, target.url, target.revision, &number, _session.client());
         if (!value) {
             fail(PropertyNotFound, fmt::format("Property '{}' not found on revision {}", _name, number));
+        }
+        if (_session.options.json) {
+            const nlohmann::ordered_json record{{"revision", number},
+                                                {"properties", propertyRecord({{_name, *value}})}};
+            Output::writeBytes(record.dump(2) + "\n");
+            return;
         }
         if (_session.options.xml) {
             XML::writeHeader("properties");
@@ -107,10 +95,17 @@ class PropgetRun
             if (found.values.empty() && found.inherited.empty() && depth == HSVNDepthEmpty) {
                 warnMissing(path);
             }
-            print(path, found);
+            if (options.json) {
+                record(path, found);
+            } else {
+                print(path, found);
+            }
         }
         if (options.xml) {
             XML::writeFooter("properties");
+        }
+        if (options.json) {
+            Output::writeBytes(_records.dump(2) + "\n");
         }
         if (_isMissing) {
             fail(General, "A problem occurred; see other errors for details");
@@ -121,6 +116,17 @@ class PropgetRun
     {
         printWarning(failure(PropertyNotFound, fmt::format("Property '{}' not found on '{}'", _name, path)));
         _isMissing = true;
+    }
+
+    void record(const std::string& target, const HSVNPropertyValues& found)
+    {
+        for (const auto& [folder, properties] : found.inherited) {
+            _records.push_back({{"path", localStyle(target)}, {"inherited", {{folder, propertyRecord(properties)}}}});
+        }
+        for (const auto& [path, value] : found.values) {
+            const std::string shown = isURL(path) ? path : relativeToCurrentFolder(path);
+            _records.push_back({{"path", shown}, {"properties", propertyRecord({{_name, value}})}});
+        }
     }
 
     void print(const std::string& target, const HSVNPropertyValues& found) const
@@ -162,6 +168,7 @@ class PropgetRun
 
     Session& _session;
     std::string _name;
+    nlohmann::ordered_json _records = nlohmann::ordered_json::array();
     bool _showsPaths = false;
     bool _isMissing = false;
 };
@@ -188,7 +195,7 @@ const Subcommand& propgetSubcommand()
                                        "same line before each value.",
                                        {OptionId::Verbose, OptionId::Recursive, OptionId::Depth, OptionId::Revision,
                                         OptionId::Revprop, OptionId::Strict, OptionId::NoNewline, OptionId::XML,
-                                        OptionId::Changelist, OptionId::ShowInheritedProps},
+                                        OptionId::JSON, OptionId::Changelist, OptionId::ShowInheritedProps},
                                        {{OptionId::Verbose, "print path, name and value on separate lines"}},
                                        runPropget};
     return subcommand;

@@ -86,6 +86,9 @@ void checkExclusions(const Options& options)
     if (options.file && options.message) {
         fail(ArgumentParsing, "--message (-m) and --file (-F) are mutually exclusive");
     }
+    if (options.xml && options.json) {
+        fail(ArgumentParsing, "--xml and --json are mutually exclusive");
+    }
     if (options.diffCommand && options.internalDiff) {
         fail(ArgumentParsing, "--diff-cmd and --internal-diff are mutually exclusive");
     }

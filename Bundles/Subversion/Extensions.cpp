@@ -1,6 +1,7 @@
 #include "CanonicalPaths.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
+#include "VersionDetails.h"
 
 #include <apr_getopt.h>
 #include <svn_cmdline.h>
@@ -176,6 +177,7 @@ HSVNBundleExtensions makeExtensions()
 #if SVN_VER_MINOR >= 8
     table.client_propget = propget;
     table.client_proplist = proplist;
+    table.version_details = versionDetails;
 #endif
 #if SVN_VER_MINOR >= 9
     table.client_status = status;

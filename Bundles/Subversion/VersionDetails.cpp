@@ -1,0 +1,104 @@
+#include "VersionDetails.h"
+
+#if SVN_VER_MINOR >= 8
+
+#include <dlfcn.h>
+#include <filesystem>
+#include <string>
+#include <svn_auth.h>
+#include <svn_config.h>
+#include <svn_dirent_uri.h>
+#include <svn_ra.h>
+#include <svn_string.h>
+#include <svn_version.h>
+
+namespace HSVNAdapter {
+namespace {
+
+/// The number with its tag; only the headers know the tag of a release.
+const char* versionNumber(apr_pool_t* pool)
+{
+    const svn_version_t* const loaded = svn_subr_version();
+    if (loaded->major == SVN_VER_MAJOR && loaded->minor == SVN_VER_MINOR && loaded->patch == SVN_VER_PATCH) {
+        return SVN_VERSION;
+    }
+    return apr_psprintf(pool, "%d.%d.%d%s", loaded->major, loaded->minor, loaded->patch, loaded->tag);
+}
+
+/// Whether Subversion's library for a keyring stands beside its others. It is not loaded: the libraries of whole
+/// desktops would come with it.
+bool hasKeyringLibrary(const std::string& name)
+{
+    Dl_info place{};
+    if (dladdr(reinterpret_cast<void*>(svn_subr_version), &place) == 0) {
+        return false;
+    }
+    const auto folder = std::filesystem::path{place.dli_fname}.parent_path();
+    const std::string prefix = "libsvn_auth_" + name + "-" + std::to_string(SVN_VER_MAJOR) + ".so";
+    std::error_code unreadable;
+    for (std::filesystem::directory_iterator entry{folder, unreadable}, end; entry != end; entry.increment(unreadable))
+    {
+        if (entry->path().filename().string().starts_with(prefix)) {
+            return true;
+        }
+    }
+    return false;
+}
+
+apr_array_header_t* availableKeyrings(apr_pool_t* pool)
+{
+    auto* const keyrings = apr_array_make(pool, 3, sizeof(const char*));
+    if (hasKeyringLibrary("gnome_keyring")) {
+        APR_ARRAY_PUSH(keyrings, const char*) = "Gnome Keyring";
+    }
+    svn_auth_provider_object_t* agent = nullptr;
+    svn_error_clear(svn_auth_get_platform_specific_provider(&agent, "gpg_agent", "simple", pool));
+    if (agent) {
+        APR_ARRAY_PUSH(keyrings, const char*) = "GPG-Agent";
+    }
+    if (hasKeyringLibrary("kwallet")) {
+        APR_ARRAY_PUSH(keyrings, const char*) = "KWallet (KDE)";
+    }
+    return keyrings;
+}
+
+apr_array_header_t* linkedLibraries(const svn_version_extended_t* version, apr_pool_t* pool)
+{
+    auto* const result = apr_array_make(pool, 8, sizeof(HSVNBundleExtensions::LinkedLibrary));
+    const apr_array_header_t* const libraries = svn_version_ext_linked_libs(version);
+    for (int index = 0; libraries && index < libraries->nelts; ++index) {
+        const auto& library = APR_ARRAY_IDX(libraries, index, svn_version_ext_linked_lib_t);
+        APR_ARRAY_PUSH(result, HSVNBundleExtensions::LinkedLibrary) = {library.name, library.compiled_version,
+                                                                       library.runtime_version};
+    }
+    return result;
+}
+
+} // namespace
+
+svn_error_t* versionDetails(HSVNBundleExtensions::VersionDetails* details, const char* configFolder,
+                            svn_boolean_t withSystem, apr_pool_t* pool)
+{
+    const svn_version_extended_t* const version = svn_version_extended(withSystem, pool);
+    auto* const modules = svn_stringbuf_create("", pool);
+    SVN_ERR(svn_ra_print_modules(modules, pool));
+    const char* folder = nullptr;
+    SVN_ERR(svn_config_get_user_config_path(
+        &folder, configFolder ? svn_dirent_internal_style(configFolder, pool) : nullptr, nullptr, pool));
+    *details = {versionNumber(pool),
+                svn_version_ext_build_date(version),
+                svn_version_ext_build_time(version),
+                svn_version_ext_build_host(version),
+                svn_version_ext_copyright(version),
+                modules->data,
+                folder ? svn_dirent_local_style(folder, pool) : nullptr,
+                availableKeyrings(pool),
+                withSystem ? svn_version_ext_runtime_host(version) : nullptr,
+                withSystem ? svn_version_ext_runtime_osname(version) : nullptr,
+                linkedLibraries(version, pool)};
+    return SVN_NO_ERROR;
+}
+
+} // namespace HSVNAdapter
+
+#endif

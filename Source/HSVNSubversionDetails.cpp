@@ -1,0 +1,34 @@
+#include "HSVNSubversionDetails.h"
+
+#include "HSVNExtensionCallPrivate.h"
+#include "HSVNTextPrivate.h"
+
+HSVNSubversionDetails HSVNReadSubversionDetails(const std::optional<std::string>& configurationFolder, bool withSystem,
+                                                const HSVNContextRef& context)
+{
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{context, "HSVNSubversionDetails", "readWithContext:", {{"context", context}}};
+    HSVNBundleExtensions::VersionDetails found{};
+    operation.check(operation.extension(&HSVNBundleExtensions::version_details)(
+        &found, configurationFolder ? operation.cString(*configurationFolder) : nullptr, withSystem ? 1 : 0,
+        operation.pool()));
+    HSVNSubversionDetails details{found.number,
+                                  found.buildDate,
+                                  found.buildTime,
+                                  found.buildHost,
+                                  found.copyright,
+                                  found.accessModules,
+                                  HSVNTextOrNil(found.configurationFolder),
+                                  {},
+                                  HSVNTextOrNil(found.host).value_or(""),
+                                  HSVNTextOrNil(found.operatingSystem),
+                                  {}};
+    for (int index = 0; index < found.keyrings->nelts; ++index) {
+        details.keyrings.emplace_back(APR_ARRAY_IDX(found.keyrings, index, const char*));
+    }
+    for (int index = 0; index < found.libraries->nelts; ++index) {
+        const auto& library = APR_ARRAY_IDX(found.libraries, index, HSVNBundleExtensions::LinkedLibrary);
+        details.libraries.push_back({library.name, library.compiledVersion, HSVNTextOrNil(library.runtimeVersion)});
+    }
+    return details;
+}
