@@ -1,15 +1,16 @@
 #include "CommandLineParser.h"
 
 #include "Errors.h"
-#include "NativeText.h"
 #include "Session.h"
 
 #include <fmt/format.h>
 #include <getopt.h>
+#include <limits>
 
 namespace {
 
-constexpr int firstLongValue = 256; // above every letter
+constexpr int firstLongValue = 256;                      // above every letter
+constexpr int noFault = std::numeric_limits<int>::min(); // no letter either, which are negative beyond ASCII
 
 [[noreturn]] void failToParse(const std::string& what, const std::string& word)
 {
@@ -53,7 +54,7 @@ Step nextStep(int count, char** words, const Grammar& grammar)
 {
     const int index = optind;
     opterr = 0;
-    optopt = -1;
+    optopt = noFault;
     const int value = getopt_long(count, words, grammar.letters.c_str(), grammar.names.data(), nullptr);
     return {value, optopt, index < count ? words[index] : ""};
 }
@@ -77,21 +78,21 @@ void refuseAbbreviation(const Step& step)
     const std::string name = step.word.substr(0, step.word.find('='));
     const Option& option = optionOf(step.value);
     if (name != std::string{"--"} + option.name && !(option.alias && name == std::string{"--"} + option.alias)) {
-        failToParse("invalid option", NativeText::toUTF8(step.word));
+        failToParse("invalid option", step.word);
     }
 }
 
 [[noreturn]] void failAt(const Step& step)
 {
-    const std::string word = NativeText::toUTF8(step.word);
-    const bool isLetter = step.fault > 0 && step.fault < firstLongValue;
+    const bool isLetter = step.fault != 0 && step.fault < firstLongValue;
+    const std::string letter{static_cast<char>(step.fault)};
     if (step.value == ':') {
-        failToParse("missing argument", isLetter ? std::string{static_cast<char>(step.fault)} : word);
+        failToParse("missing argument", isLetter ? letter : step.word);
     }
     if (isLetter) {
-        failToParse("invalid option character", NativeText::toUTF8(std::string{static_cast<char>(step.fault)}));
+        failToParse("invalid option character", letter);
     }
-    failToParse(step.fault == 0 ? "invalid option" : "erroneous argument", word);
+    failToParse(step.fault == 0 ? "invalid option" : "erroneous argument", step.word);
 }
 
 } // namespace
@@ -112,7 +113,7 @@ CommandLine parseCommandLine(int count, char** words, Session& session)
             result.arguments.emplace_back(optarg);
             continue;
         }
-        if (step.value == ':' || (step.value == '?' && step.fault != -1)) {
+        if (step.value == ':' || (step.value == '?' && step.fault != noFault)) {
             failAt(step);
         }
         if (step.value >= firstLongValue) {

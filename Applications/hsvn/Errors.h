@@ -63,7 +63,8 @@ HSVNException extended(const HSVNException& exception, const std::vector<std::st
 /// Whether an error of the chain has the code.
 bool hasCause(const HSVNException& exception, std::int32_t code);
 
-/// Says that the command line cannot be understood: the line or lines to print, without the program's name.
+/// Says that the command line cannot be understood: the line or lines to print, without the program's name, in the
+/// locale's encoding: what cannot be understood need not be text.
 struct UsageError
 {
     std::string message;

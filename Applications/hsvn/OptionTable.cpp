@@ -193,6 +193,11 @@ void applyTrustFailures(Session& /*session*/, Options& options, const std::strin
     }
 }
 
+void applyConfigDir(Session& /*session*/, Options& options, const std::string& argument)
+{
+    options.client.configurationDirectory = argument.empty() ? "." : NativeText::toUTF8(argument);
+}
+
 /// FILE:SECTION:OPTION=[VALUE]
 void applyConfigOption(Session& session, Options& options, const std::string& argument)
 {
@@ -435,7 +440,7 @@ constexpr std::array table{
            "separately classified certificate errors).",
            applyTrustFailures},
     Option{OptionId::ConfigDir, "config-dir", nullptr, 0, "ARG", "read user configuration files from directory ARG",
-           setClientText<&HSVNClientSettings::configurationDirectory>},
+           applyConfigDir},
     Option{OptionId::ConfigOption, "config-option", nullptr, 0, "ARG",
            "set user configuration option in the format:\n"
            "    FILE:SECTION:OPTION=[VALUE]\n"

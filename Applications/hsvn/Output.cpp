@@ -44,9 +44,10 @@ void Output::flush()
     }
 }
 
-void Output::writeError(std::string_view text)
+void Output::writeError(std::string_view text) { writeErrorBytes(NativeText::fromUTF8(text)); }
+
+void Output::writeErrorBytes(std::string_view bytes)
 {
     std::fflush(stdout); // a failure is met again when the output ends
-    const std::string native = NativeText::fromUTF8(text);
-    std::fwrite(native.data(), 1, native.size(), stderr);
+    std::fwrite(bytes.data(), 1, bytes.size(), stderr);
 }

@@ -18,5 +18,7 @@ void writeBytes(std::string_view bytes);
 void flush();
 /// Writes text to standard error at once; what standard output still holds comes first.
 void writeError(std::string_view text);
+/// The same for bytes that may be no text.
+void writeErrorBytes(std::string_view bytes);
 
 } // namespace Output

@@ -35,7 +35,8 @@ const Subcommand& chooseSubcommand(const CommandLine& line, const Options& optio
     }
     const Subcommand* const found = subcommandNamed(line.arguments.front());
     if (!found) {
-        throw UsageError{fmt::format("Unknown subcommand: '{}'", NativeText::toUTF8(line.arguments.front())), false};
+        const std::string name = NativeText::toUTF8(line.arguments.front());
+        throw UsageError{fmt::format("Unknown subcommand: '{}'", NativeText::fromUTF8(name)), false};
     }
     return *found;
 }
@@ -154,8 +155,8 @@ void printUsageError(const UsageError& error)
     if (!text.empty()) {
         text = (error.isNamed ? programName() + ": " : "") + text + "\n";
     }
-    Output::writeError(fmt::format("{}Type '{} help{}{}' for usage.\n", text, programName(),
-                                   error.helpTopic.empty() ? "" : " ", error.helpTopic));
+    Output::writeErrorBytes(fmt::format("{}Type '{} help{}{}' for usage.\n", text, programName(),
+                                        error.helpTopic.empty() ? "" : " ", error.helpTopic));
 }
 
 /// Runs the program and prints what goes wrong; the exit code.

@@ -95,11 +95,12 @@ class State:
         output = with_ordered_attributes(ran.stdout.decode("latin-1"))
         if "--xml" in command and output.startswith("<?xml") and ran.returncode == 0:
             ElementTree.fromstring(output)
+        configuration = snapshot(self.root + "/home")
         # What is left behind is looked at with the reference program, whichever ran.
         left = subprocess.run(["/usr/bin/svn", "status", "--no-ignore", "-v"], cwd=self.wc, check=False,
                               env=fixtures.environment(self.wc), capture_output=True)
         return {"standard output": output, "standard error": ran.stderr.decode("latin-1"), "exit code": ran.returncode,
-                "files": snapshot(self.wc), "status": left.stdout,
+                "configuration": configuration, "files": snapshot(self.wc), "status": left.stdout,
                 "repository": dump(self.root + "/repository")}
 
 
@@ -140,7 +141,8 @@ def main():
         programs = [os.path.join(folder, name) for name in ("original", "ours")]
         for program, binary in zip(programs, [shutil.which("svn"), os.path.realpath(hsvn, strict=True)]):
             os.mkdir(program)
-            os.symlink(binary, os.path.join(program, "svn"))
+            # A copy, as users put it in the place of another svn: everything is found from there too.
+            shutil.copy(binary, os.path.join(program, "svn"))
         failures = 0
         for name in sorted({row[0] for row in rows}):
             state = State(os.path.join(folder, name), fixtures.PREPARATIONS[name])
