@@ -333,9 +333,10 @@ class LargeStatusRecords : public StatusRecords
         const std::string layout = suite->beside("largelayout");
         // Names whose order differs from that of the paths below them.
         for (const char* folder : {"a", "a-b", "a/c", "a/c d", "a.b/c", "b", "b0/e/f", "b/e", "c"}) {
-            for (int number = 0; number < 104; ++number) {
-                const auto name = std::string{folder} + "/part " + std::to_string(number % 8) + "/" + longName +
-                                  std::to_string(number);
+            // Few items with long paths make it large as well as many do.
+            for (int number = 0; number < 16; ++number) {
+                const auto name = std::string{folder} + "/part " + std::to_string(number % 4) + longName + "/" +
+                                  longName + "/" + longName + std::to_string(number);
                 writeFile(layout + "/" + name, std::to_string(number % 7));
             }
         }
@@ -344,11 +345,36 @@ class LargeStatusRecords : public StatusRecords
         svn({"import", layout, url, "-m", "layout"});
         svn({"checkout", url, large()});
         ASSERT_GT(fs::file_size(large() + "/.svn/wc.db"), 1024U * 1024U);
-        writeFile(large() + "/a/c/part 7/" + longName + "7", "changed");
+        writeFile(large() + "/a/c/part 3" + longName + "/" + longName + "/" + longName + "7", "changed");
+        for (int number = 0; number < unversionedFiles; ++number) {
+            writeFile(large() + "/c/unversioned " + std::to_string(number), "");
+        }
         svn({"remove", large() + "/b/e"});
         svn({"copy", large() + "/a/c d", large() + "/a/copied"});
     }
 
+    /// @return what was reported until it stopped
+    Reported reportUntilCancelled(const std::string& path, std::size_t records) const
+    {
+        struct Limited : Reported
+        {
+            std::size_t limit;
+        } reported{{}, records};
+        bundle.ctx()->cancel_baton = &reported;
+        bundle.ctx()->cancel_func = [](void* baton) -> svn_error_t* {
+            static const LoadedBundle other{installedBundle()};
+            const auto* soFar = static_cast<const Limited*>(baton);
+            return soFar->records.size() < soFar->limit ? nullptr
+                                                        : other->error_create(SVN_ERR_CANCELLED, nullptr, "stop");
+        };
+        EXPECT_EQ(bundle.codes(bundle->client_status2(
+                      nullptr, path.c_str(), LoadedBundle::revision(svn_opt_revision_unspecified), receive,
+                      static_cast<Reported*>(&reported), TRUE, TRUE, FALSE, FALSE, FALSE, bundle.ctx(), bundle.pool())),
+                  std::vector<int>{SVN_ERR_CANCELLED});
+        return reported;
+    }
+
+    static constexpr int unversionedFiles = 700;
     inline static const std::string longName = std::string(230, 'n') + " ";
     static std::string large() { return suite->beside("largewc"); }
 };
@@ -358,25 +384,19 @@ TEST_F(LargeStatusRecords, EqualThoseOfTheOlderFunction)
     for (const char* folder : {"", "/a", "/c"}) {
         SCOPED_TRACE(folder);
         const auto expected = report(olderFunction, large() + folder, true, true, false).records;
-        EXPECT_GE(expected.size(), 104U);
+        EXPECT_GE(expected.size(), 24U);
         EXPECT_EQ(report(bundle->client_status2, large() + folder, true, true, false).records, expected);
     }
 }
 
 TEST_F(LargeStatusRecords, StopWhenTheWalkIsCancelled)
 {
-    int asked = 0;
-    bundle.ctx()->cancel_baton = &asked;
-    bundle.ctx()->cancel_func = [](void* baton) -> svn_error_t* {
-        static const LoadedBundle other{installedBundle()};
-        return ++*static_cast<int*>(baton) < 3 ? nullptr : other->error_create(SVN_ERR_CANCELLED, nullptr, "stop");
-    };
-    Reported reported;
-    EXPECT_EQ(bundle.codes(bundle->client_status2(
-                  nullptr, large().c_str(), LoadedBundle::revision(svn_opt_revision_unspecified), receive, &reported,
-                  TRUE, TRUE, FALSE, FALSE, FALSE, bundle.ctx(), bundle.pool())),
-              std::vector<int>{SVN_ERR_CANCELLED});
-    EXPECT_LT(reported.records.size(), 936U);
+    EXPECT_LT(reportUntilCancelled(large(), 3).records.size(), 24U);
+}
+
+TEST_F(LargeStatusRecords, StopWithinAFolderOfManyItems)
+{
+    EXPECT_LT(reportUntilCancelled(large() + "/c", 100).records.size(), unversionedFiles);
 }
 
 } // namespace

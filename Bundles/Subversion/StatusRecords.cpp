@@ -12,6 +12,9 @@
 namespace HSVNAdapter {
 namespace {
 
+/// The walk asks once a folder whether it is cancelled; in a large folder that would be seldom.
+constexpr std::size_t itemsBetweenQuestions = 256;
+
 /// Databases of fewer bytes are read faster than a thread is made.
 constexpr off_t worthAThread = 1024 * 1024L;
 
@@ -138,6 +141,9 @@ svn_error_t* StatusRecords::receive(void* baton, const char* path, const svn_cli
 
 svn_error_t* StatusRecords::receive(const char* path, const svn_client_status_t& status, apr_pool_t* pool)
 {
+    if (++_received % itemsBetweenQuestions == 0 && _ctx->cancel_func != nullptr) {
+        SVN_ERR(_ctx->cancel_func(_ctx->cancel_baton));
+    }
     svn_wc_status2_t record = recordWithoutEntry(status);
     if (status.repos_relpath != nullptr) {
         record.url = _urls.url(status.repos_root_url, status.repos_relpath, pool);

@@ -8,6 +8,7 @@
 #include "NodesAhead.h"
 #include "WorkingCopyDatabase.h"
 
+#include <cstddef>
 #include <memory>
 #include <optional>
 #include <string>
@@ -73,6 +74,7 @@ class StatusRecords
     svn_wc_status_func2_t _receiver;
     void* _baton;
     apr_pool_t* _pool;
+    std::size_t _received = 0; ///< items
     ItemURLs _urls;
     std::pair<std::string, bool> _asked;           ///< the folder last asked whether it is a root, and the answer
     std::vector<std::unique_ptr<Folder>> _folders; ///< those that the walk is in, outermost first
