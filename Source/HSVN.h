@@ -69,6 +69,7 @@
 #include "HSVNPropertyNames.h"
 #include "HSVNPropertyReading.h"
 #include "HSVNRepository.h"
+#include "HSVNRepositoryChanges.h"
 #include "HSVNRepositoryCreation.h"
 #include "HSVNRepositoryInfo.h"
 #include "HSVNRepositoryOptions.h"

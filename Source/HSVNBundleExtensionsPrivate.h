@@ -37,6 +37,14 @@ struct HSVNBundleExtensions
         svn_opt_revision_t end;
     };
 
+    /// What a copy copies.
+    struct CopySource
+    {
+        const char* path;
+        svn_opt_revision_t revision;
+        svn_opt_revision_t pegRevision;
+    };
+
     /// What `cmdline_create_auth_baton` asks and trusts.
     struct Authentication
     {
@@ -255,6 +263,35 @@ struct HSVNBundleExtensions
     /// svn_version_extended and svn_ra_print_modules, 1.8 and later; the folder null for the user's own
     svn_error_t* (*version_details)(VersionDetails* details, const char* configurationFolder, svn_boolean_t withSystem,
                                     apr_pool_t* pool);
+    /// svn_client_commit6 with commits as operations, 1.8 and later
+    svn_error_t* (*client_commit)(const apr_array_header_t* targets, svn_depth_t depth, svn_boolean_t keepLocks,
+                                  svn_boolean_t keepChangelists, svn_boolean_t includeExternals,
+                                  const apr_array_header_t* changelists, const apr_hash_t* revisionProperties,
+                                  svn_commit_callback2_t receiver, void* baton, svn_client_ctx_t* ctx,
+                                  apr_pool_t* pool);
+    /// svn_client_import5, 1.8 and later
+    svn_error_t* (*client_import)(const char* path, const char* url, svn_depth_t depth, svn_boolean_t noIgnore,
+                                  svn_boolean_t noAutoProperties, svn_boolean_t ignoreUnknownKinds,
+                                  const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
+                                  svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_mkdir4, 1.7 and later
+    svn_error_t* (*client_mkdir)(const apr_array_header_t* targets, svn_boolean_t makeParents,
+                                 const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
+                                 svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_delete4, 1.7 and later
+    svn_error_t* (*client_delete)(const apr_array_header_t* targets, svn_boolean_t force, svn_boolean_t keepLocal,
+                                  const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
+                                  svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_copy7 without a list of externals to pin, 1.9 and later; the sources are `CopySource` values
+    svn_error_t* (*client_copy)(const apr_array_header_t* sources, const char* destination, svn_boolean_t asChild,
+                                svn_boolean_t makeParents, svn_boolean_t ignoreExternals, svn_boolean_t pinExternals,
+                                const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
+                                svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_move7, 1.8 and later
+    svn_error_t* (*client_move)(const apr_array_header_t* sources, const char* destination, svn_boolean_t asChild,
+                                svn_boolean_t makeParents, svn_boolean_t allowMixedRevisions,
+                                const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
+                                svn_client_ctx_t* ctx, apr_pool_t* pool);
 };
 
 extern "C" {

@@ -97,7 +97,7 @@ std::optional<std::string> Editor::edit(const std::string& text)
     const auto& encoding = _session.options.encoding;
     const std::string contents = NativeText::fromUTF8(text, encoding);
     const auto [name, descriptor] = makeFile(_folder, _baseName);
-    _file = absolutePath(joined(_folder, name));
+    _file = joined(_folder, name);
     const std::filesystem::path native = NativeText::fromUTF8(_file);
     writeAndClose(descriptor, contents, _file);
     // A file that is saved within the clock's tick, at the same size, is still seen to have changed.

@@ -22,7 +22,7 @@ class Editor
     /// The file stays.
     std::optional<std::string> edit(const std::string& text);
 
-    /// The file that was edited last, absolute; empty before the first.
+    /// The file that was edited last, below the folder; empty before the first.
     const std::string& file() const { return _file; }
     void removeFile();
 

@@ -22,6 +22,7 @@ enum ErrorCode : std::int32_t
     IllegalURL = 170000,
     AuthenticationFailed = 215004,
     BadRevision = 195002,
+    ClientModified = 195006,
     ClientIsDirectory = 195007,
     ClientBadRevision = 195008,
     EntryNotFound = 150000,

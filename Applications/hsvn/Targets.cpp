@@ -3,6 +3,7 @@
 #include "Errors.h"
 #include "NativeText.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fmt/format.h>
 
@@ -41,12 +42,21 @@ std::vector<std::string> targetsOrCurrentFolder(Session& session)
     return targets;
 }
 
+std::vector<std::string> requiredTargets(Session& session)
+{
+    auto targets = targetsOf(session);
+    if (targets.empty()) {
+        fail(InsufficientArguments, "Not enough arguments provided");
+    }
+    return targets;
+}
+
 HSVNTargets::Pegged peggedTarget(Session& session, const std::string& target)
 {
     return HSVNTargets::parse(target, session.client());
 }
 
-std::vector<std::string> localTargets(const std::vector<std::string>& targets)
+std::vector<std::string> unpeggedTargets(const std::vector<std::string>& targets)
 {
     std::vector<std::string> result;
     for (const auto& target : targets) {
@@ -57,11 +67,29 @@ std::vector<std::string> localTargets(const std::vector<std::string>& targets)
             fail(IllegalTarget, fmt::format("'{}': a peg revision is not allowed here", target));
         }
         result.push_back(hasPeg ? target.substr(0, at) : target);
+    }
+    return result;
+}
+
+std::vector<std::string> localTargets(const std::vector<std::string>& targets)
+{
+    auto result = unpeggedTargets(targets);
+    for (const auto& target : result) {
         if (isURL(target)) {
-            fail(ArgumentParsing, fmt::format("'{}' is not a local path", result.back()));
+            fail(ArgumentParsing, fmt::format("'{}' is not a local path", target));
         }
     }
     return result;
+}
+
+void requireOneKind(const std::vector<std::string>& targets)
+{
+    for (const auto& target : targets) {
+        if (isURL(target) != isURL(targets.front())) {
+            fail(ArgumentParsing, "Error parsing arguments",
+                 failure(IllegalTarget, "Cannot mix repository and working copy targets"));
+        }
+    }
 }
 
 bool isURL(const std::string& target) { return target.find("://") != std::string::npos; }
@@ -109,3 +137,20 @@ std::string joined(const std::string& folder, const std::string& path)
 }
 
 std::string baseName(const std::string& path) { return path == "/" ? path : path.substr(path.rfind('/') + 1); }
+
+std::string parentFolder(const std::string& path)
+{
+    const auto slash = path.rfind('/');
+    return slash == std::string::npos ? "" : path.substr(0, std::max<std::size_t>(slash, 1));
+}
+
+std::string commonFolder(const std::vector<std::string>& paths)
+{
+    std::string folder = paths.front();
+    for (const auto& path : paths) {
+        while (!pathBelow(path, folder)) {
+            folder = parentFolder(folder);
+        }
+    }
+    return folder;
+}

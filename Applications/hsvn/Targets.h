@@ -11,13 +11,24 @@
 std::vector<std::string> targetsOf(Session& session);
 /// The same with the current folder where there would be none.
 std::vector<std::string> targetsOrCurrentFolder(Session& session);
+/// The same of a subcommand that needs at least one.
+///
+/// @throws HSVNException "Not enough arguments provided"
+std::vector<std::string> requiredTargets(Session& session);
 
 /// A target of a subcommand that takes "PATH@REV" arguments.
 HSVNTargets::Pegged peggedTarget(Session& session, const std::string& target);
+/// The targets of subcommands that take no peg revisions; a trailing "@" is taken off.
+///
+/// @throws HSVNException for a peg revision
+std::vector<std::string> unpeggedTargets(const std::vector<std::string>& targets);
 /// The targets of subcommands that take local paths without a peg revision; a trailing "@" is taken off.
 ///
 /// @throws HSVNException for a URL or a peg revision
 std::vector<std::string> localTargets(const std::vector<std::string>& targets);
+
+/// Fails unless the targets are all local or all URLs.
+void requireOneKind(const std::vector<std::string>& targets);
 
 bool isURL(const std::string& target);
 /// A path as it is shown: "." for the current folder.
@@ -32,5 +43,9 @@ std::string absolutePath(const std::string& path);
 std::string relativePath(const std::string& path, const std::string& folder);
 /// A folder and what stands below it, either of which may be empty.
 std::string joined(const std::string& folder, const std::string& path);
+/// The path without its last component.
+std::string parentFolder(const std::string& path);
+/// The deepest path that all of the absolute paths, at least one, are or lie below.
+std::string commonFolder(const std::vector<std::string>& paths);
 /// The last component.
 std::string baseName(const std::string& path);

@@ -10,6 +10,8 @@ const char* wordOf(HSVNNodeKind kind);
 const char* wordOf(HSVNDepth depth);
 const char* wordOf(HSVNSchedule schedule);
 const char* wordOf(HSVNStatusKind status);
+/// Whether a configuration's value says yes.
+bool isTrueWord(const std::string& value);
 /// The letter of a status column.
 char letterOf(HSVNStatusKind status);
 

@@ -45,14 +45,29 @@ svn_error_t* checkLocalTarget(const char** target, apr_pool_t* pool)
     return checkTarget(target, pool);
 }
 
-svn_error_t* checkLocalTargets(const apr_array_header_t** targets, apr_pool_t* pool)
+namespace {
+
+svn_error_t* checkEach(const apr_array_header_t** targets, svn_error_t* (*check)(const char**, apr_pool_t*),
+                       apr_pool_t* pool)
 {
     auto* const checked = apr_array_copy(pool, *targets);
     for (int index = 0; index < checked->nelts; ++index) {
-        SVN_ERR(checkLocalTarget(&APR_ARRAY_IDX(checked, index, const char*), pool));
+        SVN_ERR(check(&APR_ARRAY_IDX(checked, index, const char*), pool));
     }
     *targets = checked;
     return SVN_NO_ERROR;
+}
+
+} // namespace
+
+svn_error_t* checkLocalTargets(const apr_array_header_t** targets, apr_pool_t* pool)
+{
+    return checkEach(targets, checkLocalTarget, pool);
+}
+
+svn_error_t* checkTargets(const apr_array_header_t** targets, apr_pool_t* pool)
+{
+    return checkEach(targets, checkTarget, pool);
 }
 
 #if SVN_VER_MINOR >= 5

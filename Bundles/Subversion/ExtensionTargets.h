@@ -24,4 +24,7 @@ svn_error_t* checkLocalTargets(const apr_array_header_t** targets, apr_pool_t* p
 apr_array_header_t* rangePointers(const apr_array_header_t* ranges, apr_pool_t* pool);
 #endif
 
+/// The same for targets of either kind.
+svn_error_t* checkTargets(const apr_array_header_t** targets, apr_pool_t* pool);
+
 } // namespace HSVNAdapter

@@ -189,6 +189,7 @@ HSVNBundleExtensions makeExtensions()
 #endif
     fillWorkingCopyExtensions(table);
     fillUpdateExtensions(table);
+    fillRepositoryExtensions(table);
     return table;
 }
 

@@ -1,0 +1,36 @@
+#pragma once
+
+#include "LogMessage.h"
+#include "NotificationPrinter.h"
+
+#include <HSVN/HSVN.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+
+/// One run of a subcommand that commits, or that makes the same change in a working copy: prints notifications, asks for
+/// the log message and tells the revision.
+class CommitRun
+{
+  public:
+    /// @param commits  whether the change is committed; a log message is refused otherwise
+    /// @param folder   see `LogMessage`
+    CommitRun(Session& session, bool commits, NotifiedOperation operation = NotifiedOperation::Other,
+              const std::string& folder = {});
+
+    /// Runs the change.
+    ///
+    /// @throws HSVNException what went wrong, and where an edited message was left
+    void run(const std::function<void(const HSVNRevisionWishes& wishes, const HSVNClientRef& client)>& change);
+    /// Whether it failed for want of a log message.
+    bool lacksMessage() const { return _message && _message->hasFailed(); }
+
+  private:
+    Session& _session;
+    NotificationPrinter _printer;
+    std::optional<LogMessage> _message;
+};
+
+/// Fails when the text or the file of a log message, or of a lock's comment, looks as if the other was meant.
+void checkMessageSource(Session& session);
