@@ -35,8 +35,9 @@ void printResult(const HSVNCommitResult& result)
         Output::write(fmt::format("Committed revision {}.\n", result.revision));
     }
     if (result.postCommitError) {
-        Output::write(fmt::format("\n{}\n", *result.postCommitError));
+        Output::write(fmt::format("\nWarning: {}\n", *result.postCommitError));
     }
+    Output::flush();
 }
 
 bool isVersioned(const std::string& path, const HSVNClientRef& client)
@@ -73,7 +74,11 @@ void CommitRun::run(const std::function<void(const HSVNRevisionWishes& wishes, c
     HSVNRevisionWishes wishes;
     wishes.properties = revisionPropertiesOf(_session.options);
     if (!_session.options.quiet) {
-        wishes.receiver = printResult;
+        wishes.receiver = [this](const HSVNCommitResult& result) {
+            _failsToPrint = true;
+            printResult(result);
+            _failsToPrint = false;
+        };
     }
     try {
         change(wishes, _session.client());
@@ -93,9 +98,8 @@ void checkMessageSource(Session& session)
     }
     const bool isLock = std::string_view{session.subcommand->name} == "lock";
     if (options.file && isVersioned(*options.file, session.client())) {
-        fail(LogMessageIsVersionedFile,
-             fmt::format("{} file is a versioned file; use '--force-log' to override",
-                         isLock ? "Lock comment" : "Log message"));
+        fail(LogMessageIsVersionedFile, fmt::format("{} file is a versioned file; use '--force-log' to override",
+                                                    isLock ? "Lock comment" : "Log message"));
     }
     struct stat found = {};
     if (options.message && lstat(options.message->c_str(), &found) == 0) {

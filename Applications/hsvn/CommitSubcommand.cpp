@@ -1,7 +1,6 @@
 #include "CommitRun.h"
 #include "Errors.h"
 #include "NativeText.h"
-#include "Output.h"
 #include "Subcommands.h"
 #include "Targets.h"
 #include "Words.h"
@@ -22,51 +21,32 @@ std::string folderOf(const std::vector<std::string>& targets)
     return std::filesystem::is_directory(NativeText::fromUTF8(common)) ? common : parentFolder(common);
 }
 
-/// A copy is made whole in the repository, whatever the depth.
-void warnOfCopies(const std::vector<std::string>& targets, const Options& options, const HSVNClientRef& client)
-{
-    const HSVNDepth depth = options.depthOr(HSVNDepthInfinity);
-    if (depth == HSVNDepthInfinity) {
-        return;
-    }
-    HSVNItemStatusOptions wishes;
-    wishes.depth = depth;
-    wishes.changelists = options.changelists;
-    for (const auto& target : targets) {
-        bool hasCopy = false;
-        HSVNScanItemStatus(
-            target, HSVNRevision::WORKING(), wishes,
-            [&](const HSVNItemStatus& status) {
-                hasCopy = hasCopy || (status.copied && status.kind == HSVNNodeKindDirectory);
-            },
-            client);
-        if (hasCopy) {
-            Output::writeError(fmt::format("svn: The depth of this commit is '{}', but copies are always performed "
-                                           "recursively in the repository.\n",
-                                           wordOf(depth)));
-            return;
-        }
-    }
-}
-
 /// What the option or the configuration says.
 bool asksToKeepLocks(const Options& options, const HSVNClientRef& client)
 {
-    const auto configured = client->optionForName("no-unlock", HSVNConfigCategoryConfig, HSVNConfigSectionMiscellany,
-                                                  std::nullopt);
+    const auto configured =
+        client->optionForName("no-unlock", HSVNConfigCategoryConfig, HSVNConfigSectionMiscellany, std::nullopt);
     return options.noUnlock || (configured && isTrueWord(*configured));
+}
+
+std::vector<std::string> localCommitTargets(Session& session)
+{
+    const auto targets = targetsOrCurrentFolder(session);
+    try {
+        return localTargets(targets);
+    } catch (const HSVNException& exception) {
+        throw exception.status() == ArgumentParsing ? wrapped(exception, "Commit targets must be local paths")
+                                                    : exception;
+    }
 }
 
 void runCommit(Session& session)
 {
     Options& options = session.options;
-    const auto targets = unpeggedTargets(targetsOrCurrentFolder(session));
-    if (std::any_of(targets.begin(), targets.end(), isURL)) {
-        fail(IllegalTarget, "Commit targets must be local paths");
-    }
+    const auto targets = localCommitTargets(session);
     options.noUnlock = asksToKeepLocks(options, session.client());
-    warnOfCopies(targets, options, session.client());
     CommitRun commit{session, true, NotifiedOperation::Other, folderOf(targets)};
+    commit.printer().warnOfCopiesBelow(options.depthOr(HSVNDepthInfinity));
     HSVNItemCommitOptions wishes;
     wishes.depth = options.depthOr(HSVNDepthInfinity);
     wishes.keepLocks = options.noUnlock;
@@ -78,7 +58,7 @@ void runCommit(Session& session)
             HSVNCommitItems(targets, wishes, revision, client);
         });
     } catch (const HSVNException& exception) {
-        throw commit.lacksMessage() ? wrapped(exception, "Commit failed (details follow):") : exception;
+        throw commit.hasOwnFailure() ? wrapped(exception, "Commit failed (details follow):") : exception;
     }
 }
 
@@ -86,25 +66,25 @@ void runCommit(Session& session)
 
 const Subcommand& commitSubcommand()
 {
-    static const Subcommand subcommand{
-        "commit",
-        {"ci"},
-        "Send changes from your working copy to the repository.",
-        "commit [PATH...]",
-        "A log message is needed, though it can be empty. Without --message or\n"
-        "--file an editor is started to write it.\n"
-        "\n"
-        "Locks on what is committed, and on what lies below it, are released\n"
-        "afterwards unless --no-unlock is given.\n"
-        "\n"
-        "With --include-externals, externals that are met on the way and that are\n"
-        "not fixed to a revision are committed too.",
-        {OptionId::Quiet, OptionId::NonRecursive, OptionId::Depth, OptionId::Targets, OptionId::NoUnlock,
-         OptionId::Message, OptionId::File, OptionId::ForceLog, OptionId::EditorCmd, OptionId::Encoding,
-         OptionId::WithRevprop, OptionId::Changelist, OptionId::KeepChangelists, OptionId::IncludeExternals},
-        {{OptionId::NonRecursive, "obsolete; same as --depth=empty"}},
-        runCommit,
-        false,
-        HSVNDepthEmpty};
+    static const Subcommand subcommand{"commit",
+                                       {"ci"},
+                                       "Send changes from your working copy to the repository.",
+                                       "commit [PATH...]",
+                                       "A log message is needed, though it can be empty. Without --message or\n"
+                                       "--file an editor is started to write it.\n"
+                                       "\n"
+                                       "Locks on what is committed, and on what lies below it, are released\n"
+                                       "afterwards unless --no-unlock is given.\n"
+                                       "\n"
+                                       "With --include-externals, externals that are met on the way and that are\n"
+                                       "not fixed to a revision are committed too.",
+                                       {OptionId::Quiet, OptionId::NonRecursive, OptionId::Depth, OptionId::Targets,
+                                        OptionId::NoUnlock, OptionId::Message, OptionId::File, OptionId::ForceLog,
+                                        OptionId::EditorCmd, OptionId::Encoding, OptionId::WithRevprop,
+                                        OptionId::Changelist, OptionId::KeepChangelists, OptionId::IncludeExternals},
+                                       {{OptionId::NonRecursive, "obsolete; same as --depth=empty"}},
+                                       runCommit,
+                                       false,
+                                       HSVNDepthEmpty};
     return subcommand;
 }

@@ -125,7 +125,7 @@ std::string Editor::command() const
 {
     const auto ofEnvironment = [](const char* name) {
         const char* const value = std::getenv(name); // NOLINT(concurrency-mt-unsafe): nobody changes the environment
-        return value ? std::optional<std::string>{value} : std::nullopt;
+        return value && *value != '\0' ? std::optional<std::string>{value} : std::nullopt;
     };
     auto found = _session.options.editorCommand;
     found = found ? found : ofEnvironment("SVN_EDITOR");

@@ -3,6 +3,7 @@
 #include "Errors.h"
 #include "Output.h"
 #include "Targets.h"
+#include "Words.h"
 
 #include <algorithm>
 #include <fmt/format.h>
@@ -193,11 +194,8 @@ void NotificationPrinter::print(const HSVNNotification& notification)
     if (notification.action() == HSVNNotifyActionFailedExternal) {
         _hasFailedExternal = true;
     }
-    if (_isQuiet) {
-        return;
-    }
     try {
-        Output::write(text(notification));
+        Output::write((_isQuiet ? "" : text(notification)) + copyWarning(notification));
         Output::flush();
     } catch (const HSVNException& exception) {
         // What the operation does in the repository and the working copy is worth more than its report.
@@ -314,10 +312,26 @@ std::string NotificationPrinter::textOfResult(const HSVNNotification& notificati
         return _conflicts.hasConflicts() ? _conflicts.summary() : "";
     case number(Newer::ConflictResolverDone):
         return _conflicts.hasResolved() ? _conflicts.summary() : "";
-    default:
+    case HSVNNotifyActionFailedLock:
+    case HSVNNotifyActionFailedUnlock:
+    case HSVNNotifyActionFailedExternal:
         warn(notification);
         return "";
+    default:
+        return ""; // the error that ends the operation says it
     }
+}
+
+std::string NotificationPrinter::copyWarning(const HSVNNotification& notification)
+{
+    const bool isCopy = notification.action() == number(Newer::CommitCopied) ||
+                        notification.action() == number(Newer::CommitCopiedReplaced);
+    if (_commitDepth == HSVNDepthInfinity || !isCopy || notification.nodeKind() != HSVNNodeKindDirectory) {
+        return "";
+    }
+    return fmt::format("svn: The depth of this commit is '{}', but copies are always performed recursively in the "
+                       "repository.\n",
+                       wordOf(std::exchange(_commitDepth, HSVNDepthInfinity)));
 }
 
 void NotificationPrinter::warn(const HSVNNotification& notification)

@@ -28,6 +28,8 @@ class NotificationPrinter
 
     /// Leaves out the lines that begin and end an update or checkout.
     void leaveOutFirstAndLastLines() { _leavesOutFrame = true; }
+    /// Says once, even when quiet, that a commit of limited depth makes the copies of folders whole all the same.
+    void warnOfCopiesBelow(HSVNDepth depth) { _commitDepth = depth; }
     /// Prints one notification at once. A failure to write is told once; the operation goes on.
     void print(const HSVNNotification& notification);
     /// Prints the summary of conflicts, if there is anything to tell.
@@ -51,10 +53,12 @@ class NotificationPrinter
     std::string completionLine(HSVNRevisionNumber revision, bool isExternal);
     std::string sending(const std::string& verb, const HSVNNotification& notification) const;
     void countConflicts(const HSVNNotification& notification);
+    std::string copyWarning(const HSVNNotification& notification);
     void warn(const HSVNNotification& notification);
 
     bool _isQuiet;
     NotifiedOperation _operation;
+    HSVNDepth _commitDepth = HSVNDepthInfinity;
     bool _leavesOutFrame = false;
     bool _hasChange = false; // since the last line about a revision
     bool _isInExternal = false;

@@ -471,11 +471,15 @@ static_assert(isInOrder(), "an option's place in the table is its id");
 
 } // namespace
 
-std::string Option::synopsis() const
+std::string Option::synopsis() const { return synopsisWith(alias ? fmt::format(" [--{}]", alias) : ""); }
+
+std::string Option::shortSynopsis() const { return synopsisWith(""); }
+
+std::string Option::synopsisWith(const std::string& furtherName) const
 {
-    std::string text = letter != 0 ? fmt::format("-{} [--{}]", letter, name) : fmt::format("--{}", name);
-    text += alias ? fmt::format(" [--{}]", alias) : "";
-    return argument ? text + " " + argument : text;
+    const std::string names =
+        (letter != 0 ? fmt::format("-{} [--{}]", letter, name) : fmt::format("--{}", name)) + furtherName;
+    return argument ? names + " " + argument : names;
 }
 
 std::span<const Option> optionTable() { return table; }

@@ -119,6 +119,9 @@ struct Option
 
     /// "-r [--revision] ARG"
     std::string synopsis() const;
+    /// The same without the alias.
+    std::string shortSynopsis() const;
+    std::string synopsisWith(const std::string& furtherName) const;
 };
 
 /// All options, each once, in the order of `OptionId`.

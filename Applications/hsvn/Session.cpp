@@ -64,6 +64,10 @@ const HSVNClientRef& Session::client()
     if (options.passwordFromInput) {
         settings.password = passwordFromInput();
     }
+    if (options.autoProperties || options.noAutoProperties) {
+        settings.options.push_back({HSVNConfigCategoryConfig, HSVNConfigSectionMiscellany, "enable-auto-props",
+                                    options.autoProperties ? "yes" : "no"});
+    }
     if (const auto refused = HSVNApplyClientSettings(settings, client)) {
         printWarning(*refused);
     }

@@ -29,8 +29,10 @@ std::string Subcommand::heading() const
 
 std::span<const Subcommand* const> subcommands()
 {
-    static const std::array all{&catSubcommand(), &helpSubcommand(),    &infoSubcommand(),     &listSubcommand(),
-                                &logSubcommand(), &propgetSubcommand(), &proplistSubcommand(), &statusSubcommand()};
+    static const std::array all{&catSubcommand(),      &commitSubcommand(), &copySubcommand(), &deleteSubcommand(),
+                                &helpSubcommand(),     &importSubcommand(), &infoSubcommand(), &listSubcommand(),
+                                &logSubcommand(),      &mkdirSubcommand(),  &moveSubcommand(), &propgetSubcommand(),
+                                &proplistSubcommand(), &statusSubcommand()};
     return all;
 }
 

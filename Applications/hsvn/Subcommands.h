@@ -32,10 +32,16 @@ struct Subcommand
 
 // One source file each.
 const Subcommand& catSubcommand();
+const Subcommand& commitSubcommand();
+const Subcommand& copySubcommand();
+const Subcommand& deleteSubcommand();
 const Subcommand& helpSubcommand();
+const Subcommand& importSubcommand();
 const Subcommand& infoSubcommand();
 const Subcommand& listSubcommand();
 const Subcommand& logSubcommand();
+const Subcommand& mkdirSubcommand();
+const Subcommand& moveSubcommand();
 const Subcommand& propgetSubcommand();
 const Subcommand& proplistSubcommand();
 const Subcommand& statusSubcommand();

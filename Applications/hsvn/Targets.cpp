@@ -112,8 +112,11 @@ std::string relativeToCurrentFolder(const std::string& path)
 
 std::string absolutePath(const std::string& path)
 {
+    if (path.starts_with('/')) {
+        return path;
+    }
     const std::string absolute = std::filesystem::path{joined(currentFolder(), path)}.lexically_normal().string();
-    return path.starts_with('/') ? path : absolute;
+    return absolute.size() > 1 && absolute.ends_with('/') ? absolute.substr(0, absolute.size() - 1) : absolute;
 }
 
 std::string relativePath(const std::string& path, const std::string& folder)

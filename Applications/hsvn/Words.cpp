@@ -1,6 +1,9 @@
 #include "Words.h"
 
+#include <algorithm>
+#include <array>
 #include <fmt/format.h>
+#include <strings.h>
 
 namespace {
 
@@ -95,6 +98,13 @@ StatusName nameOf(HSVNStatusKind status)
 }
 
 } // namespace
+
+bool isTrueWord(const std::string& value)
+{
+    constexpr std::array words{"true", "yes", "on", "1"};
+    return std::any_of(words.begin(), words.end(),
+                       [&](const char* word) { return strcasecmp(word, value.c_str()) == 0; });
+}
 
 const char* wordOf(HSVNNodeKind kind)
 {

@@ -1,5 +1,6 @@
 #include "Cancellation.h"
 #include "CommandLineParser.h"
+#include "CommitRun.h"
 #include "Errors.h"
 #include "NativeText.h"
 #include "Output.h"
@@ -49,9 +50,9 @@ void checkOptions(const Subcommand& subcommand, const CommandLine& line, const O
     }
     for (const OptionId id : line.options) {
         if (!subcommand.accepts(id)) {
-            throw UsageError{
-                fmt::format("Subcommand '{}' doesn't accept option '{}'", subcommand.name, optionWithId(id).synopsis()),
-                false, subcommand.name};
+            throw UsageError{fmt::format("Subcommand '{}' doesn't accept option '{}'", subcommand.name,
+                                         optionWithId(id).shortSynopsis()),
+                             false, subcommand.name};
         }
     }
 }
@@ -89,6 +90,9 @@ void checkExclusions(const Options& options)
     }
     if (options.xml && options.json) {
         fail(ArgumentParsing, "--xml and --json are mutually exclusive");
+    }
+    if (options.autoProperties && options.noAutoProperties) {
+        fail(MutuallyExclusiveArguments, "--auto-props and --no-auto-props are mutually exclusive");
     }
     if (options.diffCommand && options.internalDiff) {
         fail(ArgumentParsing, "--diff-cmd and --internal-diff are mutually exclusive");
@@ -142,6 +146,7 @@ void run(int count, char** words)
     const bool isNamed = !line.arguments.empty() && !session.options.help;
     session.arguments.assign(line.arguments.begin() + (isNamed ? 1 : 0), line.arguments.end());
     try {
+        checkMessageSource(session);
         subcommand.run(session);
         Output::flush();
     } catch (const HSVNException& exception) {

@@ -27,9 +27,31 @@ def write(folder, name, text):
         file.write(text)
 
 
+def write_program(folder, name, script):
+    write(folder, name, "#!/bin/sh\n" + script)
+    os.chmod(os.path.join(folder, name), 0o755)
+
+
+def write_messages(root):
+    """Log messages in files, and editors that write one."""
+    write(root, "message", "From a file\n")
+    write(root, "windows-message", "Two\r\nlines\r\n")
+    write(root, "mixed-message", "Two\r\nkinds\n")
+    with open(os.path.join(root, "zero-message"), "wb") as file:
+        file.write(b"a\0b")
+    with open(os.path.join(root, "latin-message"), "wb") as file:
+        file.write(b"caf\xe9\n")
+    # What an editor is shown goes to standard output, and so is compared.
+    write_program(root, "editor", 'echo "$1"; cat "$1"; sed "1s/^/From an editor/" "$1" > "$1.new"; mv "$1.new" "$1"\n')
+    write_program(root, "emptying-editor", ': > "$1"\n')
+    write_program(root, "second-time-editor",
+                  'if [ -f ../again ]; then echo Again > "$1"; else touch ../again; fi\n')
+
+
 def make_repository(root):
     """A repository with a little of everything in its history, and a working copy `wc` of its trunk."""
     os.makedirs(os.path.join(root, "home"))
+    write_messages(root)
     repository = os.path.join(root, "repository")
     subprocess.run(["svnadmin", "create", repository], check=True)
     write(repository, "hooks/pre-revprop-change", "#!/bin/sh\n")

@@ -1,0 +1,78 @@
+#include "CommitRun.h"
+#include "Errors.h"
+#include "Subcommands.h"
+#include "Targets.h"
+
+#include <vector>
+
+namespace {
+
+/// The sources, and the destination at the end, of copies and moves.
+std::pair<std::vector<HSVNCopySource>, std::string> sourcesAndDestination(Session& session)
+{
+    auto targets = requiredTargets(session);
+    if (targets.size() < 2) {
+        fail(InsufficientArguments, "Not enough arguments provided");
+    }
+    const std::string destination = unpeggedTargets({targets.back()}).front();
+    targets.pop_back();
+    std::vector<HSVNCopySource> sources;
+    for (const auto& target : targets) {
+        const auto [path, peg] = peggedTarget(session, target);
+        sources.push_back({path, HSVNRevisionSpec::revisionWithRevision(session.options.startRevision(), peg)});
+    }
+    return {sources, destination};
+}
+
+NotifiedOperation operationOf(bool fromURL, bool toURL)
+{
+    if (fromURL == toURL) {
+        return NotifiedOperation::Other;
+    }
+    return toURL ? NotifiedOperation::CopyToRepository : NotifiedOperation::CheckOut;
+}
+
+void runCopy(Session& session)
+{
+    const Options& options = session.options;
+    const auto arguments = sourcesAndDestination(session);
+    const auto& sources = arguments.first;
+    const auto& destination = arguments.second;
+    const bool toURL = isURL(destination);
+    CommitRun change{session, toURL, operationOf(isURL(sources.front().target), toURL)};
+    HSVNItemCopyOptions wishes;
+    wishes.asChild = true;
+    wishes.makeParents = options.parents;
+    wishes.ignoreExternals = options.ignoreExternals;
+    wishes.pinExternals = options.pinExternals;
+    change.run([&](const HSVNRevisionWishes& revision, const HSVNClientRef& client) {
+        HSVNCopyItems(sources, destination, wishes, revision, client);
+    });
+}
+
+} // namespace
+
+const Subcommand& copySubcommand()
+{
+    static const Subcommand subcommand{"copy",
+                                       {"cp"},
+                                       "Copy files and directories in a working copy or repository.",
+                                       "copy SRC[@REV]... DST",
+                                       "SRC and DST can each be either a working copy (WC) path or URL:\n"
+                                       "  WC  -> WC:   copy and schedule for addition, with history\n"
+                                       "  WC  -> URL:  commit a copy of WC to URL at once\n"
+                                       "  URL -> WC:   check URL out into WC and schedule for addition\n"
+                                       "  URL -> URL:  copy within the repository; makes branches and tags\n"
+                                       "All SRCs must be of the same type. Into a DST that is a directory the\n"
+                                       "sources are copied as its children, and several sources need such a DST.\n"
+                                       "\n"
+                                       "WARNING: Copies within a working copy do not contact the repository, and\n"
+                                       "so may not take merge tracking information along.",
+                                       {OptionId::Revision, OptionId::Quiet, OptionId::IgnoreExternals,
+                                        OptionId::Parents, OptionId::Message, OptionId::File, OptionId::ForceLog,
+                                        OptionId::EditorCmd, OptionId::Encoding, OptionId::WithRevprop,
+                                        OptionId::PinExternals},
+                                       {},
+                                       runCopy};
+    return subcommand;
+}
