@@ -11,9 +11,9 @@
 struct HSVNConfigurationOption
 {
     std::string category; ///< "config" or "servers"
-    std::string section;
-    std::string name;
-    std::string value;
+    std::string section;  ///< such as "global"
+    std::string name;     ///< the option's name in its section
+    std::string value;    ///< what it is to be
 };
 
 /// How a program of the command line sets its client up: where the configuration is, and who answers for the user.
@@ -21,17 +21,17 @@ struct HSVNClientSettings
 {
     /// The configuration area, UTF-8; nil means the user's own.
     std::optional<std::string> configurationDirectory;
-    std::vector<HSVNConfigurationOption> options;
-    std::optional<std::string> username;
-    std::optional<std::string> password;
-    bool noAuthCache = false;    ///< store no credentials
-    bool nonInteractive = false; ///< never ask on the terminal
+    std::vector<HSVNConfigurationOption> options; ///< set on top of what the files say
+    std::optional<std::string> username;          ///< the answer to the first question for one
+    std::optional<std::string> password;          ///< the answer to the first question for one
+    bool noAuthCache = false;                     ///< store no credentials
+    bool nonInteractive = false;                  ///< never ask on the terminal
     // Failures of a server's certificate that are trusted without asking; read when `nonInteractive`.
-    bool trustUnknownAuthority = false;
-    bool trustHostnameMismatch = false;
-    bool trustExpired = false;
-    bool trustNotYetValid = false;
-    bool trustOtherFailures = false;
+    bool trustUnknownAuthority = false; ///< signed by nobody who is known
+    bool trustHostnameMismatch = false; ///< made out for another host
+    bool trustExpired = false;          ///< no longer valid
+    bool trustNotYetValid = false;      ///< not valid yet
+    bool trustOtherFailures = false;    ///< whatever else is wrong
 };
 
 /// Reads the configuration and opens the stores of credentials anew by the settings; from then on Subversion itself

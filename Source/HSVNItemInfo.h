@@ -15,10 +15,10 @@
 /// Where one side of a conflict comes from.
 struct HSVNConflictVersion
 {
-    std::optional<std::string> repositoryURL;
-    std::optional<std::string> uuid;
-    HSVNRevisionNumber pegRevision = HSVNInvalidRevision;
-    std::optional<std::string> pathInRepository; ///< without a leading "/"
+    std::optional<std::string> repositoryURL;             ///< of the repository's root
+    std::optional<std::string> uuid;                      ///< of the repository
+    HSVNRevisionNumber pegRevision = HSVNInvalidRevision; ///< in which the path is found
+    std::optional<std::string> pathInRepository;          ///< without a leading "/"
     HSVNNodeKind kind = HSVNNodeKindUnknown;
 };
 
@@ -66,59 +66,59 @@ enum class HSVNConflictOperation : std::int32_t
 struct HSVNConflictRecord
 {
     HSVNConflictKind kind = HSVNConflictKind::Text;
-    HSVNNodeKind nodeKind = HSVNNodeKindUnknown;
+    HSVNNodeKind nodeKind = HSVNNodeKindUnknown; ///< of the item in conflict
     HSVNConflictAction action = HSVNConflictAction::Edit;
     HSVNConflictReason reason = HSVNConflictReason::Edited;
     HSVNConflictOperation operation = HSVNConflictOperation::None;
-    std::optional<std::string> propertyName;
+    std::optional<std::string> propertyName; ///< of a property conflict
     // Files that the conflict left, as absolute paths.
-    std::optional<std::string> basePath;
-    std::optional<std::string> theirPath;
-    std::optional<std::string> myPath;
-    std::optional<std::string> propertyRejectPath;
-    std::optional<HSVNConflictVersion> sourceLeft;
-    std::optional<HSVNConflictVersion> sourceRight;
+    std::optional<std::string> basePath;            ///< the common ancestor
+    std::optional<std::string> theirPath;           ///< what came in
+    std::optional<std::string> myPath;              ///< what was there
+    std::optional<std::string> propertyRejectPath;  ///< properties that could not be merged
+    std::optional<HSVNConflictVersion> sourceLeft;  ///< what the change started from
+    std::optional<HSVNConflictVersion> sourceRight; ///< what it led to
 };
 
 /// What only a working copy's item has.
 struct HSVNWorkingCopyInfo
 {
-    HSVNSchedule schedule = HSVNScheduleNormal;
-    std::optional<std::string> copyFromURL;
-    HSVNRevisionNumber copyFromRevision = HSVNInvalidRevision;
-    std::optional<std::string> checksum; ///< hexadecimal digits
-    bool checksumIsSHA1 = true;          ///< otherwise MD5
-    std::optional<std::string> changelist;
-    HSVNDepth depth = HSVNDepthUnknown;
-    std::optional<HSVNDate> textTime; ///< of the file when it was last known unchanged
-    std::vector<HSVNConflictRecord> conflicts;
-    std::optional<std::string> rootPath;  ///< absolute path of the working copy
-    std::optional<std::string> movedFrom; ///< absolute path
-    std::optional<std::string> movedTo;   ///< absolute path
+    HSVNSchedule schedule = HSVNScheduleNormal;                ///< what the next commit will do with the item
+    std::optional<std::string> copyFromURL;                    ///< what it is a copy of; nil for no copy
+    HSVNRevisionNumber copyFromRevision = HSVNInvalidRevision; ///< none for no copy
+    std::optional<std::string> checksum;                       ///< hexadecimal digits
+    bool checksumIsSHA1 = true;                                ///< otherwise MD5
+    std::optional<std::string> changelist;                     ///< that the item belongs to; nil for none
+    HSVNDepth depth = HSVNDepthUnknown;                        ///< of a folder
+    std::optional<HSVNDate> textTime;                          ///< of the file when it was last known unchanged
+    std::vector<HSVNConflictRecord> conflicts;                 ///< empty for an item without any
+    std::optional<std::string> rootPath;                       ///< absolute path of the working copy
+    std::optional<std::string> movedFrom;                      ///< absolute path
+    std::optional<std::string> movedTo;                        ///< absolute path
 };
 
 /// One item, of a working copy or a repository, with every field that Subversion reports.
 struct HSVNItemInfo
 {
-    std::string target; ///< absolute path, or for a URL the path relative to its parent's
-    std::optional<std::string> url;
-    HSVNRevisionNumber revision = HSVNInvalidRevision;
-    std::optional<std::string> repositoryRootURL;
-    std::optional<std::string> uuid;
+    std::string target;             ///< absolute path, or for a URL the path relative to its parent's
+    std::optional<std::string> url; ///< nil when the item has none
+    HSVNRevisionNumber revision = HSVNInvalidRevision; ///< the one asked for, or that of the working copy
+    std::optional<std::string> repositoryRootURL;      ///< nil when not known
+    std::optional<std::string> uuid;                   ///< of the repository; nil when not known
     HSVNNodeKind kind = HSVNNodeKindUnknown;
-    std::int64_t size = -1; ///< in the repository, in bytes; -1 when unknown
-    HSVNRevisionNumber lastChangedRevision = HSVNInvalidRevision;
-    std::optional<HSVNDate> lastChangedDate;
-    std::optional<std::string> lastChangedAuthor;
-    std::optional<HSVNLockRecord> lock;
-    std::optional<HSVNWorkingCopyInfo> workingCopy;
+    std::int64_t size = -1;                                       ///< in the repository, in bytes; -1 when unknown
+    HSVNRevisionNumber lastChangedRevision = HSVNInvalidRevision; ///< in which the item last changed
+    std::optional<HSVNDate> lastChangedDate;                      ///< when it did
+    std::optional<std::string> lastChangedAuthor;                 ///< who changed it
+    std::optional<HSVNLockRecord> lock;                           ///< of the item asked for; nil when it has none
+    std::optional<HSVNWorkingCopyInfo> workingCopy;               ///< nil for an item of a repository
 };
 
 /// Which items are asked for.
 struct HSVNItemInfoOptions
 {
-    HSVNDepth depth = HSVNDepthEmpty;
-    bool includeExternals = false;
+    HSVNDepth depth = HSVNDepthEmpty;     ///< how far below the target
+    bool includeExternals = false;        ///< what externals definitions place, too
     std::vector<std::string> changelists; ///< only items of these; none means all
 };
 

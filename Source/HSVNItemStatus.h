@@ -18,42 +18,42 @@ struct HSVNItemStatus
     std::string path; ///< as the target was given, relative targets relative
     std::string absolutePath;
     HSVNNodeKind kind = HSVNNodeKindUnknown;
-    std::int64_t size = -1; ///< of the file on disk, in bytes; -1 when unknown
-    bool versioned = false;
-    bool conflicted = false;
-    bool treeConflicted = false; ///< found out for conflicted items only
-    HSVNStatusKind nodeStatus = HSVNStatusKindNone;
-    HSVNStatusKind textStatus = HSVNStatusKindNone;
-    HSVNStatusKind propertyStatus = HSVNStatusKindNone;
-    bool locked = false; ///< the working copy is locked for writing
-    bool copied = false;
-    bool switched = false;
-    bool fileExternal = false;
+    std::int64_t size = -1;                             ///< of the file on disk, in bytes; -1 when unknown
+    bool versioned = false;                             ///< known to the working copy
+    bool conflicted = false;                            ///< in any conflict
+    bool treeConflicted = false;                        ///< found out for conflicted items only
+    HSVNStatusKind nodeStatus = HSVNStatusKindNone;     ///< of the item as a whole
+    HSVNStatusKind textStatus = HSVNStatusKindNone;     ///< of its text alone
+    HSVNStatusKind propertyStatus = HSVNStatusKindNone; ///< of its properties alone
+    bool locked = false;                                ///< the working copy is locked for writing
+    bool copied = false;                                ///< added with history
+    bool switched = false;                              ///< its URL is not that of its place
+    bool fileExternal = false;                          ///< a file that an externals definition placed
     // Of an item that is deleted: what it was until now.
     HSVNRevisionNumber revision = HSVNInvalidRevision;
-    HSVNRevisionNumber changedRevision = HSVNInvalidRevision;
-    std::optional<HSVNDate> changedDate;
-    std::optional<std::string> changedAuthor;
-    std::optional<HSVNLockRecord> lock; ///< the working copy's lock token
-    std::optional<std::string> changelist;
-    HSVNDepth depth = HSVNDepthUnknown;
-    std::optional<std::string> movedFrom; ///< absolute path
-    std::optional<std::string> movedTo;   ///< absolute path
+    HSVNRevisionNumber changedRevision = HSVNInvalidRevision; ///< in which it last changed
+    std::optional<HSVNDate> changedDate;                      ///< when it did
+    std::optional<std::string> changedAuthor;                 ///< who changed it
+    std::optional<HSVNLockRecord> lock;                       ///< the working copy's lock token
+    std::optional<std::string> changelist;                    ///< that it belongs to; nil for none
+    HSVNDepth depth = HSVNDepthUnknown;                       ///< of a folder
+    std::optional<std::string> movedFrom;                     ///< absolute path
+    std::optional<std::string> movedTo;                       ///< absolute path
     // The repository's side; none when it was not asked.
     HSVNStatusKind repositoryNodeStatus = HSVNStatusKindNone;
     HSVNStatusKind repositoryTextStatus = HSVNStatusKindNone;
     HSVNStatusKind repositoryPropertyStatus = HSVNStatusKindNone;
-    std::optional<HSVNLockRecord> repositoryLock;
+    std::optional<HSVNLockRecord> repositoryLock; ///< nil when it has none
 };
 
 /// What a status scan looks at.
 struct HSVNItemStatusOptions
 {
-    HSVNDepth depth = HSVNDepthUnknown;
-    bool getAll = false; ///< unchanged items too
-    bool contactRepository = false;
-    bool matchIgnorePatterns = true; ///< leave ignored items out
-    bool processExternals = true;
+    HSVNDepth depth = HSVNDepthUnknown;   ///< unknown means all that the working copy has
+    bool getAll = false;                  ///< unchanged items too
+    bool contactRepository = false;       ///< compare with the repository too
+    bool matchIgnorePatterns = true;      ///< leave ignored items out
+    bool processExternals = true;         ///< go on into externals
     std::vector<std::string> changelists; ///< only items of these; none means all
 };
 

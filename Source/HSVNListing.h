@@ -17,25 +17,25 @@ struct HSVNListedItem
     std::string path;         ///< below the target; empty for the target itself
     std::string absolutePath; ///< of the target, from the repository's root on
     HSVNNodeKind kind = HSVNNodeKindUnknown;
-    std::int64_t size = -1; ///< in bytes; -1 for folders and when it was not asked for
-    bool hasProperties = false;
+    std::int64_t size = -1;                            ///< in bytes; -1 for folders and when it was not asked for
+    bool hasProperties = false;                        ///< has any versioned property
     HSVNRevisionNumber revision = HSVNInvalidRevision; ///< of the last change, as are date and author
     std::optional<HSVNDate> date;
     std::optional<std::string> author;
-    std::optional<HSVNLockRecord> lock;
+    std::optional<HSVNLockRecord> lock; ///< nil when it has none or none were asked for
     // Of an item that an externals definition brings in.
-    std::optional<std::string> externalParentURL;
-    std::optional<std::string> externalTarget;
+    std::optional<std::string> externalParentURL; ///< of the folder with the definition
+    std::optional<std::string> externalTarget;    ///< where the definition places it
 };
 
 /// What is listed, and what is told of each item.
 struct HSVNListingOptions
 {
-    HSVNDepth depth = HSVNDepthImmediates;
-    bool allFields = false; ///< size, revision, date and author too, not the kind alone
-    bool fetchLocks = false;
-    bool includeExternals = false;
-    std::vector<std::string> patterns; ///< only items whose name matches one of these globs; none means all
+    HSVNDepth depth = HSVNDepthImmediates; ///< how far below the target
+    bool allFields = false;                ///< size, revision, date and author too, not the kind alone
+    bool fetchLocks = false;               ///< tell each item's lock
+    bool includeExternals = false;         ///< list what externals definitions place, too
+    std::vector<std::string> patterns;     ///< only items whose name matches one of these globs; none means all
 };
 
 using HSVNListingReceiver = std::function<void(const HSVNListedItem& item)>;

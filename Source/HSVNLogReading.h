@@ -17,10 +17,10 @@ struct HSVNChangedPath
     std::string path;  ///< from the repository's root on
     char action = 'M'; ///< A, D, R or M
     HSVNNodeKind kind = HSVNNodeKindUnknown;
-    std::optional<std::string> copyFromPath;
-    HSVNRevisionNumber copyFromRevision = HSVNInvalidRevision;
-    std::optional<bool> textModified;       ///< nil when the server does not say
-    std::optional<bool> propertiesModified; ///< nil when the server does not say
+    std::optional<std::string> copyFromPath;                   ///< what it is a copy of; nil for no copy
+    HSVNRevisionNumber copyFromRevision = HSVNInvalidRevision; ///< none for no copy
+    std::optional<bool> textModified;                          ///< nil when the server does not say
+    std::optional<bool> propertiesModified;                    ///< nil when the server does not say
 };
 
 /// One revision of a log with every revision property that was asked for.
@@ -38,10 +38,10 @@ struct HSVNLogReadingOptions
 {
     /// The ranges, each in its own direction.
     std::vector<std::pair<HSVNRevisionRef, HSVNRevisionRef>> ranges;
-    int limit = 0; ///< most entries; 0 means all
-    bool changedPaths = false;
-    bool stopOnCopy = false;
-    bool mergedRevisions = false;
+    int limit = 0;                ///< most entries; 0 means all
+    bool changedPaths = false;    ///< tell which paths each revision changed
+    bool stopOnCopy = false;      ///< do not go on to what an item is a copy of
+    bool mergedRevisions = false; ///< tell the revisions that a revision merged, too
     /// Names of the revision properties wanted; nil means all.
     std::optional<std::vector<std::string>> properties;
 };

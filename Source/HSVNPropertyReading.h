@@ -17,8 +17,8 @@ using HSVNPropertyMap = std::map<std::string, std::string>;
 /// The properties of one item.
 struct HSVNItemProperties
 {
-    std::string path; ///< as the target was given, relative targets relative; a URL's item as a URL
-    HSVNPropertyMap properties;
+    std::string path;           ///< as the target was given, relative targets relative; a URL's item as a URL
+    HSVNPropertyMap properties; ///< of the item itself
     /// What folders above the item set, the topmost first: each one's path or URL, and its properties.
     std::vector<std::pair<std::string, HSVNPropertyMap>> inherited;
 };
@@ -26,7 +26,7 @@ struct HSVNItemProperties
 /// Which items' properties are read.
 struct HSVNPropertyReadingOptions
 {
-    HSVNDepth depth = HSVNDepthEmpty;
+    HSVNDepth depth = HSVNDepthEmpty;     ///< how far below the target
     bool inherited = false;               ///< the target's inherited properties too
     std::vector<std::string> changelists; ///< only items of these; none means all
 };
@@ -34,8 +34,8 @@ struct HSVNPropertyReadingOptions
 /// One property of several items.
 struct HSVNPropertyValues
 {
-    std::vector<std::pair<std::string, std::string>> values; ///< absolute path or URL and value, by path
-    std::vector<std::pair<std::string, HSVNPropertyMap>> inherited;
+    std::vector<std::pair<std::string, std::string>> values;        ///< absolute path or URL and value, by path
+    std::vector<std::pair<std::string, HSVNPropertyMap>> inherited; ///< as in `HSVNItemProperties`
 };
 
 using HSVNItemPropertiesReceiver = std::function<void(const HSVNItemProperties& item)>;

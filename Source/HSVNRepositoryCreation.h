@@ -14,8 +14,8 @@ struct HSVNRepositoryCreationOptions
     /// apart only, as far as they are not newer.
     std::optional<HSVNVersion> compatibleVersion;
     // Of type "bdb".
-    bool syncAtTransactionCommit = true;
-    bool automaticLogFileRemoval = true;
+    bool syncAtTransactionCommit = true; ///< have each commit on the disk before it ends
+    bool automaticLogFileRemoval = true; ///< remove log files that are no longer needed
 };
 
 /// Creates a repository.

@@ -13,6 +13,7 @@
 // has. Targets are as HSVNTargets makes them; what happens to each item is told the client's delegate by notifications.
 // All functions throw HSVNException for every Subversion error, and want a context ("context != nil").
 
+/// How an addition goes about.
 struct HSVNItemAddOptions
 {
     HSVNDepth depth = HSVNDepthInfinity;
@@ -29,6 +30,7 @@ struct HSVNItemAddOptions
 HSVN_EXPORT void HSVNAddItem(const std::string& target, const HSVNItemAddOptions& options,
                              const HSVNContextRef& context);
 
+/// What a revert takes back, and what it leaves.
 struct HSVNItemRevertOptions
 {
     HSVNDepth depth = HSVNDepthEmpty;
@@ -64,6 +66,7 @@ enum HSVNConflictChoice : std::int32_t
 HSVN_EXPORT void HSVNResolveItem(const std::string& target, HSVNDepth depth, HSVNConflictChoice choice,
                                  const HSVNContextRef& context);
 
+/// Which items get a property, and whether it is checked.
 struct HSVNPropertyChangeOptions
 {
     HSVNDepth depth = HSVNDepthEmpty;
@@ -111,13 +114,14 @@ HSVN_EXPORT void HSVNLockItems(const std::vector<std::string>& targets, const st
 HSVN_EXPORT void HSVNUnlockItems(const std::vector<std::string>& targets, bool breakLock,
                                  const HSVNContextRef& context);
 
+/// What a clean-up puts right.
 struct HSVNCleanUpOptions
 {
-    bool breakLocks = true;    ///< of the working copy, left by what was interrupted
-    bool fixTimestamps = true; ///< so that unchanged files are known as such faster
-    bool clearWebCache = true; ///< what was kept of servers reached by HTTP
-    bool vacuumPristines = true;
-    bool includeExternals = false;
+    bool breakLocks = true;        ///< of the working copy, left by what was interrupted
+    bool fixTimestamps = true;     ///< so that unchanged files are known as such faster
+    bool clearWebCache = true;     ///< what was kept of servers reached by HTTP
+    bool vacuumPristines = true;   ///< remove unchanged texts of which no file is a version any more
+    bool includeExternals = false; ///< working copies of externals too
 };
 
 /// Ends what was interrupted in a working copy.
@@ -127,13 +131,14 @@ struct HSVNCleanUpOptions
 HSVN_EXPORT void HSVNCleanUpFolder(const std::string& folder, const HSVNCleanUpOptions& options,
                                    const HSVNContextRef& context);
 
+/// What is removed or put right.
 struct HSVNVacuumOptions
 {
-    bool removeUnversioned = false;
-    bool removeIgnored = false;
-    bool fixTimestamps = false;
-    bool vacuumPristines = false; ///< of which no file is a version any more
-    bool includeExternals = false;
+    bool removeUnversioned = false; ///< files and folders that are neither versioned nor ignored
+    bool removeIgnored = false;     ///< ignored files and folders
+    bool fixTimestamps = false;     ///< so that unchanged files are known as such faster
+    bool vacuumPristines = false;   ///< of which no file is a version any more
+    bool includeExternals = false;  ///< working copies of externals too
 };
 
 /// Removes what nobody needs from a working copy that is not locked.

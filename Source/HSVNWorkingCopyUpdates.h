@@ -16,9 +16,9 @@
 /// How an update, a check-out or a switch goes about.
 struct HSVNItemUpdateOptions
 {
-    HSVNDepth depth = HSVNDepthUnknown;
-    bool depthIsSticky = false; ///< the working copy keeps the depth
-    bool processExternals = true;
+    HSVNDepth depth = HSVNDepthUnknown; ///< unknown keeps what the working copy has
+    bool depthIsSticky = false;         ///< the working copy keeps the depth
+    bool processExternals = true;       ///< bring externals along
     /// Unversioned items in the way become versioned, their contents unchanged.
     bool allowObstructions = false;
     /// A local addition where the repository adds the same kind of item is a change of it, not a conflict.
@@ -27,16 +27,18 @@ struct HSVNItemUpdateOptions
     bool ignoreAncestry = false; ///< of a switch: to an item without a common ancestor
 };
 
+/// How an export goes about.
 struct HSVNItemExportOptions
 {
     HSVNDepth depth = HSVNDepthInfinity;
-    bool overwrite = false;
-    bool processExternals = true;
-    bool expandKeywords = true;
+    bool overwrite = false;       ///< what is in the way
+    bool processExternals = true; ///< export what externals definitions place, too
+    bool expandKeywords = true;   ///< as checked-out files have them
     /// "LF", "CR" or "CRLF", for files with native line ends; nil means the system's own.
     std::optional<std::string> nativeEndOfLine;
 };
 
+/// How a merge goes about.
 struct HSVNItemMergeOptions
 {
     HSVNDepth depth = HSVNDepthUnknown;
