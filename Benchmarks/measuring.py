@@ -29,6 +29,17 @@ class Result:
     bytes_per_item: float
 
 
+@dataclass(frozen=True)
+class Cancelled:
+    """What cancelling a status scan again and again showed, in seconds."""
+
+    cancelling: object
+    times: int
+    scan: float  # the whole scan's time
+    median: float  # from the moment of cancelling to the exception
+    longest: float
+
+
 class Server:
     """An svnserve of the cache folder on a port of its own."""
 
@@ -94,6 +105,13 @@ class Bench:
         processes = {name: median([costs[name] for costs in rounds]) for name in commands}
         held = report_of(outputs["library"])["bytes"]
         return Result(workload, len(rounds), processes, calls, held / max(1, workload.items))
+
+    def cancel(self, cancelling):
+        times = max(1, 2 * self._rounds)
+        output = self._output([str(self._programs / "bench_cancel"), str(cancelling.folder), str(times)],
+                              self._environment)
+        found = {name: value / 1e6 for name, value in report_of(output).items()}
+        return Cancelled(cancelling, times, found["scan"], found["median"], found["longest"])
 
     def _commands(self, workload):
         arguments = [workload.operation] + ([workload.target] if workload.target else [])

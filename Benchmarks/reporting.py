@@ -72,7 +72,18 @@ def growth_rows(results):
             ]
 
 
-def goal_rows(results):
+def cancelling_rows(cancelled):
+    for each in cancelled:
+        times = (milliseconds(time) for time in (each.scan, each.median, each.longest))
+        yield [each.cancelling.title, f"{each.times}", *times]
+
+
+def goal_row(title, figure, value, goal):
+    shown = f"{value:,.0f}" if goal >= 100 else f"{value:.2f}"
+    return [title, figure, shown, f"{goal:g}", "met" if value <= goal else "**missed**"]
+
+
+def goal_rows(results, cancelled):
     for result in results:
         goals = result.workload.goals
         found = [
@@ -82,8 +93,11 @@ def goal_rows(results):
         ]
         for what, value, goal in found:
             if goal is not None:
-                shown = f"{value:,.0f}" if goal > 100 else f"{value:.2f}"
-                yield [result.workload.title, what, shown, f"{goal}", "met" if value <= goal else "**missed**"]
+                yield goal_row(result.workload.title, what, value, goal)
+    for each in cancelled:
+        if each.cancelling.goal is not None:
+            yield goal_row(each.cancelling.title, "longest wait when cancelled, ms", each.longest * 1000,
+                           each.cancelling.goal * 1000)
 
 
 def processor():
@@ -95,7 +109,7 @@ def processor():
 def circumstances(results, path_length):
     subversion = subprocess.run(["svn", "--version", "--quiet"], check=True, stdout=subprocess.PIPE).stdout.decode()
     memory = os.sysconf("SC_PAGE_SIZE") * os.sysconf("SC_PHYS_PAGES")
-    rounds = sorted({result.rounds for result in results})
+    rounds = sorted({result.rounds for result in results} or {1})
     shown_rounds = f"{rounds[0]} to {rounds[-1]}" if len(rounds) > 1 else f"{rounds[0]}"
     return (f"Measured on {datetime.date.today():%d %B %Y}: {processor()}, {os.cpu_count()} processors, "
             f"{memory / 1e9:.0f} GB of memory, {platform.system()} {platform.release()}, Subversion {subversion.strip()}; "
@@ -103,23 +117,29 @@ def circumstances(results, path_length):
             f"paths of {path_length:.0f} characters.")
 
 
-def report(results, path_length, with_goals):
+def section(title, titles, rows):
+    """A table under its title; nothing without rows."""
+    rows = list(rows)
+    return [f"### {title}", "", *table(titles, rows)] if rows else []
+
+
+def report(results, cancelled, path_length, with_goals):
     """The whole report as Markdown; the goals are those of the full sizes."""
-    text = [circumstances(results, path_length), "", "### The call alone", ""]
-    text += table(["milliseconds", "library", "plain client", "ratio", "ratio of CPU time"], call_rows(results))
-    text += ["### The whole process", ""]
-    text += table([
+    text = [circumstances(results, path_length), ""]
+    text += section("The call alone", ["milliseconds", "library", "plain client", "ratio", "ratio of CPU time"],
+                    call_rows(results))
+    text += section("The whole process", [
         "milliseconds", "library", "plain client", "`svn`", "ratio to plain", "ratio to `svn`", "CPU: to plain",
         "CPU: to `svn`"
     ], process_rows(results))
-    text += ["### Memory", ""]
-    text += table(["peak, MB", "library", "plain client", "`svn`", "bytes an item"], memory_rows(results))
-    text += ["### Growth of a status scan", ""]
-    text += table(["items", "library, µs an item", "plain client, µs an item", "bytes an item", "peak bytes an item"],
-                  growth_rows(results))
+    text += section("Memory", ["peak, MB", "library", "plain client", "`svn`", "bytes an item"], memory_rows(results))
+    text += section("Growth of a status scan", [
+        "items", "library, µs an item", "plain client, µs an item", "bytes an item", "peak bytes an item"
+    ], growth_rows(results))
+    text += section("Cancelling a status scan", ["milliseconds", "times", "whole scan", "median wait", "longest wait"],
+                    cancelling_rows(cancelled))
     if with_goals:
-        text += ["### Goals", ""]
-        text += table(["benchmark", "figure", "measured", "at most", ""], goal_rows(results))
+        text += section("Goals", ["benchmark", "figure", "measured", "at most", ""], goal_rows(results, cancelled))
     return "\n".join(text)
 
 

@@ -47,16 +47,20 @@ def log(text):
 def run(arguments):
     data_sets = workloads.DataSets(arguments.data.resolve(), SIZES[arguments.sizes])
     data_sets.make(log)
-    results = []
+    results, cancelled = [], []
     with measuring.Server(arguments.data.resolve()) as server, \
             measuring.Bench(arguments.build.resolve(), arguments.rounds, arguments.seconds) as bench:
         for workload in workloads.all_workloads(data_sets, server):
             if is_chosen(workload, arguments.only):
                 log(f"measuring {workload.name}")
                 results.append(bench.measure(workload))
-    if not results:
+        for cancelling in workloads.all_cancelling(data_sets):
+            if is_chosen(cancelling, arguments.only):
+                log(f"measuring {cancelling.name}")
+                cancelled.append(bench.cancel(cancelling))
+    if not results and not cancelled:
         raise RuntimeError(f"no workload is named {arguments.only}")
-    return reporting.report(results, data_sets.tree.record["path length"], arguments.sizes == "full")
+    return reporting.report(results, cancelled, data_sets.tree.record["path length"], arguments.sizes == "full")
 
 
 def main():

@@ -47,6 +47,16 @@ class Workload:
     shows_growth: bool = False
 
 
+@dataclass(frozen=True)
+class Cancelling:
+    """A status scan of all items that is cancelled."""
+
+    name: str
+    title: str
+    folder: object
+    goal: float | None = None  # the longest time in seconds from the cancelling to the end
+
+
 def lines(output):
     return output.count(b"\n")
 
@@ -132,6 +142,14 @@ class DataSets:
     def make(self, log):
         for data_set in [self.tree, self.folder, self.history, self.large] + self.others:
             data_set.make(log)
+
+
+def all_cancelling(data_sets):
+    tree, folder = data_sets.tree, data_sets.folder
+    yield Cancelling("cancel-tree", f"status of {tree.record['items']:,} items, all", tree.working_copy, goal=0.1)
+    # No goal: Subversion cannot be stopped while it reads a folder.
+    yield Cancelling("cancel-one-folder", f"status of one folder of {folder.record['items']:,} items, all",
+                     folder.working_copy)
 
 
 def all_workloads(data_sets, server):
