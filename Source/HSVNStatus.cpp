@@ -328,7 +328,9 @@ HSVNStatusRef HSVNStatus::statusWithSVNStatus(const svn_wc_status2_t* status, co
     record->_flags.switched = status->switched != 0;
     record->setOutOfDateLastCommitRevision(HSVNRevisionNumberFromSubversion(status->ood_last_cmt_rev));
     record->setOutOfDateLastCommitDate(HSVNDate::dateWithAPRTime(status->ood_last_cmt_date));
-    record->setOutOfDateLastCommitAuthor(HSVNTextOrNil(status->ood_last_cmt_author));
+    if (status->ood_last_cmt_author) {
+        record->setOutOfDateLastCommitAuthor(status->ood_last_cmt_author);
+    }
     if (status->entry) {
         record->takeEntry(*status->entry, version, texts);
     }

@@ -58,7 +58,12 @@ std::size_t controlCharacterLength(std::string_view text, std::size_t place)
 
 bool hasControlCharacter(std::string_view text)
 {
-    for (std::size_t place = 0; place < text.size(); ++place) {
+    // Runs for every item: hardly a name has a byte that one can begin with.
+    const bool mayHave = std::any_of(text.begin(), text.end(), [](char character) {
+        const auto byte = static_cast<unsigned char>(character);
+        return byte < 0x20 || byte == 0x7F || byte == 0xC2;
+    });
+    for (std::size_t place = 0; mayHave && place < text.size(); ++place) {
         if (controlCharacterLength(text, place) > 0) {
             return true;
         }
@@ -355,5 +360,6 @@ void HSVNStatusFunc(void* baton, const char* path, svn_wc_status2_t* status)
     if (scan.context->hasKeptException()) {
         return; // Subversion stops at its next cancellation check
     }
-    HSVNGuardVoidCallback(*scan.context, [&] { scanItem(scan, path, *status); });
+    const auto body = [&] { scanItem(scan, path, *status); };
+    HSVNGuardVoidCallback(*scan.context, std::cref(body)); // small enough to be kept without an allocation
 }

@@ -67,7 +67,8 @@ bool isNull(sqlite3_stmt* row, int column) { return sqlite3_column_type(row, col
 
 std::int64_t numberIn(sqlite3_stmt* row, int column, std::int64_t forNull)
 {
-    return isNull(row, column) ? forNull : sqlite3_column_int64(row, column);
+    const std::int64_t number = sqlite3_column_int64(row, column);
+    return number == 0 && isNull(row, column) ? forNull : number;
 }
 
 /// The column's text in the pool; null for NULL.
@@ -263,7 +264,7 @@ std::optional<std::string> WorkingCopyDatabase::readFolders(const std::string& t
             }
             folder = parent;
         }
-        addRow(nodes, row);
+        addRow(nodes, row, folder.size());
     }
     sqlite3_reset(row);
     if (!next && (result == SQLITE_DONE || result == SQLITE_ROW)) {
@@ -272,10 +273,9 @@ std::optional<std::string> WorkingCopyDatabase::readFolders(const std::string& t
     return next;
 }
 
-void WorkingCopyDatabase::addRow(UnchangedNodes& nodes, sqlite3_stmt* row)
+void WorkingCopyDatabase::addRow(UnchangedNodes& nodes, sqlite3_stmt* row, std::size_t folderLength)
 {
     const auto path = textInColumn(row, ColumnRelativePath);
-    const auto folderLength = textInColumn(row, ColumnParentPath).size();
     const auto name = path.substr(folderLength == 0 ? 0 : folderLength + 1);
     if (isUnchanged(row, path)) {
         nodes.add(name, nodeIn(row));

@@ -76,7 +76,7 @@ class WorkingCopyDatabase
     bool hasConflict(std::string_view relativePath) const;
     bool isUnchanged(sqlite3_stmt* row, std::string_view relativePath) const;
     DeletedNode deletedNodeIn(sqlite3_stmt* row, apr_pool_t* pool);
-    void addRow(UnchangedNodes& nodes, sqlite3_stmt* row);
+    void addRow(UnchangedNodes& nodes, sqlite3_stmt* row, std::size_t folderLength);
     UnchangedNode nodeIn(sqlite3_stmt* row);
     void readBatch(const std::string& first);
 
