@@ -144,7 +144,9 @@ void TargetFailures::tolerate(const HSVNException& exception, const std::vector<
     if (code == tolerated.end()) {
         exception.raise();
     }
-    printWarning(exception);
+    if (!_isQuiet) {
+        printWarning(exception);
+    }
     if (std::find(_codes.begin(), _codes.end(), *code) == _codes.end()) {
         _codes.push_back(*code);
     }

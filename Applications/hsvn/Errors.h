@@ -14,11 +14,13 @@ enum ErrorCode : std::int32_t
 {
     EndOfFile = 70014,
     BadFileName = 125001,
+    BadPropertyValue = 125005,
     InconsistentLineEnds = 135000,
     WorkingCopyLocked = 155004,
     WorkingCopyNotDirectory = 155007,
     WorkingCopyPathNotFound = 155010,
     WorkingCopyUpgradeRequired = 155036,
+    InvalidOperationDepth = 155038,
     IllegalURL = 170000,
     AuthenticationFailed = 215004,
     BadRevision = 195002,
@@ -26,6 +28,7 @@ enum ErrorCode : std::int32_t
     ClientIsDirectory = 195007,
     ClientBadRevision = 195008,
     EntryNotFound = 150000,
+    EntryExists = 150002,
     NodeNotFound = 160013,
     NotDirectory = 160016,
     PropertyName = 195011,
@@ -35,6 +38,7 @@ enum ErrorCode : std::int32_t
     UnsupportedFeature = 200007,
     IllegalTarget = 200009,
     PropertyNotFound = 200017,
+    MalformedVersion = 200037,
     ExternalProgram = 200012,
     Cancelled = 200015,
     DatabaseBusy = 200033,
@@ -90,6 +94,8 @@ void printWarnings(const HSVNException& exception);
 class TargetFailures
 {
   public:
+    /// @param isQuiet  nothing is printed of what is remembered
+    explicit TargetFailures(bool isQuiet = false) : _isQuiet{isQuiet} {}
     /// Runs the body; an error with one of the codes is printed as a warning and remembered.
     ///
     /// @return whether there was none
@@ -111,5 +117,6 @@ class TargetFailures
   private:
     void tolerate(const HSVNException& exception, const std::vector<std::int32_t>& tolerated);
 
+    bool _isQuiet;
     std::vector<std::int32_t> _codes;
 };

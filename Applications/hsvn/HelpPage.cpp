@@ -64,6 +64,9 @@ std::string helpOn(const Subcommand& subcommand, bool withGlobalOptions)
             text += optionLine(option, subcommand.descriptionOf(option));
         }
     }
+    if (subcommand.isAdministrative) {
+        return text;
+    }
     if (!withGlobalOptions) {
         return text + "\n(Use '-v' to show global options.)\n";
     }

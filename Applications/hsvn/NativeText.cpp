@@ -88,9 +88,12 @@ std::string onlyASCII(std::string_view text)
 {
     for (std::size_t index = 0; index < text.size(); ++index) {
         if (!isASCII(text.substr(index, 1))) {
+            const auto byte = static_cast<unsigned char>(text[index]);
             fail(EINVAL,
-                 fmt::format("Safe data '{}' was followed by non-ASCII byte {}: unable to convert to/from UTF-8",
-                             text.substr(0, index), static_cast<unsigned char>(text[index])));
+                 index == 0
+                     ? fmt::format("Non-ASCII character (code {}) detected, and unable to convert to/from UTF-8", byte)
+                     : fmt::format("Safe data '{}' was followed by non-ASCII byte {}: unable to convert to/from UTF-8",
+                                   text.substr(0, index), byte));
         }
     }
     return std::string{text};

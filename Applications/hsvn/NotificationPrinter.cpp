@@ -13,9 +13,24 @@ namespace {
 
 using Newer = HSVNNewerNotifyAction;
 
+std::string shownURL(const HSVNNotification& notification)
+{
+    return notification.URL() ? notification.URL()->string() : "";
+}
+
+/// Whether it is about a lock that no working copy holds.
+bool isRemoteLock(const HSVNNotification& notification)
+{
+    return notification.URL() &&
+           (notification.action() == HSVNNotifyActionLocked || notification.action() == HSVNNotifyActionUnlocked);
+}
+
 /// The item as it is shown: without the prefix that the notification names, else as seen from the current folder.
 std::string shownPath(const HSVNNotification& notification)
 {
+    if (isRemoteLock(notification)) {
+        return shownURL(notification);
+    }
     const std::string path = notification.path().value_or("");
     if (const auto& prefix = notification.pathPrefix()) {
         return localStyle(pathBelow(path, *prefix).value_or(path));
@@ -23,16 +38,15 @@ std::string shownPath(const HSVNNotification& notification)
     return relativeToCurrentFolder(path);
 }
 
-std::string shownURL(const HSVNNotification& notification)
-{
-    return notification.URL() ? notification.URL()->string() : "";
-}
-
 bool isBinary(const HSVNNotification& notification)
 {
-    const auto& whole = notification.mimeType();
-    const std::string type = whole.value_or("").substr(0, whole ? whole->find_first_of("; ") : 0);
-    return whole && !type.starts_with("text/") && type != "image/x-xbitmap" && type != "image/x-xpixmap";
+    return notification.mimeType() && isBinaryMIMEType(*notification.mimeType());
+}
+
+bool isFailedLock(const HSVNNotification& notification)
+{
+    return notification.error() && (notification.action() == HSVNNotifyActionFailedLock ||
+                                    notification.action() == HSVNNotifyActionFailedUnlock);
 }
 
 /// The column of an item's text or properties after an update or merge.
@@ -194,6 +208,7 @@ void NotificationPrinter::print(const HSVNNotification& notification)
     if (notification.action() == HSVNNotifyActionFailedExternal) {
         _hasFailedExternal = true;
     }
+    _hasWarned = _hasWarned || isFailedLock(notification);
     try {
         Output::write((_isQuiet ? "" : text(notification)) + copyWarning(notification));
         Output::flush();

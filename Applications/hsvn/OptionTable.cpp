@@ -3,6 +3,7 @@
 #include "Errors.h"
 #include "NativeText.h"
 #include "PropertyNames.h"
+#include "RepositoryVersion.h"
 #include "RevisionArguments.h"
 #include "Session.h"
 #include "TextFiles.h"
@@ -146,6 +147,13 @@ void applyLimit(Session& /*session*/, Options& options, const std::string& argum
         fail(MalformedNumber, "Argument to --limit must be positive");
     }
     options.limit = limit;
+}
+
+/// The last minor release that is to read a new repository.
+template <int Minor>
+void setCompatible(Session& /*session*/, Options& options, const std::string& /*argument*/)
+{
+    options.compatibleVersion = HSVNVersion{1, Minor};
 }
 
 /// NAME or NAME=VALUE
@@ -398,13 +406,13 @@ constexpr std::array table{
     Option{OptionId::CompatibleVersion, "compatible-version", nullptr, 0, "ARG",
            "use repository format compatible with Subversion\n"
            "version ARG (\"1.5.5\", \"1.7\", etc.)",
-           setText<&Options::compatibleVersion>},
+           applyCompatibleVersion},
     Option{OptionId::Pre14Compatible, "pre-1.4-compatible", nullptr, 0, nullptr, "deprecated; see --compatible-version",
-           set<&Options::pre14Compatible>},
+           setCompatible<3>},
     Option{OptionId::Pre15Compatible, "pre-1.5-compatible", nullptr, 0, nullptr, "deprecated; see --compatible-version",
-           set<&Options::pre15Compatible>},
+           setCompatible<4>},
     Option{OptionId::Pre16Compatible, "pre-1.6-compatible", nullptr, 0, nullptr, "deprecated; see --compatible-version",
-           set<&Options::pre16Compatible>},
+           setCompatible<5>},
     Option{OptionId::BDBTxnNosync, "bdb-txn-nosync", nullptr, 0, nullptr,
            "disable fsync at transaction commit [Berkeley DB]", set<&Options::bdbTransactionNoSync>},
     Option{OptionId::BDBLogKeep, "bdb-log-keep", nullptr, 0, nullptr,

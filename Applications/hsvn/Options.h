@@ -119,10 +119,7 @@ struct Options // NOLINT(clang-analyzer-optin.performance.Padding)
 
     // A new repository
     std::optional<std::string> fileSystemType;
-    std::optional<std::string> compatibleVersion;
-    bool pre14Compatible = false;
-    bool pre15Compatible = false;
-    bool pre16Compatible = false;
+    std::optional<HSVNVersion> compatibleVersion;
     bool bdbTransactionNoSync = false;
     bool bdbLogKeep = false;
 

@@ -19,7 +19,8 @@ class PropgetRun
 
     void run()
     {
-        takeName();
+        _name = NativeText::toUTF8(takeArgument(_session));
+        requirePropertyName(_name);
         const auto targets = targetsOrCurrentFolder(_session);
         const Options& options = _session.options;
         const HSVNDepth depth = options.depthOr(HSVNDepthEmpty);
@@ -41,16 +42,6 @@ class PropgetRun
     }
 
   private:
-    void takeName()
-    {
-        if (_session.arguments.empty()) {
-            fail(InsufficientArguments, "Not enough arguments provided");
-        }
-        _name = NativeText::toUTF8(_session.arguments.front());
-        _session.arguments.erase(_session.arguments.begin());
-        requirePropertyName(_name);
-    }
-
     void printRevisionProperty(const RevisionPropertyTarget& target)
     {
         HSVNRevisionNumber number = HSVNInvalidRevision;

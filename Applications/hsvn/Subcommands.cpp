@@ -5,7 +5,7 @@
 
 bool Subcommand::accepts(OptionId option) const
 {
-    const auto global = globalOptions();
+    const auto global = isAdministrative ? std::span<const OptionId>{} : globalOptions();
     return option == OptionId::Help || std::find(options.begin(), options.end(), option) != options.end() ||
            std::find(global.begin(), global.end(), option) != global.end();
 }
@@ -29,10 +29,12 @@ std::string Subcommand::heading() const
 
 std::span<const Subcommand* const> subcommands()
 {
-    static const std::array all{&catSubcommand(),      &commitSubcommand(), &copySubcommand(), &deleteSubcommand(),
-                                &helpSubcommand(),     &importSubcommand(), &infoSubcommand(), &listSubcommand(),
-                                &logSubcommand(),      &mkdirSubcommand(),  &moveSubcommand(), &propgetSubcommand(),
-                                &proplistSubcommand(), &statusSubcommand()};
+    static const std::array all{
+        &addSubcommand(),     &catSubcommand(),     &cleanupSubcommand(),  &commitSubcommand(),  &copySubcommand(),
+        &createSubcommand(),  &deleteSubcommand(),  &helpSubcommand(),     &importSubcommand(),  &infoSubcommand(),
+        &listSubcommand(),    &lockSubcommand(),    &logSubcommand(),      &mkdirSubcommand(),   &moveSubcommand(),
+        &propdelSubcommand(), &propgetSubcommand(), &proplistSubcommand(), &propsetSubcommand(), &resolvedSubcommand(),
+        &revertSubcommand(),  &statusSubcommand(),  &unlockSubcommand(),   &upgradeSubcommand()};
     return all;
 }
 

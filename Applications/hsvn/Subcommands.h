@@ -22,6 +22,8 @@ struct Subcommand
     void (*run)(Session& session);
     bool takesRevisionRanges = false;             ///< several -r and -c, not one
     HSVNDepth nonRecursiveDepth = HSVNDepthFiles; ///< what -N means
+    /// One of Subversion's program for repositories, not of its client: the global options mean nothing to it.
+    bool isAdministrative = false;
 
     bool accepts(OptionId option) const;
     /// The option's description here.
@@ -31,20 +33,30 @@ struct Subcommand
 };
 
 // One source file each.
+const Subcommand& addSubcommand();
 const Subcommand& catSubcommand();
+const Subcommand& cleanupSubcommand();
 const Subcommand& commitSubcommand();
 const Subcommand& copySubcommand();
+const Subcommand& createSubcommand();
 const Subcommand& deleteSubcommand();
 const Subcommand& helpSubcommand();
 const Subcommand& importSubcommand();
 const Subcommand& infoSubcommand();
 const Subcommand& listSubcommand();
+const Subcommand& lockSubcommand();
 const Subcommand& logSubcommand();
 const Subcommand& mkdirSubcommand();
 const Subcommand& moveSubcommand();
+const Subcommand& propdelSubcommand();
 const Subcommand& propgetSubcommand();
 const Subcommand& proplistSubcommand();
+const Subcommand& propsetSubcommand();
+const Subcommand& resolvedSubcommand();
+const Subcommand& revertSubcommand();
 const Subcommand& statusSubcommand();
+const Subcommand& unlockSubcommand();
+const Subcommand& upgradeSubcommand();
 
 /// All subcommands in the order of `help`.
 std::span<const Subcommand* const> subcommands();

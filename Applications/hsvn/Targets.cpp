@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fmt/format.h>
+#include <utility>
 
 namespace {
 
@@ -49,6 +50,16 @@ std::vector<std::string> requiredTargets(Session& session)
         fail(InsufficientArguments, "Not enough arguments provided");
     }
     return targets;
+}
+
+std::string takeArgument(Session& session)
+{
+    if (session.arguments.empty()) {
+        fail(InsufficientArguments, "Not enough arguments provided");
+    }
+    std::string argument = std::move(session.arguments.front());
+    session.arguments.erase(session.arguments.begin());
+    return argument;
 }
 
 HSVNTargets::Pegged peggedTarget(Session& session, const std::string& target)

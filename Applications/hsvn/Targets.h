@@ -16,6 +16,9 @@ std::vector<std::string> targetsOrCurrentFolder(Session& session);
 /// @throws HSVNException "Not enough arguments provided"
 std::vector<std::string> requiredTargets(Session& session);
 
+/// Takes the first argument, which is no target, off the command line; fails when there is none.
+std::string takeArgument(Session& session);
+
 /// A target of a subcommand that takes "PATH@REV" arguments.
 HSVNTargets::Pegged peggedTarget(Session& session, const std::string& target);
 /// The targets of subcommands that take no peg revisions; a trailing "@" is taken off.

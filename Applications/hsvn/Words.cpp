@@ -229,3 +229,9 @@ std::string descriptionOfTreeConflict(const HSVNConflictRecord& conflict)
                        longWordOf(conflict.reason, conflict.operation),
                        incomingWords(conflict.action, incomingKind(conflict)), wordOf(conflict.operation));
 }
+
+bool isBinaryMIMEType(std::string_view type)
+{
+    type = type.substr(0, type.find_first_of("; "));
+    return !type.starts_with("text/") && type != "image/x-xbitmap" && type != "image/x-xpixmap";
+}

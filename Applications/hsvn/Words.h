@@ -3,6 +3,7 @@
 #include <HSVN/HSVN.h>
 
 #include <string>
+#include <string_view>
 
 // The words by which Subversion's output names kinds, states and depths.
 
@@ -23,3 +24,6 @@ const char* wordOf(HSVNConflictReason reason);
 std::string descriptionOfIncomingEdit(const HSVNConflictRecord& conflict);
 /// "local file edit, incoming file delete or move upon update"
 std::string descriptionOfTreeConflict(const HSVNConflictRecord& conflict);
+
+/// Whether files of a MIME type are neither merged nor shown as lines; what follows the type's name is left out.
+bool isBinaryMIMEType(std::string_view type);

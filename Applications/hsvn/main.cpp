@@ -107,6 +107,9 @@ void checkExclusions(const Options& options)
 HSVNException advised(const HSVNException& exception, const Subcommand& subcommand, const Options& options)
 {
     const std::string& program = programName();
+    if (subcommand.isAdministrative) {
+        return exception;
+    }
     if (exception.status() == InsufficientArguments || exception.status() == ArgumentParsing) {
         return wrapped(exception, fmt::format("Try '{} help {}' for more information", program, subcommand.name));
     }

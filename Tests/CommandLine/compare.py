@@ -6,6 +6,7 @@ usage: compare.py HSVN TABLE [GROUP]
 
 Each line of a table is a working copy's state, "|" and a command line; a line "[name]" begins a group. Where Subversion
 itself prints its items in an order that changes from run to run, a "~" before the state leaves the order out.
+A command line that begins with "svnadmin" is run through Subversion's svnadmin and hsvn.
 """
 
 import difflib
@@ -43,19 +44,36 @@ def with_ordered_attributes(text):
     return re.sub(r'(<[a-z-]+)((?:\n   [^=>]+="[^"]*")+)(/?>)', ordered, text)
 
 
+# What of a new repository is never twice the same.
+UNIQUE = re.compile(r"/(db/(uuid|revprops/0(/0)?|revs/0/p0|rep-cache\.db|__db\.\S+|log\.\d+|revisions|transactions|uuids|nodes|changes"
+                    r"|representations|strings|copies|miscellaneous|node-origins|checksum-reps|lock-tokens|locks))$")
+
+
 def snapshot(folder):
-    """Every file's contents below a folder, Subversion's own data aside."""
+    """Every file's permissions and contents below a folder, Subversion's own data aside."""
     files = {}
     for base, folders, names in os.walk(folder):
         folders[:] = [name for name in folders if name != ".svn"]
         for name in names + folders:
             path = os.path.join(base, name)
-            if os.path.isfile(path):
+            shown = os.path.relpath(path, folder)
+            files[shown] = [oct(os.lstat(path).st_mode)]
+            if os.path.isfile(path) and not UNIQUE.search(path):
                 with open(path, "rb") as file:
-                    files[os.path.relpath(path, folder)] = file.read()
-            else:
-                files[os.path.relpath(path, folder)] = None
+                    files[shown].append(file.read())
     return files
+
+
+def look(folder, *command):
+    """What Subversion itself says, whichever program ran."""
+    return subprocess.run(command, cwd=folder, check=False, env=fixtures.environment(folder),
+                          capture_output=True).stdout.decode("latin-1")
+
+
+def locks(wc, repository):
+    """The repository's locks, their tokens and times aside, and those that the working copy holds."""
+    listed = re.sub(r"(UUID Token|Created): .*", "", look(wc, "svnadmin", "lslocks", repository))
+    return "Path: ".join(sorted(listed.split("Path: "))) + re.sub(r"(Lock Token|Lock Created|Text Last Updated): .*", "", look(wc, "svn", "info", "-R"))
 
 
 def dump(repository):
@@ -90,18 +108,19 @@ class State:
         self.restore()
         words = command.replace("REPOSITORY", "file://" + self.root + "/repository").replace("ROOT", self.root)
         environment = {**fixtures.environment(self.wc), "PATH": program + ":" + os.environ["PATH"]}
-        ran = subprocess.run(["/bin/bash", "-c", "svn " + words], cwd=self.wc, env=environment, check=False,
+        words = words if words.startswith("svnadmin ") else "svn " + words
+        ran = subprocess.run(["/bin/bash", "-c", words], cwd=self.wc, env=environment, check=False,
                              stdin=subprocess.DEVNULL, capture_output=True, timeout=60)
         output = with_ordered_attributes(ran.stdout.decode("latin-1"))
         if "--xml" in command and output.startswith("<?xml") and ran.returncode == 0:
             ElementTree.fromstring(output)
         configuration = snapshot(self.root + "/home")
-        # What is left behind is looked at with the reference program, whichever ran.
-        left = subprocess.run(["/usr/bin/svn", "status", "--no-ignore", "-v"], cwd=self.wc, check=False,
-                              env=fixtures.environment(self.wc), capture_output=True)
+        repository = self.root + "/repository"
         return {"standard output": output, "standard error": ran.stderr.decode("latin-1"), "exit code": ran.returncode,
-                "configuration": configuration, "files": snapshot(self.wc), "status": left.stdout,
-                "repository": dump(self.root + "/repository")}
+                "configuration": configuration, "files": snapshot(self.wc),
+                "status": look(self.wc, "svn", "status", "--no-ignore", "-v"),
+                "properties": look(self.wc, "svn", "proplist", "-v", "-R"), "locks": locks(self.wc, repository),
+                "repository": dump(repository)}
 
 
 def difference(expected, actual):
@@ -143,6 +162,8 @@ def main():
             os.mkdir(program)
             # A copy, as users put it in the place of another svn: everything is found from there too.
             shutil.copy(binary, os.path.join(program, "svn"))
+            administration = shutil.which("svnadmin") if program.endswith("original") else binary
+            shutil.copy(administration, os.path.join(program, "svnadmin"))
         failures = 0
         for name in sorted({row[0] for row in rows}):
             state = State(os.path.join(folder, name), fixtures.PREPARATIONS[name])

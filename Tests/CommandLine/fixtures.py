@@ -1,7 +1,11 @@
 """The repository and working copies that the command lines run on."""
 
+import contextlib
 import os
+import shutil
+import sqlite3
 import subprocess
+import tarfile
 
 ENVIRONMENT = {
     "PATH": os.environ["PATH"],
@@ -124,4 +128,48 @@ def branch(wc):
     run_svn(wc, "switch", "--ignore-ancestry", "^/branches/one/A/C", "A/C")
 
 
-PREPARATIONS = {"clean": lambda wc: None, "changed": change, "conflicted": conflict, "branched": branch}
+def unversioned(wc):
+    """Items of every kind that are not versioned yet."""
+    os.makedirs(os.path.join(wc, "folder/inner"))
+    for name in ["folder/inner/file", "folder/object.o", "executable", "odd@name@", "odd name"]:
+        write(wc, name, f"This is {name}.\n")
+    os.chmod(os.path.join(wc, "executable"), 0o755)
+    os.symlink("iota", os.path.join(wc, "link"))
+    with open(os.path.join(wc, "folder/binary"), "wb") as file:
+        file.write(bytes(range(256)))
+
+
+def interrupt(wc):
+    """A write lock that nobody holds any more, and something to remove."""
+    write(wc, "unversioned", "")
+    write(wc, "iota", "changed\n")
+    with contextlib.closing(sqlite3.connect(os.path.join(wc, ".svn/wc.db"))) as database, database:
+        database.execute("insert into WC_LOCK values (1, '', -1)")
+
+
+def rob(wc):
+    """A lock that another working copy has stolen."""
+    run_svn(wc, "lock", "-m", "mine", "iota")
+    run_svn(wc, "checkout", "-q", "^/trunk", "../thief")
+    run_svn(os.path.join(wc, "../thief"), "lock", "--force", "-m", "stolen", "iota")
+
+
+def age(wc):
+    """A working copy of Subversion 1.6."""
+    shutil.rmtree(wc)
+    with tarfile.open(os.path.join(os.path.dirname(__file__), "../Samples/1.6.tar.gz")) as archive:
+        members = [member for member in archive if member.name.startswith("1.6/wc/")]
+        archive.extractall(os.path.dirname(wc), members)
+    os.rename(os.path.join(os.path.dirname(wc), "1.6/wc"), wc)
+
+
+PREPARATIONS = {
+    "clean": lambda wc: None,
+    "changed": change,
+    "conflicted": conflict,
+    "branched": branch,
+    "unversioned": unversioned,
+    "interrupted": interrupt,
+    "robbed": rob,
+    "old": age,
+}

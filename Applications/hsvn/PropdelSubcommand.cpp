@@ -1,0 +1,42 @@
+#include "Errors.h"
+#include "NativeText.h"
+#include "PropertyChanges.h"
+#include "Subcommands.h"
+#include "Targets.h"
+
+#include <fmt/format.h>
+
+namespace {
+
+void runPropdel(Session& session)
+{
+    const std::string name = NativeText::toUTF8(takeArgument(session));
+    if (session.options.revisionProperty) {
+        changeRevisionProperty(session, name, std::nullopt);
+        return;
+    }
+    const auto targets = unpeggedTargets(targetsOrCurrentFolder(session));
+    if (session.options.usedRevision) {
+        fail(PropertyName, fmt::format("Cannot specify revision for deleting versioned property '{}'", name));
+    }
+    changeProperty(session, name, std::nullopt, targets);
+}
+
+} // namespace
+
+const Subcommand& propdelSubcommand()
+{
+    static const Subcommand subcommand{"propdel",
+                                       {"pdel", "pd"},
+                                       "Remove a property from files, dirs, or revisions.",
+                                       "1. propdel PROPNAME [PATH...]\n"
+                                       "2. propdel PROPNAME --revprop -r REV [TARGET]",
+                                       "1. Removes versioned props in working copy.\n"
+                                       "2. Removes unversioned remote prop on repos revision.\n"
+                                       "   TARGET only determines which repository to access.",
+                                       {OptionId::Quiet, OptionId::Recursive, OptionId::Depth, OptionId::Revision,
+                                        OptionId::Revprop, OptionId::Changelist},
+                                       {},
+                                       runPropdel};
+    return subcommand;
+}

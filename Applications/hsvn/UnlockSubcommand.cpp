@@ -1,0 +1,34 @@
+#include "Errors.h"
+#include "NotificationListener.h"
+#include "Subcommands.h"
+#include "Targets.h"
+
+namespace {
+
+void runUnlock(Session& session)
+{
+    auto targets = requiredTargets(session);
+    requireOneKind(targets);
+    targets = unpeggedTargets(targets);
+    NotificationPrinter printer{session.options.quiet};
+    printNotifications(session, printer);
+    HSVNUnlockItems(targets, session.options.force, session.client());
+    if (printer.hasWarned()) {
+        fail(IllegalTarget, "One or more locks could not be released");
+    }
+}
+
+} // namespace
+
+const Subcommand& unlockSubcommand()
+{
+    static const Subcommand subcommand{"unlock",
+                                       {},
+                                       "Unlock working copy paths or URLs.",
+                                       "unlock TARGET...",
+                                       "Use --force to break a lock that someone else or another working copy holds.",
+                                       {OptionId::Targets, OptionId::Force, OptionId::Quiet},
+                                       {{OptionId::Force, "break locks"}},
+                                       runUnlock};
+    return subcommand;
+}
