@@ -30,11 +30,13 @@ std::string Subcommand::heading() const
 std::span<const Subcommand* const> subcommands()
 {
     static const std::array all{
-        &addSubcommand(),     &catSubcommand(),     &cleanupSubcommand(),  &commitSubcommand(),  &copySubcommand(),
-        &createSubcommand(),  &deleteSubcommand(),  &helpSubcommand(),     &importSubcommand(),  &infoSubcommand(),
-        &listSubcommand(),    &lockSubcommand(),    &logSubcommand(),      &mkdirSubcommand(),   &moveSubcommand(),
-        &propdelSubcommand(), &propgetSubcommand(), &proplistSubcommand(), &propsetSubcommand(), &resolvedSubcommand(),
-        &revertSubcommand(),  &statusSubcommand(),  &unlockSubcommand(),   &upgradeSubcommand()};
+        &addSubcommand(),      &catSubcommand(),      &changelistSubcommand(), &cleanupSubcommand(),
+        &commitSubcommand(),   &copySubcommand(),     &createSubcommand(),     &deleteSubcommand(),
+        &helpSubcommand(),     &importSubcommand(),   &infoSubcommand(),       &listSubcommand(),
+        &lockSubcommand(),     &logSubcommand(),      &mkdirSubcommand(),      &moveSubcommand(),
+        &propdelSubcommand(),  &propgetSubcommand(),  &proplistSubcommand(),   &propsetSubcommand(),
+        &relocateSubcommand(), &resolvedSubcommand(), &revertSubcommand(),     &statusSubcommand(),
+        &unlockSubcommand(),   &upgradeSubcommand()};
     return all;
 }
 

@@ -35,6 +35,7 @@ struct Subcommand
 // One source file each.
 const Subcommand& addSubcommand();
 const Subcommand& catSubcommand();
+const Subcommand& changelistSubcommand();
 const Subcommand& cleanupSubcommand();
 const Subcommand& commitSubcommand();
 const Subcommand& copySubcommand();
@@ -52,6 +53,7 @@ const Subcommand& propdelSubcommand();
 const Subcommand& propgetSubcommand();
 const Subcommand& proplistSubcommand();
 const Subcommand& propsetSubcommand();
+const Subcommand& relocateSubcommand();
 const Subcommand& resolvedSubcommand();
 const Subcommand& revertSubcommand();
 const Subcommand& statusSubcommand();

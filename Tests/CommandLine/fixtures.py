@@ -163,6 +163,12 @@ def age(wc):
     os.rename(os.path.join(os.path.dirname(wc), "1.6/wc"), wc)
 
 
+def move_repository(wc):
+    """A working copy whose repository has gone elsewhere."""
+    root = os.path.dirname(wc)
+    os.rename(os.path.join(root, "repository"), os.path.join(root, "elsewhere"))
+
+
 PREPARATIONS = {
     "clean": lambda wc: None,
     "changed": change,
@@ -172,4 +178,5 @@ PREPARATIONS = {
     "interrupted": interrupt,
     "robbed": rob,
     "old": age,
+    "moved": move_repository,
 }
