@@ -249,7 +249,8 @@ constexpr std::array table{
     Option{OptionId::NonRecursive, "non-recursive", nullptr, 'N', nullptr,
            "obsolete; try --depth=files or --depth=immediates", set<&Options::nonRecursive>},
     Option{OptionId::Depth, "depth", nullptr, 0, "ARG",
-           "limit operation by depth ARG ('empty', 'files',\n'immediates', or 'infinity')", applyDepth},
+           "limit operation by depth ARG ('empty', 'files',\n'immediates', or 'infinity')", applyDepth,
+           "empty files immediates infinity"},
     Option{OptionId::Recursive, "recursive", nullptr, 'R', nullptr, "descend recursively, same as --depth=infinity",
            applyRecursive},
     Option{OptionId::Targets, "targets", nullptr, 0, "ARG", "pass contents of file ARG as additional args",
@@ -297,7 +298,9 @@ constexpr std::array table{
            "last-changed-revision, last-changed-date,\n"
            "last-changed-author, wc-root, schedule,\n"
            "depth, changelist",
-           setText<&Options::showItem>},
+           setText<&Options::showItem>,
+           "kind url relative-url repos-root-url repos-uuid repos-size revision last-changed-revision "
+           "last-changed-date last-changed-author wc-root schedule depth changelist"},
     Option{OptionId::Force, "force", nullptr, 0, nullptr, "force operation to run", set<&Options::force>},
     Option{OptionId::DryRun, "dry-run", nullptr, 0, nullptr, "try operation but make no changes",
            set<&Options::dryRun>},
@@ -305,14 +308,15 @@ constexpr std::array table{
     Option{OptionId::SetDepth, "set-depth", nullptr, 0, "ARG",
            "set new working copy depth to ARG ('exclude',\n"
            "'empty', 'files', 'immediates', or 'infinity')",
-           applySetDepth},
+           applySetDepth, "exclude empty files immediates infinity"},
     Option{OptionId::Accept, "accept", nullptr, 0, "ARG",
            "specify automatic conflict resolution action\n"
            "('postpone', 'working', 'base', 'mine-conflict',\n"
            "'theirs-conflict', 'mine-full', 'theirs-full',\n"
            "'edit', 'launch', 'recommended') (shorthand:\n"
            "'p', 'mc', 'tc', 'mf', 'tf', 'e', 'l', 'r')",
-           applyAccept},
+           applyAccept,
+           "postpone working base mine-conflict theirs-conflict mine-full theirs-full edit launch recommended"},
     Option{OptionId::AddsAsModification, "adds-as-modification", nullptr, 0, nullptr,
            "local additions are merged with incoming additions", set<&Options::addsAsModification>},
     Option{OptionId::AllowMixedRevisions, "allow-mixed-revisions", nullptr, 0, nullptr,
@@ -330,7 +334,7 @@ constexpr std::array table{
            "system marker for files with the svn:eol-style\n"
            "property set to 'native'.\n"
            "ARG may be one of 'LF', 'CR', 'CRLF'",
-           applyNativeEOL},
+           applyNativeEOL, "LF CR CRLF"},
     Option{OptionId::AutoProps, "auto-props", nullptr, 0, nullptr, "enable automatic properties",
            set<&Options::autoProperties>},
     Option{OptionId::NoAutoProps, "no-auto-props", nullptr, 0, nullptr, "disable automatic properties",
@@ -402,7 +406,7 @@ constexpr std::array table{
            "--show-copies-as-adds --ignore-properties",
            set<&Options::patchCompatible>},
     Option{OptionId::FileSystemType, "fs-type", nullptr, 0, "ARG",
-           "type of repository: 'fsfs' (default), 'bdb' or 'fsx'", setText<&Options::fileSystemType>},
+           "type of repository: 'fsfs' (default), 'bdb' or 'fsx'", setText<&Options::fileSystemType>, "fsfs bdb fsx"},
     Option{OptionId::CompatibleVersion, "compatible-version", nullptr, 0, "ARG",
            "use repository format compatible with Subversion\n"
            "version ARG (\"1.5.5\", \"1.7\", etc.)",
@@ -446,7 +450,7 @@ constexpr std::array table{
            "(Expired certificate), 'not-yet-valid' (Not yet\n"
            "valid certificate) and 'other' (all other not\n"
            "separately classified certificate errors).",
-           applyTrustFailures},
+           applyTrustFailures, "unknown-ca cn-mismatch expired not-yet-valid other"},
     Option{OptionId::ConfigDir, "config-dir", nullptr, 0, "ARG", "read user configuration files from directory ARG",
            applyConfigDir},
     Option{OptionId::ConfigOption, "config-option", nullptr, 0, "ARG",

@@ -116,6 +116,7 @@ struct Option
     const char* argument;    ///< null when the option takes none
     const char* description; ///< lines after the first are indented by whoever prints them
     void (*apply)(Session& session, Options& options, const std::string& argument);
+    const char* values = nullptr; ///< the words that the argument can be, separated by spaces; null for any
 
     /// "-r [--revision] ARG"
     std::string synopsis() const;

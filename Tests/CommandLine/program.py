@@ -1,0 +1,132 @@
+#!/usr/bin/python
+"""Tests what hsvn has beside svn: documents made from its tables, completion, JSON, and answers to output that fails.
+
+usage: program.py HSVN DOCUMENTS TABLES
+"""
+
+import glob
+import json
+import os
+import re
+import shlex
+import subprocess
+import sys
+import tempfile
+import unittest
+import xml.etree.ElementTree as ElementTree
+
+import fixtures
+
+HSVN, DOCUMENTS, TABLES = sys.argv[1:4]
+
+
+def hsvn(*arguments, folder=".", **options):
+    return subprocess.run([HSVN, *arguments], cwd=folder, env=fixtures.environment(folder), capture_output=True,
+                          text=True, check=False, timeout=60, **options)
+
+
+def headings():
+    """Every subcommand with its aliases, as help names them."""
+    return [re.findall(r"[\w?]+", line) for line in hsvn("help").stdout.splitlines() if re.match("   [a-z]", line)]
+
+
+def options_of(subcommand):
+    """The subcommand's options, each in all its spellings, and the global ones."""
+    own, _, overall = hsvn("help", "--verbose", subcommand).stdout.partition("Global options:")
+    return [[re.findall(r"(?<![\w-])--?[a-zA-Z][\w.-]*", line.split(" : ")[0]) for line in text.splitlines()
+             if re.match(r"  -", line) and " : " in line] for text in (own, overall)]
+
+
+class Documents(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.subcommands = {names[0]: (names, *options_of(names[0])) for names in headings()}
+
+    def test_manual_page_names_every_subcommand_and_option(self):
+        page = subprocess.run(["groff", "-man", "-Tascii", "-ww", "-P-cbou", os.path.join(DOCUMENTS, "man1/hsvn.1")],
+                              capture_output=True, text=True, check=True)
+        self.assertEqual(page.stderr, "")
+        sections = dict(re.findall(r"(?ms)^ {3}(\w+)[^\n]*\n(.*?)(?=^ {3}\w|^\w)", page.stdout))
+        overall = page.stdout.partition("\nGLOBAL OPTIONS\n")[2]
+        for name, (_, own, shared) in self.subcommands.items():
+            for spellings, text in [(each, sections[name]) for each in own] + [(each, overall) for each in shared]:
+                for spelling in spellings:
+                    self.assertRegex(text, rf"(?m)^ {{7}}[^a-z]*.*{re.escape(spelling)}(?![\w-])", name)
+
+    def test_a_row_of_the_tables_uses_every_subcommand_and_option(self):
+        rows = []
+        for table in glob.glob(os.path.join(TABLES, "*.table")):
+            with open(table, encoding="utf-8") as lines:
+                rows += [line.split("|", 1)[1] for line in lines if "|" in line and not line.startswith("#")]
+        words = [re.split(r"[\s=]+", row.strip()) for row in rows]
+        missing = []
+        for name, (names, own, shared) in self.subcommands.items():
+            mine = [row for row in words if any(each in row[:4] for each in names)]
+            missing += [] if mine else [name]
+            for spellings in own:
+                # JSON is nothing that svn could be asked for, and help speaks for itself.
+                if name != "help" and "--json" not in spellings and not any(is_used(spellings, row) for row in mine):
+                    missing.append(f"{name} {spellings[-1]}")
+            missing += [spellings[-1] for spellings in shared if not any(is_used(spellings, row) for row in words)]
+        self.assertEqual(sorted(set(missing)), [])
+
+    def test_bash_completes_subcommands_options_and_values(self):
+        for name, (_, own, shared) in self.subcommands.items():
+            offered = complete("hsvn", name, "-")
+            self.assertLessEqual({each for spellings in own + shared for each in spellings}, set(offered), name)
+        self.assertEqual(complete("hsvn", "stat"), ["status", "stat"])
+        self.assertEqual(complete("hsvn", "help", "inf"), ["info"])
+        self.assertEqual(complete("hsvn", "st", "--depth", "im"), ["immediates"])
+        self.assertEqual(complete("hsvn", "-q", "st", "--depth", "=", "e"), ["empty"])
+        self.assertEqual(complete("hsvn", "st", "some"), [])
+
+
+def is_used(spellings, row):
+    """Whether a row holds the option; one letter may stand among others or have its argument attached."""
+    letters = [each[1] for each in spellings if len(each) == 2]
+    return any(word in spellings or any(re.match(rf"-[a-zA-Z]*{letter}", word) for letter in letters) for word in row)
+
+
+def complete(*words):
+    script = (f"source {shlex.quote(os.path.join(DOCUMENTS, 'bash/hsvn'))}; COMP_WORDS=({shlex.join(words)}); "
+              "COMP_CWORD=$((${#COMP_WORDS[@]} - 1)); _hsvn; printf '%s\\n' \"${COMPREPLY[@]}\"")
+    ran = subprocess.run(["/bin/bash", "--norc", "-c", script], capture_output=True, text=True, check=True)
+    return ran.stdout.split()
+
+
+class Program(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.folder = tempfile.TemporaryDirectory()
+        cls.addClassCleanup(cls.folder.cleanup)
+        cls.wc = fixtures.make_repository(os.path.realpath(cls.folder.name))
+        fixtures.change(cls.wc)
+
+    def test_json_lists_what_xml_lists(self):
+        for command, element, name in [("status -v", "entry", "path"), ("info -R", "entry", "path"),
+                                       ("list -R", "entry", "name"), ("log -v", "logentry", "revision"),
+                                       ("proplist -R -v", "target", "path"), ("propget -R color", "target", "path")]:
+            words = command.split()
+            listed = json.loads(hsvn(*words, "--json", folder=self.wc).stdout)
+            tree = ElementTree.fromstring(hsvn(*words, "--xml", folder=self.wc).stdout)
+            expected = [entry.get(name) or entry.findtext(name) for entry in tree.iter(element)]
+            expected = [os.path.relpath(each, self.wc) if each.startswith("/") else each for each in expected]
+            self.assertCountEqual([str(item[name]) for item in listed], expected, command)
+            self.assertTrue(expected, command)
+
+    def test_json_keeps_every_byte_of_a_property(self):
+        listed = json.loads(hsvn("propget", "binary-property", "--json", "binary", folder=self.wc).stdout)
+        self.assertEqual(listed[0]["properties"]["binary-property"]["encoding"], "base64")
+        self.assertTrue(listed[0]["properties"]["binary-property"]["value"].startswith("AAECAwQF"))
+
+    def test_output_that_cannot_be_written_is_told(self):
+        for redirection, reason in [(">&-", "Bad file descriptor"), (">/dev/full", "No space left on device")]:
+            for command in ["status -v", "help", "info --xml", "list --json", "--version", "help status"]:
+                ran = subprocess.run(["/bin/bash", "-c", f"{shlex.quote(HSVN)} {command} {redirection}"], cwd=self.wc,
+                                     env=fixtures.environment(self.wc), capture_output=True, text=True, check=False)
+                self.assertRegex(ran.stderr, f"^hsvn: E0000..: Write error: {reason}\n$", command)
+                self.assertEqual(ran.returncode, 1, command)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
