@@ -91,6 +91,7 @@
 #include "HSVNSubversionDetails.h"
 #include "HSVNTargets.h"
 #include "HSVNTextTable.h"
+#include "HSVNTransferObserver.h"
 #include "HSVNTypeRegistry.h"
 #include "HSVNTypes.h"
 #include "HSVNURL.h"

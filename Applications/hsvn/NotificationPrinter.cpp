@@ -1,7 +1,9 @@
 #include "NotificationPrinter.h"
 
+#include "Display.h"
 #include "Errors.h"
 #include "Output.h"
+#include "Progress.h"
 #include "Targets.h"
 #include "Words.h"
 
@@ -210,8 +212,11 @@ void NotificationPrinter::print(const HSVNNotification& notification)
     }
     _hasWarned = _hasWarned || isFailedLock(notification);
     try {
-        Output::write((_isQuiet ? "" : text(notification)) + copyWarning(notification));
+        Output::write((_isQuiet ? "" : Display::colouredLine(text(notification))) + copyWarning(notification));
         Output::flush();
+        if (!_isQuiet) {
+            Progress::countItem();
+        }
     } catch (const HSVNException& exception) {
         // What the operation does in the repository and the working copy is worth more than its report.
         if (!_cannotWrite) {

@@ -14,6 +14,16 @@ namespace {
 
 [[noreturn]] void failToWrite(int code) { fail(code, "Write error: " + std::generic_category().message(code)); }
 
+bool isTransientShown = false; // NOLINT: standard output is one for the process as well
+
+void eraseTransient()
+{
+    if (isTransientShown) {
+        isTransientShown = false;
+        std::fputs("\x1b[K", stdout);
+    }
+}
+
 } // namespace
 
 void Output::reserveStandardStreams()
@@ -30,6 +40,7 @@ void Output::write(std::string_view text) { writeBytes(NativeText::fromUTF8(text
 
 void Output::writeBytes(std::string_view bytes)
 {
+    eraseTransient();
     errno = 0;
     if (std::fwrite(bytes.data(), 1, bytes.size(), stdout) < bytes.size()) {
         failToWrite(errno);
@@ -38,6 +49,7 @@ void Output::writeBytes(std::string_view bytes)
 
 void Output::flush()
 {
+    eraseTransient();
     errno = 0;
     if (std::fflush(stdout) != 0) {
         failToWrite(errno);
@@ -48,6 +60,20 @@ void Output::writeError(std::string_view text) { writeErrorBytes(NativeText::fro
 
 void Output::writeErrorBytes(std::string_view bytes)
 {
+    eraseTransient();
     std::fflush(stdout); // a failure is met again when the output ends
     std::fwrite(bytes.data(), 1, bytes.size(), stderr);
+}
+
+void Output::showTransient(std::string_view text)
+{
+    // The cursor is kept where it is, and a text that is too long is cut off at the margin.
+    const std::string sequence = "\x1b[K\x1b"
+                                 "7\x1b[?7l" +
+                                 std::string{text} +
+                                 "\x1b[?7h\x1b"
+                                 "8";
+    std::fwrite(sequence.data(), 1, sequence.size(), stdout);
+    std::fflush(stdout);
+    isTransientShown = true;
 }

@@ -21,4 +21,7 @@ void writeError(std::string_view text);
 /// The same for bytes that may be no text.
 void writeErrorBytes(std::string_view bytes);
 
+/// Shows a text behind the cursor of a terminal until anything else is written. It must fit into ASCII.
+void showTransient(std::string_view text);
+
 } // namespace Output

@@ -1,9 +1,11 @@
 #include "Session.h"
 
 #include "Cancellation.h"
+#include "Display.h"
 #include "Errors.h"
 #include "NativeText.h"
 #include "Output.h"
+#include "Progress.h"
 #include "TextFiles.h"
 
 #include <fmt/format.h>
@@ -70,6 +72,10 @@ const HSVNClientRef& Session::client()
     }
     if (const auto refused = HSVNApplyClientSettings(settings, client)) {
         printWarning(*refused);
+    }
+    if (Display::isShown() && !options.quiet) {
+        _transfer.emplace(client,
+                          [](std::int64_t bytes, std::optional<std::int64_t>) { Progress::setTransferred(bytes); });
     }
     _client = std::move(client);
     return _client;

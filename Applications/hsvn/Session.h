@@ -3,6 +3,7 @@
 #include "Options.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -35,5 +36,6 @@ class Session
     HSVNContextRef _context;
     HSVNClientRef _client;
     HSVNClientDelegateRef _delegate;
+    std::optional<HSVNTransferObserver> _transfer; // for the line of progress
     bool _bundlesAreLoaded = false;
 };

@@ -1,6 +1,7 @@
 #include "StatusPrinter.h"
 
 #include "Dates.h"
+#include "Display.h"
 #include "NativeText.h"
 #include "Output.h"
 #include "Targets.h"
@@ -153,9 +154,10 @@ void StatusPrinter::printLine(const HSVNItemStatus& status)
     const std::string columns = detailed
                                     ? detailedColumns(status)
                                     : fmt::format("{}{} ", status.lock ? 'K' : ' ', status.treeConflicted ? 'C' : ' ');
-    Output::write(fmt::format("{}{}{}{}{}{}{}{}{}\n", letterOf(combinedStatus(status)), letterOf(status.propertyStatus),
-                              status.locked ? 'L' : ' ', status.copied ? '+' : ' ', switchLetter(status), columns,
-                              localStyle(status.path), moveLines(status), treeConflictLine(status)));
+    Output::write(Display::colouredLine(
+        fmt::format("{}{}{}{}{}{}{}{}{}\n", letterOf(combinedStatus(status)), letterOf(status.propertyStatus),
+                    status.locked ? 'L' : ' ', status.copied ? '+' : ' ', switchLetter(status), columns,
+                    localStyle(status.path), moveLines(status), treeConflictLine(status))));
 }
 
 void StatusPrinter::printXML(const HSVNItemStatus& status)

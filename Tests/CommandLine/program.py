@@ -7,6 +7,7 @@ usage: program.py HSVN DOCUMENTS TABLES
 import glob
 import json
 import os
+import pty
 import re
 import shlex
 import subprocess
@@ -94,6 +95,22 @@ def complete(*words):
     return ran.stdout.split()
 
 
+def on_terminal(arguments, folder, environment):
+    """What hsvn shows on a terminal."""
+    ours, theirs = pty.openpty()
+    with open(ours, "rb", closefd=True) as terminal:
+        subprocess.run([HSVN, *arguments], cwd=folder, env={**fixtures.environment(folder), **environment},
+                       stdin=subprocess.DEVNULL, stdout=theirs, check=True, timeout=60)
+        os.close(theirs)
+        shown = b""
+        try:
+            while block := os.read(terminal.fileno(), 65536):
+                shown += block
+        except OSError:  # how a terminal ends
+            pass
+    return shown.decode().replace("\r\n", "\n")
+
+
 class Program(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
@@ -118,6 +135,15 @@ class Program(unittest.TestCase):
         listed = json.loads(hsvn("propget", "binary-property", "--json", "binary", folder=self.wc).stdout)
         self.assertEqual(listed[0]["properties"]["binary-property"]["encoding"], "base64")
         self.assertTrue(listed[0]["properties"]["binary-property"]["value"].startswith("AAECAwQF"))
+
+    def test_colours_are_for_terminals_that_want_them(self):
+        plain = hsvn("status", folder=self.wc).stdout
+        self.assertNotIn("\x1b", plain)
+        for environment, is_coloured in [({"TERM": "xterm"}, True), ({"TERM": "xterm", "NO_COLOR": "1"}, False),
+                                         ({"TERM": "dumb"}, False)]:
+            shown = on_terminal(["status"], self.wc, environment)
+            self.assertEqual(re.sub(r"\x1b\[\d*m", "", shown), plain)
+            self.assertEqual("\x1b[32mA       A/new\x1b[0m\n" in shown, is_coloured, environment)
 
     def test_output_that_cannot_be_written_is_told(self):
         for redirection, reason in [(">&-", "Bad file descriptor"), (">/dev/full", "No space left on device")]:

@@ -1,0 +1,37 @@
+#include "HSVN.h"
+#include "SvnServer.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+TEST(TransferObserver, HearsWhatIsTransferredForAsLongAsItLives)
+{
+    const SvnServer server;
+    const auto client = HSVNClient::clientWithDelegate(nullptr);
+    HSVNClientSettings settings;
+    settings.username = "harry";
+    settings.password = "harryssecret";
+    settings.nonInteractive = true;
+    settings.noAuthCache = true;
+    HSVNApplyClientSettings(settings, client);
+    const auto list = [&] {
+        HSVNListItems(
+            server.url(), HSVNRevisionSpec::HEAD(), {}, [](const HSVNListedItem&) {}, client);
+    };
+
+    std::int64_t heard = 0;
+    {
+        const HSVNTransferObserver observer{client, [&](std::int64_t bytes, auto) { heard = bytes; }};
+        list();
+    }
+    EXPECT_GT(heard, 0);
+    heard = 0;
+    list();
+    EXPECT_EQ(heard, 0);
+
+    const HSVNTransferObserver stopping{client, [](std::int64_t, auto) { throw std::range_error("enough"); }};
+    EXPECT_THROW(list(), std::range_error);
+}
+
+} // namespace
