@@ -1,0 +1,113 @@
+#include "HSVN.h"
+#include "HSVNBundleExtensionsPrivate.h"
+#include "TemporaryFolder.h"
+#include "TestRepository.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using testing::HasSubstr;
+
+/// A bundle of a line that has no second table, or only the beginning of one.
+class BundleWithExtensions : public HSVNBundle
+{
+  public:
+    BundleWithExtensions(HSVNBundleRef original, const HSVNBundleExtensions* extensions)
+        : _original{std::move(original)}, _extensions{extensions}
+    {
+    }
+    std::string className() const override { return "BundleWithExtensions"; }
+    const HSVNBundleEntryPoints* entryPoints() override { return _original->entryPoints(); }
+    const HSVNBundleExtensions* extensions() override { return _extensions; }
+
+  private:
+    HSVNBundleRef _original;
+    const HSVNBundleExtensions* _extensions;
+};
+
+HSVNBundleRef installedBundle() { return HSVNBundleLoader::sharedInstance().defaultBundle(); }
+
+/// What asking the bundle for a log says, empty when it can be asked.
+std::string refusalOfLog(const HSVNBundleExtensions* extensions)
+{
+    const auto context =
+        std::make_shared<HSVNContext>(std::make_shared<BundleWithExtensions>(installedBundle(), extensions));
+    try {
+        HSVNReadLog({"file:///nowhere"}, HSVNRevision::HEAD(), {}, {}, context);
+    } catch (const HSVNUnsupportedFeatureException& exception) {
+        return exception.reason();
+    } catch (const HSVNException&) {
+        // The repository is not there: the function was called.
+    }
+    return "";
+}
+
+TEST(Extensions, AnOperationThatTheBundleDoesNotOfferNamesItselfAndTheLine)
+{
+    HSVNBundleExtensions table = *installedBundle()->extensions();
+    EXPECT_EQ(refusalOfLog(&table), "");
+    table.client_log = nullptr;
+    const std::string refusal = refusalOfLog(&table);
+    EXPECT_THAT(refusal, HasSubstr("[HSVNLogReading readLog:"));
+    EXPECT_THAT(refusal, HasSubstr("is not offered by the bundle of Subversion "));
+    EXPECT_NE(refusalOfLog(nullptr), "");
+}
+
+TEST(Extensions, ATableThatEndsBeforeAPlaceDoesNotOfferIt)
+{
+    HSVNBundleExtensions table = *installedBundle()->extensions();
+    table.size = offsetof(HSVNBundleExtensions, client_log);
+    EXPECT_NE(refusalOfLog(&table), "");
+    table.size += sizeof(table.client_log);
+    EXPECT_EQ(refusalOfLog(&table), "");
+}
+
+TEST(Extensions, ANullContextIsRefusedByEveryOperation)
+{
+    const auto spec = HSVNRevisionSpec::HEAD();
+    EXPECT_THROW(HSVNTargets::canonicalTargets({}, nullptr), HSVNAssertionException);
+    EXPECT_THROW(HSVNReadItemInfo("", spec, {}, {}, nullptr), HSVNAssertionException);
+    EXPECT_THROW(HSVNListItems("", spec, {}, {}, nullptr), HSVNAssertionException);
+    EXPECT_THROW(HSVNScanItemStatus("", HSVNRevision::HEAD(), {}, {}, nullptr), HSVNAssertionException);
+    EXPECT_THROW(HSVNReadContents("", spec, true, {}, nullptr), HSVNAssertionException);
+}
+
+TEST(Extensions, RevisionsAreReadAsTheCommandLineReadsThem)
+{
+    const auto context = std::make_shared<HSVNContext>();
+    const auto range = HSVNTargets::parseRevisions("2:HEAD", context);
+    ASSERT_TRUE(range);
+    EXPECT_EQ(range->first->number(), 2);
+    EXPECT_TRUE(range->second->isEqual(HSVNRevision::HEAD()));
+    EXPECT_FALSE(HSVNTargets::parseRevisions("1:2:3", context));
+    EXPECT_EQ(HSVNTargets::parse("a@b@7", context).target, "a@b");
+}
+
+TEST(Extensions, AnExceptionOfAReceiverReachesTheCaller)
+{
+    const TestRepository repository;
+    const auto stop = [](const HSVNListedItem&) { throw std::range_error("enough"); };
+    const auto context = std::make_shared<HSVNContext>();
+    HSVNListingOptions options;
+    options.depth = HSVNDepthInfinity;
+    const auto list = [&] {
+        HSVNListItems(repository.url(), HSVNRevisionSpec::pegRevisionWithRevision(HSVNRevision::HEAD()), options, stop,
+                      context);
+    };
+    EXPECT_THROW(list(), std::range_error);
+}
+
+TEST(Extensions, RelativeAndUncanonicalTargetsNeverAbortTheProcess)
+{
+    const auto context = std::make_shared<HSVNContext>();
+    const auto spec = HSVNRevisionSpec::UNSPECIFIED();
+    for (const char* const target : {"a//b/", "./x/", "/..", "file:///a//b/", "http://h/%zz", "\xff", "a/\xc0\x80"}) {
+        EXPECT_THROW(HSVNReadItemInfo(target, spec, {}, {}, context), HSVNException) << target;
+        EXPECT_THROW(HSVNListItems(target, spec, {}, {}, context), HSVNException) << target;
+        EXPECT_THROW(HSVNReadContents(target, spec, true, {}, context), HSVNException) << target;
+    }
+}
+
+} // namespace
