@@ -121,11 +121,11 @@ class StatusRecords : public testing::Test
     {
         const std::string layout = suite->beside("layout");
         for (const char* name :
-             {"normal",          "modified",     "propmod",        "bothmod",    "deleted",       "missing",
-              "replaced",        "moved",        "copied",         "locked",     "broken",        "changelist",
-              "textconflict",    "propconflict", "treeconflict",   "obstructed", "blank name",    "per%cent",
-              "outofdate",       "remotelygone", "resolvedbyhand", "keptlocal",  "deletedlocked", "deletedlisted",
-              "deletedswitched", "deletedinway"})
+             {"normal",       "modified",      "propmod",       "bothmod",         "deleted",      "missing",
+              "replaced",     "moved",         "copied",        "locked",          "broken",       "changelist",
+              "textconflict", "bothconflict",  "goneconflict",  "cleanconflict",   "propconflict", "treeconflict",
+              "obstructed",   "blank name",    "per%cent",      "outofdate",       "remotelygone", "resolvedbyhand",
+              "keptlocal",    "deletedlocked", "deletedlisted", "deletedswitched", "deletedinway"})
         {
             writeFile(layout + "/" + name, name);
             writeFile(layout + "/dir/" + name, name);
@@ -151,24 +151,27 @@ class StatusRecords : public testing::Test
     static void makeChanges()
     {
         const std::string other = suite->checkOut("other");
-        for (const char* name : {"textconflict", "outofdate", "resolvedbyhand"}) {
+        for (const char* name :
+             {"textconflict", "bothconflict", "goneconflict", "cleanconflict", "outofdate", "resolvedbyhand"})
+        {
             writeFile(other + "/" + name, "theirs");
         }
-        svn({"propset", "color", "theirs", other + "/propconflict", other + "/dirconflict"});
+        svn({"propset", "color", "theirs", other + "/propconflict", other + "/dirconflict", other + "/bothconflict"});
         svn({"remove", other + "/treeconflict", other + "/remotelygone"});
         writeFile(other + "/remotelyadded", "new");
         svn({"add", other + "/remotelyadded"});
         svn({"commit", other, "-m", "theirs"});
 
-        for (const char* name : {"modified", "bothmod", "dir/modified", "textconflict", "treeconflict", "propconflict",
-                                 "resolvedbyhand", "copiedtree/deep/modified"})
+        for (const char* name :
+             {"modified", "bothmod", "dir/modified", "textconflict", "bothconflict", "goneconflict", "cleanconflict",
+              "treeconflict", "propconflict", "resolvedbyhand", "copiedtree/deep/modified"})
         {
             writeFile(item(name), "mine");
         }
         svn({"propset", "color", "mine", item("propmod"), item("bothmod"), item("propdir"), item("propconflict"),
-             item("dirconflict")});
-        svn({"update", item("textconflict"), item("propconflict"), item("treeconflict"), item("dirconflict"),
-             item("resolvedbyhand")});
+             item("dirconflict"), item("bothconflict")});
+        svn({"update", item("textconflict"), item("bothconflict"), item("goneconflict"), item("cleanconflict"),
+             item("propconflict"), item("treeconflict"), item("dirconflict"), item("resolvedbyhand")});
         for (const auto& entry : fs::directory_iterator{wc()}) {
             const auto name = entry.path().filename().string();
             if (name.starts_with("resolvedbyhand.")) {
@@ -177,6 +180,8 @@ class StatusRecords : public testing::Test
         }
         svn({"remove", item("deleted"), item("deleteddir"), item("deletedtree"), item("dir/deleted")});
         svn({"remove", "--keep-local", item("keptlocal")});
+        fs::remove(item("goneconflict"));
+        writeFile(item("cleanconflict"), "theirs");
         makeDeletionsAndAdditions();
         fs::remove(item("missing"));
         fs::remove_all(item("missingdir"));
@@ -319,6 +324,24 @@ TEST_F(StatusRecords, KnowFileExternalsAndAdministrativeLocks)
     mustRun({"sqlite3", item(".svn/wc.db"), "DELETE FROM wc_lock"});
     EXPECT_EQ(reported.locked, (std::vector<std::string>{item("dir")}));
     EXPECT_EQ(reported.fileExternals, (std::vector<std::string>{item("externals/extfile"), item("externals/pinned")}));
+}
+
+TEST_F(StatusRecords, AreOfTheWorkingCopyThatLiesThereNow)
+{
+    const std::string path = suite->checkOut("replacedwc");
+    apr_hash_t* values = nullptr;
+    bundle.succeeds(bundle->client_propget2(
+        &values, "svn:externals", path.c_str(), LoadedBundle::revision(svn_opt_revision_unspecified),
+        LoadedBundle::revision(svn_opt_revision_working), TRUE, bundle.ctx(), bundle.pool()));
+    fs::remove_all(path);
+    suite->checkOut("replacedwc");
+    const LoadedBundle fresh{installedBundle()}; // that has not seen the first one
+    Reported expected;
+    fresh.succeeds(fresh->client_status2(nullptr, path.c_str(), LoadedBundle::revision(svn_opt_revision_unspecified),
+                                         receive, &expected, TRUE, TRUE, FALSE, TRUE, FALSE, fresh.ctx(),
+                                         fresh.pool()));
+    std::sort(expected.records.begin(), expected.records.end());
+    EXPECT_EQ(report(bundle->client_status2, path, true, true, false).records, expected.records);
 }
 
 /// A working copy whose database is large enough to be read ahead of the walk.

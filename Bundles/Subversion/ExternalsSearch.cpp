@@ -2,16 +2,15 @@
 
 #ifdef HSVN_FAST_STATUS
 
-#include "SQLiteHandles.h"
+#include "DatabaseConnections.h"
 
 #include <string>
 #include <string_view>
 #include <sys/stat.h>
+#include <utility>
 
 namespace HSVNAdapter {
 namespace {
-
-constexpr int knownFormat = 31;
 
 // Properties are searched as the bytes they are stored in, so a value that only mentions the name counts too: it
 // merely sends the question the long way. Most are shorter than the name and need not be read.
@@ -52,10 +51,14 @@ Place placeOf(std::string_view path, apr_pool_t* pool)
     return {};
 }
 
-bool hasKnownFormat(sqlite3* database)
+bool haveNoExternals(sqlite3* database, const std::string& relativePath)
 {
-    const auto row = prepareStatement(database, "PRAGMA user_version");
-    return row && sqlite3_step(row.get()) == SQLITE_ROW && sqlite3_column_int(row.get(), 0) == knownFormat;
+    const auto row = prepareStatement(database, relativePath.empty() ? wholeQuery : partQuery);
+    if (!row) {
+        return false;
+    }
+    sqlite3_bind_text(row.get(), 1, relativePath.data(), static_cast<int>(relativePath.size()), SQLITE_STATIC);
+    return sqlite3_step(row.get()) == SQLITE_ROW && sqlite3_column_int(row.get(), 0) != 0;
 }
 
 } // namespace
@@ -63,22 +66,13 @@ bool hasKnownFormat(sqlite3* database)
 bool haveNoExternals(const char* path, apr_pool_t* pool)
 {
     const Place place = placeOf(path, pool);
-    sqlite3* handle = nullptr;
-    if (place.file.empty() ||
-        sqlite3_open_v2(place.file.c_str(), &handle, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr) != SQLITE_OK)
-    {
-        sqlite3_close(handle);
+    auto database = place.file.empty() ? nullptr : openDatabase(place.file);
+    if (!database) {
         return false;
     }
-    const SQLiteDatabase database{handle};
-    const char* query = place.relativePath.empty() ? wholeQuery : partQuery;
-    const auto row = hasKnownFormat(handle) ? prepareStatement(handle, query) : nullptr;
-    if (!row) {
-        return false;
-    }
-    const std::string below{place.relativePath}; // an empty view would be bound as NULL
-    sqlite3_bind_text(row.get(), 1, below.data(), static_cast<int>(below.size()), SQLITE_STATIC);
-    return sqlite3_step(row.get()) == SQLITE_ROW && sqlite3_column_int(row.get(), 0) != 0;
+    const bool result = haveNoExternals(database.get(), std::string{place.relativePath});
+    leaveDatabase(std::move(database), place.file, pool);
+    return result;
 }
 
 } // namespace HSVNAdapter

@@ -12,6 +12,7 @@ namespace HSVNAdapter {
 /// False, that is unknown, for items that are not plainly versioned and for databases of an unknown format.
 ///
 /// @param path  canonical and absolute
+/// @param pool  keeps the connection to the database for what comes next
 bool haveNoExternals(const char* path, apr_pool_t* pool);
 
 } // namespace HSVNAdapter

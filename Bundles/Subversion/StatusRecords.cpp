@@ -150,7 +150,7 @@ svn_error_t* StatusRecords::receive(const char* path, const svn_client_status_t&
     }
     std::optional<svn_wc_entry_t> entry;
     if (status.conflicted) {
-        SVN_ERR(readConflicts(record, path, pool));
+        SVN_ERR(readConflicts(record, path, status, pool));
     } else if (status.versioned) {
         entry = makeEntry(path, record.url, status, pool);
         if (entry) {
@@ -261,7 +261,35 @@ svn_error_t* StatusRecords::readEntry(const svn_wc_entry_t** entry, const char* 
     return SVN_NO_ERROR;
 }
 
-svn_error_t* StatusRecords::readConflicts(svn_wc_status2_t& record, const char* path, apr_pool_t* pool)
+svn_error_t* StatusRecords::readConflicts(svn_wc_status2_t& record, const char* path, const svn_client_status_t& status,
+                                          apr_pool_t* pool)
+{
+    svn_boolean_t isText = FALSE;
+    svn_boolean_t isProperty = FALSE;
+    svn_boolean_t isTree = FALSE;
+    SVN_ERR(svn_wc_conflicted_p3(&isText, &isProperty, &isTree, _ctx->wc_ctx, path, pool));
+    if (status.node_status == svn_wc_status_conflicted && !isTree && (isText || isProperty)) {
+        SVN_ERR(readEntry(&record.entry, path, status, pool));
+    }
+    if (record.entry == nullptr || record.entry->schedule != svn_wc_schedule_normal) {
+        return readConflictedRecord(record, path, pool);
+    }
+    record.text_status = isText ? svn_wc_status_conflicted : status.text_status;
+    if (isText) {
+        svn_boolean_t isModified = FALSE;
+        SVN_ERR(svn_wc_text_modified_p2(&isModified, _ctx->wc_ctx, path, FALSE, pool));
+        record.pristine_text_status = isModified ? svn_wc_status_modified : svn_wc_status_normal;
+    }
+    if (isProperty) {
+        record.prop_status = svn_wc_status_conflicted;
+        record.pristine_prop_status = record.entry->has_prop_mods ? svn_wc_status_modified
+                                      : record.entry->has_props   ? svn_wc_status_normal
+                                                                  : svn_wc_status_none;
+    }
+    return SVN_NO_ERROR;
+}
+
+svn_error_t* StatusRecords::readConflictedRecord(svn_wc_status2_t& record, const char* path, apr_pool_t* pool)
 {
     svn_wc_status2_t* local = nullptr;
     SVN_ERR(readRecord(&local, path, pool));

@@ -24,7 +24,7 @@ namespace HSVNAdapter {
 /// The older function reads the entry of every item again, which takes time quadratic in a folder's size. Here the
 /// entries of items that are unchanged, plainly added or plainly deleted are made from the newer record and the working
 /// copy's database, read a folder at a time where that pays; the entries of other items are read once a folder;
-/// conflicted items are asked for one by one.
+/// items with a tree conflict are asked for one by one.
 class StatusRecords
 {
   public:
@@ -56,7 +56,9 @@ class StatusRecords
                                                     apr_pool_t* pool);
     svn_error_t* readEntry(const svn_wc_entry_t** entry, const char* path, const svn_client_status_t& status,
                            apr_pool_t* pool);
-    svn_error_t* readConflicts(svn_wc_status2_t& record, const char* path, apr_pool_t* pool);
+    svn_error_t* readConflicts(svn_wc_status2_t& record, const char* path, const svn_client_status_t& status,
+                               apr_pool_t* pool);
+    svn_error_t* readConflictedRecord(svn_wc_status2_t& record, const char* path, apr_pool_t* pool);
     /// The older function's own record, without what the repository says.
     svn_error_t* readRecord(svn_wc_status2_t** record, const char* path, apr_pool_t* pool);
     const UnchangedNode* unchangedNode(UnchangedNode& single, const char* path, svn_node_kind_t kind);

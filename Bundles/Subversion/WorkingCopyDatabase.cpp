@@ -2,16 +2,14 @@
 
 #ifdef HSVN_FAST_STATUS
 
+#include "DatabaseConnections.h"
+
 #include <algorithm>
 #include <utility>
 
 namespace HSVNAdapter {
 namespace {
 
-/// The format whose tables the statements below are written for.
-constexpr int knownFormat = 31;
-/// A writer that holds the database longer than this sends the status the slow way, where Subversion waits itself.
-constexpr int busyMilliseconds = 500;
 constexpr std::size_t smallestBatch = 16;
 constexpr std::size_t largestBatch = 8192;
 
@@ -102,33 +100,30 @@ bool isBeyond(std::string_view folder, std::string_view first)
 
 std::unique_ptr<WorkingCopyDatabase> WorkingCopyDatabase::open(const std::string& root, apr_pool_t* pool)
 {
-    return openFile(root, root + "/" + svn_wc_get_adm_dir(pool) + "/wc.db");
+    const std::string file = root + "/" + svn_wc_get_adm_dir(pool) + "/wc.db";
+    return withConnection(root, file, takeDatabase(file, pool));
 }
 
 std::unique_ptr<WorkingCopyDatabase> WorkingCopyDatabase::openFile(const std::string& root, const std::string& file)
 {
+    return withConnection(root, file, openDatabase(file));
+}
+
+std::unique_ptr<WorkingCopyDatabase>
+WorkingCopyDatabase::withConnection(const std::string& root, const std::string& file, SQLiteDatabase connection)
+{
     auto database = std::make_unique<WorkingCopyDatabase>();
     database->_root = root;
     database->_file = file;
-    return database->prepare() ? std::move(database) : nullptr;
+    database->_database = std::move(connection);
+    return database->_database && database->prepare() ? std::move(database) : nullptr;
 }
 
 bool WorkingCopyDatabase::prepare()
 {
-    sqlite3* handle = nullptr;
-    const int result = sqlite3_open_v2(_file.c_str(), &handle, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr);
-    _database.reset(handle);
-    if (result != SQLITE_OK) {
-        return false;
-    }
-    sqlite3_busy_timeout(handle, busyMilliseconds);
-    const auto format = prepareStatement(handle, "PRAGMA user_version");
-    if (!format || sqlite3_step(format.get()) != SQLITE_ROW || sqlite3_column_int(format.get(), 0) != knownFormat) {
-        return false;
-    }
-    _node = prepareStatement(handle, nodeQuery);
-    _folders = prepareStatement(handle, foldersQuery);
-    return _node && _folders && _checksums.open(handle) && readConflicts();
+    _node = prepareStatement(_database.get(), nodeQuery);
+    _folders = prepareStatement(_database.get(), foldersQuery);
+    return _node && _folders && _checksums.open(_database.get()) && readConflicts();
 }
 
 bool WorkingCopyDatabase::readConflicts()

@@ -39,7 +39,8 @@ struct DeletedNode
 class WorkingCopyDatabase
 {
   public:
-    /// The database of the working copy with this root; null when it cannot be used.
+    /// The database of the working copy with this root; null when it cannot be used. A connection left in the pool is
+    /// taken.
     static std::unique_ptr<WorkingCopyDatabase> open(const std::string& root, apr_pool_t* pool);
     /// The same with the database's file, without Subversion's help.
     static std::unique_ptr<WorkingCopyDatabase> openFile(const std::string& root, const std::string& file);
@@ -69,6 +70,8 @@ class WorkingCopyDatabase
                                            const FolderReceiver& receiver);
 
   private:
+    static std::unique_ptr<WorkingCopyDatabase> withConnection(const std::string& root, const std::string& file,
+                                                               SQLiteDatabase connection);
     bool prepare();
     bool readConflicts();
     /// The rows of an item, for `ScheduledColumn`; null when they cannot be read.

@@ -1,0 +1,92 @@
+#include "DatabaseConnections.h"
+
+#ifdef HSVN_FAST_STATUS
+
+#include <memory>
+#include <sys/stat.h>
+#include <utility>
+
+namespace HSVNAdapter {
+namespace {
+
+/// The format whose tables the statements of this bundle are written for.
+constexpr int knownFormat = 31;
+/// A writer that holds the database longer than this sends the question the slow way, where Subversion waits itself.
+constexpr int busyMilliseconds = 500;
+
+constexpr const char* poolKey = "HSVNAdapter::LeftDatabase";
+
+/// Which file a path names; zero when there is none.
+struct FileIdentity
+{
+    dev_t device = 0;
+    ino_t number = 0;
+    bool operator==(const FileIdentity&) const = default;
+};
+
+struct LeftDatabase
+{
+    std::string file;
+    FileIdentity identity;
+    SQLiteDatabase database;
+};
+
+FileIdentity identityOf(const std::string& file)
+{
+    struct stat attributes
+    {
+    };
+    return ::stat(file.c_str(), &attributes) == 0 ? FileIdentity{attributes.st_dev, attributes.st_ino} : FileIdentity{};
+}
+
+apr_status_t close(void* left)
+{
+    const std::unique_ptr<LeftDatabase> owner{static_cast<LeftDatabase*>(left)};
+    return APR_SUCCESS;
+}
+
+std::unique_ptr<LeftDatabase> takeLeft(apr_pool_t* pool)
+{
+    void* left = nullptr;
+    apr_pool_userdata_get(&left, poolKey, pool);
+    if (left != nullptr) {
+        apr_pool_userdata_setn(nullptr, poolKey, nullptr, pool);
+        apr_pool_cleanup_kill(pool, left, close);
+    }
+    return std::unique_ptr<LeftDatabase>{static_cast<LeftDatabase*>(left)};
+}
+
+} // namespace
+
+SQLiteDatabase openDatabase(const std::string& file)
+{
+    sqlite3* handle = nullptr;
+    const int result = sqlite3_open_v2(file.c_str(), &handle, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr);
+    SQLiteDatabase database{handle};
+    if (result != SQLITE_OK) {
+        return nullptr;
+    }
+    sqlite3_busy_timeout(handle, busyMilliseconds);
+    const auto format = prepareStatement(handle, "PRAGMA user_version");
+    const bool isKnown =
+        format && sqlite3_step(format.get()) == SQLITE_ROW && sqlite3_column_int(format.get(), 0) == knownFormat;
+    return isKnown ? std::move(database) : nullptr;
+}
+
+void leaveDatabase(SQLiteDatabase database, const std::string& file, apr_pool_t* pool)
+{
+    takeLeft(pool); // an earlier one is closed
+    auto left = std::make_unique<LeftDatabase>(LeftDatabase{file, identityOf(file), std::move(database)});
+    apr_pool_userdata_setn(left.release(), poolKey, close, pool);
+}
+
+SQLiteDatabase takeDatabase(const std::string& file, apr_pool_t* pool)
+{
+    const auto left = takeLeft(pool);
+    const bool isTheSame = left && left->file == file && left->identity == identityOf(file);
+    return isTheSame ? std::move(left->database) : openDatabase(file);
+}
+
+} // namespace HSVNAdapter
+
+#endif
