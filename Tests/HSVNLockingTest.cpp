@@ -146,10 +146,11 @@ TEST_P(Locking, ALockBearsItsCommentInAnyLanguage)
 TEST_P(Locking, ALockOfAnotherIsReportedOnceAllPathsWereTried)
 {
     harry->lock({"a.txt", "b.txt"});
-    const std::string reason = reasonOf<HSVNException>([&] { sally->lock({"a.txt", "b.txt", "c.txt"}); });
+    const std::string reason = reasonOf<HSVNEntryLockedException>([&] { sally->lock({"a.txt", "b.txt", "c.txt"}); });
     const auto failed = sally->delegate->withAction(HSVNNotifyActionFailedLock);
     ASSERT_EQ(failed.size(), 2U);
     EXPECT_EQ(failed[0]->error()->reason(), reason);
+    EXPECT_EQ(failed[0]->error()->className(), "HSVNEntryLockedException");
     EXPECT_THAT(reason, HasSubstr("already locked by user 'harry'"));
     EXPECT_THAT(sally->heard(HSVNNotifyActionLocked), ElementsAre(sally->root + "/c.txt"));
     EXPECT_EQ(sally->node("c.txt")->lockStatus(), HSVNLockStatusLockedHere);
@@ -217,6 +218,7 @@ TEST_P(Locking, WhatCannotBeLockedIsReported)
         EXPECT_THROW(harry->lock({name}), HSVNException) << name;
         EXPECT_THROW(harry->unlock({name}), HSVNException) << name;
     }
+    EXPECT_THROW(harry->lock({"a.txt"}), HSVNTransactionOutOfDateException);
     EXPECT_THROW(harry->lock({"b.txt"}, std::string{"control \x02 character"}), HSVNException);
     EXPECT_EQ(locks(), "");
 }

@@ -1,6 +1,5 @@
 #include "CanonicalPaths.h"
 #include "EntryPointTable.h"
-#include "ErrorCodes.h"
 #include "Notifications.h"
 
 namespace HSVNAdapter {
@@ -13,8 +12,8 @@ svn_error_t* lock(const apr_array_header_t* targets, const char* comment, svn_bo
     if (targets->nelts == 0) {
         return SVN_NO_ERROR;
     }
-    LockTap tap{ctx, targets};
-    return smoothed(tap.result(svn_client_lock(targets, comment, stealLock, ctx, pool)));
+    const LockTap tap{ctx, targets};
+    return tap.result(svn_client_lock(targets, comment, stealLock, ctx, pool));
 }
 
 svn_error_t* unlock(const apr_array_header_t* targets, svn_boolean_t breakLock, svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -23,8 +22,8 @@ svn_error_t* unlock(const apr_array_header_t* targets, svn_boolean_t breakLock, 
     if (targets->nelts == 0) {
         return SVN_NO_ERROR;
     }
-    LockTap tap{ctx, targets};
-    return smoothed(tap.result(svn_client_unlock(targets, breakLock, ctx, pool)));
+    const LockTap tap{ctx, targets};
+    return tap.result(svn_client_unlock(targets, breakLock, ctx, pool));
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "Notifications.h"
 
+#include "ErrorCodes.h"
+
 #include <cstring>
 #include <string>
 #include <string_view>
@@ -9,11 +11,10 @@ namespace {
 
 bool isRelative(const char* path) { return *path != '/' && !svn_path_is_url(path); }
 
-svn_wc_notify_t* copyWithPath(const svn_wc_notify_t* notification, const char* path, apr_pool_t* pool)
+/// A copy that shares what the notification points to.
+svn_wc_notify_t* copyOf(const svn_wc_notify_t* notification, apr_pool_t* pool)
 {
-    auto* copy = svn_wc_dup_notify(notification, pool);
-    copy->path = path;
-    return copy;
+    return static_cast<svn_wc_notify_t*>(apr_pmemdup(pool, notification, sizeof *notification));
 }
 
 } // namespace
@@ -44,27 +45,36 @@ void NotificationTap::notified(void* baton, const svn_wc_notify_t* notification,
     tap->pass(tap->heard(notification, pool), pool);
 }
 
-LockTap::~LockTap() { svn_error_clear(_failure); }
-
-svn_error_t* LockTap::result(svn_error_t* error)
+LockTap::~LockTap()
 {
-    if (error != nullptr) {
-        return error;
+    for (auto* failure : _failures) {
+        svn_error_clear(failure);
     }
-    svn_error_t* failure = _failure;
-    _failure = nullptr;
-    return failure;
+}
+
+svn_error_t* LockTap::result(svn_error_t* error) const
+{
+    return error != nullptr || _failures.empty() ? lockError(error) : svn_error_dup(_failures.front());
+}
+
+svn_error_t* LockTap::lockError(svn_error_t* error)
+{
+    return smoothed(error, {{SVN_ERR_FS_PATH_ALREADY_LOCKED, SVN_ERR_FS_LOCK_OWNER_MISMATCH},
+                            {SVN_ERR_FS_OUT_OF_DATE, SVN_ERR_FS_TXN_OUT_OF_DATE}});
 }
 
 const svn_wc_notify_t* LockTap::heard(const svn_wc_notify_t* notification, apr_pool_t* pool)
 {
     const bool failed =
         notification->action == svn_wc_notify_failed_lock || notification->action == svn_wc_notify_failed_unlock;
-    if (failed && _failure == nullptr && notification->err != nullptr) {
-        _failure = svn_error_dup(notification->err);
+    auto* copy = copyOf(notification, pool);
+    if (failed && notification->err != nullptr) {
+        copy->err = _failures.emplace_back(lockError(svn_error_dup(notification->err)));
     }
-    const char* target = isRelative(notification->path) ? targetNamed(notification->path) : nullptr;
-    return target == nullptr ? notification : copyWithPath(notification, target, pool);
+    if (const char* target = isRelative(notification->path) ? targetNamed(notification->path) : nullptr) {
+        copy->path = target;
+    }
+    return copy;
 }
 
 /// The shortest target that ends with the name: longer ones have longer names below the common folder.
@@ -111,8 +121,9 @@ const svn_wc_notify_t* CommitTap::heard(const svn_wc_notify_t* notification, apr
     if (!isRelative(notification->path)) {
         return notification;
     }
-    const char* path = *notification->path == '\0' ? _prefix : svn_path_join(_prefix, notification->path, pool);
-    return copyWithPath(notification, path, pool);
+    auto* copy = copyOf(notification, pool);
+    copy->path = *notification->path == '\0' ? _prefix : svn_path_join(_prefix, notification->path, pool);
+    return copy;
 }
 #endif
 

@@ -2,6 +2,8 @@
 
 #include "HSVNSubversionPrivate.h"
 
+#include <vector>
+
 // Some results come only as notifications. A tap hears them for one call and passes every one on.
 
 namespace HSVNAdapter {
@@ -31,8 +33,9 @@ class NotificationTap
     void* _baton;
 };
 
-/// Keeps the first error that was only reported as a failed lock or unlock, and gives every notification its target:
-/// lines report a name relative to what the targets have in common.
+/// Keeps the errors that were only reported as failed locks or unlocks, and gives every notification its target: lines
+/// report a name relative to what the targets have in common. An item that another user locked, and one that is out of
+/// date, come with the codes that commits answer for them.
 class LockTap : public NotificationTap
 {
   public:
@@ -42,17 +45,18 @@ class LockTap : public NotificationTap
     LockTap(const LockTap&) = delete;
     LockTap& operator=(const LockTap&) = delete;
 
-    /// The call's own error, else the kept one; the caller owns it.
-    svn_error_t* result(svn_error_t* error);
+    /// The call's own error, else a copy of the first kept one; the caller owns it.
+    svn_error_t* result(svn_error_t* error) const;
 
   protected:
     const svn_wc_notify_t* heard(const svn_wc_notify_t* notification, apr_pool_t* pool) override;
 
   private:
+    static svn_error_t* lockError(svn_error_t* error);
     const char* targetNamed(const char* name) const;
 
     const apr_array_header_t* _targets;
-    svn_error_t* _failure = nullptr;
+    std::vector<svn_error_t*> _failures; // for as long as notifications with them may be looked at
 };
 
 #if SVN_VER_MINOR < 6
