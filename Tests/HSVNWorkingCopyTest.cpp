@@ -4,6 +4,8 @@
 #include "HSVNCheckOutOptions.h"
 #include "HSVNCommitItem.h"
 #include "HSVNCommitOptions.h"
+#include "HSVNCopyOptions.h"
+#include "HSVNDeleteOptions.h"
 #include "HSVNDirectory.h"
 #include "HSVNNode.h"
 #include "HSVNResolveOptions.h"
@@ -12,10 +14,12 @@
 #include "HSVNRevisionSpec.h"
 #include "HSVNUpdateOptions.h"
 #include "ReasonOf.h"
+#include "SampleWorkingCopy.h"
 #include "WorkingCopyTest.h"
 
 #include <functional>
 #include <gmock/gmock.h>
+#include <thread>
 
 using testing::ElementsAre;
 
@@ -407,6 +411,61 @@ TEST_P(OlderLines, NegateFlagsWhereSubversionDoes)
 }
 
 INSTANTIATE_TEST_SUITE_P(Lines, OlderLines, recordedLines(), lineName);
+
+namespace {
+
+struct NewestLine : WorkingCopyOperations
+{
+    /// Calls that change the working copy at a path.
+    std::vector<std::function<void()>> changesOf(const std::string& workingCopy)
+    {
+        const auto folder = localPath(workingCopy);
+        const auto file = localPath(workingCopy + "/new.txt");
+        return {
+            [=, this] { update({folder}, HSVNRevision::HEAD()); },
+            [=, this] { commit({folder}); },
+            [=, this] { HSVNNode::add(file, client); },
+            [=, this] { HSVNNode::revertNodes({folder}, HSVNRevertOptions::defaults(), client); },
+            [=, this] { HSVNNode::deleteNodes({folder}, HSVNDeleteOptions::defaults(), client); },
+            [=, this] {
+                HSVNNode::copyNodeAtPath(file, localPath(workingCopy + "/copy.txt"), HSVNCopyOptions::defaults(),
+                                         client);
+            },
+            [=, this] { HSVNDirectory::cleanUpWorkingCopyAtPath(folder, client); },
+        };
+    }
+};
+
+} // namespace
+
+TEST_P(NewestLine, ReportsWorkingCopiesOfOlderFormats)
+{
+    for (const std::string sample : {"1.4", "1.6"}) {
+        const SampleWorkingCopy old{sample};
+        writeFile(old.path() + "/new.txt", "");
+        for (const auto& change : changesOf(old.path())) {
+            EXPECT_THROW(change(), HSVNUnsupportedWorkingCopyFormatException);
+        }
+    }
+}
+
+TEST_P(NewestLine, ReportsADatabaseThatAnotherProcessHoldsAsLocked)
+{
+    BackgroundCommand holder{{"python3", "-c",
+                              "import sqlite3, sys, time\n"
+                              "database = sqlite3.connect(sys.argv[1] + '/.svn/wc.db')\n"
+                              "database.execute('begin exclusive')\n"
+                              "open(sys.argv[2], 'w').close()\n"
+                              "time.sleep(100)",
+                              root, repository.beside("held")}};
+    while (!std::filesystem::exists(repository.beside("held")) && holder.isRunning()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds{10});
+    }
+    ASSERT_TRUE(holder.isRunning());
+    EXPECT_THROW(changesOf(root).front()(), HSVNWorkingCopyLockedException); // once: Subversion waits for 10 s
+}
+
+INSTANTIATE_TEST_SUITE_P(Lines, NewestLine, testing::Values("1.14"), lineName);
 
 TEST(WorkingCopyUpdate, ReportsAKindOfRevisionThatSubversionRefusesAsABadArgument)
 {

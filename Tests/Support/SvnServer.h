@@ -1,9 +1,8 @@
 #pragma once
 
-#include "Command.h"
+#include "SvnDaemon.h"
 #include "TestRepository.h"
 
-#include <memory>
 #include <string>
 
 /// A real svnserve on a free loopback port over one repository: nobody reads or writes without a password.
@@ -16,15 +15,12 @@ class SvnServer
 
     const TestRepository& repository() const { return _repository; }
     /// The repository's root, such as "svn://127.0.0.1:40123".
-    const std::string& url() const { return _url; }
-    std::string url(const std::string& item) const { return _url + '/' + item; }
+    const std::string& url() const { return _daemon.url(); }
+    std::string url(const std::string& item) const { return url() + '/' + item; }
     /// The realm that credentials are asked for, without the server's part.
     static const char* realm() { return "Test Realm"; }
 
   private:
-    bool start();
-
     TestRepository _repository;
-    std::string _url;
-    std::unique_ptr<BackgroundCommand> _server;
+    SvnDaemon _daemon{_repository.path()};
 };

@@ -1,8 +1,18 @@
 #include "TestRepository.h"
 
 #include "Command.h"
+#include "SvnDaemon.h"
 
-TestRepository::TestRepository() { mustRun({"svnadmin", "create", path()}); }
+TestRepository::TestRepository(bool isServed) : _url{"file://" + path()}
+{
+    mustRun({"svnadmin", "create", path()});
+    if (isServed) {
+        writeFile(path() + "/conf/svnserve.conf", "[general]\nanon-access = write\n");
+        const auto served = _folder.path().parent_path();
+        static const SvnDaemon daemon{served};
+        _url = daemon.url() + path().substr(served.string().size());
+    }
+}
 
 void TestRepository::put(const std::string& item, const std::string& bytes) const
 {

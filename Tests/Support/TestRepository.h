@@ -11,12 +11,14 @@
 class TestRepository
 {
   public:
-    TestRepository();
+    /// @param isServed  whether its URLs are those of a svnserve that lets everybody read and write, one for the whole
+    ///                  run of the tests; otherwise they are file URLs
+    explicit TestRepository(bool isServed = false);
 
     /// The repository's folder.
     std::string path() const { return _folder / "repository"; }
-    /// Its root as a canonical file URL without a trailing slash.
-    std::string url() const { return "file://" + path(); }
+    /// Its root as a canonical URL without a trailing slash.
+    const std::string& url() const { return _url; }
     std::string url(std::string_view item) const { return url() + '/' + std::string{item}; }
 
     /// Commits a file of these bytes, new or changed, at a path below the root whose folder exists.
@@ -41,4 +43,5 @@ class TestRepository
 
   private:
     TemporaryFolder _folder;
+    std::string _url;
 };

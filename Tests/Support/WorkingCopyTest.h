@@ -9,11 +9,16 @@
 #include "TestBundles.h"
 #include "TestRepository.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
+
+/// A line, and how repositories are reached: "1.6" through file URLs, "1.6 svnserve" over a svnserve on loopback.
+inline bool isServed(std::string_view parameter) { return parameter.ends_with(" svnserve"); }
 
 /// A repository with trunk/a.txt, trunk/b.txt and trunk/dir/c.txt, each a line with its own name, in revision 1, and a
 /// working copy of trunk that is worked on through the line that is the test's parameter.
@@ -44,7 +49,11 @@ class WorkingCopyTest : public testing::TestWithParam<const char*>
         EXPECT_FALSE(isLocked()) << status();
     }
 
-    static HSVNVersion line() { return HSVNVersion::versionWithString(GetParam()); }
+    static HSVNVersion line()
+    {
+        const std::string_view parameter = GetParam();
+        return HSVNVersion::versionWithString(std::string{parameter.substr(0, parameter.find(' '))});
+    }
     bool isOlderLine() const { return line() != installedLine(); }
     HSVNPathRef at(const std::string& name) const { return HSVNLocalPath::pathWithString(item(name)); }
     std::string item(const std::string& name) const { return name.empty() ? root : root + "/" + name; }
@@ -81,7 +90,7 @@ class WorkingCopyTest : public testing::TestWithParam<const char*>
     }
     void commitAll() const { mustRun({"svn", "commit", "--quiet", "-m", "by hand", root}); }
 
-    TestRepository repository;
+    TestRepository repository{isServed(GetParam())};
     std::string root;
     std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
     HSVNClientRef client = std::make_shared<HSVNClient>(bundleOfLine(line()), delegate);
@@ -89,11 +98,19 @@ class WorkingCopyTest : public testing::TestWithParam<const char*>
 
 /// The lines that every operation is tested on, the last one as it is installed.
 inline auto everyLine() { return testing::Values("1.4", "1.5", "1.6", "1.14"); }
+/// The same over both kinds of access.
+inline auto everyLineAndAccess()
+{
+    return testing::Values("1.4", "1.5", "1.6", "1.14", "1.4 svnserve", "1.5 svnserve", "1.6 svnserve",
+                           "1.14 svnserve");
+}
 /// Those whose calls are recorded.
 inline auto recordedLines() { return testing::Values("1.4", "1.5", "1.6"); }
 
 inline std::string lineName(const testing::TestParamInfo<const char*>& instance)
 {
     std::string name = instance.param;
-    return "Line" + name.replace(name.find('.'), 1, "_");
+    std::replace_if(
+        name.begin(), name.end(), [](char character) { return character == '.' || character == ' '; }, '_');
+    return "Line" + name;
 }
