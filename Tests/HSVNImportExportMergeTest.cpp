@@ -136,13 +136,15 @@ TEST_P(ImportExportMerge, ExportsAWorkingCopyAsItIsOrAsItWas)
     options->setRevision(HSVNRevisionSpec::BASE());
     exportTo("base", at(""), options);
     EXPECT_EQ(exported("base/a.txt"), "a.txt\n");
-    exportTo("one.txt", at("a.txt"));
+    EXPECT_EQ(exportTo("one.txt", at("a.txt")), HSVNInvalidRevision);
     EXPECT_EQ(exported("one.txt"), "changed\n");
 }
 
 TEST_P(ImportExportMerge, ExportsAURLAtTheRevisionAskedFor)
 {
     repository.put("trunk/a.txt", "second\n");
+    EXPECT_EQ(exportTo("newest.txt", url("trunk/a.txt")), 2);
+    delegate->notifications.clear();
     repository.change({"rm", "trunk"});
     auto options = HSVNExportOptions::defaults();
     const auto number = [](HSVNRevisionNumber revision) { return HSVNRevision::revisionWithNumber(revision); };
@@ -161,7 +163,7 @@ TEST_P(ImportExportMerge, ExportsAURLAtTheRevisionAskedFor)
     EXPECT_EQ(exported("second/a.txt"), "second\n");
     EXPECT_EQ(delegate->notifications.front()->revision(), 2) << "the peg revision's number";
     expectNotifications({exportStarted, exportSucceeded}, repository.beside("second"), url("trunk"));
-    exportTo("single.txt", url("trunk/a.txt"), options);
+    EXPECT_EQ(exportTo("single.txt", url("trunk/a.txt"), options), 2);
     EXPECT_EQ(exported("single.txt"), "second\n");
 
     EXPECT_THROW(exportTo("third", url("trunk")), HSVNException);
@@ -360,7 +362,7 @@ TEST_P(ImportExportMerge, AFailedMergeSendsNoNotificationOfItsOwn)
     EXPECT_EQ(status(), "");
 }
 
-INSTANTIATE_TEST_SUITE_P(Lines, ImportExportMerge, everyLine(), lineName);
+INSTANTIATE_TEST_SUITE_P(Lines, ImportExportMerge, everyLineAndAccess(), lineName);
 
 namespace {
 

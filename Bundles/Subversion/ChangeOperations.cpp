@@ -84,6 +84,28 @@ const char* lineEnds(const char* nativeEOL)
     return nativeEOL != nullptr && std::strcmp(nativeEOL, "native") == 0 ? nullptr : nativeEOL;
 }
 
+svn_error_t* takeRevision(void* result, const char*, const svn_info_t* info, apr_pool_t*)
+{
+    *static_cast<svn_revnum_t*>(result) = info->rev;
+    return SVN_NO_ERROR;
+}
+
+/// Of a single file from a repository Subversion does not tell the revision that it exported: it is looked up. One that
+/// cannot be found stays invalid, for the export has succeeded.
+void completeRevision(svn_revnum_t* result, const char* from, const svn_opt_revision_t* peg,
+                      const svn_opt_revision_t* revision, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    svn_opt_revision_t wanted = *(revision->kind == svn_opt_revision_unspecified ? peg : revision);
+    if (wanted.kind == svn_opt_revision_unspecified && isURL(from)) {
+        wanted.kind = svn_opt_revision_head;
+    }
+    const bool isOfRepository = wanted.kind == svn_opt_revision_head || wanted.kind == svn_opt_revision_number ||
+                                wanted.kind == svn_opt_revision_date;
+    if (!SVN_IS_VALID_REVNUM(*result) && isOfRepository) {
+        svn_error_clear(svn_client_info(from, peg, &wanted, takeRevision, result, FALSE, ctx, pool));
+    }
+}
+
 /// One of Subversion's exports, which differ in whether they take a depth or a flag for all depths.
 template <auto Export, class Depth>
 svn_error_t* exportTree(svn_revnum_t* result, const char* from, const char* to, const svn_opt_revision_t* pegRevision,
@@ -92,8 +114,11 @@ svn_error_t* exportTree(svn_revnum_t* result, const char* from, const char* to, 
 {
     HSVN_CANONICAL_TARGET(from, pool);
     HSVN_CANONICAL_PATH(to, pool);
-    return smoothed(Export(result, from, to, pegRevision, revision, overwrite, ignoreExternals, depth,
-                           lineEnds(nativeEOL), ctx, pool));
+    *result = SVN_INVALID_REVNUM;
+    SVN_ERR(smoothed(Export(result, from, to, pegRevision, revision, overwrite, ignoreExternals, depth,
+                            lineEnds(nativeEOL), ctx, pool)));
+    completeRevision(result, from, pegRevision, revision, ctx, pool);
+    return SVN_NO_ERROR;
 }
 
 svn_error_t* merge2(const char* source1, const svn_opt_revision_t* revision1, const char* source2,
