@@ -150,12 +150,13 @@ HSVNSetAsideItem::~HSVNSetAsideItem()
     }
 }
 
-void HSVNSetAsideItem::putBack() noexcept
+void HSVNSetAsideItem::putBack()
 {
     std::error_code error;
     files::remove_all(_path, error);
     files::rename(files::path{_folder} / copyName, _path, error);
     if (error) {
-        _folder.clear();
+        const auto kept = std::exchange(_folder, {});
+        HSVNFileManager::fail(fmt::format("Cannot put '{}' back from '{}': {}", _path, kept, error.message()), error);
     }
 }

@@ -41,7 +41,9 @@ class HSVNSetAsideItem
 
     /// Puts the copy in the place of whatever is at the path now. A copy that cannot be put there is kept on disk, for
     /// it may be the only one left.
-    void putBack() noexcept;
+    ///
+    /// @throws HSVNException "Cannot put '%@' back from '%@': %@" with the folder that the copy is kept in
+    void putBack();
 
   private:
     std::string _path;

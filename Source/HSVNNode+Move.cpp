@@ -42,14 +42,21 @@ void cleanUpParentOf(const HSVNPathRef& path, const HSVNContextRef& context)
 }
 
 /// Moves an item to a folder that is not under version control. The source goes once the copy is complete: a versioned
-/// one is scheduled for deletion.
+/// one is scheduled for deletion. When it does not go, both stay, for what is left of it may not be all of it.
 void moveOnDisk(const HSVNPathRef& source, const HSVNPathRef& destination, const HSVNContextRef& context)
 {
     copyOnDisk(*source, *destination, "move");
     cleanUpParentOf(source, context);
     auto options = HSVNDeleteOptions::defaults();
     options->setForce(true);
-    HSVNNode::deleteWorkingCopyNodesAtPaths({source}, options, context);
+    try {
+        HSVNNode::deleteWorkingCopyNodesAtPaths({source}, options, context);
+    } catch (const HSVNException& failure) {
+        const auto reason =
+            fmt::format("Copied item at '{}' to unversioned directory at '{}', but cannot delete it: {}",
+                        source->string(), destination->string(), failure.reason());
+        HSVNException::exceptionWithReason(reason, failure.status())->raise();
+    }
 }
 
 template <class... Classes>

@@ -179,7 +179,7 @@ void HSVNReplacedItem::restoreOnDisk() noexcept
         }
     }
     if (_copy) {
-        _copy->putBack();
+        attempt(_path, [this] { _copy->putBack(); });
     }
     for (const auto& change : _changes) {
         if (comesByAddition(change.schedule)) {

@@ -259,6 +259,15 @@ TEST_P(DeleteMoveCopy, ATransferOnDiskThatFailsLeavesTheSource)
     }
 }
 
+TEST_P(DeleteMoveCopy, AMoveOnDiskWhoseSourceStaysNamesBothPlaces)
+{
+    const std::string source = "/proc/self/limits";
+    EXPECT_EQ(reasonOf<HSVNException>([&] { move(HSVNLocalPath::pathWithString(source), outside("limits")); }),
+              "Copied item at '" + source + "' to unversioned directory at '" + repository.beside("limits") +
+                  "', but cannot delete it: Cannot delete '" + source + "'. The file may be in use");
+    EXPECT_TRUE(isOnDisk(outside("limits")));
+}
+
 TEST_P(DeleteMoveCopy, ACopyToAnUnversionedFolderIsPlainContent)
 {
     writeFile(item("plain/in.txt"), "");
@@ -270,7 +279,7 @@ TEST_P(DeleteMoveCopy, ACopyToAnUnversionedFolderIsPlainContent)
     EXPECT_TRUE(files::exists(nested + "/.svn")) << "of the source";
 }
 
-INSTANTIATE_TEST_SUITE_P(Lines, DeleteMoveCopy, everyLine(), lineName);
+INSTANTIATE_TEST_SUITE_P(Lines, DeleteMoveCopy, everyLineAndAccess(), lineName);
 
 TEST_P(RecordedDeleteMoveCopy, MakeTheCallsOfTheirLine)
 {
@@ -596,6 +605,27 @@ TEST_P(MoveBatch, AReplacedDestinationComesBackWhenTheItemDoesNotArrive)
     client->setDelegate(delegate);
 }
 
+TEST_P(MoveBatch, AReplacedDestinationThatCannotComeBackIsLogged)
+{
+    writeFile(item("plain.txt"), "plain\n");
+    std::string kept;
+    handler->overwrites = [] { return HSVNOverwriteReplace; };
+    handler->goesOn = [&] {
+        for (const auto& entry : files::directory_iterator{root}) {
+            if (entry.path().filename().string().starts_with(".hsvn-")) {
+                kept = entry.path();
+                files::remove(entry.path() / "item");
+            }
+        }
+        return kept.empty();
+    };
+    testing::internal::CaptureStderr();
+    EXPECT_THROW(batch(true, {{at("a.txt"), at("plain.txt")}}), HSVNOperationCancelledException);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                HasSubstr("in full: Cannot put '" + item("plain.txt") + "' back from '" + kept + "': No such file"));
+    EXPECT_TRUE(files::remove(kept)) << "what is left is kept";
+}
+
 TEST_P(MoveBatch, ADestinationInTheRepositoryIsReplacedOrComesBack)
 {
     handler->overwrites = [] { return HSVNOverwriteReplace; };
@@ -635,7 +665,7 @@ TEST_P(MoveBatch, TheDelegateIsBackWhateverTheHandlerThrows)
     EXPECT_EQ(repository.contents("trunk/A"), "a.txt\n") << "items before the failure stay";
 }
 
-INSTANTIATE_TEST_SUITE_P(Lines, MoveBatch, everyLine(), lineName);
+INSTANTIATE_TEST_SUITE_P(Lines, MoveBatch, everyLineAndAccess(), lineName);
 
 TEST(DeleteMoveCopyPreconditions, AreTestedInOrder)
 {

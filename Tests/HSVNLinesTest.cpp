@@ -5,9 +5,17 @@
 #include "HSVNCheckOutOptions.h"
 #include "HSVNClient.h"
 #include "HSVNCommitOptions.h"
+#include "HSVNCopyOptions.h"
+#include "HSVNDeleteOptions.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
+#include "HSVNExportOptions.h"
+#include "HSVNImportOptions.h"
 #include "HSVNLocalPath.h"
+#include "HSVNLock.h"
+#include "HSVNLockOptions.h"
+#include "HSVNMergeOptions.h"
+#include "HSVNMoveOptions.h"
 #include "HSVNRepository.h"
 #include "HSVNRepositoryInfo.h"
 #include "HSVNRepositoryOptions.h"
@@ -16,6 +24,7 @@
 #include "HSVNStatus.h"
 #include "HSVNStatusOptions.h"
 #include "HSVNURL.h"
+#include "HSVNUnlockOptions.h"
 #include "HSVNUpdateOptions.h"
 #include "RecordingDelegate.h"
 #include "TemporaryFolder.h"
@@ -43,8 +52,8 @@ class LineUser
     LineUser(const HSVNVersion& line, const HSVNURLRef& url, const std::string& folder)
         : _line{line.versionString()}, _client{std::make_shared<HSVNClient>(
                                            HSVNBundleLoader::sharedInstance().bundleForVersion(line), _delegate)},
-          _workingCopy{HSVNLocalPath::pathWithString(folder)}, _file{
-                                                                   _workingCopy->pathByAddingComponent("file-" + _line)}
+          _url{url}, _workingCopy{HSVNLocalPath::pathWithString(folder)}, _file{_workingCopy->pathByAddingComponent(
+                                                                              "file-" + _line)}
     {
         HSVNDirectory::checkoutDirectoryAtURL(url, _workingCopy, HSVNCheckOutOptions::defaults(), _client);
         writeFile(_file, "begun by " + _line + "\n");
@@ -79,7 +88,81 @@ class LineUser
             << _line;
     }
 
+    void copyMoveAndDelete()
+    {
+        copy(_file, at("copied"));
+        EXPECT_THROW(copy(_file, at("copied")), HSVNEntryExistsException) << _line;
+        commit();
+        EXPECT_EQ(move(at("copied"), at("moved")), HSVNInvalidRevision) << _line;
+        const auto revision = commit();
+        std::filesystem::create_directory(at("plain")->string());
+        move(at("moved"), at("plain/moved"));
+        EXPECT_EQ(readFile(at("plain/moved")), readFile(_file)) << _line;
+        EXPECT_EQ(commit(), revision + 1) << _line << ": of the deletion";
+        auto options = HSVNDeleteOptions::defaults();
+        EXPECT_THROW(HSVNNode::deleteNodes({at("plain")}, options, _client), HSVNItemModifiedException) << _line;
+        options->setForce(true);
+        HSVNNode::deleteNodes({at("plain")}, options, _client);
+        EXPECT_FALSE(std::filesystem::exists(at("plain")->string())) << _line;
+
+        EXPECT_EQ(copy(_url, inRepository("branch")), revision + 2) << _line;
+        EXPECT_EQ(move(inRepository("branch"), inRepository("tag")), revision + 3) << _line;
+        EXPECT_THROW(copy(_url, inRepository("tag/" + _file->lastComponent())), HSVNEntryExistsException) << _line;
+        HSVNNode::deleteNodes({inRepository("tag")}, options, _client);
+        EXPECT_EQ(update(), revision + 4) << _line;
+    }
+
+    void importExportAndMerge()
+    {
+        const auto outside = _workingCopy->parent();
+        const auto file = outside->pathByAddingComponent("import");
+        writeFile(file, "imported\n");
+        const auto imported = inRepository("imported-" + _line)->URL();
+        const auto revision = HSVNNode::importNodeAtPath(file, imported, HSVNImportOptions::defaults(), _client);
+        EXPECT_EQ(update(), revision) << _line;
+        const auto out = outside->pathByAddingComponent("export-" + _line);
+        const auto options = HSVNExportOptions::defaults();
+        EXPECT_EQ(HSVNNode::exportNodeAtPath(imported, out, options, _client), revision) << _line;
+        EXPECT_EQ(readFile(out), "imported\n") << _line;
+        const auto tree = outside->pathByAddingComponent("tree-" + _line);
+        EXPECT_EQ(HSVNNode::exportNodeAtPath(_url, tree, options, _client), revision) << _line;
+        EXPECT_EQ(readFile(tree->pathByAddingComponent(_file->lastComponent())), readFile(_file)) << _line;
+
+        const auto before = readFile(_file);
+        const auto changed = change(99);
+        update(); // one revision everywhere
+        HSVNNode::mergeNodeAtPath(_url, HSVNRevision::revisionWithNumber(changed), _url,
+                                  HSVNRevision::revisionWithNumber(changed - 1), _workingCopy,
+                                  HSVNMergeOptions::defaults(), _client);
+        EXPECT_EQ(readFile(_file), before) << _line;
+        commit();
+    }
+
+    void lockAndUnlock()
+    {
+        const auto options = HSVNLockOptions::defaults();
+        HSVNNode::lockNodes({_file}, "why", options, _client);
+        const auto node = HSVNNode::nodeWithStatusAtPath(_file, HSVNRevision::HEAD(), true, _client);
+        EXPECT_EQ(node->lockStatus(), HSVNLockStatusLockedHere) << _line;
+        EXPECT_EQ(node->controllingLock()->comment(), "why") << _line;
+        EXPECT_THROW(HSVNNode::lockNodes({_file}, {}, options, _client), HSVNEntryLockedException) << _line;
+        HSVNNode::unlockNodes({_file}, HSVNUnlockOptions::defaults(), _client);
+        EXPECT_EQ(HSVNNode::nodeWithStatusAtPath(_file, HSVNRevision::HEAD(), true, _client)->lockStatus(),
+                  HSVNLockStatusNone)
+            << _line;
+    }
+
   private:
+    HSVNPathRef at(const std::string& name) const { return _workingCopy->pathByAddingComponent(name); }
+    HSVNPathRef inRepository(const std::string& name) const { return _url->pathByAddingComponent(name); }
+    HSVNRevisionNumber copy(const HSVNPathRef& source, const HSVNPathRef& destination) const
+    {
+        return HSVNNode::copyNodeAtPath(source, destination, HSVNCopyOptions::defaults(), _client);
+    }
+    HSVNRevisionNumber move(const HSVNPathRef& source, const HSVNPathRef& destination) const
+    {
+        return HSVNNode::moveNodeAtPath(source, destination, HSVNMoveOptions::defaults(), _client);
+    }
     HSVNRevisionNumber commit()
     {
         return HSVNNode::commitChangesToNodes({_workingCopy}, HSVNCommitOptions::defaults(), _client);
@@ -88,6 +171,7 @@ class LineUser
     std::string _line;
     std::shared_ptr<RecordingDelegate> _delegate = std::make_shared<RecordingDelegate>();
     HSVNClientRef _client;
+    HSVNURLRef _url;
     HSVNLocalPathRef _workingCopy;
     HSVNLocalPathRef _file;
 };
@@ -136,6 +220,17 @@ TEST_F(LinesTest, WorkInAlternationOnOneRepository)
             EXPECT_EQ(readFile(user->workingCopy()->pathByAddingComponent(name)),
                       "round 3 of " + line.versionString() + "\n");
         }
+    }
+}
+
+TEST_F(LinesTest, DoEveryOperation)
+{
+    for (const auto& line : _lines) {
+        LineUser user{line, url(), folderOf(line)};
+        user.copyMoveAndDelete();
+        user.importExportAndMerge();
+        user.lockAndUnlock();
+        EXPECT_THROW(HSVNBundleCurrent(), HSVNGenericException) << line;
     }
 }
 
