@@ -426,38 +426,3 @@ TEST_P(RecordedImportExportMerge, MakeTheCallOfTheirLine)
 }
 
 INSTANTIATE_TEST_SUITE_P(Lines, RecordedImportExportMerge, recordedLines(), lineName);
-
-TEST(ImportExportMergePreconditions, AreTestedInOrder)
-{
-    const HSVNContextRef context = std::make_shared<HSVNClient>();
-    const auto path = HSVNLocalPath::pathWithString("/none");
-    const auto url = HSVNURL::URLWithString("file:///none");
-    const auto head = HSVNRevision::HEAD();
-    const auto importing = HSVNImportOptions::defaults();
-    const auto exporting = HSVNExportOptions::defaults();
-    const auto merging = HSVNMergeOptions::defaults();
-    using Node = HSVNNode;
-    const std::vector<std::pair<const char*, std::function<void()>>> cases{
-        {"path != nil", [&] { Node::importNodeAtPath(nullptr, nullptr, nullptr, nullptr); }},
-        {"url != nil", [&] { Node::importNodeAtPath(path, nullptr, nullptr, nullptr); }},
-        {"options != nil", [&] { Node::importNodeAtPath(path, url, nullptr, nullptr); }},
-        {"context != nil", [&] { Node::importNodeAtPath(path, url, importing, nullptr); }},
-        {"toPath != nil", [&] { Node::exportNodeAtPath(nullptr, nullptr, nullptr, nullptr); }},
-        {"options != nil", [&] { Node::exportNodeAtPath(path, path, nullptr, nullptr); }},
-        {"fromPath != nil", [&] { Node::exportNodeAtPath(nullptr, path, exporting, context); }},
-        {"context != nil", [&] { Node::exportNodeAtPath(path, path, exporting, nullptr); }},
-        {"path1 != nil", [&] { Node::mergeNodeAtPath(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr); }},
-        {"revision1 != nil",
-         [&] { Node::mergeNodeAtPath(path, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr); }},
-        {"path2 != nil", [&] { Node::mergeNodeAtPath(path, head, nullptr, nullptr, nullptr, nullptr, nullptr); }},
-        {"revision2 != nil", [&] { Node::mergeNodeAtPath(path, head, path, nullptr, nullptr, nullptr, nullptr); }},
-        {"workingCopyPath != nil", [&] { Node::mergeNodeAtPath(path, head, path, head, nullptr, nullptr, nullptr); }},
-        {"options != nil", [&] { Node::mergeNodeAtPath(path, head, path, head, path, nullptr, nullptr); }},
-        {"context != nil", [&] { Node::mergeNodeAtPath(path, head, path, head, path, merging, nullptr); }},
-    };
-    for (std::size_t index = 0; index < cases.size(); ++index) {
-        EXPECT_EQ(reasonOf<HSVNAssertionException>(cases[index].second),
-                  std::string{"Invalid parameter not satisfying: "} + cases[index].first)
-            << index;
-    }
-}

@@ -263,16 +263,3 @@ TEST_P(RecordedLocking, MakeTheCallsOfTheirLine)
 }
 
 INSTANTIATE_TEST_SUITE_P(Lines, RecordedLocking, recordedLines(), lineName);
-
-TEST(LockingPreconditions, AreTestedInOrder)
-{
-    const auto locking = HSVNLockOptions::defaults();
-    const auto unlocking = HSVNUnlockOptions::defaults();
-    const HSVNContextRef context = std::make_shared<HSVNClient>();
-    const std::string prefix = "Invalid parameter not satisfying: ";
-    EXPECT_EQ(reasonOf([&] { HSVNNode::lockNodes({}, {}, nullptr, nullptr); }), prefix + "options != nil");
-    EXPECT_EQ(reasonOf([&] { HSVNNode::lockNodes({}, {}, locking, nullptr); }), prefix + "context != nil");
-    EXPECT_EQ(reasonOf([&] { HSVNNode::lockNodes({nullptr}, {}, locking, context); }), prefix + "path != nil");
-    EXPECT_EQ(reasonOf([&] { HSVNNode::unlockNodes({}, nullptr, nullptr); }), prefix + "options != nil");
-    EXPECT_EQ(reasonOf([&] { HSVNNode::unlockNodes({}, unlocking, nullptr); }), prefix + "context != nil");
-}

@@ -200,183 +200,113 @@ INSTANTIATE_TEST_SUITE_P(Lines, WorkingCopyOperations, everyLine(), lineName);
 
 namespace {
 
-/// What an option set does to a call: the function called on each line and its arguments, or the refusal.
+/// How the lines are told of a depth: a flag on 1.4, null where that has none for it, and a word later.
 struct Translation
 {
-    const char* name;
-    std::function<void(const std::string& path, const HSVNContextRef&)> run;
-    HSVNRecordedCall on1_4;
-    const char* refusalOn1_4; ///< the reason of the exception on 1.4; null when it is not refused
-    HSVNRecordedCall later;
+    char operation; ///< 'U'pdate, 'C'ommit or check-'O'ut
+    HSVNDepth depth;
+    const char* recurse;
+    const char* word;
 };
 
-HSVNUpdateOptionsRef updateOptions(HSVNDepth depth, bool sticky = false, bool externals = true,
-                                   bool obstructions = false)
-{
-    const auto options = HSVNUpdateOptions::defaults();
-    options->setDepth(depth);
-    options->setDepthIsSticky(sticky);
-    options->setProcessExternals(externals);
-    options->setAllowUnversionedObstructions(obstructions);
-    return options;
-}
+constexpr Translation translations[]{
+    {'U', HSVNDepthInfinity, "1", "infinity"},
+    {'U', HSVNDepthUnknown, "1", "unknown"},
+    {'U', HSVNDepthFiles, "0", "files"},
+    {'U', HSVNDepthImmediates, nullptr, "immediates"},
+    {'U', HSVNDepthEmpty, nullptr, "empty"},
+    {'U', HSVNDepthExclude, nullptr, "exclude"},
+    {'C', HSVNDepthUnknown, "1", "unknown"},
+    {'C', HSVNDepthInfinity, "1", "infinity"},
+    {'C', HSVNDepthEmpty, "0", "empty"},
+    {'C', HSVNDepthFiles, nullptr, "files"},
+    {'C', HSVNDepthImmediates, nullptr, "immediates"},
+    {'O', HSVNDepthInfinity, "1", "infinity"},
+    {'O', HSVNDepthFiles, "0", "files"},
+    {'O', HSVNDepthEmpty, nullptr, "empty"},
+    {'O', HSVNDepthImmediates, nullptr, "immediates"},
+};
 
-HSVNCheckOutOptionsRef checkOutOptions(HSVNDepth depth, bool externals = true, bool obstructions = false)
+/// A call of a line, and what is to be recorded of it.
+struct TranslatedCall
 {
-    const auto options = HSVNCheckOutOptions::defaults();
-    options->setRevision(
-        std::make_shared<HSVNRevisionSpec>(HSVNRevision::revisionWithNumber(3), HSVNRevision::revisionWithNumber(2)));
-    options->setDepth(depth);
-    options->setProcessExternals(externals);
-    options->setAllowUnversionedObstructions(obstructions);
-    return options;
-}
+    std::function<void()> run;
+    HSVNRecordedCall expected;
+};
 
-HSVNCommitOptionsRef commitOptions(HSVNDepth depth, bool releaseLocks = true)
+class OlderLines : public WorkingCopyOperations
 {
-    const auto options = HSVNCommitOptions::defaults();
-    options->setDepth(depth);
-    options->setReleaseLocks(releaseLocks);
-    return options;
-}
+  protected:
+    bool is1_4() const { return line() == HSVNVersion::version1_4(); }
 
-auto updating(const HSVNUpdateOptionsRef& options)
-{
-    return [=](const std::string& path, const HSVNContextRef& context) {
-        HSVNNode::updateNodes({localPath(path)}, HSVNRevision::HEAD(), options, context);
-    };
-}
-
-auto committing(const HSVNCommitOptionsRef& options)
-{
-    return [=](const std::string& path, const HSVNContextRef& context) {
-        HSVNNode::commitChangesToNodes({localPath(path)}, options, context);
-    };
-}
-
-auto checkingOut(const HSVNCheckOutOptionsRef& options)
-{
-    return [=](const std::string& path, const HSVNContextRef& context) {
-        const std::string source = mustRun({"svn", "info", "--show-item", "url", "--no-newline", path});
-        // Subversion keeps the databases of folders open: none is checked out twice.
-        const std::string target = path + "-new/" + std::to_string(options->depth());
-        HSVNDirectory::checkoutDirectoryAtURL(HSVNURL::URLWithString(source), localPath(target), options, context);
-    };
-}
-
-constexpr const char* badDepth = "Invalid depth";
-constexpr const char* badCheckOutDepth =
-    "Incompatible depth argument for 1.4 (HSVNDepthInfinity and HSVNDepthFiles supported)";
-
-/// In the calls' arguments, PATH stands for the working copy, URL for what it is of.
-std::vector<Translation> translations()
-{
-    const auto update2 = [](const char* recurse, const char* ignoreExternals) {
-        return HSVNRecordedCall{"svn_client_update2", {"[PATH]", "HEAD", recurse, ignoreExternals}};
-    };
-    const auto update3 = [](const char* depth, const char* sticky, const char* ignoreExternals, const char* allow) {
-        return HSVNRecordedCall{"svn_client_update3", {"[PATH]", "HEAD", depth, sticky, ignoreExternals, allow}};
-    };
-    const auto commit3 = [](const char* recurse, const char* keepLocks) {
-        return HSVNRecordedCall{"svn_client_commit3", {"[PATH]", recurse, keepLocks}};
-    };
-    const auto commit4 = [](const char* depth, const char* keepLocks) {
-        return HSVNRecordedCall{"svn_client_commit4", {"[PATH]", depth, keepLocks, "0", "null", "null"}};
-    };
-    const auto checkout2 = [](const std::string& number, const char* recurse, const char* ignoreExternals) {
-        return HSVNRecordedCall{"svn_client_checkout2",
-                                {"URL", "PATH-new/" + number, "2", "3", recurse, ignoreExternals}};
-    };
-    const auto checkout3 = [](const std::string& number, const char* depth, const char* ignoreExternals,
-                              const char* allow) {
-        return HSVNRecordedCall{"svn_client_checkout3",
-                                {"URL", "PATH-new/" + number, "2", "3", depth, ignoreExternals, allow}};
-    };
-    return {
-        {"UpdateInfinity", updating(updateOptions(HSVNDepthInfinity, true, false, true)), update2("1", "1"), nullptr,
-         update3("infinity", "1", "1", "1")},
-        {"UpdateUnknown", updating(updateOptions(HSVNDepthUnknown)), update2("1", "0"), nullptr,
-         update3("unknown", "0", "0", "0")},
-        {"UpdateFiles", updating(updateOptions(HSVNDepthFiles)), update2("0", "0"), nullptr,
-         update3("files", "0", "0", "0")},
-        {"UpdateImmediates",
-         updating(updateOptions(HSVNDepthImmediates)),
-         {},
-         badDepth,
-         update3("immediates", "0", "0", "0")},
-        {"UpdateEmpty", updating(updateOptions(HSVNDepthEmpty)), {}, badDepth, update3("empty", "0", "0", "0")},
-        {"UpdateExclude", updating(updateOptions(HSVNDepthExclude)), {}, badDepth, update3("exclude", "0", "0", "0")},
-        {"CommitUnknown", committing(commitOptions(HSVNDepthUnknown)), commit3("1", "0"), nullptr,
-         commit4("unknown", "0")},
-        {"CommitInfinity", committing(commitOptions(HSVNDepthInfinity, false)), commit3("1", "1"), nullptr,
-         commit4("infinity", "1")},
-        {"CommitEmpty", committing(commitOptions(HSVNDepthEmpty)), commit3("0", "0"), nullptr, commit4("empty", "0")},
-        {"CommitFiles", committing(commitOptions(HSVNDepthFiles)), {}, badDepth, commit4("files", "0")},
-        {"CommitImmediates", committing(commitOptions(HSVNDepthImmediates)), {}, badDepth, commit4("immediates", "0")},
-        {"CheckoutInfinity", checkingOut(checkOutOptions(HSVNDepthInfinity, false, true)), checkout2("3", "1", "1"),
-         nullptr, checkout3("3", "infinity", "1", "1")},
-        {"CheckoutFiles", checkingOut(checkOutOptions(HSVNDepthFiles)), checkout2("1", "0", "0"), nullptr,
-         checkout3("1", "files", "0", "0")},
-        {"CheckoutEmpty",
-         checkingOut(checkOutOptions(HSVNDepthEmpty)),
-         {},
-         badCheckOutDepth,
-         checkout3("0", "empty", "0", "0")},
-        {"CheckoutImmediates",
-         checkingOut(checkOutOptions(HSVNDepthImmediates)),
-         {},
-         badCheckOutDepth,
-         checkout3("2", "immediates", "0", "0")},
-    };
-}
-
-/// The calls that change something, with the places that differ from run to run named.
-std::vector<HSVNRecordedCall> changingCalls(const HSVNCallRecorder& recorder, const std::string& path,
-                                            const std::string& url)
-{
-    std::vector<HSVNRecordedCall> calls = recorder.calls();
-    std::erase_if(calls, [](const auto& call) { return call.name == "svn_client_info"; });
-    for (auto& call : calls) {
-        for (auto& argument : call.arguments) {
-            for (const auto& [text, name] : {std::pair{url, "URL"}, std::pair{path, "PATH"}}) {
-                if (const auto position = argument.find(text); position != std::string::npos) {
-                    argument.replace(position, text.size(), name);
-                }
-            }
+    /// The call with the flags that are not the defaults for one depth, and with the defaults for all others.
+    TranslatedCall translated(const Translation& translation) const
+    {
+        const bool isSpecial = translation.depth == HSVNDepthInfinity;
+        const std::string flag = isSpecial ? "1" : "0";
+        const std::string recurse = translation.recurse != nullptr ? translation.recurse : "";
+        const std::string word = translation.word;
+        if (translation.operation == 'C') {
+            const auto options = HSVNCommitOptions::defaults();
+            options->setDepth(translation.depth);
+            options->setReleaseLocks(!isSpecial);
+            return {[=, this] { HSVNNode::commitChangesToNodes({at("")}, options, client); },
+                    is1_4()
+                        ? HSVNRecordedCall{"svn_client_commit3", {"[" + root + "]", recurse, flag}}
+                        : HSVNRecordedCall{"svn_client_commit4", {"[" + root + "]", word, flag, "0", "null", "null"}}};
         }
+        if (translation.operation == 'U') {
+            const auto options = HSVNUpdateOptions::defaults();
+            options->setDepth(translation.depth);
+            options->setDepthIsSticky(isSpecial);
+            options->setProcessExternals(!isSpecial);
+            options->setAllowUnversionedObstructions(isSpecial);
+            return {[=, this] { HSVNNode::updateNodes({at("")}, HSVNRevision::HEAD(), options, client); },
+                    is1_4()
+                        ? HSVNRecordedCall{"svn_client_update2", {"[" + root + "]", "HEAD", recurse, flag}}
+                        : HSVNRecordedCall{"svn_client_update3", {"[" + root + "]", "HEAD", word, flag, flag, flag}}};
+        }
+        const auto options = HSVNCheckOutOptions::defaults();
+        options->setRevision(std::make_shared<HSVNRevisionSpec>(HSVNRevision::revisionWithNumber(3),
+                                                                HSVNRevision::revisionWithNumber(2)));
+        options->setDepth(translation.depth);
+        options->setProcessExternals(!isSpecial);
+        options->setAllowUnversionedObstructions(isSpecial);
+        const std::string target = repository.beside(word);
+        const std::string source = repository.url("trunk");
+        return {[=, this] { HSVNDirectory::checkoutDirectoryAtURL(url("trunk"), localPath(target), options, client); },
+                is1_4() ? HSVNRecordedCall{"svn_client_checkout2", {source, target, "2", "3", recurse, flag}}
+                        : HSVNRecordedCall{"svn_client_checkout3", {source, target, "2", "3", word, flag, flag}}};
     }
-    return calls;
-}
-
-using OlderLines = WorkingCopyOperations;
+};
 
 } // namespace
 
 TEST_P(OlderLines, CallTheFunctionOfTheirLineWithTranslatedDepths)
 {
     HSVNCallRecorder recorder{GetParam()};
-    const bool is1_4 = line() == HSVNVersion::version1_4();
-    for (const auto& translation : translations()) {
-        SCOPED_TRACE(translation.name);
-        writeFile(item("a.txt"), translation.name);
+    for (const auto& translation : translations) {
+        SCOPED_TRACE(std::string{translation.operation} + " " + translation.word);
+        writeFile(item("a.txt"), std::string{translation.operation} + translation.word);
         recorder.clear();
         delegate->notifications.clear();
-        const auto run = [&] { translation.run(root, client); };
-        if (is1_4 && translation.refusalOn1_4) {
+        const auto [run, expected] = translated(translation);
+        if (is1_4() && translation.recurse == nullptr) {
             // Checkout's refusal alone is of the library's own class.
-            EXPECT_EQ(translation.refusalOn1_4 == badCheckOutDepth ? reasonOf<HSVNException>(run)
-                                                                   : reasonOf<HSVNInvalidArgumentException>(run),
-                      translation.refusalOn1_4);
+            if (translation.operation == 'O') {
+                EXPECT_EQ(reasonOf<HSVNException>(run),
+                          "Incompatible depth argument for 1.4 (HSVNDepthInfinity and HSVNDepthFiles supported)");
+            } else {
+                EXPECT_EQ(reasonOf<HSVNInvalidArgumentException>(run), "Invalid depth");
+            }
             EXPECT_EQ(last().error()->name(), "NSInvalidArgumentException");
             EXPECT_THAT(delegate->ownActions(), ElementsAre(testing::EndsWith("Started"), testing::EndsWith("Failed")));
             EXPECT_TRUE(recorder.calls().empty());
         } else {
             run();
-            const auto calls = changingCalls(recorder, root, repository.url("trunk"));
-            const HSVNRecordedCall& expected = is1_4 ? translation.on1_4 : translation.later;
-            ASSERT_EQ(calls.size(), 1U);
-            EXPECT_EQ(calls[0].name, expected.name);
-            EXPECT_EQ(calls[0].arguments, expected.arguments);
+            auto calls = recorder.calls();
+            std::erase_if(calls, [](const auto& call) { return call.name == "svn_client_info"; });
+            EXPECT_THAT(calls, ElementsAre(expected));
         }
     }
 }
@@ -521,54 +451,4 @@ TEST(WorkingCopyUpdate, ChecksTheRevisionsThatSubversionAnswers)
     EXPECT_THROW(update(), HSVNInvalidArgumentException) << "a number beyond 32 bits";
     answeredRevisions = {7};
     EXPECT_EQ(reasonOf([&] { update(); }), "Expected resultant revision array with length of 2, found 1");
-}
-
-TEST(WorkingCopyPreconditions, AreTestedInOrderBeforeAnythingElse)
-{
-    const HSVNContextRef context = std::make_shared<HSVNContext>();
-    const HSVNPathRef path = localPath("/nowhere");
-    const auto url = HSVNURL::URLWithString("file:///nowhere");
-    const auto unknownDepth = HSVNCheckOutOptions::defaults();
-    unknownDepth->setDepth(HSVNDepthUnknown);
-    const auto excluded = HSVNCheckOutOptions::defaults();
-    excluded->setDepth(HSVNDepthExclude);
-    const auto add = HSVNAddOptions::defaults();
-    const auto resolve = HSVNResolveOptions::defaults();
-    const auto update = HSVNUpdateOptions::defaults();
-    const auto checkOut = HSVNCheckOutOptions::defaults();
-    const std::vector<std::pair<const char*, std::function<void()>>> cases{
-        {"path != nil", [&] { HSVNNode::add(nullptr, nullptr, nullptr); }},
-        {"path != nil", [&] { HSVNNode::add(nullptr, nullptr); }},
-        {"options != nil", [&] { HSVNNode::add(path, nullptr, nullptr); }},
-        {"context != nil", [&] { HSVNNode::add(path, add, nullptr); }},
-        {"options != nil", [&] { HSVNNode::revertNodes({path}, nullptr, nullptr); }},
-        {"context != nil", [&] { HSVNNode::revertNodes({path}, HSVNRevertOptions::defaults(), nullptr); }},
-        {"path != nil", [&] { HSVNNode::resolveNodeAtPath(nullptr, nullptr, nullptr); }},
-        {"options != nil", [&] { HSVNNode::resolveNodeAtPath(path, nullptr, nullptr); }},
-        {"context != nil", [&] { HSVNNode::resolveNodeAtPath(path, resolve, nullptr); }},
-        {"revision != nil", [&] { HSVNNode::updateNodes({path}, nullptr, nullptr, nullptr); }},
-        {"options != nil", [&] { HSVNNode::updateNodes({path}, HSVNRevision::HEAD(), nullptr, nullptr); }},
-        {"context != nil", [&] { HSVNNode::updateNodes({path}, HSVNRevision::HEAD(), update, nullptr); }},
-        {"options != nil", [&] { HSVNNode::commitChangesToNodes({}, nullptr, nullptr); }},
-        {"url != nil", [&] { HSVNDirectory::checkoutDirectoryAtURL(nullptr, nullptr, nullptr, nullptr); }},
-        {"path != nil", [&] { HSVNDirectory::checkoutDirectoryAtURL(url, nullptr, nullptr, nullptr); }},
-        {"options != nil", [&] { HSVNDirectory::checkoutDirectoryAtURL(url, path, nullptr, nullptr); }},
-        {"[options depth] != HSVNDepthUnknown",
-         [&] { HSVNDirectory::checkoutDirectoryAtURL(url, path, unknownDepth, nullptr); }},
-        {"[options depth] != HSVNDepthExclude",
-         [&] { HSVNDirectory::checkoutDirectoryAtURL(url, path, excluded, nullptr); }},
-        {"context != nil", [&] { HSVNDirectory::checkoutDirectoryAtURL(url, path, checkOut, nullptr); }},
-        {"path != nil", [&] { HSVNNode::revertNodes({nullptr}, HSVNRevertOptions::defaults(), context); }},
-    };
-    for (std::size_t index = 0; index < cases.size(); ++index) {
-        const auto& [condition, call] = cases[index];
-        try {
-            call();
-            ADD_FAILURE() << index << ": " << condition;
-        } catch (const HSVNAssertionException& exception) {
-            EXPECT_EQ(exception.reason(), std::string{"Invalid parameter not satisfying: "} + condition) << index;
-        }
-    }
-    EXPECT_THROW(HSVNNode::commitChangesToNodes({path}, HSVNCommitOptions::defaults(), nullptr),
-                 HSVNInvalidArgumentException);
 }
