@@ -137,7 +137,7 @@ std::string Editor::command() const
     found = found ? found : ofEnvironment("VISUAL");
     found = found ? found : ofEnvironment("EDITOR");
     // The link by which Debian names its users' choice.
-    const std::string program = found.value_or("/usr/bin/editor");
+    std::string program = found.value_or("/usr/bin/editor");
     if (program.find_first_not_of(" \t\n\v\f\r") == std::string::npos) {
         fail(NoEditor, "The EDITOR, SVN_EDITOR or VISUAL environment variable or 'editor-cmd' run-time configuration "
                        "option is empty or consists solely of whitespace. Expected a shell command.");

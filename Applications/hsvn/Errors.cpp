@@ -107,9 +107,10 @@ HSVNException extended(const HSVNException& exception, const std::vector<std::st
     for (const auto& message : messages) {
         chain.push_back({exception.status(), message, nullptr});
     }
+    std::reverse(chain.begin(), chain.end());
     std::optional<HSVNException> result;
-    for (auto link = chain.rbegin(); link != chain.rend(); ++link) {
-        result = result ? failure(link->code, link->message, *result) : failure(link->code, link->message);
+    for (const Link& link : chain) {
+        result = result ? failure(link.code, link.message, *result) : failure(link.code, link.message);
     }
     return *result;
 }

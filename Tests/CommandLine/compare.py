@@ -110,7 +110,9 @@ class State:
         environment = {**fixtures.environment(self.wc), "PATH": program + ":" + os.environ["PATH"]}
         words = words if words.startswith("svnadmin ") else "svn " + words
         ran = subprocess.run(["/bin/bash", "-c", words], cwd=self.wc, env=environment, check=False,
-                             stdin=subprocess.DEVNULL, capture_output=True, timeout=60)
+                             stdin=subprocess.DEVNULL, capture_output=True, timeout=60,
+                             # Without a terminal, whoever runs the tests: questions are asked on it otherwise.
+                             start_new_session=True)
         output = with_ordered_attributes(ran.stdout.decode("latin-1"))
         if "--xml" in command and output.startswith("<?xml") and ran.returncode == 0:
             ElementTree.fromstring(output)
