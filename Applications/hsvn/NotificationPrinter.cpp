@@ -349,9 +349,9 @@ std::string NotificationPrinter::copyWarning(const HSVNNotification& notificatio
     if (_commitDepth == HSVNDepthInfinity || !isCopy || notification.nodeKind() != HSVNNodeKindDirectory) {
         return "";
     }
-    return fmt::format("svn: The depth of this commit is '{}', but copies are always performed recursively in the "
+    return fmt::format("{}: The depth of this commit is '{}', but copies are always performed recursively in the "
                        "repository.\n",
-                       wordOf(std::exchange(_commitDepth, HSVNDepthInfinity)));
+                       programName(), wordOf(std::exchange(_commitDepth, HSVNDepthInfinity)));
 }
 
 void NotificationPrinter::warn(const HSVNNotification& notification)
