@@ -73,7 +73,9 @@ def look(folder, *command):
 def locks(wc, repository):
     """The repository's locks, their tokens and times aside, and those that the working copy holds."""
     listed = re.sub(r"(UUID Token|Created): .*", "", look(wc, "svnadmin", "lslocks", repository))
-    return "Path: ".join(sorted(listed.split("Path: "))) + re.sub(r"(Lock Token|Lock Created|Text Last Updated): .*", "", look(wc, "svn", "info", "-R"))
+    held = re.sub(r"(Lock Token|Lock Created|Text Last Updated|Last Changed Date): .*", "",
+                  look(wc, "svn", "info", "-R"))
+    return "Path: ".join(sorted(listed.split("Path: "))) + held
 
 
 def dump(repository):
