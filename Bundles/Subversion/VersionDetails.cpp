@@ -5,6 +5,7 @@
 #include <dlfcn.h>
 #include <filesystem>
 #include <string>
+#include <string_view>
 #include <svn_auth.h>
 #include <svn_config.h>
 #include <svn_dirent_uri.h>
@@ -25,24 +26,23 @@ const char* versionNumber(apr_pool_t* pool)
     return apr_psprintf(pool, "%d.%d.%d%s", loaded->major, loaded->minor, loaded->patch, loaded->tag);
 }
 
-/// Whether Subversion's library for a keyring stands beside its others. It is not loaded: the libraries of whole
-/// desktops would come with it.
+/// Whether Subversion's library for a keyring stands beside its others, under a name of the same form. It is not
+/// loaded: the libraries of whole desktops would come with it.
 bool hasKeyringLibrary(const std::string& name)
 {
     Dl_info place{};
     if (dladdr(reinterpret_cast<void*>(svn_subr_version), &place) == 0) {
         return false;
     }
-    const auto folder = std::filesystem::path{place.dli_fname}.parent_path();
-    const std::string prefix = "libsvn_auth_" + name + "-" + std::to_string(SVN_VER_MAJOR) + ".so";
-    std::error_code unreadable;
-    for (std::filesystem::directory_iterator entry{folder, unreadable}, end; entry != end; entry.increment(unreadable))
-    {
-        if (entry->path().filename().string().starts_with(prefix)) {
-            return true;
-        }
+    const std::string_view ours = "libsvn_subr";
+    std::filesystem::path path = place.dli_fname;
+    std::string file = path.filename().string();
+    if (!file.starts_with(ours)) {
+        return false;
     }
-    return false;
+    std::error_code unreadable;
+    return std::filesystem::exists(path.replace_filename(file.replace(0, ours.size(), "libsvn_auth_" + name)),
+                                   unreadable);
 }
 
 apr_array_header_t* availableKeyrings(apr_pool_t* pool)
