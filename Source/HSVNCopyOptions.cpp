@@ -8,7 +8,10 @@ HSVNCopyOptions::HSVNCopyOptions() : _revision{HSVNRevision::UNSPECIFIED()} {}
 
 void HSVNCopyOptions::setRevision(HSVNRevisionRef revision)
 {
-    _revision = revision ? std::move(revision) : HSVNRevision::UNSPECIFIED();
+    _revision = std::move(revision);
+    if (!_revision) {
+        _revision = HSVNRevision::UNSPECIFIED();
+    }
 }
 
 std::string HSVNCopyOptions::description() const

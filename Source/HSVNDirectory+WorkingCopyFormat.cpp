@@ -9,7 +9,7 @@
 #include "HSVNOperationPrivate.h"
 #include "HSVNPackage.h"
 
-#include <array>
+#include <algorithm>
 #include <cerrno>
 #include <cstdlib>
 #include <filesystem>
@@ -81,12 +81,10 @@ HSVNVersion HSVNDirectory::versionForWorkingCopyAtPath(const HSVNPathRef& path)
     }
     const HSVNBundleLoader& loader = HSVNBundleLoader::sharedInstance();
     const auto versions = loader.loadedVersions();
-    for (auto version = versions.rbegin(); version != versions.rend(); ++version) {
-        if (formatServedByBundle(loader, *version) >= format) {
-            return version->versionWithMajorAndMinorComponents();
-        }
-    }
-    return loader.newestVersion().value();
+    const auto serving = std::find_if(versions.rbegin(), versions.rend(), [&](const HSVNVersion& version) {
+        return formatServedByBundle(loader, version) >= format;
+    });
+    return serving == versions.rend() ? loader.newestVersion().value() : serving->versionWithMajorAndMinorComponents();
 }
 
 bool HSVNDirectory::isWorkingCopyAtPath(const HSVNPathRef& path)

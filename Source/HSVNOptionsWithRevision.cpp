@@ -8,7 +8,10 @@ HSVNOptionsWithRevision::HSVNOptionsWithRevision() : _revision{HSVNRevisionSpec:
 
 void HSVNOptionsWithRevision::setRevision(HSVNRevisionSpecRef revision)
 {
-    _revision = revision ? std::move(revision) : HSVNRevisionSpec::UNSPECIFIED();
+    _revision = std::move(revision);
+    if (!_revision) {
+        _revision = HSVNRevisionSpec::UNSPECIFIED();
+    }
 }
 
 std::string HSVNOptionsWithRevision::description() const

@@ -47,8 +47,8 @@ constexpr std::string_view hexadecimalDigits = "0123456789abcdef";
 constexpr auto hexadecimalValues = [] {
     std::array<std::uint8_t, 256> values{};
     values.fill(0xFF);
-    for (std::uint8_t value = 0; value < hexadecimalDigits.size(); ++value) {
-        values[static_cast<unsigned char>(hexadecimalDigits[value])] = value;
+    for (std::size_t value = 0; value < hexadecimalDigits.size(); ++value) {
+        values[static_cast<unsigned char>(hexadecimalDigits[value])] = static_cast<std::uint8_t>(value);
     }
     return values;
 }();

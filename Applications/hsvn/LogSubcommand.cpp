@@ -73,7 +73,7 @@ std::optional<std::vector<std::string>> wantedProperties(const Options& options)
     if (!options.revisionProperties.empty()) {
         std::vector<std::string> names;
         for (const auto& property : options.revisionProperties) {
-            if (property.value.value_or("").size() > 0) {
+            if (!property.value.value_or("").empty()) {
                 fail(ArgumentParsing, "cannot assign with 'with-revprop' option (drop the '=')");
             }
             names.push_back(property.name);
