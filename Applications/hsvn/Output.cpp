@@ -61,8 +61,8 @@ void Output::writeError(std::string_view text) { writeErrorBytes(NativeText::fro
 void Output::writeErrorBytes(std::string_view bytes)
 {
     eraseTransient();
-    std::fflush(stdout); // a failure is met again when the output ends
-    std::fwrite(bytes.data(), 1, bytes.size(), stderr);
+    static_cast<void>(std::fflush(stdout)); // a failure is met again when the output ends
+    static_cast<void>(std::fwrite(bytes.data(), 1, bytes.size(), stderr)); // there is nowhere to tell it
 }
 
 void Output::showTransient(std::string_view text)
@@ -73,7 +73,7 @@ void Output::showTransient(std::string_view text)
                                  std::string{text} +
                                  "\x1b[?7h\x1b"
                                  "8";
-    std::fwrite(sequence.data(), 1, sequence.size(), stdout);
-    std::fflush(stdout);
+    static_cast<void>(std::fwrite(sequence.data(), 1, sequence.size(), stdout));
+    static_cast<void>(std::fflush(stdout));
     isTransientShown = true;
 }

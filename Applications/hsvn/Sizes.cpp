@@ -8,7 +8,7 @@ std::string humanSize(std::int64_t size, bool isShort)
     constexpr std::array units{"B", "K", "M", "G", "T", "P"};
     constexpr std::int64_t step = 1024;
     constexpr double threeDigits = 1000;
-    double value = static_cast<double>(size);
+    auto value = static_cast<double>(size);
     std::size_t unit = 0;
     while (value >= threeDigits && unit + 1 < units.size()) {
         value /= static_cast<double>(step);
