@@ -25,7 +25,7 @@ class HSVNCompactDate
     }
 
     /// Order in time; nil comes first.
-    friend constexpr auto operator<=>(const HSVNCompactDate&, const HSVNCompactDate&) = default;
+    friend constexpr auto operator<=>(const HSVNCompactDate&, const HSVNCompactDate&) = default; // NOLINT: no null
 
   private:
     static constexpr std::int64_t nil = std::numeric_limits<std::int64_t>::min();

@@ -29,6 +29,7 @@ HSVNNode::HSVNNode() = default;
 HSVNNode::HSVNNode(const HSVNNode& other) = default;
 HSVNNode::~HSVNNode() = default;
 
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the path is asked for its parent while it is handed on
 HSVNNode::HSVNNode(std::optional<std::string> name, HSVNPathRef path, HSVNURLRef url, const svn_dirent_t* dirent,
                    const svn_lock_t* lock)
     : HSVNNode(std::move(name), path, std::move(url), dirent, lock, path ? path->parent() : nullptr,

@@ -10,7 +10,7 @@ volatile std::sig_atomic_t arrivedSignal = 0; // NOLINT: the one thing that a si
 extern "C" void rememberSignal(int number)
 {
     // A second one ends the program at once.
-    std::signal(number, SIG_DFL);
+    static_cast<void>(std::signal(number, SIG_DFL));
     arrivedSignal = number;
 }
 
@@ -21,11 +21,11 @@ void Cancellation::catchSignals()
     for (const int number : {SIGINT, SIGHUP, SIGTERM}) {
         // One that was ignored from the start stays ignored, as under nohup.
         if (std::signal(number, rememberSignal) == SIG_IGN) {
-            std::signal(number, SIG_IGN);
+            static_cast<void>(std::signal(number, SIG_IGN));
         }
     }
     // Writing to a closed pipe fails and is told as any other failure.
-    std::signal(SIGPIPE, SIG_IGN);
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
 }
 
 bool Cancellation::isAsked() { return arrivedSignal != 0; }
@@ -33,7 +33,7 @@ bool Cancellation::isAsked() { return arrivedSignal != 0; }
 void Cancellation::endBySignal()
 {
     if (arrivedSignal != 0) {
-        std::signal(arrivedSignal, SIG_DFL);
-        std::raise(arrivedSignal);
+        static_cast<void>(std::signal(arrivedSignal, SIG_DFL));
+        static_cast<void>(std::raise(arrivedSignal));
     }
 }

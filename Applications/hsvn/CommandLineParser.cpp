@@ -107,10 +107,11 @@ CommandLine parseCommandLine(int count, char** words, Session& session)
             break;
         }
         if (step.value == 1) {
-            if (std::string_view{optarg} == "-") {
+            const std::string_view argument{optarg ? optarg : ""};
+            if (argument == "-") {
                 failToParse("invalid option", "");
             }
-            result.arguments.emplace_back(optarg);
+            result.arguments.emplace_back(argument);
             continue;
         }
         if (step.value == ':' || (step.value == '?' && step.fault != noFault)) {
