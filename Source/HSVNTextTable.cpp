@@ -15,7 +15,8 @@ std::size_t codePointCount(std::string_view text)
 std::string blanksUpTo(std::string_view text, std::size_t length)
 {
     const std::size_t count = codePointCount(text);
-    return std::string(count < length ? length - count : 0, ' ');
+    std::string blanks(count < length ? length - count : 0, ' ');
+    return blanks;
 }
 
 } // namespace
