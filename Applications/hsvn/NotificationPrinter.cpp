@@ -8,6 +8,7 @@
 #include "Words.h"
 
 #include <algorithm>
+#include <array>
 #include <fmt/format.h>
 #include <utility>
 
@@ -203,6 +204,18 @@ const char* skipFormat(const HSVNNotification& notification)
     }
 }
 
+/// Whether it tells of an item, not of the work as a whole nor once more of the same item.
+bool isItem(const HSVNNotification& notification)
+{
+    constexpr std::array others{std::int32_t{HSVNNotifyActionCommitPostfixTXDelta},
+                                std::int32_t{HSVNNotifyActionUpdateCompleted},
+                                number(Newer::UpdateStarted),
+                                number(Newer::CommitFinalizing),
+                                number(Newer::ConflictResolverStarting),
+                                number(Newer::ConflictResolverDone)};
+    return std::find(others.begin(), others.end(), notification.action()) == others.end();
+}
+
 } // namespace
 
 void NotificationPrinter::print(const HSVNNotification& notification)
@@ -215,7 +228,7 @@ void NotificationPrinter::print(const HSVNNotification& notification)
         Output::write((_isQuiet ? "" : Display::colouredLine(text(notification))) + copyWarning(notification));
         Output::flush();
         if (!_isQuiet) {
-            Progress::countItem();
+            Progress::advance(isItem(notification) ? 1 : 0);
         }
     } catch (const HSVNException& exception) {
         // What the operation does in the repository and the working copy is worth more than its report.

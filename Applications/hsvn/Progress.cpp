@@ -59,13 +59,13 @@ bool isLong(Clock::time_point now)
 
 } // namespace
 
-void Progress::countItem()
+void Progress::advance(int items)
 {
     const auto now = Clock::now();
     Work& current = work();
     current.start = current.start.value_or(now);
-    ++current.items;
-    // The item's own line has just taken the place.
+    current.items += items;
+    // What is told of it has just taken the place.
     if (isLong(now)) {
         show(now);
     }

@@ -6,8 +6,8 @@
 /// only, and first appears when the work has taken a second.
 namespace Progress {
 
-/// Counts one item of the work; the first one begins it.
-void countItem();
+/// Counts items of the work, none for a step that is no item; the first call begins it.
+void advance(int items);
 /// Takes in how many bytes the current connection has transferred.
 void setTransferred(std::int64_t bytes);
 
