@@ -25,32 +25,38 @@
 #include <functional>
 #include <gtest/gtest.h>
 
-TEST(OperationConditions, AreTestedInOrder)
+namespace {
+
+/// What is given in order; each call breaks one condition, and none that is tested earlier.
+class OperationConditions : public testing::Test
 {
+  protected:
     using Node = HSVNNode;
     using Directory = HSVNDirectory;
+
+    static void expect(const std::vector<std::pair<const char*, std::function<void()>>>& cases)
+    {
+        for (std::size_t index = 0; index < cases.size(); ++index) {
+            EXPECT_EQ(reasonOf<HSVNAssertionException>(cases[index].second),
+                      std::string{"Invalid parameter not satisfying: "} + cases[index].first)
+                << index;
+        }
+    }
+
     const HSVNContextRef context = std::make_shared<HSVNClient>();
     const HSVNPathRef path = HSVNLocalPath::pathWithString("/none");
-    const auto url = HSVNURL::URLWithString("file:///none");
-    const auto head = HSVNRevision::HEAD();
-    const auto adding = HSVNAddOptions::defaults();
-    const auto checkingOut = HSVNCheckOutOptions::defaults();
-    const auto unknownDepth = HSVNCheckOutOptions::defaults();
-    unknownDepth->setDepth(HSVNDepthUnknown);
-    const auto excluded = HSVNCheckOutOptions::defaults();
-    excluded->setDepth(HSVNDepthExclude);
+    const HSVNURLRef url = HSVNURL::URLWithString("file:///none");
+    const HSVNRevisionRef head = HSVNRevision::HEAD();
+};
+
+} // namespace
+
+TEST_F(OperationConditions, OfDeleteMoveAndCopy)
+{
     const auto copying = HSVNCopyOptions::defaults();
     const auto deletion = HSVNDeleteOptions::defaults();
-    const auto exporting = HSVNExportOptions::defaults();
-    const auto importing = HSVNImportOptions::defaults();
-    const auto locking = HSVNLockOptions::defaults();
-    const auto merging = HSVNMergeOptions::defaults();
     const auto moving = HSVNMoveOptions::defaults();
-    const auto resolving = HSVNResolveOptions::defaults();
-    const auto reverting = HSVNRevertOptions::defaults();
-    const auto unlocking = HSVNUnlockOptions::defaults();
-    const auto updating = HSVNUpdateOptions::defaults();
-    const std::vector<std::pair<const char*, std::function<void()>>> cases{
+    expect({
         {"options != nil", [&] { Node::deleteNodes({}, nullptr, nullptr); }},
         {"context != nil", [&] { Node::deleteNodes({}, deletion, nullptr); }},
         {"options != nil", [&] { Node::deleteRepositoryNodesAtURLs({}, nullptr, nullptr); }},
@@ -83,6 +89,15 @@ TEST(OperationConditions, AreTestedInOrder)
         {"source != nil", [&] { Node::deleteNodeAtPath(path, nullptr, nullptr); }},
         {"context != nil", [&] { Node::deleteNodeAtPath(path, path, nullptr); }},
         {"[source isKindOfClass:[HSVNLocalPath class]]", [&] { Node::deleteNodeAtPath(path, url, context); }},
+    });
+}
+
+TEST_F(OperationConditions, OfImportExportAndMerge)
+{
+    const auto exporting = HSVNExportOptions::defaults();
+    const auto importing = HSVNImportOptions::defaults();
+    const auto merging = HSVNMergeOptions::defaults();
+    expect({
         {"path != nil", [&] { Node::importNodeAtPath(nullptr, nullptr, nullptr, nullptr); }},
         {"url != nil", [&] { Node::importNodeAtPath(path, nullptr, nullptr, nullptr); }},
         {"options != nil", [&] { Node::importNodeAtPath(path, url, nullptr, nullptr); }},
@@ -99,6 +114,21 @@ TEST(OperationConditions, AreTestedInOrder)
         {"workingCopyPath != nil", [&] { Node::mergeNodeAtPath(path, head, path, head, nullptr, nullptr, nullptr); }},
         {"options != nil", [&] { Node::mergeNodeAtPath(path, head, path, head, path, nullptr, nullptr); }},
         {"context != nil", [&] { Node::mergeNodeAtPath(path, head, path, head, path, merging, nullptr); }},
+    });
+}
+
+TEST_F(OperationConditions, OfChangesOfAWorkingCopy)
+{
+    const auto adding = HSVNAddOptions::defaults();
+    const auto checkingOut = HSVNCheckOutOptions::defaults();
+    const auto resolving = HSVNResolveOptions::defaults();
+    const auto reverting = HSVNRevertOptions::defaults();
+    const auto updating = HSVNUpdateOptions::defaults();
+    const auto unknownDepth = HSVNCheckOutOptions::defaults();
+    unknownDepth->setDepth(HSVNDepthUnknown);
+    const auto excluded = HSVNCheckOutOptions::defaults();
+    excluded->setDepth(HSVNDepthExclude);
+    expect({
         {"path != nil", [&] { Node::add(nullptr, nullptr, nullptr); }},
         {"path != nil", [&] { Node::add(nullptr, nullptr); }},
         {"options != nil", [&] { Node::add(path, nullptr, nullptr); }},
@@ -121,17 +151,20 @@ TEST(OperationConditions, AreTestedInOrder)
          [&] { Directory::checkoutDirectoryAtURL(url, path, excluded, nullptr); }},
         {"context != nil", [&] { Directory::checkoutDirectoryAtURL(url, path, checkingOut, nullptr); }},
         {"path != nil", [&] { Node::revertNodes({nullptr}, reverting, context); }},
+    });
+    EXPECT_THROW(Node::commitChangesToNodes({path}, HSVNCommitOptions::defaults(), nullptr),
+                 HSVNInvalidArgumentException);
+}
+
+TEST_F(OperationConditions, OfLocks)
+{
+    const auto locking = HSVNLockOptions::defaults();
+    const auto unlocking = HSVNUnlockOptions::defaults();
+    expect({
         {"options != nil", [&] { Node::lockNodes({}, {}, nullptr, nullptr); }},
         {"context != nil", [&] { Node::lockNodes({}, {}, locking, nullptr); }},
         {"path != nil", [&] { Node::lockNodes({nullptr}, {}, locking, context); }},
         {"options != nil", [&] { Node::unlockNodes({}, nullptr, nullptr); }},
         {"context != nil", [&] { Node::unlockNodes({}, unlocking, nullptr); }},
-    };
-    for (std::size_t index = 0; index < cases.size(); ++index) {
-        EXPECT_EQ(reasonOf<HSVNAssertionException>(cases[index].second),
-                  std::string{"Invalid parameter not satisfying: "} + cases[index].first)
-            << index;
-    }
-    EXPECT_THROW(Node::commitChangesToNodes({path}, HSVNCommitOptions::defaults(), nullptr),
-                 HSVNInvalidArgumentException);
+    });
 }
