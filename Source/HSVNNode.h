@@ -361,7 +361,7 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// @param toPath    the local path to write; not nil ("toPath != nil")
     /// @param options   revision, depth, line ends, externals, overwriting; not nil ("options != nil")
     /// @param context   not nil ("context != nil")
-    /// @return the revision that was exported
+    /// @return the revision that was exported, or `HSVNInvalidRevision` for what a working copy holds
     /// @throws HSVNException for every Subversion error; HSVNInvalidArgumentException "Invalid depth" for a depth that
     ///         Subversion 1.4 cannot express
     ///
@@ -426,8 +426,8 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// @return the revision of the commit, or `HSVNInvalidRevision` for a move on disk
     /// @throws HSVNEntryExistsException when the destination exists; HSVNOperationCancelledException
     ///         "Move was canceled" when the log message was refused; HSVNException "Failed to move item at '%@' to
-    ///         unversioned directory at '%@'", and for every other
-    ///         Subversion error
+    ///         unversioned directory at '%@'", or "Copied item at '%@' to unversioned directory at '%@', but cannot
+    ///         delete it: %@", and for every other Subversion error
     /// Stands for svn_client_move4.
     static HSVNRevisionNumber moveNodeAtPath(const HSVNPathRef& sourcePath, const HSVNPathRef& destPath,
                                              const std::shared_ptr<const HSVNMoveOptions>& options,

@@ -1,4 +1,5 @@
-// One random script of operations, once through the library and once through the installed svn.
+// One random script of operations, once through the library and once through the installed svn. Other scripts come from
+// seeds in HSVN_RANDOM_SCRIPT_SEEDS, such as "1 2 3".
 
 #include "HSVNAddOptions.h"
 #include "HSVNCommitOptions.h"
