@@ -8,6 +8,9 @@
 struct svn_client_status_t;
 struct svn_client_info2_t;
 struct svn_log_entry_t;
+// Objects that lines before 1.10 do not have.
+struct svn_client_conflict_t;
+struct svn_client_conflict_option_t;
 
 /// Functions that a bundle may offer beside the 91 places.
 ///
@@ -91,6 +94,7 @@ struct HSVNBundleExtensions
         svn_boolean_t dryRun;
         svn_boolean_t allowMixedRevisions;
         const apr_array_header_t* arguments; ///< of the program that merges texts; may be null
+        int conflictChoice;                  ///< a svn_wc_conflict_choice_t for every conflict, or -1 to leave them
     };
 
     /// A library that Subversion is linked to; statically where there is no runtime version.
@@ -115,6 +119,41 @@ struct HSVNBundleExtensions
         const char* host;
         const char* operatingSystem;
         apr_array_header_t* libraries; ///< LinkedLibrary
+    };
+
+    /// What an item's conflicts are about, in Subversion's own numbers.
+    struct ConflictState
+    {
+        svn_boolean_t text;
+        svn_boolean_t tree;
+        const apr_array_header_t* properties; ///< names
+        const char* mimeType;                 ///< of a file in conflict; may be null
+        int recommended;                      ///< a svn_client_conflict_option_id_t
+    };
+
+    struct ConflictOption
+    {
+        int id;
+        const char* label;
+        const char* description;
+    };
+
+    /// Files or values of a conflict; any may be null.
+    template <class Value>
+    struct ConflictSides
+    {
+        Value base;
+        Value mine;
+        Value theirOld;
+        Value theirNew;
+    };
+
+    /// A stretch of lines of a three-way comparison: where it begins in each file, and how many lines it has there.
+    struct MergeStretch
+    {
+        svn_boolean_t isConflict;
+        apr_int64_t start[3]; ///< in the common ancestor, mine, theirs; -1 where the result does not come from it
+        apr_int64_t length[3];
     };
 
     /// Size of the table in bytes, these two fields included.
@@ -292,6 +331,48 @@ struct HSVNBundleExtensions
                                 svn_boolean_t makeParents, svn_boolean_t allowMixedRevisions,
                                 const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
                                 svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_conflict_get, 1.10 and later; the conflict lives in the pool
+    svn_error_t* (*conflict_get)(svn_client_conflict_t** conflict, const char* path, svn_client_ctx_t* ctx,
+                                 apr_pool_t* pool);
+    /// svn_client_conflict_get_conflicted, _text_get_mime_type and _get_recommended_option_id
+    svn_error_t* (*conflict_state)(ConflictState* state, svn_client_conflict_t* conflict, apr_pool_t* pool);
+    /// svn_client_conflict_prop_get_description, or svn_client_conflict_tree_get_description where `local` is given
+    svn_error_t* (*conflict_description)(const char** description, const char** local, svn_client_conflict_t* conflict,
+                                         svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_conflict_tree_get_details
+    svn_error_t* (*conflict_details)(svn_client_conflict_t* conflict, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_conflict_text_get_resolution_options and its like; the kind is a svn_wc_conflict_kind_t, the options
+    /// are `ConflictOption` values
+    svn_error_t* (*conflict_options)(apr_array_header_t** options, svn_client_conflict_t* conflict, int kind,
+                                     svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_conflict_text_resolve_by_id and its like; the value is that of a merged property, or null
+    svn_error_t* (*conflict_resolve)(svn_client_conflict_t* conflict, int kind, const char* property, int option,
+                                     const svn_string_t* value, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_conflict_text_get_contents
+    svn_error_t* (*conflict_files)(ConflictSides<const char*>* files, svn_client_conflict_t* conflict,
+                                   apr_pool_t* pool);
+    /// svn_client_conflict_prop_get_propvals
+    svn_error_t* (*conflict_values)(ConflictSides<const svn_string_t*>* values, svn_client_conflict_t* conflict,
+                                    const char* property, apr_pool_t* pool);
+    /// svn_client_conflict_option_get_moved_to_abspath_candidates2 or its like for the repository, 1.11 and later; null
+    /// when the option has none
+    svn_error_t* (*conflict_move_targets)(apr_array_header_t** targets, svn_client_conflict_t* conflict, int option,
+                                          svn_boolean_t inRepository, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_conflict_option_set_moved_to_abspath2 or its like for the repository, 1.11 and later
+    svn_error_t* (*conflict_choose_move_target)(svn_client_conflict_t* conflict, int option, svn_boolean_t inRepository,
+                                                int index, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_diff_file_output_unified4, 1.9 and later
+    svn_error_t* (*diff_files)(svn_stream_t* out, const char* original, const char* modified, const char* originalLabel,
+                               const char* modifiedLabel, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_diff_file_output_merge3, conflicts only with their lines' numbers, 1.9 and later
+    svn_error_t* (*diff_conflicts)(svn_stream_t* out, const ConflictSides<const char*>* files,
+                                   const ConflictSides<const char*>* labels, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_diff_mem_string_output_merge3, 1.9 and later
+    svn_error_t* (*diff_values)(svn_stream_t* out, const ConflictSides<const svn_string_t*>* values,
+                                const ConflictSides<const char*>* labels, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_diff_file_diff3_2, 1.9 and later: the stretches of a merge, as `MergeStretch` values
+    svn_error_t* (*diff_stretches)(apr_array_header_t** stretches, const ConflictSides<const char*>* files,
+                                   svn_client_ctx_t* ctx, apr_pool_t* pool);
 };
 
 extern "C" {

@@ -28,7 +28,8 @@ HSVNBundleExtensions::Merging wishesOf(const HSVNOperation& operation, const HSV
             options.recordOnly,
             options.dryRun,
             options.allowMixedRevisions,
-            HSVNFilterArray(operation, options.arguments)};
+            HSVNFilterArray(operation, options.arguments),
+            options.resolution ? static_cast<int>(*options.resolution) : -1};
 }
 
 } // namespace

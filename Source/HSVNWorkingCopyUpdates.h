@@ -1,5 +1,6 @@
 #pragma once
 
+#include "HSVNConflictedItem.h"
 #include "HSVNContext.h"
 #include "HSVNRevisionSpec.h"
 #include "HSVNTypes.h"
@@ -49,6 +50,9 @@ struct HSVNItemMergeOptions
     bool dryRun = false;                  ///< tell what would be done and leave the working copy as it is
     bool allowMixedRevisions = false;     ///< merge into a working copy of several revisions
     std::vector<std::string> arguments{}; ///< of the program, external or not, that merges texts
+    /// How every conflict is settled while the merge goes on, by a choice from `Postpone` to `MergedText`; nil leaves
+    /// them.
+    std::optional<HSVNResolutionChoice> resolution{};
 };
 
 /// Brings working-copy items to a revision.

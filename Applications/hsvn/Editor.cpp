@@ -42,25 +42,6 @@ std::pair<std::string, int> makeFile(const std::string& folder, const std::strin
     }
 }
 
-void writeAndClose(int descriptor, std::string_view contents, const std::string& path)
-{
-    int code = 0;
-    while (!contents.empty() && code == 0) {
-        const ssize_t count = write(descriptor, contents.data(), contents.size());
-        if (count >= 0) {
-            contents.remove_prefix(static_cast<std::size_t>(count));
-        } else if (errno != EINTR) {
-            code = errno;
-        }
-    }
-    if (close(descriptor) != 0 && code == 0) {
-        code = errno;
-    }
-    if (code != 0) {
-        failWith(code, "write to", path);
-    }
-}
-
 /// Stands in a folder while it lives.
 class WorkingFolder
 {
@@ -112,6 +93,30 @@ std::optional<std::string> Editor::edit(const std::string& text)
         return withUnixLineEnds(NativeText::toUTF8(edited, encoding));
     } catch (const HSVNException& exception) {
         throw wrapped(exception, "Error normalizing edited contents to internal format");
+    }
+}
+
+void Editor::editFile(Session& session, const std::string& path)
+{
+    const Editor editor{session, path.substr(0, path.rfind('/')), ""};
+    editor.run(editor.command(), baseName(path));
+}
+
+std::string Editor::editBytes(Session& session, const std::string& bytes)
+{
+    const std::string folder = NativeText::toUTF8(std::filesystem::temp_directory_path().string());
+    Editor editor{session, folder, fmt::format("svn-{}", getpid())};
+    const auto [name, descriptor] = makeFile(folder, editor._baseName);
+    editor._file = joined(folder, name);
+    try {
+        writeAndClose(descriptor, bytes, editor._file);
+        editFile(session, editor._file);
+        std::string edited = contentsOfFile(editor._file);
+        editor.removeFile();
+        return edited;
+    } catch (const HSVNException&) {
+        editor.removeFile();
+        throw;
     }
 }
 

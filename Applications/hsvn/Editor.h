@@ -22,6 +22,17 @@ class Editor
     /// The file stays.
     std::optional<std::string> edit(const std::string& text);
 
+    /// Has a file edited where it is.
+    ///
+    /// @param path  absolute
+    /// @throws HSVNException as `edit`
+    static void editFile(Session& session, const std::string& path);
+    /// Has bytes edited in a temporary file.
+    ///
+    /// @return the bytes afterwards
+    /// @throws HSVNException as `edit`
+    static std::string editBytes(Session& session, const std::string& bytes);
+
     /// The file that was edited last, below the folder; empty before the first.
     const std::string& file() const { return _file; }
     void removeFile();

@@ -138,6 +138,15 @@ void printWarning(const HSVNException& exception)
     Output::writeError(fmt::format("{}: warning: W{:06}: {}\n", programName(), link.code, link.message));
 }
 
+void reportFailedProgram(const HSVNException& exception)
+{
+    const auto code = exception.status();
+    if (code != NoEditor && code != NoMergeTool && code != ExternalProgram) {
+        exception.raise();
+    }
+    Output::writeError(exception.reason() + "\n");
+}
+
 void TargetFailures::tolerate(const HSVNException& exception, const std::vector<std::int32_t>& tolerated)
 {
     const auto code = std::find_if(tolerated.begin(), tolerated.end(),

@@ -14,17 +14,23 @@ enum ErrorCode : std::int32_t
 {
     EndOfFile = 70014,
     BadFileName = 125001,
+    BadURL = 125002,
     BadPropertyValue = 125005,
     InconsistentLineEnds = 135000,
     WorkingCopyLocked = 155004,
     WorkingCopyNotDirectory = 155007,
     WorkingCopyPathNotFound = 155010,
+    ObstructedUpdate = 155000,
+    FoundConflict = 155015,
+    ConflictResolverFailure = 155027,
     WorkingCopyUpgradeRequired = 155036,
     InvalidOperationDepth = 155038,
     IllegalURL = 170000,
     AuthenticationFailed = 215004,
     BadRevision = 195002,
     ClientModified = 195006,
+    UnrelatedResources = 195012,
+    InvalidMergeInfo = 195021,
     ClientIsDirectory = 195007,
     ClientBadRevision = 195008,
     EntryNotFound = 150000,
@@ -50,6 +56,7 @@ enum ErrorCode : std::int32_t
     NoEditor = 205007,
     BadLogMessage = 205008,
     UnnecessaryLogMessage = 205009,
+    NoMergeTool = 205010,
     ExternalsProcessing = 205011
 };
 
@@ -89,6 +96,9 @@ void printError(const HSVNException& exception, const std::string& prefix);
 void printWarning(const HSVNException& exception);
 /// Prints the whole chain in that form.
 void printWarnings(const HSVNException& exception);
+
+/// Says why an editor or a merge tool could not be used; rethrows what is another failure.
+void reportFailedProgram(const HSVNException& exception);
 
 /// Gathers what went wrong with some of several targets, so that the others are still served.
 class TargetFailures

@@ -117,11 +117,10 @@ struct Line // NOLINT(clang-analyzer-optin.performance.Padding): the order in wh
 };
 
 constexpr Line lines[] = {
-    {"D         {0}\n", HSVNNotifyActionDelete},
+    {"D         {0}\n", HSVNNotifyActionDelete, true},
     {"Restored '{0}'\n", HSVNNotifyActionRestore},
     {"Reverted '{0}'\n", HSVNNotifyActionRevert},
     {"Failed to revert '{0}' -- try updating instead.\n", HSVNNotifyActionFailedRevert},
-    {"Resolved conflicted state of '{0}'\n", HSVNNotifyActionResolved},
     {"D    {0}\n", HSVNNotifyActionUpdateDelete, true},
     {"R    {0}\n", HSVNNotifyActionUpdateReplace, true},
     {"Status against revision: {2:6}\n", HSVNNotifyActionStatusCompleted},
@@ -152,7 +151,7 @@ constexpr Line lines[] = {
     {"\nPerforming info on external item at '{0}':\n", number(Newer::InfoExternal)},
     {"Searching tree conflict details for '{0}' in repository:\n", number(Newer::BeginSearchTreeConflictDetails)},
     {"\rChecking r{2}...", number(Newer::TreeConflictDetailsProgress)},
-    {"\rChecking r             \r", number(Newer::EndSearchTreeConflictDetails)},
+    {" done\n", number(Newer::EndSearchTreeConflictDetails)},
 };
 
 /// How the end of an operation is told.
@@ -239,6 +238,13 @@ void NotificationPrinter::print(const HSVNNotification& notification)
     }
 }
 
+void NotificationPrinter::requireExternals() const
+{
+    if (_hasFailedExternal) {
+        fail(ExternalsProcessing, "Failure occurred processing one or more externals definitions");
+    }
+}
+
 void NotificationPrinter::printConflictSummary() const
 {
     if (!_isQuiet) {
@@ -278,7 +284,6 @@ std::string NotificationPrinter::textOfChange(const HSVNNotification& notificati
         return update(notification);
     case HSVNNotifyActionTreeConflict:
         _conflicts.add(shownPath(notification), ConflictKind::Tree);
-        _hasChange = true;
         return fmt::format("   C {}\n", shownPath(notification));
     case HSVNNotifyActionUpdateCompleted:
         return completion(notification);
@@ -341,10 +346,11 @@ std::string NotificationPrinter::textOfResult(const HSVNNotification& notificati
     case number(Newer::ResolvedTree):
         _conflicts.resolve(path, ConflictKind::Tree);
         return fmt::format("Tree conflict at '{}' marked as resolved.\n", path);
-    case number(Newer::ConflictResolverStarting):
-        return _conflicts.hasConflicts() ? _conflicts.summary() : "";
-    case number(Newer::ConflictResolverDone):
-        return _conflicts.hasResolved() ? _conflicts.summary() : "";
+    case HSVNNotifyActionResolved:
+        for (const auto kind : {ConflictKind::Text, ConflictKind::Property, ConflictKind::Tree}) {
+            _conflicts.resolve(path, kind);
+        }
+        return fmt::format("Resolved conflicted state of '{}'\n", path);
     case HSVNNotifyActionFailedLock:
     case HSVNNotifyActionFailedUnlock:
     case HSVNNotifyActionFailedExternal:

@@ -36,6 +36,9 @@ class NotificationPrinter
     void printConflictSummary() const;
 
     ConflictStatistics& conflicts() { return _conflicts; }
+    const ConflictStatistics& conflicts() const { return _conflicts; }
+    /// Fails when an external could not be served.
+    void requireExternals() const;
     /// Whether an external could not be served.
     bool hasFailedExternal() const { return _hasFailedExternal; }
     /// Whether something was told as a warning, such as a lock that was not got.

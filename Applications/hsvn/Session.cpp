@@ -70,6 +70,10 @@ const HSVNClientRef& Session::client()
         settings.options.push_back({HSVNConfigCategoryConfig, HSVNConfigSectionMiscellany, "enable-auto-props",
                                     options.autoProperties ? "yes" : "no"});
     }
+    if (options.mergeCommand) {
+        settings.options.push_back(
+            {HSVNConfigCategoryConfig, HSVNConfigSectionHelpers, "diff3-cmd", *options.mergeCommand});
+    }
     if (const auto refused = HSVNApplyClientSettings(settings, client)) {
         printWarning(*refused);
     }

@@ -36,17 +36,20 @@ struct Subcommand
 const Subcommand& addSubcommand();
 const Subcommand& catSubcommand();
 const Subcommand& changelistSubcommand();
+const Subcommand& checkoutSubcommand();
 const Subcommand& cleanupSubcommand();
 const Subcommand& commitSubcommand();
 const Subcommand& copySubcommand();
 const Subcommand& createSubcommand();
 const Subcommand& deleteSubcommand();
+const Subcommand& exportSubcommand();
 const Subcommand& helpSubcommand();
 const Subcommand& importSubcommand();
 const Subcommand& infoSubcommand();
 const Subcommand& listSubcommand();
 const Subcommand& lockSubcommand();
 const Subcommand& logSubcommand();
+const Subcommand& mergeSubcommand();
 const Subcommand& mkdirSubcommand();
 const Subcommand& moveSubcommand();
 const Subcommand& propdelSubcommand();
@@ -57,7 +60,9 @@ const Subcommand& relocateSubcommand();
 const Subcommand& resolvedSubcommand();
 const Subcommand& revertSubcommand();
 const Subcommand& statusSubcommand();
+const Subcommand& switchSubcommand();
 const Subcommand& unlockSubcommand();
+const Subcommand& updateSubcommand();
 const Subcommand& upgradeSubcommand();
 
 /// All subcommands in the order of `help`.

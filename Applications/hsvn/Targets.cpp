@@ -168,3 +168,5 @@ std::string commonFolder(const std::vector<std::string>& paths)
     }
     return folder;
 }
+
+std::string nameOfURL(const std::string& url) { return HSVNURL::URLWithString(url)->denormalizedLastComponent(); }

@@ -52,3 +52,5 @@ std::string parentFolder(const std::string& path);
 std::string commonFolder(const std::vector<std::string>& paths);
 /// The last component.
 std::string baseName(const std::string& path);
+/// The last component of a URL, unescaped.
+std::string nameOfURL(const std::string& url);

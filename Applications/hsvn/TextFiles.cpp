@@ -12,7 +12,7 @@
 
 namespace {
 
-[[noreturn]] void failToRead(const char* what, const std::string& path)
+[[noreturn]] void failTo(const char* what, const std::string& path)
 {
     const int code = errno;
     fail(code, fmt::format("Can't {} '{}': {}", what, path, std::generic_category().message(code)));
@@ -26,7 +26,7 @@ class OpenFile
         : _descriptor{path == "-" ? STDIN_FILENO : open(NativeText::fromUTF8(path).c_str(), O_RDONLY | O_CLOEXEC)}
     {
         if (_descriptor < 0) {
-            failToRead("open file", path);
+            failTo("open file", path);
         }
     }
     ~OpenFile()
@@ -72,7 +72,7 @@ std::string contentsOfFile(const std::string& path)
             return contents;
         }
         if (count < 0 && errno != EINTR) {
-            failToRead("read file", path);
+            failTo("read file", path);
         }
         contents.append(buffer.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
     }
@@ -101,4 +101,33 @@ std::string withUnixLineEnds(const std::string& text)
         result += '\n';
     }
     return result;
+}
+
+void writeAndClose(int descriptor, std::string_view contents, const std::string& path)
+{
+    int code = 0;
+    while (!contents.empty() && code == 0) {
+        const ssize_t count = write(descriptor, contents.data(), contents.size());
+        if (count >= 0) {
+            contents.remove_prefix(static_cast<std::size_t>(count));
+        } else if (errno != EINTR) {
+            code = errno;
+        }
+    }
+    if (close(descriptor) != 0 && code == 0) {
+        code = errno;
+    }
+    if (code != 0) {
+        errno = code;
+        failTo("write to", path);
+    }
+}
+
+void writeFile(const std::string& path, std::string_view contents)
+{
+    const int descriptor = open(NativeText::fromUTF8(path).c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0666);
+    if (descriptor < 0) {
+        failTo("open file", path);
+    }
+    writeAndClose(descriptor, contents, path);
 }

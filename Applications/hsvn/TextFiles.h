@@ -19,3 +19,12 @@ std::vector<std::string> linesOfTargetsFile(const std::string& path);
 ///
 /// @throws HSVNException "Inconsistent line ending style" for a text with several kinds of line end
 std::string withUnixLineEnds(const std::string& text);
+
+/// Replaces the contents of a file.
+///
+/// @throws HSVNException with the system's code for a file that cannot be written
+void writeFile(const std::string& path, std::string_view contents);
+/// Writes everything to an open file and closes it; the path is for the messages.
+///
+/// @throws as `writeFile`
+void writeAndClose(int descriptor, std::string_view contents, const std::string& path);

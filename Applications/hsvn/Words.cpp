@@ -97,14 +97,18 @@ StatusName nameOf(HSVNStatusKind status)
     return {"none", '?'};
 }
 
-} // namespace
-
-bool isTrueWord(const std::string& value)
+/// Whether a configuration's value is one of the words, in capitals or not.
+bool isOneOf(const std::string& value, const std::array<const char*, 4>& words)
 {
-    constexpr std::array words{"true", "yes", "on", "1"};
     return std::any_of(words.begin(), words.end(),
                        [&](const char* word) { return strcasecmp(word, value.c_str()) == 0; });
 }
+
+} // namespace
+
+bool isTrueWord(const std::string& value) { return isOneOf(value, {"true", "yes", "on", "1"}); }
+
+bool isFalseWord(const std::string& value) { return isOneOf(value, {"false", "no", "off", "0"}); }
 
 const char* wordOf(HSVNNodeKind kind)
 {

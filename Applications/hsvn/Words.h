@@ -13,6 +13,8 @@ const char* wordOf(HSVNSchedule schedule);
 const char* wordOf(HSVNStatusKind status);
 /// Whether a configuration's value says yes.
 bool isTrueWord(const std::string& value);
+/// Whether it says no.
+bool isFalseWord(const std::string& value);
 /// The letter of a status column.
 char letterOf(HSVNStatusKind status);
 

@@ -6,6 +6,7 @@
 
 namespace HSVNAdapter {
 
+void fillConflictExtensions(HSVNBundleExtensions& table);
 void fillRepositoryExtensions(HSVNBundleExtensions& table);
 void fillUpdateExtensions(HSVNBundleExtensions& table);
 void fillWorkingCopyExtensions(HSVNBundleExtensions& table);

@@ -190,6 +190,7 @@ HSVNBundleExtensions makeExtensions()
     fillWorkingCopyExtensions(table);
     fillUpdateExtensions(table);
     fillRepositoryExtensions(table);
+    fillConflictExtensions(table);
     return table;
 }
 

@@ -169,6 +169,69 @@ def move_repository(wc):
     os.rename(os.path.join(root, "repository"), os.path.join(root, "elsewhere"))
 
 
+def outdate(wc):
+    """Local changes of which an update makes text, property and tree conflicts."""
+    run_svn(wc, "update", "-r", "2")
+    write(wc, "iota", "mine\n")
+    run_svn(wc, "propset", "color", "mine", "A/mu")
+    write(wc, "A/B/lambda", "mine\n")
+    run_svn(wc, "delete", "A/C/doomed")
+
+
+def obstruct(wc):
+    """Items in the way of what an update brings: unversioned, and added."""
+    run_svn(wc, "mkdir", "folder")
+    write(wc, "folder/file", "theirs\n")
+    write(wc, "new", "theirs\n")
+    run_svn(wc, "add", "folder/file", "new")
+    run_svn(wc, "commit", "-m", "Add items")
+    run_svn(wc, "update", "-r", "6")
+    os.mkdir(os.path.join(wc, "folder"))
+    write(wc, "folder/file", "mine\n")
+    write(wc, "new", "mine\n")
+    run_svn(wc, "add", "new")
+
+
+def move(wc):
+    """A moved file that an update changes."""
+    write(wc, "A/mu", "theirs\n")
+    run_svn(wc, "commit", "-m", "Change mu")
+    run_svn(wc, "update", "-r", "6")
+    run_svn(wc, "move", "A/mu", "A/mu-moved")
+
+
+def break_external(wc):
+    """An external that cannot be had, and one that can."""
+    run_svn(wc, "propset", "svn:externals", "^/nowhere missing\n^/branches/one/A/C there", ".")
+
+
+def make_sparse(wc):
+    """Most of the working copy left out."""
+    run_svn(wc, "update", "--set-depth", "empty")
+
+
+def leave_tree(wc):
+    """A folder outside of the working copy with files that the repository has too."""
+    tree = os.path.join(os.path.dirname(wc), "tree")
+    os.makedirs(os.path.join(tree, "C"))
+    write(tree, "mu", "mine\n")
+
+
+def make_mergeable(wc):
+    """A branch with two changes that the working copy of the trunk does not have, one in conflict with the trunk."""
+    run_svn(wc, "switch", "^/branches/one")
+    write(wc, "iota", "branch\n")
+    run_svn(wc, "commit", "-m", "Change iota on the branch")
+    write(wc, "A/mu", "branch\n")
+    run_svn(wc, "commit", "-m", "Change mu on the branch")
+    run_svn(wc, "switch", "^/trunk")
+
+
+def mix_revisions(wc):
+    make_mergeable(wc)
+    run_svn(wc, "update", "-r", "5", "iota")
+
+
 PREPARATIONS = {
     "clean": lambda wc: None,
     "changed": change,
@@ -179,4 +242,6 @@ PREPARATIONS = {
     "robbed": rob,
     "old": age,
     "moved": move_repository,
-}
+,
+                "outdated": outdate, "obstructed": obstruct, "moved": move, "brokenexternal": break_external,
+                "sparse": make_sparse, "tree": leave_tree, "merging": make_mergeable, "mixed": mix_revisions}

@@ -1,0 +1,183 @@
+#include "HSVNConflictedItem.h"
+
+#include "HSVNExtensionCallPrivate.h"
+#include "HSVNTextPrivate.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr const char* className = "HSVNConflictedItem";
+
+static_assert(static_cast<int>(HSVNResolutionChoice::Unspecified) == svn_client_conflict_option_unspecified);
+static_assert(static_cast<int>(HSVNResolutionChoice::IncomingDeleteAccept) ==
+              svn_client_conflict_option_incoming_delete_accept);
+static_assert(static_cast<int>(HSVNResolutionChoice::BothMovedFolderMoveMerge) ==
+              svn_client_conflict_option_both_moved_dir_move_merge);
+
+HSVNContextRef checked(HSVNContextRef context)
+{
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    return context;
+}
+
+std::optional<std::string> textOrNil(const svn_string_t* value)
+{
+    return value ? std::optional{std::string{value->data, value->len}} : std::nullopt;
+}
+
+/// A value that lives in the pool.
+const svn_string_t* valueIn(const HSVNOperation& operation, const std::string& bytes, apr_pool_t* pool)
+{
+    auto* const data = static_cast<char*>(operation->apr_palloc(pool, bytes.size() + 1));
+    std::copy_n(bytes.c_str(), bytes.size() + 1, data);
+    auto* const value = static_cast<svn_string_t*>(operation->apr_palloc(pool, sizeof(svn_string_t)));
+    *value = {data, bytes.size()};
+    return value;
+}
+
+} // namespace
+
+struct HSVNConflictedItem::Conflict
+{
+    Conflict(const std::string& path, HSVNContextRef theContext) : context{std::move(theContext)}
+    {
+        HSVNOperation operation{context, className, "initWithPath:context:", {{"path", path}, {"context", context}}};
+        // The conflict outlives the operation.
+        pool = std::make_unique<HSVNPool>(context->pool());
+        operation.check(operation.extension(&HSVNBundleExtensions::conflict_get)(&record, operation.cString(path),
+                                                                                 operation.ctx(), *pool));
+        HSVNBundleExtensions::ConflictState state{};
+        operation.check(operation.extension(&HSVNBundleExtensions::conflict_state)(&state, record, operation.pool()));
+        hasText = state.text;
+        hasTree = state.tree;
+        mimeType = HSVNTextOrNil(state.mimeType);
+        for (int index = 0; state.properties && index < state.properties->nelts; ++index) {
+            properties.emplace_back(APR_ARRAY_IDX(state.properties, index, const char*));
+        }
+    }
+
+    HSVNContextRef context;
+    std::unique_ptr<HSVNPool> pool;
+    svn_client_conflict_t* record = nullptr;
+    bool hasText = false;
+    bool hasTree = false;
+    std::vector<std::string> properties;
+    std::optional<std::string> mimeType;
+};
+
+HSVNConflictedItem::HSVNConflictedItem(const std::string& path, HSVNContextRef context)
+    : _conflict{std::make_unique<Conflict>(path, checked(std::move(context)))}
+{
+}
+
+HSVNConflictedItem::~HSVNConflictedItem() = default;
+
+bool HSVNConflictedItem::hasTextConflict() const { return _conflict->hasText; }
+
+bool HSVNConflictedItem::hasTreeConflict() const { return _conflict->hasTree; }
+
+const std::vector<std::string>& HSVNConflictedItem::conflictedProperties() const { return _conflict->properties; }
+
+const std::optional<std::string>& HSVNConflictedItem::mimeType() const { return _conflict->mimeType; }
+
+void HSVNConflictedItem::searchDetails()
+{
+    HSVNOperation operation{_conflict->context, className, "searchDetails", {}};
+    operation.check(operation.extension(&HSVNBundleExtensions::conflict_details)(_conflict->record, operation.ctx(),
+                                                                                 operation.pool()));
+}
+
+HSVNResolutionChoice HSVNConflictedItem::recommendedChoice()
+{
+    HSVNOperation operation{_conflict->context, className, "recommendedChoice", {}};
+    HSVNBundleExtensions::ConflictState state{};
+    operation.check(
+        operation.extension(&HSVNBundleExtensions::conflict_state)(&state, _conflict->record, operation.pool()));
+    return static_cast<HSVNResolutionChoice>(state.recommended);
+}
+
+std::vector<HSVNConflictOption> HSVNConflictedItem::options(HSVNConflictKind kind)
+{
+    HSVNOperation operation{_conflict->context, className, "optionsOfKind:", {}};
+    apr_array_header_t* found = nullptr;
+    operation.check(operation.extension(&HSVNBundleExtensions::conflict_options)(
+        &found, _conflict->record, static_cast<int>(kind), operation.ctx(), operation.pool()));
+    std::vector<HSVNConflictOption> options;
+    for (int index = 0; index < found->nelts; ++index) {
+        const auto& option = APR_ARRAY_IDX(found, index, HSVNBundleExtensions::ConflictOption);
+        options.push_back({static_cast<HSVNResolutionChoice>(option.id), option.label, option.description});
+    }
+    return options;
+}
+
+std::string HSVNConflictedItem::descriptionOfPropertyConflict()
+{
+    HSVNOperation operation{_conflict->context, className, "descriptionOfPropertyConflict", {}};
+    const char* description = nullptr;
+    operation.check(operation.extension(&HSVNBundleExtensions::conflict_description)(
+        &description, nullptr, _conflict->record, operation.ctx(), operation.pool()));
+    return description;
+}
+
+std::pair<std::string, std::string> HSVNConflictedItem::descriptionOfTreeConflict()
+{
+    HSVNOperation operation{_conflict->context, className, "descriptionOfTreeConflict", {}};
+    const char* incoming = nullptr;
+    const char* local = nullptr;
+    operation.check(operation.extension(&HSVNBundleExtensions::conflict_description)(
+        &incoming, &local, _conflict->record, operation.ctx(), operation.pool()));
+    return {incoming, local};
+}
+
+HSVNConflictSides HSVNConflictedItem::files()
+{
+    HSVNOperation operation{_conflict->context, className, "files", {}};
+    HSVNBundleExtensions::ConflictSides<const char*> files{};
+    operation.check(
+        operation.extension(&HSVNBundleExtensions::conflict_files)(&files, _conflict->record, operation.pool()));
+    return {HSVNTextOrNil(files.base), HSVNTextOrNil(files.mine), HSVNTextOrNil(files.theirOld),
+            HSVNTextOrNil(files.theirNew)};
+}
+
+HSVNConflictSides HSVNConflictedItem::propertyValues(const std::string& property)
+{
+    HSVNOperation operation{_conflict->context, className, "propertyValues:", {{"property", property}}};
+    HSVNBundleExtensions::ConflictSides<const svn_string_t*> values{};
+    operation.check(operation.extension(&HSVNBundleExtensions::conflict_values)(
+        &values, _conflict->record, operation.cString(property), operation.pool()));
+    return {textOrNil(values.base), textOrNil(values.mine), textOrNil(values.theirOld), textOrNil(values.theirNew)};
+}
+
+std::vector<std::string> HSVNConflictedItem::moveTargets(HSVNResolutionChoice choice, HSVNMovePlace place)
+{
+    HSVNOperation operation{_conflict->context, className, "moveTargetsOfChoice:place:", {}};
+    apr_array_header_t* found = nullptr;
+    operation.check(operation.extension(&HSVNBundleExtensions::conflict_move_targets)(
+        &found, _conflict->record, static_cast<int>(choice), place == HSVNMovePlace::Repository, operation.ctx(),
+        operation.pool()));
+    std::vector<std::string> targets;
+    for (int index = 0; found && index < found->nelts; ++index) {
+        targets.emplace_back(APR_ARRAY_IDX(found, index, const char*));
+    }
+    return targets;
+}
+
+void HSVNConflictedItem::chooseMoveTarget(HSVNResolutionChoice choice, HSVNMovePlace place, std::size_t index)
+{
+    HSVNOperation operation{_conflict->context, className, "chooseMoveTarget:place:index:", {}};
+    operation.check(operation.extension(&HSVNBundleExtensions::conflict_choose_move_target)(
+        _conflict->record, static_cast<int>(choice), place == HSVNMovePlace::Repository, static_cast<int>(index),
+        operation.ctx(), operation.pool()));
+}
+
+void HSVNConflictedItem::resolve(HSVNConflictKind kind, HSVNResolutionChoice choice, const std::string& property,
+                                 const std::optional<std::string>& merged)
+{
+    HSVNOperation operation{_conflict->context, className, "resolve:choice:property:value:", {{"property", property}}};
+    // The conflict remembers the value for as long as it lives.
+    const svn_string_t* const value = merged ? valueIn(operation, *merged, *_conflict->pool) : nullptr;
+    operation.check(operation.extension(&HSVNBundleExtensions::conflict_resolve)(
+        _conflict->record, static_cast<int>(kind), operation.cString(property), static_cast<int>(choice), value,
+        operation.ctx(), operation.pool()));
+}

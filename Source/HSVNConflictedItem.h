@@ -1,0 +1,181 @@
+#pragma once
+
+#include "HSVNContents.h"
+#include "HSVNContext.h"
+#include "HSVNItemInfo.h"
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+/// A way to settle a conflict; the values equal those of `svn_client_conflict_option_id_t`, and newer ones pass through
+/// unnamed.
+enum class HSVNResolutionChoice : std::int32_t
+{
+    Postpone = 0,
+    BaseText = 1,
+    IncomingText = 2,
+    WorkingText = 3,
+    IncomingTextWhereConflicted = 4,
+    WorkingTextWhereConflicted = 5,
+    MergedText = 6,
+    Unspecified = 7,
+    // Of tree conflicts
+    AcceptCurrentState = 8,
+    UpdateMoveDestination = 9,
+    UpdateMovedAwayChildren = 10,
+    IncomingAddIgnore = 11,
+    IncomingAddedFileTextMerge = 12,
+    IncomingAddedFileReplaceAndMerge = 13,
+    IncomingAddedFolderMerge = 14,
+    IncomingAddedFolderReplace = 15,
+    IncomingAddedFolderReplaceAndMerge = 16,
+    IncomingDeleteIgnore = 17,
+    IncomingDeleteAccept = 18,
+    IncomingMoveFileTextMerge = 19,
+    IncomingMoveFolderMerge = 20,
+    LocalMoveFileTextMerge = 21,
+    LocalMoveFolderMerge = 22,
+    SiblingMoveFileTextMerge = 23,
+    SiblingMoveFolderMerge = 24,
+    BothMovedFileMerge = 25,
+    BothMovedFileMoveMerge = 26,
+    BothMovedFolderMerge = 27,
+    BothMovedFolderMoveMerge = 28
+};
+
+/// One of the choices that a conflict leaves.
+struct HSVNConflictOption
+{
+    HSVNResolutionChoice choice = HSVNResolutionChoice::Unspecified;
+    std::string label;       ///< up to three words
+    std::string description; ///< one or several lines
+};
+
+/// The files, as absolute paths, or the values of a conflict; nil for one that there is not.
+struct HSVNConflictSides
+{
+    std::optional<std::string> base;
+    std::optional<std::string> mine;
+    std::optional<std::string> theirOld;
+    std::optional<std::string> theirNew;
+};
+
+/// Where to look for what an item may have been moved to.
+enum class HSVNMovePlace : std::uint8_t
+{
+    WorkingCopy,
+    Repository
+};
+
+/// An item of a working copy and what it is in conflict about. Stands for `svn_client_conflict_t`; not offered by lines
+/// before 1.10. Used by the context's thread, and not longer than the context's line stays the same.
+class HSVN_EXPORT HSVNConflictedItem
+{
+  public:
+    /// @param path     a local path
+    /// @param context  not nil ("context != nil")
+    /// @throws HSVNException for an item that is not in conflict, or that cannot be read
+    /// Stands for svn_client_conflict_get.
+    HSVNConflictedItem(const std::string& path, HSVNContextRef context);
+    ~HSVNConflictedItem();
+    HSVNConflictedItem(const HSVNConflictedItem&) = delete;
+    HSVNConflictedItem& operator=(const HSVNConflictedItem&) = delete;
+
+    bool hasTextConflict() const;
+    bool hasTreeConflict() const;
+    /// Names of the properties in conflict.
+    const std::vector<std::string>& conflictedProperties() const;
+    /// Of the file in conflict; nil when it has none.
+    const std::optional<std::string>& mimeType() const;
+
+    /// Asks the repository how a tree conflict came about; descriptions, options and the recommended choice then know.
+    ///
+    /// Stands for svn_client_conflict_tree_get_details.
+    void searchDetails();
+    /// What Subversion would choose; `Unspecified` when it recommends nothing.
+    HSVNResolutionChoice recommendedChoice();
+    /// The choices that a kind of conflict leaves, in Subversion's order.
+    std::vector<HSVNConflictOption> options(HSVNConflictKind kind);
+    std::string descriptionOfPropertyConflict();
+    /// What came in, and what was there.
+    std::pair<std::string, std::string> descriptionOfTreeConflict();
+    HSVNConflictSides files();
+    HSVNConflictSides propertyValues(const std::string& property);
+
+    /// Where the item may have been moved to, for a choice that leaves that open; empty for any other choice.
+    std::vector<std::string> moveTargets(HSVNResolutionChoice choice, HSVNMovePlace place);
+    /// @param index  into `moveTargets`
+    /// @throws HSVNException for an index beyond them
+    void chooseMoveTarget(HSVNResolutionChoice choice, HSVNMovePlace place, std::size_t index);
+
+    /// Settles the conflicts of one kind.
+    ///
+    /// @param property  the property concerned; "" means all
+    /// @param merged    the value of a property that was merged; nil otherwise
+    /// @throws HSVNException, status 195024, for a choice that does not apply
+    /// Stands for svn_client_conflict_text_resolve, svn_client_conflict_prop_resolve and
+    /// svn_client_conflict_tree_resolve.
+    void resolve(HSVNConflictKind kind, HSVNResolutionChoice choice, const std::string& property = {},
+                 const std::optional<std::string>& merged = std::nullopt);
+
+  private:
+    struct Conflict;
+    std::unique_ptr<Conflict> _conflict;
+};
+
+/// Labels of the sides of a comparison.
+struct HSVNSideLabels
+{
+    std::string base;
+    std::string mine;
+    std::string theirs;
+};
+
+/// Compares two files and hands out the difference in the unified form, line ends aside.
+///
+/// @param context  not nil ("context != nil"), as in the functions below
+/// @throws HSVNException for every Subversion error
+/// Stands for svn_diff_file_output_unified4; not offered by lines before 1.9, as the functions below.
+HSVN_EXPORT void HSVNCompareFiles(const std::string& original, const std::string& modified,
+                                  const std::string& originalLabel, const std::string& modifiedLabel,
+                                  const HSVNContentsReceiver& receiver, const HSVNContextRef& context);
+
+/// Hands out the conflicts between my file and theirs, with the numbers of their lines.
+///
+/// @param files  base, mine and theirNew are used; none may be nil
+/// Stands for svn_diff_file_output_merge3.
+HSVN_EXPORT void HSVNShowConflicts(const HSVNConflictSides& files, const HSVNSideLabels& labels,
+                                   const HSVNContentsReceiver& receiver, const HSVNContextRef& context);
+
+/// Merges my value and theirs, with conflict markers where both changed.
+///
+/// @param values  base, mine and theirNew are used; nil is the empty value
+/// Stands for svn_diff_mem_string_output_merge3.
+HSVN_EXPORT std::string HSVNMergeValues(const HSVNConflictSides& values, const HSVNSideLabels& labels,
+                                        const HSVNContextRef& context);
+
+/// A stretch of lines of a three-way merge: how many lines from where on, the first line being 0.
+struct HSVNMergeStretch
+{
+    struct Lines
+    {
+        std::int64_t start = -1; ///< -1 where the result does not come from the file
+        std::int64_t count = 0;
+    };
+    bool isConflict = false;
+    Lines base;   ///< of a conflict only
+    Lines mine;   ///< of a conflict, and of what I changed or nobody
+    Lines theirs; ///< of a conflict, and of what only they changed
+};
+
+/// Compares three files.
+///
+/// @param files  base, mine and theirNew are used; none may be nil
+/// @return the stretches of the merged file, in order
+/// Stands for svn_diff_file_diff3_2.
+HSVN_EXPORT std::vector<HSVNMergeStretch> HSVNMergeStretches(const HSVNConflictSides& files,
+                                                             const HSVNContextRef& context);
