@@ -1,4 +1,3 @@
-#include "ConflictResolution.h"
 #include "Errors.h"
 #include "NotificationListener.h"
 #include "Subcommands.h"
@@ -50,7 +49,6 @@ void runCheckout(Session& session)
     for (const auto& target : targets) {
         checkOut(session, target, folder, targets.size() > 1);
     }
-    settleConflicts(session, printer);
     printer.requireExternals();
 }
 

@@ -20,16 +20,16 @@ using Kind = HSVNConflictKind;
 /// What is to be done, with what the configuration says where the command line says nothing.
 Accept acceptOf(Session& session)
 {
-    const Accept given = session.options.accept;
-    if (given != Accept::Unspecified) {
-        return given;
+    const Options& options = session.options;
+    if (options.accept != Accept::Unspecified) {
+        return options.accept;
     }
-    const auto isInteractive = session.client()->optionForName("interactive-conflicts", HSVNConfigCategoryConfig,
-                                                               HSVNConfigSectionMiscellany, std::nullopt);
-    if (isInteractive && isFalseWord(*isInteractive)) {
-        return Accept::Postpone;
+    if (options.client.nonInteractive) {
+        return Accept::Recommended;
     }
-    return session.options.client.nonInteractive ? Accept::Recommended : Accept::Unspecified;
+    const auto asks = session.client()->optionForName("interactive-conflicts", HSVNConfigCategoryConfig,
+                                                      HSVNConfigSectionMiscellany, std::nullopt);
+    return asks && isFalseWord(*asks) ? Accept::Postpone : Accept::Unspecified;
 }
 
 Choice choiceOf(Accept accept)
