@@ -53,7 +53,8 @@ def snapshot(folder, *left_out):
     """Every file's permissions and contents below a folder, some of its folders and Subversion's own data aside."""
     files = {}
     for base, folders, names in os.walk(folder):
-        folders[:] = [name for name in folders if name != ".svn" and os.path.relpath(os.path.join(base, name), folder) not in left_out]
+        folders[:] = [name for name in folders
+                      if name != ".svn" and os.path.relpath(os.path.join(base, name), folder) not in left_out]
         for name in names + folders:
             path = os.path.join(base, name)
             shown = os.path.relpath(path, folder)
@@ -121,7 +122,7 @@ class State:
         configuration = snapshot(self.root + "/home")
         repository = self.root + "/repository"
         return {"standard output": output, "standard error": ran.stderr.decode("latin-1"), "exit code": ran.returncode,
-                "configuration": configuration, "files": snapshot(self.root, "repository", "home"),
+                "configuration": configuration, "files": snapshot(self.root, "repository", "elsewhere", "home"),
                 "status": look(self.wc, "svn", "status", "--no-ignore", "-v"),
                 "properties": look(self.wc, "svn", "proplist", "-v", "-R"), "locks": locks(self.wc, repository),
                 "repository": dump(repository)}

@@ -242,6 +242,12 @@ PREPARATIONS = {
     "robbed": rob,
     "old": age,
     "moved": move_repository,
-,
-                "outdated": outdate, "obstructed": obstruct, "moved": move, "brokenexternal": break_external,
-                "sparse": make_sparse, "tree": leave_tree, "merging": make_mergeable, "mixed": mix_revisions}
+    "outdated": outdate,
+    "obstructed": obstruct,
+    "moving": move,
+    "brokenexternal": break_external,
+    "sparse": make_sparse,
+    "tree": leave_tree,
+    "merging": make_mergeable,
+    "mixed": mix_revisions,
+}
