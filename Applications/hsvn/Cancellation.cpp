@@ -30,6 +30,12 @@ void Cancellation::catchSignals()
 
 bool Cancellation::isAsked() { return arrivedSignal != 0; }
 
+void Cancellation::forget()
+{
+    std::signal(arrivedSignal, rememberSignal);
+    arrivedSignal = 0;
+}
+
 void Cancellation::endBySignal()
 {
     if (arrivedSignal != 0) {

@@ -7,6 +7,8 @@ namespace Cancellation {
 void catchSignals();
 /// Whether a signal arrived.
 bool isAsked();
+/// Takes the signal that arrived as answered; a further one cancels again.
+void forget();
 /// Ends the process by the signal that arrived, as it would have ended without having been caught; returns when none
 /// did.
 void endBySignal();

@@ -44,17 +44,24 @@ class Device
         const int input = _descriptor < 0 ? STDIN_FILENO : _descriptor;
         char byte = 0;
         for (;;) {
-            // Unlike a read, waiting is never resumed after a signal.
+            // Unlike a read, waiting is never resumed after a signal; one that came just before is seen at its end.
             pollfd waiting{input, POLLIN, 0};
-            const bool isReady = poll(&waiting, 1, -1) >= 0;
+            const int ready = poll(&waiting, 1, 100); // milliseconds
             if (Cancellation::isAsked()) {
-                fail(Cancelled, "Caught signal");
+                Cancellation::forget();
+                fail(Cancelled, "The operation was interrupted");
             }
-            const ssize_t count = isReady ? ::read(input, &byte, 1) : -1;
+            if (ready == 0) {
+                continue;
+            }
+            const ssize_t count = ready > 0 ? ::read(input, &byte, 1) : -1;
             if (count == 1) {
                 return byte;
             }
             if (count == 0) {
+                if (_descriptor >= 0) {
+                    write("^D"); // the one control character that a terminal does not show itself
+                }
                 fail(EndOfFile, "End of file while reading from terminal");
             }
             if (errno != EINTR) {

@@ -8,7 +8,8 @@ namespace Terminal {
 /// Shows a question and reads the line that answers it.
 ///
 /// @return the answer as UTF-8, without the end of its line
-/// @throws HSVNException at the end of the input, or "Caught signal" when a signal asks to end
+/// @throws HSVNException at the end of the input, or "The operation was interrupted" when a signal asks to end,
+///         which is answered with that
 std::string ask(const std::string& question);
 
 } // namespace Terminal

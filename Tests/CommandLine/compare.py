@@ -155,6 +155,18 @@ def compare(state, rows, programs):
     return failures
 
 
+def programs_in(folder, hsvn):
+    """Puts Subversion's programs and hsvn, under the same names, into a folder each; the two folders."""
+    programs = [os.path.join(folder, name) for name in ("original", "ours")]
+    for program, binary in zip(programs, [shutil.which("svn"), os.path.realpath(hsvn, strict=True)]):
+        os.mkdir(program)
+        # A copy, as users put it in the place of another svn: everything is found from there too.
+        shutil.copy(binary, os.path.join(program, "svn"))
+        administration = shutil.which("svnadmin") if program.endswith("original") else binary
+        shutil.copy(administration, os.path.join(program, "svnadmin"))
+    return programs
+
+
 def main():
     hsvn, table = sys.argv[1:3]
     rows = list(read_table(table, sys.argv[3] if len(sys.argv) > 3 else None))
@@ -162,13 +174,7 @@ def main():
         sys.exit("no such group")
     with tempfile.TemporaryDirectory() as folder:
         folder = os.path.realpath(folder)
-        programs = [os.path.join(folder, name) for name in ("original", "ours")]
-        for program, binary in zip(programs, [shutil.which("svn"), os.path.realpath(hsvn, strict=True)]):
-            os.mkdir(program)
-            # A copy, as users put it in the place of another svn: everything is found from there too.
-            shutil.copy(binary, os.path.join(program, "svn"))
-            administration = shutil.which("svnadmin") if program.endswith("original") else binary
-            shutil.copy(administration, os.path.join(program, "svnadmin"))
+        programs = programs_in(folder, hsvn)
         failures = 0
         for name in sorted({row[0] for row in rows}):
             state = State(os.path.join(folder, name), fixtures.PREPARATIONS[name])
