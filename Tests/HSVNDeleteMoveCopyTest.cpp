@@ -450,6 +450,17 @@ TEST_P(MoveBatch, TheHandlersAnswerDecidesAboutAnExistingDestination)
     EXPECT_THROW(batch(true, pairs, nullptr), HSVNEntryExistsException);
 }
 
+namespace {
+
+std::string folderFor(const std::string& source, const std::string& destination)
+{
+    return source + " to " + destination;
+}
+
+std::string joined(const std::string& folder, const std::string& name) { return folder + '/' + name; }
+
+} // namespace
+
 TEST_P(MoveBatch, ReplacesEveryKindOfDestination)
 {
     const std::vector<std::string> sources{"a.txt", "new.txt", "dir", "fresh"};
@@ -464,7 +475,7 @@ TEST_P(MoveBatch, ReplacesEveryKindOfDestination)
     std::vector<std::string> additions{"svn", "add", "--quiet"};
     for (const auto& source : sources) {
         for (const auto& destination : destinations) {
-            const std::string name = source + " to " + destination;
+            const std::string name = folderFor(source, destination);
             copies.insert(copies.end(), {"cp", "HEAD", "trunk/given", "trunk/" + name});
             additions.push_back(item(name + "/added.txt"));
         }
@@ -483,17 +494,17 @@ TEST_P(MoveBatch, ReplacesEveryKindOfDestination)
     for (const auto& source : sources) {
         for (const auto& destination : destinations) {
             isCopy = !isCopy;
-            const std::string folder = source + " to " + destination;
+            const std::string folder = folderFor(source, destination);
             SCOPED_TRACE(folder + (isCopy ? ", copied" : ", moved"));
             for (const std::string name : {"new.txt", "fresh/f.txt", "plain.txt", "plain/in.txt"}) {
-                writeFile(item(folder + '/' + name), name);
+                writeFile(item(joined(folder, name)), name);
             }
             files::remove(item(folder + "/gone.txt"));
-            batch(isCopy, {{at(folder + '/' + source), at(folder + '/' + destination)}});
-            EXPECT_EQ(exists(folder + '/' + source), isCopy);
+            batch(isCopy, {{at(joined(folder, source)), at(joined(folder, destination))}});
+            EXPECT_EQ(exists(joined(folder, source)), isCopy);
             const std::string child = source == "dir" ? "/d.txt" : source == "fresh" ? "/f.txt" : "";
-            EXPECT_EQ(readFile(item(folder + '/' + destination + child)), source + child);
-            EXPECT_FALSE(exists(folder + '/' + destination + "/in.txt"));
+            EXPECT_EQ(readFile(item(joined(folder, destination) + child)), source + child);
+            EXPECT_FALSE(exists(joined(folder, destination) + "/in.txt"));
         }
         isCopy = !isCopy;
     }

@@ -104,12 +104,16 @@ class LineUser
         options->setForce(true);
         HSVNNode::deleteNodes({at("plain")}, options, _client);
         EXPECT_FALSE(std::filesystem::exists(at("plain")->string())) << _line;
+    }
 
-        EXPECT_EQ(copy(_url, inRepository("branch")), revision + 2) << _line;
-        EXPECT_EQ(move(inRepository("branch"), inRepository("tag")), revision + 3) << _line;
+    void changeRepository()
+    {
+        const auto revision = update();
+        EXPECT_EQ(copy(_url, inRepository("branch")), revision + 1) << _line;
+        EXPECT_EQ(move(inRepository("branch"), inRepository("tag")), revision + 2) << _line;
         EXPECT_THROW(copy(_url, inRepository("tag/" + _file->lastComponent())), HSVNEntryExistsException) << _line;
-        HSVNNode::deleteNodes({inRepository("tag")}, options, _client);
-        EXPECT_EQ(update(), revision + 4) << _line;
+        HSVNNode::deleteNodes({inRepository("tag")}, HSVNDeleteOptions::defaults(), _client);
+        EXPECT_EQ(update(), revision + 3) << _line;
     }
 
     void importExportAndMerge()
@@ -228,6 +232,7 @@ TEST_F(LinesTest, DoEveryOperation)
     for (const auto& line : _lines) {
         LineUser user{line, url(), folderOf(line)};
         user.copyMoveAndDelete();
+        user.changeRepository();
         user.importExportAndMerge();
         user.lockAndUnlock();
         EXPECT_THROW(HSVNBundleCurrent(), HSVNGenericException) << line;
