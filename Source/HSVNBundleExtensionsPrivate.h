@@ -31,6 +31,7 @@ struct HSVNBundleExtensions
     using LogReceiver = svn_error_t* (*)(void* baton, svn_log_entry_t* entry, apr_pool_t* pool);
     using PropertiesReceiver = svn_error_t* (*)(void* baton, const char* path, apr_hash_t* properties,
                                                 apr_array_header_t* inherited, apr_pool_t* pool);
+    using ConflictReceiver = svn_error_t* (*)(void* baton, const char* path);
     using CancelFunction = svn_error_t* (*)(void* baton);
 
     /// One range of a log; Subversion has it from 1.6 on.
@@ -373,6 +374,9 @@ struct HSVNBundleExtensions
     /// svn_diff_file_diff3_2, 1.9 and later: the stretches of a merge, as `MergeStretch` values
     svn_error_t* (*diff_stretches)(apr_array_header_t** stretches, const ConflictSides<const char*>* files,
                                    svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_conflict_walk, 1.10 and later; the receiver gets each conflict's absolute path
+    svn_error_t* (*conflict_walk)(const char* path, svn_depth_t depth, ConflictReceiver receiver, void* baton,
+                                  svn_client_ctx_t* ctx, apr_pool_t* pool);
 };
 
 extern "C" {

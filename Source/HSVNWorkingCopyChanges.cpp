@@ -21,6 +21,21 @@ class Value
     svn_string_t _record;
 };
 
+struct ConflictWalk
+{
+    HSVNOperation& operation;
+    const std::function<void(const std::string& path)>& receiver;
+};
+
+svn_error_t* receiveConflict(void* baton, const char* path)
+{
+    const auto& walk = *static_cast<ConflictWalk*>(baton);
+    return HSVNGuardCallback(*walk.operation.context(), [&]() -> svn_error_t* {
+        walk.receiver(path);
+        return nullptr;
+    });
+}
+
 svn_depth_t depthOf(HSVNDepth depth) { return static_cast<svn_depth_t>(depth); }
 
 } // namespace
@@ -55,6 +70,18 @@ void HSVNResolveItem(const std::string& target, HSVNDepth depth, HSVNConflictCho
         context, className, "resolveItem:depth:choice:withContext:", {{"target", target}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_resolve);
     operation.check(function(operation.cString(target), depthOf(depth), choice, operation.ctx(), operation.pool()));
+}
+
+void HSVNFindConflicts(const std::string& target, HSVNDepth depth,
+                       const std::function<void(const std::string& path)>& receiver, const HSVNContextRef& context)
+{
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{
+        context, className, "findConflicts:depth:receiver:withContext:", {{"target", target}, {"context", context}}};
+    const auto function = operation.extension(&HSVNBundleExtensions::conflict_walk);
+    ConflictWalk walk{operation, receiver};
+    operation.check(
+        function(operation.cString(target), depthOf(depth), receiveConflict, &walk, operation.ctx(), operation.pool()));
 }
 
 void HSVNChangeProperty(const std::string& name, const std::optional<std::string>& value,

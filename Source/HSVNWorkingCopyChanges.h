@@ -5,6 +5,7 @@
 #include "HSVNTypes.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -67,6 +68,16 @@ HSVN_EXPORT void HSVNResolveItem(const std::string& target, HSVNDepth depth, HSV
                                  const HSVNContextRef& context);
 
 /// Which items get a property, and whether it is checked.
+/// Tells of every item in conflict at and below an item.
+///
+/// @param target    a local path
+/// @param receiver  called with each item's absolute path, before the next one is looked for: it may settle the
+///                  conflict, and what comes of that is told too; an exception stops the search and reaches the caller
+/// Stands for svn_client_conflict_walk; not offered by lines before 1.10.
+HSVN_EXPORT void HSVNFindConflicts(const std::string& target, HSVNDepth depth,
+                                   const std::function<void(const std::string& path)>& receiver,
+                                   const HSVNContextRef& context);
+
 struct HSVNPropertyChangeOptions
 {
     HSVNDepth depth = HSVNDepthEmpty;

@@ -56,6 +56,7 @@ std::vector<std::string> namesLike(std::string_view name, std::span<const char* 
     }
     std::stable_sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.first > b.first; });
     std::vector<std::string> names;
+    names.reserve(found.size());
     for (const auto& [degree, candidate] : found) {
         names.push_back(candidate);
     }

@@ -57,6 +57,7 @@ const Subcommand& propgetSubcommand();
 const Subcommand& proplistSubcommand();
 const Subcommand& propsetSubcommand();
 const Subcommand& relocateSubcommand();
+const Subcommand& resolveSubcommand();
 const Subcommand& resolvedSubcommand();
 const Subcommand& revertSubcommand();
 const Subcommand& statusSubcommand();

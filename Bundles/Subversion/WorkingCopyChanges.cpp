@@ -90,6 +90,29 @@ svn_error_t* vacuum(const char* path, svn_boolean_t removeUnversioned, svn_boole
 }
 #endif
 
+#if SVN_VER_MINOR >= 10
+struct ConflictWalk
+{
+    HSVNBundleExtensions::ConflictReceiver receiver;
+    void* baton;
+};
+
+svn_error_t* receiveConflict(void* baton, svn_client_conflict_t* conflict, apr_pool_t* /*pool*/)
+{
+    const auto& walk = *static_cast<ConflictWalk*>(baton);
+    return walk.receiver(walk.baton, svn_client_conflict_get_local_abspath(conflict));
+}
+
+svn_error_t* walkConflicts(const char* path, svn_depth_t depth, HSVNBundleExtensions::ConflictReceiver receiver,
+                           void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkLocalTarget(&path, pool));
+    SVN_ERR(checkAbsoluteTarget(&path, pool));
+    ConflictWalk walk{receiver, baton};
+    return svn_client_conflict_walk(path, depth, receiveConflict, &walk, ctx, pool);
+}
+#endif
+
 #if SVN_VER_MINOR >= 11
 svn_error_t* revert(const apr_array_header_t* paths, svn_depth_t depth, const apr_array_header_t* changelists,
                     svn_boolean_t clearChangelists, svn_boolean_t metadataOnly, svn_boolean_t keepAdded,
@@ -162,6 +185,9 @@ void fillWorkingCopyExtensions(HSVNBundleExtensions& table)
 #if SVN_VER_MINOR >= 9
     table.client_cleanup = cleanup;
     table.client_vacuum = vacuum;
+#endif
+#if SVN_VER_MINOR >= 10
+    table.conflict_walk = walkConflicts;
 #endif
 #if SVN_VER_MINOR >= 11
     table.client_revert = revert;
