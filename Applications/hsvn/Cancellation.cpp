@@ -32,7 +32,7 @@ bool Cancellation::isAsked() { return arrivedSignal != 0; }
 
 void Cancellation::forget()
 {
-    std::signal(arrivedSignal, rememberSignal);
+    static_cast<void>(std::signal(arrivedSignal, rememberSignal));
     arrivedSignal = 0;
 }
 
