@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <fmt/format.h>
-#include <set>
 
 namespace {
 
@@ -107,10 +106,8 @@ void ConflictResolution::resolveCounted()
         return;
     }
     bool hasFailed = false;
-    std::set<std::string> tried;
-    // To settle one conflict may raise others.
-    for (auto path = nextPath(tried); path && !_hasQuit; path = nextPath(tried)) {
-        tried.insert(*path);
+    // To settle one conflict may raise others, of the same item too.
+    for (auto path = nextPath(); path && !_hasQuit; path = nextPath()) {
         try {
             resolve(*path);
         } catch (const HSVNException& exception) {
@@ -126,14 +123,15 @@ void ConflictResolution::resolveCounted()
     }
 }
 
-std::optional<std::string> ConflictResolution::nextPath(const std::set<std::string>& tried)
+std::optional<std::string> ConflictResolution::nextPath()
 {
-    for (const auto& path : _printer.conflicts().paths()) {
-        if (!tried.contains(path)) {
-            return path;
+    std::optional<std::string> next;
+    for (const auto& item : _printer.conflicts().items()) {
+        if ((!next || *next == item.first) && _tried.insert(item).second) {
+            next = item.first;
         }
     }
-    return std::nullopt;
+    return next;
 }
 
 void ConflictResolution::resolve(const std::string& path)

@@ -6,6 +6,7 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 
 /// Settles the conflicts of working-copy items: as --accept says, as Subversion recommends, or by asking.
 class ConflictResolution
@@ -34,7 +35,8 @@ class ConflictResolution
         Recommend,
         Ask
     };
-    std::optional<std::string> nextPath(const std::set<std::string>& tried);
+    /// The next item with a conflict that was not tried yet; all its conflicts count as tried then.
+    std::optional<std::string> nextPath();
     Next next(HSVNConflictedItem& item, const std::string& path);
     Next edit(const std::string& path);
     Next launch(HSVNConflictedItem& item, const std::string& path);
@@ -48,6 +50,7 @@ class ConflictResolution
     bool _hasQuit = false;
     bool _hasFailedProgram = false; // a failed editor or tool is not started again
     bool _hasPrintedSummary = false;
+    std::set<std::pair<std::string, ConflictKind>> _tried;
 };
 
 /// The choice that --accept names for every conflict; nil when each has its own.

@@ -24,11 +24,13 @@ bool ConflictStatistics::hasResolved() const
     return std::any_of(_counts.begin(), _counts.end(), [](const Count& count) { return count.resolved > 0; });
 }
 
-std::set<std::string> ConflictStatistics::paths() const
+std::set<std::pair<std::string, ConflictKind>> ConflictStatistics::items() const
 {
-    std::set<std::string> all;
-    for (const Count& count : _counts) {
-        all.insert(count.paths.begin(), count.paths.end());
+    std::set<std::pair<std::string, ConflictKind>> all;
+    for (const auto kind : {ConflictKind::Text, ConflictKind::Property, ConflictKind::Tree}) {
+        for (const auto& path : _counts.at(static_cast<std::size_t>(kind)).paths) {
+            all.emplace(path, kind);
+        }
     }
     return all;
 }

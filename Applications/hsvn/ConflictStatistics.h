@@ -3,6 +3,7 @@
 #include <array>
 #include <set>
 #include <string>
+#include <utility>
 
 /// The kinds of conflict that are counted.
 enum class ConflictKind
@@ -24,8 +25,8 @@ class ConflictStatistics
 
     bool hasConflicts() const;
     bool hasResolved() const;
-    /// The items in conflict, each once, in alphabetical order.
-    std::set<std::string> paths() const;
+    /// The items in conflict and the kinds of their conflicts, in alphabetical order.
+    std::set<std::pair<std::string, ConflictKind>> items() const;
     /// "Summary of conflicts:" and its lines; empty when there is nothing to tell.
     std::string summary() const;
 

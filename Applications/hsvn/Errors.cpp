@@ -131,6 +131,14 @@ void printError(const HSVNException& exception, const std::string& prefix) { pri
 
 void printWarnings(const HSVNException& exception) { printChain(exception, programName() + ": warning: W"); }
 
+void printInterruption(const HSVNException& exception)
+{
+    for (const Link& link : chainOf(exception)) {
+        const std::string message = link.code == Cancelled ? "Caught signal" : link.message;
+        Output::writeError(fmt::format("{}: E{:06}: {}\n", programName(), link.code, message));
+    }
+}
+
 void printWarning(const HSVNException& exception)
 {
     const auto chain = chainOf(exception);

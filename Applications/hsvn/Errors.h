@@ -92,6 +92,8 @@ const std::string& programName();
 void printError(const HSVNException& exception);
 /// The same with another text before the codes.
 void printError(const HSVNException& exception, const std::string& prefix);
+/// Prints the errors of an operation that a signal ended.
+void printInterruption(const HSVNException& exception);
 /// Prints "PROGRAM: warning: W155007: message", the outermost error only.
 void printWarning(const HSVNException& exception);
 /// Prints the whole chain in that form.

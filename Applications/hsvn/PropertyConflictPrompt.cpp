@@ -35,7 +35,7 @@ PromptEnd PropertyConflictPrompt::ask()
         if (code == "h") {
             Output::writeError(promptHelp(_answers));
         } else if (code == "dc") {
-            Output::writeBytes(merged() + "\n");
+            Output::writeBytes(merged());
             Output::flush();
         } else if (code == "e") {
             edit();

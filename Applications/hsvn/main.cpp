@@ -177,7 +177,7 @@ int runPrintingErrors(int count, char** words)
         printUsageError(error);
     } catch (const HSVNException& exception) {
         if (Cancellation::isAsked()) {
-            Output::writeError(fmt::format("{}: E{:06}: Caught signal\n", programName(), static_cast<int>(Cancelled)));
+            printInterruption(exception);
         } else {
             printError(exception);
         }

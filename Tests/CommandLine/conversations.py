@@ -1,0 +1,231 @@
+#!/usr/bin/python
+"""Holds the same conversations with Subversion's svn and with hsvn on a terminal, and interrupts both.
+
+usage: conversations.py HSVN
+"""
+
+import os
+import re
+import select
+import shutil
+import signal
+import socket
+import ssl
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+import compare
+import fixtures
+
+SECRET = "not-to-be-seen"
+EDITOR = "sed -i -e s/mine/edited/"
+QUESTION = re.compile(r"(: |\? )$")
+
+# A state of fixtures.py, what follows "svn", and the answers, one for each question.
+CONVERSATIONS = [
+    ("outdated", "up", ["h", "x", "a", "h", "mf", "s", "r", "df", "dc", "r"]),
+    ("outdated", "up", ["r", "dc", "r", "tf", "mc"]),
+    ("outdated", "up", ["q"]),
+    ("outdated", "up", ["p", "e", "r", "e", "r"]),
+    ("outdated", "up -q", []),
+    ("outdated", "up --accept edit iota", []),
+    ("outdated", "up --accept launch iota", []),
+    ("outdated", "up --accept postpone", []),
+    ("outdated", "up --non-interactive", []),
+    ("outdated", "up --config-option config:miscellany:interactive-conflicts=no", []),
+    ("outdated", "up iota", ["i", "x", "12", "r"]),
+    ("outdated", "up iota", ["m", "a", "l", "i", "p", "tf"]),
+    ("moving", "up", ["u"]),
+    ("obstructed", "up", ["r", "m", "p"]),
+    ("merging", "merge -c 7 -c 8 ^/branches/one", ["mf"]),
+    ("merging", "merge -c 7 -c 8 ^/branches/one", ["q"]),
+]
+
+
+class Terminal:
+    """A program on a terminal of its own."""
+
+    def __init__(self, program, command, folder, environment):
+        self.master, slave = os.openpty()
+        # The terminal is what /dev/tty names for the program.
+        def take_terminal():
+            os.setsid()
+            os.close(os.open(os.ttyname(slave), os.O_RDWR))
+
+        self.process = subprocess.Popen(["/bin/bash", "-c", "exec svn " + command], cwd=folder, stdin=slave,
+                                        stdout=slave, stderr=slave, preexec_fn=take_terminal,
+                                        env={**environment, "PATH": program + ":" + os.environ["PATH"]})
+        os.close(slave)
+        self.text = ""
+
+    def read(self):
+        """Reads what is there; false at the end."""
+        if not select.select([self.master], [], [], 60)[0]:
+            self.process.kill()
+            raise TimeoutError("no answer to " + repr(self.text[-200:]))
+        try:
+            text = os.read(self.master, 65536).decode("latin-1")
+        except OSError:
+            return False
+        self.text += text
+        return text != ""
+
+    def converse(self, answers):
+        """Answers each question; the end of the input answers those that are left."""
+        answers = list(answers)
+        seen = 0
+        while self.read():
+            # What an answer echoes is no question.
+            if QUESTION.search(self.text[seen:]) and not self.text.endswith("\n"):
+                os.write(self.master, (answers.pop(0) + "\n").encode() if answers else b"\x04")
+                seen = len(self.text)
+        code = self.process.wait(60)
+        os.close(self.master)
+        return self.text, code
+
+
+def converse(state, programs, command, answers):
+    """How the conversation went with each program, and what it left behind."""
+    results = []
+    for program in programs:
+        state.restore()
+        environment = {**fixtures.environment(state.wc), "SVN_EDITOR": EDITOR, "COLUMNS": "80"}
+        text, code = Terminal(program, command, state.wc, environment).converse(answers)
+        left = {"text": uncoloured(text), "code": code, "files": compare.snapshot(state.wc)}
+        left["status"] = compare.look(state.wc, "svn", "status", "-v")
+        results.append(left)
+    return results
+
+
+def uncoloured(text):
+    """Text without what hsvn alone does on a terminal: colours, and the line of progress."""
+    text = re.sub(r"\r\x1b\[K|\x1b\[[0-9;]*[mK]", "", text)
+    return text.replace("\r\n", "\n")
+
+
+def report(title, expected, actual):
+    """Prints what differs; 1 when something does."""
+    for what, value in expected.items():
+        if actual[what] != value:
+            print(f"{title}\n  {what} differs")
+            print("\n".join(compare.difference(value, actual[what])))
+            return 1
+    return 0
+
+
+def free_port():
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
+
+
+def check_passwords(state, programs):
+    """A server that wants a password: a wrong one, then the right one; neither is shown."""
+    state.restore()
+    configuration = os.path.join(state.root, "repository/conf")
+    fixtures.write(configuration, "svnserve.conf", "[general]\nanon-access=none\nauth-access=write\npassword-db=passwd\n")
+    fixtures.write(configuration, "passwd", f"[users]\nharry = {SECRET}\n")
+    port = free_port()
+    server = subprocess.Popen(["svnserve", "-d", "--foreground", "-r", state.root, "--listen-host", "127.0.0.1",
+                               "--listen-port", str(port)])
+    results = []
+    try:
+        for _ in range(100):
+            with socket.socket() as probe:
+                if probe.connect_ex(("127.0.0.1", port)) == 0:
+                    break
+            time.sleep(0.05)
+        for program in programs:
+            command = f"ls --no-auth-cache --username harry svn://127.0.0.1:{port}/repository/trunk"
+            text, code = Terminal(program, command, state.wc, fixtures.environment(state.wc)).converse(
+                ["wrong-" + SECRET, "harry", SECRET])
+            results.append({"text": uncoloured(text), "code": code, "is seen": SECRET in text})
+    finally:
+        server.terminate()
+        server.wait()
+    if results[0]["code"] != 0 or results[0]["is seen"]:
+        sys.exit("the server cannot be used for the test: " + repr(results[0]))
+    return report("password", *results)
+
+
+def check_certificate(state, programs):
+    """A server whose certificate nobody knows: it is shown, and rejected."""
+    state.restore()
+    key, certificate = (os.path.join(state.root, name) for name in ("key.pem", "certificate.pem"))
+    subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-subj", "/CN=localhost", "-days", "2",
+                    "-keyout", key, "-out", certificate], check=True, capture_output=True)
+    context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+    context.load_cert_chain(certificate, key)
+    listener = socket.create_server(("127.0.0.1", 0))
+
+    def serve():
+        while True:
+            try:
+                connection, _ = listener.accept()
+                context.wrap_socket(connection, server_side=True).close()
+            except ssl.SSLError:
+                pass  # the certificate was rejected
+            except OSError:
+                return
+
+    threading.Thread(target=serve, daemon=True).start()
+    results = []
+    for program in programs:
+        command = f"ls https://127.0.0.1:{listener.getsockname()[1]}/"
+        text, code = Terminal(program, command, state.wc, fixtures.environment(state.wc)).converse(["x", "r"])
+        results.append({"text": uncoloured(text), "code": code})
+    listener.close()
+    if "(R)eject" not in results[0]["text"]:
+        sys.exit("the certificate was not asked about: " + repr(results[0]))
+    return report("certificate", *results)
+
+
+def check_interrupt(folder, programs):
+    """An interrupt during a long checkout: both end in the same way, and the working copy can be used."""
+    os.makedirs(os.path.join(folder, "home"))
+    tree, repository, wc = (os.path.join(folder, name) for name in ("tree", "repository", "wc"))
+    os.mkdir(tree)
+    for number in range(3000):
+        fixtures.write(tree, f"a-file-with-a-long-name-{number:06}", "text\n")
+    subprocess.run(["svnadmin", "create", repository], check=True)
+    fixtures.run_svn(folder, "import", "-q", "-m", "", tree, "file://" + repository)
+    results = []
+    for program in programs:
+        shutil.rmtree(wc, ignore_errors=True)
+        process = subprocess.Popen([os.path.join(program, "svn"), "checkout", "file://" + repository, wc],
+                                   env=fixtures.environment(wc), stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        # Nobody reads on, so that the program has not come to its end when it is interrupted.
+        process.stdout.read(4096)
+        process.send_signal(signal.SIGINT)
+        _, errors = process.communicate(timeout=60)
+        update = subprocess.run(["svn", "update", "-q", wc], check=False, capture_output=True)
+        results.append({"errors": errors.decode("latin-1"), "code": process.returncode, "update": update.stderr,
+                        "files": len(os.listdir(wc))})
+    if results[0]["code"] == 0:
+        sys.exit("the checkout was not interrupted")
+    return report("interrupt", *results)
+
+
+def main():
+    with tempfile.TemporaryDirectory() as folder:
+        folder = os.path.realpath(folder)
+        programs = [os.path.join(folder, name) for name in ("original", "ours")]
+        for program, binary in zip(programs, [shutil.which("svn"), os.path.realpath(sys.argv[1], strict=True)]):
+            os.mkdir(program)
+            os.symlink(binary, os.path.join(program, "svn"))
+        states = {name: compare.State(os.path.join(folder, name), fixtures.PREPARATIONS[name])
+                  for name in {"clean", *(name for name, _, _ in CONVERSATIONS)}}
+        failures = sum(report(f"svn {command} {answers}", *converse(states[name], programs, command, answers))
+                       for name, command, answers in CONVERSATIONS)
+        failures += check_passwords(states["clean"], programs)
+        failures += check_certificate(states["clean"], programs)
+        failures += check_interrupt(os.path.join(folder, "long"), programs)
+    print(f"{failures} differ")
+    sys.exit(failures != 0)
+
+
+if __name__ == "__main__":
+    main()
