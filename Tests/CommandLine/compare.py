@@ -123,7 +123,8 @@ class State:
         repository = self.root + "/repository"
         return {"standard output": output, "standard error": ran.stderr.decode("latin-1"), "exit code": ran.returncode,
                 "configuration": configuration, "files": snapshot(self.root, "repository", "elsewhere", "home"),
-                "status": look(self.wc, "svn", "status", "--no-ignore", "-v"),
+                # Several changelists come in any order; `info` tells each item's.
+                "status": unordered(look(self.wc, "svn", "status", "--no-ignore", "-v")),
                 "properties": look(self.wc, "svn", "proplist", "-v", "-R"), "locks": locks(self.wc, repository),
                 "repository": dump(repository)}
 
