@@ -250,7 +250,8 @@ TEST_P(SubversionBundle, AnswersTheFirstFailedLockAndPassesEveryNotification)
     bundle.heard = [&](const svn_wc_notify_t& notification) {
         heard.push_back(std::to_string(notification.err != nullptr) + notification.path);
     };
-    EXPECT_EQ(outermost(lock({other + "/file", other + "/dir/sub"})), SVN_ERR_FS_PATH_ALREADY_LOCKED);
+    // As a commit says it, whichever of its codes the server chose.
+    EXPECT_EQ(outermost(lock({other + "/file", other + "/dir/sub"})), SVN_ERR_FS_LOCK_OWNER_MISMATCH);
     std::sort(heard.begin(), heard.end());
     EXPECT_EQ(heard, (std::vector<std::string>{"0" + other + "/dir/sub", "1" + other + "/file"}));
     EXPECT_EQ(lock({}), Codes{});

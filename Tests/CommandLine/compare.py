@@ -76,7 +76,8 @@ def locks(wc, repository):
     listed = re.sub(r"(UUID Token|Created): .*", "", look(wc, "svnadmin", "lslocks", repository))
     held = re.sub(r"(Lock Token|Lock Created|Text Last Updated|Last Changed Date): .*", "",
                   look(wc, "svn", "info", "-R"))
-    return "Path: ".join(sorted(listed.split("Path: "))) + held
+    # Both come in an order of their own: locks always, tree conflicts of items that are not versioned within a folder.
+    return "Path: ".join(sorted(listed.split("Path: ")) + sorted(re.split(r"^Path: ", held, flags=re.MULTILINE)))
 
 
 def dump(repository):
