@@ -139,7 +139,8 @@ class HSVN_EXPORT HSVNExceptionOf : public Base
     /// This class, whatever the status.
     static const HSVNExceptionClass* classForAPRStatus(std::int32_t)
     {
-        static_assert(&Concrete::staticClassName != &Base::staticClassName, "a class has a name of its own");
+        static_assert(std::string_view{Concrete::staticClassName} != std::string_view{Base::staticClassName},
+                      "a class has a name of its own");
         static constexpr HSVNExceptionClass ofApplication{Concrete::staticClassName, make};
         const auto* const ofLibrary = HSVNExceptionClass::named(Concrete::staticClassName);
         return ofLibrary ? ofLibrary : &ofApplication;
