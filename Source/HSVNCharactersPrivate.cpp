@@ -1,20 +1,14 @@
 #include "HSVNCharactersPrivate.h"
 
+#include "HSVNUnicodePrivate.h"
+
 #include <algorithm>
-#include <unicode/uchar.h>
-#include <unicode/unistr.h>
-#include <unicode/utf8.h>
 
 namespace {
 
-/// Offset behind the character at `offset`.
-std::size_t nextOffset(std::string_view text, std::size_t offset)
+bool isASCII(std::string_view text)
 {
-    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
-    const std::size_t size = text.size();
-    [[maybe_unused]] UChar32 character = 0;
-    U8_NEXT(bytes, offset, size, character);
-    return offset;
+    return std::all_of(text.begin(), text.end(), [](char byte) { return static_cast<signed char>(byte) >= 0; });
 }
 
 char lowered(char character)
@@ -24,37 +18,21 @@ char lowered(char character)
 
 bool equalLowered(char a, char b) { return lowered(a) == lowered(b); }
 
-std::string_view withoutLeadingSpace(std::string_view text)
+struct Extent
 {
-    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
-    const std::size_t size = text.size();
-    std::size_t kept = 0;
-    for (std::size_t offset = 0; offset < size; kept = offset) {
-        UChar32 character = 0;
-        U8_NEXT(bytes, offset, size, character);
-        if (!u_isUWhiteSpace(character)) {
-            break;
-        }
-    }
-    return text.substr(kept);
-}
+    std::size_t characters;
+    std::size_t bytes;
+};
 
-std::string_view withoutTrailingSpace(std::string_view text)
+/// What the first `count` characters of a text come to, or all of them when it has no more.
+Extent firstCharacters(std::string_view text, std::size_t count)
 {
-    std::size_t kept = text.size();
-    for (std::size_t offset = kept; offset > 0; kept = offset) {
-        // ICU counts backwards in 32 bits only; no character is longer than four bytes.
-        const std::size_t windowStart = offset - std::min<std::size_t>(offset, U8_MAX_LENGTH);
-        const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data() + windowStart);
-        auto position = static_cast<std::int32_t>(offset - windowStart);
-        UChar32 character = 0;
-        U8_PREV(bytes, 0, position, character);
-        if (!u_isUWhiteSpace(character)) {
-            break;
-        }
-        offset = windowStart + static_cast<std::size_t>(position);
+    const HSVNUnicode& unicode = HSVNUnicode::shared();
+    Extent extent{};
+    for (; extent.characters < count && extent.bytes < text.size(); ++extent.characters) {
+        extent.bytes = unicode.offsetAfterCharacter(text, extent.bytes);
     }
-    return text.substr(0, kept);
+    return extent;
 }
 
 } // namespace
@@ -63,40 +41,29 @@ namespace HSVNText {
 
 bool isWellFormed(std::string_view text)
 {
-    if (std::all_of(text.begin(), text.end(), [](char byte) { return static_cast<signed char>(byte) > 0; })) {
-        return true;
-    }
-    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text.data());
-    const std::size_t size = text.size();
-    for (std::size_t offset = 0; offset < size;) {
-        UChar32 character = 0;
-        U8_NEXT(bytes, offset, size, character);
-        if (character <= 0) {
-            return false;
-        }
-    }
-    return true;
+    return isASCII(text) ? text.find('\0') == std::string_view::npos : HSVNUnicode::shared().isWellFormed(text);
 }
 
 std::size_t length(std::string_view text)
 {
-    std::size_t count = 0;
-    for (std::size_t offset = 0; offset < text.size(); offset = nextOffset(text, offset)) {
-        ++count;
-    }
-    return count;
+    return isASCII(text) ? text.size() : firstCharacters(text, text.size()).characters;
 }
 
 std::string_view prefix(std::string_view text, std::size_t count)
 {
-    std::size_t offset = 0;
-    for (std::size_t taken = 0; taken < count && offset < text.size(); ++taken) {
-        offset = nextOffset(text, offset);
-    }
-    return text.substr(0, offset);
+    const std::string_view bytes = text.substr(0, count);
+    return isASCII(bytes) ? bytes : text.substr(0, firstCharacters(text, count).bytes);
 }
 
-std::string_view trimmed(std::string_view text) { return withoutTrailingSpace(withoutLeadingSpace(text)); }
+std::string_view trimmed(std::string_view text)
+{
+    if (!isASCII(text)) {
+        return HSVNUnicode::shared().trimmed(text);
+    }
+    constexpr std::string_view space = " \t\n\v\f\r";
+    const std::size_t start = std::min(text.find_first_not_of(space), text.size());
+    return text.substr(start, text.find_last_not_of(space) + 1 - start);
+}
 
 std::vector<std::string_view> split(std::string_view text, std::string_view separators)
 {
@@ -124,11 +91,8 @@ bool containsIgnoringCase(std::string_view text, std::string_view part)
 
 std::string decoded(const char* text)
 {
-    std::string result;
-    if (text) {
-        icu::UnicodeString::fromUTF8(text).toUTF8String(result);
-    }
-    return result;
+    const std::string_view bytes = text ? text : "";
+    return isASCII(bytes) ? std::string{bytes} : HSVNUnicode::shared().wellFormed(bytes);
 }
 
 } // namespace HSVNText

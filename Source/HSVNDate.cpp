@@ -3,9 +3,9 @@
 #include "HSVNBundleLoader.h"
 #include "HSVNException.h"
 #include "HSVNPoolPrivate.h"
+#include "HSVNUnicodePrivate.h"
 
 #include <fmt/format.h>
-#include <unicode/calendar.h>
 
 #include <chrono>
 #include <ctime>
@@ -22,30 +22,14 @@ std::int64_t wholeSecondsBefore(std::int64_t microseconds)
 }
 
 /// A moment in the user's calendar and time zone.
-class LocalCalendar
+HSVNUnicode::LocalTime localTime(const HSVNDate& date)
 {
-  public:
-    explicit LocalCalendar(const HSVNDate& date)
-    {
-        UErrorCode status = U_ZERO_ERROR;
-        _calendar.reset(icu::Calendar::createInstance(status));
-        if (U_SUCCESS(status)) {
-            const auto seconds = static_cast<UDate>(wholeSecondsBefore(date.microsecondsSince1970()));
-            _calendar->setTime(seconds * U_MILLIS_PER_SECOND, status);
-        }
-        if (U_FAILURE(status)) {
-            throw HSVNGenericException(fmt::format("No local calendar: {}", u_errorName(status)));
-        }
+    const auto time = HSVNUnicode::shared().localTime(wholeSecondsBefore(date.microsecondsSince1970()));
+    if (!time) {
+        throw HSVNGenericException("No calendar for the current locale");
     }
-    std::int32_t operator[](UCalendarDateFields field) const
-    {
-        UErrorCode status = U_ZERO_ERROR;
-        return _calendar->get(field, status);
-    }
-
-  private:
-    std::unique_ptr<icu::Calendar> _calendar;
-};
+    return *time;
+}
 
 } // namespace
 
@@ -94,14 +78,11 @@ std::int64_t HSVNDate::APRTime() const { return _microseconds / microsecondsPerS
 
 std::string HSVNDate::ISO8601StringValue() const
 {
-    const LocalCalendar calendar{*this};
-    auto text = fmt::format("{:04}-{:02}-{:02}", calendar[UCAL_YEAR], calendar[UCAL_MONTH] + 1, calendar[UCAL_DATE]);
-    const auto hour = calendar[UCAL_HOUR_OF_DAY];
-    const auto minute = calendar[UCAL_MINUTE];
-    const auto second = calendar[UCAL_SECOND];
+    const auto local = localTime(*this);
+    auto text = fmt::format("{:04}-{:02}-{:02}", local.year, local.month, local.day);
     // All three, so that a full hour or minute prints as the day alone: readers of the text rely on it.
-    if (hour > 0 && minute > 0 && second > 0) {
-        text += fmt::format("T{:02}:{:02}:{:02}", hour, minute, second);
+    if (local.hour > 0 && local.minute > 0 && local.second > 0) {
+        text += fmt::format("T{:02}:{:02}:{:02}", local.hour, local.minute, local.second);
     }
     return text;
 }

@@ -2,8 +2,7 @@
 
 #include "HSVNPathTextPrivate.h"
 
-#include <boost/url/parse.hpp>
-#include <boost/url/url_view.hpp>
+#include <boost/url/src.hpp> // the whole of Boost.URL: compiled in here
 
 #include <charconv>
 #include <limits>

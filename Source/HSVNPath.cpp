@@ -4,10 +4,9 @@
 #include "HSVNPathTextPrivate.h"
 #include "HSVNPlatformException.h"
 #include "HSVNURL.h"
+#include "HSVNUnicodePrivate.h"
 
 #include <fmt/format.h>
-#include <unicode/ucnv.h>
-#include <unicode/unistr.h>
 
 #include <array>
 #include <string_view>
@@ -18,30 +17,13 @@ namespace {
 
 bool isURLText(const std::string& text) { return text.find("://") != std::string::npos; }
 
-struct CloseConverter
-{
-    void operator()(UConverter* converter) const { ucnv_close(converter); }
-};
-
 std::optional<std::string> convertedFromUTF8(const std::string& text, const std::string& encoding)
 {
-    UErrorCode error = U_ZERO_ERROR;
-    const std::unique_ptr<UConverter, CloseConverter> converter{ucnv_open(encoding.c_str(), &error)};
-    if (U_FAILURE(error) || encoding.empty()) {
+    const auto encoded = HSVNUnicode::shared().encoded(text, encoding);
+    if (!encoded.isKnownEncoding) {
         throw HSVNInvalidArgumentException(fmt::format("Unknown encoding \"{}\"", encoding));
     }
-    ucnv_setFromUCallBack(converter.get(), UCNV_FROM_U_CALLBACK_STOP, nullptr, nullptr, nullptr, &error);
-    const auto unicode = icu::UnicodeString::fromUTF8(text);
-    std::string bytes(
-        static_cast<std::size_t>(UCNV_GET_MAX_BYTES_FOR_STRING(unicode.length(), ucnv_getMaxCharSize(converter.get()))),
-        '\0');
-    const auto size = ucnv_fromUChars(converter.get(), bytes.data(), static_cast<std::int32_t>(bytes.size()),
-                                      unicode.getBuffer(), unicode.length(), &error);
-    if (U_FAILURE(error)) {
-        return std::nullopt;
-    }
-    bytes.resize(static_cast<std::size_t>(size));
-    return bytes;
+    return encoded.bytes;
 }
 
 /// What follows the base's text in the path's, when that begins with it.

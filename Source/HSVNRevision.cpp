@@ -4,10 +4,9 @@
 #include "HSVNException.h"
 #include "HSVNRevisionNumberPrivate.h"
 #include "HSVNSubversionPrivate.h"
+#include "HSVNUnicodePrivate.h"
 
 #include <fmt/format.h>
-#include <unicode/datefmt.h>
-#include <unicode/unistr.h>
 
 #include <algorithm>
 #include <charconv>
@@ -53,23 +52,6 @@ std::optional<std::int32_t> scannedNumber(std::string_view text)
     const auto* end = digits.data() + digits.size();
     const auto [stop, error] = std::from_chars(digits.data(), end, number);
     return error == std::errc{} && stop == end ? std::optional{number} : std::nullopt;
-}
-
-/// The date that a whole text means in one style of the current locale.
-std::optional<HSVNDate> dateInStyle(const icu::UnicodeString& text, icu::DateFormat::EStyle style)
-{
-    const std::unique_ptr<icu::DateFormat> format{icu::DateFormat::createDateInstance(style)};
-    if (!format) {
-        return std::nullopt;
-    }
-    format->setLenient(0);
-    icu::ParsePosition position{0};
-    const UDate milliseconds = format->parse(text, position);
-    constexpr double furthest = static_cast<double>(std::numeric_limits<std::int64_t>::max()) / 1000.0;
-    if (position.getErrorIndex() >= 0 || position.getIndex() != text.length() || !(std::abs(milliseconds) < furthest)) {
-        return std::nullopt;
-    }
-    return HSVNDate{static_cast<std::int64_t>(milliseconds) * 1000};
 }
 
 svn_opt_revision_t makeSVNRevision(svn_opt_revision_kind kind)
@@ -166,15 +148,8 @@ HSVNRevisionRef HSVNRevision::revisionFromString(const std::optional<std::string
 
 std::optional<HSVNDate> HSVNRevision::parseDateString(const std::string& text)
 {
-    const auto unicodeText = icu::UnicodeString::fromUTF8(text);
-    for (const auto style :
-         {icu::DateFormat::kShort, icu::DateFormat::kMedium, icu::DateFormat::kLong, icu::DateFormat::kFull})
-    {
-        if (const auto date = dateInStyle(unicodeText, style)) {
-            return date;
-        }
-    }
-    return std::nullopt;
+    const auto milliseconds = HSVNUnicode::shared().dateInLocaleStyle(text);
+    return milliseconds ? std::optional{HSVNDate{*milliseconds * 1000}} : std::nullopt;
 }
 
 HSVNRevisionRef HSVNRevision::revisionFromSVNRevision(const svn_opt_revision_t* revision)

