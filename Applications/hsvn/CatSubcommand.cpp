@@ -51,8 +51,7 @@ const Subcommand& catSubcommand()
                                        {},
                                        "Output the content of specified files or URLs.",
                                        "cat TARGET[@REV]...",
-                                       "If specified, REV determines in which revision the target is first\n"
-                                       "looked up.",
+                                       "REV tells in which revision a target of this name is looked up.",
                                        {OptionId::Revision, OptionId::IgnoreKeywords},
                                        {},
                                        runCat};

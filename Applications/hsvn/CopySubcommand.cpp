@@ -58,13 +58,13 @@ const Subcommand& copySubcommand()
                                        {"cp"},
                                        "Copy files and directories in a working copy or repository.",
                                        "copy SRC[@REV]... DST",
-                                       "SRC and DST can each be either a working copy (WC) path or URL:\n"
-                                       "  WC  -> WC:   copy and schedule for addition, with history\n"
-                                       "  WC  -> URL:  commit a copy of WC to URL at once\n"
-                                       "  URL -> WC:   check URL out into WC and schedule for addition\n"
-                                       "  URL -> URL:  copy within the repository; makes branches and tags\n"
-                                       "All SRCs must be of the same type. Into a DST that is a directory the\n"
-                                       "sources are copied as its children, and several sources need such a DST.\n"
+                                       "A source and the destination may lie in a working copy (WC) or be URLs:\n"
+                                       "  WC  -> WC:   a copy to be committed later, which keeps its history\n"
+                                       "  WC  -> URL:  the item as it is now, committed at once\n"
+                                       "  URL -> WC:   checked out, then the same as a copy within\n"
+                                       "  URL -> URL:  a copy in the repository, such as a branch or a tag\n"
+                                       "The sources are all paths or all URLs.  Into a DST that is a folder they\n"
+                                       "are copied as its children; several sources need such a DST.\n"
                                        "\n"
                                        "WARNING: Copies within a working copy do not contact the repository, and\n"
                                        "so may not take merge tracking information along.",

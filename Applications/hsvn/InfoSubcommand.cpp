@@ -132,13 +132,11 @@ const Subcommand& infoSubcommand()
                                        {},
                                        "Display information about a local or remote item.",
                                        "info [TARGET[@REV]...]",
-                                       "Print information about each TARGET (default: '.').\n"
-                                       "TARGET may be either a working-copy path or a URL.  If specified, REV\n"
-                                       "determines in which revision the target is first looked up; the default\n"
-                                       "is HEAD for a URL or BASE for a WC path.\n"
+                                       "Tells what is known of each TARGET, the current folder by default.\n"
+                                       "A path is described as it stands in the working copy, a URL as it is in\n"
+                                       "HEAD, unless REV names another revision to look it up in.\n"
                                        "\n"
-                                       "With --show-item, print only the value of one item of information\n"
-                                       "about TARGET.",
+                                       "With --show-item, one item of this information and nothing else.",
                                        {OptionId::Revision, OptionId::Recursive, OptionId::HumanReadable,
                                         OptionId::Depth, OptionId::Targets, OptionId::Incremental, OptionId::XML,
                                         OptionId::JSON, OptionId::Changelist, OptionId::IncludeExternals,

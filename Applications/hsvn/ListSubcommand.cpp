@@ -185,13 +185,9 @@ const Subcommand& listSubcommand()
                                        {"ls"},
                                        "List directory entries in the repository.",
                                        "list [TARGET[@REV]...]",
-                                       "List each TARGET file and the contents of each TARGET directory as\n"
-                                       "they exist in the repository.  If TARGET is a working copy path, the\n"
-                                       "corresponding repository URL will be used. If specified, REV determines\n"
-                                       "in which revision the target is first looked up.\n"
-                                       "\n"
-                                       "The default TARGET is '.', meaning the repository URL of the current\n"
-                                       "working directory.\n"
+                                       "Lists files, and what folders contain, as the repository has them.  A\n"
+                                       "working copy's item stands for its URL; without a TARGET it is the current\n"
+                                       "folder that does.  REV tells in which revision a target is looked up.\n"
                                        "\n"
                                        "With --verbose, each item is shown with revision and author of its last\n"
                                        "commit, the letter 'O' if it is locked, its size in bytes, and date and\n"

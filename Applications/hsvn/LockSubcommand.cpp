@@ -43,7 +43,7 @@ const Subcommand& lockSubcommand()
                                        "Lock working copy paths or URLs in the repository, so that\n"
                                        "no other user can commit changes to them.",
                                        "lock TARGET...",
-                                       "Use --force to steal a lock that someone else or another working copy holds.",
+                                       "--force takes a lock over that someone else or another working copy holds.",
                                        {OptionId::Targets, OptionId::Message, OptionId::File, OptionId::ForceLog,
                                         OptionId::Encoding, OptionId::Force, OptionId::Quiet},
                                        {{OptionId::Message, "specify lock comment ARG"},

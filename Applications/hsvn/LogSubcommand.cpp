@@ -126,23 +126,17 @@ const Subcommand& logSubcommand()
                                        "Show the log messages for a set of revision(s) and/or path(s).",
                                        "1. log [PATH][@REV]\n"
                                        "2. log URL[@REV] [PATH...]",
-                                       "1. Print the log messages for the URL corresponding to PATH\n"
-                                       "   (default: '.'). If specified, REV is the revision in which the\n"
-                                       "   URL is first looked up, and the default revision range is REV:1.\n"
-                                       "   If REV is not specified, the default revision range is BASE:1,\n"
-                                       "   since the URL might not exist in the HEAD revision.\n"
-                                       "2. Print the log messages for the PATHs (default: '.') under URL.\n"
-                                       "   If specified, REV is the revision in which the URL is first\n"
-                                       "   looked up, and the default revision range is REV:1; otherwise,\n"
-                                       "   the URL is looked up in HEAD, and the default revision range is\n"
-                                       "   HEAD:1.\n"
+                                       "1. Shows the history of the item that PATH, by default the current\n"
+                                       "   folder, stands for in the repository: from REV, or from its BASE\n"
+                                       "   revision where REV is left out, back to revision 1.\n"
+                                       "2. Shows the history of URL, or of the PATHs below it, from REV, or from\n"
+                                       "   HEAD where REV is left out, back to revision 1.\n"
                                        "\n"
-                                       "Multiple '-c' or '-r' options may be specified (but not a combination\n"
-                                       "of the two), and mixing of forward and reverse ranges is allowed.\n"
+                                       "-r or -c may be given several times, though not both of them, and their\n"
+                                       "ranges may run in either direction.\n"
                                        "\n"
-                                       "With -v, also print all affected paths: A added, D deleted, R replaced\n"
-                                       "or M modified, with the source of a copy in parentheses.\n"
-                                       "With -q, don't print the log message itself.",
+                                       "-v adds the changed paths: A added, D deleted, R replaced or M modified,\n"
+                                       "with the source of a copy in parentheses.  -q leaves the message out.",
                                        {OptionId::Revision, OptionId::Change, OptionId::Quiet, OptionId::Verbose,
                                         OptionId::UseMergeHistory, OptionId::Targets, OptionId::StopOnCopy,
                                         OptionId::Incremental, OptionId::XML, OptionId::JSON, OptionId::Limit,

@@ -37,12 +37,12 @@ const Subcommand& moveSubcommand()
                                        {"mv", "rename", "ren"},
                                        "Move (rename) an item in a working copy or repository.",
                                        "move SRC... DST",
-                                       "SRC and DST can both be working copy (WC) paths or URLs:\n"
-                                       "  WC  -> WC:   move an item in a working copy, as a local change to be\n"
-                                       "               committed later, with or without further changes\n"
-                                       "  URL -> URL:  move an item in the repository by an immediate commit\n"
-                                       "All SRCs must be of the same type. Into a DST that is a directory the\n"
-                                       "sources are moved as its children, and several sources need such a DST.\n"
+                                       "Sources and destination lie all in a working copy (WC) or are all URLs:\n"
+                                       "  WC  -> WC:   a move to be committed later, and that can be changed until\n"
+                                       "               then\n"
+                                       "  URL -> URL:  a move in the repository, committed at once\n"
+                                       "Into a DST that is a folder the sources are moved as its children; several\n"
+                                       "sources need such a DST.\n"
                                        "\n"
                                        "Both ends of a move in a working copy must be committed in one revision.\n"
                                        "A directory whose items are of several revisions is not moved: bring it\n"

@@ -31,9 +31,9 @@ const Subcommand& propdelSubcommand()
                                        "Remove a property from files, dirs, or revisions.",
                                        "1. propdel PROPNAME [PATH...]\n"
                                        "2. propdel PROPNAME --revprop -r REV [TARGET]",
-                                       "1. Removes versioned props in working copy.\n"
-                                       "2. Removes unversioned remote prop on repos revision.\n"
-                                       "   TARGET only determines which repository to access.",
+                                       "1. Removes the property from items of a working copy.\n"
+                                       "2. Removes a revision's own property, in the repository that TARGET is of;\n"
+                                       "   that is not versioned, so the value is lost.",
                                        {OptionId::Quiet, OptionId::Recursive, OptionId::Depth, OptionId::Revision,
                                         OptionId::Revprop, OptionId::Changelist},
                                        {},

@@ -175,15 +175,12 @@ const Subcommand& propgetSubcommand()
                                        "Print the value of a property on files, dirs, or revisions.",
                                        "1. propget PROPNAME [TARGET[@REV]...]\n"
                                        "2. propget PROPNAME --revprop -r REV [TARGET]",
-                                       "1. Prints versioned props. If specified, REV determines in which\n"
-                                       "   revision the target is first looked up.\n"
-                                       "2. Prints unversioned remote prop on repos revision.\n"
-                                       "   TARGET only determines which repository to access.\n"
+                                       "1. Prints the property of items; REV tells in which revision a target is\n"
+                                       "   looked up.\n"
+                                       "2. Prints a revision's own property, from the repository that TARGET is of.\n"
                                        "\n"
-                                       "With --verbose, the target path and the property name are printed on\n"
-                                       "separate lines before each value.  Otherwise, if there is more than one\n"
-                                       "TARGET or a depth other than 'empty', the target path is printed on the\n"
-                                       "same line before each value.",
+                                       "A value is printed behind its item's path where there may be several\n"
+                                       "items.  With --verbose path and name have lines of their own before it.",
                                        {OptionId::Verbose, OptionId::Recursive, OptionId::Depth, OptionId::Revision,
                                         OptionId::Revprop, OptionId::Strict, OptionId::NoNewline, OptionId::XML,
                                         OptionId::JSON, OptionId::Changelist, OptionId::ShowInheritedProps},

@@ -130,13 +130,11 @@ const Subcommand& proplistSubcommand()
                                        "List all properties on files, dirs, or revisions.",
                                        "1. proplist [TARGET[@REV]...]\n"
                                        "2. proplist --revprop -r REV [TARGET]",
-                                       "1. Lists versioned props. If specified, REV determines in which\n"
-                                       "   revision the target is first looked up.\n"
-                                       "2. Lists unversioned remote props on repos revision.\n"
-                                       "   TARGET only determines which repository to access.\n"
+                                       "1. Lists the properties of items; REV tells in which revision a target is\n"
+                                       "   looked up.\n"
+                                       "2. Lists a revision's own properties, from the repository that TARGET is of.\n"
                                        "\n"
-                                       "With --verbose, the property values are printed as well.\n"
-                                       "With --quiet, the paths are not printed.",
+                                       "With --verbose the values are shown, with --quiet no paths.",
                                        {OptionId::Verbose, OptionId::Recursive, OptionId::Depth, OptionId::Revision,
                                         OptionId::Quiet, OptionId::Revprop, OptionId::XML, OptionId::JSON,
                                         OptionId::Changelist, OptionId::ShowInheritedProps},

@@ -135,11 +135,11 @@ const Subcommand& propsetSubcommand()
         "Set the value of a property on files, dirs, or revisions.",
         "1. propset PROPNAME PROPVAL PATH...\n"
         "2. propset PROPNAME --revprop -r REV PROPVAL [TARGET]",
-        "1. Changes a versioned file or directory property in a working copy.\n"
-        "2. Changes an unversioned property on a repository revision.\n"
-        "   (TARGET only determines which repository to access.)\n"
+        "1. Sets the property of items of a working copy, to be committed.\n"
+        "2. Sets a revision's own property, at once, in the repository that TARGET\n"
+        "   is of.\n"
         "\n"
-        "The value may be provided with the --file option instead of PROPVAL.\n"
+        "With --file the value is what a file contains, and PROPVAL is left out.\n"
         "\n"
         "Names that begin with 'svn:' mean something to Subversion.  On files:\n"
         "  svn:keywords    what to expand, separated by blanks: URL (HeadURL), Author\n"

@@ -184,10 +184,9 @@ const Subcommand& statusSubcommand()
                                        {"stat", "st"},
                                        "Print the status of working copy files and directories.",
                                        "status [PATH...]",
-                                       "With no args, print only locally modified items (no network access).\n"
-                                       "With -q, print only summary information about locally modified items.\n"
-                                       "With -u, add working revision and server out-of-date information.\n"
-                                       "With -v, print full revision information on every item.\n"
+                                       "Shows what is changed locally, without asking the repository.  -u asks it\n"
+                                       "which items are out of date, -v shows the revisions of every item, and -q\n"
+                                       "leaves out what is not under version control.\n"
                                        "\n"
                                        "The first seven columns are one character wide each: the item (A added,\n"
                                        "C conflicted, D deleted, I ignored, M modified, R replaced, X external,\n"

@@ -26,7 +26,7 @@ const Subcommand& unlockSubcommand()
                                        {},
                                        "Unlock working copy paths or URLs.",
                                        "unlock TARGET...",
-                                       "Use --force to break a lock that someone else or another working copy holds.",
+                                       "--force removes a lock that someone else or another working copy holds, too.",
                                        {OptionId::Targets, OptionId::Force, OptionId::Quiet},
                                        {{OptionId::Force, "break locks"}},
                                        runUnlock};
