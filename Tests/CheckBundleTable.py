@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
-"""Compares the table of entry points in Documentation/Bundles.md with the header that declares it.
+"""Compares the two tables of functions in Documentation/Bundles.md with the headers that declare them.
 
 CheckBundleTable.py [--write]
 
 Ends with 1 and says what differs when a place is missing, out of order, misnumbered or documented with another
-signature. With --write, the documented table is made anew from the header.
+signature. With --write, the documented tables are made anew from the headers.
 """
 
 import re
@@ -13,9 +13,8 @@ from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
 HEADER = ROOT / "Source" / "HSVNBundleEntryPointsPrivate.h"
+EXTENSIONS = ROOT / "Source" / "HSVNBundleExtensionsPrivate.h"
 GUIDE = ROOT / "Documentation" / "Bundles.md"
-BEGIN = "<!-- table: begin -->\n"
-END = "<!-- table: end -->\n"
 PLACES = 91
 
 
@@ -59,25 +58,48 @@ def rows(places):
     return "".join(lines)
 
 
+def extension_rows():
+    """The rows of the second table: what a place stands for, as its comment says, and its signature."""
+    text = EXTENSIONS.read_text(encoding="utf-8")
+    body = re.search(r"struct HSVNBundleExtensions\n\{(.*?)\n\};", text, re.S).group(1)
+    found = re.findall(r"((?: *///[^\n]*\n)+) *([^;/]*?\(\*(\w+)\)\([^;]*);", body)
+    lines = ["| place | what it stands for | signature |\n", "|---|---|---|\n"]
+    for number, (comment, declaration, member) in enumerate(found):
+        meaning = " ".join(line.strip().removeprefix("///").strip() for line in comment.splitlines())
+        meaning = re.sub(r"(?<!`)\bsvn_[a-z0-9_]+", r"`\g<0>`", meaning)
+        signature = re.sub(r"\s+", " ", declaration).replace("(*" + member + ")", member)
+        lines.append(f"| {number} | {meaning} | `{signature}` |\n")
+    if len(found) != len(re.findall(r"\(\*\w+\)\(", body.partition("std::uint32_t size;")[2])):
+        sys.exit(f"{EXTENSIONS.name}: a place has no comment")
+    return "".join(lines)
+
+
+def with_table(guide, name, wanted, problems):
+    """The guide with its table of that name as it should be; what differs is added to the problems."""
+    begin, end = f"<!-- {name}: begin -->\n", f"<!-- {name}: end -->\n"
+    match = re.search(re.escape(begin) + "(.*?)" + re.escape(end), guide, re.S)
+    if not match:
+        sys.exit(f"{GUIDE.name}: the marks around the {name} are missing")
+    have, want = match.group(1).splitlines(), wanted.splitlines()
+    for one, other in zip(have, want):
+        if one != other:
+            problems.append(f"{GUIDE.name} has\n  {one}\nfor\n  {other}")
+    if len(have) != len(want):
+        problems.append(f"{GUIDE.name} has another number of places in the {name}")
+    return guide[:match.start()] + begin + wanted + end + guide[match.end():]
+
+
 def main():
     places = places_in_header()
-    problems = check_header(places)
-    before, begin, rest = GUIDE.read_text(encoding="utf-8").partition(BEGIN)
-    documented, end, after = rest.partition(END)
-    if not begin or not end:
-        sys.exit(f"{GUIDE.name}: the marks around the table are missing")
-    wanted = rows(places)
+    faults, differences = check_header(places), []
+    guide = with_table(GUIDE.read_text(encoding="utf-8"), "table", rows(places), differences)
+    guide = with_table(guide, "second table", extension_rows(), differences)
     if sys.argv[1:] == ["--write"]:
-        GUIDE.write_text(before + BEGIN + wanted + END + after, encoding="utf-8")
-    else:
-        for have, want in zip(documented.splitlines(), wanted.splitlines()):
-            if have != want:
-                problems.append(f"{GUIDE.name} has\n  {have}\nfor\n  {want}")
-        if len(documented.splitlines()) != len(wanted.splitlines()):
-            problems.append(f"{GUIDE.name} has another number of places than {HEADER.name}")
-    for problem in problems:
+        GUIDE.write_text(guide, encoding="utf-8")
+        differences = []
+    for problem in faults + differences:
         print(problem, file=sys.stderr)
-    return 1 if problems else 0
+    return 1 if faults or differences else 0
 
 
 if __name__ == "__main__":
