@@ -101,5 +101,4 @@
 #include "HSVNUserInfo.h"
 #include "HSVNVersion.h"
 #include "HSVNWorkingCopyChanges.h"
-#include "HSVNWorkingCopyPlace.h"
 #include "HSVNWorkingCopyUpdates.h"

@@ -95,7 +95,9 @@ struct HSVNBundleExtensions
         svn_boolean_t dryRun;
         svn_boolean_t allowMixedRevisions;
         const apr_array_header_t* arguments; ///< of the program that merges texts; may be null
-        int conflictChoice;                  ///< a svn_wc_conflict_choice_t for every conflict, or -1 to leave them
+        /// Asked how a conflict of a svn_wc_conflict_kind_t is settled, by a svn_wc_conflict_choice_t; null leaves all.
+        svn_error_t* (*choose)(void* baton, int* choice, const char* path, int kind);
+        void* chooser; ///< its baton
     };
 
     /// A library that Subversion is linked to; statically where there is no runtime version.
@@ -130,6 +132,7 @@ struct HSVNBundleExtensions
         const apr_array_header_t* properties; ///< names
         const char* mimeType;                 ///< of a file in conflict; may be null
         int recommended;                      ///< a svn_client_conflict_option_id_t
+        int operation;                        ///< a svn_wc_operation_t
     };
 
     struct ConflictOption

@@ -10,8 +10,8 @@ using Texts = HSVNBundleExtensions::ConflictSides<const char*>;
 
 Texts filesOf(const HSVNOperation& operation, const HSVNConflictSides& files)
 {
-    HSVNAssertParameter(files.base && files.mine && files.theirNew, "files != nil");
-    return {operation.cString(*files.base), operation.cString(*files.mine), nullptr,
+    HSVNAssertParameter(files.mine && files.theirNew, "files != nil");
+    return {files.base ? operation.cString(*files.base) : nullptr, operation.cString(*files.mine), nullptr,
             operation.cString(*files.theirNew)};
 }
 

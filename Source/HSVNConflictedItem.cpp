@@ -48,22 +48,26 @@ struct HSVNConflictedItem::Conflict
         operation.check(operation.extension(&HSVNBundleExtensions::conflict_get)(&record, operation.cString(path),
                                                                                  operation.ctx(), *pool));
         HSVNBundleExtensions::ConflictState state{};
-        operation.check(operation.extension(&HSVNBundleExtensions::conflict_state)(&state, record, operation.pool()));
+        operation.check(operation.extension(&HSVNBundleExtensions::conflict_state)(&state, record, *pool));
         hasText = state.text;
         hasTree = state.tree;
         mimeType = HSVNTextOrNil(state.mimeType);
+        metBy = static_cast<HSVNConflictOperation>(state.operation);
         for (int index = 0; state.properties && index < state.properties->nelts; ++index) {
             properties.emplace_back(APR_ARRAY_IDX(state.properties, index, const char*));
         }
     }
 
     HSVNContextRef context;
+    /// What Subversion finds out on the way to an answer stays in its record, in the pool of the question. So every
+    /// question is asked in this one.
     std::unique_ptr<HSVNPool> pool;
     svn_client_conflict_t* record = nullptr;
     bool hasText = false;
     bool hasTree = false;
     std::vector<std::string> properties;
     std::optional<std::string> mimeType;
+    HSVNConflictOperation metBy = HSVNConflictOperation::None;
 };
 
 HSVNConflictedItem::HSVNConflictedItem(const std::string& path, HSVNContextRef context)
@@ -81,11 +85,13 @@ const std::vector<std::string>& HSVNConflictedItem::conflictedProperties() const
 
 const std::optional<std::string>& HSVNConflictedItem::mimeType() const { return _conflict->mimeType; }
 
+HSVNConflictOperation HSVNConflictedItem::operation() const { return _conflict->metBy; }
+
 void HSVNConflictedItem::searchDetails()
 {
     HSVNOperation operation{_conflict->context, className, "searchDetails", {}};
     operation.check(operation.extension(&HSVNBundleExtensions::conflict_details)(_conflict->record, operation.ctx(),
-                                                                                 operation.pool()));
+                                                                                 *_conflict->pool));
 }
 
 HSVNResolutionChoice HSVNConflictedItem::recommendedChoice()
@@ -93,7 +99,7 @@ HSVNResolutionChoice HSVNConflictedItem::recommendedChoice()
     HSVNOperation operation{_conflict->context, className, "recommendedChoice", {}};
     HSVNBundleExtensions::ConflictState state{};
     operation.check(
-        operation.extension(&HSVNBundleExtensions::conflict_state)(&state, _conflict->record, operation.pool()));
+        operation.extension(&HSVNBundleExtensions::conflict_state)(&state, _conflict->record, *_conflict->pool));
     return static_cast<HSVNResolutionChoice>(state.recommended);
 }
 
@@ -102,7 +108,7 @@ std::vector<HSVNConflictOption> HSVNConflictedItem::options(HSVNConflictKind kin
     HSVNOperation operation{_conflict->context, className, "optionsOfKind:", {}};
     apr_array_header_t* found = nullptr;
     operation.check(operation.extension(&HSVNBundleExtensions::conflict_options)(
-        &found, _conflict->record, static_cast<int>(kind), operation.ctx(), operation.pool()));
+        &found, _conflict->record, static_cast<int>(kind), operation.ctx(), *_conflict->pool));
     std::vector<HSVNConflictOption> options;
     for (int index = 0; index < found->nelts; ++index) {
         const auto& option = APR_ARRAY_IDX(found, index, HSVNBundleExtensions::ConflictOption);
@@ -116,7 +122,7 @@ std::string HSVNConflictedItem::descriptionOfPropertyConflict()
     HSVNOperation operation{_conflict->context, className, "descriptionOfPropertyConflict", {}};
     const char* description = nullptr;
     operation.check(operation.extension(&HSVNBundleExtensions::conflict_description)(
-        &description, nullptr, _conflict->record, operation.ctx(), operation.pool()));
+        &description, nullptr, _conflict->record, operation.ctx(), *_conflict->pool));
     return description;
 }
 
@@ -126,7 +132,7 @@ std::pair<std::string, std::string> HSVNConflictedItem::descriptionOfTreeConflic
     const char* incoming = nullptr;
     const char* local = nullptr;
     operation.check(operation.extension(&HSVNBundleExtensions::conflict_description)(
-        &incoming, &local, _conflict->record, operation.ctx(), operation.pool()));
+        &incoming, &local, _conflict->record, operation.ctx(), *_conflict->pool));
     return {incoming, local};
 }
 
@@ -135,7 +141,7 @@ HSVNConflictSides HSVNConflictedItem::files()
     HSVNOperation operation{_conflict->context, className, "files", {}};
     HSVNBundleExtensions::ConflictSides<const char*> files{};
     operation.check(
-        operation.extension(&HSVNBundleExtensions::conflict_files)(&files, _conflict->record, operation.pool()));
+        operation.extension(&HSVNBundleExtensions::conflict_files)(&files, _conflict->record, *_conflict->pool));
     return {HSVNTextOrNil(files.base), HSVNTextOrNil(files.mine), HSVNTextOrNil(files.theirOld),
             HSVNTextOrNil(files.theirNew)};
 }
@@ -145,7 +151,7 @@ HSVNConflictSides HSVNConflictedItem::propertyValues(const std::string& property
     HSVNOperation operation{_conflict->context, className, "propertyValues:", {{"property", property}}};
     HSVNBundleExtensions::ConflictSides<const svn_string_t*> values{};
     operation.check(operation.extension(&HSVNBundleExtensions::conflict_values)(
-        &values, _conflict->record, operation.cString(property), operation.pool()));
+        &values, _conflict->record, operation.cString(property), *_conflict->pool));
     return {textOrNil(values.base), textOrNil(values.mine), textOrNil(values.theirOld), textOrNil(values.theirNew)};
 }
 
@@ -155,7 +161,7 @@ std::vector<std::string> HSVNConflictedItem::moveTargets(HSVNResolutionChoice ch
     apr_array_header_t* found = nullptr;
     operation.check(operation.extension(&HSVNBundleExtensions::conflict_move_targets)(
         &found, _conflict->record, static_cast<int>(choice), place == HSVNMovePlace::Repository, operation.ctx(),
-        operation.pool()));
+        *_conflict->pool));
     std::vector<std::string> targets;
     for (int index = 0; found && index < found->nelts; ++index) {
         targets.emplace_back(APR_ARRAY_IDX(found, index, const char*));
@@ -168,7 +174,7 @@ void HSVNConflictedItem::chooseMoveTarget(HSVNResolutionChoice choice, HSVNMoveP
     HSVNOperation operation{_conflict->context, className, "chooseMoveTarget:place:index:", {}};
     operation.check(operation.extension(&HSVNBundleExtensions::conflict_choose_move_target)(
         _conflict->record, static_cast<int>(choice), place == HSVNMovePlace::Repository, static_cast<int>(index),
-        operation.ctx(), operation.pool()));
+        operation.ctx(), *_conflict->pool));
 }
 
 void HSVNConflictedItem::resolve(HSVNConflictKind kind, HSVNResolutionChoice choice, const std::string& property,
@@ -179,5 +185,5 @@ void HSVNConflictedItem::resolve(HSVNConflictKind kind, HSVNResolutionChoice cho
     const svn_string_t* const value = merged ? valueIn(operation, *merged, *_conflict->pool) : nullptr;
     operation.check(operation.extension(&HSVNBundleExtensions::conflict_resolve)(
         _conflict->record, static_cast<int>(kind), operation.cString(property), static_cast<int>(choice), value,
-        operation.ctx(), operation.pool()));
+        operation.ctx(), *_conflict->pool));
 }

@@ -91,6 +91,8 @@ class HSVN_EXPORT HSVNConflictedItem
     const std::vector<std::string>& conflictedProperties() const;
     /// Of the file in conflict; nil when it has none.
     const std::optional<std::string>& mimeType() const;
+    /// What met the conflict; `None` where there is none.
+    HSVNConflictOperation operation() const;
 
     /// Asks the repository how a tree conflict came about; descriptions, options and the recommended choice then know.
     ///
@@ -146,7 +148,7 @@ HSVN_EXPORT void HSVNCompareFiles(const std::string& original, const std::string
 
 /// Hands out the conflicts between my file and theirs, with the numbers of their lines.
 ///
-/// @param files  base, mine and theirNew are used; none may be nil
+/// @param files  base, mine and theirNew are used; only the base may be nil, and is empty then
 /// Stands for svn_diff_file_output_merge3.
 HSVN_EXPORT void HSVNShowConflicts(const HSVNConflictSides& files, const HSVNSideLabels& labels,
                                    const HSVNContentsReceiver& receiver, const HSVNContextRef& context);
@@ -174,7 +176,7 @@ struct HSVNMergeStretch
 
 /// Compares three files.
 ///
-/// @param files  base, mine and theirNew are used; none may be nil
+/// @param files  base, mine and theirNew are used; only the base may be nil, and is empty then
 /// @return the stretches of the merged file, in order
 /// Stands for svn_diff_file_diff3_2.
 HSVN_EXPORT std::vector<HSVNMergeStretch> HSVNMergeStretches(const HSVNConflictSides& files,

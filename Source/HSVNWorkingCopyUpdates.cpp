@@ -19,7 +19,24 @@ HSVNBundleExtensions::Updating wishesOf(const HSVNItemUpdateOptions& options)
             options.ignoreAncestry};
 }
 
-HSVNBundleExtensions::Merging wishesOf(const HSVNOperation& operation, const HSVNItemMergeOptions& options)
+struct MergeCall
+{
+    HSVNContext& context;
+    const HSVNConflictChooser& chooser;
+};
+
+svn_error_t* choose(void* baton, int* choice, const char* path, int kind)
+{
+    const auto& call = *static_cast<MergeCall*>(baton);
+    return HSVNGuardCallback(call.context, [&]() -> svn_error_t* {
+        *choice = static_cast<int>(call.chooser(path, static_cast<HSVNConflictKind>(kind)));
+        return nullptr;
+    });
+}
+
+/// @param call  outlives the record
+HSVNBundleExtensions::Merging wishesOf(const HSVNOperation& operation, const HSVNItemMergeOptions& options,
+                                       MergeCall& call)
 {
     return {static_cast<svn_depth_t>(options.depth),
             options.ignoreMergeInfo,
@@ -29,7 +46,8 @@ HSVNBundleExtensions::Merging wishesOf(const HSVNOperation& operation, const HSV
             options.dryRun,
             options.allowMixedRevisions,
             HSVNFilterArray(operation, options.arguments),
-            options.resolution ? static_cast<int>(*options.resolution) : -1};
+            options.chooser ? choose : nullptr,
+            &call};
 }
 
 } // namespace
@@ -127,7 +145,8 @@ void HSVNMergeTrees(const std::pair<std::string, HSVNRevisionRef>& first,
     const auto function = operation.extension(&HSVNBundleExtensions::client_merge);
     const auto firstRecord = first.second->SVNRevision();
     const auto secondRecord = second.second->SVNRevision();
-    const auto wishes = wishesOf(operation, options);
+    MergeCall call{*context, options.chooser};
+    const auto wishes = wishesOf(operation, options, call);
     operation.check(function(operation.cString(first.first), &firstRecord, operation.cString(second.first),
                              &secondRecord, operation.cString(target), &wishes, operation.ctx(), operation.pool()));
 }
@@ -144,7 +163,8 @@ void HSVNMergeChanges(const std::string& source, const HSVNRevisionRef& pegRevis
                             {{"source", source}, {"pegRevision", pegRevision}, {"target", target}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_merge_peg);
     const auto peg = pegRevision->SVNRevision();
-    const auto wishes = wishesOf(operation, options);
+    MergeCall call{*context, options.chooser};
+    const auto wishes = wishesOf(operation, options, call);
     operation.check(function(operation.cString(source), ranges ? HSVNRangeArray(operation, *ranges) : nullptr, &peg,
                              operation.cString(target), &wishes, operation.ctx(), operation.pool()));
 }
@@ -160,7 +180,8 @@ void HSVNReintegrate(const std::string& source, const HSVNRevisionRef& pegRevisi
                             {{"source", source}, {"pegRevision", pegRevision}, {"target", target}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_merge_reintegrate);
     const auto peg = pegRevision->SVNRevision();
-    const auto wishes = wishesOf(operation, options);
+    MergeCall call{*context, options.chooser};
+    const auto wishes = wishesOf(operation, options, call);
     operation.check(function(operation.cString(source), &peg, operation.cString(target), &wishes, operation.ctx(),
                              operation.pool()));
 }

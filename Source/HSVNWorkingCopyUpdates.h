@@ -5,6 +5,7 @@
 #include "HSVNRevisionSpec.h"
 #include "HSVNTypes.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <utility>
@@ -39,6 +40,12 @@ struct HSVNItemExportOptions
     std::optional<std::string> nativeEndOfLine;
 };
 
+/// Answers how a conflict is settled, by a choice from `Postpone` to `MergedText`. An exception ends the operation and
+/// reaches the caller.
+///
+/// @param path  of the item, absolute
+using HSVNConflictChooser = std::function<HSVNResolutionChoice(const std::string& path, HSVNConflictKind kind)>;
+
 /// How a merge goes about.
 struct HSVNItemMergeOptions
 {
@@ -50,9 +57,8 @@ struct HSVNItemMergeOptions
     bool dryRun = false;                  ///< tell what would be done and leave the working copy as it is
     bool allowMixedRevisions = false;     ///< merge into a working copy of several revisions
     std::vector<std::string> arguments{}; ///< of the program, external or not, that merges texts
-    /// How every conflict is settled while the merge goes on, by a choice from `Postpone` to `MergedText`; nil leaves
-    /// them.
-    std::optional<HSVNResolutionChoice> resolution{};
+    /// Asked how each conflict is settled while the merge goes on; nil leaves all.
+    HSVNConflictChooser chooser{};
 };
 
 /// Brings working-copy items to a revision.
@@ -138,7 +144,7 @@ HSVN_EXPORT void HSVNMergeChanges(const std::string& source, const HSVNRevisionR
 /// @param source       the branch: a URL or a working copy's item
 /// @param pegRevision  where the source is looked up; not nil ("pegRevision != nil")
 /// @param target       the root of a working copy without changes, of one revision
-/// @param options      of which `dryRun` and `arguments` count
+/// @param options      of which `dryRun`, `arguments` and `chooser` count
 /// @param context      not nil ("context != nil")
 /// @throws HSVNException for every Subversion error
 /// Stands for svn_client_merge_reintegrate; not offered by lines before 1.5.

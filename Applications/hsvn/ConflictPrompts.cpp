@@ -34,7 +34,7 @@ constexpr std::array treeCodes{ChoiceCode{Choice::Postpone, "p", "postpone"},
                                ChoiceCode{Choice::IncomingAddedFileTextMerge, "m", ""},
                                ChoiceCode{Choice::IncomingAddedFileReplaceAndMerge, "M", ""},
                                ChoiceCode{Choice::IncomingAddedFolderMerge, "m", ""},
-                               ChoiceCode{Choice::IncomingAddedFolderReplace, "r", ""},
+                               ChoiceCode{Choice::IncomingAddedFolderReplace, "R", ""},
                                ChoiceCode{Choice::IncomingAddedFolderReplaceAndMerge, "M", ""},
                                ChoiceCode{Choice::IncomingDeleteIgnore, "i", ""},
                                ChoiceCode{Choice::IncomingDeleteAccept, "a", ""},
@@ -61,22 +61,20 @@ const ChoiceCode* codeOf(const Codes& codes, Choice choice)
 
 std::string promptText(const std::vector<PromptAnswer>& answers)
 {
-    constexpr std::size_t firstWidth = 73;
-    constexpr std::size_t nextWidth = 72;
-    std::string text;
-    std::string line = "Select:";
-    std::size_t width = firstWidth;
+    constexpr std::size_t margin = 7;
+    constexpr std::size_t most = 70; // commas aside
+    std::string text = "Select:";
+    std::size_t width = margin;
     for (const auto& answer : answers) {
         const std::string piece = fmt::format(" ({}) {}", answer.code, answer.label);
-        const bool isLast = &answer == &answers.back();
-        if (line.size() + piece.size() > width) {
-            text += line + "\n";
-            line = "       ";
-            width = nextWidth;
+        if (width + piece.size() > most) {
+            text += "\n" + std::string(margin, ' ');
+            width = margin;
         }
-        line += piece + (isLast ? ": " : ",");
+        text += piece + (&answer == &answers.back() ? ": " : ",");
+        width += piece.size();
     }
-    return text + line;
+    return text;
 }
 
 std::string promptHelp(const std::vector<PromptAnswer>& answers)
@@ -109,24 +107,6 @@ std::string askForCode(const std::vector<PromptAnswer>& all, const std::vector<P
         }
         Output::writeError("Unrecognized option.\n\n");
     }
-}
-
-std::string askForAnswer(const std::vector<PromptAnswer>& all, const std::vector<PromptAnswer>& shown)
-{
-    std::string code = askForCode(all, shown);
-    while (code == "h") {
-        Output::writeError(promptHelp(all));
-        code = askForCode(all, shown);
-    }
-    return code;
-}
-
-std::optional<PromptEnd> endForCode(const std::string& code)
-{
-    if (code == "p" || code == "q") {
-        return code == "q" ? PromptEnd::Quit : PromptEnd::Postponed;
-    }
-    return std::nullopt;
 }
 
 std::vector<PromptAnswer> answersOf(HSVNConflictedItem& item, HSVNConflictKind kind)

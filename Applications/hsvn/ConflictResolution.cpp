@@ -10,6 +10,9 @@
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <functional>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -65,23 +68,24 @@ bool leaves(HSVNConflictedItem& item, Kind kind, Choice choice)
 }
 
 /// Mine of a tree conflict is the item where I moved it, or what I moved away from below it.
-Choice choiceForTree(HSVNConflictedItem& item, Choice choice)
+Choice choiceForTree(HSVNConflictedItem& item, Accept accept)
 {
-    if (choice == Choice::MergedText) {
+    if (accept == Accept::Working) {
         return Choice::AcceptCurrentState;
     }
-    if (choice == Choice::WorkingTextWhereConflicted) {
+    if (accept == Accept::MineConflict) {
         for (const Choice mine : {Choice::UpdateMoveDestination, Choice::UpdateMovedAwayChildren}) {
             if (leaves(item, Kind::Tree, mine)) {
                 return mine;
             }
         }
     }
-    return choice;
+    return choiceOf(accept);
 }
 
-void settle(HSVNConflictedItem& item, Choice choice)
+void settle(HSVNConflictedItem& item, Accept accept)
 {
+    const Choice choice = choiceOf(accept);
     if (item.hasTextConflict()) {
         item.resolve(Kind::Text, choice);
     }
@@ -89,7 +93,7 @@ void settle(HSVNConflictedItem& item, Choice choice)
         item.resolve(Kind::Property, choice);
     }
     if (item.hasTreeConflict()) {
-        item.resolve(Kind::Tree, choiceForTree(item, choice));
+        item.resolve(Kind::Tree, choiceForTree(item, accept));
     }
 }
 
@@ -106,16 +110,22 @@ void ConflictResolution::resolveCounted()
         return;
     }
     bool hasFailed = false;
-    // To settle one conflict may raise others, of the same item too.
-    for (auto path = nextPath(); path && !_hasQuit; path = nextPath()) {
+    // To settle one conflict may raise others, of the same item too: they come before those that were there already.
+    std::vector<std::string> paths = untriedPaths();
+    while (!paths.empty() && !_hasQuit) {
+        const std::string path = std::move(paths.back());
+        paths.pop_back();
         try {
-            resolve(*path);
+            resolve(path);
         } catch (const HSVNException& exception) {
             if (exception.status() == Cancelled) {
                 throw;
             }
-            printWarning(exception);
+            printWarningOfRoot(exception);
             hasFailed = true;
+        }
+        for (auto& raised : untriedPaths()) {
+            paths.push_back(std::move(raised));
         }
     }
     if (hasFailed) {
@@ -123,15 +133,16 @@ void ConflictResolution::resolveCounted()
     }
 }
 
-std::optional<std::string> ConflictResolution::nextPath()
+std::vector<std::string> ConflictResolution::untriedPaths()
 {
-    std::optional<std::string> next;
+    std::vector<std::string> paths;
     for (const auto& item : _printer.conflicts().items()) {
-        if ((!next || *next == item.first) && _tried.insert(item).second) {
-            next = item.first;
+        if (_tried.insert(item).second && (paths.empty() || paths.back() != item.first)) {
+            paths.push_back(item.first);
         }
     }
-    return next;
+    std::reverse(paths.begin(), paths.end());
+    return paths;
 }
 
 void ConflictResolution::resolve(const std::string& path)
@@ -141,7 +152,7 @@ void ConflictResolution::resolve(const std::string& path)
     case Next::Leave:
         break;
     case Next::Settle:
-        settle(item, choiceOf(_accept));
+        settle(item, _accept);
         break;
     case Next::Recommend:
         if (item.hasTreeConflict()) {
@@ -188,14 +199,14 @@ ConflictResolution::Next ConflictResolution::edit(const std::string& path)
 
 ConflictResolution::Next ConflictResolution::launch(HSVNConflictedItem& item, const std::string& path)
 {
-    if (!item.hasTextConflict()) {
+    if (!item.hasTextConflict() || (item.mimeType() && isBinaryMIMEType(*item.mimeType()))) {
         return Next::Ask;
     }
     if (_hasFailedProgram) {
         return Next::Leave;
     }
     try {
-        return launchMergeTool(_session, item.files(), absolutePath(path)) ? Next::Settle : Next::Leave;
+        return launchMergeTool(_session, filesOf(item), absolutePath(path)) ? Next::Settle : Next::Leave;
     } catch (const HSVNException& exception) {
         reportFailedProgram(exception);
         _hasFailedProgram = true;
@@ -206,14 +217,31 @@ ConflictResolution::Next ConflictResolution::launch(HSVNConflictedItem& item, co
 void ConflictResolution::ask(HSVNConflictedItem& item, const std::string& path)
 {
     printSummaryOnce();
+    std::vector<std::function<PromptEnd()>> questions;
     if (item.hasTextConflict()) {
-        _hasQuit = TextConflictPrompt{_session, item, path}.ask() == PromptEnd::Quit;
+        questions.emplace_back([&] { return TextConflictPrompt{_session, item, path}.ask(); });
     }
     for (const auto& property : item.conflictedProperties()) {
-        _hasQuit = PropertyConflictPrompt{_session, item, path, property}.ask() == PromptEnd::Quit || _hasQuit;
+        questions.emplace_back([&] { return PropertyConflictPrompt{_session, item, path, property}.ask(); });
     }
     if (item.hasTreeConflict()) {
-        _hasQuit = TreeConflictPrompt{item, path}.ask() == PromptEnd::Quit || _hasQuit;
+        questions.emplace_back([&] { return TreeConflictPrompt{item, path}.ask(); });
+    }
+    // What was put off is asked again as long as the last answer settled something.
+    PromptEnd end = PromptEnd::Settled;
+    while (!questions.empty() && end == PromptEnd::Settled) {
+        std::vector<std::function<PromptEnd()>> left;
+        for (auto& question : questions) {
+            end = question();
+            if (end == PromptEnd::Quit) {
+                _hasQuit = true;
+                return;
+            }
+            if (end == PromptEnd::Postponed) {
+                left.push_back(std::move(question));
+            }
+        }
+        questions = std::move(left);
     }
 }
 
@@ -234,11 +262,7 @@ std::optional<HSVNResolutionChoice> choiceForAll(Accept accept)
 
 void settleConflicts(Session& session, NotificationPrinter& printer)
 {
-    if (session.options.quiet) {
-        return;
-    }
-    if (printer.conflicts().hasConflicts()) {
+    if (!session.options.quiet && printer.conflicts().hasConflicts()) {
         ConflictResolution{session, printer}.resolveCounted();
     }
-    printer.printConflictSummary();
 }

@@ -7,6 +7,7 @@
 #include <set>
 #include <string>
 #include <utility>
+#include <vector>
 
 /// Settles the conflicts of working-copy items: as --accept says, as Subversion recommends, or by asking.
 class ConflictResolution
@@ -35,8 +36,8 @@ class ConflictResolution
         Recommend,
         Ask
     };
-    /// The next item with a conflict that was not tried yet; all its conflicts count as tried then.
-    std::optional<std::string> nextPath();
+    /// The items with conflicts that were not tried yet, the last one first; they count as tried then.
+    std::vector<std::string> untriedPaths();
     Next next(HSVNConflictedItem& item, const std::string& path);
     Next edit(const std::string& path);
     Next launch(HSVNConflictedItem& item, const std::string& path);
@@ -46,7 +47,6 @@ class ConflictResolution
     Session& _session;
     NotificationPrinter& _printer;
     Accept _accept;
-    bool _asks = false;
     bool _hasQuit = false;
     bool _hasFailedProgram = false; // a failed editor or tool is not started again
     bool _hasPrintedSummary = false;
@@ -56,6 +56,5 @@ class ConflictResolution
 /// The choice that --accept names for every conflict; nil when each has its own.
 std::optional<HSVNResolutionChoice> choiceForAll(Accept accept);
 
-/// What follows an operation that may leave conflicts: they are settled, unless the subcommand is quiet, and what is
-/// left is told.
+/// What follows an operation that may leave conflicts: they are settled, unless the subcommand is quiet.
 void settleConflicts(Session& session, NotificationPrinter& printer);

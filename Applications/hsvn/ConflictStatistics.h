@@ -1,17 +1,12 @@
 #pragma once
 
+#include <HSVN/HSVN.h>
 #include <array>
 #include <set>
 #include <string>
 #include <utility>
 
-/// The kinds of conflict that are counted.
-enum class ConflictKind
-{
-    Text,
-    Property,
-    Tree
-};
+using ConflictKind = HSVNConflictKind;
 
 /// What an operation left in conflict, what of it was resolved meanwhile, and what it skipped.
 class ConflictStatistics
@@ -34,18 +29,8 @@ class ConflictStatistics
     struct Count
     {
         std::set<std::string> paths;
-        std::size_t resolved = 0;
+        int resolved = 0;
     };
     std::array<Count, 3> _counts; // by kind
     int _skipped = 0;
 };
-
-/// How many conflicts of a kind are left, and how many were settled meanwhile.
-struct ConflictCount
-{
-    std::size_t remaining = 0;
-    std::size_t resolved = 0;
-};
-
-/// The summary of counts by kind, and of how many paths were skipped.
-std::string conflictSummary(const std::array<ConflictCount, 3>& counts, int skipped = 0);

@@ -8,7 +8,8 @@ namespace {
 void runDelete(Session& session)
 {
     const Options& options = session.options;
-    auto targets = requiredTargetsOfOneKind(session);
+    auto targets = requiredTargets(session);
+    requireOneKind(targets);
     CommitRun change{session, isURL(targets.front())};
     targets = unpeggedTargets(targets);
     try {

@@ -146,6 +146,12 @@ void printWarning(const HSVNException& exception)
     Output::writeError(fmt::format("{}: warning: W{:06}: {}\n", programName(), link.code, link.message));
 }
 
+void printWarningOfRoot(const HSVNException& exception)
+{
+    const Link root = chainOf(exception).back();
+    Output::writeError(fmt::format("{}: warning: W{:06}: {}\n", programName(), root.code, root.message));
+}
+
 void reportFailedProgram(const HSVNException& exception)
 {
     const auto code = exception.status();

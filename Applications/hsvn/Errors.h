@@ -96,6 +96,8 @@ void printError(const HSVNException& exception, const std::string& prefix);
 void printInterruption(const HSVNException& exception);
 /// Prints "PROGRAM: warning: W155007: message", the outermost error only.
 void printWarning(const HSVNException& exception);
+/// The same, of the innermost error only.
+void printWarningOfRoot(const HSVNException& exception);
 /// Prints the whole chain in that form.
 void printWarnings(const HSVNException& exception);
 

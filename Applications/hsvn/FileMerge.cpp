@@ -79,12 +79,15 @@ std::string column(std::string line, std::size_t width)
 std::string sideBySide(const Lines& theirs, const Lines& mine, const HSVNMergeStretch& stretch)
 {
     const std::size_t width = columnWidth();
-    const auto header = [&](const char* whose, const HSVNMergeStretch::Lines& range) {
-        return column(fmt::format("{} version (at line {})", whose, range.start + range.count), width);
+    // Counts the lines that are complete; the last of a file may not be.
+    const auto header = [&](const char* whose, const HSVNMergeStretch::Lines& range, const Lines& lines) {
+        const bool isCut = !lines.empty() && lines.back().back() != '\n';
+        return column(fmt::format("{} version (at line {})", whose, range.start + range.count - (isCut ? 1 : 0)),
+                      width);
     };
     const std::string rule = std::string(width, '-') + "+" + std::string(width, '-') + "\n";
-    std::string text = "Conflicting section found during merge:\n" + header("(1) their", stretch.theirs) + "|" +
-                       header("(2) your", stretch.mine) + "\n" + rule;
+    std::string text = "Conflicting section found during merge:\n" + header("(1) their", stretch.theirs, theirs) + "|" +
+                       header("(2) your", stretch.mine, mine) + "\n" + rule;
     for (std::size_t index = 0; index < std::max(theirs.size(), mine.size()); ++index) {
         text += column(index < theirs.size() ? theirs[index] : "", width) + "|" +
                 column(index < mine.size() ? mine[index] : "", width) + "\n";

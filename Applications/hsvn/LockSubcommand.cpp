@@ -22,7 +22,9 @@ std::optional<std::string> commentOf(const Options& options)
 
 void runLock(Session& session)
 {
-    const auto targets = unpeggedTargets(requiredTargetsOfOneKind(session));
+    auto targets = requiredTargets(session);
+    requireOneKind(targets);
+    targets = unpeggedTargets(targets);
     const auto comment = commentOf(session.options);
     NotificationPrinter printer{session.options.quiet};
     printNotifications(session, printer);

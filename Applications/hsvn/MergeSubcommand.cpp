@@ -147,7 +147,7 @@ class MergeRun
         }
     }
 
-    HSVNItemMergeOptions wishes() const
+    HSVNItemMergeOptions wishes()
     {
         const Options& options = _session.options;
         HSVNItemMergeOptions wishes;
@@ -159,11 +159,17 @@ class MergeRun
         wishes.dryRun = options.dryRun;
         wishes.allowMixedRevisions = options.allowMixedRevisions;
         wishes.arguments = split(options.extensions.value_or(""), " \t\n\r");
-        wishes.resolution = choiceForAll(options.accept);
+        if (const auto choice = choiceForAll(options.accept)) {
+            wishes.chooser = [this, choice](const std::string& path, HSVNConflictKind kind) {
+                // What cannot be settled so ends the merge; it counts as settled all the same.
+                _printer.conflicts().resolve(relativeToCurrentFolder(path), kind);
+                return *choice;
+            };
+        }
         return wishes;
     }
 
-    void merge() const
+    void merge()
     {
         const auto& client = _session.client();
         if (_session.options.reintegrate) {
@@ -197,9 +203,7 @@ class MergeRun
             }
             _failure = std::make_shared<HSVNException>(exception);
         }
-        if (!_session.options.quiet && _printer.conflicts().hasConflicts()) {
-            ConflictResolution{_session, _printer}.resolveCounted();
-        }
+        settleConflicts(_session, _printer);
     }
 
     /// Whether the merge stopped for conflicts, all of which are settled by now.

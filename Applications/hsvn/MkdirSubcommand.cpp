@@ -25,7 +25,8 @@ HSVNException advised(const HSVNException& exception, const Options& options)
 
 void runMkdir(Session& session)
 {
-    auto targets = requiredTargetsOfOneKind(session);
+    auto targets = requiredTargets(session);
+    requireOneKind(targets);
     CommitRun change{session, isURL(targets.front())};
     targets = unpeggedTargets(targets);
     try {

@@ -28,11 +28,13 @@ PromptEnd PropertyConflictPrompt::ask()
     Output::writeError(fmt::format("Conflict for property '{}' discovered on '{}'.\n{}\n", _property, _shown,
                                    _item.descriptionOfPropertyConflict()));
     for (;;) {
-        const std::string code = askForAnswer(_answers, shortAnswers());
-        if (const auto end = endForCode(code)) {
-            return *end;
+        const std::string code = askForCode(_answers, shortAnswers());
+        if (code == "p" || code == "q") {
+            return code == "q" ? PromptEnd::Quit : PromptEnd::Postponed;
         }
-        if (code == "dc") {
+        if (code == "h") {
+            Output::writeError(promptHelp(_answers));
+        } else if (code == "dc") {
             Output::writeBytes(merged());
             Output::flush();
         } else if (code == "e") {

@@ -83,7 +83,7 @@ class ResolveRun
         if (exception.status() == Cancelled) {
             exception.raise();
         }
-        printWarning(exception);
+        printWarningOfRoot(exception);
         _hasFailed = true;
     }
 

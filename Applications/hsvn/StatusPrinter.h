@@ -1,9 +1,7 @@
 #pragma once
 
-#include "ConflictStatistics.h"
 #include "Session.h"
 
-#include <array>
 #include <nlohmann/json.hpp>
 #include <string>
 
@@ -32,5 +30,7 @@ class StatusPrinter
     Session& _session;
     std::string _target;
     std::string _absoluteTarget;
-    std::array<ConflictCount, 3> _conflicts; // by kind
+    int _textConflicts = 0;
+    int _propertyConflicts = 0;
+    int _treeConflicts = 0;
 };

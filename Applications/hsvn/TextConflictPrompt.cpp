@@ -18,9 +18,18 @@ const PromptAnswer quitAnswer{"q", "Quit resolution", "postpone all remaining co
 
 } // namespace
 
+HSVNConflictSides filesOf(HSVNConflictedItem& item)
+{
+    HSVNConflictSides files = item.files();
+    if (!files.base) {
+        files.base = files.theirOld;
+    }
+    return files;
+}
+
 TextConflictPrompt::TextConflictPrompt(Session& session, HSVNConflictedItem& item, const std::string& path)
     : _session{session}, _item{item}, _path{absolutePath(path)}, _shown{relativeToCurrentFolder(_path)},
-      _files{item.files()}, _answers{answersOf(item, HSVNConflictKind::Text)}
+      _files{filesOf(item)}, _answers{answersOf(item, HSVNConflictKind::Text)}
 {
     _answers.push_back(quitAnswer);
 }
@@ -43,9 +52,13 @@ PromptEnd TextConflictPrompt::ask()
     }
     Output::writeError(fmt::format("Merge conflict discovered in file '{}'.\n", _shown));
     for (;;) {
-        const std::string code = askForAnswer(_answers, shortAnswers());
-        if (const auto end = endForCode(code)) {
-            return *end;
+        const std::string code = askForCode(_answers, shortAnswers());
+        if (code == "p" || code == "q") {
+            return code == "q" ? PromptEnd::Quit : PromptEnd::Postponed;
+        }
+        if (code == "h") {
+            Output::writeError(promptHelp(_answers));
+            continue;
         }
         if (code == "r" && !_mayBeResolved) {
             Output::writeError("Invalid option; use diff/edit/merge/launch before choosing 'mark resolved'.\n\n");
@@ -76,9 +89,13 @@ PromptEnd TextConflictPrompt::askAboutBinaryFile()
             shown.push_back(*answer);
         }
     }
-    const std::string code = askForAnswer(_answers, shown);
-    if (const auto end = endForCode(code)) {
-        return *end;
+    std::string code = askForCode(_answers, shown);
+    while (code == "h") {
+        Output::writeError(promptHelp(_answers));
+        code = askForCode(_answers, shown);
+    }
+    if (code == "p" || code == "q") {
+        return code == "q" ? PromptEnd::Quit : PromptEnd::Postponed;
     }
     _item.resolve(HSVNConflictKind::Text, answerWithCode(_answers, code)->choice);
     return PromptEnd::Settled;
@@ -115,19 +132,22 @@ void TextConflictPrompt::act(const std::string& code)
 
 void TextConflictPrompt::showDifference()
 {
-    const std::string theirs = _files.theirNew.value_or("");
-    HSVNCompareFiles(theirs, _path, relativeToCurrentFolder(theirs) + "\t- THEIRS", _shown + "\t- MERGED",
-                     Output::writeBytes, _session.client());
+    // A merge changes my file, an update the file that came in.
+    const bool isMerge = _item.operation() == HSVNConflictOperation::Merge;
+    const std::string original = (isMerge ? _files.mine : _files.theirNew).value_or("");
+    HSVNCompareFiles(original, _path, relativeToCurrentFolder(original) + (isMerge ? "\t- MINE" : "\t- THEIRS"),
+                     _shown + "\t- MERGED", Output::writeBytes, _session.client());
     Output::flush();
     _mayBeResolved = true;
 }
 
-void TextConflictPrompt::showConflicts() const
+void TextConflictPrompt::showConflicts()
 {
     HSVNShowConflicts(_files,
                       {"||||||| ORIGINAL", "<<<<<<< MINE (select with 'mc')", ">>>>>>> THEIRS (select with 'tc')"},
                       Output::writeBytes, _session.client());
     Output::flush();
+    _mayBeResolved = true;
 }
 
 void TextConflictPrompt::merge(bool useTool)

@@ -7,7 +7,9 @@ namespace {
 
 void runUnlock(Session& session)
 {
-    const auto targets = unpeggedTargets(requiredTargetsOfOneKind(session));
+    auto targets = requiredTargets(session);
+    requireOneKind(targets);
+    targets = unpeggedTargets(targets);
     NotificationPrinter printer{session.options.quiet};
     printNotifications(session, printer);
     HSVNUnlockItems(targets, session.options.force, session.client());

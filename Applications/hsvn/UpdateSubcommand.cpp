@@ -4,7 +4,6 @@
 #include "Output.h"
 #include "Subcommands.h"
 #include "Targets.h"
-#include "UpdateWishes.h"
 
 #include <fmt/format.h>
 
@@ -46,15 +45,22 @@ void runUpdate(Session& session)
     if (!options.changelists.empty()) {
         targets = changelistMembers(session, targets);
     }
-    const auto wishes = updateWishes(options);
+    HSVNItemUpdateOptions wishes;
+    wishes.depthIsSticky = options.setDepth != HSVNDepthUnknown;
+    wishes.depth = wishes.depthIsSticky ? options.setDepth : options.depth;
+    wishes.processExternals = !options.ignoreExternals;
+    wishes.allowObstructions = options.force;
+    wishes.addsAsModification = options.addsAsModification;
+    wishes.makeParents = options.parents;
     NotificationPrinter printer{options.quiet};
     printNotifications(session, printer);
     const auto revision = options.usedRevision ? options.startRevision() : HSVNRevision::HEAD();
     const auto revisions = HSVNUpdateItems(targets, revision, wishes, session.client());
+    settleConflicts(session, printer);
     if (!options.quiet) {
         printSummary(targets, revisions);
     }
-    settleConflicts(session, printer);
+    printer.printConflictSummary();
     printer.requireExternals();
 }
 

@@ -22,6 +22,9 @@ svn_error_t* state(HSVNBundleExtensions::ConflictState* state, svn_client_confli
     state->properties = properties;
     state->mimeType = state->text ? svn_client_conflict_text_get_mime_type(conflict) : nullptr;
     state->recommended = svn_client_conflict_get_recommended_option_id(conflict);
+    // Subversion looks for it in the first conflict, without asking whether there is one.
+    const bool isInConflict = state->text || state->tree || (properties != nullptr && properties->nelts > 0);
+    state->operation = isInConflict ? svn_client_conflict_get_operation(conflict) : svn_wc_operation_none;
     return SVN_NO_ERROR;
 }
 
@@ -157,9 +160,12 @@ svn_error_t* diffFiles(svn_stream_t* out, const char* original, const char* modi
 
 using Files = HSVNBundleExtensions::ConflictSides<const char*>;
 
-/// Compares the common ancestor, my file and theirs.
+/// Compares the common ancestor, my file and theirs. Without an ancestor, an empty file takes its place.
 svn_error_t* diff3(svn_diff_t** diff, Files& files, svn_diff_file_options_t* wishes, apr_pool_t* pool)
 {
+    if (files.base == nullptr) {
+        SVN_ERR(svn_io_open_unique_file3(nullptr, &files.base, nullptr, svn_io_file_del_on_pool_cleanup, pool, pool));
+    }
     HSVN_CANONICAL_PATH(files.base, pool);
     HSVN_CANONICAL_PATH(files.mine, pool);
     HSVN_CANONICAL_PATH(files.theirNew, pool);

@@ -4,6 +4,45 @@
 namespace HSVNAdapter {
 namespace {
 
+#if SVN_VER_MINOR >= 8
+/// Settles conflicts as it is told, while it lives.
+class ConflictSettler
+{
+  public:
+    ConflictSettler(svn_client_ctx_t* ctx, const HSVNBundleExtensions::Merging& wishes)
+        : _ctx{ctx}, _function{ctx->conflict_func2}, _baton{ctx->conflict_baton2}, _wishes{wishes}
+    {
+        if (wishes.choose != nullptr) {
+            ctx->conflict_func2 = choose;
+            ctx->conflict_baton2 = this;
+        }
+    }
+    ~ConflictSettler()
+    {
+        _ctx->conflict_func2 = _function;
+        _ctx->conflict_baton2 = _baton;
+    }
+    ConflictSettler(const ConflictSettler&) = delete;
+    ConflictSettler& operator=(const ConflictSettler&) = delete;
+
+  private:
+    static svn_error_t* choose(svn_wc_conflict_result_t** result, const svn_wc_conflict_description2_t* conflict,
+                               void* baton, apr_pool_t* resultPool, apr_pool_t* /*scratchPool*/)
+    {
+        const auto& wishes = static_cast<ConflictSettler*>(baton)->_wishes;
+        int choice = svn_wc_conflict_choose_postpone;
+        SVN_ERR(wishes.choose(wishes.chooser, &choice, conflict->local_abspath, conflict->kind));
+        *result = svn_wc_create_conflict_result(static_cast<svn_wc_conflict_choice_t>(choice), nullptr, resultPool);
+        return SVN_NO_ERROR;
+    }
+
+    svn_client_ctx_t* _ctx;
+    svn_wc_conflict_resolver_func2_t _function;
+    void* _baton;
+    const HSVNBundleExtensions::Merging& _wishes;
+};
+#endif
+
 #if SVN_VER_MINOR >= 5
 svn_error_t* checkout(svn_revnum_t* result, const char* url, const char* path, const svn_opt_revision_t* pegRevision,
                       const svn_opt_revision_t* revision, const HSVNBundleExtensions::Updating* wishes,
@@ -20,6 +59,9 @@ svn_error_t* mergeReintegrate(const char* source, const svn_opt_revision_t* pegR
 {
     SVN_ERR(checkTarget(&source, pool));
     SVN_ERR(checkLocalTarget(&target, pool));
+#if SVN_VER_MINOR >= 8
+    const ConflictSettler settler{ctx, *wishes};
+#endif
     return svn_client_merge_reintegrate(source, pegRevision, target, wishes->dryRun, wishes->arguments, ctx, pool);
 }
 #endif
@@ -57,41 +99,6 @@ svn_error_t* exportTo(svn_revnum_t* result, const char* from, const char* to, co
 #endif
 
 #if SVN_VER_MINOR >= 8
-/// Settles every conflict in one way while it lives.
-class ConflictSettler
-{
-  public:
-    ConflictSettler(svn_client_ctx_t* ctx, int choice)
-        : _ctx{ctx}, _function{ctx->conflict_func2}, _baton{ctx->conflict_baton2}, _choice{choice}
-    {
-        if (choice >= 0) {
-            ctx->conflict_func2 = choose;
-            ctx->conflict_baton2 = this;
-        }
-    }
-    ~ConflictSettler()
-    {
-        _ctx->conflict_func2 = _function;
-        _ctx->conflict_baton2 = _baton;
-    }
-    ConflictSettler(const ConflictSettler&) = delete;
-    ConflictSettler& operator=(const ConflictSettler&) = delete;
-
-  private:
-    static svn_error_t* choose(svn_wc_conflict_result_t** result, const svn_wc_conflict_description2_t* /*conflict*/,
-                               void* baton, apr_pool_t* resultPool, apr_pool_t* /*scratchPool*/)
-    {
-        const auto choice = static_cast<svn_wc_conflict_choice_t>(static_cast<ConflictSettler*>(baton)->_choice);
-        *result = svn_wc_create_conflict_result(choice, nullptr, resultPool);
-        return SVN_NO_ERROR;
-    }
-
-    svn_client_ctx_t* _ctx;
-    svn_wc_conflict_resolver_func2_t _function;
-    void* _baton;
-    int _choice;
-};
-
 svn_error_t* merge(const char* source1, const svn_opt_revision_t* revision1, const char* source2,
                    const svn_opt_revision_t* revision2, const char* target, const HSVNBundleExtensions::Merging* wishes,
                    svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -99,7 +106,7 @@ svn_error_t* merge(const char* source1, const svn_opt_revision_t* revision1, con
     SVN_ERR(checkTarget(&source1, pool));
     SVN_ERR(checkTarget(&source2, pool));
     SVN_ERR(checkLocalTarget(&target, pool));
-    const ConflictSettler settler{ctx, wishes->conflictChoice};
+    const ConflictSettler settler{ctx, *wishes};
     return svn_client_merge5(source1, revision1, source2, revision2, target, wishes->depth, wishes->ignoreMergeInfo,
                              wishes->diffIgnoreAncestry, wishes->forceDelete, wishes->recordOnly, wishes->dryRun,
                              wishes->allowMixedRevisions, wishes->arguments, ctx, pool);
@@ -111,7 +118,7 @@ svn_error_t* mergePeg(const char* source, const apr_array_header_t* ranges, cons
 {
     SVN_ERR(checkTarget(&source, pool));
     SVN_ERR(checkLocalTarget(&target, pool));
-    const ConflictSettler settler{ctx, wishes->conflictChoice};
+    const ConflictSettler settler{ctx, *wishes};
     return svn_client_merge_peg5(source, ranges != nullptr ? rangePointers(ranges, pool) : nullptr, pegRevision, target,
                                  wishes->depth, wishes->ignoreMergeInfo, wishes->diffIgnoreAncestry,
                                  wishes->forceDelete, wishes->recordOnly, wishes->dryRun, wishes->allowMixedRevisions,

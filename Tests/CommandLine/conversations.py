@@ -21,7 +21,9 @@ import compare
 import fixtures
 
 SECRET = "not-to-be-seen"
-EDITOR = "sed -i -e s/mine/edited/"
+# Writes into the file that it is given; svn does not see another file in its place.
+EDITOR = 'f() { sed s/mine/edited/ "$1" > "$HOME/edited"; cat "$HOME/edited" > "$1"; }; f'
+MERGE_TOOL = "--config-option config:helpers:merge-tool-cmd="
 QUESTION = re.compile(r"(: |\? )$")
 
 # A state of fixtures.py, what follows "svn", and the answers, one for each question.
@@ -42,6 +44,35 @@ CONVERSATIONS = [
     ("obstructed", "up", ["r", "m", "p"]),
     ("merging", "merge -c 7 -c 8 ^/branches/one", ["mf"]),
     ("merging", "merge -c 7 -c 8 ^/branches/one", ["q"]),
+    ("merging", "merge -c 7 ^/branches/one", ["df", "dc", "i", "2", "r"]),
+    ("merging", f"merge -c 7 ^/branches/one {MERGE_TOOL}echo", ["m", "df", "r"]),
+    ("diverged", "up", ["h"]),
+    ("diverged", "up", ["mf", "p", "tf", "p", "r", "p"]),
+    ("diverged", "up", ["p", "mf", "q"]),
+    ("diverged", "up A/odd", ["dc", "df", "i", "12", "df", "r", "h", "dc", "r", "e", "dc", "e", "r"]),
+    ("diverged", "up A/odd", ["i", "eb", "r", "s", "?", "tc"]),
+    ("diverged", "up text binary", ["h", "x", "mf", "m", "1", "x", "e2", "s", "r"]),
+    ("diverged", "up text binary", ["tf", "i", "21", "p", "r", "m", "e1", "a", "mc"]),
+    ("diverged", "up text binary", ["q"]),
+    ("diverged", "up --editor-cmd false text", ["e", "i", "e1", "eb", "1", "p"]),
+    ("diverged", f"up text {MERGE_TOOL}true", ["m", "r"]),
+    ("diverged", f"up text {MERGE_TOOL}'/bin/sh -c \"exit 3\"'", ["m", "l", "p"]),
+    *[("diverged", f"up --accept launch {tool}", ["mf", "mf", "mf"]) for tool in ["", *(
+        MERGE_TOOL + program for program in ["true", "false", "echo", "/nowhere"])]],
+    *[("diverged", f"up --accept {accept} text A/odd", []) for accept in ["edit", "mine-full"]],
+    ("diverged", "up --accept edit binary text", []),
+    ("diverged", "up --accept edit --editor-cmd false", []),
+    ("tangled", "up", ["h", "d", "x", "0", "3", "1", "h", "m"]),
+    ("tangled", "up", ["d", "2", "m"]),
+    ("tangled", "up", ["p"]),
+    ("tangled", "up --accept mine-conflict", []),
+    ("tangled", "merge -c 7 ^/branches/one", ["h", "p", "h", "mc"]),
+    ("untangled", "merge -c 7 ^/branches/one", ["r", "h", "d", "2", "m"]),
+    ("crossed", "merge ^/branches/two", ["h", "p"] * 5),
+    ("crossed", "merge ^/branches/two", ["m", "R", "a", "r", "M", "tf"]),
+    ("crossed", "merge ^/branches/two", ["M", "M", "df", "i", "1", "r", "i", "r", "m", "mf"]),
+    ("crossed", "merge ^/branches/two", ["r", "i", "q"]),
+    *[("crossed", f"merge ^/branches/two --accept {accept}", []) for accept in ["edit", "launch", "recommended"]],
 ]
 
 
@@ -101,9 +132,9 @@ def converse(state, programs, command, answers):
 
 
 def uncoloured(text):
-    """Text without what hsvn alone does on a terminal: colours, and the line of progress."""
+    """Text without names of temporary files and what hsvn alone does on a terminal: colours, the line of progress."""
     text = re.sub(r"\r\x1b\[K|\x1b\[[0-9;]*[mK]", "", text)
-    return text.replace("\r\n", "\n")
+    return re.sub(r"\bsvn-\w{3,7}(\.tmp)?(?!\w)", "TEMPORARY", text.replace("\r\n", "\n"))
 
 
 def report(title, expected, actual):
@@ -210,6 +241,8 @@ def check_interrupt(folder, programs):
 
 
 def main():
+    # Whatever started the tests: with an interrupt that is ignored, nothing could be interrupted.
+    signal.signal(signal.SIGINT, signal.default_int_handler)
     with tempfile.TemporaryDirectory() as folder:
         folder = os.path.realpath(folder)
         programs = [os.path.join(folder, name) for name in ("original", "ours")]

@@ -13,6 +13,8 @@ ENVIRONMENT = {
     "TZ": "UTC",
     # A test that forgets a log message fails instead of waiting for an editor.
     "SVN_EDITOR": "false",
+    # Of the sanitizers, for a program built with them.
+    **{name: value for name, value in os.environ.items() if name.endswith("SAN_OPTIONS")},
 }
 
 
@@ -111,7 +113,11 @@ def change(wc):
 
 def conflict(wc):
     """Text, property and tree conflicts, left by an update."""
-    outdate(wc)
+    run_svn(wc, "update", "-r", "2")
+    write(wc, "iota", "mine\n")
+    run_svn(wc, "propset", "color", "mine", "A/mu")
+    write(wc, "A/B/lambda", "mine\n")
+    run_svn(wc, "delete", "A/C/doomed")
     run_svn(wc, "update", "--accept", "postpone")
 
 
@@ -228,6 +234,70 @@ def mix_revisions(wc):
     run_svn(wc, "update", "-r", "5", "iota")
 
 
+def diverge(wc):
+    """Text conflicts in several places, of a binary file and of properties, left to an update."""
+    lines = [f"line {number}\n" for number in range(30)]
+    write(wc, "text", "".join(lines))
+    write(wc, "A/odd", "a\nb")
+    run_svn(wc, "add", "text", "A/odd")
+    run_svn(wc, "propset", "shape", "one\ntwo\nthree\n", "A/odd", "A")
+    run_svn(wc, "commit", "-m", "Add texts")
+    for whose in ["theirs", "mine"]:
+        lines[2] = f"{whose} with\ta tab and a text that is far too long for the half of a terminal\n"
+        lines[15] = f"{whose}\n" + (f"{whose} again\n" if whose == "mine" else "")
+        write(wc, "text", "".join(lines))
+        write(wc, "A/odd", f"a\n{whose}")
+        write(wc, "binary", whose)
+        run_svn(wc, "propset", "shape", f"one\n{whose}\nthree\n", "A/odd", "A")
+        if whose == "theirs":
+            run_svn(wc, "propset", "--force", "-q", "svn:mime-type", "application/octet-stream", "binary")
+            run_svn(wc, "commit", "-m", "Change texts")
+            run_svn(wc, "update", "-r", "7")
+
+
+def tangle(wc):
+    """Items changed on a branch that the trunk has elsewhere; and local changes of what the trunk moves."""
+    run_svn(wc, "switch", "^/branches/one")
+    for name in ["A/B/lambda", "A/C/doomed", "A/mu"]:
+        write(wc, name, "branch\n")
+    run_svn(wc, "commit", "-m", "Change what the trunk has elsewhere")
+    run_svn(wc, "switch", "^/trunk")
+    # Nobody knows which of the two is the one that was moved.
+    for copy in ["A/mu1", "A/B/mu2"]:
+        run_svn(wc, "copy", "A/mu", copy)
+    run_svn(wc, "delete", "A/mu")
+    run_svn(wc, "move", "name with space", "named")
+    run_svn(wc, "commit", "-m", "Move items")
+    run_svn(wc, "update", "-r", "7")
+    write(wc, "A/mu", "mine\n")
+    write(wc, "name with space/at@sign", "mine\n")
+
+
+def untangle(wc):
+    tangle(wc)
+    run_svn(wc, "revert", "-R", ".")
+    run_svn(wc, "update")
+
+
+def cross(wc):
+    """A branch and a trunk that moved, deleted, changed and added the same items."""
+    run_svn(wc, "copy", "^/trunk", "^/branches/two", "-m", "Branch again")
+    for whose, deleted, changed, moved in [("branch", "iota", "keywords", "A/nu"), ("trunk", "keywords", "iota", "nu")]:
+        run_svn(wc, "switch", "^/branches/two" if whose == "branch" else "^/trunk")
+        os.mkdir(os.path.join(wc, "D"))
+        for name in ["D/same", "D/" + whose, "new", changed]:
+            write(wc, name, whose + "\n")
+        run_svn(wc, "add", "D", "new")
+        run_svn(wc, "delete", deleted)
+        run_svn(wc, "move", "A/mu", moved)
+        if whose == "branch":
+            run_svn(wc, "move", "A/C", "A/see")
+        else:
+            write(wc, "A/C/moved", "trunk\n")
+        run_svn(wc, "commit", "-m", "Change the " + whose)
+    run_svn(wc, "update")
+
+
 PREPARATIONS = {
     "clean": lambda wc: None,
     "changed": change,
@@ -246,4 +316,8 @@ PREPARATIONS = {
     "tree": leave_tree,
     "merging": make_mergeable,
     "mixed": mix_revisions,
+    "diverged": diverge,
+    "tangled": tangle,
+    "untangled": untangle,
+    "crossed": cross,
 }

@@ -9,6 +9,7 @@ import os
 import pty
 import re
 import select
+import signal
 import sys
 import tempfile
 import time
@@ -69,6 +70,8 @@ def run(state, program, command, conversation):
 
 
 def main():
+    # Whatever started the tests: with an interrupt that is ignored, nothing could be interrupted.
+    signal.signal(signal.SIGINT, signal.default_int_handler)
     failures = 0
     with tempfile.TemporaryDirectory() as folder:
         folder = os.path.realpath(folder)
