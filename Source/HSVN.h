@@ -101,4 +101,5 @@
 #include "HSVNUserInfo.h"
 #include "HSVNVersion.h"
 #include "HSVNWorkingCopyChanges.h"
+#include "HSVNWorkingCopyPlace.h"
 #include "HSVNWorkingCopyUpdates.h"

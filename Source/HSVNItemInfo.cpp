@@ -3,6 +3,7 @@
 #include "HSVNBrowsingPrivate.h"
 #include "HSVNLockRecordPrivate.h"
 #include "HSVNRevisionNumberPrivate.h"
+#include "HSVNWorkingCopyPlacePrivate.h"
 
 #include <array>
 #include <svn_checksum.h>
@@ -52,6 +53,7 @@ std::string hexadecimal(const svn_checksum_t& checksum)
 HSVNWorkingCopyInfo workingCopyOf(const svn_wc_info_t& record)
 {
     HSVNWorkingCopyInfo info;
+    HSVNReadWorkingCopyPlace(info, record);
     info.schedule = HSVNConvertSchedule(record.schedule);
     info.copyFromURL = HSVNTextOrNil(record.copyfrom_url);
     info.copyFromRevision = HSVNRevisionNumberFromSubversion(record.copyfrom_rev);
@@ -59,16 +61,12 @@ HSVNWorkingCopyInfo workingCopyOf(const svn_wc_info_t& record)
         info.checksum = hexadecimal(*record.checksum);
         info.checksumIsSHA1 = record.checksum->kind == svn_checksum_sha1;
     }
-    info.changelist = HSVNTextOrNil(record.changelist);
-    info.depth = static_cast<HSVNDepth>(record.depth);
     info.textTime = HSVNDateOrNil(record.recorded_time);
     for (int index = 0; record.conflicts && index < record.conflicts->nelts; ++index) {
         info.conflicts.push_back(
             conflictOf(*APR_ARRAY_IDX(record.conflicts, index, const svn_wc_conflict_description2_t*)));
     }
     info.rootPath = HSVNTextOrNil(record.wcroot_abspath);
-    info.movedFrom = HSVNTextOrNil(record.moved_from_abspath);
-    info.movedTo = HSVNTextOrNil(record.moved_to_abspath);
     return info;
 }
 

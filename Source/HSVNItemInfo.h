@@ -5,6 +5,7 @@
 #include "HSVNRevisionSpec.h"
 #include "HSVNStatusKind.h"
 #include "HSVNTypes.h"
+#include "HSVNWorkingCopyPlace.h"
 
 #include <cstdint>
 #include <functional>
@@ -81,20 +82,16 @@ struct HSVNConflictRecord
 };
 
 /// What only a working copy's item has.
-struct HSVNWorkingCopyInfo
+struct HSVNWorkingCopyInfo : HSVNWorkingCopyPlace
 {
     HSVNSchedule schedule = HSVNScheduleNormal;                ///< what the next commit will do with the item
     std::optional<std::string> copyFromURL;                    ///< what it is a copy of; nil for no copy
     HSVNRevisionNumber copyFromRevision = HSVNInvalidRevision; ///< none for no copy
     std::optional<std::string> checksum;                       ///< hexadecimal digits
     bool checksumIsSHA1 = true;                                ///< otherwise MD5
-    std::optional<std::string> changelist;                     ///< that the item belongs to; nil for none
-    HSVNDepth depth = HSVNDepthUnknown;                        ///< of a folder
     std::optional<HSVNDate> textTime;                          ///< of the file when it was last known unchanged
     std::vector<HSVNConflictRecord> conflicts;                 ///< empty for an item without any
     std::optional<std::string> rootPath;                       ///< absolute path of the working copy
-    std::optional<std::string> movedFrom;                      ///< absolute path
-    std::optional<std::string> movedTo;                        ///< absolute path
 };
 
 /// One item, of a working copy or a repository, with every field that Subversion reports.

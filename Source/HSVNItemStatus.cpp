@@ -2,12 +2,14 @@
 
 #include "HSVNLockRecordPrivate.h"
 #include "HSVNRevisionNumberPrivate.h"
+#include "HSVNWorkingCopyPlacePrivate.h"
 
 namespace {
 
 HSVNItemStatus statusOf(const char* path, const svn_client_status_t& record)
 {
     HSVNItemStatus status;
+    HSVNReadWorkingCopyPlace(status, record);
     status.path = path;
     status.absolutePath = record.local_abspath;
     status.kind = static_cast<HSVNNodeKind>(record.kind);
@@ -26,10 +28,6 @@ HSVNItemStatus statusOf(const char* path, const svn_client_status_t& record)
     status.changedDate = HSVNDateOrNil(record.changed_date);
     status.changedAuthor = HSVNTextOrNil(record.changed_author);
     status.lock = HSVNLockRecordOf(record.lock);
-    status.changelist = HSVNTextOrNil(record.changelist);
-    status.depth = static_cast<HSVNDepth>(record.depth);
-    status.movedFrom = HSVNTextOrNil(record.moved_from_abspath);
-    status.movedTo = HSVNTextOrNil(record.moved_to_abspath);
     status.repositoryNodeStatus = HSVNConvertStatusKind(record.repos_node_status);
     status.repositoryTextStatus = HSVNConvertStatusKind(record.repos_text_status);
     status.repositoryPropertyStatus = HSVNConvertStatusKind(record.repos_prop_status);

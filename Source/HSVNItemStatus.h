@@ -5,6 +5,7 @@
 #include "HSVNRevision.h"
 #include "HSVNStatusKind.h"
 #include "HSVNTypes.h"
+#include "HSVNWorkingCopyPlace.h"
 
 #include <cstdint>
 #include <functional>
@@ -13,7 +14,7 @@
 #include <vector>
 
 /// One item's status with every field that Subversion reports, as lists of whole working copies show it.
-struct HSVNItemStatus
+struct HSVNItemStatus : HSVNWorkingCopyPlace
 {
     std::string path; ///< as the target was given, relative targets relative
     std::string absolutePath;
@@ -35,10 +36,6 @@ struct HSVNItemStatus
     std::optional<HSVNDate> changedDate;                      ///< when it did
     std::optional<std::string> changedAuthor;                 ///< who changed it
     std::optional<HSVNLockRecord> lock;                       ///< the working copy's lock token
-    std::optional<std::string> changelist;                    ///< that it belongs to; nil for none
-    HSVNDepth depth = HSVNDepthUnknown;                       ///< of a folder
-    std::optional<std::string> movedFrom;                     ///< absolute path
-    std::optional<std::string> movedTo;                       ///< absolute path
     // The repository's side; none when it was not asked.
     HSVNStatusKind repositoryNodeStatus = HSVNStatusKindNone;
     HSVNStatusKind repositoryTextStatus = HSVNStatusKindNone;

@@ -20,6 +20,7 @@ PROGRAM = """
 int main()
 {
     HSVNInitialize();
+    std::cout << HSVNString::plainASCIIString("caf\\u00e9").value_or("nil") << std::endl;
     auto client = HSVNClient::clientWithDelegate(nullptr);
     std::cout << "line " << client->bundleVersion()->versionWithMajorAndMinorComponents() << std::endl;
     try {
@@ -68,6 +69,7 @@ class InstalledPackage(unittest.TestCase):
 
     def check_program(self, program):
         output = run(str(program), env=self.environment)
+        self.assertIn("cafe\n", output)
         self.assertRegex(output, r"line 1\.\d+\n")
         self.assertIn("'/no/such/folder' does not exist", output)
 

@@ -2,6 +2,7 @@
 #include "NotificationListener.h"
 #include "Subcommands.h"
 #include "Targets.h"
+#include "UpdateWishes.h"
 
 #include <fmt/format.h>
 
@@ -24,12 +25,8 @@ void checkOut(Session& session, const std::string& target, const std::string& fo
     const auto [url, peg] = peggedTarget(session, target);
     const bool isPegged = !peg->isEqual(HSVNRevision::UNSPECIFIED());
     const auto revision = options.usedRevision ? options.startRevision() : isPegged ? peg : HSVNRevision::HEAD();
-    HSVNItemUpdateOptions wishes;
-    wishes.depth = options.depth;
-    wishes.processExternals = !options.ignoreExternals;
-    wishes.allowObstructions = options.force;
     HSVNCheckOutItem(url, isOneOfSeveral ? joined(folder, nameOfURL(url)) : folder,
-                     HSVNRevisionSpec::revisionWithRevision(revision, peg), wishes, session.client());
+                     HSVNRevisionSpec::revisionWithRevision(revision, peg), updateWishes(options), session.client());
 }
 
 void runCheckout(Session& session)

@@ -109,6 +109,24 @@ std::string askForCode(const std::vector<PromptAnswer>& all, const std::vector<P
     }
 }
 
+std::string askForAnswer(const std::vector<PromptAnswer>& all, const std::vector<PromptAnswer>& shown)
+{
+    std::string code = askForCode(all, shown);
+    while (code == "h") {
+        Output::writeError(promptHelp(all));
+        code = askForCode(all, shown);
+    }
+    return code;
+}
+
+std::optional<PromptEnd> endForCode(const std::string& code)
+{
+    if (code == "p" || code == "q") {
+        return code == "q" ? PromptEnd::Quit : PromptEnd::Postponed;
+    }
+    return std::nullopt;
+}
+
 std::vector<PromptAnswer> answersOf(HSVNConflictedItem& item, HSVNConflictKind kind)
 {
     std::vector<PromptAnswer> answers;

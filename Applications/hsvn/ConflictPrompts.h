@@ -36,6 +36,10 @@ std::string promptHelp(const std::vector<PromptAnswer>& answers);
 /// @param shown  what the question names
 /// @return the code; "h" for every way to ask for help
 std::string askForCode(const std::vector<PromptAnswer>& all, const std::vector<PromptAnswer>& shown);
+/// The same, but gives the help itself as often as it is asked for.
+std::string askForAnswer(const std::vector<PromptAnswer>& all, const std::vector<PromptAnswer>& shown);
+/// How the answers "p" and "q" end the questions; nil for any other, which does not.
+std::optional<PromptEnd> endForCode(const std::string& code);
 /// The library's choices as answers, those that have a code of their own.
 std::vector<PromptAnswer> answersOf(HSVNConflictedItem& item, HSVNConflictKind kind);
 /// The answer with a code, null when there is none.

@@ -11,7 +11,7 @@ void ConflictStatistics::add(const std::string& path, ConflictKind kind)
 void ConflictStatistics::resolve(const std::string& path, ConflictKind kind)
 {
     Count& count = _counts.at(static_cast<std::size_t>(kind));
-    count.resolved += static_cast<int>(count.paths.erase(path));
+    count.resolved += count.paths.erase(path);
 }
 
 bool ConflictStatistics::hasConflicts() const
@@ -37,20 +37,30 @@ std::set<std::pair<std::string, ConflictKind>> ConflictStatistics::items() const
 
 std::string ConflictStatistics::summary() const
 {
+    std::array<ConflictCount, 3> counts;
+    std::transform(_counts.begin(), _counts.end(), counts.begin(), [](const Count& count) {
+        return ConflictCount{count.paths.size(), count.resolved};
+    });
+    return conflictSummary(counts, _skipped);
+}
+
+std::string conflictSummary(const std::array<ConflictCount, 3>& counts, int skipped)
+{
     constexpr std::array names{"Text", "Property", "Tree"};
+    const bool tellsResolved =
+        std::any_of(counts.begin(), counts.end(), [](const auto& count) { return count.resolved > 0; });
     std::string text;
     for (std::size_t index = 0; index < names.size(); ++index) {
-        const auto remaining = _counts.at(index).paths.size();
-        const int resolved = _counts.at(index).resolved;
+        const auto [remaining, resolved] = counts.at(index);
         if (remaining == 0 && resolved == 0) {
             continue;
         }
-        text += hasResolved() ? fmt::format("  {} conflicts: {} remaining (and {} already resolved)\n", names.at(index),
+        text += tellsResolved ? fmt::format("  {} conflicts: {} remaining (and {} already resolved)\n", names.at(index),
                                             remaining, resolved)
                               : fmt::format("  {} conflicts: {}\n", names.at(index), remaining);
     }
-    if (_skipped > 0) {
-        text += fmt::format("  Skipped paths: {}\n", _skipped);
+    if (skipped > 0) {
+        text += fmt::format("  Skipped paths: {}\n", skipped);
     }
     return text.empty() ? text : "Summary of conflicts:\n" + text;
 }

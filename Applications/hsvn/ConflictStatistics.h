@@ -29,8 +29,18 @@ class ConflictStatistics
     struct Count
     {
         std::set<std::string> paths;
-        int resolved = 0;
+        std::size_t resolved = 0;
     };
     std::array<Count, 3> _counts; // by kind
     int _skipped = 0;
 };
+
+/// How many conflicts of a kind are left, and how many were settled meanwhile.
+struct ConflictCount
+{
+    std::size_t remaining = 0;
+    std::size_t resolved = 0;
+};
+
+/// The summary of counts by kind, and of how many paths were skipped.
+std::string conflictSummary(const std::array<ConflictCount, 3>& counts, int skipped = 0);

@@ -8,8 +8,7 @@ namespace {
 void runDelete(Session& session)
 {
     const Options& options = session.options;
-    auto targets = requiredTargets(session);
-    requireOneKind(targets);
+    auto targets = requiredTargetsOfOneKind(session);
     CommitRun change{session, isURL(targets.front())};
     targets = unpeggedTargets(targets);
     try {

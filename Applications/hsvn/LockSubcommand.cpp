@@ -22,9 +22,7 @@ std::optional<std::string> commentOf(const Options& options)
 
 void runLock(Session& session)
 {
-    auto targets = requiredTargets(session);
-    requireOneKind(targets);
-    targets = unpeggedTargets(targets);
+    const auto targets = unpeggedTargets(requiredTargetsOfOneKind(session));
     const auto comment = commentOf(session.options);
     NotificationPrinter printer{session.options.quiet};
     printNotifications(session, printer);

@@ -25,8 +25,7 @@ HSVNException advised(const HSVNException& exception, const Options& options)
 
 void runMkdir(Session& session)
 {
-    auto targets = requiredTargets(session);
-    requireOneKind(targets);
+    auto targets = requiredTargetsOfOneKind(session);
     CommitRun change{session, isURL(targets.front())};
     targets = unpeggedTargets(targets);
     try {

@@ -98,6 +98,20 @@ std::string onlyASCII(std::string_view text)
     return std::string{text};
 }
 
+/// The text in another encoding; it must be ASCII where the system does not know one of them.
+std::string converted(std::string_view text, const char* from, const char* to)
+{
+    Converter converter{to, from};
+    if (!converter.isUsable()) {
+        return onlyASCII(text);
+    }
+    std::string result;
+    if (converter.convert(text, result) < text.size()) {
+        failToConvert(text, fmt::format("Can't convert string from '{}' to '{}':", from, to));
+    }
+    return result;
+}
+
 } // namespace
 
 std::string NativeText::toUTF8(std::string_view native)
@@ -117,18 +131,8 @@ std::string NativeText::toUTF8(std::string_view text, const std::optional<std::s
     if (!encoding) {
         return toUTF8(text);
     }
-    if (strcasecmp(encoding->c_str(), "UTF-8") == 0) {
-        return std::string{text};
-    }
-    Converter converter{"UTF-8", encoding->c_str()};
-    if (!converter.isUsable()) {
-        return onlyASCII(text);
-    }
-    std::string result;
-    if (converter.convert(text, result) < text.size()) {
-        failToConvert(text, fmt::format("Can't convert string from '{}' to 'UTF-8':", *encoding));
-    }
-    return result;
+    const bool isUTF8 = strcasecmp(encoding->c_str(), "UTF-8") == 0;
+    return isUTF8 ? std::string{text} : converted(text, encoding->c_str(), "UTF-8");
 }
 
 std::string NativeText::fromUTF8(std::string_view text, const std::optional<std::string>& encoding)
@@ -136,15 +140,7 @@ std::string NativeText::fromUTF8(std::string_view text, const std::optional<std:
     if (!encoding) {
         return fromUTF8(text);
     }
-    Converter converter{encoding->c_str(), "UTF-8"};
-    if (!converter.isUsable()) {
-        return onlyASCII(text);
-    }
-    std::string result;
-    if (converter.convert(text, result) < text.size()) {
-        failToConvert(text, fmt::format("Can't convert string from 'UTF-8' to '{}':", *encoding));
-    }
-    return result;
+    return converted(text, "UTF-8", encoding->c_str());
 }
 
 std::string NativeText::fromUTF8(std::string_view text)

@@ -28,13 +28,11 @@ PromptEnd PropertyConflictPrompt::ask()
     Output::writeError(fmt::format("Conflict for property '{}' discovered on '{}'.\n{}\n", _property, _shown,
                                    _item.descriptionOfPropertyConflict()));
     for (;;) {
-        const std::string code = askForCode(_answers, shortAnswers());
-        if (code == "p" || code == "q") {
-            return code == "q" ? PromptEnd::Quit : PromptEnd::Postponed;
+        const std::string code = askForAnswer(_answers, shortAnswers());
+        if (const auto end = endForCode(code)) {
+            return *end;
         }
-        if (code == "h") {
-            Output::writeError(promptHelp(_answers));
-        } else if (code == "dc") {
+        if (code == "dc") {
             Output::writeBytes(merged());
             Output::flush();
         } else if (code == "e") {

@@ -139,12 +139,13 @@ std::string StatusPrinter::treeConflictLine(const HSVNItemStatus& status)
 
 void StatusPrinter::countConflicts(const HSVNItemStatus& status)
 {
-    if (status.treeConflicted) {
-        ++_treeConflicts;
-    } else if (status.conflicted) {
-        _textConflicts += status.textStatus == HSVNStatusKindConflicted ? 1 : 0;
-        _propertyConflicts += status.propertyStatus == HSVNStatusKindConflicted ? 1 : 0;
-    }
+    const auto count = [this](ConflictKind kind, bool holds) {
+        _conflicts.at(static_cast<std::size_t>(kind)).remaining += holds ? 1 : 0;
+    };
+    count(ConflictKind::Tree, status.treeConflicted);
+    const bool isInConflict = status.conflicted && !status.treeConflicted;
+    count(ConflictKind::Text, isInConflict && status.textStatus == HSVNStatusKindConflicted);
+    count(ConflictKind::Property, isInConflict && status.propertyStatus == HSVNStatusKindConflicted);
 }
 
 void StatusPrinter::printLine(const HSVNItemStatus& status)
@@ -251,18 +252,4 @@ nlohmann::ordered_json StatusPrinter::record(const HSVNItemStatus& status) const
     return record;
 }
 
-void StatusPrinter::printConflictSummary() const
-{
-    if (_textConflicts + _propertyConflicts + _treeConflicts == 0) {
-        return;
-    }
-    std::string text = "Summary of conflicts:\n";
-    for (const auto& [name, count] : {std::pair{"Text", _textConflicts}, std::pair{"Property", _propertyConflicts},
-                                      std::pair{"Tree", _treeConflicts}})
-    {
-        if (count > 0) {
-            text += fmt::format("  {} conflicts: {}\n", name, count);
-        }
-    }
-    Output::write(text);
-}
+void StatusPrinter::printConflictSummary() const { Output::write(conflictSummary(_conflicts)); }

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "ConflictStatistics.h"
 #include "Session.h"
 
+#include <array>
 #include <nlohmann/json.hpp>
 #include <string>
 
@@ -30,7 +32,5 @@ class StatusPrinter
     Session& _session;
     std::string _target;
     std::string _absoluteTarget;
-    int _textConflicts = 0;
-    int _propertyConflicts = 0;
-    int _treeConflicts = 0;
+    std::array<ConflictCount, 3> _conflicts; // by kind
 };

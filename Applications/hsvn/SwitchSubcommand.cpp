@@ -3,6 +3,7 @@
 #include "NotificationListener.h"
 #include "Subcommands.h"
 #include "Targets.h"
+#include "UpdateWishes.h"
 
 #include <fmt/format.h>
 
@@ -46,19 +47,14 @@ void runSwitch(Session& session)
     if (!isURL(url)) {
         fail(BadURL, fmt::format("'{}' does not appear to be a URL", url));
     }
-    HSVNItemUpdateOptions wishes;
-    wishes.depthIsSticky = options.setDepth != HSVNDepthUnknown;
-    wishes.depth = wishes.depthIsSticky ? options.setDepth : options.depth;
-    wishes.processExternals = !options.ignoreExternals;
-    wishes.allowObstructions = options.force;
-    wishes.ignoreAncestry = options.ignoreAncestry;
     NotificationPrinter printer{options.quiet};
     printNotifications(session, printer);
     const auto revision = options.usedRevision                        ? options.startRevision()
                           : peg->isEqual(HSVNRevision::UNSPECIFIED()) ? HSVNRevision::HEAD()
                                                                       : peg;
     try {
-        HSVNSwitchItem(path, url, HSVNRevisionSpec::revisionWithRevision(revision, peg), wishes, session.client());
+        HSVNSwitchItem(path, url, HSVNRevisionSpec::revisionWithRevision(revision, peg), updateWishes(options),
+                       session.client());
     } catch (const HSVNException& exception) {
         if (exception.status() == UnrelatedResources) {
             throw wrapped(exception, fmt::format("Path '{}' does not share common version control ancestry with the "

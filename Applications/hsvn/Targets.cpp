@@ -93,14 +93,16 @@ std::vector<std::string> localTargets(const std::vector<std::string>& targets)
     return result;
 }
 
-void requireOneKind(const std::vector<std::string>& targets)
+std::vector<std::string> requiredTargetsOfOneKind(Session& session)
 {
+    auto targets = requiredTargets(session);
     for (const auto& target : targets) {
         if (isURL(target) != isURL(targets.front())) {
             fail(ArgumentParsing, "Error parsing arguments",
                  failure(IllegalTarget, "Cannot mix repository and working copy targets"));
         }
     }
+    return targets;
 }
 
 bool isURL(const std::string& target) { return target.find("://") != std::string::npos; }

@@ -30,8 +30,8 @@ std::vector<std::string> unpeggedTargets(const std::vector<std::string>& targets
 /// @throws HSVNException for a URL or a peg revision
 std::vector<std::string> localTargets(const std::vector<std::string>& targets);
 
-/// Fails unless the targets are all local or all URLs.
-void requireOneKind(const std::vector<std::string>& targets);
+/// The same as `requiredTargets`, but fails unless they are all local or all URLs.
+std::vector<std::string> requiredTargetsOfOneKind(Session& session);
 
 bool isURL(const std::string& target);
 /// A path as it is shown: "." for the current folder.

@@ -52,13 +52,9 @@ PromptEnd TextConflictPrompt::ask()
     }
     Output::writeError(fmt::format("Merge conflict discovered in file '{}'.\n", _shown));
     for (;;) {
-        const std::string code = askForCode(_answers, shortAnswers());
-        if (code == "p" || code == "q") {
-            return code == "q" ? PromptEnd::Quit : PromptEnd::Postponed;
-        }
-        if (code == "h") {
-            Output::writeError(promptHelp(_answers));
-            continue;
+        const std::string code = askForAnswer(_answers, shortAnswers());
+        if (const auto end = endForCode(code)) {
+            return *end;
         }
         if (code == "r" && !_mayBeResolved) {
             Output::writeError("Invalid option; use diff/edit/merge/launch before choosing 'mark resolved'.\n\n");
@@ -89,13 +85,9 @@ PromptEnd TextConflictPrompt::askAboutBinaryFile()
             shown.push_back(*answer);
         }
     }
-    std::string code = askForCode(_answers, shown);
-    while (code == "h") {
-        Output::writeError(promptHelp(_answers));
-        code = askForCode(_answers, shown);
-    }
-    if (code == "p" || code == "q") {
-        return code == "q" ? PromptEnd::Quit : PromptEnd::Postponed;
+    const std::string code = askForAnswer(_answers, shown);
+    if (const auto end = endForCode(code)) {
+        return *end;
     }
     _item.resolve(HSVNConflictKind::Text, answerWithCode(_answers, code)->choice);
     return PromptEnd::Settled;

@@ -73,8 +73,8 @@ PromptEnd TreeConflictPrompt::ask()
         warnOfAmbiguity();
         const auto all = answers();
         const std::string code = askForCode(all, all);
-        if (code == "p" || code == "q") {
-            return code == "q" ? PromptEnd::Quit : PromptEnd::Postponed;
+        if (const auto end = endForCode(code)) {
+            return *end;
         }
         if (code == "d" || code == "w") {
             chooseMoveTarget(code == "d" ? HSVNMovePlace::Repository : HSVNMovePlace::WorkingCopy);

@@ -7,9 +7,7 @@ namespace {
 
 void runUnlock(Session& session)
 {
-    auto targets = requiredTargets(session);
-    requireOneKind(targets);
-    targets = unpeggedTargets(targets);
+    const auto targets = unpeggedTargets(requiredTargetsOfOneKind(session));
     NotificationPrinter printer{session.options.quiet};
     printNotifications(session, printer);
     HSVNUnlockItems(targets, session.options.force, session.client());

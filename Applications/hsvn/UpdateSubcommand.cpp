@@ -4,6 +4,7 @@
 #include "Output.h"
 #include "Subcommands.h"
 #include "Targets.h"
+#include "UpdateWishes.h"
 
 #include <fmt/format.h>
 
@@ -45,13 +46,7 @@ void runUpdate(Session& session)
     if (!options.changelists.empty()) {
         targets = changelistMembers(session, targets);
     }
-    HSVNItemUpdateOptions wishes;
-    wishes.depthIsSticky = options.setDepth != HSVNDepthUnknown;
-    wishes.depth = wishes.depthIsSticky ? options.setDepth : options.depth;
-    wishes.processExternals = !options.ignoreExternals;
-    wishes.allowObstructions = options.force;
-    wishes.addsAsModification = options.addsAsModification;
-    wishes.makeParents = options.parents;
+    const auto wishes = updateWishes(options);
     NotificationPrinter printer{options.quiet};
     printNotifications(session, printer);
     const auto revision = options.usedRevision ? options.startRevision() : HSVNRevision::HEAD();

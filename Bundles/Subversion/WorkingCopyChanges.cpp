@@ -123,17 +123,6 @@ svn_error_t* revert(const apr_array_header_t* paths, svn_depth_t depth, const ap
 }
 #endif
 
-/// Replaces the targets by a new array of checked ones, paths or URLs.
-svn_error_t* checkTargets(const apr_array_header_t** targets, apr_pool_t* pool)
-{
-    auto* const checked = apr_array_copy(pool, *targets);
-    for (int index = 0; index < checked->nelts; ++index) {
-        SVN_ERR(checkTarget(&APR_ARRAY_IDX(checked, index, const char*), pool));
-    }
-    *targets = checked;
-    return SVN_NO_ERROR;
-}
-
 svn_error_t* lock(const apr_array_header_t* targets, const char* comment, svn_boolean_t steal, svn_client_ctx_t* ctx,
                   apr_pool_t* pool)
 {

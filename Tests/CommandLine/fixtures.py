@@ -113,11 +113,7 @@ def change(wc):
 
 def conflict(wc):
     """Text, property and tree conflicts, left by an update."""
-    run_svn(wc, "update", "-r", "2")
-    write(wc, "iota", "mine\n")
-    run_svn(wc, "propset", "color", "mine", "A/mu")
-    write(wc, "A/B/lambda", "mine\n")
-    run_svn(wc, "delete", "A/C/doomed")
+    outdate(wc)
     run_svn(wc, "update", "--accept", "postpone")
 
 
