@@ -2,6 +2,7 @@
 
 #include "Errors.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <fmt/format.h>
@@ -66,6 +67,8 @@ class Converter
 
 const char* localeEncoding() { return nl_langinfo(CODESET); }
 
+bool isUTF8(const char* encoding) { return strcasecmp(encoding, "UTF-8") == 0; }
+
 /// The text with its bytes outside ASCII written as ?\HH.
 std::string escaped(std::string_view text)
 {
@@ -80,6 +83,27 @@ std::string escaped(std::string_view text)
 [[noreturn]] void failToConvert(std::string_view text, const std::string& message)
 {
     fail(EINVAL, message, failure(EINVAL, HSVNString::plainASCIIString(text).value_or(escaped(text))));
+}
+
+/// " 6d e9" for these bytes.
+std::string digitsOf(std::string_view bytes)
+{
+    std::string digits;
+    for (const char byte : bytes) {
+        digits += fmt::format(" {:02x}", static_cast<unsigned char>(byte));
+    }
+    return digits;
+}
+
+/// Fails for text that is UTF-8 only so far; both sides of that place are shown.
+[[noreturn]] void failAsInvalid(std::string_view text, std::size_t validLength)
+{
+    constexpr std::size_t mostBefore = 24;
+    constexpr std::size_t mostBehind = 4;
+    const std::size_t start = validLength - std::min(validLength, mostBefore);
+    fail(EINVAL, fmt::format("Valid UTF-8 data\n(hex:{})\nfollowed by invalid UTF-8 sequence\n(hex:{})",
+                             digitsOf(text.substr(start, validLength - start)),
+                             digitsOf(text.substr(validLength, mostBehind))));
 }
 
 /// The text as it is, which must be ASCII where the system does not know the encoding.
@@ -120,7 +144,11 @@ std::string NativeText::toUTF8(std::string_view native)
     if (isASCII(native)) {
         return std::string{native};
     }
-    if (Converter{"UTF-8", localeEncoding()}.convert(native, result) < native.size()) {
+    const std::size_t length = Converter{"UTF-8", localeEncoding()}.convert(native, result);
+    if (length < native.size() && isUTF8(localeEncoding())) {
+        failAsInvalid(native, length);
+    }
+    if (length < native.size()) {
         failToConvert(native, "Can't convert string from native encoding to 'UTF-8':");
     }
     return result;
@@ -131,8 +159,7 @@ std::string NativeText::toUTF8(std::string_view text, const std::optional<std::s
     if (!encoding) {
         return toUTF8(text);
     }
-    const bool isUTF8 = strcasecmp(encoding->c_str(), "UTF-8") == 0;
-    return isUTF8 ? std::string{text} : converted(text, encoding->c_str(), "UTF-8");
+    return isUTF8(encoding->c_str()) ? std::string{text} : converted(text, encoding->c_str(), "UTF-8");
 }
 
 std::string NativeText::fromUTF8(std::string_view text, const std::optional<std::string>& encoding)
@@ -145,7 +172,7 @@ std::string NativeText::fromUTF8(std::string_view text, const std::optional<std:
 
 std::string NativeText::fromUTF8(std::string_view text)
 {
-    if (isASCII(text) || strcasecmp(localeEncoding(), "UTF-8") == 0) {
+    if (isASCII(text) || isUTF8(localeEncoding())) {
         return std::string{text};
     }
     std::string result;

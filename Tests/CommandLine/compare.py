@@ -111,6 +111,7 @@ class State:
     def run(self, program, command):
         self.restore()
         words = command.replace("REPOSITORY", "file://" + self.root + "/repository").replace("ROOT", self.root)
+        words = words.replace("HARRY", "--username harry --password " + fixtures.SECRET)
         environment = {**fixtures.environment(self.wc), "PATH": program + ":" + os.environ["PATH"]}
         words = words if words.startswith("svnadmin ") else "svn " + words
         ran = subprocess.run(["/bin/bash", "-c", words], cwd=self.wc, env=environment, check=False,
@@ -180,7 +181,8 @@ def main():
         failures = 0
         for name in sorted({row[0] for row in rows}):
             state = State(os.path.join(folder, name), fixtures.PREPARATIONS[name])
-            failures += compare(state, [row[1:] for row in rows if row[0] == name], programs)
+            with fixtures.server_of(state.root):
+                failures += compare(state, [row[1:] for row in rows if row[0] == name], programs)
     print(f"{len(rows)} command lines, {failures} differ")
     sys.exit(failures != 0)
 

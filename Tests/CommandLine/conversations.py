@@ -20,7 +20,6 @@ import time
 import compare
 import fixtures
 
-SECRET = "not-to-be-seen"
 # Writes into the file that it is given; svn does not see another file in its place.
 EDITOR = 'f() { sed s/mine/edited/ "$1" > "$HOME/edited"; cat "$HOME/edited" > "$1"; }; f'
 MERGE_TOOL = "--config-option config:helpers:merge-tool-cmd="
@@ -147,36 +146,15 @@ def report(title, expected, actual):
     return 0
 
 
-def free_port():
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        return probe.getsockname()[1]
-
-
 def check_passwords(state, programs):
     """A server that wants a password: a wrong one, then the right one; neither is shown."""
-    state.restore()
-    configuration = os.path.join(state.root, "repository/conf")
-    fixtures.write(configuration, "svnserve.conf", "[general]\nanon-access=none\nauth-access=write\npassword-db=passwd\n")
-    fixtures.write(configuration, "passwd", f"[users]\nharry = {SECRET}\n")
-    port = free_port()
-    server = subprocess.Popen(["svnserve", "-d", "--foreground", "-r", state.root, "--listen-host", "127.0.0.1",
-                               "--listen-port", str(port)])
     results = []
-    try:
-        for _ in range(100):
-            with socket.socket() as probe:
-                if probe.connect_ex(("127.0.0.1", port)) == 0:
-                    break
-            time.sleep(0.05)
+    with fixtures.server_of(state.root):
         for program in programs:
-            command = f"ls --no-auth-cache --username harry svn://127.0.0.1:{port}/repository/trunk"
-            text, code = Terminal(program, command, state.wc, fixtures.environment(state.wc)).converse(
-                ["wrong-" + SECRET, "harry", SECRET])
-            results.append({"text": uncoloured(text), "code": code, "is seen": SECRET in text})
-    finally:
-        server.terminate()
-        server.wait()
+            command = f"mkdir -m made --username harry {fixtures.server_url(state.root)}/trunk/made"
+            result = converse(state, [program], command, ["wrong-" + fixtures.SECRET, "harry", fixtures.SECRET, "no"])[0]
+            results.append({**result, "is seen": fixtures.SECRET in result["text"],
+                            "configuration": compare.snapshot(state.root + "/home")})
     if results[0]["code"] != 0 or results[0]["is seen"]:
         sys.exit("the server cannot be used for the test: " + repr(results[0]))
     return report("password", *results)
@@ -250,10 +228,10 @@ def main():
             os.mkdir(program)
             os.symlink(binary, os.path.join(program, "svn"))
         states = {name: compare.State(os.path.join(folder, name), fixtures.PREPARATIONS[name])
-                  for name in {"clean", *(name for name, _, _ in CONVERSATIONS)}}
+                  for name in {"clean", "served", *(name for name, _, _ in CONVERSATIONS)}}
         failures = sum(report(f"svn {command} {answers}", *converse(states[name], programs, command, answers))
                        for name, command, answers in CONVERSATIONS)
-        failures += check_passwords(states["clean"], programs)
+        failures += check_passwords(states["served"], programs)
         failures += check_certificate(states["clean"], programs)
         failures += check_interrupt(os.path.join(folder, "long"), programs)
     print(f"{failures} differ")

@@ -3,9 +3,13 @@
 import contextlib
 import os
 import shutil
+import socket
 import sqlite3
 import subprocess
 import tarfile
+import time
+
+SECRET = "not-to-be-seen"
 
 ENVIRONMENT = {
     "PATH": os.environ["PATH"],
@@ -25,11 +29,13 @@ def run_svn(folder, *arguments):
 
 def environment(folder):
     """The environment of every program: a home that holds nothing of the user's."""
-    return {**ENVIRONMENT, "HOME": os.path.join(os.path.dirname(os.path.abspath(folder)), "home")}
+    root = os.path.dirname(os.path.abspath(folder))
+    locale = {"LC_ALL": "C.UTF-8"} if os.path.exists(os.path.join(root, "utf-8")) else {}
+    return {**ENVIRONMENT, "HOME": os.path.join(root, "home"), **locale}
 
 
 def write(folder, name, text):
-    with open(os.path.join(folder, name), "w") as file:
+    with open(os.path.join(folder, name), "w", encoding="utf-8") as file:
         file.write(text)
 
 
@@ -243,10 +249,10 @@ def diverge(wc):
         lines[15] = f"{whose}\n" + (f"{whose} again\n" if whose == "mine" else "")
         write(wc, "text", "".join(lines))
         write(wc, "A/odd", f"a\n{whose}")
-        write(wc, "binary", whose)
+        write(wc, "binary", whose + "\0\1\2\3")
         run_svn(wc, "propset", "shape", f"one\n{whose}\nthree\n", "A/odd", "A")
         if whose == "theirs":
-            run_svn(wc, "propset", "--force", "-q", "svn:mime-type", "application/octet-stream", "binary")
+            run_svn(wc, "propset", "svn:mime-type", "application/octet-stream", "binary")
             run_svn(wc, "commit", "-m", "Change texts")
             run_svn(wc, "update", "-r", "7")
 
@@ -294,6 +300,70 @@ def cross(wc):
     run_svn(wc, "update")
 
 
+def serve(wc):
+    """A working copy of a server that wants a password, which `server_of` starts, with a change."""
+    root = os.path.dirname(wc)
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        port = probe.getsockname()[1]
+    url = f"svn://127.0.0.1:{port}/repository"
+    write(root, "server", url)
+    configuration = os.path.join(root, "repository/conf")
+    write(configuration, "svnserve.conf", "[general]\nanon-access=none\nauth-access=write\npassword-db=passwd\n")
+    write(configuration, "passwd", f"[users]\nharry = {SECRET}\n")
+    with contextlib.closing(sqlite3.connect(os.path.join(wc, ".svn/wc.db"))) as database, database:
+        database.execute("update REPOSITORY set root = ?", [url])
+    write(wc, "iota", "changed\n")
+
+
+def accent(wc):
+    """Names, messages and values of many letters, in a locale that has them all."""
+    write(os.path.dirname(wc), "utf-8", "")
+    os.mkdir(os.path.join(wc, "Größe"))
+    # The last one is the same letter as the first, in two code points.
+    for name in ["é", "Größe/日本語", "e\u0301", "changed-ñ"]:
+        write(wc, name, f"{name}\n")
+    run_svn(wc, "add", "é", "Größe", "e\u0301", "changed-ñ")
+    run_svn(wc, "propset", "farbe", "grün\nŝanĝo", "Größe", "é")
+    run_svn(wc, "commit", "-m", "Größer & ŝanĝita\n日本語")
+    write(wc, "changed-ñ", "theirs ñ\n")
+    run_svn(wc, "propset", "farbe", "rot — ü", "Größe")
+    run_svn(wc, "commit", "-m", "Ändern")
+    run_svn(wc, "update", "-r", "7")
+    write(wc, "changed-ñ", "mine ñ\n")
+    run_svn(wc, "changelist", "liste-é", "changed-ñ")
+    run_svn(wc, "propset", "farbe", "blau", "Größe")
+    write(wc, "unversioned-ü", "")
+    with open(os.path.join(os.fsencode(wc), b"latin-\xe9"), "w", encoding="ascii"):
+        pass  # a name that is no text in the locale
+
+
+@contextlib.contextmanager
+def server_of(root):
+    """The server of a root that `serve` prepared, until the end; nothing for any other."""
+    if not os.path.exists(os.path.join(root, "server")):
+        yield
+        return
+    port = server_url(root).split(":")[2].split("/")[0]
+    server = subprocess.Popen(["svnserve", "-d", "--foreground", "-r", root, "--listen-host", "127.0.0.1",
+                               "--listen-port", port])
+    try:
+        for _ in range(100):
+            with socket.socket() as probe:
+                if probe.connect_ex(("127.0.0.1", int(port))) == 0:
+                    break
+            time.sleep(0.05)
+        yield
+    finally:
+        server.terminate()
+        server.wait()
+
+
+def server_url(root):
+    with open(os.path.join(root, "server"), encoding="ascii") as file:
+        return file.read()
+
+
 PREPARATIONS = {
     "clean": lambda wc: None,
     "changed": change,
@@ -316,4 +386,6 @@ PREPARATIONS = {
     "tangled": tangle,
     "untangled": untangle,
     "crossed": cross,
+    "served": serve,
+    "accented": accent,
 }
