@@ -78,7 +78,7 @@ class HSVN_EXPORT HSVNConflictedItem
   public:
     /// @param path     a local path
     /// @param context  not nil ("context != nil")
-    /// @throws HSVNException for an item that is not in conflict, or that cannot be read
+    /// @throws HSVNException for an item that cannot be read; one that is not in conflict has no kind of it
     /// Stands for svn_client_conflict_get.
     HSVNConflictedItem(const std::string& path, HSVNContextRef context);
     ~HSVNConflictedItem();

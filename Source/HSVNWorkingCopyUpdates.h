@@ -37,7 +37,7 @@ struct HSVNItemExportOptions
     bool processExternals = true; ///< export what externals definitions place, too
     bool expandKeywords = true;   ///< as checked-out files have them
     /// "LF", "CR" or "CRLF", for files with native line ends; nil means the system's own.
-    std::optional<std::string> nativeEndOfLine;
+    std::optional<std::string> nativeEndOfLine{};
 };
 
 /// Answers how a conflict is settled, by a choice from `Postpone` to `MergedText`. An exception ends the operation and

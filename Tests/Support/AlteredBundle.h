@@ -2,6 +2,7 @@
 
 #include "HSVNBundleEntryPointsPrivate.h"
 #include "HSVNBundleLoader.h"
+#include "HSVNClient.h"
 
 #include <functional>
 #include <memory>
@@ -29,3 +30,12 @@ class AlteredBundle : public HSVNBundle
   private:
     HSVNBundleEntryPoints _table;
 };
+
+/// A client of a line whose bundle offers no second table.
+inline HSVNClientRef clientWithoutExtensions(const std::string& line)
+{
+    const auto client =
+        std::make_shared<HSVNClient>(std::make_shared<AlteredBundle>([](HSVNBundleEntryPoints&) {}), nullptr);
+    client->setBundleVersion(HSVNVersion::versionWithString(line));
+    return client;
+}

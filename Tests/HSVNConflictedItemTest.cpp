@@ -1,0 +1,151 @@
+#include "HSVNConflictedItem.h"
+#include "AlteredBundle.h"
+#include "ReasonOf.h"
+#include "WorkingCopyTest.h"
+
+#include <gmock/gmock.h>
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsSupersetOf;
+
+namespace {
+
+using Choice = HSVNResolutionChoice;
+using Kind = HSVNConflictKind;
+
+class ConflictedItem : public WorkingCopyTest
+{
+  protected:
+    /// a.txt with a conflict of its text and one of its property "color".
+    void conflict() const
+    {
+        for (const std::string whose : {"theirs", "mine"}) {
+            writeFile(item("a.txt"), whose + "\n");
+            mustRun({"svn", "propset", "--quiet", "color", whose, item("a.txt")});
+            if (whose == "theirs") {
+                commitAll();
+                mustRun({"svn", "update", "--quiet", "-r", "1", root});
+            }
+        }
+        mustRun({"svn", "update", "--quiet", "--accept", "postpone", root});
+    }
+    /// A change of b.txt on a branch is merged where b.txt was moved to moved.txt.
+    void conflictWithMove() const
+    {
+        mustRun({"svn", "copy", "--quiet", "-m", "branch", repository.url("trunk"), repository.url("branch")});
+        const std::string branch = repository.checkOut("branch", "branch");
+        writeFile(branch + "/b.txt", "changed\n");
+        mustRun({"svn", "commit", "--quiet", "-m", "change", branch});
+        mustRun({"svn", "move", "--quiet", item("b.txt"), item("moved.txt")});
+        commitAll();
+        mustRun({"svn", "update", "--quiet", root});
+        mustRun({"svn", "merge", "--quiet", "--accept", "postpone", repository.url("branch"), root});
+    }
+    static std::vector<Choice> choicesOf(HSVNConflictedItem& conflicted, Kind kind)
+    {
+        std::vector<Choice> choices;
+        for (const auto& option : conflicted.options(kind)) {
+            EXPECT_FALSE(option.label.empty() || option.description.empty());
+            choices.push_back(option.choice);
+        }
+        return choices;
+    }
+};
+
+} // namespace
+
+INSTANTIATE_TEST_SUITE_P(Lines, ConflictedItem, testing::Values("1.14"), lineName);
+
+TEST_P(ConflictedItem, TellsItsSidesAndWhatCanBeDone)
+{
+    conflict();
+    HSVNConflictedItem conflicted{item("a.txt"), client};
+    EXPECT_TRUE(conflicted.hasTextConflict() && !conflicted.hasTreeConflict());
+    EXPECT_THAT(conflicted.conflictedProperties(), ElementsAre("color"));
+    EXPECT_EQ(conflicted.operation(), HSVNConflictOperation::Update);
+    EXPECT_EQ(readFile(conflicted.files().base.value()), "a.txt\n");
+    EXPECT_EQ(readFile(conflicted.files().mine.value()), "mine\n");
+    EXPECT_EQ(readFile(conflicted.files().theirNew.value()), "theirs\n");
+    const auto values = conflicted.propertyValues("color");
+    EXPECT_EQ(values.mine, "mine");
+    EXPECT_EQ(values.theirNew, "theirs");
+    EXPECT_THAT(conflicted.descriptionOfPropertyConflict(), HasSubstr("upon update"));
+    for (const Kind kind : {Kind::Text, Kind::Property}) {
+        EXPECT_THAT(choicesOf(conflicted, kind), IsSupersetOf({Choice::Postpone, Choice::IncomingText}));
+    }
+    EXPECT_EQ(conflicted.recommendedChoice(), Choice::Unspecified);
+}
+
+TEST_P(ConflictedItem, IsSettledOneKindAtATime)
+{
+    conflict();
+    HSVNConflictedItem conflicted{item("a.txt"), client};
+    conflicted.resolve(Kind::Property, Choice::MergedText, "color", "both");
+    EXPECT_EQ(property("color", "a.txt"), "both");
+    EXPECT_THAT(status(), HasSubstr("CM      a.txt\n"));
+    conflicted.resolve(Kind::Text, Choice::WorkingText);
+    EXPECT_EQ(status(), "MM      a.txt\n");
+    EXPECT_EQ(readFile(item("a.txt")), "mine\n");
+}
+
+TEST_P(ConflictedItem, KnowsItsChoicesAfterTheQuestion)
+{
+    conflictWithMove();
+    HSVNConflictedItem conflicted{item("b.txt"), client};
+    EXPECT_TRUE(conflicted.hasTreeConflict());
+    EXPECT_EQ(conflicted.operation(), HSVNConflictOperation::Merge);
+    EXPECT_EQ(conflicted.recommendedChoice(), Choice::Unspecified);
+    conflicted.searchDetails();
+    const Choice recommended = conflicted.recommendedChoice();
+    EXPECT_THAT(choicesOf(conflicted, Kind::Tree), IsSupersetOf({Choice::AcceptCurrentState, recommended}));
+    EXPECT_THAT(conflicted.descriptionOfTreeConflict().second, HasSubstr("^/trunk/moved.txt"));
+    EXPECT_THAT(conflicted.moveTargets(recommended, HSVNMovePlace::WorkingCopy), ElementsAre(item("moved.txt")));
+    EXPECT_THROW(conflicted.chooseMoveTarget(recommended, HSVNMovePlace::WorkingCopy, 1), HSVNException);
+    conflicted.resolve(Kind::Tree, recommended);
+    EXPECT_EQ(readFile(item("moved.txt")), "changed\n");
+}
+
+TEST_P(ConflictedItem, RefusesWhatDoesNotApply)
+{
+    conflict();
+    HSVNConflictedItem conflicted{item("a.txt"), client};
+    for (const Kind kind : {Kind::Text, Kind::Property}) {
+        try {
+            conflicted.resolve(kind, Choice::IncomingDeleteAccept);
+            ADD_FAILURE() << "settled";
+        } catch (const HSVNException& exception) {
+            EXPECT_EQ(exception.status(), 195024);
+        }
+    }
+    const HSVNConflictedItem peaceful{item("dir"), client};
+    EXPECT_FALSE(peaceful.hasTextConflict() || peaceful.hasTreeConflict());
+    EXPECT_EQ(peaceful.operation(), HSVNConflictOperation::None);
+    for (const std::string& path : {item("nowhere"), repository.url(), std::string{"a\xff"}}) {
+        EXPECT_THAT(reasonOf<HSVNException>([&] {
+                        HSVNConflictedItem{path, client};
+                    }),
+                    HasSubstr(path == "a\xff" ? "a" : path));
+    }
+    EXPECT_EQ(reasonOf([&] { HSVNConflictedItem(item("a.txt"), nullptr); }),
+              "Invalid parameter not satisfying: context != nil");
+    const auto old = clientWithoutExtensions("1.6");
+    EXPECT_THAT(reasonOf<HSVNUnsupportedFeatureException>([&] { HSVNConflictedItem(item("a.txt"), old); }),
+                testing::AllOf(HasSubstr("[HSVNConflictedItem initWithPath:context:]"), HasSubstr("Subversion 1.6")));
+}
+
+TEST_P(ConflictedItem, ComparesFilesWithoutACommonAncestor)
+{
+    writeFile(item("mine"), "mine\nsame\n");
+    writeFile(item("theirs"), "theirs\nsame\n");
+    const HSVNConflictSides files{std::nullopt, item("mine"), std::nullopt, item("theirs")};
+    const auto stretches = HSVNMergeStretches(files, client);
+    ASSERT_FALSE(stretches.empty());
+    EXPECT_TRUE(stretches.front().isConflict);
+    EXPECT_EQ(stretches.front().base.count, 0);
+    EXPECT_THROW(HSVNMergeStretches({std::nullopt, item("mine"), std::nullopt, std::nullopt}, client),
+                 HSVNAssertionException);
+    EXPECT_EQ(HSVNMergeValues({std::nullopt, "m", std::nullopt, "t"},
+                              {"||||||| base", "<<<<<<< mine", ">>>>>>> theirs"}, client),
+              "<<<<<<< mine\nm||||||| base\n=======\nt>>>>>>> theirs\n");
+}
