@@ -89,6 +89,16 @@ bool containsIgnoringCase(std::string_view text, std::string_view part)
     return std::search(text.begin(), text.end(), part.begin(), part.end(), equalLowered) != text.end() || part.empty();
 }
 
+std::string searchForm(std::string_view text)
+{
+    if (!isASCII(text)) {
+        return HSVNUnicode::shared().searchForm(text);
+    }
+    std::string result{text};
+    std::transform(result.begin(), result.end(), result.begin(), lowered);
+    return result;
+}
+
 std::string decoded(const char* text)
 {
     const std::string_view bytes = text ? text : "";

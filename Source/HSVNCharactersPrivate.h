@@ -31,6 +31,9 @@ HSVN_EXPORT bool equalIgnoringCase(std::string_view a, std::string_view b);
 /// Whether the text contains the part, the case of ASCII letters aside.
 HSVN_EXPORT bool containsIgnoringCase(std::string_view text, std::string_view part);
 
+/// A well-formed text without accents and in lower case, as searches compare it.
+HSVN_EXPORT std::string searchForm(std::string_view text);
+
 /// The text with ill-formed byte sequences replaced by U+FFFD; empty for null.
 HSVN_EXPORT std::string decoded(const char* text);
 

@@ -57,6 +57,21 @@ svn_error_t* readConflict(const HSVNOperation& operation, HSVNItemStatus& status
     return nullptr;
 }
 
+/// An item that took another's place shows the revision of the other.
+svn_error_t* readReplacedRevision(const HSVNOperation& operation, HSVNItemStatus& status, apr_pool_t* pool)
+{
+    const auto take = [](void* baton, const char* path, svn_wc_status2_t* record) {
+        auto& taken = *static_cast<HSVNItemStatus*>(baton);
+        // 0: nothing was committed there, only what the item took the place of was copied.
+        if (record->entry && taken.absolutePath == path && record->entry->revision > 0) {
+            taken.revision = HSVNRevisionNumberFromSubversion(record->entry->revision);
+        }
+    };
+    const svn_opt_revision_t unspecified{svn_opt_revision_unspecified, {}};
+    return operation->client_status2(nullptr, status.absolutePath.c_str(), &unspecified, take, &status, false, true,
+                                     false, true, true, operation.ctx(), pool);
+}
+
 /// An item that goes shows what it was until now, which the record does not say.
 svn_error_t* readFormerRevision(const HSVNOperation& operation, HSVNItemStatus& status, apr_pool_t* pool)
 {
@@ -64,14 +79,15 @@ svn_error_t* readFormerRevision(const HSVNOperation& operation, HSVNItemStatus& 
     if (!goes || !status.versioned || status.copied || status.revision != HSVNInvalidRevision) {
         return nullptr;
     }
+    if (status.nodeStatus == HSVNStatusKindReplaced) {
+        return readReplacedRevision(operation, status, pool);
+    }
     const auto take = [](void* baton, const char*, const svn_client_info2_t* info, apr_pool_t*) -> svn_error_t* {
         auto& taken = *static_cast<HSVNItemStatus*>(baton);
         taken.revision = HSVNRevisionNumberFromSubversion(info->rev);
-        if (taken.nodeStatus == HSVNStatusKindDeleted) {
-            taken.changedRevision = HSVNRevisionNumberFromSubversion(info->last_changed_rev);
-            taken.changedDate = HSVNDateOrNil(info->last_changed_date);
-            taken.changedAuthor = HSVNTextOrNil(info->last_changed_author);
-        }
+        taken.changedRevision = HSVNRevisionNumberFromSubversion(info->last_changed_rev);
+        taken.changedDate = HSVNDateOrNil(info->last_changed_date);
+        taken.changedAuthor = HSVNTextOrNil(info->last_changed_author);
         return nullptr;
     };
     const svn_opt_revision_t unspecified{svn_opt_revision_unspecified, {}};

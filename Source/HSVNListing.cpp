@@ -3,6 +3,10 @@
 #include "HSVNBrowsingPrivate.h"
 #include "HSVNLockRecordPrivate.h"
 #include "HSVNRevisionNumberPrivate.h"
+#include "HSVNStringPaths.h"
+
+#include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -40,8 +44,11 @@ void HSVNListItems(const std::string& target, const HSVNRevisionSpecRef& revisio
     const auto function = operation.extension(&HSVNBundleExtensions::client_list);
     const HSVNRevisionRecords revisions{*revision};
     ListingCall call{*context, receiver};
+    std::vector<std::string> patterns;
+    std::transform(options.patterns.begin(), options.patterns.end(), std::back_inserter(patterns),
+                   HSVNString::stringForSearching);
     operation.check(function(operation.cString(target), &revisions.peg, &revisions.operative,
-                             HSVNFilterArray(operation, options.patterns), static_cast<svn_depth_t>(options.depth),
+                             HSVNFilterArray(operation, patterns), static_cast<svn_depth_t>(options.depth),
                              options.allFields ? SVN_DIRENT_ALL : SVN_DIRENT_KIND, options.fetchLocks,
                              options.includeExternals, receiveItem, &call, operation.ctx(), operation.pool()));
 }

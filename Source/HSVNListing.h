@@ -35,7 +35,8 @@ struct HSVNListingOptions
     bool allFields = false;                ///< size, revision, date and author too, not the kind alone
     bool fetchLocks = false;               ///< tell each item's lock
     bool includeExternals = false;         ///< list what externals definitions place, too
-    std::vector<std::string> patterns;     ///< only items whose name matches one of these globs; none means all
+    std::vector<std::string> patterns;     ///< only items whose name matches one of these globs, case and accents
+                                           ///< aside; none means all
 };
 
 using HSVNListingReceiver = std::function<void(const HSVNListedItem& item)>;

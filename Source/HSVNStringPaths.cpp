@@ -38,3 +38,8 @@ std::optional<std::string> HSVNString::plainASCIIString(std::string_view text)
 {
     return HSVNText::isWellFormed(text) ? std::optional{HSVNUnicode::shared().plainForm(text)} : std::nullopt;
 }
+
+std::string HSVNString::stringForSearching(std::string_view text)
+{
+    return HSVNText::isWellFormed(text) ? HSVNText::searchForm(text) : std::string{text};
+}

@@ -31,5 +31,7 @@ HSVN_EXPORT std::string stringByReplacingCharactersInSet(std::string_view text, 
 ///
 /// Stands for svn_utf_cstring_from_utf8_fuzzy.
 HSVN_EXPORT std::optional<std::string> plainASCIIString(std::string_view text);
+/// UTF-8 text without accents and in lower case, by which searches compare texts; ill-formed UTF-8 unchanged.
+HSVN_EXPORT std::string stringForSearching(std::string_view text);
 
 } // namespace HSVNString

@@ -51,6 +51,8 @@ class HSVN_EXPORT HSVNUnicode
     /// The text, which is well-formed, in ASCII: accents dropped, dashes and quotation marks made plain, and any other
     /// character as its number, "{U+03B1}".
     virtual std::string plainForm(std::string_view text) const = 0;
+    /// The text, which is well-formed, without accents and in lower case, as searches compare it.
+    virtual std::string searchForm(std::string_view text) const = 0;
     /// The text in an encoding that has one of ICU's names.
     virtual EncodedText encoded(std::string_view text, const std::string& encoding) const = 0;
     /// Nil without a calendar for the user's locale.

@@ -24,7 +24,9 @@ void runChangelist(Session& session)
     if (!options.remove) {
         name = NativeText::toUTF8(takeArgument(session));
     }
-    const auto targets = localTargets(requiredTargets(session));
+    auto targets = requiredTargets(session);
+    requireLocal(targets);
+    targets = unpeggedTargets(targets);
     NotificationPrinter printer{options.quiet};
     printNotifications(session, printer);
     TargetFailures failures{options.quiet};

@@ -36,14 +36,12 @@ void runCheckout(Session& session)
         fail(ArgumentParsing, "Error parsing arguments");
     }
     const std::string folder = takeFolder(session, targets);
+    NotificationPrinter printer{session.options.quiet, NotifiedOperation::CheckOut};
+    printNotifications(session, printer);
     for (const auto& target : targets) {
         if (!isURL(target)) {
             fail(BadURL, fmt::format("'{}' does not appear to be a URL", target));
         }
-    }
-    NotificationPrinter printer{session.options.quiet, NotifiedOperation::CheckOut};
-    printNotifications(session, printer);
-    for (const auto& target : targets) {
         checkOut(session, target, folder, targets.size() > 1);
     }
     printer.requireExternals();

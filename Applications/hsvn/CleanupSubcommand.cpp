@@ -60,7 +60,9 @@ void cleanUpOrVacuum(Session& session, const std::string& target)
 
 void runCleanup(Session& session)
 {
-    const auto targets = localTargets(targetsOrCurrentFolder(session));
+    auto targets = targetsOrCurrentFolder(session);
+    requireLocal(targets);
+    targets = unpeggedTargets(targets);
     NotificationPrinter printer{session.options.quiet};
     printNotifications(session, printer);
     for (const auto& target : targets) {

@@ -73,10 +73,13 @@ const Option& optionOf(int value)
 }
 
 /// getopt_long accepts a long name that is cut short; Subversion does not.
-void refuseAbbreviation(const Step& step)
+void refuseAbbreviation(const Step& step, int value)
 {
+    if (value < firstLongValue) {
+        return;
+    }
     const std::string name = step.word.substr(0, step.word.find('='));
-    const Option& option = optionOf(step.value);
+    const Option& option = optionOf(value);
     if (name != std::string{"--"} + option.name && !(option.alias && name == std::string{"--"} + option.alias)) {
         failToParse("invalid option", step.word);
     }
@@ -84,6 +87,7 @@ void refuseAbbreviation(const Step& step)
 
 [[noreturn]] void failAt(const Step& step)
 {
+    refuseAbbreviation(step, step.fault);
     const bool isLetter = step.fault != 0 && step.fault < firstLongValue;
     const std::string letter{static_cast<char>(step.fault)};
     if (step.value == ':') {
@@ -117,9 +121,7 @@ CommandLine parseCommandLine(int count, char** words, Session& session)
         if (step.value == ':' || (step.value == '?' && step.fault != noFault)) {
             failAt(step);
         }
-        if (step.value >= firstLongValue) {
-            refuseAbbreviation(step);
-        }
+        refuseAbbreviation(step, step.value);
         const Option& option = optionOf(step.value);
         option.apply(session, session.options, optarg ? optarg : "");
         result.options.push_back(option.id);

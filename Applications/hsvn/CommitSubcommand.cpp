@@ -33,11 +33,12 @@ std::vector<std::string> localCommitTargets(Session& session)
 {
     const auto targets = targetsOrCurrentFolder(session);
     try {
-        return localTargets(targets);
+        requireLocal(targets);
     } catch (const HSVNException& exception) {
         throw exception.status() == ArgumentParsing ? wrapped(exception, "Commit targets must be local paths")
                                                     : exception;
     }
+    return unpeggedTargets(targets);
 }
 
 void runCommit(Session& session)

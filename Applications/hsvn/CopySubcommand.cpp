@@ -14,14 +14,13 @@ std::pair<std::vector<HSVNCopySource>, std::string> sourcesAndDestination(Sessio
     if (targets.size() < 2) {
         fail(InsufficientArguments, "Not enough arguments provided");
     }
-    const std::string destination = unpeggedTargets({targets.back()}).front();
-    targets.pop_back();
     std::vector<HSVNCopySource> sources;
     for (const auto& target : targets) {
         const auto [path, peg] = peggedTarget(session, target);
         sources.push_back({path, HSVNRevisionSpec::revisionWithRevision(session.options.startRevision(), peg)});
     }
-    return {sources, destination};
+    sources.pop_back();
+    return {sources, unpeggedTargets({targets.back()}).front()};
 }
 
 NotifiedOperation operationOf(bool fromURL, bool toURL)

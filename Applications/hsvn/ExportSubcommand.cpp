@@ -13,7 +13,7 @@ void runExport(Session& session)
         fail(ArgumentParsing, "Error parsing arguments");
     }
     const auto [from, peg] = peggedTarget(session, targets.front());
-    const std::string to = targets.size() == 2 ? peggedTarget(session, targets.back()).target
+    const std::string to = targets.size() == 2 ? localTargets({targets.back()}).front()
                            : isURL(from)       ? nameOfURL(from)
                                                : baseName(from);
     HSVNItemExportOptions wishes;

@@ -19,6 +19,7 @@ void runImport(Session& session)
     }
     const std::string path = targets.size() == 2 ? targets.front() : "";
     const std::string& url = targets.back();
+    requireLocal({path});
     if (!isURL(url)) {
         fail(ArgumentParsing, fmt::format("Invalid URL '{}'", url));
     }

@@ -4,6 +4,7 @@
 #include "Errors.h"
 #include "InfoFields.h"
 #include "Output.h"
+#include "Similarity.h"
 #include "Sizes.h"
 #include "Targets.h"
 #include "Words.h"
@@ -122,7 +123,12 @@ InfoItem infoItemNamed(const std::string& name)
             return item;
         }
     }
-    fail(ArgumentParsing, fmt::format("'{}' is not a valid value for --show-item", name));
+    std::vector<const char*> known;
+    std::transform(itemNames.begin(), itemNames.end(), std::back_inserter(known),
+                   [](const auto& each) { return each.first; });
+    const auto meant = namesLike(name, known);
+    fail(ArgumentParsing, fmt::format("'{}' is not a valid value for --show-item{}", name,
+                                      meant.empty() ? "" : fmt::format("; did you mean {}?", choiceOf(meant))));
 }
 
 void printInfo(const HSVNItemInfo& info, const Options& options)
@@ -205,8 +211,19 @@ std::optional<std::string> valueOf(const HSVNItemInfo& info, InfoItem item, cons
 
 void printInfoItem(const HSVNItemInfo& info, InfoItem item, const Options& options, bool withPath)
 {
-    const std::string value = valueOf(info, item, options).value_or("");
-    Output::write(withPath ? fmt::format("{:<10} {}\n", value, shownTarget(info)) : value);
+    const auto value = valueOf(info, item, options);
+    if (item == InfoItem::RepositorySize && !value) {
+        // Only the repository knows sizes, and only those of files.
+        if (info.kind == HSVNNodeKindFile && !withPath) {
+            fail(UnsupportedFeature,
+                 fmt::format("can't show in-repository size of working copy file '{}'", shownTarget(info)));
+        }
+        return;
+    }
+    const std::string text = value.value_or("");
+    const char* const end = options.noNewline ? "" : "\n";
+    const std::string shown = info.workingCopy ? shownTarget(info) : info.url.value_or("");
+    Output::write(withPath ? fmt::format("{:<10} {}\n", text, shown) : text + end);
 }
 
 nlohmann::ordered_json infoRecord(const HSVNItemInfo& info)

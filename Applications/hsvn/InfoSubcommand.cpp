@@ -39,6 +39,10 @@ class InfoRun
         if (options.showItem) {
             _item = infoItemNamed(*options.showItem);
             _showsPaths = targets.size() > 1 || options.depthOr(HSVNDepthEmpty) > HSVNDepthEmpty;
+            if (_showsPaths && options.noNewline) {
+                fail(ArgumentParsing,
+                     "--no-newline is only available for single-target, non-recursive info operations");
+            }
         }
         const bool isDocument = options.xml && !options.incremental;
         if (isDocument) {
@@ -68,6 +72,12 @@ class InfoRun
         }
         if (options.incremental && !options.xml) {
             fail(ArgumentParsing, "--incremental is only valid in --xml mode");
+        }
+        if (options.xml && options.humanReadable) {
+            fail(ArgumentParsing, "--human-readable is not valid in --xml mode");
+        }
+        if (options.xml && options.noNewline) {
+            fail(ArgumentParsing, "--no-newline is not valid in --xml mode");
         }
         if (options.noNewline && !options.showItem) {
             fail(ArgumentParsing, "--no-newline' is only valid with --show-item");
@@ -111,8 +121,6 @@ class InfoRun
         }
         if (options.json) {
             Output::writeBytes(_records.dump(2) + "\n");
-        } else if (options.showItem && !options.noNewline && !_showsPaths) {
-            Output::write("\n");
         }
     }
 

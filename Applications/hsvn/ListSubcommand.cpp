@@ -29,6 +29,9 @@ class ListRun
         TargetFailures failures;
         for (const auto& target : targets) {
             failures.attempt({WorkingCopyPathNotFound, NodeNotFound, NotDirectory}, [&] { list(target); });
+            if (options.xml) {
+                Output::writeBytes((_external.empty() ? XML{} : XML{}.close("external")).close("list").text());
+            }
         }
         if (isDocument) {
             XML::writeFooter("lists");
@@ -48,6 +51,9 @@ class ListRun
         if (options.xml && options.verbose) {
             fail(ArgumentParsing, "--verbose is not valid in --xml mode");
         }
+        if (options.xml && options.humanReadable) {
+            fail(ArgumentParsing, "--human-readable is not valid in --xml mode");
+        }
         if (options.incremental && !options.xml) {
             fail(ArgumentParsing, "--incremental is only valid in --xml mode");
         }
@@ -62,7 +68,9 @@ class ListRun
         wishes.allFields = options.xml || options.json || options.verbose;
         wishes.fetchLocks = wishes.allFields;
         wishes.includeExternals = options.includeExternals;
-        wishes.patterns = options.search;
+        for (const auto& patterns : options.search) {
+            wishes.patterns.push_back(patterns.front());
+        }
         _external.clear();
         if (options.xml) {
             Output::writeBytes(XML{}.open("list", {{"path", localStyle(path)}}).text());
@@ -70,9 +78,6 @@ class ListRun
         HSVNListItems(
             path, HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg), wishes,
             [&, &shown = path](const HSVNListedItem& item) { print(item, shown); }, _session.client());
-        if (options.xml) {
-            Output::writeBytes((_external.empty() ? XML{} : XML{}.close("external")).close("list").text());
-        }
     }
 
     void print(const HSVNListedItem& item, const std::string& target)

@@ -22,8 +22,9 @@ std::optional<std::string> commentOf(const Options& options)
 
 void runLock(Session& session)
 {
-    const auto targets = unpeggedTargets(requiredTargetsOfOneKind(session));
+    auto targets = requiredTargetsOfOneKind(session);
     const auto comment = commentOf(session.options);
+    targets = unpeggedTargets(targets);
     NotificationPrinter printer{session.options.quiet};
     printNotifications(session, printer);
     HSVNLockItems(targets, comment, session.options.force, session.client());

@@ -12,6 +12,7 @@
 
 namespace {
 
+constexpr const char* noAuthor = "(no author)";
 constexpr const char* separator = "------------------------------------------------------------------------\n";
 
 std::optional<std::string> propertyOf(const HSVNLogEntry& entry, const char* name)
@@ -70,7 +71,8 @@ void LogPrinter::print(const HSVNLogEntry& entry)
         return;
     }
     // Revision 0 has nothing to tell.
-    if (entry.revision != 0 || propertyOf(entry, "svn:log")) {
+    if ((entry.revision != 0 || propertyOf(entry, "svn:log")) &&
+        (_options.search.empty() || _search.finds(textsOf(entry)))) {
         if (_options.json) {
             _records.push_back(record(entry));
         } else if (_options.xml) {
@@ -82,6 +84,26 @@ void LogPrinter::print(const HSVNLogEntry& entry)
     if (entry.hasChildren) {
         _mergedBy.push_back(entry.revision);
     }
+}
+
+std::vector<std::string> LogPrinter::textsOf(const HSVNLogEntry& entry) const
+{
+    std::vector<std::string> texts;
+    const bool isForPeople = !_options.xml && !_options.json;
+    const auto add = [&](const std::optional<std::string>& text) {
+        if (text) {
+            texts.push_back(*text);
+        }
+    };
+    const auto author = propertyOf(entry, "svn:author");
+    add(isForPeople ? author.value_or(noAuthor) : author);
+    add(isForPeople ? humanDateOf(entry) : propertyOf(entry, "svn:date"));
+    add(propertyOf(entry, "svn:log"));
+    for (const auto& change : entry.changedPaths.value_or(std::vector<HSVNChangedPath>{})) {
+        add(change.path);
+        add(change.copyFromPath);
+    }
+    return texts;
 }
 
 void LogPrinter::finish() const
@@ -97,7 +119,7 @@ void LogPrinter::printText(const HSVNLogEntry& entry) const
 {
     const std::string message = propertyOf(entry, "svn:log").value_or("");
     std::string text = fmt::format("{}r{} | {} | {}", separator, entry.revision,
-                                   propertyOf(entry, "svn:author").value_or("(no author)"), humanDateOf(entry));
+                                   propertyOf(entry, "svn:author").value_or(noAuthor), humanDateOf(entry));
     if (!_options.quiet) {
         const auto lines = std::count(message.begin(), message.end(), '\n') + 1;
         text += fmt::format(" | {} {}", lines, lines == 1 ? "line" : "lines");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "LogSearch.h"
 #include "Options.h"
 
 #include <nlohmann/json.hpp>
@@ -9,7 +10,7 @@
 class LogPrinter
 {
   public:
-    explicit LogPrinter(const Options& options) : _options{options} {}
+    explicit LogPrinter(const Options& options) : _options{options}, _search{options.search} {}
 
     void print(const HSVNLogEntry& entry);
     /// What follows the last entry.
@@ -20,7 +21,11 @@ class LogPrinter
     void printXML(const HSVNLogEntry& entry) const;
     nlohmann::ordered_json record(const HSVNLogEntry& entry) const;
 
+    /// What a search looks at.
+    std::vector<std::string> textsOf(const HSVNLogEntry& entry) const;
+
     const Options& _options;
+    LogSearch _search;
     std::vector<HSVNRevisionNumber> _mergedBy; ///< the entries that the next one was merged by, the outermost first
     nlohmann::ordered_json _records = nlohmann::ordered_json::array();
 };

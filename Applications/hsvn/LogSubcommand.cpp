@@ -136,11 +136,16 @@ const Subcommand& logSubcommand()
                                        "ranges may run in either direction.\n"
                                        "\n"
                                        "-v adds the changed paths: A added, D deleted, R replaced or M modified,\n"
-                                       "with the source of a copy in parentheses.  -q leaves the message out.",
+                                       "with the source of a copy in parentheses.  -q leaves the message out.\n"
+                                       "\n"
+                                       "--search shows only revisions whose author, date or message, or with -v a\n"
+                                       "path of which, the pattern is found in.  --limit then limits the revisions\n"
+                                       "that are searched, not those that are shown.",
                                        {OptionId::Revision, OptionId::Change, OptionId::Quiet, OptionId::Verbose,
                                         OptionId::UseMergeHistory, OptionId::Targets, OptionId::StopOnCopy,
                                         OptionId::Incremental, OptionId::XML, OptionId::JSON, OptionId::Limit,
-                                        OptionId::WithAllRevprops, OptionId::WithNoRevprops, OptionId::WithRevprop},
+                                        OptionId::WithAllRevprops, OptionId::WithNoRevprops, OptionId::WithRevprop,
+                                        OptionId::Search, OptionId::SearchAnd},
                                        {{OptionId::Quiet, "do not print the log message"},
                                         {OptionId::Verbose, "also print all affected paths"},
                                         {OptionId::WithRevprop, "retrieve revision property ARG"}},

@@ -24,6 +24,9 @@ class MergeRun
 
     void run()
     {
+        if (_session.options.reintegrate && hasRanges()) {
+            fail(ArgumentParsing, "-r and -c can't be used with --reintegrate");
+        }
         readTargets();
         checkReintegration();
         printNotifications(_session, _printer);
@@ -47,23 +50,25 @@ class MergeRun
         }
         const auto first = peggedTarget(_session, _targets.front());
         const auto second = _targets.size() > 1 ? peggedTarget(_session, _targets[1]) : first;
-        const bool hasRanges = _session.options.usedRevision || _session.options.usedChange;
         const bool isSourceAndTarget = _targets.size() == 2 && isURL(first.target) && !isURL(second.target);
-        _hasTwoSources = !hasRanges && _targets.size() > 1 && !isSourceAndTarget;
+        _hasTwoSources = !hasRanges() && _targets.size() > 1 && !isSourceAndTarget;
         _source = {first.target, first.pegRevision};
         _second = {second.target, second.pegRevision};
         if (_hasTwoSources) {
             takeTwoSources();
         } else {
-            takeOneSource(hasRanges);
+            takeOneSource();
         }
         if (_target.empty()) {
             guessTarget();
         }
     }
 
-    void takeOneSource(bool hasRanges)
+    void takeOneSource()
     {
+        if (hasRanges()) {
+            takeRanges();
+        }
         if (_targets.size() > 2) {
             fail(ArgumentParsing, "Too many arguments given");
         }
@@ -76,9 +81,10 @@ class MergeRun
             }
             _target = _targets[1];
         }
-        if (!hasRanges) {
-            return;
-        }
+    }
+
+    void takeRanges()
+    {
         auto& ranges = _ranges.emplace();
         for (const auto& [start, end] : _session.options.revisions) {
             if (isUnspecified(start) || isUnspecified(end)) {
@@ -97,7 +103,7 @@ class MergeRun
             if (isUnspecified(side->second) && !isURL(side->first)) {
                 fail(BadRevision, fmt::format("Invalid merge source '{}'; a working copy path can only be used with a "
                                               "repository revision (a number, a date, or head)",
-                                              side->first));
+                                              localStyle(side->first)));
             }
         }
         for (auto* const side : {&_source, &_second}) {
@@ -115,7 +121,7 @@ class MergeRun
             _target = _source.first == _second.first && isFile(_second.first) ? _second.first : "";
             return;
         }
-        const std::string name = nameOfURL(_source.first);
+        const std::string name = isURL(_source.first) ? nameOfURL(_source.first) : baseName(_source.first);
         const auto here = HSVNTargets::URLOfTarget("", _session.client());
         const bool isHere = here && nameOfURL(*here) == name;
         _target = name == nameOfURL(_second.first) && !isHere && isFile(name) ? name : "";
@@ -142,10 +148,10 @@ class MergeRun
         if (_hasTwoSources) {
             fail(ArgumentParsing, "--reintegrate can only be used with a single merge source");
         }
-        if (_ranges) {
-            fail(ArgumentParsing, "-r and -c can't be used with --reintegrate");
-        }
     }
+
+    /// Whether -r or -c names revisions; a list of -c may be empty.
+    bool hasRanges() const { return !isUnspecified(_session.options.startRevision()); }
 
     HSVNItemMergeOptions wishes()
     {
@@ -176,6 +182,9 @@ class MergeRun
             HSVNReintegrate(_source.first, _source.second, _target, wishes(), client);
             return;
         }
+        if (_hasTwoSources && isURL(_source.first) != isURL(_second.first)) {
+            fail(ArgumentParsing, "Merge sources must both be either paths or URLs");
+        }
         if (_session.options.verbose) {
             Output::write("--- Merging\n");
             Output::flush();
@@ -183,9 +192,6 @@ class MergeRun
         if (!_hasTwoSources) {
             HSVNMergeChanges(_source.first, _source.second, _ranges, _target, wishes(), client);
             return;
-        }
-        if (isURL(_source.first) != isURL(_second.first)) {
-            fail(ArgumentParsing, "Merge sources must both be either paths or URLs");
         }
         HSVNMergeTrees(_source, _second, _target, wishes(), client);
     }
@@ -203,7 +209,9 @@ class MergeRun
             }
             _failure = std::make_shared<HSVNException>(exception);
         }
-        settleConflicts(_session, _printer);
+        if (!_session.options.dryRun) {
+            settleConflicts(_session, _printer);
+        }
     }
 
     /// Whether the merge stopped for conflicts, all of which are settled by now.

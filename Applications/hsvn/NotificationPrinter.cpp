@@ -143,7 +143,7 @@ constexpr Line lines[] = {
     {"Redirecting to URL '{4}':\n", number(Newer::URLRedirect)},
     {"'{0}' is not under version control\n", number(Newer::PathNonexistent)},
     {"D    {0}\n", number(Newer::Exclude), true},
-    {"B    {0}\n", number(Newer::UpdateBrokenLock), true},
+    {"B    {0}\n", number(Newer::UpdateBrokenLock)},
     {"Left local modifications as '{0}'\n", number(Newer::LeftLocalModifications)},
     {"--- Copying from foreign repository URL '{4}':\n", number(Newer::ForeignCopyBegin)},
     {"Breaking move with source path '{0}'\n", number(Newer::MoveBroken)},

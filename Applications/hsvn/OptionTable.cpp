@@ -10,7 +10,6 @@
 
 #include <array>
 #include <cerrno>
-#include <charconv>
 #include <fmt/format.h>
 
 namespace {
@@ -33,6 +32,28 @@ template <auto Member>
 void append(Session& /*session*/, Options& options, const std::string& argument)
 {
     (options.*Member).push_back(NativeText::toUTF8(argument));
+}
+
+void applyChangelist(Session& session, Options& options, const std::string& argument)
+{
+    if (argument.empty()) {
+        fail(ArgumentParsing, "Changelist names must not be empty");
+    }
+    append<&Options::changelists>(session, options, argument);
+}
+
+void applySearch(Session& /*session*/, Options& options, const std::string& argument)
+{
+    options.search.push_back({NativeText::toUTF8(argument)});
+}
+
+void applySearchAnd(Session& session, Options& options, const std::string& argument)
+{
+    if (options.search.empty()) {
+        applySearch(session, options, argument);
+    } else {
+        options.search.back().push_back(NativeText::toUTF8(argument));
+    }
 }
 
 /// An option whose value is kept, as UTF-8 or in the encoding it was given in.
@@ -58,15 +79,26 @@ constexpr std::array depthWords{std::pair{"exclude", HSVNDepthExclude}, std::pai
                                 std::pair{"files", HSVNDepthFiles}, std::pair{"immediates", HSVNDepthImmediates},
                                 std::pair{"infinity", HSVNDepthInfinity}};
 
+/// The argument of --depth or --set-depth as UTF-8.
+std::string depthText(const std::string& argument)
+{
+    try {
+        return NativeText::toUTF8(argument);
+    } catch (const HSVNException& exception) {
+        fail(ArgumentParsing, "Error converting depth from locale to UTF-8", exception);
+    }
+}
+
 HSVNDepth depthNamed(const std::string& argument, bool mayExclude)
 {
+    const std::string text = depthText(argument);
     for (const auto& [word, depth] : depthWords) {
-        if (argument == word && (mayExclude || depth != HSVNDepthExclude)) {
+        if (text == word && (mayExclude || depth != HSVNDepthExclude)) {
             return depth;
         }
     }
     fail(ArgumentParsing, fmt::format("'{}' is not a valid depth; try {}'empty', 'files', 'immediates', or 'infinity'",
-                                      NativeText::toUTF8(argument), mayExclude ? "'exclude', " : ""));
+                                      text, mayExclude ? "'exclude', " : ""));
 }
 
 void applyDepth(Session& /*session*/, Options& options, const std::string& argument)
@@ -137,11 +169,10 @@ void applyTargets(Session& /*session*/, Options& options, const std::string& arg
 void applyLimit(Session& /*session*/, Options& options, const std::string& argument)
 {
     int limit = 0;
-    const auto [end, error] = std::from_chars(argument.data(), argument.data() + argument.size(), limit);
-    if (error != std::errc{} || end != argument.data() + argument.size()) {
-        fail(ArgumentParsing, "Non-numeric limit argument given",
-             failure(MalformedNumber,
-                     fmt::format("Could not convert '{}' into a number", NativeText::toUTF8(argument))));
+    try {
+        limit = numberOf(NativeText::toUTF8(argument));
+    } catch (const HSVNException& exception) {
+        fail(ArgumentParsing, "Non-numeric limit argument given", exception);
     }
     if (limit <= 0) {
         fail(MalformedNumber, "Argument to --limit must be positive");
@@ -213,15 +244,18 @@ void applyConfigOption(Session& session, Options& options, const std::string& ar
     const auto firstColon = text.find(':');
     const auto secondColon = firstColon == std::string::npos ? firstColon : text.find(':', firstColon + 1);
     const auto equals = secondColon == std::string::npos ? secondColon : text.find('=', secondColon + 1);
-    if (equals == std::string::npos || firstColon == 0 || secondColon == firstColon + 1 || equals == secondColon + 1 ||
-        text.substr(secondColon + 1, equals - secondColon - 1).find(':') != std::string::npos)
-    {
-        fail(ArgumentParsing, "Invalid syntax of argument of --config-option");
+    constexpr const char* complaint = "Invalid syntax of argument of --config-option";
+    if (equals == std::string::npos || firstColon == 0 || secondColon == firstColon + 1 || equals == secondColon + 1) {
+        fail(ArgumentParsing, complaint);
     }
     HSVNConfigurationOption option{text.substr(0, firstColon),
                                    text.substr(firstColon + 1, secondColon - firstColon - 1),
                                    text.substr(secondColon + 1, equals - secondColon - 1), text.substr(equals + 1)};
+    const bool isPlain = option.name.find(':') == std::string::npos;
     session.addConfigurationOption(options, std::move(option));
+    if (!isPlain) {
+        fail(ArgumentParsing, complaint);
+    }
 }
 
 constexpr const char* revisionDescription = "ARG (some commands also take ARG1:ARG2 range)\n"
@@ -256,7 +290,7 @@ constexpr std::array table{
     Option{OptionId::Targets, "targets", nullptr, 0, "ARG", "pass contents of file ARG as additional args",
            applyTargets},
     Option{OptionId::Changelist, "changelist", "cl", 0, "ARG", "operate only on members of changelist ARG",
-           append<&Options::changelists>},
+           applyChangelist},
     Option{OptionId::IgnoreExternals, "ignore-externals", nullptr, 0, nullptr, "ignore externals definitions",
            set<&Options::ignoreExternals>},
     Option{OptionId::IncludeExternals, "include-externals", nullptr, 0, nullptr,
@@ -283,8 +317,10 @@ constexpr std::array table{
            set<&Options::noNewline>},
     Option{OptionId::IgnoreKeywords, "ignore-keywords", nullptr, 0, nullptr, "don't expand keywords",
            set<&Options::ignoreKeywords>},
-    Option{OptionId::Search, "search", nullptr, 0, "ARG", "use ARG as search pattern (glob syntax)",
-           append<&Options::search>},
+    Option{OptionId::Search, "search", nullptr, 0, "ARG",
+           "use ARG as search pattern (glob syntax, case and\naccents aside)", applySearch},
+    Option{OptionId::SearchAnd, "search-and", nullptr, 0, "ARG", "combine ARG with the previous search pattern",
+           applySearchAnd},
     Option{OptionId::HumanReadable, "human-readable", nullptr, 'H', nullptr,
            "show file sizes with base-2 unit suffixes\n"
            "(Byte, Kilobyte, Megabyte, Gigabyte, Terabyte\n"

@@ -36,6 +36,7 @@ enum class OptionId : std::uint8_t
     NoNewline,
     IgnoreKeywords,
     Search,
+    SearchAnd,
     HumanReadable,
     ShowItem,
     Force,

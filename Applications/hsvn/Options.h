@@ -49,8 +49,8 @@ struct Options // NOLINT(clang-analyzer-optin.performance.Padding)
     HSVNDepth depth = HSVNDepthUnknown;
     bool nonRecursive = false;
     std::vector<std::string> changelists;
-    std::vector<std::string> targets; ///< of --targets files
-    std::vector<std::string> search;
+    std::vector<std::string> targets;             ///< of --targets files
+    std::vector<std::vector<std::string>> search; ///< of --search each, with the --search-and that follow it
     bool ignoreExternals = false;
     bool includeExternals = false;
     bool noIgnore = false;

@@ -1,6 +1,7 @@
 #include "PropertyNames.h"
 
 #include "Errors.h"
+#include "Similarity.h"
 #include "TextFiles.h"
 
 #include <algorithm>
@@ -21,59 +22,6 @@ constexpr std::array revisionNames{
     "author",    "log",           "date",           "autoversioned",        "original-date",
     "sync-lock", "sync-from-url", "sync-from-uuid", "sync-last-merged-rev", "sync-currently-copying"};
 
-/// Length of the longest text that both contain, with gaps.
-std::size_t commonLength(std::string_view a, std::string_view b)
-{
-    std::vector<std::size_t> lengths(b.size() + 1);
-    for (const char character : a) {
-        std::size_t diagonal = 0;
-        for (std::size_t index = 0; index < b.size(); ++index) {
-            const std::size_t above = lengths[index + 1];
-            lengths[index + 1] = character == b[index] ? diagonal + 1 : std::max(above, lengths[index]);
-            diagonal = above;
-        }
-    }
-    return lengths.back();
-}
-
-/// How much two texts have in common, from 0 to 1.
-double similarity(std::string_view a, std::string_view b)
-{
-    const auto whole = static_cast<double>(a.size() + b.size());
-    return whole == 0 ? 1 : 2 * static_cast<double>(commonLength(a, b)) / whole;
-}
-
-bool areSimilar(double similarity) { return similarity > 0.66; }
-
-/// The known names that resemble a name, the most similar one first.
-std::vector<std::string> namesLike(std::string_view name, std::span<const char* const> known)
-{
-    std::vector<std::pair<double, std::string>> found;
-    for (const char* const candidate : known) {
-        if (const double degree = similarity(name, candidate); areSimilar(degree)) {
-            found.emplace_back(degree, candidate);
-        }
-    }
-    std::stable_sort(found.begin(), found.end(), [](const auto& a, const auto& b) { return a.first > b.first; });
-    std::vector<std::string> names;
-    names.reserve(found.size());
-    for (const auto& [degree, candidate] : found) {
-        names.push_back(candidate);
-    }
-    return names;
-}
-
-/// "'svn:a', 'svn:b' or 'svn:c'"
-std::string choice(const std::vector<std::string>& names)
-{
-    std::string text;
-    for (std::size_t index = 0; index < names.size(); ++index) {
-        const char* const separator = index == 0 ? "" : index + 1 == names.size() ? " or " : ", ";
-        text += fmt::format("{}'{}{}'", separator, prefix, names[index]);
-    }
-    return text;
-}
-
 [[noreturn]] void failSuggesting(const std::string& name, const std::vector<std::string>& meant)
 {
     const auto begin = fmt::format("'{}' is not a valid {} property name; ", name, prefix);
@@ -81,7 +29,7 @@ std::string choice(const std::vector<std::string>& names)
         fail(PropertyName, begin + "use '--force' to set it");
     }
     fail(PropertyName, fmt::format("Use '--force' to set the '{}' property.", name),
-         failure(PropertyName, fmt::format("{}did you mean {}?", begin, choice(meant))));
+         failure(PropertyName, fmt::format("{}did you mean {}?", begin, choiceOf(meant, prefix))));
 }
 
 bool isPropertyName(std::string_view name)
@@ -111,7 +59,7 @@ void requireKnownPropertyName(const std::string& name, bool isOfRevision)
     const bool hasPrefix = name.starts_with(prefix);
     // A prefix of the same length may be a misspelled one; then the rest must be right.
     const bool isMisspelled = !hasPrefix && name.find(':') == prefix.size() - 1 &&
-                              areSimilar(similarity(name.substr(0, prefix.size()), prefix));
+                              areSimilar(std::string_view{name}.substr(0, prefix.size()), prefix);
     if (!hasPrefix && !isMisspelled) {
         return;
     }

@@ -69,6 +69,9 @@ nlohmann::ordered_json propertyRecord(const HSVNPropertyMap& properties)
 
 RevisionPropertyTarget revisionPropertyTarget(Session& session, const std::vector<std::string>& targets)
 {
+    if (session.options.showInheritedProperties) {
+        fail(ArgumentParsing, "--show-inherited-props can't be used with --revprop");
+    }
     const auto& revision = session.options.startRevision();
     const bool isAllowed =
         revision->number() != HSVNInvalidRevision || revision->date() || revision->isEqual(HSVNRevision::HEAD());
@@ -79,7 +82,7 @@ RevisionPropertyTarget revisionPropertyTarget(Session& session, const std::vecto
     if (targets.size() != 1) {
         fail(ArgumentParsing, "Wrong number of targets specified");
     }
-    const auto url = HSVNTargets::URLOfTarget(peggedTarget(session, targets.front()).target, session.client());
+    const auto url = HSVNTargets::URLOfTarget(targets.front(), session.client());
     if (!url) {
         fail(UnversionedResource, "Either a URL or versioned item is required");
     }

@@ -1,3 +1,4 @@
+#include "Dates.h"
 #include "Errors.h"
 #include "NativeText.h"
 #include "Output.h"
@@ -11,6 +12,14 @@
 
 namespace {
 
+/// A revision as it was asked for.
+std::string shown(const HSVNRevision& revision)
+{
+    return revision.date()                            ? exactDate(*revision.date())
+           : revision.number() != HSVNInvalidRevision ? std::to_string(revision.number())
+                                                      : "head";
+}
+
 /// One run of `propget`.
 class PropgetRun
 {
@@ -19,19 +28,14 @@ class PropgetRun
 
     void run()
     {
+        const Options& options = _session.options;
+        if (options.verbose && (options.revisionProperty || options.noNewline || options.xml)) {
+            fail(MutuallyExclusiveArguments, "--verbose cannot be used with --revprop or --no-newline or --xml");
+        }
         _name = NativeText::toUTF8(takeArgument(_session));
         requirePropertyName(_name);
         const auto targets = targetsOrCurrentFolder(_session);
-        const Options& options = _session.options;
         const HSVNDepth depth = options.depthOr(HSVNDepthEmpty);
-        if (options.noNewline && (options.revisionProperty || options.verbose || options.showInheritedProperties ||
-                                  depth > HSVNDepthEmpty || targets.size() > 1))
-        {
-            if (!options.revisionProperty || options.verbose) {
-                fail(ArgumentParsing, "--no-newline is only available for single-target, non-recursive propget "
-                                      "operations");
-            }
-        }
         if (options.revisionProperty) {
             printRevisionProperty(revisionPropertyTarget(_session, targets));
             return;
@@ -47,7 +51,8 @@ class PropgetRun
         HSVNRevisionNumber number = HSVNInvalidRevision;
         const auto value = HSVNReadRevisionProperty(_name, target.url, target.revision, &number, _session.client());
         if (!value) {
-            fail(PropertyNotFound, fmt::format("Property '{}' not found on revision {}", _name, number));
+            fail(PropertyNotFound,
+                 fmt::format("Property '{}' not found on revision {}", _name, shown(*target.revision)));
         }
         if (_session.options.json) {
             const nlohmann::ordered_json record{{"revision", number},
@@ -75,6 +80,9 @@ class PropgetRun
         if (options.xml) {
             XML::writeHeader("properties");
         }
+        if (options.noNewline && (options.showInheritedProperties || depth > HSVNDepthEmpty || targets.size() > 1)) {
+            fail(ArgumentParsing, "--no-newline is only available for single-target, non-recursive propget operations");
+        }
         for (const auto& target : targets) {
             const auto [path, peg] = peggedTarget(_session, target);
             HSVNPropertyReadingOptions wishes;
@@ -83,8 +91,8 @@ class PropgetRun
             wishes.changelists = options.changelists;
             const auto spec = HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg);
             const auto found = HSVNReadProperty(_name, path, spec, wishes, _session.client());
-            if (found.values.empty() && found.inherited.empty() && depth == HSVNDepthEmpty) {
-                warnMissing(path);
+            if (found.values.empty() && !options.showInheritedProperties && depth == HSVNDepthEmpty) {
+                warnMissing(target);
             }
             if (options.json) {
                 record(path, found);
@@ -103,9 +111,9 @@ class PropgetRun
         }
     }
 
-    void warnMissing(const std::string& path)
+    void warnMissing(const std::string& target)
     {
-        printWarning(failure(PropertyNotFound, fmt::format("Property '{}' not found on '{}'", _name, path)));
+        printWarning(failure(PropertyNotFound, fmt::format("Property '{}' not found on '{}'", _name, target)));
         _isMissing = true;
     }
 

@@ -1,13 +1,23 @@
 #include "Errors.h"
+#include "NativeText.h"
 #include "Output.h"
 #include "PropertyPrinter.h"
 #include "Subcommands.h"
 #include "Targets.h"
 #include "XML.h"
 
+#include <filesystem>
 #include <fmt/format.h>
 
 namespace {
+
+/// Whether an item without properties of its own is named all the same: in XML below those that it inherits, unless it
+/// is a folder of a working copy.
+bool isNamedAlways(const HSVNItemProperties& item)
+{
+    return !item.inherited.empty() &&
+           (isURL(item.path) || !std::filesystem::is_directory(NativeText::fromUTF8(localStyle(item.path))));
+}
 
 /// One run of `proplist`.
 class ProplistRun
@@ -26,7 +36,7 @@ class ProplistRun
         if (options.xml) {
             XML::writeHeader("properties");
         }
-        TargetFailures failures;
+        TargetFailures failures{options.quiet};
         for (const auto& target : targets) {
             failures.attempt({UnversionedResource, EntryNotFound}, [&] { list(target); });
         }
@@ -91,7 +101,7 @@ class ProplistRun
         for (const auto& [folder, properties] : item.inherited) {
             printOne(item, folder, properties, true);
         }
-        if (!item.properties.empty()) {
+        if (!item.properties.empty() || (_session.options.xml && isNamedAlways(item))) {
             printOne(item, localStyle(item.path), item.properties, false);
         }
     }

@@ -44,9 +44,6 @@ class PropsetRun
             changeRevisionProperty(_session, _name, _value);
             return;
         }
-        if (options.usedRevision) {
-            fail(ArgumentParsing, fmt::format("Cannot specify revision for setting versioned property '{}'", _name));
-        }
         setOnItems();
     }
 
@@ -69,6 +66,9 @@ class PropsetRun
     void setOnItems()
     {
         const auto targets = unpeggedTargets(targetsOf(_session));
+        if (_session.options.usedRevision) {
+            fail(ArgumentParsing, fmt::format("Cannot specify revision for setting versioned property '{}'", _name));
+        }
         if (targets.empty()) {
             fail(InsufficientArguments,
                  _session.options.file

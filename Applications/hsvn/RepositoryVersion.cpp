@@ -3,6 +3,7 @@
 #include "Errors.h"
 #include "NativeText.h"
 #include "Session.h"
+#include "TextFiles.h"
 
 #include <cerrno>
 #include <cstdlib>
@@ -11,8 +12,6 @@
 #include <vector>
 
 namespace {
-
-using Limits = std::numeric_limits<std::int32_t>;
 
 /// The pieces between the points, empty ones left out.
 std::vector<std::string> piecesOf(const std::string& text)
@@ -29,21 +28,6 @@ std::vector<std::string> piecesOf(const std::string& text)
         pieces.pop_back();
     }
     return pieces;
-}
-
-std::int32_t numberOf(const std::string& text)
-{
-    char* end = nullptr;
-    errno = 0;
-    const auto number = std::strtoll(text.c_str(), &end, 10);
-    if (text.empty() || *end != '\0' || errno != 0) {
-        fail(MalformedNumber, fmt::format("Could not convert '{}' into a number", text));
-    }
-    if (number < Limits::min() || number > Limits::max()) {
-        fail(MalformedNumber,
-             fmt::format("Number '{}' is out of range '[{}, {}]'", text, Limits::min(), Limits::max()));
-    }
-    return static_cast<std::int32_t>(number);
 }
 
 /// "1.5" or "1.5.5", with anything after a "-" as a tag.

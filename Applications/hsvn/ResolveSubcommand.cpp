@@ -23,10 +23,10 @@ class ResolveRun
     void run()
     {
         const Options& options = _session.options;
+        const auto targets = localTargets(targetsOrCurrentFolder(_session));
         if (options.accept == Accept::Postpone) {
             fail(ArgumentParsing, "invalid 'accept' ARG");
         }
-        const auto targets = localTargets(targetsOrCurrentFolder(_session));
         const bool asks = options.accept == Accept::Unspecified && !options.client.nonInteractive;
         for (const auto& target : targets) {
             walk(target, options.depthOr(asks ? HSVNDepthInfinity : HSVNDepthEmpty));

@@ -1,6 +1,7 @@
 #include "Session.h"
 
 #include "Cancellation.h"
+#include "ConfigurationNames.h"
 #include "Display.h"
 #include "Errors.h"
 #include "NativeText.h"
@@ -77,6 +78,7 @@ const HSVNClientRef& Session::client()
     if (const auto refused = HSVNApplyClientSettings(settings, client)) {
         printWarning(*refused);
     }
+    warnOfUnknownFiles();
     if (Display::isShown() && !options.quiet) {
         _transfer.emplace(client,
                           [](std::int64_t bytes, std::optional<std::int64_t>) { Progress::setTransferred(bytes); });
@@ -93,13 +95,18 @@ void Session::setDelegate(HSVNClientDelegateRef delegate)
     }
 }
 
-void Session::addConfigurationOption(Options& into, HSVNConfigurationOption option) const
+void Session::addConfigurationOption(Options& into, HSVNConfigurationOption option)
 {
-    if (option.category != HSVNConfigCategoryConfig && option.category != HSVNConfigCategoryServers) {
-        Output::writeError(fmt::format("{0}: warning: W{1:06}: Ignoring unknown value '{2}'\n"
-                                       "{0}: warning: W{1:06}: Unrecognized file in argument of --config-option\n",
-                                       programName(), static_cast<int>(ArgumentParsing), option.category));
-        return;
+    if (checkConfigurationNames(option)) {
+        into.client.options.push_back(std::move(option));
+    } else {
+        ++_unknownFiles;
     }
-    into.client.options.push_back(std::move(option));
+}
+
+void Session::warnOfUnknownFiles()
+{
+    for (; _unknownFiles > 0; --_unknownFiles) {
+        warnOfUnknownFile();
+    }
 }

@@ -27,8 +27,10 @@ class Session
     /// Kept alive by the session.
     void setDelegate(HSVNClientDelegateRef delegate);
 
-    /// Takes one --config-option in, with Subversion's warnings for a file that has no such options.
-    void addConfigurationOption(Options& into, HSVNConfigurationOption option) const;
+    /// Takes one --config-option in, with Subversion's warnings for names that it does not know.
+    void addConfigurationOption(Options& into, HSVNConfigurationOption option);
+    /// Warns of the options whose file Subversion does not know; `client` does it when it reads the configuration.
+    void warnOfUnknownFiles();
 
   private:
     void loadBundles();
@@ -37,5 +39,6 @@ class Session
     HSVNClientRef _client;
     HSVNClientDelegateRef _delegate;
     std::optional<HSVNTransferObserver> _transfer; // for the line of progress
+    int _unknownFiles = 0;                         // among those of --config-option, not yet told
     bool _bundlesAreLoaded = false;
 };

@@ -26,6 +26,13 @@ HSVNStatusKind combinedStatus(const HSVNItemStatus& status)
     return asksText ? status.textStatus : status.nodeStatus;
 }
 
+/// The second column: the properties of what is new as a whole are new with it.
+char propertyLetter(const HSVNItemStatus& status)
+{
+    const bool isNew = status.nodeStatus == HSVNStatusKindAdded && status.propertyStatus == HSVNStatusKindModified;
+    return isNew ? ' ' : letterOf(status.propertyStatus);
+}
+
 HSVNStatusKind combinedRepositoryStatus(const HSVNItemStatus& status)
 {
     return status.repositoryNodeStatus == HSVNStatusKindModified ? status.repositoryTextStatus
@@ -156,7 +163,7 @@ void StatusPrinter::printLine(const HSVNItemStatus& status)
                                     ? detailedColumns(status)
                                     : fmt::format("{}{} ", status.lock ? 'K' : ' ', status.treeConflicted ? 'C' : ' ');
     Output::write(Display::colouredLine(
-        fmt::format("{}{}{}{}{}{}{}{}{}\n", letterOf(combinedStatus(status)), letterOf(status.propertyStatus),
+        fmt::format("{}{}{}{}{}{}{}{}{}\n", letterOf(combinedStatus(status)), propertyLetter(status),
                     status.locked ? 'L' : ' ', status.copied ? '+' : ' ', switchLetter(status), columns,
                     localStyle(status.path), moveLines(status), treeConflictLine(status))));
 }

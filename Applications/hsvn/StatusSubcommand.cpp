@@ -18,7 +18,8 @@ struct StatusListener
 
     static void notify(HSVNContext& /*context*/, const HSVNNotificationRef& notification)
     {
-        if (notification->action() == HSVNNotifyActionStatusCompleted) {
+        if (notification->action() == HSVNNotifyActionStatusCompleted &&
+            notification->revision() != HSVNInvalidRevision) {
             Output::write(fmt::format("Status against revision: {:6}\n", notification->revision()));
         } else if (notification->action() == HSVNNotifyActionStatusExternal) {
             Output::write(fmt::format("\nPerforming status on external item at '{}':\n",
@@ -43,18 +44,23 @@ class StatusRun
     void run()
     {
         const Options& options = _session.options;
-        const auto targets = localTargets(targetsOrCurrentFolder(_session));
+        auto targets = targetsOrCurrentFolder(_session);
+        requireLocal(targets);
         checkOptions();
         const bool isDocument = options.xml && !options.incremental;
         if (isDocument) {
             XML::writeHeader("status");
         }
+        targets = unpeggedTargets(targets);
         if (!options.xml && !options.json && (!options.quiet || options.verbose)) {
             _session.setDelegate(std::make_shared<HSVNClientDelegateFor<StatusListener>>());
         }
-        TargetFailures failures;
+        TargetFailures failures{options.quiet};
         for (const auto& target : targets) {
             failures.attempt({WorkingCopyNotDirectory, WorkingCopyPathNotFound}, [&] { scan(target); });
+            if (options.xml) {
+                Output::writeBytes(XML{}.close("target").text());
+            }
         }
         printChangelists();
         if (options.json) {
@@ -71,11 +77,11 @@ class StatusRun
     void checkOptions() const
     {
         const Options& options = _session.options;
-        if (options.incremental && !options.xml) {
-            fail(ArgumentParsing, "'incremental' option only valid in XML mode");
-        }
         if (options.usedRevision && !options.showUpdates) {
             fail(ArgumentParsing, "--revision (-r) option valid only with --show-updates (-u) option");
+        }
+        if (options.incremental && !options.xml) {
+            fail(ArgumentParsing, "'incremental' option only valid in XML mode");
         }
     }
 
@@ -98,12 +104,8 @@ class StatusRun
             options.showUpdates && !options.usedRevision ? HSVNRevision::HEAD() : options.startRevision();
         const auto against = HSVNScanItemStatus(
             target, revision, wishes, [this](const HSVNItemStatus& status) { receive(status); }, _session.client());
-        if (options.xml) {
-            XML xml;
-            if (against != HSVNInvalidRevision) {
-                xml.empty("against", {{"revision", std::to_string(against)}});
-            }
-            xml.close("target").write();
+        if (options.xml && against != HSVNInvalidRevision) {
+            XML{}.empty("against", {{"revision", std::to_string(against)}}).write();
         }
     }
 

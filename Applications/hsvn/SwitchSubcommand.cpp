@@ -15,6 +15,9 @@ void relocate(Session& session, const std::vector<std::string>& targets)
     if (targets.size() < 2) {
         fail(InsufficientArguments, "Not enough arguments provided");
     }
+    if (isURL(targets[0]) != isURL(targets[1])) {
+        fail(MalformedNumber, fmt::format("'{}' to '{}' is not a valid relocation", targets[0], targets[1]));
+    }
     const bool ignoreExternals = session.options.ignoreExternals;
     if (targets.size() == 2) {
         HSVNRelocateFolder("", targets[0], targets[1], ignoreExternals, session.client());
@@ -28,11 +31,12 @@ void relocate(Session& session, const std::vector<std::string>& targets)
 void runSwitch(Session& session)
 {
     const Options& options = session.options;
+    if (options.relocate && options.depth != HSVNDepthUnknown) {
+        fail(MutuallyExclusiveArguments, fmt::format("--relocate and {} are mutually exclusive",
+                                                     options.nonRecursive ? "--non-recursive (-N)" : "--depth"));
+    }
     const auto targets = targetsOf(session);
     if (options.relocate) {
-        if (options.depth != HSVNDepthUnknown) {
-            fail(MutuallyExclusiveArguments, "--relocate and --depth are mutually exclusive");
-        }
         relocate(session, targets);
         return;
     }

@@ -85,24 +85,34 @@ std::vector<std::string> unpeggedTargets(const std::vector<std::string>& targets
 std::vector<std::string> localTargets(const std::vector<std::string>& targets)
 {
     auto result = unpeggedTargets(targets);
-    for (const auto& target : result) {
+    requireLocal(result);
+    return result;
+}
+
+void requireLocal(const std::vector<std::string>& targets)
+{
+    for (const auto& target : targets) {
         if (isURL(target)) {
             fail(ArgumentParsing, fmt::format("'{}' is not a local path", target));
         }
     }
-    return result;
 }
 
 std::vector<std::string> requiredTargetsOfOneKind(Session& session)
 {
     auto targets = requiredTargets(session);
+    requireOneKind(targets);
+    return targets;
+}
+
+void requireOneKind(const std::vector<std::string>& targets)
+{
     for (const auto& target : targets) {
         if (isURL(target) != isURL(targets.front())) {
             fail(ArgumentParsing, "Error parsing arguments",
                  failure(IllegalTarget, "Cannot mix repository and working copy targets"));
         }
     }
-    return targets;
 }
 
 bool isURL(const std::string& target) { return target.find("://") != std::string::npos; }

@@ -25,13 +25,19 @@ HSVNTargets::Pegged peggedTarget(Session& session, const std::string& target);
 ///
 /// @throws HSVNException for a peg revision
 std::vector<std::string> unpeggedTargets(const std::vector<std::string>& targets);
+/// Fails for a URL among the targets.
+void requireLocal(const std::vector<std::string>& targets);
 /// The targets of subcommands that take local paths without a peg revision; a trailing "@" is taken off.
+///
+/// A peg revision is found before a URL; subcommands that look for URLs first call `requireLocal` before.
 ///
 /// @throws HSVNException for a URL or a peg revision
 std::vector<std::string> localTargets(const std::vector<std::string>& targets);
 
 /// The same as `requiredTargets`, but fails unless they are all local or all URLs.
 std::vector<std::string> requiredTargetsOfOneKind(Session& session);
+/// Fails unless the targets are all local or all URLs.
+void requireOneKind(const std::vector<std::string>& targets);
 
 bool isURL(const std::string& target);
 /// A path as it is shown: "." for the current folder.

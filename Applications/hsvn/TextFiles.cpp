@@ -5,8 +5,10 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <limits>
 #include <system_error>
 #include <unistd.h>
 
@@ -26,7 +28,7 @@ class OpenFile
         : _descriptor{path == "-" ? STDIN_FILENO : open(NativeText::fromUTF8(path).c_str(), O_RDONLY | O_CLOEXEC)}
     {
         if (_descriptor < 0) {
-            failTo("open file", path);
+            failTo("open file", path.empty() ? "." : path);
         }
     }
     ~OpenFile()
@@ -59,6 +61,22 @@ std::vector<std::string> split(std::string_view text, std::string_view separator
         }
     }
     return pieces;
+}
+
+std::int32_t numberOf(const std::string& text)
+{
+    using Limits = std::numeric_limits<std::int32_t>;
+    char* end = nullptr;
+    errno = 0;
+    const auto number = std::strtoll(text.c_str(), &end, 10);
+    if (text.empty() || *end != '\0' || errno != 0) {
+        fail(MalformedNumber, fmt::format("Could not convert '{}' into a number", text));
+    }
+    if (number < Limits::min() || number > Limits::max()) {
+        fail(MalformedNumber,
+             fmt::format("Number '{}' is out of range '[{}, {}]'", text, Limits::min(), Limits::max()));
+    }
+    return static_cast<std::int32_t>(number);
 }
 
 std::string contentsOfFile(const std::string& path)

@@ -1,11 +1,17 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 #include <vector>
 
 /// The pieces between the separators, white space around them and empty ones left out.
 std::vector<std::string> split(std::string_view text, std::string_view separators);
+
+/// The number that the text is.
+///
+/// @throws HSVNException for a text that is no number, and for a number of more than 32 bits
+std::int32_t numberOf(const std::string& text);
 
 /// The whole of a file, or of standard input for "-", its bytes unchanged.
 ///

@@ -7,7 +7,8 @@ namespace {
 
 void runUnlock(Session& session)
 {
-    const auto targets = unpeggedTargets(requiredTargetsOfOneKind(session));
+    const auto targets = unpeggedTargets(requiredTargets(session));
+    requireOneKind(targets);
     NotificationPrinter printer{session.options.quiet};
     printNotifications(session, printer);
     HSVNUnlockItems(targets, session.options.force, session.client());

@@ -15,14 +15,28 @@
 
 namespace {
 
-/// Options that do not go together, whatever the subcommand.
+/// Options that do not go together, looked at before the subcommand.
+void checkInteraction(const Options& options)
+{
+    if (options.client.nonInteractive && options.forceInteractive) {
+        fail(ArgumentParsing, "--non-interactive and --force-interactive are mutually exclusive");
+    }
+}
+
+/// Options that do not go together, looked at before the revisions.
 void checkCombinations(const Options& options)
 {
+    if (options.depth != HSVNDepthUnknown && options.setDepth != HSVNDepthUnknown) {
+        fail(ArgumentParsing, "--depth and --set-depth are mutually exclusive");
+    }
     if (options.allRevisionProperties && options.noRevisionProperties) {
         fail(ArgumentParsing, "--with-all-revprops and --with-no-revprops are mutually exclusive");
     }
-    if (options.client.nonInteractive && options.forceInteractive) {
-        fail(ArgumentParsing, "--non-interactive and --force-interactive are mutually exclusive");
+    if (!options.revisionProperties.empty() && options.noRevisionProperties) {
+        fail(ArgumentParsing, "--with-revprop and --with-no-revprops are mutually exclusive");
+    }
+    if (options.file && options.message) {
+        fail(ArgumentParsing, "--message (-m) and --file (-F) are mutually exclusive");
     }
 }
 
@@ -82,12 +96,6 @@ void settleInteraction(Options& options)
 /// Options that do not go together, of subcommands that accept both.
 void checkExclusions(const Options& options)
 {
-    if (options.depth != HSVNDepthUnknown && options.setDepth != HSVNDepthUnknown) {
-        fail(ArgumentParsing, "--depth and --set-depth are mutually exclusive");
-    }
-    if (options.file && options.message) {
-        fail(ArgumentParsing, "--message (-m) and --file (-F) are mutually exclusive");
-    }
     if (options.xml && options.json) {
         fail(ArgumentParsing, "--xml and --json are mutually exclusive");
     }
@@ -132,14 +140,25 @@ HSVNException advised(const HSVNException& exception, const Subcommand& subcomma
     return exception;
 }
 
+/// Reads the user's configuration, whose faults come before any other; help gets by without it.
+void readConfiguration(Session& session)
+{
+    if (session.subcommand == &helpSubcommand()) {
+        session.warnOfUnknownFiles();
+    } else if (!session.subcommand->isAdministrative) {
+        session.client();
+    }
+}
+
 void run(int count, char** words)
 {
     Session session;
     const CommandLine line = parseCommandLine(count, words, session);
-    checkCombinations(session.options);
+    checkInteraction(session.options);
     const Subcommand& subcommand = chooseSubcommand(line, session.options);
     session.subcommand = &subcommand;
     checkOptions(subcommand, line, session.options);
+    checkCombinations(session.options);
     settleRevisions(subcommand, session.options);
     settleInteraction(session.options);
     checkExclusions(session.options);
@@ -149,6 +168,7 @@ void run(int count, char** words)
     const bool isNamed = !line.arguments.empty() && !session.options.help;
     session.arguments.assign(line.arguments.begin() + (isNamed ? 1 : 0), line.arguments.end());
     try {
+        readConfiguration(session);
         checkMessageSource(session);
         subcommand.run(session);
         Output::flush();

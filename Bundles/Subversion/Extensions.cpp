@@ -111,7 +111,7 @@ svn_error_t* info(const char* target, const svn_opt_revision_t* pegRevision, con
                   HSVNBundleExtensions::InfoReceiver receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkAbsoluteTarget(&target, pool));
-    return svn_client_info4(target, pegRevision, revision, depth, FALSE, TRUE, includeExternals, changelists, receiver,
+    return svn_client_info4(target, pegRevision, revision, depth, TRUE, TRUE, includeExternals, changelists, receiver,
                             baton, ctx, pool);
 }
 

@@ -1,6 +1,7 @@
 #include "CanonicalPaths.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
+#include "ExtensionTargets.h"
 
 // Older headers hide the function behind a macro that records the caller's place.
 #undef svn_error_create
@@ -37,7 +38,7 @@ const char* bestMessage(const svn_error_t* error, char* buffer, apr_size_t size)
 svn_error_t* ensureConfiguration(const char* folder, apr_pool_t* pool)
 {
     if (folder != nullptr) {
-        HSVN_CANONICAL_PATH(folder, pool);
+        SVN_ERR(checkLocalTarget(&folder, pool));
     }
     return svn_config_ensure(folder, pool);
 }
@@ -45,7 +46,7 @@ svn_error_t* ensureConfiguration(const char* folder, apr_pool_t* pool)
 svn_error_t* readConfiguration(apr_hash_t** configuration, const char* folder, apr_pool_t* pool)
 {
     if (folder != nullptr) {
-        HSVN_CANONICAL_PATH(folder, pool);
+        SVN_ERR(checkLocalTarget(&folder, pool));
     }
     return svn_config_get_config(configuration, folder, pool);
 }

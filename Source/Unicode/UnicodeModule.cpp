@@ -14,6 +14,7 @@ class Module final : public HSVNUnicode
     std::string_view trimmed(std::string_view text) const override { return UnicodeTexts::trimmed(text); }
     std::string wellFormed(std::string_view text) const override { return UnicodeTexts::wellFormed(text); }
     std::string plainForm(std::string_view text) const override { return UnicodeTexts::plainForm(text); }
+    std::string searchForm(std::string_view text) const override { return UnicodeTexts::searchForm(text); }
     EncodedText encoded(std::string_view text, const std::string& encoding) const override
     {
         return UnicodeTexts::encoded(text, encoding);

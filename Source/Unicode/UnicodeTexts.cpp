@@ -176,6 +176,28 @@ std::string UnicodeTexts::plainForm(std::string_view text)
     return result;
 }
 
+std::string UnicodeTexts::searchForm(std::string_view text)
+{
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Normalizer2* const decomposer = icu::Normalizer2::getNFDInstance(status);
+    const icu::Normalizer2* const composer = icu::Normalizer2::getNFCInstance(status);
+    icu::UnicodeString found = unicodeString(text);
+    if (U_FAILURE(status)) {
+        return std::string{text};
+    }
+    const icu::UnicodeString decomposed = decomposer->normalize(found.foldCase(), status);
+    found.remove();
+    for (std::int32_t index = 0; index < decomposed.length(); index = decomposed.moveIndex32(index, 1)) {
+        const UChar32 point = decomposed.char32At(index);
+        if (u_getCombiningClass(point) == 0) {
+            found.append(point);
+        }
+    }
+    std::string result;
+    composer->normalize(found, status).toUTF8String(result);
+    return result;
+}
+
 HSVNUnicode::EncodedText UnicodeTexts::encoded(std::string_view text, const std::string& encoding)
 {
     const Converter converter = converterTo(encoding);

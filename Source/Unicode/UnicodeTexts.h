@@ -10,6 +10,7 @@ std::size_t offsetAfterCharacter(std::string_view text, std::size_t offset);
 std::string_view trimmed(std::string_view text);
 std::string wellFormed(std::string_view text);
 std::string plainForm(std::string_view text);
+std::string searchForm(std::string_view text);
 HSVNUnicode::EncodedText encoded(std::string_view text, const std::string& encoding);
 
 } // namespace UnicodeTexts
