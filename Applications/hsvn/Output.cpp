@@ -20,7 +20,7 @@ void eraseTransient()
 {
     if (isTransientShown) {
         isTransientShown = false;
-        std::fputs("\x1b[K", stdout);
+        static_cast<void>(std::fputs("\x1b[K", stdout));
     }
 }
 
