@@ -2,7 +2,11 @@
 
 #include "HSVNPathTextPrivate.h"
 
+#ifdef __clang_analyzer__
+#include <boost/url.hpp> // clang's analyzer takes the views that Boost returns by value for dangling ones
+#else
 #include <boost/url/src.hpp> // the whole of Boost.URL: compiled in here
+#endif
 
 #include <charconv>
 #include <limits>
