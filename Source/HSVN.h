@@ -16,6 +16,7 @@
 #include "HSVNCommitItem.h"
 #include "HSVNCommitOptions.h"
 #include "HSVNCompactDate.h"
+#include "HSVNComparison.h"
 #include "HSVNConflictedItem.h"
 #include "HSVNContents.h"
 #include "HSVNContext.h"

@@ -100,6 +100,22 @@ struct HSVNBundleExtensions
         void* chooser; ///< its baton
     };
 
+    /// How trees are compared. A summary has a use for the depth, the ancestry and the changelists only.
+    struct Comparing
+    {
+        svn_depth_t depth;
+        svn_boolean_t ignoreAncestry;
+        svn_boolean_t omitAdded;
+        svn_boolean_t omitDeleted;
+        svn_boolean_t copiesAsAdds;
+        svn_boolean_t ignoreContentType;
+        svn_boolean_t ignoreProperties;
+        svn_boolean_t propertiesOnly;
+        svn_boolean_t gitFormat;
+        const apr_array_header_t* arguments;   ///< of the program that compares files; null for the configuration's
+        const apr_array_header_t* changelists; ///< may be null
+    };
+
     /// A library that Subversion is linked to; statically where there is no runtime version.
     struct LinkedLibrary
     {
@@ -380,6 +396,26 @@ struct HSVNBundleExtensions
     /// svn_client_conflict_walk, 1.10 and later; the receiver gets each conflict's absolute path
     svn_error_t* (*conflict_walk)(const char* path, svn_depth_t depth, ConflictReceiver receiver, void* baton,
                                   svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_diff7, headers in the locale's encoding, 1.11 and later; null streams are the process's own
+    svn_error_t* (*client_diff)(svn_stream_t* out, svn_stream_t* errors, const char* target1,
+                                const svn_opt_revision_t* revision1, const char* target2,
+                                const svn_opt_revision_t* revision2, const Comparing* wishes, svn_client_ctx_t* ctx,
+                                apr_pool_t* pool);
+    /// svn_client_diff_peg7 in the same way, 1.11 and later
+    svn_error_t* (*client_diff_peg)(svn_stream_t* out, svn_stream_t* errors, const char* target,
+                                    const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* start,
+                                    const svn_opt_revision_t* end, const Comparing* wishes, svn_client_ctx_t* ctx,
+                                    apr_pool_t* pool);
+    /// svn_client_diff_summarize2, 1.5 and later
+    svn_error_t* (*client_diff_summarize)(const char* target1, const svn_opt_revision_t* revision1, const char* target2,
+                                          const svn_opt_revision_t* revision2, const Comparing* wishes,
+                                          svn_client_diff_summarize_func_t receiver, void* baton, svn_client_ctx_t* ctx,
+                                          apr_pool_t* pool);
+    /// svn_client_diff_summarize_peg2, 1.5 and later
+    svn_error_t* (*client_diff_summarize_peg)(const char* target, const svn_opt_revision_t* pegRevision,
+                                              const svn_opt_revision_t* start, const svn_opt_revision_t* end,
+                                              const Comparing* wishes, svn_client_diff_summarize_func_t receiver,
+                                              void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool);
 };
 
 extern "C" {

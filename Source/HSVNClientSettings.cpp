@@ -35,10 +35,20 @@ HSVNExceptionRef readConfiguration(const HSVNOperation& operation, const char* f
     return exception;
 }
 
-svn_config_t* configOf(const HSVNOperation& operation)
+/// The configuration's part of a category; null when there is none.
+svn_config_t* configOf(const HSVNOperation& operation, const std::string& category)
 {
     return static_cast<svn_config_t*>(
-        operation->apr_hash_get(operation.ctx()->config, HSVNConfigCategoryConfig, APR_HASH_KEY_STRING));
+        operation->apr_hash_get(operation.ctx()->config, category.c_str(), APR_HASH_KEY_STRING));
+}
+
+void apply(const HSVNConfigurationOption& option, const HSVNOperation& operation)
+{
+    if (option.value) {
+        operation.context()->setOption(*option.value, option.name, option.category, option.section);
+    } else if (svn_config_t* const config = configOf(operation, option.category)) {
+        operation->config_set(config, option.section.c_str(), option.name.c_str(), nullptr);
+    }
 }
 
 } // namespace
@@ -51,7 +61,7 @@ HSVNExceptionRef HSVNApplyClientSettings(const HSVNClientSettings& settings, con
     auto refused = readConfiguration(operation, folder);
     for (const auto& option : settings.options) {
         if (!refused) {
-            client->setOption(option.value, option.name, option.category, option.section);
+            apply(option, operation);
         }
     }
     const HSVNBundleExtensions::Authentication wishes{settings.nonInteractive,
@@ -65,7 +75,7 @@ HSVNExceptionRef HSVNApplyClientSettings(const HSVNClientSettings& settings, con
                                                       settings.trustNotYetValid,
                                                       settings.trustOtherFailures};
     operation.check(operation.extension(&HSVNBundleExtensions::cmdline_create_auth_baton)(
-        &client->ctx()->auth_baton, &wishes, configOf(operation), client->ctx()->cancel_func,
+        &client->ctx()->auth_baton, &wishes, configOf(operation, HSVNConfigCategoryConfig), client->ctx()->cancel_func,
         client->ctx()->cancel_baton, client->pool()));
     return refused;
 }

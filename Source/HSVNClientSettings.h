@@ -10,10 +10,10 @@
 /// One configuration option that holds for a client only.
 struct HSVNConfigurationOption
 {
-    std::string category; ///< "config" or "servers"
-    std::string section;  ///< such as "global"
-    std::string name;     ///< the option's name in its section
-    std::string value;    ///< what it is to be
+    std::string category;             ///< "config" or "servers"
+    std::string section;              ///< such as "global"
+    std::string name;                 ///< the option's name in its section
+    std::optional<std::string> value; ///< what it is to be; nil means as if no file set it
 };
 
 /// How a program of the command line sets its client up: where the configuration is, and who answers for the user.

@@ -61,7 +61,8 @@ def rows(places):
 def extension_rows():
     """The rows of the second table: what a place stands for, as its comment says, and its signature."""
     text = EXTENSIONS.read_text(encoding="utf-8")
-    body = re.search(r"struct HSVNBundleExtensions\n\{(.*?)\n\};", text, re.S).group(1)
+    # The records before the table's own fields may hold functions, too.
+    body = re.search(r"struct HSVNBundleExtensions\n\{.*?std::uint32_t size;(.*?)\n\};", text, re.S).group(1)
     found = re.findall(r"((?: *///[^\n]*\n)+) *([^;/]*?\(\*(\w+)\)\([^;]*);", body)
     lines = ["| place | what it stands for | signature |\n", "|---|---|---|\n"]
     for number, (comment, declaration, member) in enumerate(found):
@@ -69,7 +70,7 @@ def extension_rows():
         meaning = re.sub(r"(?<!`)\bsvn_[a-z0-9_]+", r"`\g<0>`", meaning)
         signature = re.sub(r"\s+", " ", declaration).replace("(*" + member + ")", member)
         lines.append(f"| {number} | {meaning} | `{signature}` |\n")
-    if len(found) != len(re.findall(r"\(\*\w+\)\(", body.partition("std::uint32_t size;")[2])):
+    if len(found) != len(re.findall(r"\(\*\w+\)\(", body)):
         sys.exit(f"{EXTENSIONS.name}: a place has no comment")
     return "".join(lines)
 

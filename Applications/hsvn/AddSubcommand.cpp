@@ -71,7 +71,7 @@ const Subcommand& addSubcommand()
                                         {OptionId::Force, "ignore already versioned paths"},
                                         {OptionId::Parents, "add intermediate parents"}},
                                        runAdd,
-                                       false,
+                                       RevisionUse::One,
                                        HSVNDepthEmpty};
     return subcommand;
 }

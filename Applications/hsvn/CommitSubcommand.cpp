@@ -85,7 +85,7 @@ const Subcommand& commitSubcommand()
                                         OptionId::Changelist, OptionId::KeepChangelists, OptionId::IncludeExternals},
                                        {{OptionId::NonRecursive, "obsolete; same as --depth=empty"}},
                                        runCommit,
-                                       false,
+                                       RevisionUse::One,
                                        HSVNDepthEmpty};
     return subcommand;
 }

@@ -74,7 +74,7 @@ const Subcommand& createSubcommand()
          OptionId::CompatibleVersion, OptionId::Pre14Compatible, OptionId::Pre15Compatible, OptionId::Pre16Compatible},
         {},
         runCreate,
-        false,
+        RevisionUse::One,
         HSVNDepthFiles,
         true};
     return subcommand;

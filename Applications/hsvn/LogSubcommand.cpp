@@ -1,6 +1,7 @@
 #include "Errors.h"
 #include "LogPrinter.h"
 #include "Output.h"
+#include "RevisionArguments.h"
 #include "Subcommands.h"
 #include "Targets.h"
 #include "XML.h"
@@ -9,8 +10,6 @@
 #include <fmt/format.h>
 
 namespace {
-
-bool isUnspecified(const HSVNRevisionRef& revision) { return revision->isEqual(HSVNRevision::UNSPECIFIED()); }
 
 void checkOptions(const Options& options)
 {
@@ -150,6 +149,6 @@ const Subcommand& logSubcommand()
                                         {OptionId::Verbose, "also print all affected paths"},
                                         {OptionId::WithRevprop, "retrieve revision property ARG"}},
                                        runLog,
-                                       true};
+                                       RevisionUse::Ranges};
     return subcommand;
 }

@@ -3,6 +3,7 @@
 #include "NativeText.h"
 #include "NotificationListener.h"
 #include "Output.h"
+#include "RevisionArguments.h"
 #include "Subcommands.h"
 #include "Targets.h"
 #include "TextFiles.h"
@@ -11,8 +12,6 @@
 #include <fmt/format.h>
 
 namespace {
-
-bool isUnspecified(const HSVNRevisionRef& revision) { return revision->isEqual(HSVNRevision::UNSPECIFIED()); }
 
 bool isFile(const std::string& path) { return std::filesystem::is_regular_file(NativeText::fromUTF8(path)); }
 
@@ -273,6 +272,6 @@ const Subcommand& mergeSubcommand()
                                        {{OptionId::NonRecursive, "obsolete; same as --depth=files"},
                                         {OptionId::Force, "force deletions even if deleted contents don't match"}},
                                        runMerge,
-                                       true};
+                                       RevisionUse::Ranges};
     return subcommand;
 }

@@ -58,6 +58,8 @@ RevisionArgument changeRange(const std::string& change)
 
 } // namespace
 
+bool isUnspecified(const HSVNRevisionRef& revision) { return revision->isEqual(HSVNRevision::UNSPECIFIED()); }
+
 void applyRevision(Session& session, Options& options, const std::string& argument)
 {
     options.usedRevision = true;

@@ -6,6 +6,8 @@
 
 class Session;
 
+bool isUnspecified(const HSVNRevisionRef& revision);
+
 /// -r: one revision or a range, as Subversion reads it.
 ///
 /// @throws HSVNException "Syntax error in revision argument"

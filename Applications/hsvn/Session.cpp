@@ -75,6 +75,10 @@ const HSVNClientRef& Session::client()
         settings.options.push_back(
             {HSVNConfigCategoryConfig, HSVNConfigSectionHelpers, "diff3-cmd", *options.mergeCommand});
     }
+    if (options.diffCommand || options.internalDiff) {
+        settings.options.push_back(
+            {HSVNConfigCategoryConfig, HSVNConfigSectionHelpers, "diff-cmd", options.diffCommand});
+    }
     if (const auto refused = HSVNApplyClientSettings(settings, client)) {
         printWarning(*refused);
     }

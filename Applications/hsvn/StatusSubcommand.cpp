@@ -204,7 +204,7 @@ const Subcommand& statusSubcommand()
                                        {{OptionId::Quiet, "don't print unversioned items"},
                                         {OptionId::NonRecursive, "obsolete; same as --depth=immediates"}},
                                        runStatus,
-                                       false,
+                                       RevisionUse::One,
                                        HSVNDepthImmediates};
     return subcommand;
 }

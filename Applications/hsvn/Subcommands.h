@@ -9,6 +9,14 @@
 
 class Session;
 
+/// How many revisions -r and -c may name.
+enum class RevisionUse : std::uint8_t
+{
+    One,   ///< one revision
+    Range, ///< one, or a range
+    Ranges ///< several of either
+};
+
 /// One subcommand: its names, what it says of itself, the options it takes, and what it does.
 struct Subcommand
 {
@@ -20,7 +28,7 @@ struct Subcommand
     std::vector<OptionId> options;                              ///< beside the global ones, in the order of `help`
     std::vector<std::pair<OptionId, const char*>> descriptions; ///< of options that mean something of their own here
     void (*run)(Session& session);
-    bool takesRevisionRanges = false;             ///< several -r and -c, not one
+    RevisionUse revisionUse = RevisionUse::One;   ///< what -r and -c may name
     HSVNDepth nonRecursiveDepth = HSVNDepthFiles; ///< what -N means
     /// One of Subversion's program for repositories, not of its client: the global options mean nothing to it.
     bool isAdministrative = false;
@@ -42,6 +50,7 @@ const Subcommand& commitSubcommand();
 const Subcommand& copySubcommand();
 const Subcommand& createSubcommand();
 const Subcommand& deleteSubcommand();
+const Subcommand& diffSubcommand();
 const Subcommand& exportSubcommand();
 const Subcommand& helpSubcommand();
 const Subcommand& importSubcommand();

@@ -16,8 +16,11 @@
 namespace {
 
 /// Options that do not go together, looked at before the subcommand.
-void checkInteraction(const Options& options)
+void checkStandaloneOptions(const Options& options)
 {
+    if (options.usedChange && options.oldTarget) {
+        fail(ArgumentParsing, "Can't specify -c with --old");
+    }
     if (options.client.nonInteractive && options.forceInteractive) {
         fail(ArgumentParsing, "--non-interactive and --force-interactive are mutually exclusive");
     }
@@ -73,10 +76,10 @@ void checkOptions(const Subcommand& subcommand, const CommandLine& line, const O
 
 void settleRevisions(const Subcommand& subcommand, Options& options)
 {
-    if (!subcommand.takesRevisionRanges && options.revisions.size() > 1) {
+    if (subcommand.revisionUse != RevisionUse::Ranges && options.revisions.size() > 1) {
         fail(ArgumentParsing, "Multiple revision arguments encountered; can't specify -c twice, or both -c and -r");
     }
-    if (!subcommand.takesRevisionRanges && !options.revisions.empty() &&
+    if (subcommand.revisionUse == RevisionUse::One && !options.revisions.empty() &&
         !options.endRevision()->isEqual(HSVNRevision::UNSPECIFIED()))
     {
         fail(ClientBadRevision, "Revision range is not allowed");
@@ -154,7 +157,7 @@ void run(int count, char** words)
 {
     Session session;
     const CommandLine line = parseCommandLine(count, words, session);
-    checkInteraction(session.options);
+    checkStandaloneOptions(session.options);
     const Subcommand& subcommand = chooseSubcommand(line, session.options);
     session.subcommand = &subcommand;
     checkOptions(subcommand, line, session.options);

@@ -6,6 +6,7 @@
 
 namespace HSVNAdapter {
 
+void fillComparisonExtensions(HSVNBundleExtensions& table);
 void fillConflictExtensions(HSVNBundleExtensions& table);
 void fillRepositoryExtensions(HSVNBundleExtensions& table);
 void fillUpdateExtensions(HSVNBundleExtensions& table);

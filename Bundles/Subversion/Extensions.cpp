@@ -191,6 +191,7 @@ HSVNBundleExtensions makeExtensions()
     fillUpdateExtensions(table);
     fillRepositoryExtensions(table);
     fillConflictExtensions(table);
+    fillComparisonExtensions(table);
     return table;
 }
 

@@ -122,11 +122,12 @@ class Program(unittest.TestCase):
     def test_json_lists_what_xml_lists(self):
         for command, element, name in [("status -v", "entry", "path"), ("info -R", "entry", "path"),
                                        ("list -R", "entry", "name"), ("log -v", "logentry", "revision"),
-                                       ("proplist -R -v", "target", "path"), ("propget -R color", "target", "path")]:
+                                       ("proplist -R -v", "target", "path"), ("propget -R color", "target", "path"),
+                                       ("diff --summarize", "path", "path")]:
             words = command.split()
             listed = json.loads(hsvn(*words, "--json", folder=self.wc).stdout)
             tree = ElementTree.fromstring(hsvn(*words, "--xml", folder=self.wc).stdout)
-            expected = [entry.get(name) or entry.findtext(name) for entry in tree.iter(element)]
+            expected = [entry.get(name) or entry.findtext(name) or entry.text for entry in tree.iter(element)]
             expected = [os.path.relpath(each, self.wc) if each.startswith("/") else each for each in expected]
             self.assertCountEqual([str(item[name]) for item in listed], expected, command)
             self.assertTrue(expected, command)
