@@ -4,6 +4,7 @@
 
 #include "HSVNAddOptions.h"
 #include "HSVNArray+HSVNNodeExtensions.h"
+#include "HSVNBlame.h"
 #include "HSVNBundle.h"
 #include "HSVNBundleLoader.h"
 #include "HSVNBundleProxy.h"

@@ -34,6 +34,11 @@ struct HSVNBundleExtensions
     using ConflictReceiver = svn_error_t* (*)(void* baton, const char* path);
     using CancelFunction = svn_error_t* (*)(void* baton);
 
+    using BlameReceiver = svn_error_t* (*)(void* baton, apr_int64_t line, svn_revnum_t revision, apr_hash_t* properties,
+                                           svn_revnum_t mergedRevision, apr_hash_t* mergedProperties,
+                                           const char* mergedPath, const svn_string_t* text, svn_boolean_t isLocal,
+                                           apr_pool_t* pool);
+
     /// One range of a log; Subversion has it from 1.6 on.
     struct RevisionRange
     {
@@ -416,6 +421,13 @@ struct HSVNBundleExtensions
                                               const svn_opt_revision_t* start, const svn_opt_revision_t* end,
                                               const Comparing* wishes, svn_client_diff_summarize_func_t receiver,
                                               void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_blame6 with arguments as svn_diff_file_options_parse reads them, 1.12 and later; what the range means
+    /// is stored before the first line
+    svn_error_t* (*client_blame)(svn_revnum_t* first, svn_revnum_t* last, const char* target,
+                                 const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* start,
+                                 const svn_opt_revision_t* end, const apr_array_header_t* arguments,
+                                 svn_boolean_t ignoreContentType, svn_boolean_t mergedRevisions, BlameReceiver receiver,
+                                 void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool);
 };
 
 extern "C" {

@@ -42,6 +42,7 @@ struct Subcommand
 
 // One source file each.
 const Subcommand& addSubcommand();
+const Subcommand& blameSubcommand();
 const Subcommand& catSubcommand();
 const Subcommand& changelistSubcommand();
 const Subcommand& checkoutSubcommand();

@@ -65,6 +65,20 @@ svn_error_t* diffPeg(svn_stream_t* out, svn_stream_t* errors, const char* target
 }
 #endif
 
+#if SVN_VER_MINOR >= 12
+svn_error_t* blame(svn_revnum_t* first, svn_revnum_t* last, const char* target, const svn_opt_revision_t* pegRevision,
+                   const svn_opt_revision_t* start, const svn_opt_revision_t* end, const apr_array_header_t* arguments,
+                   svn_boolean_t ignoreContentType, svn_boolean_t mergedRevisions,
+                   HSVNBundleExtensions::BlameReceiver receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkTarget(&target, pool));
+    auto* const wishes = svn_diff_file_options_create(pool);
+    SVN_ERR(svn_diff_file_options_parse(wishes, arguments, pool));
+    return svn_client_blame6(first, last, target, pegRevision, start, end, wishes, ignoreContentType, mergedRevisions,
+                             receiver, baton, ctx, pool);
+}
+#endif
+
 } // namespace
 
 void fillComparisonExtensions([[maybe_unused]] HSVNBundleExtensions& table)
@@ -76,6 +90,9 @@ void fillComparisonExtensions([[maybe_unused]] HSVNBundleExtensions& table)
 #if SVN_VER_MINOR >= 11
     table.client_diff = diff;
     table.client_diff_peg = diffPeg;
+#endif
+#if SVN_VER_MINOR >= 12
+    table.client_blame = blame;
 #endif
 }
 

@@ -123,7 +123,8 @@ class Program(unittest.TestCase):
         for command, element, name in [("status -v", "entry", "path"), ("info -R", "entry", "path"),
                                        ("list -R", "entry", "name"), ("log -v", "logentry", "revision"),
                                        ("proplist -R -v", "target", "path"), ("propget -R color", "target", "path"),
-                                       ("diff --summarize", "path", "path")]:
+                                       ("diff --summarize", "path", "path"),
+                                       ("blame keywords", "entry", "line-number")]:
             words = command.split()
             listed = json.loads(hsvn(*words, "--json", folder=self.wc).stdout)
             tree = ElementTree.fromstring(hsvn(*words, "--xml", folder=self.wc).stdout)

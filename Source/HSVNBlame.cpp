@@ -1,0 +1,80 @@
+#include "HSVNBlame.h"
+
+#include "HSVNExtensionCallPrivate.h"
+#include "HSVNRevisionNumberPrivate.h"
+#include "HSVNTextPrivate.h"
+
+namespace {
+
+constexpr const char* className = "HSVNBlame";
+
+struct Reading
+{
+    HSVNOperation& operation;
+    const HSVNBlameReceiver& receiver;
+    svn_revnum_t first = HSVNInvalidRevision; // of the range, known before the first line
+    svn_revnum_t last = HSVNInvalidRevision;
+};
+
+std::optional<HSVNLineChange> changeOf(const HSVNOperation& operation, svn_revnum_t revision, apr_hash_t* properties)
+{
+    if (revision < 0) {
+        return std::nullopt;
+    }
+    HSVNLineChange change;
+    change.revision = HSVNRevisionNumberFromSubversion(revision);
+    HSVNForEach<svn_string_t>(operation, properties, [&](const std::string& name, const svn_string_t* value) {
+        change.properties.emplace(name, std::string{value->data, value->len});
+    });
+    return change;
+}
+
+svn_error_t* receiveLine(void* baton, apr_int64_t number, svn_revnum_t revision, apr_hash_t* properties,
+                         svn_revnum_t mergedRevision, apr_hash_t* mergedProperties, const char* mergedPath,
+                         const svn_string_t* text, svn_boolean_t isLocal, apr_pool_t* /*pool*/)
+{
+    const auto& reading = *static_cast<Reading*>(baton);
+    return HSVNGuardCallback(*reading.operation.context(), [&]() -> svn_error_t* {
+        HSVNBlamedLine line;
+        line.number = number;
+        line.text = {text->data, text->len};
+        line.change = changeOf(reading.operation, revision, properties);
+        line.isLocalChange = isLocal;
+        line.mergedChange = changeOf(reading.operation, mergedRevision, mergedProperties);
+        line.mergedPath = HSVNTextOrNil(mergedPath);
+        line.youngestRevision = HSVNRevisionNumberFromSubversion(std::max(reading.first, reading.last));
+        reading.receiver(line);
+        return nullptr;
+    });
+}
+
+} // namespace
+
+void HSVNReadBlame(const std::string& target, const HSVNRevisionRef& pegRevision,
+                   const std::pair<HSVNRevisionRef, HSVNRevisionRef>& range, const HSVNBlameOptions& options,
+                   const HSVNBlameReceiver& receiver, const HSVNContextRef& context)
+{
+    HSVNAssertParameter(pegRevision != nullptr, "pegRevision != nil");
+    HSVNAssertParameter(range.first != nullptr && range.second != nullptr, "revision != nil");
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{context,
+                            className,
+                            "readBlame:pegRevision:range:withOptions:receiver:withContext:",
+                            {{"target", target}, {"pegRevision", pegRevision}, {"context", context}}};
+    const auto function = operation.extension(&HSVNBundleExtensions::client_blame);
+    const auto peg = pegRevision->SVNRevision();
+    const auto start = range.first->SVNRevision();
+    const auto end = range.second->SVNRevision();
+    Reading reading{operation, receiver};
+    operation.check(function(&reading.first, &reading.last, operation.cString(target), &peg, &start, &end,
+                             HSVNTextArray(operation, options.arguments), options.ignoreContentType,
+                             options.mergedRevisions, receiveLine, &reading, operation.ctx(), operation.pool()));
+}
+
+void HSVNCheckBlameArguments(const std::vector<std::string>& arguments, const HSVNContextRef& context)
+{
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNOperation operation{context, className, "checkBlameArguments:withContext:", {{"context", context}}};
+    svn_diff_file_options_t parsed{};
+    operation.check(operation->diff_file_options_parse(&parsed, HSVNTextArray(operation, arguments), operation.pool()));
+}
