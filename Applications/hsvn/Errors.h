@@ -23,6 +23,7 @@ enum ErrorCode : std::int32_t
     ObstructedUpdate = 155000,
     FoundConflict = 155015,
     ConflictResolverFailure = 155027,
+    InvalidSwitch = 155025,
     WorkingCopyUpgradeRequired = 155036,
     InvalidOperationDepth = 155038,
     IllegalURL = 170000,

@@ -37,12 +37,12 @@ class InfoRun
         const auto targets = targetsOrCurrentFolder(_session);
         checkOptions();
         if (options.showItem) {
-            _item = infoItemNamed(*options.showItem);
             _showsPaths = targets.size() > 1 || options.depthOr(HSVNDepthEmpty) > HSVNDepthEmpty;
             if (_showsPaths && options.noNewline) {
                 fail(ArgumentParsing,
                      "--no-newline is only available for single-target, non-recursive info operations");
             }
+            _item = infoItemNamed(*options.showItem);
         }
         const bool isDocument = options.xml && !options.incremental;
         if (isDocument) {

@@ -111,6 +111,9 @@ class MergeRun
             }
         }
         _target = _targets.size() == 3 ? _targets.back() : "";
+        if (isURL(_target)) {
+            fail(ArgumentParsing, fmt::format("Merge target '{}' must be a local path but looks like a URL", _target));
+        }
     }
 
     /// Without a target, a file that bears the sources' name is meant rather than the current folder.

@@ -15,8 +15,7 @@ HSVNException advised(const HSVNException& exception, const Options& options)
     if (status == EEXIST) {
         return wrapped(exception, fmt::format("Try '{0} add' or '{0} add --non-recursive' instead?", programName()));
     }
-    const bool lacksParent =
-        status == ENOENT || status == NodeNotFound || status == NotDirectory || status == WorkingCopyPathNotFound;
+    const bool lacksParent = status == ENOENT || status == NodeNotFound || status == NotDirectory;
     if (!options.parents && lacksParent) {
         return wrapped(exception, fmt::format("Try '{} mkdir --parents' instead?", programName()));
     }

@@ -168,9 +168,10 @@ void applyTargets(Session& /*session*/, Options& options, const std::string& arg
 
 void applyLimit(Session& /*session*/, Options& options, const std::string& argument)
 {
+    const std::string text = NativeText::toUTF8(argument);
     int limit = 0;
     try {
-        limit = numberOf(NativeText::toUTF8(argument));
+        limit = numberOf(text);
     } catch (const HSVNException& exception) {
         fail(ArgumentParsing, "Non-numeric limit argument given", exception);
     }

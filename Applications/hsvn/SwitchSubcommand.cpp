@@ -60,6 +60,12 @@ void runSwitch(Session& session)
         HSVNSwitchItem(path, url, HSVNRevisionSpec::revisionWithRevision(revision, peg), updateWishes(options),
                        session.client());
     } catch (const HSVNException& exception) {
+        constexpr int otherRepository = 170009; // SVN_ERR_RA_UUID_MISMATCH
+        if (exception.status() == InvalidSwitch || exception.status() == otherRepository) {
+            throw wrapped(exception, fmt::format("'{} switch' does not support switching a working copy to a different "
+                                                 "repository",
+                                                 programName()));
+        }
         if (exception.status() == UnrelatedResources) {
             throw wrapped(exception, fmt::format("Path '{}' does not share common version control ancestry with the "
                                                  "requested switch location.  Use --ignore-ancestry to disable this "

@@ -99,6 +99,12 @@ void settleInteraction(Options& options)
 /// Options that do not go together, of subcommands that accept both.
 void checkExclusions(const Options& options)
 {
+    const HSVNClientSettings& client = options.client;
+    const bool trusts = client.trustUnknownAuthority || client.trustHostnameMismatch || client.trustExpired ||
+                        client.trustNotYetValid || client.trustOtherFailures;
+    if (trusts && !client.nonInteractive) {
+        fail(ArgumentParsing, "--trust-server-cert-failures requires --non-interactive");
+    }
     if (options.xml && options.json) {
         fail(ArgumentParsing, "--xml and --json are mutually exclusive");
     }
