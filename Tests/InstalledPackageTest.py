@@ -76,7 +76,7 @@ class InstalledPackage(unittest.TestCase):
     def test_a_program_builds_with_find_package(self):
         (self.work / "CMakeLists.txt").write_text(PROJECT)
         build = self.work / "build"
-        run("cmake", "-S", str(self.work), "-B", str(build), f"-DCMAKE_PREFIX_PATH={self.prefix}",
+        run("cmake", "-G", "Ninja", "-S", str(self.work), "-B", str(build), f"-DCMAKE_PREFIX_PATH={self.prefix}",
             f"-DCMAKE_CXX_COMPILER={COMPILER}", f"-DCMAKE_CXX_FLAGS={' '.join(FLAGS)}")
         run("cmake", "--build", str(build))
         self.check_program(build / "user")
