@@ -16,3 +16,5 @@ finish_with() {
 }
 
 jobs_for_build() { nproc 2>/dev/null || echo 2; }
+# One more: a test often waits, for a server or until Subversion can tell two times of a file apart.
+jobs_for_tests() { echo $(($(jobs_for_build) + 1)); }
