@@ -50,14 +50,11 @@ RevisionArgument changeAsRange(const RevisionArgument& change)
                        : RevisionArgument{change.start, number(end + 1)};
 }
 
-std::pair<HSVNRevisionRef, HSVNRevisionRef> completed(const RevisionArgument& range, const HSVNRevisionRef& peg,
-                                                      bool targetIsURL)
+/// One revision is a range of itself; what is left out wholly Subversion completes, down to revision 1 if there is one.
+std::pair<HSVNRevisionRef, HSVNRevisionRef> completed(const RevisionArgument& range)
 {
-    if (!isUnspecified(range.start)) {
-        return {range.start, isUnspecified(range.end) ? range.start : range.end};
-    }
-    const auto& newest = !isUnspecified(peg) ? peg : targetIsURL ? HSVNRevision::HEAD() : HSVNRevision::BASE();
-    return {newest, HSVNRevision::revisionWithNumber(1)};
+    const bool isOne = !isUnspecified(range.start) && isUnspecified(range.end);
+    return {range.start, isOne ? range.start : range.end};
 }
 
 /// The revision properties to ask for; nil means all.
@@ -96,7 +93,7 @@ void runLog(Session& session)
     checkFurtherTargets(targets);
     HSVNLogReadingOptions wishes;
     for (const auto& revision : options.revisions) {
-        wishes.ranges.push_back(completed(options.usedChange ? changeAsRange(revision) : revision, peg, isURL(first)));
+        wishes.ranges.push_back(completed(options.usedChange ? changeAsRange(revision) : revision));
     }
     wishes.limit = options.limit.value_or(0);
     wishes.changedPaths = options.verbose;
