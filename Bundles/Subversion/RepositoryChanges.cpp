@@ -78,7 +78,7 @@ svn_error_t* copy(const apr_array_header_t* sources, const char* destination, sv
 
 } // namespace
 
-void fillRepositoryExtensions(HSVNBundleExtensions& table)
+void fillRepositoryExtensions([[maybe_unused]] HSVNBundleExtensions& table)
 {
 #if SVN_VER_MINOR >= 7
     table.client_mkdir = mkdir;

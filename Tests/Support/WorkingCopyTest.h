@@ -73,17 +73,21 @@ class WorkingCopyTest : public testing::TestWithParam<const char*>
         }
         return text;
     }
-    /// Whether an operation left its lock behind.
-    bool isLocked() const
+    /// Whether `letter` stands in one of the given columns of any item's status; the names behind them do not count.
+    bool statusShows(char letter, std::size_t column, std::size_t columns = 1) const
     {
         const std::string lines = '\n' + status();
-        for (auto end = lines.find('\n'); end + 3 < lines.size(); end = lines.find('\n', end + 1)) {
-            if (lines[end + 3] == 'L') {
+        for (auto end = lines.find('\n'); end + 1 < lines.size(); end = lines.find('\n', end + 1)) {
+            if (lines.substr(end + 1 + column, columns).find(letter) != std::string::npos) {
                 return true;
             }
         }
         return false;
     }
+    /// Whether an operation left its lock behind.
+    bool isLocked() const { return statusShows('L', 2); }
+    /// Whether the text, the properties or the place of any item is in conflict.
+    bool hasConflict() const { return statusShows('C', 0, 7); }
     std::string property(const std::string& name, const std::string& of) const
     {
         return mustRun({"svn", "propget", "--no-newline", name, item(of)});
