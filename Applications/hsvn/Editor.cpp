@@ -6,13 +6,13 @@
 #include "Targets.h"
 #include "TextFiles.h"
 
-#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
 #include <fcntl.h>
 #include <filesystem>
 #include <fmt/format.h>
+#include <string_view>
 #include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
@@ -40,6 +40,44 @@ std::pair<std::string, int> makeFile(const std::string& folder, const std::strin
             failWith(errno, "create temporary file in", localStyle(folder));
         }
     }
+}
+
+/// Makes a file of a random name that only its owner may read: what is edited may be nobody else's business.
+std::pair<std::string, int> makePrivateFile(const std::string& folder)
+{
+    std::string path = NativeText::fromUTF8(joined(folder, "svn-XXXXXX.tmp"));
+    constexpr int suffixLength = 4;
+    const int descriptor = mkostemps(path.data(), suffixLength, O_CLOEXEC);
+    if (descriptor < 0) {
+        failWith(errno, "create temporary file in", localStyle(folder));
+    }
+    return {baseName(NativeText::toUTF8(path)), descriptor};
+}
+
+/// A file's name as one word of a shell's command line, quoted as Subversion does: a plain name is put between
+/// quotation marks, in any other each character that a shell or white space gives a meaning gets a backslash. A line
+/// end, which a shell takes away with its backslash, is put between apostrophes. A name that an editor would take for
+/// an option or a command of its own gets its folder.
+std::string shellWord(const std::string& name)
+{
+    constexpr std::string_view special = "&;`'\"|*?~<>^()[]{}$\\\n";
+    constexpr std::string_view escaped = "&;`'\"|*?~<>^()[]{}$\\# \t\r";
+    const std::string file = name.starts_with('-') || name.starts_with('+') ? "./" + name : name;
+    if (file.find_first_of(special) == std::string::npos) {
+        return '"' + file + '"';
+    }
+    std::string word;
+    for (const char letter : file) {
+        if (letter == '\n') {
+            word += "'\n'";
+            continue;
+        }
+        if (escaped.find(letter) != std::string_view::npos) {
+            word += '\\';
+        }
+        word += letter;
+    }
+    return word;
 }
 
 /// Stands in a folder while it lives.
@@ -105,8 +143,8 @@ void Editor::editFile(Session& session, const std::string& path)
 std::string Editor::editBytes(Session& session, const std::string& bytes)
 {
     const std::string folder = NativeText::toUTF8(std::filesystem::temp_directory_path().string());
-    Editor editor{session, folder, fmt::format("svn-{}", getpid())};
-    const auto [name, descriptor] = makeFile(folder, editor._baseName);
+    Editor editor{session, folder, ""};
+    const auto [name, descriptor] = makePrivateFile(folder);
     editor._file = joined(folder, name);
     try {
         writeAndClose(descriptor, bytes, editor._file);
@@ -154,7 +192,7 @@ void Editor::run(const std::string& command, const std::string& fileName) const
 {
     Output::flush();
     const WorkingFolder folder{_folder};
-    const std::string line = fmt::format("{} \"{}\"", command, fileName);
+    const std::string line = fmt::format("{} {}", command, shellWord(fileName));
     const int result = std::system(line.c_str()); // NOLINT: the user's own command line
     if (result != 0) {
         fail(ExternalProgram, fmt::format("system('{}') returned {}", NativeText::toUTF8(line), result));

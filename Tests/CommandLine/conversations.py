@@ -25,6 +25,9 @@ EDITOR = 'f() { sed s/mine/edited/ "$1" > "$HOME/edited"; cat "$HOME/edited" > "
 MERGE_TOOL = "--config-option config:helpers:merge-tool-cmd="
 QUESTION = re.compile(r"(: |\? )$")
 
+# Those that begin no option.
+QUOTED_NAMES = [name.replace("'", "'\\''") for name in fixtures.HOSTILE_NAMES if not name.startswith("-")]
+
 # A state of fixtures.py, what follows "svn", and the answers, one for each question.
 CONVERSATIONS = [
     ("outdated", "up", ["h", "x", "a", "h", "mf", "s", "r", "df", "dc", "r"]),
@@ -61,6 +64,10 @@ CONVERSATIONS = [
     *[("diverged", f"up --accept {accept} text A/odd", []) for accept in ["edit", "mine-full"]],
     ("diverged", "up --accept edit binary text", []),
     ("diverged", "up --accept edit --editor-cmd false", []),
+    # Names that a shell would run; the file that the editor gets of a part of a text is nobody else's.
+    *[("hostile", f"up '{name}'", ["e", "r"]) for name in QUOTED_NAMES],
+    *[("hostile", f"up '{name}' {MERGE_TOOL}echo", ["m", "r"]) for name in QUOTED_NAMES],
+    ("diverged", "up --editor-cmd 'stat -c %a' text", ["i", "e1", "e2"]),
     ("tangled", "up", ["h", "d", "x", "0", "3", "1", "h", "m"]),
     ("tangled", "up", ["d", "2", "m"]),
     ("tangled", "up", ["p"]),
@@ -160,6 +167,15 @@ def check_passwords(state, programs):
     return report("password", *results)
 
 
+def check_option_names(state, program):
+    """A file whose name is an option: the editor gets it with its folder, which svn leaves out."""
+    result = converse(state, [program], "up --editor-cmd 'echo given:' ./-n", ["e", "p"])[0]
+    if "given: ./-n" not in result["text"]:
+        print("option names\n  the editor was given something else:\n" + result["text"])
+        return 1
+    return 0
+
+
 def check_certificate(state, programs):
     """A server whose certificate nobody knows: it is shown, and rejected."""
     state.restore()
@@ -232,6 +248,7 @@ def main():
         failures = sum(report(f"svn {command} {answers}", *converse(states[name], programs, command, answers))
                        for name, command, answers in CONVERSATIONS)
         failures += check_passwords(states["served"], programs)
+        failures += check_option_names(states["hostile"], programs[1])
         failures += check_certificate(states["clean"], programs)
         failures += check_interrupt(os.path.join(folder, "long"), programs)
     print(f"{failures} differ")

@@ -10,6 +10,7 @@ import tarfile
 import time
 
 SECRET = "not-to-be-seen"
+HOSTILE_NAMES = ['x$(touch one)`touch two`";touch three;"y', "it's & *.~ #(name)", "-n"]
 
 ENVIRONMENT = {
     "PATH": os.environ["PATH"],
@@ -257,6 +258,20 @@ def diverge(wc):
             run_svn(wc, "update", "-r", "7")
 
 
+def name_hostilely(wc):
+    """Text conflicts of files whose names hold commands for a shell, and options for an editor, left to an update."""
+    for name in HOSTILE_NAMES:
+        write(wc, name, "both\n")
+        run_svn(wc, "add", "--", name)
+    run_svn(wc, "commit", "-m", "Add hostile names")
+    for whose in ["theirs", "mine"]:
+        for name in HOSTILE_NAMES:
+            write(wc, name, whose + "\n")
+        if whose == "theirs":
+            run_svn(wc, "commit", "-m", "Change hostile names")
+            run_svn(wc, "update", "-r", "7")
+
+
 def tangle(wc):
     """Items changed on a branch that the trunk has elsewhere; and local changes of what the trunk moves."""
     run_svn(wc, "switch", "^/branches/one")
@@ -383,6 +398,7 @@ PREPARATIONS = {
     "merging": make_mergeable,
     "mixed": mix_revisions,
     "diverged": diverge,
+    "hostile": name_hostilely,
     "tangled": tangle,
     "untangled": untangle,
     "crossed": cross,
