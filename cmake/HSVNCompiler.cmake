@@ -15,8 +15,12 @@ endif()
 
 find_program(HSVN_CCACHE_PROGRAM ccache)
 if(HSVN_CCACHE AND HSVN_CCACHE_PROGRAM)
-  set(CMAKE_C_COMPILER_LAUNCHER ${HSVN_CCACHE_PROGRAM})
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${HSVN_CCACHE_PROGRAM})
+  # Without this leave ccache passes what uses a precompiled header on to the compiler, every time.
+  set(CMAKE_C_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${HSVN_CCACHE_PROGRAM})
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_C_COMPILER_LAUNCHER})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+    add_compile_options($<$<COMPILE_LANGUAGE:CXX>:-fpch-preprocess>) # lets ccache see the header behind the precompiled one
+  endif()
 endif()
 
 add_library(hsvn_warnings INTERFACE)
