@@ -93,6 +93,15 @@ std::set<std::string> externalsOf(HSVNOperation& operation, const HSVNStatusScan
     }
 }
 
+/// Passes the failure of a scan on unless it means that the folder is not under version control: a working copy that
+/// cannot be read would look wholly unversioned, and be added.
+void requireUnversionedFolder(const HSVNPathRef& path)
+{
+    if (HSVNDirectory::isWorkingCopyAtPath(path)) {
+        throw;
+    }
+}
+
 /// Runs the scan.
 ///
 /// @return false for a folder that is not under version control
@@ -111,8 +120,10 @@ bool runScan(HSVNOperation& operation, HSVNStatusScan& scan, const HSVNStatusOpt
             scanUnchangedRoot(operation, scan);
         }
     } catch (const HSVNNotWorkingCopyException&) {
+        requireUnversionedFolder(scan.rootPath);
         return false;
     } catch (const HSVNUnversionedResourceException&) {
+        requireUnversionedFolder(scan.rootPath);
         return false;
     }
     return !foundOnlyAnUnversionedRoot(scan);

@@ -1,3 +1,4 @@
+#include "AlteredBundle.h"
 #include "Command.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
@@ -503,6 +504,59 @@ TEST_F(EveryState, CanBeLeftInTheMiddleOfAScan)
     EXPECT_THROW(HSVNDirectory::statusForNodesInDirectoryAtPath(wc, optionsFor({"-v"}), client),
                  HSVNOperationCancelledException);
     EXPECT_EQ(delegate->asked, 5) << "Subversion went on";
+}
+
+// Working copies that are hard to read
+
+namespace {
+
+/// Makes a state of a working copy's root in the folder that holds "repository".
+class RootState : public testing::TestWithParam<const char*>
+{
+};
+
+constexpr const char* linkedWorkingCopyScript = R"sh(
+cd "$0"
+ln -s wc link
+svn -q checkout file://$PWD/repository wc
+mkdir wc/folder; echo > wc/folder/file; svn -q add wc/folder; svn -q propset colour red wc; svn -q commit -m "" wc
+svn -q update wc
+svn -q checkout file://$PWD/repository other
+)sh";
+
+} // namespace
+
+TEST_P(RootState, IsToldThroughALinkToo)
+{
+    const TestRepository repository;
+    ReadingClient reading;
+    mustRun({"sh", "-e", "-c", std::string{linkedWorkingCopyScript} + GetParam(), repository.beside("")});
+    for (const auto* name : {"wc", "link"}) {
+        const auto path = repository.beside(name);
+        const auto xml = mustRun({"svn", "status", "-v", "--xml", path});
+        const auto found = statusTexts(Scan{pathOf(path), optionsFor({"-v"}), reading.client}.nodes);
+        EXPECT_GT(found.size(), 2U);
+        expectEqual(found, statusTexts(XMLEntry::entriesIn(xml), false));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Values, RootState,
+    testing::Values("svn -q propset colour blue other; svn -q commit -m '' other\n"
+                    "svn -q propset colour green wc; svn -q update --accept postpone wc",
+                    R"(sqlite3 wc/.svn/wc.db "UPDATE nodes SET presence = 'incomplete' WHERE local_relpath = ''")"));
+
+TEST(UnreadableWorkingCopy, IsNotTakenForAnUnversionedFolder)
+{
+    const TestRepository repository;
+    const auto path = pathOf(repository.checkOut());
+    const auto bundle = std::make_shared<AlteredBundle>([](HSVNBundleEntryPoints& table) {
+        table.client_status2 = [](auto...) { return AlteredBundle::original().error_create(155007, nullptr, "no"); };
+    });
+    const auto client = std::make_shared<HSVNClient>(bundle, nullptr);
+    const auto scan = [&](const HSVNLocalPathRef& folder) { return Scan{folder, optionsFor({}), client}; };
+    EXPECT_EQ(reasonOf<HSVNNotWorkingCopyException>([&] { scan(path); }), "no");
+    EXPECT_THAT(scan(path->parent()).names(), Contains(path->lastComponent()));
 }
 
 // Folders that are not under version control

@@ -243,8 +243,9 @@ svn_error_t* StatusRecords::readEntry(const svn_wc_entry_t** entry, const char* 
     svn_node_kind_t kindOnDisk = svn_node_none;
     svn_boolean_t isSpecial = FALSE;
     SVN_ERR(svn_io_check_special_path(path, &kindOnDisk, &isSpecial, pool));
-    // A folder on disk tells of itself; whatever is missing or in another's way is told of by its folder.
-    const bool tellsOfItself = status.kind == svn_node_dir && kindOnDisk == svn_node_dir;
+    // A folder on disk tells of itself; whatever is missing or in another's way is told of by its folder. A root that a
+    // link leads to is a folder on disk, and what the link lies in knows nothing of it.
+    const bool tellsOfItself = status.kind == svn_node_dir && (kindOnDisk == svn_node_dir || isRoot(path));
     auto& teller = folder(tellsOfItself ? std::string_view{path} : folderOf(path));
     svn_error_t* error = teller.readEntries(_ctx);
     if (error == nullptr) {
@@ -304,8 +305,8 @@ svn_error_t* StatusRecords::readConflictedRecord(svn_wc_status2_t& record, const
 
 svn_error_t* StatusRecords::readRecord(svn_wc_status2_t** record, const char* path, apr_pool_t* pool)
 {
-    // Any folder of the working copy that is on disk opens it.
-    std::string_view opener = folderOf(path);
+    // Any folder of the working copy that is on disk opens it; a root may be reached through a link from outside.
+    std::string_view opener = isRoot(path) ? std::string_view{path} : folderOf(path);
     svn_error_t* error = folder(opener).open(_ctx);
     while (error != nullptr && opener != "/") {
         svn_error_clear(error);
