@@ -57,43 +57,34 @@ svn_error_t* readConflict(const HSVNOperation& operation, HSVNItemStatus& status
     return nullptr;
 }
 
-/// An item that took another's place shows the revision of the other.
-svn_error_t* readReplacedRevision(const HSVNOperation& operation, HSVNItemStatus& status, apr_pool_t* pool)
+void takeFormerRevision(HSVNItemStatus& status, const svn_wc_entry_t& entry)
 {
-    const auto take = [](void* baton, const char* path, svn_wc_status2_t* record) {
-        auto& taken = *static_cast<HSVNItemStatus*>(baton);
-        // 0: nothing was committed there, only what the item took the place of was copied.
-        if (record->entry && taken.absolutePath == path && record->entry->revision > 0) {
-            taken.revision = HSVNRevisionNumberFromSubversion(record->entry->revision);
-        }
-    };
-    const svn_opt_revision_t unspecified{svn_opt_revision_unspecified, {}};
-    return operation->client_status2(nullptr, status.absolutePath.c_str(), &unspecified, take, &status, false, true,
-                                     false, true, true, operation.ctx(), pool);
+    status.revision = HSVNRevisionNumberFromSubversion(entry.revision);
+    if (status.nodeStatus == HSVNStatusKindDeleted) {
+        status.changedRevision = HSVNRevisionNumberFromSubversion(entry.cmt_rev);
+        status.changedDate = HSVNDateOrNil(entry.cmt_date);
+        status.changedAuthor = HSVNTextOrNil(entry.cmt_author);
+    }
 }
 
-/// An item that goes shows what it was until now, which the record does not say.
+/// An item that goes, or that took another's place, shows what was there until now, which the record does not say. The
+/// older record does; the item's information tells the revision of the folder that goes with it instead.
 svn_error_t* readFormerRevision(const HSVNOperation& operation, HSVNItemStatus& status, apr_pool_t* pool)
 {
     const bool goes = status.nodeStatus == HSVNStatusKindDeleted || status.nodeStatus == HSVNStatusKindReplaced;
     if (!goes || !status.versioned || status.copied || status.revision != HSVNInvalidRevision) {
         return nullptr;
     }
-    if (status.nodeStatus == HSVNStatusKindReplaced) {
-        return readReplacedRevision(operation, status, pool);
-    }
-    const auto take = [](void* baton, const char*, const svn_client_info2_t* info, apr_pool_t*) -> svn_error_t* {
+    const auto take = [](void* baton, const char* path, svn_wc_status2_t* record) {
         auto& taken = *static_cast<HSVNItemStatus*>(baton);
-        taken.revision = HSVNRevisionNumberFromSubversion(info->rev);
-        taken.changedRevision = HSVNRevisionNumberFromSubversion(info->last_changed_rev);
-        taken.changedDate = HSVNDateOrNil(info->last_changed_date);
-        taken.changedAuthor = HSVNTextOrNil(info->last_changed_author);
-        return nullptr;
+        // 0: nothing was committed there, only what the item took the place of was copied.
+        if (record->entry && taken.absolutePath == path && record->entry->revision > 0) {
+            takeFormerRevision(taken, *record->entry);
+        }
     };
     const svn_opt_revision_t unspecified{svn_opt_revision_unspecified, {}};
-    const auto function = operation.extension(&HSVNBundleExtensions::client_info);
-    return function(status.absolutePath.c_str(), &unspecified, &unspecified, svn_depth_empty, false, nullptr, take,
-                    &status, operation.ctx(), pool);
+    return operation->client_status2(nullptr, status.absolutePath.c_str(), &unspecified, take, &status, false, true,
+                                     false, true, true, operation.ctx(), pool);
 }
 
 svn_error_t* receiveStatus(void* baton, const char* path, const svn_client_status_t* record, apr_pool_t* pool)
