@@ -42,7 +42,7 @@ HSVNLock::HSVNLock(HSVNPathRef thePath, std::optional<std::string> theToken, std
 HSVNLock::HSVNLock(HSVNCoder* decoder)
     : _path{HSVNRequireKeyedUnarchiver(decoder)->decodeRequiredObject<const HSVNPath>("path")},
       _token{decoder->decodeRequiredString("token")}, _owner{decoder->decodeString("owner")},
-      _comment{decoder->decodeString("comment")}, _creationDate{decoder->decodeRequiredDate("creationDate")},
+      _comment{decoder->decodeString("comment")}, _creationDate{decoder->decodeDate("creationDate")},
       _expirationDate{decoder->decodeDate("expirationDate")}
 {
 }

@@ -219,9 +219,6 @@ HSVNNumberedRevision::HSVNNumberedRevision(HSVNRevisionNumber number) : _number{
 HSVNNumberedRevision::HSVNNumberedRevision(HSVNCoder* decoder)
     : HSVNRevision{decoder}, _number{decoder->decodeRequiredInt32("number")}
 {
-    if (_number < 0) {
-        throw HSVNInvalidArgumentException(fmt::format("Value of \"number\" is negative: {}", _number));
-    }
 }
 
 std::string HSVNNumberedRevision::description() const { return fmt::format("{}", _number); }

@@ -113,9 +113,9 @@ class HSVN_EXPORT HSVNRevision : public HSVNArchivable
 class HSVN_EXPORT HSVNNumberedRevision : public HSVNRevision
 {
   public:
-    /// @param number  not negative ("number >= 0")
+    /// @param number  untested; `HSVNRevision::revisionWithNumber` refuses negative ones
     explicit HSVNNumberedRevision(HSVNRevisionNumber number);
-    /// @throws HSVNInvalidArgumentException for a number that is missing or negative
+    /// @throws HSVNInvalidArgumentException for a number that is missing or does not fit 32 bits
     explicit HSVNNumberedRevision(HSVNCoder* decoder);
 
     std::string className() const override { return "HSVNNumberedRevision"; }
