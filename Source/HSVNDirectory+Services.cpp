@@ -31,7 +31,7 @@ HSVNURLRef optionalURL(const char* text) { return text ? HSVNURL::URLWithString(
 HSVNDirectoryRef makeDirectory(const DirectoryReceiver& receiver, const svn_info_t& info)
 {
     auto directory = receiver.maker();
-    directory->setName(receiver.path->lastComponent());
+    directory->setName(receiver.path->denormalizedLastComponent());
     directory->setPath(receiver.path);
     directory->setLocation(receiver.path->parent());
     directory->setURL(optionalURL(info.URL));
@@ -131,7 +131,7 @@ svn_error_t* HSVNListFunc(void* baton, const char* relativePath, const svn_diren
 HSVNDirectoryRef directoryOfCommit(const HSVNURLRef& url, const svn_commit_info_t& commit, apr_pool_t* pool)
 {
     auto directory = std::make_shared<HSVNDirectory>();
-    directory->setName(url->lastComponent());
+    directory->setName(url->denormalizedLastComponent());
     directory->setPath(url);
     directory->setLocation(url->parent());
     directory->setURL(url);

@@ -242,7 +242,8 @@ TEST_P(DirectoryTest, ANewDirectoryTellsItsCommitOrIsScheduled)
 {
     reading.delegate->message = "a new folder";
     const auto committed = HSVNDirectory::createDirectoryAtPath(remote("new%20one"), client);
-    EXPECT_EQ(committed->name(), "new%20one");
+    EXPECT_EQ(committed->name(), "new one") << "as the user is shown it";
+    EXPECT_EQ(HSVNDirectory::directoryAtPath(remote("new%20one"), HSVNRevisionSpec::HEAD(), client)->name(), "new one");
     EXPECT_EQ(committed->path()->string(), repository.url("new%20one"));
     EXPECT_EQ(committed->URL()->string(), repository.url("new%20one"));
     EXPECT_EQ(committed->revision(), 1);
