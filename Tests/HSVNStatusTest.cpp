@@ -10,6 +10,9 @@
 #include "SequentialCoder.h"
 
 #include <gtest/gtest.h>
+#include <set>
+#include <string>
+#include <utility>
 
 namespace {
 
@@ -208,6 +211,49 @@ TEST_F(SVNStatusTest, EveryFieldIsConvertedCopiedAndArchivedButTheDepth)
     const auto decoded = HSVNKeyedUnarchiver::unarchiveObjectOfClass<HSVNStatus>(archive);
     expectFields(*decoded);
     EXPECT_EQ(decoded->depth(), HSVNDepthEmpty);
+}
+
+/// The names of the flags that are set.
+std::set<std::string> flagsOf(const HSVNStatus& record)
+{
+    std::set<std::string> names;
+    const auto add = [&](const char* name, bool isSet) {
+        if (isSet) {
+            names.insert(name);
+        }
+    };
+    add("locked", record.locked());
+    add("copied", record.copied());
+    add("switched", record.switched());
+    add("deleted", record.deleted());
+    add("absent", record.absent());
+    add("hasProperties", record.hasProperties());
+    add("hasPropertyModifications", record.hasPropertyModifications());
+    return names;
+}
+
+TEST(StatusTest, EachFlagIsConvertedCopiedAndArchivedByItself)
+{
+    svn_wc_entry_t entry{};
+    svn_wc_status2_t status{};
+    status.entry = &entry;
+    const std::pair<const char*, svn_boolean_t*> flags[] = {{"locked", &status.locked},
+                                                            {"copied", &status.copied},
+                                                            {"switched", &status.switched},
+                                                            {"deleted", &entry.deleted},
+                                                            {"absent", &entry.absent},
+                                                            {"hasProperties", &entry.has_props},
+                                                            {"hasPropertyModifications", &entry.has_prop_mods}};
+    for (const auto& [name, field] : flags) {
+        *field = 1;
+        const auto record = HSVNStatus::statusWithSVNStatus(&status, HSVNVersion::version1_6());
+        *field = 0;
+        const std::set<std::string> expected{name};
+        EXPECT_EQ(flagsOf(*record), expected);
+        EXPECT_EQ(flagsOf(*record->copy()), expected);
+        const auto archive = HSVNKeyedArchiver::archivedDataWithRootObject(record);
+        EXPECT_EQ(flagsOf(*HSVNKeyedUnarchiver::unarchiveObjectOfClass<HSVNStatus>(archive)), expected);
+    }
 }
 
 TEST_F(SVNStatusTest, ALineBefore15HasNoDepth)
