@@ -60,7 +60,7 @@ void HSVNReadBlame(const std::string& target, const HSVNRevisionRef& pegRevision
     HSVNOperation operation{context,
                             className,
                             "readBlame:pegRevision:range:withOptions:receiver:withContext:",
-                            {{"target", target}, {"pegRevision", pegRevision}, {"context", context}}};
+                            {{"target", target}, {"pegRevision", pegRevision}, {"range", range}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_blame);
     const auto peg = pegRevision->SVNRevision();
     const auto start = range.first->SVNRevision();
@@ -74,7 +74,8 @@ void HSVNReadBlame(const std::string& target, const HSVNRevisionRef& pegRevision
 void HSVNCheckBlameArguments(const std::vector<std::string>& arguments, const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNOperation operation{context, className, "checkBlameArguments:withContext:", {{"context", context}}};
+    HSVNOperation operation{
+        context, className, "checkBlameArguments:withContext:", {{"arguments", arguments}, {"context", context}}};
     svn_diff_file_options_t parsed{};
     operation.check(operation->diff_file_options_parse(&parsed, HSVNTextArray(operation, arguments), operation.pool()));
 }

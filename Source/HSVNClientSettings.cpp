@@ -56,7 +56,7 @@ void apply(const HSVNConfigurationOption& option, const HSVNOperation& operation
 HSVNExceptionRef HSVNApplyClientSettings(const HSVNClientSettings& settings, const HSVNClientRef& client)
 {
     HSVNAssertParameter(client != nullptr, "client != nil");
-    HSVNOperation operation{client, "HSVNClient", "applySettings:", {}};
+    HSVNOperation operation{client, "HSVNClient", "applySettings:", {{"client", client}}};
     const char* const folder = textOrNull(operation, settings.configurationDirectory);
     auto refused = readConfiguration(operation, folder);
     for (const auto& option : settings.options) {

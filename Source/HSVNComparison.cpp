@@ -83,7 +83,7 @@ void HSVNCompareItems(const Item& first, const Item& second, const HSVNCompariso
     HSVNOperation operation{context,
                             className,
                             "compareItems:withOptions:receivers:withContext:",
-                            {{"first", first.first}, {"second", second.first}, {"context", context}}};
+                            {{"first", first}, {"second", second}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_diff);
     const auto firstRecord = first.second->SVNRevision();
     const auto secondRecord = second.second->SVNRevision();
@@ -123,7 +123,7 @@ void HSVNSummarizeItems(const Item& first, const Item& second, const HSVNCompari
     HSVNOperation operation{context,
                             className,
                             "summarizeItems:withOptions:receiver:withContext:",
-                            {{"first", first.first}, {"second", second.first}, {"context", context}}};
+                            {{"first", first}, {"second", second}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_diff_summarize);
     const auto firstRecord = first.second->SVNRevision();
     const auto secondRecord = second.second->SVNRevision();

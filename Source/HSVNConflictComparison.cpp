@@ -27,8 +27,10 @@ void HSVNCompareFiles(const std::string& original, const std::string& modified, 
                       const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNOperation operation{
-        context, className, "compareFiles:receiver:", {{"original", original}, {"modified", modified}}};
+    HSVNOperation operation{context,
+                            className,
+                            "compareFiles:receiver:",
+                            {{"original", original}, {"modified", modified}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::diff_files);
     const HSVNContentsStream stream{operation, receiver};
     operation.check(function(stream, operation.cString(original), operation.cString(modified), originalLabel.c_str(),
@@ -39,7 +41,10 @@ void HSVNShowConflicts(const HSVNConflictSides& files, const HSVNSideLabels& lab
                        const HSVNContentsReceiver& receiver, const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNOperation operation{context, className, "showConflicts:receiver:", {}};
+    HSVNOperation operation{context,
+                            className,
+                            "showConflicts:receiver:",
+                            {{"mine", files.mine}, {"theirs", files.theirNew}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::diff_conflicts);
     const HSVNContentsStream stream{operation, receiver};
     const Texts texts = filesOf(operation, files);
@@ -51,7 +56,8 @@ std::string HSVNMergeValues(const HSVNConflictSides& values, const HSVNSideLabel
                             const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNOperation operation{context, className, "mergeValues:", {}};
+    HSVNOperation operation{
+        context, className, "mergeValues:", {{"mine", values.mine}, {"theirs", values.theirNew}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::diff_values);
     const auto valueOf = [](const std::optional<std::string>& value) {
         return value ? svn_string_t{value->data(), value->size()} : svn_string_t{"", 0};
@@ -71,7 +77,10 @@ std::string HSVNMergeValues(const HSVNConflictSides& values, const HSVNSideLabel
 std::vector<HSVNMergeStretch> HSVNMergeStretches(const HSVNConflictSides& files, const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNOperation operation{context, className, "mergeStretches:", {}};
+    HSVNOperation operation{context,
+                            className,
+                            "mergeStretches:",
+                            {{"mine", files.mine}, {"theirs", files.theirNew}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::diff_stretches);
     const Texts texts = filesOf(operation, files);
     apr_array_header_t* found = nullptr;

@@ -40,7 +40,7 @@ const svn_string_t* valueIn(const HSVNOperation& operation, const std::string& b
 
 struct HSVNConflictedItem::Conflict
 {
-    Conflict(const std::string& path, HSVNContextRef theContext) : context{std::move(theContext)}
+    Conflict(const std::string& thePath, HSVNContextRef theContext) : path{thePath}, context{std::move(theContext)}
     {
         HSVNOperation operation{context, className, "initWithPath:context:", {{"path", path}, {"context", context}}};
         // The conflict outlives the operation.
@@ -58,6 +58,7 @@ struct HSVNConflictedItem::Conflict
         }
     }
 
+    std::string path;
     HSVNContextRef context;
     /// What Subversion finds out on the way to an answer stays in its record, in the pool of the question. So every
     /// question is asked in this one.
@@ -89,14 +90,14 @@ HSVNConflictOperation HSVNConflictedItem::operation() const { return _conflict->
 
 void HSVNConflictedItem::searchDetails()
 {
-    HSVNOperation operation{_conflict->context, className, "searchDetails", {}};
+    HSVNOperation operation{_conflict->context, className, "searchDetails", {{"path", _conflict->path}}};
     operation.check(operation.extension(&HSVNBundleExtensions::conflict_details)(_conflict->record, operation.ctx(),
                                                                                  *_conflict->pool));
 }
 
 HSVNResolutionChoice HSVNConflictedItem::recommendedChoice()
 {
-    HSVNOperation operation{_conflict->context, className, "recommendedChoice", {}};
+    HSVNOperation operation{_conflict->context, className, "recommendedChoice", {{"path", _conflict->path}}};
     HSVNBundleExtensions::ConflictState state{};
     operation.check(
         operation.extension(&HSVNBundleExtensions::conflict_state)(&state, _conflict->record, *_conflict->pool));
@@ -105,7 +106,8 @@ HSVNResolutionChoice HSVNConflictedItem::recommendedChoice()
 
 std::vector<HSVNConflictOption> HSVNConflictedItem::options(HSVNConflictKind kind)
 {
-    HSVNOperation operation{_conflict->context, className, "optionsOfKind:", {}};
+    HSVNOperation operation{
+        _conflict->context, className, "optionsOfKind:", {{"path", _conflict->path}, {"kind", kind}}};
     apr_array_header_t* found = nullptr;
     operation.check(operation.extension(&HSVNBundleExtensions::conflict_options)(
         &found, _conflict->record, static_cast<int>(kind), operation.ctx(), *_conflict->pool));
@@ -119,7 +121,8 @@ std::vector<HSVNConflictOption> HSVNConflictedItem::options(HSVNConflictKind kin
 
 std::string HSVNConflictedItem::descriptionOfPropertyConflict()
 {
-    HSVNOperation operation{_conflict->context, className, "descriptionOfPropertyConflict", {}};
+    HSVNOperation operation{
+        _conflict->context, className, "descriptionOfPropertyConflict", {{"path", _conflict->path}}};
     const char* description = nullptr;
     operation.check(operation.extension(&HSVNBundleExtensions::conflict_description)(
         &description, nullptr, _conflict->record, operation.ctx(), *_conflict->pool));
@@ -128,7 +131,7 @@ std::string HSVNConflictedItem::descriptionOfPropertyConflict()
 
 std::pair<std::string, std::string> HSVNConflictedItem::descriptionOfTreeConflict()
 {
-    HSVNOperation operation{_conflict->context, className, "descriptionOfTreeConflict", {}};
+    HSVNOperation operation{_conflict->context, className, "descriptionOfTreeConflict", {{"path", _conflict->path}}};
     const char* incoming = nullptr;
     const char* local = nullptr;
     operation.check(operation.extension(&HSVNBundleExtensions::conflict_description)(
@@ -138,7 +141,7 @@ std::pair<std::string, std::string> HSVNConflictedItem::descriptionOfTreeConflic
 
 HSVNConflictSides HSVNConflictedItem::files()
 {
-    HSVNOperation operation{_conflict->context, className, "files", {}};
+    HSVNOperation operation{_conflict->context, className, "files", {{"path", _conflict->path}}};
     HSVNBundleExtensions::ConflictSides<const char*> files{};
     operation.check(
         operation.extension(&HSVNBundleExtensions::conflict_files)(&files, _conflict->record, *_conflict->pool));
@@ -148,7 +151,8 @@ HSVNConflictSides HSVNConflictedItem::files()
 
 HSVNConflictSides HSVNConflictedItem::propertyValues(const std::string& property)
 {
-    HSVNOperation operation{_conflict->context, className, "propertyValues:", {{"property", property}}};
+    HSVNOperation operation{
+        _conflict->context, className, "propertyValues:", {{"path", _conflict->path}, {"property", property}}};
     HSVNBundleExtensions::ConflictSides<const svn_string_t*> values{};
     operation.check(operation.extension(&HSVNBundleExtensions::conflict_values)(
         &values, _conflict->record, operation.cString(property), *_conflict->pool));
@@ -157,7 +161,8 @@ HSVNConflictSides HSVNConflictedItem::propertyValues(const std::string& property
 
 std::vector<std::string> HSVNConflictedItem::moveTargets(HSVNResolutionChoice choice, HSVNMovePlace place)
 {
-    HSVNOperation operation{_conflict->context, className, "moveTargetsOfChoice:place:", {}};
+    HSVNOperation operation{
+        _conflict->context, className, "moveTargetsOfChoice:place:", {{"path", _conflict->path}, {"choice", choice}}};
     apr_array_header_t* found = nullptr;
     operation.check(operation.extension(&HSVNBundleExtensions::conflict_move_targets)(
         &found, _conflict->record, static_cast<int>(choice), place == HSVNMovePlace::Repository, operation.ctx(),
@@ -171,7 +176,10 @@ std::vector<std::string> HSVNConflictedItem::moveTargets(HSVNResolutionChoice ch
 
 void HSVNConflictedItem::chooseMoveTarget(HSVNResolutionChoice choice, HSVNMovePlace place, std::size_t index)
 {
-    HSVNOperation operation{_conflict->context, className, "chooseMoveTarget:place:index:", {}};
+    HSVNOperation operation{_conflict->context,
+                            className,
+                            "chooseMoveTarget:place:index:",
+                            {{"path", _conflict->path}, {"choice", choice}, {"index", index}}};
     operation.check(operation.extension(&HSVNBundleExtensions::conflict_choose_move_target)(
         _conflict->record, static_cast<int>(choice), place == HSVNMovePlace::Repository, static_cast<int>(index),
         operation.ctx(), *_conflict->pool));
@@ -180,7 +188,10 @@ void HSVNConflictedItem::chooseMoveTarget(HSVNResolutionChoice choice, HSVNMoveP
 void HSVNConflictedItem::resolve(HSVNConflictKind kind, HSVNResolutionChoice choice, const std::string& property,
                                  const std::optional<std::string>& merged)
 {
-    HSVNOperation operation{_conflict->context, className, "resolve:choice:property:value:", {{"property", property}}};
+    HSVNOperation operation{_conflict->context,
+                            className,
+                            "resolve:choice:property:value:",
+                            {{"path", _conflict->path}, {"choice", choice}, {"property", property}}};
     // The conflict remembers the value for as long as it lives.
     const svn_string_t* const value = merged ? valueIn(operation, *merged, *_conflict->pool) : nullptr;
     operation.check(operation.extension(&HSVNBundleExtensions::conflict_resolve)(

@@ -36,37 +36,6 @@ spdlog::logger& systemLog()
     return *log;
 }
 
-/// Length of the placeholder at the start of `text`, which begins with '%'; 0 when it is none.
-std::size_t placeholderLength(std::string_view text)
-{
-    const std::size_t letter = text.find_first_not_of("hlqz", 1);
-    constexpr std::string_view conversions = "@sdiuxXp";
-    return letter != std::string_view::npos && conversions.find(text[letter]) != std::string_view::npos ? letter + 1
-                                                                                                        : 0;
-}
-
-std::string filled(std::string_view format, std::initializer_list<HSVNDebugArgument> arguments)
-{
-    std::string line;
-    const auto* argument = arguments.begin();
-    while (!format.empty()) {
-        const std::size_t literal = std::min(format.find('%'), format.size());
-        line += format.substr(0, literal);
-        format.remove_prefix(literal);
-        if (format.starts_with("%%")) {
-            line += '%';
-            format.remove_prefix(2);
-        } else if (const std::size_t length = format.empty() ? 0 : placeholderLength(format)) {
-            line += argument == arguments.end() ? "(null)" : argument++->text();
-            format.remove_prefix(length);
-        } else if (!format.empty()) {
-            line += '%';
-            format.remove_prefix(1);
-        }
-    }
-    return line;
-}
-
 } // namespace
 
 std::int32_t HSVNDebug::level()

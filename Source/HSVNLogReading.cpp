@@ -70,10 +70,11 @@ void HSVNReadLog(const std::vector<std::string>& targets, const HSVNRevisionRef&
 {
     HSVNAssertParameter(pegRevision != nullptr, "pegRevision != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNOperation operation{context,
-                            "HSVNLogReading",
-                            "readLog:pegRevision:withOptions:receiver:withContext:",
-                            {{"pegRevision", pegRevision}, {"context", context}}};
+    HSVNOperation operation{
+        context,
+        "HSVNLogReading",
+        "readLog:pegRevision:withOptions:receiver:withContext:",
+        {{"targets", targets}, {"pegRevision", pegRevision}, {"ranges", options.ranges}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_log);
     const auto peg = pegRevision->SVNRevision();
     LogCall call{operation, receiver};

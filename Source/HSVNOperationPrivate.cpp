@@ -1,6 +1,5 @@
 #include "HSVNOperationPrivate.h"
 
-#include "HSVNDebug.h"
 #include "HSVNException.h"
 
 #include <fmt/format.h>
@@ -20,16 +19,6 @@ const HSVNContextRef& logged(const HSVNContextRef& context, std::string_view cla
 }
 
 } // namespace
-
-HSVNArgument::HSVNArgument(std::string_view argumentName, const HSVNObject* object)
-    : name{argumentName}, text{[object] { return HSVNDescription(object); }}
-{
-}
-
-HSVNArgument::HSVNArgument(std::string_view argumentName, const std::string& value)
-    : name{argumentName}, text{[&value] { return value; }}
-{
-}
 
 void HSVNLogCall(std::string_view className, std::string_view operation, const std::vector<HSVNArgument>& arguments)
 {

@@ -2,6 +2,7 @@
 
 #include "HSVNBundleExtensionsPrivate.h"
 #include "HSVNContext.h"
+#include "HSVNDebug.h"
 #include "HSVNPath.h"
 #include "HSVNPlatformException.h"
 #include "HSVNPoolPrivate.h"
@@ -22,22 +23,10 @@ struct HSVN_EXPORT HSVNArgument
     std::string_view name;
     std::function<std::string()> text;
 
-    HSVNArgument(std::string_view argumentName, const HSVNObject* object);
-    template <class Class>
-    HSVNArgument(std::string_view argumentName, const std::shared_ptr<Class>& object)
-        : HSVNArgument(argumentName, static_cast<const HSVNObject*>(object.get()))
-    {
-    }
-    HSVNArgument(std::string_view argumentName, const std::string& value);
-    template <class Class>
-    HSVNArgument(std::string_view argumentName, const std::vector<std::shared_ptr<Class>>& objects)
-        : name{argumentName}, text{[&objects] {
-              std::string joined = "(";
-              for (const auto& object : objects) {
-                  joined += (joined.size() > 1 ? ", " : "") + HSVNDescription(object.get());
-              }
-              return joined + ")";
-          }}
+    /// The value outlives the argument; it is shown as "%@" shows it.
+    template <class Value>
+    HSVNArgument(std::string_view argumentName, const Value& value)
+        : name{argumentName}, text{[&value] { return HSVNDebugArgument(value).text(); }}
     {
     }
 };

@@ -60,7 +60,8 @@ void HSVNCommitItems(const std::vector<std::string>& targets, const HSVNItemComm
                      const HSVNRevisionWishes& wishes, const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
-    Change change{context, "commitItems:withOptions:wishes:withContext:", {{"context", context}}, wishes};
+    Change change{
+        context, "commitItems:withOptions:wishes:withContext:", {{"targets", targets}, {"context", context}}, wishes};
     auto& operation = change.operation();
     const auto function = operation.extension(&HSVNBundleExtensions::client_commit);
     operation.check(function(HSVNTextArray(operation, targets), static_cast<svn_depth_t>(options.depth),
@@ -88,7 +89,8 @@ void HSVNMakeFolders(const std::vector<std::string>& targets, bool makeParents, 
                      const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
-    Change change{context, "makeFolders:makeParents:wishes:withContext:", {{"context", context}}, wishes};
+    Change change{
+        context, "makeFolders:makeParents:wishes:withContext:", {{"targets", targets}, {"context", context}}, wishes};
     auto& operation = change.operation();
     const auto function = operation.extension(&HSVNBundleExtensions::client_mkdir);
     operation.check(function(HSVNTextArray(operation, targets), makeParents, change.properties(), change.receiver(),
@@ -99,7 +101,8 @@ void HSVNDeleteItems(const std::vector<std::string>& targets, const HSVNItemDele
                      const HSVNRevisionWishes& wishes, const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
-    Change change{context, "deleteItems:withOptions:wishes:withContext:", {{"context", context}}, wishes};
+    Change change{
+        context, "deleteItems:withOptions:wishes:withContext:", {{"targets", targets}, {"context", context}}, wishes};
     auto& operation = change.operation();
     const auto function = operation.extension(&HSVNBundleExtensions::client_delete);
     operation.check(function(HSVNTextArray(operation, targets), options.force, options.keepLocal, change.properties(),
@@ -109,13 +112,15 @@ void HSVNDeleteItems(const std::vector<std::string>& targets, const HSVNItemDele
 void HSVNCopyItems(const std::vector<HSVNCopySource>& sources, const std::string& destination,
                    const HSVNItemCopyOptions& options, const HSVNRevisionWishes& wishes, const HSVNContextRef& context)
 {
+    std::vector<std::pair<std::string, HSVNRevisionSpecRef>> named;
     for (const auto& source : sources) {
         HSVNAssertParameter(source.revision != nullptr, "revision != nil");
+        named.emplace_back(source.target, source.revision);
     }
     HSVNAssertParameter(context != nullptr, "context != nil");
     Change change{context,
                   "copyItems:destination:withOptions:wishes:withContext:",
-                  {{"destination", destination}, {"context", context}},
+                  {{"sources", named}, {"destination", destination}, {"context", context}},
                   wishes};
     auto& operation = change.operation();
     const auto function = operation.extension(&HSVNBundleExtensions::client_copy);
@@ -137,7 +142,7 @@ void HSVNMoveItems(const std::vector<std::string>& sources, const std::string& d
     HSVNAssertParameter(context != nullptr, "context != nil");
     Change change{context,
                   "moveItems:destination:withOptions:wishes:withContext:",
-                  {{"destination", destination}, {"context", context}},
+                  {{"sources", sources}, {"destination", destination}, {"context", context}},
                   wishes};
     auto& operation = change.operation();
     const auto function = operation.extension(&HSVNBundleExtensions::client_move);

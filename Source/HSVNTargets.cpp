@@ -20,7 +20,8 @@ HSVNTargets::List HSVNTargets::canonicalTargets(const std::vector<std::string>& 
                                                 const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNOperation operation{context, "HSVNTargets", "canonicalTargets:withContext:", {{"context", context}}};
+    HSVNOperation operation{
+        context, "HSVNTargets", "canonicalTargets:withContext:", {{"arguments", arguments}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_args_to_target_array);
     apr_array_header_t* targets = nullptr;
     svn_error_t* error = function(&targets, HSVNTextArray(operation, arguments), operation.ctx(), operation.pool());

@@ -55,7 +55,8 @@ void HSVNRevertItems(const std::vector<std::string>& targets, const HSVNItemReve
                      const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNOperation operation{context, className, "revertItems:withOptions:withContext:", {{"context", context}}};
+    HSVNOperation operation{
+        context, className, "revertItems:withOptions:withContext:", {{"targets", targets}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_revert);
     operation.check(function(HSVNTextArray(operation, targets), depthOf(options.depth),
                              HSVNFilterArray(operation, options.changelists), options.clearChangelists,
@@ -92,7 +93,7 @@ void HSVNChangeProperty(const std::string& name, const std::optional<std::string
     HSVNOperation operation{context,
                             className,
                             "changeProperty:value:targets:withOptions:withContext:",
-                            {{"name", name}, {"context", context}}};
+                            {{"name", name}, {"targets", targets}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_propset);
     operation.check(function(operation.cString(name), Value{value}.get(), HSVNTextArray(operation, targets),
                              depthOf(options.depth), options.force, HSVNFilterArray(operation, options.changelists),
@@ -121,7 +122,8 @@ void HSVNLockItems(const std::vector<std::string>& targets, const std::optional<
                    const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNOperation operation{context, className, "lockItems:comment:steal:withContext:", {{"context", context}}};
+    HSVNOperation operation{
+        context, className, "lockItems:comment:steal:withContext:", {{"targets", targets}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_lock);
     operation.check(function(HSVNTextArray(operation, targets), comment ? operation.cString(*comment) : nullptr, steal,
                              operation.ctx(), operation.pool()));
@@ -130,7 +132,8 @@ void HSVNLockItems(const std::vector<std::string>& targets, const std::optional<
 void HSVNUnlockItems(const std::vector<std::string>& targets, bool breakLock, const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNOperation operation{context, className, "unlockItems:breakLock:withContext:", {{"context", context}}};
+    HSVNOperation operation{
+        context, className, "unlockItems:breakLock:withContext:", {{"targets", targets}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_unlock);
     operation.check(function(HSVNTextArray(operation, targets), breakLock, operation.ctx(), operation.pool()));
 }
@@ -183,8 +186,10 @@ void HSVNChangeChangelist(const std::optional<std::string>& changelist, const st
                           HSVNDepth depth, const std::vector<std::string>& changelists, const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNOperation operation{
-        context, className, "changeChangelist:targets:depth:changelists:withContext:", {{"context", context}}};
+    HSVNOperation operation{context,
+                            className,
+                            "changeChangelist:targets:depth:changelists:withContext:",
+                            {{"changelist", changelist}, {"targets", targets}, {"context", context}}};
     auto* const array = HSVNTextArray(operation, targets);
     auto* const filter = HSVNFilterArray(operation, changelists);
     if (changelist) {

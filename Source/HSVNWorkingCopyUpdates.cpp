@@ -61,7 +61,7 @@ std::vector<HSVNRevisionNumber> HSVNUpdateItems(const std::vector<std::string>& 
     HSVNOperation operation{context,
                             className,
                             "updateItems:toRevision:withOptions:withContext:",
-                            {{"revision", revision}, {"context", context}}};
+                            {{"targets", targets}, {"revision", revision}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_update);
     const auto record = revision->SVNRevision();
     const auto wishes = wishesOf(options);
@@ -141,7 +141,7 @@ void HSVNMergeTrees(const std::pair<std::string, HSVNRevisionRef>& first,
     HSVNOperation operation{context,
                             className,
                             "mergeTrees:target:withOptions:withContext:",
-                            {{"first", first.first}, {"second", second.first}, {"target", target}}};
+                            {{"first", first}, {"second", second}, {"target", target}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_merge);
     const auto firstRecord = first.second->SVNRevision();
     const auto secondRecord = second.second->SVNRevision();
@@ -157,10 +157,11 @@ void HSVNMergeChanges(const std::string& source, const HSVNRevisionRef& pegRevis
 {
     HSVNAssertParameter(pegRevision != nullptr, "pegRevision != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNOperation operation{context,
-                            className,
-                            "mergeChanges:pegRevision:ranges:target:withOptions:withContext:",
-                            {{"source", source}, {"pegRevision", pegRevision}, {"target", target}}};
+    HSVNOperation operation{
+        context,
+        className,
+        "mergeChanges:pegRevision:ranges:target:withOptions:withContext:",
+        {{"source", source}, {"pegRevision", pegRevision}, {"target", target}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_merge_peg);
     const auto peg = pegRevision->SVNRevision();
     MergeCall call{*context, options.chooser};
@@ -174,10 +175,11 @@ void HSVNReintegrate(const std::string& source, const HSVNRevisionRef& pegRevisi
 {
     HSVNAssertParameter(pegRevision != nullptr, "pegRevision != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNOperation operation{context,
-                            className,
-                            "reintegrate:pegRevision:target:withOptions:withContext:",
-                            {{"source", source}, {"pegRevision", pegRevision}, {"target", target}}};
+    HSVNOperation operation{
+        context,
+        className,
+        "reintegrate:pegRevision:target:withOptions:withContext:",
+        {{"source", source}, {"pegRevision", pegRevision}, {"target", target}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_merge_reintegrate);
     const auto peg = pegRevision->SVNRevision();
     MergeCall call{*context, options.chooser};

@@ -1,8 +1,15 @@
 #include "HSVNDebug.h"
 
+#include <HSVN/HSVN.h>
 #include <cstdlib>
+#include <functional>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <limits>
 #include <tuple>
+
+using testing::EndsWith;
+using testing::HasSubstr;
 
 namespace {
 
@@ -44,15 +51,148 @@ INSTANTIATE_TEST_SUITE_P(Values, DebugLevel,
                                          std::tuple{"Debug", 2}, std::tuple{"VERBOSE", 3}, std::tuple{"3", 1},
                                          std::tuple{"verbose ", 1}, std::tuple{"", 1}));
 
-TEST(DebugLine, FillsPlaceholdersInOrder)
+TEST(DebugLine, IsWrittenAsItsFormatIsFilled)
 {
     testing::internal::CaptureStderr();
-    HSVNDebug::logAtLevel(1, "[%@ %@] (%s: %@) %ld%% {} %q %", std::string{"Class"}, "call:", "path",
-                          std::optional<std::string>{}, -7);
-    HSVNDebug::logAtLevel(1, "%@ %@", "{}%@");
-    const std::string written = testing::internal::GetCapturedStderr();
-    EXPECT_NE(written.find("] [Class call:] (path: (null)) -7% {} %q %\n"), std::string::npos) << written;
-    EXPECT_NE(written.find("] {}%@ (null)\n"), std::string::npos) << written;
+    HSVNDebug::logAtLevel(1, "[%@ %@] (%s: %@) {} %5.1f", std::string{"Class"}, "call:", "path",
+                          std::optional<std::string>{}, 2.25);
+    EXPECT_THAT(testing::internal::GetCapturedStderr(), EndsWith("] [Class call:] (path: (null)) {}   2.2\n"));
+}
+
+struct FilledFormat
+{
+    const char* format;
+    std::string line;
+    const char* expected;
+};
+
+/// Captures the expression that fills the format as well.
+template <class... Arguments>
+FilledFormat filled(const char* expected, const char* format, const Arguments&... arguments)
+{
+    return {format, HSVNDebug::lineWithFormat(format, arguments...), expected};
+}
+
+TEST(DebugLine, FillsPlaceholdersInThePlatformsConvention)
+{
+    const auto path = HSVNPath::pathWithString("/w");
+    const auto reason = std::make_shared<const HSVNAssertionException>("no");
+    const FilledFormat rows[] = {
+        filled("-7% {} %q %", "%ld%% {} %q %", -7),
+        filled("{}%@ (null)", "%@ %@", "{}%@"),
+        filled("ff FF 0xff 377 0377", "%x %X %#x %o %#o", 255, 255, 255, 255, 255),
+        filled("ffffffff ffffffffffffffff 4294967295", "%x %llx %u", -1, std::int64_t{-1}, -1),
+        filled("   42|42   |00042|+42| 42", "%5d|%-5d|%05d|%+d|% d", 42, 42, 42, 42, 42),
+        filled("-9223372036854775808 18446744073709551615", "%lld %qu", INT64_MIN, UINT64_MAX),
+        filled("18446744073709551615 1 -1 2", "%d %i %D %U", UINT64_MAX, true, HSVNInvalidRevision,
+               HSVNDepthImmediates),
+        filled("1.500000 1.5 2 1.50e+00 0.25", "%f %.1f %.0f %.2e %g", 1.5, 1.5, 2.0, 1.5, 0.25),
+        filled("3.0 1.5 inf", "%.1f %@ %f", 3, 1.5F, std::numeric_limits<double>::infinity()),
+        filled("A \xE2\x82\xAC \xF0\x9F\x98\x80 \xEF\xBF\xBD", "%c %C %C %C", 'A', 0x20AC, 0x1F600, 0xD800),
+        filled("  ab|ab  |a|\xC3\xA4 |\xC3\xA4", "%4s|%-4@|%.1s|%-2s|%.1@", "ab", "ab", "ab", "\xC3\xA4",
+               "\xC3\xA4\xC3\xB6"),
+        filled("second first first", "%2$@ %1$s %@", "first", "second"),
+        filled("   5|5   |7|0.50", "%*d|%*d|%*d|%.*f", 4, 5, -4, 5, "x", 7, 2, 0.5),
+        filled("1.14.5 1.6 rc1", "%@ %s", HSVNVersion{1, 14, 5}, HSVNVersion{1, 6, 0, "rc1"}),
+        filled("1970-01-01 00:00:05 +0000 (null)", "%@ %@", HSVNDate{5'000'000}, std::optional<HSVNDate>{}),
+        filled("no no (null) /w (null)", "%@ %@ %@ %@ %@", *reason, reason, nullptr, path, HSVNPathRef{}),
+        filled("(a, b) () (1, (null))", "%@ %@ %@", std::vector<std::string>{"a", "b"}, std::vector<HSVNPathRef>{},
+               std::pair{1, HSVNPathRef{}}),
+        // Conversions that do not suit their arguments
+        filled("text text text 1.5 5 [0x5] 0x0", "%d %x %f %d %s [%p] %p", "text", "text", "text", 1.5, 5, 5,
+               static_cast<const void*>(nullptr)),
+        filled("|next (null)", "%n|%s %n%s", 1, "next"),
+        filled("%9$y %-+ #08.3ll % %.", "%9$y %-+ #08.3ll % %."),
+        filled("%99999999999999999999$@ (null)", "%99999999999999999999$@ %8$s", "one"),
+    };
+    for (const auto& row : rows) {
+        EXPECT_EQ(row.line, row.expected) << row.format;
+    }
+    EXPECT_EQ(HSVNDebug::lineWithFormat("%999999999d", 1).size(), 1000U);
+    EXPECT_LE(HSVNDebug::lineWithFormat("%.999999999f", 0.5).size(), 1002U);
+}
+
+/// What each operation's line begins with, and the operation, which need not succeed.
+std::vector<std::pair<const char*, std::function<void()>>> loggedOperations()
+{
+    const auto client = std::make_shared<HSVNClient>();
+    const auto path = HSVNPath::pathWithString("/nowhere/a");
+    const std::vector<HSVNPathRef> paths{path, HSVNPath::pathWithString("/nowhere/b")};
+    const std::vector<std::string> targets{"/nowhere/a", "/nowhere/b"};
+    const auto head = HSVNRevision::HEAD();
+    const std::pair<std::string, HSVNRevisionRef> pegged{"/nowhere/a", head};
+    return {
+        {"[HSVNNode revertNodes:withOptions:withContext:] (nodePaths: (/nowhere/a, /nowhere/b), options: { <HSVNRevert",
+         [=] { HSVNNode::revertNodes(paths, HSVNRevertOptions::defaults(), client); }},
+        {"[HSVNDirectory formatVersionForWorkingCopyAtPath:] (path: /nowhere/a)",
+         [=] { HSVNDirectory::formatVersionForWorkingCopyAtPath(path); }},
+        {"[HSVNDirectory statusForNodesInDirectoryAtPath:withOptions:directory:abnormalItemCount:withContext:] (path: "
+         "/nowhere/a, options: { <HSVNStatusOptions",
+         [=] { HSVNDirectory::statusForNodesInDirectoryAtPath(path, HSVNStatusOptions::defaults(), client); }},
+        {"[HSVNItemStatus scanItemStatus:revision:withOptions:receiver:withContext:] (target: /nowhere/a, revision: "
+         "HEAD, context: <HSVNClient: 0x",
+         [=] { HSVNScanItemStatus(targets[0], head, {}, {}, client); }},
+        {"readLog:pegRevision:withOptions:receiver:withContext:] (targets: (/nowhere/a, /nowhere/b), pegRevision: "
+         "HEAD, "
+         "ranges: ((HEAD, BASE)), ",
+         [=] {
+             HSVNLogReadingOptions options;
+             options.ranges = {{head, HSVNRevision::BASE()}};
+             HSVNReadLog(targets, head, options, {}, client);
+         }},
+        {"updateItems:toRevision:withOptions:withContext:] (targets: (/nowhere/a, /nowhere/b), revision: HEAD, ",
+         [=] { HSVNUpdateItems(targets, head, {}, client); }},
+        {"revertItems:withOptions:withContext:] (targets: (/nowhere/a, ",
+         [=] { HSVNRevertItems(targets, {}, client); }},
+        {"lockItems:comment:steal:withContext:] (targets: (/nowhere/a, ",
+         [=] { HSVNLockItems(targets, {}, false, client); }},
+        {"unlockItems:breakLock:withContext:] (targets: (/nowhere/a, ",
+         [=] { HSVNUnlockItems(targets, false, client); }},
+        {"changeProperty:value:targets:withOptions:withContext:] (name: colour, targets: (/nowhere/a, ",
+         [=] { HSVNChangeProperty("colour", "red", targets, {}, client); }},
+        {"changeChangelist:targets:depth:changelists:withContext:] (changelist: list, targets: (/nowhere/a, ",
+         [=] { HSVNChangeChangelist("list", targets, HSVNDepthEmpty, {}, client); }},
+        {"commitItems:withOptions:wishes:withContext:] (targets: (/nowhere/a, ",
+         [=] { HSVNCommitItems(targets, {}, {}, client); }},
+        {"deleteItems:withOptions:wishes:withContext:] (targets: (/nowhere/a, ",
+         [=] { HSVNDeleteItems(targets, {}, {}, client); }},
+        {"makeFolders:makeParents:wishes:withContext:] (targets: (/nowhere/a, ",
+         [=] { HSVNMakeFolders(targets, false, {}, client); }},
+        {"copyItems:destination:withOptions:wishes:withContext:] (sources: ((/nowhere/a, HEAD@UNSPECIFIED)), "
+         "destination: /nowhere/b, ",
+         [=] {
+             HSVNCopyItems({{targets[0], HSVNRevisionSpec::HEAD()}}, targets[1], {}, {}, client);
+         }},
+        {"moveItems:destination:withOptions:wishes:withContext:] (sources: (/nowhere/a, /nowhere/b), destination: ",
+         [=] { HSVNMoveItems(targets, "/nowhere/c", {}, {}, client); }},
+        {"mergeTrees:target:withOptions:withContext:] (first: (/nowhere/a, HEAD), second: (/nowhere/a, HEAD), target: ",
+         [=] { HSVNMergeTrees(pegged, pegged, targets[1], {}, client); }},
+        {"canonicalTargets:withContext:] (arguments: (/nowhere/a, ",
+         [=] { HSVNTargets::canonicalTargets(targets, client); }},
+    };
+}
+
+[[noreturn]] void logOperations()
+{
+    setenv("SkerryLogLevel", "verbose", 1);
+    for (const auto& [line, operation] : loggedOperations()) {
+        try {
+            operation();
+        } catch (const HSVNPlatformException&) {
+            // There is nothing to work on.
+        }
+    }
+    std::_Exit(0);
+}
+
+TEST(DebugLine, NamesWhatAnOperationWorksOn)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    std::vector<testing::Matcher<const std::string&>> lines;
+    for (const auto& [line, operation] : loggedOperations()) {
+        lines.emplace_back(HasSubstr(line));
+    }
+    EXPECT_EXIT(logOperations(), testing::ExitedWithCode(0), testing::AllOfArray(lines));
 }
 
 TEST(DebugSubstring, ShortensByCharacters)
