@@ -308,12 +308,14 @@ HSVNRevisionAtDate::HSVNRevisionAtDate(HSVNCoder* decoder)
 
 std::string HSVNRevisionAtDate::description() const { return _date.ISO8601StringValue(); }
 
-svn_opt_revision_t HSVNRevisionAtDate::SVNRevision() const
+svn_opt_revision_t HSVNRevisionAtDate::recordAtTime(std::int64_t time)
 {
     auto revision = makeSVNRevision(svn_opt_revision_date);
-    revision.value.date = _date.APRTime();
+    revision.value.date = time;
     return revision;
 }
+
+svn_opt_revision_t HSVNRevisionAtDate::SVNRevision() const { return recordAtTime(_date.APRTime()); }
 
 HSVNRevisionRef HSVNRevisionAtDate::copy() const { return std::make_shared<HSVNRevisionAtDate>(_date); }
 
@@ -330,6 +332,13 @@ bool HSVNRevisionAtDate::isEqualToRevision(const HSVNRevision& other) const
     const auto* dated = dynamic_cast<const HSVNRevisionAtDate*>(&other);
     return dated && dated->_date == _date;
 }
+
+svn_opt_revision_t HSVNRevisionAtExactDate::SVNRevision() const
+{
+    return recordAtTime(date()->microsecondsSince1970());
+}
+
+HSVNRevisionRef HSVNRevisionAtExactDate::copy() const { return std::make_shared<HSVNRevisionAtExactDate>(*date()); }
 
 HSVNMineRevision::HSVNMineRevision(HSVNCoder* decoder) : HSVNRevision{decoder} {}
 

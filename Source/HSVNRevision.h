@@ -201,9 +201,23 @@ class HSVN_EXPORT HSVNRevisionAtDate : public HSVNRevision
 
   protected:
     bool isEqualToRevision(const HSVNRevision& other) const override;
+    /// The revision's record with a time in microseconds since 1970.
+    static svn_opt_revision_t recordAtTime(std::int64_t time);
 
   private:
     HSVNDate _date;
+};
+
+/// The newest revision at a moment, to the microsecond, as the dates of log entries are: of two revisions in one second
+/// the first is found too. Equal to the revision at the same date, and archived as one.
+class HSVN_EXPORT HSVNRevisionAtExactDate : public HSVNRevisionAtDate
+{
+  public:
+    using HSVNRevisionAtDate::HSVNRevisionAtDate;
+
+    /// The record holds microseconds.
+    svn_opt_revision_t SVNRevision() const override;
+    HSVNRevisionRef copy() const override;
 };
 
 /// The user's side of a conflict; has no Subversion record, so callers map it before any call.

@@ -14,6 +14,15 @@ std::vector<std::string> textsOf(const apr_array_header_t* array)
     return texts;
 }
 
+/// A date to the microsecond, so that the date of a revision finds that revision.
+HSVNRevisionRef exactRevision(const svn_opt_revision_t& revision)
+{
+    if (revision.kind == svn_opt_revision_date) {
+        return std::make_shared<HSVNRevisionAtExactDate>(HSVNDate{revision.value.date});
+    }
+    return HSVNRevision::revisionFromSVNRevision(&revision);
+}
+
 } // namespace
 
 HSVNTargets::List HSVNTargets::canonicalTargets(const std::vector<std::string>& arguments,
@@ -43,7 +52,7 @@ HSVNTargets::Pegged HSVNTargets::parse(const std::string& target, const HSVNCont
     const char* path = nullptr;
     operation.check(operation.extension(&HSVNBundleExtensions::opt_parse_path)(
         &pegRevision, &path, operation.cString(target), operation.pool()));
-    return {path, HSVNRevision::revisionFromSVNRevision(&pegRevision)};
+    return {path, exactRevision(pegRevision)};
 }
 
 std::optional<std::pair<HSVNRevisionRef, HSVNRevisionRef>> HSVNTargets::parseRevisions(const std::string& text,
@@ -58,7 +67,7 @@ std::optional<std::pair<HSVNRevisionRef, HSVNRevisionRef>> HSVNTargets::parseRev
     if (function(&start, &end, operation.cString(text), operation.pool()) != 0) {
         return std::nullopt;
     }
-    return std::pair{HSVNRevision::revisionFromSVNRevision(&start), HSVNRevision::revisionFromSVNRevision(&end)};
+    return std::pair{exactRevision(start), exactRevision(end)};
 }
 
 std::optional<std::string> HSVNTargets::URLOfTarget(const std::string& target, const HSVNContextRef& context)
