@@ -115,8 +115,7 @@ class BlameRun
             if (exception.status() != ClientIsBinaryFile) {
                 throw;
             }
-            Output::writeError(
-                fmt::format("Skipping binary file (use --force to treat as text): '{}'\n", localStyle(path)));
+            Output::writeError(fmt::format("Skipping binary file (use --force to treat as text): '{}'\n", target));
             return;
         }
         if (_session.options.xml) {

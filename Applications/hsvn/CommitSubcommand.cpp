@@ -3,7 +3,6 @@
 #include "NativeText.h"
 #include "Subcommands.h"
 #include "Targets.h"
-#include "Words.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -19,14 +18,6 @@ std::string folderOf(const std::vector<std::string>& targets)
     std::transform(targets.begin(), targets.end(), std::back_inserter(absolute), absolutePath);
     const std::string common = commonFolder(absolute);
     return std::filesystem::is_directory(NativeText::fromUTF8(common)) ? common : parentFolder(common);
-}
-
-/// What the option or the configuration says.
-bool asksToKeepLocks(const Options& options, const HSVNClientRef& client)
-{
-    const auto configured =
-        client->optionForName("no-unlock", HSVNConfigCategoryConfig, HSVNConfigSectionMiscellany, std::nullopt);
-    return options.noUnlock || (configured && isTrueWord(*configured));
 }
 
 std::vector<std::string> localCommitTargets(Session& session)
@@ -45,7 +36,7 @@ void runCommit(Session& session)
 {
     Options& options = session.options;
     const auto targets = localCommitTargets(session);
-    options.noUnlock = asksToKeepLocks(options, session.client());
+    options.noUnlock = options.noUnlock || session.isConfigured("no-unlock");
     CommitRun commit{session, true, NotifiedOperation::Other, folderOf(targets)};
     commit.printer().warnOfCopiesBelow(options.depthOr(HSVNDepthInfinity));
     HSVNItemCommitOptions wishes;

@@ -67,6 +67,15 @@ bool leaves(HSVNConflictedItem& item, Kind kind, Choice choice)
                        [choice](const HSVNConflictOption& option) { return option.choice == choice; });
 }
 
+bool isBinary(HSVNConflictedItem& item) { return item.mimeType() && isBinaryMIMEType(*item.mimeType()); }
+
+/// A binary file has no merged text: what is there is mine.
+Choice choiceFor(HSVNConflictedItem& item, Accept accept)
+{
+    const bool isWhole = accept == Accept::Working && item.hasTextConflict() && isBinary(item);
+    return isWhole ? Choice::WorkingText : choiceOf(accept);
+}
+
 /// Mine of a tree conflict is the item where I moved it, or what I moved away from below it.
 Choice choiceForTree(HSVNConflictedItem& item, Accept accept)
 {
@@ -85,7 +94,7 @@ Choice choiceForTree(HSVNConflictedItem& item, Accept accept)
 
 void settle(HSVNConflictedItem& item, Accept accept)
 {
-    const Choice choice = choiceOf(accept);
+    const Choice choice = choiceFor(item, accept);
     if (item.hasTextConflict()) {
         item.resolve(Kind::Text, choice);
     }
@@ -199,7 +208,7 @@ ConflictResolution::Next ConflictResolution::edit(const std::string& path)
 
 ConflictResolution::Next ConflictResolution::launch(HSVNConflictedItem& item, const std::string& path)
 {
-    if (!item.hasTextConflict() || (item.mimeType() && isBinaryMIMEType(*item.mimeType()))) {
+    if (!item.hasTextConflict() || isBinary(item)) {
         return Next::Ask;
     }
     if (_hasFailedProgram) {

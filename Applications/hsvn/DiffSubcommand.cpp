@@ -178,7 +178,7 @@ class DiffRun
         wishes.omitAdded = options.noDiffAdded;
         wishes.omitDeleted = options.noDiffDeleted;
         wishes.copiesAsAdds = options.showCopiesAsAdds || options.patchCompatible;
-        wishes.ignoreContentType = options.force;
+        wishes.ignoreContentType = options.force || _session.isConfigured("diff-ignore-content-type");
         wishes.ignoreProperties = options.ignoreProperties || options.patchCompatible;
         wishes.propertiesOnly = options.propertiesOnly;
         wishes.gitFormat = options.gitFormat;

@@ -127,7 +127,13 @@ const std::string& programName() { return storedProgramName(); }
 
 void printError(const HSVNException& exception) { printError(exception, programName() + ": "); }
 
-void printError(const HSVNException& exception, const std::string& prefix) { printChain(exception, prefix + "E"); }
+void printError(const HSVNException& exception, const std::string& prefix)
+{
+    // Whoever read the output has seen enough, as `head` or a pager that was left.
+    if (!hasCause(exception, PipeWrite)) {
+        printChain(exception, prefix + "E");
+    }
+}
 
 void printWarnings(const HSVNException& exception) { printChain(exception, programName() + ": warning: W"); }
 

@@ -101,9 +101,10 @@ std::string recordingHeader(const HSVNNotification& notification)
 
 std::string externalRemoval(const HSVNNotification& notification)
 {
-    const auto& error = notification.error();
-    const auto line = fmt::format("Removed external '{}'", shownPath(notification));
-    return error ? fmt::format("{}: {}\n", line, error->reason()) : line + "\n";
+    const auto error = std::dynamic_pointer_cast<const HSVNException>(notification.error());
+    // That local changes were left is a notification of its own.
+    const bool tellsReason = error && error->status() != LeftLocalModifications;
+    return fmt::format("Removed external '{}'{}\n", shownPath(notification), tellsReason ? ": " + error->reason() : "");
 }
 
 constexpr std::int32_t number(Newer action) { return static_cast<std::int32_t>(action); }
@@ -288,13 +289,13 @@ std::string NotificationPrinter::textOfChange(const HSVNNotification& notificati
     case HSVNNotifyActionUpdateCompleted:
         return completion(notification);
     case HSVNNotifyActionUpdateExternal:
-        _isInExternal = true;
+        ++_externalsUnderWay;
         return fmt::format("\nFetching external item into '{}':\n", shownPath(notification));
     case number(Newer::UpdateExternalRemoved):
         _hasChange = true;
         return externalRemoval(notification);
     case number(Newer::UpdateStarted):
-        return _leavesOutFrame || _isInExternal || _operation != NotifiedOperation::Other
+        return _leavesOutFrame || _externalsUnderWay > 0 || _operation != NotifiedOperation::Other
                    ? ""
                    : fmt::format("Updating '{}':\n", shownPath(notification));
     case HSVNNotifyActionMergeBegin:
@@ -434,9 +435,18 @@ std::string NotificationPrinter::update(const HSVNNotification& notification)
 
 std::string NotificationPrinter::completion(const HSVNNotification& notification)
 {
-    const bool endsExternal = std::exchange(_isInExternal, false);
-    const std::string line = _leavesOutFrame ? "" : completionLine(notification.revision(), endsExternal);
-    return endsExternal ? line + "\n" : line;
+    const bool isExternal = _externalsUnderWay > 0;
+    const std::string line = _leavesOutFrame ? "" : completionLine(notification.revision(), isExternal);
+    return line + endOfExternal();
+}
+
+std::string NotificationPrinter::endOfExternal()
+{
+    if (_externalsUnderWay == 0) {
+        return "";
+    }
+    --_externalsUnderWay;
+    return "\n";
 }
 
 std::string NotificationPrinter::completionLine(HSVNRevisionNumber revision, bool isExternal)

@@ -53,6 +53,7 @@ class NotificationPrinter
     std::string existing(const HSVNNotification& notification);
     std::string update(const HSVNNotification& notification);
     std::string completion(const HSVNNotification& notification);
+    std::string endOfExternal();
     std::string completionLine(HSVNRevisionNumber revision, bool isExternal);
     std::string sending(const std::string& verb, const HSVNNotification& notification) const;
     void countConflicts(const HSVNNotification& notification);
@@ -63,8 +64,8 @@ class NotificationPrinter
     NotifiedOperation _operation;
     HSVNDepth _commitDepth = HSVNDepthInfinity;
     bool _leavesOutFrame = false;
-    bool _hasChange = false; // since the last line about a revision
-    bool _isInExternal = false;
+    bool _hasChange = false;    // since the last line about a revision
+    int _externalsUnderWay = 0; // those of externals are within these
     bool _isSendingText = false;
     bool _cannotWrite = false;
     bool _hasFailedExternal = false;

@@ -12,7 +12,10 @@
 
 namespace {
 
-[[noreturn]] void failToWrite(int code) { fail(code, "Write error: " + std::generic_category().message(code)); }
+[[noreturn]] void failToWrite(int code)
+{
+    fail(code == EPIPE ? PipeWrite : code, "Write error: " + std::generic_category().message(code));
+}
 
 bool isTransientShown = false; // NOLINT: standard output is one for the process as well
 

@@ -25,6 +25,7 @@ void runRelocate(Session& session)
         from = targets.front();
         targets.erase(targets.begin());
         targets.resize(std::max<std::size_t>(targets.size(), 2));
+        requireLocal({targets.begin() + 1, targets.end()});
     }
     for (std::size_t index = 1; index < targets.size(); ++index) {
         HSVNRelocateFolder(targets[index], from, targets.front(), session.options.ignoreExternals, session.client());

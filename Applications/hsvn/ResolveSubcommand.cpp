@@ -24,7 +24,7 @@ class ResolveRun
     {
         const Options& options = _session.options;
         const auto targets = localTargets(targetsOrCurrentFolder(_session));
-        if (options.accept == Accept::Postpone) {
+        if (options.accept == Accept::Postpone || options.accept == Accept::Edit || options.accept == Accept::Launch) {
             fail(ArgumentParsing, "invalid 'accept' ARG");
         }
         const bool asks = options.accept == Accept::Unspecified && !options.client.nonInteractive;

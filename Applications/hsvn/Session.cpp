@@ -8,6 +8,7 @@
 #include "Output.h"
 #include "Progress.h"
 #include "TextFiles.h"
+#include "Words.h"
 
 #include <fmt/format.h>
 
@@ -51,6 +52,13 @@ HSVNContextRef Session::context()
         _context = std::make_shared<HSVNContext>();
     }
     return _context;
+}
+
+bool Session::isConfigured(const std::string& option)
+{
+    const auto value =
+        client()->optionForName(option, HSVNConfigCategoryConfig, HSVNConfigSectionMiscellany, std::nullopt);
+    return value && isTrueWord(*value);
 }
 
 const HSVNClientRef& Session::client()

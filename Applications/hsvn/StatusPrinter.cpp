@@ -121,7 +121,7 @@ std::string StatusPrinter::detailedColumns(const HSVNItemStatus& status) const
 std::string StatusPrinter::moveLines(const HSVNItemStatus& status) const
 {
     if (status.movedFrom && status.movedFrom == status.movedTo) {
-        return fmt::format("\n        > swapped with {}", shown(*status.movedFrom));
+        return fmt::format("\n        > swapped places with {}", shown(*status.movedFrom));
     }
     const std::string to = status.movedTo ? fmt::format("\n        > moved to {}", shown(*status.movedTo)) : "";
     return status.movedFrom ? to + fmt::format("\n        > moved from {}", shown(*status.movedFrom)) : to;
@@ -146,13 +146,15 @@ std::string StatusPrinter::treeConflictLine(const HSVNItemStatus& status)
 
 void StatusPrinter::countConflicts(const HSVNItemStatus& status)
 {
-    const auto count = [this](ConflictKind kind, bool holds) {
-        _conflicts.at(static_cast<std::size_t>(kind)).remaining += holds ? 1 : 0;
-    };
-    count(ConflictKind::Tree, status.treeConflicted);
-    const bool isInConflict = status.conflicted && !status.treeConflicted;
-    count(ConflictKind::Text, isInConflict && status.textStatus == HSVNStatusKindConflicted);
-    count(ConflictKind::Property, isInConflict && status.propertyStatus == HSVNStatusKindConflicted);
+    const auto count = [this](ConflictKind kind) { ++_conflicts.at(static_cast<std::size_t>(kind)).remaining; };
+    // Each item counts once, as the first of these.
+    if (status.treeConflicted) {
+        count(ConflictKind::Tree);
+    } else if (status.conflicted && status.textStatus == HSVNStatusKindConflicted) {
+        count(ConflictKind::Text);
+    } else if (status.conflicted && status.propertyStatus == HSVNStatusKindConflicted) {
+        count(ConflictKind::Property);
+    }
 }
 
 void StatusPrinter::printLine(const HSVNItemStatus& status)

@@ -117,8 +117,12 @@ class StatusRun
         {
             return false;
         }
-        const bool isUnchangedFile = status.fileExternal && status.nodeStatus == HSVNStatusKindNormal &&
-                                     status.propertyStatus != HSVNStatusKindModified;
+        const auto isNormal = [](HSVNStatusKind kind) {
+            return kind == HSVNStatusKindNormal || kind == HSVNStatusKindNone;
+        };
+        const bool isUnchangedFile = status.fileExternal && isNormal(status.nodeStatus) &&
+                                     isNormal(status.propertyStatus) && !status.changelist && !status.lock &&
+                                     !status.locked;
         return status.nodeStatus == HSVNStatusKindExternal || isUnchangedFile;
     }
 
@@ -138,7 +142,8 @@ class StatusRun
     {
         const bool isNothing =
             status.nodeStatus == HSVNStatusKindNone && status.repositoryNodeStatus == HSVNStatusKindNone;
-        const bool isUnwanted = _session.options.quiet && !status.versioned && !status.conflicted;
+        const bool isUnwanted = _session.options.quiet && !status.versioned && !status.conflicted &&
+                                status.nodeStatus != HSVNStatusKindExternal;
         if (isNothing || (isUnwanted && !_session.options.xml)) {
             return;
         }

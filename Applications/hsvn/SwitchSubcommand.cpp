@@ -51,6 +51,7 @@ void runSwitch(Session& session)
     if (!isURL(url)) {
         fail(BadURL, fmt::format("'{}' does not appear to be a URL", url));
     }
+    requireLocal({path});
     NotificationPrinter printer{options.quiet};
     printNotifications(session, printer);
     const auto revision = options.usedRevision                        ? options.startRevision()

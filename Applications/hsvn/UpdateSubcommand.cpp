@@ -30,12 +30,15 @@ void printSummary(const std::vector<std::string>& targets, const std::vector<HSV
     if (targets.size() < 2) {
         return;
     }
-    Output::write("Summary of updates:\n");
+    std::string lines;
     for (std::size_t index = 0; index < revisions.size(); ++index) {
         if (revisions[index] != HSVNInvalidRevision) {
-            Output::write(fmt::format("  Updated '{}' to r{}.\n", relativeToCurrentFolder(absolutePath(targets[index])),
-                                      revisions[index]));
+            lines += fmt::format("  Updated '{}' to r{}.\n", relativeToCurrentFolder(absolutePath(targets[index])),
+                                 revisions[index]);
         }
+    }
+    if (!lines.empty()) {
+        Output::write("Summary of updates:\n" + lines);
     }
 }
 
