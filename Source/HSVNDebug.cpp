@@ -1,6 +1,7 @@
 #include "HSVNDebug.h"
 
 #include "HSVNCharactersPrivate.h"
+#include "HSVNHiddenPasswordsPrivate.h"
 
 #include <array>
 #include <cerrno>
@@ -46,7 +47,7 @@ std::int32_t HSVNDebug::level()
 
 void HSVNDebug::write(std::string_view format, std::initializer_list<HSVNDebugArgument> arguments)
 {
-    systemLog().info("{}", filled(format, arguments));
+    systemLog().info("{}", HSVNWithHiddenPasswords(filled(format, arguments)));
 }
 
 std::optional<std::string> HSVNDebugSubstring(const std::optional<std::string>& text, std::size_t maxLength)
