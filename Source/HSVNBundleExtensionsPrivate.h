@@ -2,6 +2,7 @@
 
 #include "HSVNSubversionPrivate.h"
 
+#include <cstddef>
 #include <cstdint>
 
 // Records that lines before 1.7 do not have.
@@ -67,6 +68,18 @@ struct HSVNBundleExtensions
         svn_boolean_t trustExpired;
         svn_boolean_t trustNotYetValid;
         svn_boolean_t trustOther;
+    };
+
+    /// What a client asks beyond the prompts of the 91 places; each prompt as Subversion's own of that kind.
+    struct Prompts
+    {
+        svn_auth_ssl_client_cert_prompt_func_t certificateFile;
+        svn_auth_ssl_client_cert_pw_prompt_func_t certificatePassphrase;
+        svn_auth_username_prompt_func_t username;
+        /// Whether a password, or else the passphrase of a certificate, may be stored unencrypted.
+        svn_error_t* (*plaintext)(svn_boolean_t* mayStore, svn_boolean_t isPassphrase, const char* realm, void* baton,
+                                  apr_pool_t* pool);
+        void* baton; ///< of all of them
     };
 
     /// How an update, a check-out or a switch goes about; what a function has no use for is left false.
@@ -428,6 +441,15 @@ struct HSVNBundleExtensions
                                  const svn_opt_revision_t* end, const apr_array_header_t* arguments,
                                  svn_boolean_t ignoreContentType, svn_boolean_t mergedRevisions, BlameReceiver receiver,
                                  void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// The code by which the older lines tell what an error means, whichever of its levels says it; 0 when the codes of
+    /// its levels are those codes already or have no other
+    apr_status_t (*error_meaning)(const svn_error_t* error);
+    /// The stores of certificates' passphrases, and the prompts that the 91 places lack, behind the given providers;
+    /// the prompts live as long as the pool
+    void (*auth_add_providers)(apr_array_header_t* providers, const Prompts* prompts, apr_pool_t* pool);
+    /// What the configuration and the prompts allow to be stored; the prompts live as long as the baton. Without
+    /// prompts those of before stay, and a baton that never had any is left alone
+    svn_error_t* (*auth_set_storing)(svn_auth_baton_t* baton, apr_hash_t* configuration, const Prompts* prompts);
 };
 
 extern "C" {
@@ -438,3 +460,15 @@ using HSVNBundleExtensionsFunction = const HSVNBundleExtensions* (*)();
 
 /// Name of that symbol.
 inline constexpr const char* HSVNBundleExtensionsSymbol = "HSVNBundleExtensionsTable";
+
+/// A place of a bundle's second table; null when the bundle does not offer it, or has no such table.
+template <class Function>
+Function HSVNExtensionOrNull(const HSVNBundleExtensions* table, Function HSVNBundleExtensions::*place)
+{
+    if (!table) {
+        return nullptr;
+    }
+    // How far the member reaches into the table, against what the bundle was compiled with.
+    const auto end = reinterpret_cast<const char*>(&(table->*place) + 1) - reinterpret_cast<const char*>(table);
+    return end > static_cast<std::ptrdiff_t>(table->size) ? nullptr : table->*place;
+}

@@ -22,6 +22,29 @@ void append(const HSVNBundleEntryPoints& table, apr_array_header_t* providers, s
 
 } // namespace
 
+const HSVNBundleExtensions::Prompts* HSVNClientInternals::addFurtherProviders(HSVNClient& client,
+                                                                              apr_array_header_t* providers)
+{
+    auto* prompts = static_cast<HSVNBundleExtensions::Prompts*>(
+        HSVNCurrentEntryPoints().apr_palloc(client.pool(), sizeof(HSVNBundleExtensions::Prompts)));
+    *prompts = {&promptForCertificateFile, &promptForCertificatePassphrase, &promptForUsername,
+                &promptForPlaintextStorage, &client};
+    const auto add = HSVNExtensionOrNull(client.bundle()->extensions(), &HSVNBundleExtensions::auth_add_providers);
+    if (add) {
+        add(providers, prompts, client.pool());
+    }
+    return prompts;
+}
+
+void HSVNClientInternals::obeyStoring(HSVNClient& client, const HSVNBundleExtensions::Prompts* prompts)
+{
+    const auto set = HSVNExtensionOrNull(client.bundle()->extensions(), &HSVNBundleExtensions::auth_set_storing);
+    svn_error_t* const error = set ? set(client.ctx()->auth_baton, client.ctx()->config, prompts) : nullptr;
+    if (error) {
+        HSVNException::exceptionWithError(error)->raise();
+    }
+}
+
 HSVNClientRef HSVNClient::clientWithDelegate(const HSVNClientDelegateRef& delegate)
 {
     return std::make_shared<HSVNClient>(delegate);
@@ -72,6 +95,7 @@ void HSVNClient::refreshConfiguration()
 {
     const HSVNBundleScope current{bundle()};
     setupConfiguration();
+    HSVNClientInternals::obeyStoring(*this, nullptr);
 }
 
 void HSVNClient::notify(const HSVNNotificationRef& notification)
@@ -120,7 +144,9 @@ void HSVNClient::setupAuthentication()
     table.auth_get_simple_prompt_provider(&provider, &HSVNClientInternals::promptForCredentials, this,
                                           CredentialsRetryLimit, pool());
     append(table, providers, provider);
+    const auto* prompts = HSVNClientInternals::addFurtherProviders(*this, providers);
     table.auth_open(&ctx()->auth_baton, providers, pool());
+    HSVNClientInternals::obeyStoring(*this, prompts);
 }
 
 void HSVNClient::setupLogCallback()

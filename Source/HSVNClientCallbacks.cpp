@@ -35,7 +35,7 @@ std::string textOrEmpty(const char* text) { return text ? text : ""; }
 /// Runs a prompt with the client's bundle current. An exception that escapes it is logged and becomes an error with
 /// the given message, which is what the operation's caller gets to see.
 template <class Body>
-svn_error_t* runPrompt(const HSVNClient& client, const char* failure, Body body) noexcept
+svn_error_t* runPrompt(HSVNClient& client, const char* failure, Body body) noexcept
 {
     const HSVNBundleScope current{client.bundle()};
     try {
@@ -43,7 +43,10 @@ svn_error_t* runPrompt(const HSVNClient& client, const char* failure, Body body)
     } catch (...) {
         HSVNDebug::logAtLevel(HSVNDebugLevelOff, "Exception in authentication prompt callback: %@",
                               HSVNCaughtException()->reason());
-        return HSVN_SUBVERSION_ERROR(HSVNExceptionGeneralStatus, failure);
+        svn_error_t* const error = HSVN_SUBVERSION_ERROR(HSVNExceptionGeneralStatus, failure);
+        // However many errors a connection puts around this one, the operation fails with it.
+        client.keepException(std::make_exception_ptr(HSVNException{error}));
+        return error;
     }
 }
 
@@ -102,6 +105,35 @@ svn_error_t* askForCertificateTrust(HSVNClient& client, svn_auth_cred_ssl_server
     return nullptr;
 }
 
+/// One of the delegate's questions for a text, whose answer may be stored.
+using TextQuestion = bool (HSVNClientDelegate::*)(HSVNContext& context, std::string& text,
+                                                  const std::optional<std::string>& realm, bool& mayStore);
+
+/// Asks it, and fills Subversion's record of that answer; leaves it null when there is no answer. An exception of the
+/// delegate is kept for the operation's caller.
+template <class Record>
+svn_error_t* askForText(Message message, TextQuestion question, const char* Record::*text, Record** answer, void* baton,
+                        const char* realm, svn_boolean_t maySave, apr_pool_t* pool) noexcept
+{
+    HSVNClient& client = clientOf(baton);
+    *answer = nullptr;
+    return HSVNGuardCallback(client, [&]() -> svn_error_t* {
+        const auto delegate = delegateFor(client, message);
+        std::string given;
+        bool mayStore = maySave != 0;
+        if (!delegate || !(*delegate.*question)(client, given, HSVNTextOrNil(realm), mayStore)) {
+            return nullptr;
+        }
+        const HSVNBundleEntryPoints& table = HSVNCurrentEntryPoints();
+        auto* record = static_cast<Record*>(table.apr_palloc(pool, sizeof(Record)));
+        *record = {};
+        record->*text = table.apr_pstrdup(pool, given.c_str());
+        record->may_save = mayStore;
+        *answer = record;
+        return nullptr;
+    });
+}
+
 svn_error_t* askForLogMessage(HSVNClient& client, const char** message, const apr_array_header_t* items,
                               apr_pool_t* pool)
 {
@@ -138,7 +170,7 @@ HSVNNotificationRef notificationOf(const HSVNClient& client, const svn_wc_notify
     auto notification = HSVNNotification::notificationWithAction(record.action);
     notification->setContentState(record.content_state);
     if (record.err) {
-        notification->setError(HSVNException::exceptionWithError(record.err, false));
+        notification->setError(HSVNExceptionOfError(client, record.err, false));
     }
     if (record.lock) {
         notification->setLock(std::make_shared<HSVNLock>(record.lock));
@@ -194,6 +226,42 @@ svn_error_t* HSVNClientInternals::promptForCertificateTrust(svn_auth_cred_ssl_se
     *answer = nullptr;
     return runPrompt(client, "SSL server prompt delegate raised an exception", [&] {
         return askForCertificateTrust(client, answer, realm, failures, *information, maySave, pool);
+    });
+}
+
+svn_error_t* HSVNClientInternals::promptForUsername(svn_auth_cred_username_t** answer, void* baton, const char* realm,
+                                                    svn_boolean_t maySave, apr_pool_t* pool) noexcept
+{
+    return askForText(Message::promptForUsername, &HSVNClientDelegate::promptForUsername,
+                      &svn_auth_cred_username_t::username, answer, baton, realm, maySave, pool);
+}
+
+svn_error_t* HSVNClientInternals::promptForCertificateFile(svn_auth_cred_ssl_client_cert_t** answer, void* baton,
+                                                           const char* realm, svn_boolean_t maySave,
+                                                           apr_pool_t* pool) noexcept
+{
+    return askForText(Message::promptForCertificateFile, &HSVNClientDelegate::promptForCertificateFile,
+                      &svn_auth_cred_ssl_client_cert_t::cert_file, answer, baton, realm, maySave, pool);
+}
+
+svn_error_t* HSVNClientInternals::promptForCertificatePassphrase(svn_auth_cred_ssl_client_cert_pw_t** answer,
+                                                                 void* baton, const char* realm, svn_boolean_t maySave,
+                                                                 apr_pool_t* pool) noexcept
+{
+    return askForText(Message::promptForCertificatePassphrase, &HSVNClientDelegate::promptForCertificatePassphrase,
+                      &svn_auth_cred_ssl_client_cert_pw_t::password, answer, baton, realm, maySave, pool);
+}
+
+svn_error_t* HSVNClientInternals::promptForPlaintextStorage(svn_boolean_t* mayStore, svn_boolean_t isPassphrase,
+                                                            const char* realm, void* baton, apr_pool_t*) noexcept
+{
+    HSVNClient& client = clientOf(baton);
+    *mayStore = false;
+    return HSVNGuardCallback(client, [&]() -> svn_error_t* {
+        const auto secret = isPassphrase ? HSVNStoredSecret::certificatePassphrase : HSVNStoredSecret::password;
+        const auto delegate = delegateFor(client, Message::promptForPlaintextStorage);
+        *mayStore = delegate && delegate->promptForPlaintextStorage(client, secret, HSVNTextOrNil(realm));
+        return nullptr;
     });
 }
 

@@ -35,3 +35,24 @@ bool HSVNClientDelegate::promptForLogMessage(HSVNContext&, std::string&, const s
 void HSVNClientDelegate::notify(HSVNContext&, const HSVNNotificationRef&) { failUnanswered("context:notify:"); }
 
 bool HSVNClientDelegate::queryContinue(HSVNContext&) { failUnanswered("context:queryContinue:"); }
+
+bool HSVNClientDelegate::promptForUsername(HSVNContext&, std::string&, const std::optional<std::string>&, bool&)
+{
+    failUnanswered("context:promptForUsername:fromRealm:mayStore:");
+}
+
+bool HSVNClientDelegate::promptForCertificateFile(HSVNContext&, std::string&, const std::optional<std::string>&, bool&)
+{
+    failUnanswered("context:promptForCertificateFile:fromRealm:mayStore:");
+}
+
+bool HSVNClientDelegate::promptForCertificatePassphrase(HSVNContext&, std::string&, const std::optional<std::string>&,
+                                                        bool&)
+{
+    failUnanswered("context:promptForCertificatePassphrase:fromRealm:mayStore:");
+}
+
+bool HSVNClientDelegate::promptForPlaintextStorage(HSVNContext&, HSVNStoredSecret, const std::optional<std::string>&)
+{
+    failUnanswered("context:promptForPlaintextStorage:fromRealm:");
+}

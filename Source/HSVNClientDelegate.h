@@ -20,7 +20,18 @@ enum class HSVNClientDelegateMessage : std::uint8_t
     promptForAuthenticationErrors,
     promptForLogMessage,
     notify,
-    queryContinue
+    queryContinue,
+    promptForUsername,
+    promptForCertificateFile,
+    promptForCertificatePassphrase,
+    promptForPlaintextStorage
+};
+
+/// What Subversion would store unencrypted, in a file that only the user may read.
+enum class HSVNStoredSecret : std::uint8_t
+{
+    password,
+    certificatePassphrase
 };
 
 /// What an application answers while an operation runs.
@@ -44,7 +55,12 @@ class HSVN_EXPORT HSVNClientDelegate
     ///
     /// @param credentials  to be filled in; the user name is set already when Subversion proposes one
     /// @param realm        the server's name for what it protects; nil when Subversion gives none
-    /// @param mayStore     in: whether Subversion is allowed to store the answer; out: whether it shall
+    /// @param mayStore     in: whether the user's settings (`store-auth-creds`) allow Subversion to store the answer;
+    /// out:
+    ///                     whether it shall. The user name is stored then; the password goes into the first of the
+    ///                     user's key rings (`password-stores`) that takes it, and unencrypted into a file only when
+    ///                     none does and `promptForPlaintextStorage`, or the user's `store-plaintext-passwords`, says
+    ///                     so. With `store-passwords = no` no password is stored.
     /// @return false to cancel: the operation fails with `HSVNOperationCancelledException`
     ///
     /// When it throws, the operation fails with "Credentials delegate raised an exception", status 20014.
@@ -86,6 +102,50 @@ class HSVN_EXPORT HSVNClientDelegate
     /// A `HSVNPlatformException` thrown here is ignored and the operation goes on; any other exception stops it and
     /// reaches its caller.
     virtual bool queryContinue(HSVNContext& context);
+
+    // What follows is sent by bundles that offer Subversion's further prompts. An exception that one of them throws
+    // stops the operation and reaches its caller.
+
+    /// Asks for a user name alone, where a server knows its users without passwords and Subversion finds no name.
+    /// Without an answer there is none.
+    ///
+    /// @param username  to be filled in, UTF-8, empty at first
+    /// @param realm     the server's name for what it protects; nil when Subversion gives none
+    /// @param mayStore  in: whether Subversion is allowed to store the name; out: whether it shall
+    /// @return false to give none
+    virtual bool promptForUsername(HSVNContext& context, std::string& username, const std::optional<std::string>& realm,
+                                   bool& mayStore);
+
+    /// Asks for the file of the user's own certificate (PKCS #12), where a server wants to see one and the user's
+    /// `servers` names none. Without an answer none is shown.
+    ///
+    /// @param file      to be filled in with an absolute path, UTF-8, empty at first
+    /// @param realm     the server; nil when Subversion gives none
+    /// @param mayStore  in: whether Subversion is allowed to store the path; out: whether it shall
+    /// @return false to show none
+    virtual bool promptForCertificateFile(HSVNContext& context, std::string& file,
+                                          const std::optional<std::string>& realm, bool& mayStore);
+
+    /// Asks for the passphrase of the user's own certificate, where the user's `servers` and key rings have none.
+    /// Without an answer the certificate is not shown.
+    ///
+    /// @param passphrase  to be filled in, UTF-8, empty at first
+    /// @param realm       the certificate's file; nil when Subversion gives none
+    /// @param mayStore    as in `promptForCredentials`; the settings are `store-ssl-client-cert-pp` and
+    ///                    `store-ssl-client-cert-pp-plaintext`
+    /// @return false to give none
+    virtual bool promptForCertificatePassphrase(HSVNContext& context, std::string& passphrase,
+                                                const std::optional<std::string>& realm, bool& mayStore);
+
+    /// Asks whether a secret may be stored unencrypted, after the delegate said that it may be stored and no key ring
+    /// took it. Asked once for each realm of a client, unless the user's `servers` answers it. Without an answer it is
+    /// not stored.
+    ///
+    /// @param secret  what would be stored
+    /// @param realm   the server's name for what it protects, or a certificate's file; nil when Subversion gives none
+    /// @return whether it may
+    virtual bool promptForPlaintextStorage(HSVNContext& context, HSVNStoredSecret secret,
+                                           const std::optional<std::string>& realm);
 
   protected:
     HSVNClientDelegate() = default;
@@ -131,6 +191,14 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
             return answersNotifications;
         case HSVNClientDelegateMessage::queryContinue:
             return answersContinuation;
+        case HSVNClientDelegateMessage::promptForUsername:
+            return answersUsername;
+        case HSVNClientDelegateMessage::promptForCertificateFile:
+            return answersCertificateFile;
+        case HSVNClientDelegateMessage::promptForCertificatePassphrase:
+            return answersCertificatePassphrase;
+        case HSVNClientDelegateMessage::promptForPlaintextStorage:
+            return answersPlaintextStorage;
         }
         return false;
     }
@@ -187,6 +255,46 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
         }
     }
 
+    bool promptForUsername(HSVNContext& theContext, std::string& theUsername,
+                           const std::optional<std::string>& theRealm, bool& theMayStore) override
+    {
+        if constexpr (answersUsername) {
+            return Application::promptForUsername(theContext, theUsername, theRealm, theMayStore);
+        } else {
+            return HSVNClientDelegate::promptForUsername(theContext, theUsername, theRealm, theMayStore);
+        }
+    }
+
+    bool promptForCertificateFile(HSVNContext& theContext, std::string& theFile,
+                                  const std::optional<std::string>& theRealm, bool& theMayStore) override
+    {
+        if constexpr (answersCertificateFile) {
+            return Application::promptForCertificateFile(theContext, theFile, theRealm, theMayStore);
+        } else {
+            return HSVNClientDelegate::promptForCertificateFile(theContext, theFile, theRealm, theMayStore);
+        }
+    }
+
+    bool promptForCertificatePassphrase(HSVNContext& theContext, std::string& thePassphrase,
+                                        const std::optional<std::string>& theRealm, bool& theMayStore) override
+    {
+        if constexpr (answersCertificatePassphrase) {
+            return Application::promptForCertificatePassphrase(theContext, thePassphrase, theRealm, theMayStore);
+        } else {
+            return HSVNClientDelegate::promptForCertificatePassphrase(theContext, thePassphrase, theRealm, theMayStore);
+        }
+    }
+
+    bool promptForPlaintextStorage(HSVNContext& theContext, HSVNStoredSecret theSecret,
+                                   const std::optional<std::string>& theRealm) override
+    {
+        if constexpr (answersPlaintextStorage) {
+            return Application::promptForPlaintextStorage(theContext, theSecret, theRealm);
+        } else {
+            return HSVNClientDelegate::promptForPlaintextStorage(theContext, theSecret, theRealm);
+        }
+    }
+
   private:
     static constexpr bool answersCredentials =
         requires(Application & a, HSVNContext& context, const HSVNCredentialsRef& credentials,
@@ -214,6 +322,27 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
     {
         bool{a.queryContinue(context)};
     };
+    static constexpr bool answersUsername = requires(Application & a, HSVNContext& context, std::string& text,
+                                                     const std::optional<std::string>& realm, bool& mayStore)
+    {
+        bool{a.promptForUsername(context, text, realm, mayStore)};
+    };
+    static constexpr bool answersCertificateFile = requires(Application & a, HSVNContext& context, std::string& text,
+                                                            const std::optional<std::string>& realm, bool& mayStore)
+    {
+        bool{a.promptForCertificateFile(context, text, realm, mayStore)};
+    };
+    static constexpr bool answersCertificatePassphrase =
+        requires(Application & a, HSVNContext& context, std::string& text, const std::optional<std::string>& realm,
+                 bool& mayStore)
+    {
+        bool{a.promptForCertificatePassphrase(context, text, realm, mayStore)};
+    };
+    static constexpr bool answersPlaintextStorage =
+        requires(Application & a, HSVNContext& context, const std::optional<std::string>& realm)
+    {
+        bool{a.promptForPlaintextStorage(context, HSVNStoredSecret{}, realm)};
+    };
 
     // A function with a message's name and other arguments would silently never be called.
     static_assert(answersCredentials || !requires { &Application::promptForCredentials; });
@@ -221,4 +350,8 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
     static_assert(answersLogMessages || !requires { &Application::promptForLogMessage; });
     static_assert(answersNotifications || !requires { &Application::notify; });
     static_assert(answersContinuation || !requires { &Application::queryContinue; });
+    static_assert(answersUsername || !requires { &Application::promptForUsername; });
+    static_assert(answersCertificateFile || !requires { &Application::promptForCertificateFile; });
+    static_assert(answersCertificatePassphrase || !requires { &Application::promptForCertificatePassphrase; });
+    static_assert(answersPlaintextStorage || !requires { &Application::promptForPlaintextStorage; });
 };

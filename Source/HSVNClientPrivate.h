@@ -1,5 +1,6 @@
 #pragma once
 
+#include "HSVNBundleExtensionsPrivate.h"
 #include "HSVNClient.h"
 #include "HSVNExport.h"
 #include "HSVNLogMessageDelegate.h"
@@ -12,12 +13,30 @@ struct HSVN_EXPORT HSVNClientInternals
     /// Makes a log-message delegate the client's delegate and keeps it alive until another delegate is set.
     static void installLogMessageDelegate(HSVNClient& client, const HSVNLogMessageDelegateRef& delegate);
 
+    /// Adds what the bundle offers beyond the specified providers.
+    ///
+    /// @return the client's prompts, in its pool
+    static const HSVNBundleExtensions::Prompts* addFurtherProviders(HSVNClient& client, apr_array_header_t* providers);
+    /// Lets the client's authentication store what its configuration allows.
+    ///
+    /// @param prompts  of an authentication just opened; null when the configuration was read again
+    static void obeyStoring(HSVNClient& client, const HSVNBundleExtensions::Prompts* prompts);
+
     static svn_error_t* promptForCredentials(svn_auth_cred_simple_t** answer, void* baton, const char* realm,
                                              const char* username, svn_boolean_t maySave, apr_pool_t* pool) noexcept;
     static svn_error_t* promptForCertificateTrust(svn_auth_cred_ssl_server_trust_t** answer, void* baton,
                                                   const char* realm, apr_uint32_t failures,
                                                   const svn_auth_ssl_server_cert_info_t* information,
                                                   svn_boolean_t maySave, apr_pool_t* pool) noexcept;
+    static svn_error_t* promptForUsername(svn_auth_cred_username_t** answer, void* baton, const char* realm,
+                                          svn_boolean_t maySave, apr_pool_t* pool) noexcept;
+    static svn_error_t* promptForCertificateFile(svn_auth_cred_ssl_client_cert_t** answer, void* baton,
+                                                 const char* realm, svn_boolean_t maySave, apr_pool_t* pool) noexcept;
+    static svn_error_t* promptForCertificatePassphrase(svn_auth_cred_ssl_client_cert_pw_t** answer, void* baton,
+                                                       const char* realm, svn_boolean_t maySave,
+                                                       apr_pool_t* pool) noexcept;
+    static svn_error_t* promptForPlaintextStorage(svn_boolean_t* mayStore, svn_boolean_t isPassphrase,
+                                                  const char* realm, void* baton, apr_pool_t* pool) noexcept;
     static svn_error_t* promptForLogMessage(const char** message, const char** temporaryFile,
                                             const apr_array_header_t* items, void* baton, apr_pool_t* pool) noexcept;
     static void notify(void* baton, const svn_wc_notify_t* record, apr_pool_t* pool) noexcept;

@@ -61,3 +61,35 @@ bool HSVNLogMessageDelegate::queryContinue(HSVNContext& context)
     const auto next = nextFor(HSVNClientDelegateMessage::queryContinue);
     return next ? next->queryContinue(context) : HSVNClientDelegate::queryContinue(context);
 }
+
+bool HSVNLogMessageDelegate::promptForUsername(HSVNContext& context, std::string& username,
+                                               const std::optional<std::string>& realm, bool& mayStore)
+{
+    const auto next = nextFor(HSVNClientDelegateMessage::promptForUsername);
+    return next ? next->promptForUsername(context, username, realm, mayStore)
+                : HSVNClientDelegate::promptForUsername(context, username, realm, mayStore);
+}
+
+bool HSVNLogMessageDelegate::promptForCertificateFile(HSVNContext& context, std::string& file,
+                                                      const std::optional<std::string>& realm, bool& mayStore)
+{
+    const auto next = nextFor(HSVNClientDelegateMessage::promptForCertificateFile);
+    return next ? next->promptForCertificateFile(context, file, realm, mayStore)
+                : HSVNClientDelegate::promptForCertificateFile(context, file, realm, mayStore);
+}
+
+bool HSVNLogMessageDelegate::promptForCertificatePassphrase(HSVNContext& context, std::string& passphrase,
+                                                            const std::optional<std::string>& realm, bool& mayStore)
+{
+    const auto next = nextFor(HSVNClientDelegateMessage::promptForCertificatePassphrase);
+    return next ? next->promptForCertificatePassphrase(context, passphrase, realm, mayStore)
+                : HSVNClientDelegate::promptForCertificatePassphrase(context, passphrase, realm, mayStore);
+}
+
+bool HSVNLogMessageDelegate::promptForPlaintextStorage(HSVNContext& context, HSVNStoredSecret secret,
+                                                       const std::optional<std::string>& realm)
+{
+    const auto next = nextFor(HSVNClientDelegateMessage::promptForPlaintextStorage);
+    return next ? next->promptForPlaintextStorage(context, secret, realm)
+                : HSVNClientDelegate::promptForPlaintextStorage(context, secret, realm);
+}

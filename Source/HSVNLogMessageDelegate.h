@@ -40,6 +40,14 @@ class HSVN_EXPORT HSVNLogMessageDelegate : public HSVNObject, public HSVNClientD
                                        bool mayStore, bool& permanent) override;
     void notify(HSVNContext& context, const HSVNNotificationRef& notification) override;
     bool queryContinue(HSVNContext& context) override;
+    bool promptForUsername(HSVNContext& context, std::string& username, const std::optional<std::string>& realm,
+                           bool& mayStore) override;
+    bool promptForCertificateFile(HSVNContext& context, std::string& file, const std::optional<std::string>& realm,
+                                  bool& mayStore) override;
+    bool promptForCertificatePassphrase(HSVNContext& context, std::string& passphrase,
+                                        const std::optional<std::string>& realm, bool& mayStore) override;
+    bool promptForPlaintextStorage(HSVNContext& context, HSVNStoredSecret secret,
+                                   const std::optional<std::string>& realm) override;
 
   private:
     HSVNClientDelegateRef nextFor(HSVNClientDelegateMessage message) const;

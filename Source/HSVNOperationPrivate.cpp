@@ -60,7 +60,7 @@ void HSVNOperation::check(svn_error_t* error)
         std::rethrow_exception(kept);
     }
     if (error) {
-        HSVNException::exceptionWithError(error)->raise();
+        HSVNExceptionOfError(*_context, error, true)->raise();
     }
 }
 
@@ -74,6 +74,15 @@ apr_array_header_t* HSVNOperation::pathArray(const HSVNPath& path)
 const char* HSVNOperation::cString(const std::string& text) const
 {
     return _entryPoints->apr_pstrdup(_pool, text.c_str());
+}
+
+HSVNExceptionRef HSVNExceptionOfError(const HSVNContext& context, svn_error_t* error, bool clear)
+{
+    const auto meaning = HSVNExtensionOrNull(context.bundle()->extensions(), &HSVNBundleExtensions::error_meaning);
+    const auto code = meaning ? meaning(error) : 0;
+    const HSVNExceptionClass* const known = code ? HSVNException::mapClassToAPRStatus(code) : nullptr;
+    const HSVNExceptionRef exception = HSVNException::exceptionWithError(error, clear);
+    return known ? known->make(exception->reason(), exception->userInfo()) : exception;
 }
 
 svn_error_t* HSVNGuardCallback(HSVNContext& context, const std::function<svn_error_t*()>& body) noexcept

@@ -3,12 +3,12 @@
 #include "HSVNBundleExtensionsPrivate.h"
 #include "HSVNContext.h"
 #include "HSVNDebug.h"
+#include "HSVNException.h"
 #include "HSVNPath.h"
 #include "HSVNPlatformException.h"
 #include "HSVNPoolPrivate.h"
 #include "HSVNTypes.h"
 
-#include <cstddef>
 #include <exception>
 #include <functional>
 #include <memory>
@@ -66,16 +66,11 @@ class HSVN_EXPORT HSVNOperation
     template <class Function>
     Function extension(Function HSVNBundleExtensions::*place) const
     {
-        const HSVNBundleExtensions* const table = _context->bundle()->extensions();
-        if (!table) {
+        const auto function = HSVNExtensionOrNull(_context->bundle()->extensions(), place);
+        if (!function) {
             failUnsupported();
         }
-        // How far the member reaches into the table, against what the bundle was compiled with.
-        const auto end = reinterpret_cast<const char*>(&(table->*place) + 1) - reinterpret_cast<const char*>(table);
-        if (end > static_cast<std::ptrdiff_t>(table->size) || !(table->*place)) {
-            failUnsupported();
-        }
-        return table->*place;
+        return function;
     }
 
     /// Throws the exception that a callback kept, else the exception of the error (which is consumed), else returns.
@@ -108,6 +103,12 @@ class HSVN_EXPORT HSVNOperation
     HSVNPool _pool;
     std::exception_ptr _outerException; // of an operation that a callback of this context interrupts
 };
+
+/// The exception of an error, whose class the first of its levels that means anything to the library decides, also
+/// where a newer line or a web server has a code of its own for it. The error stays as it is.
+///
+/// @param context  whose bundle, which is current, the error comes from
+HSVN_EXPORT HSVNExceptionRef HSVNExceptionOfError(const HSVNContext& context, svn_error_t* error, bool clear);
 
 /// Runs the body of a callback that Subversion calls: no exception leaves it.
 ///

@@ -6,6 +6,7 @@
 
 namespace HSVNAdapter {
 
+void fillAuthenticationExtensions(HSVNBundleExtensions& table);
 void fillComparisonExtensions(HSVNBundleExtensions& table);
 void fillConflictExtensions(HSVNBundleExtensions& table);
 void fillRepositoryExtensions(HSVNBundleExtensions& table);

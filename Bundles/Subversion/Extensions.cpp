@@ -1,4 +1,5 @@
 #include "CanonicalPaths.h"
+#include "ErrorCodes.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
 #include "VersionDetails.h"
@@ -166,6 +167,7 @@ HSVNBundleExtensions makeExtensions()
     table.client_revprop_get = revpropGet;
     table.client_revprop_list = revpropList;
     table.client_url_from_path = urlFromPath;
+    table.error_meaning = meaningOf;
 #if SVN_VER_MINOR >= 6
     table.cmdline_create_auth_baton = createAuthBaton;
     table.client_log = log;
@@ -187,6 +189,7 @@ HSVNBundleExtensions makeExtensions()
 #if SVN_VER_MINOR >= 10
     table.client_list = list;
 #endif
+    fillAuthenticationExtensions(table);
     fillWorkingCopyExtensions(table);
     fillUpdateExtensions(table);
     fillRepositoryExtensions(table);

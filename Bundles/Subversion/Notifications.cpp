@@ -54,13 +54,7 @@ LockTap::~LockTap()
 
 svn_error_t* LockTap::result(svn_error_t* error) const
 {
-    return error != nullptr || _failures.empty() ? lockError(error) : svn_error_dup(_failures.front());
-}
-
-svn_error_t* LockTap::lockError(svn_error_t* error)
-{
-    return smoothed(error, {{SVN_ERR_FS_PATH_ALREADY_LOCKED, SVN_ERR_FS_LOCK_OWNER_MISMATCH},
-                            {SVN_ERR_FS_OUT_OF_DATE, SVN_ERR_FS_TXN_OUT_OF_DATE}});
+    return error != nullptr || _failures.empty() ? smoothed(error) : svn_error_dup(_failures.front());
 }
 
 const svn_wc_notify_t* LockTap::heard(const svn_wc_notify_t* notification, apr_pool_t* pool)
@@ -69,7 +63,7 @@ const svn_wc_notify_t* LockTap::heard(const svn_wc_notify_t* notification, apr_p
         notification->action == svn_wc_notify_failed_lock || notification->action == svn_wc_notify_failed_unlock;
     auto* copy = copyOf(notification, pool);
     if (failed && notification->err != nullptr) {
-        copy->err = _failures.emplace_back(lockError(svn_error_dup(notification->err)));
+        copy->err = _failures.emplace_back(smoothed(svn_error_dup(notification->err)));
     }
     if (const char* target = isRelative(notification->path) ? targetNamed(notification->path) : nullptr) {
         copy->path = target;

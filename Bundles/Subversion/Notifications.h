@@ -52,7 +52,6 @@ class LockTap : public NotificationTap
     const svn_wc_notify_t* heard(const svn_wc_notify_t* notification, apr_pool_t* pool) override;
 
   private:
-    static svn_error_t* lockError(svn_error_t* error);
     const char* targetNamed(const char* name) const;
 
     const apr_array_header_t* _targets;

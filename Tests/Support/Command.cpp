@@ -37,7 +37,9 @@ std::string contentsOf(std::FILE* file)
 }
 
 /// Starts a program on the given descriptors, which stand for its standard streams; -1 keeps the tests' own.
-pid_t start(const std::vector<std::string>& arguments, const std::array<int, 3>& streams)
+///
+/// @param isApart  whether it leads a group of processes of its own: some servers end their whole group
+pid_t start(const std::vector<std::string>& arguments, const std::array<int, 3>& streams, bool isApart = false)
 {
     std::vector<char*> pointers;
     pointers.reserve(arguments.size() + 1);
@@ -53,7 +55,7 @@ pid_t start(const std::vector<std::string>& arguments, const std::array<int, 3>&
     if (child == 0) {
         // Only calls that are safe after a fork of a program with threads.
         prctl(PR_SET_PDEATHSIG, SIGTERM);
-        if (getppid() != tests) {
+        if (getppid() != tests || (isApart && setpgid(0, 0) != 0)) {
             _exit(126);
         }
         for (int target = 0; target < 3; ++target) {
@@ -104,7 +106,7 @@ std::string mustRun(const std::vector<std::string>& arguments, const std::string
 }
 
 BackgroundCommand::BackgroundCommand(const std::vector<std::string>& arguments)
-    : _process{start(arguments, {-1, -1, -1})}
+    : _process{start(arguments, {-1, -1, -1}, true)}
 {
 }
 

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "Command.h"
+#include "LoopbackServer.h"
 
-#include <memory>
 #include <string>
 
 /// A real svnserve on a free loopback port, ended with the object.
@@ -16,8 +15,6 @@ class SvnDaemon
     const std::string& url() const { return _url; }
 
   private:
-    bool start(const std::string& root);
-
+    LoopbackServer _server;
     std::string _url;
-    std::unique_ptr<BackgroundCommand> _server;
 };

@@ -1,0 +1,413 @@
+#include "HSVN.h"
+#include "SvnServer.h"
+#include "TemporaryFolder.h"
+#include "WebServer.h"
+
+#include <array>
+#include <filesystem>
+#include <functional>
+#include <gmock/gmock.h>
+#include <memory>
+#include <string>
+#include <vector>
+
+// What servers refuse, and how they are opened: the same over every kind of access.
+
+namespace {
+
+using Access = WebServer::Access;
+
+/// A user of the servers; what it does not answer can be taken away.
+struct User
+{
+    std::string name = "sally";
+    std::string password = "sallyssecret";
+    std::function<void()> asked = [] {}; // by every prompt
+    std::function<void()> logged = [] {};
+    std::function<void()> notified = [] {};
+    std::function<void()> queried = [] {};
+
+    bool promptForCredentials(HSVNContext&, const HSVNCredentialsRef& credentials, const std::optional<std::string>&,
+                              bool& mayStore) const
+    {
+        asked();
+        credentials->setUsername(name);
+        credentials->setPassword(password);
+        mayStore = false;
+        return true;
+    }
+    bool promptForAuthenticationErrors(HSVNContext&, std::uint32_t, const HSVNCertificateRef&,
+                                       const std::optional<std::string>&, bool, bool&) const
+    {
+        return true;
+    }
+    bool promptForLogMessage(HSVNContext&, std::string& message, const std::vector<HSVNCommitItemRef>&) const
+    {
+        logged();
+        message = "changed";
+        return true;
+    }
+    void notify(HSVNContext&, const HSVNNotificationRef&) const { notified(); }
+    bool queryContinue(HSVNContext&) const
+    {
+        queried();
+        return true;
+    }
+};
+
+using UserDelegate = HSVNClientDelegateFor<User>;
+
+/// A repository behind one kind of server: a.txt is locked by harry, b.txt is changed since sally checked it out, both
+/// are changed in sally's working copy.
+class Served
+{
+  public:
+    Served(std::string serversURL, std::string authority)
+        : _url{std::move(serversURL)}, _authority{std::move(authority)}
+    {
+        writeFile(_folder / "file", "text\n");
+        std::vector<std::string> actions{"mkdir", "secret", "mkdir", "readonly"};
+        for (const std::string name : {"a.txt", "b.txt", "secret/item", "readonly/item"}) {
+            actions.insert(actions.end(), {"put", _folder / "file", name});
+        }
+        change(actions);
+        runAs("sally", {"svn", "checkout", "-q", _url, wc()});
+        writeFile(_folder / "file", "newer\n");
+        change({"put", _folder / "file", "b.txt"});
+        runAs("harry", {"svn", "lock", "-q", url("a.txt")});
+        for (const std::string name : {"a.txt", "b.txt", "readonly/item"}) {
+            writeFile(wc(name), "changed by sally\n");
+        }
+    }
+
+    std::string url(const std::string& item = {}) const { return item.empty() ? _url : _url + '/' + item; }
+    std::string wc(const std::string& item = {}) const { return item.empty() ? _folder / "wc" : wc() + '/' + item; }
+    /// A place where nothing is yet.
+    std::string fresh() const { return _folder / ("fresh" + std::to_string(++_fresh)); }
+    std::string file() const { return _folder / "file"; }
+
+    void change(const std::vector<std::string>& actions) const
+    {
+        std::vector<std::string> command{"svnmucc", "-U", _url, "-m", "prepared"};
+        command.insert(command.end(), actions.begin(), actions.end());
+        runAs("harry", command);
+    }
+
+  private:
+    void runAs(const std::string& name, std::vector<std::string> command) const
+    {
+        command.insert(command.end(),
+                       {"--non-interactive", "--no-auth-cache", "--username", name, "--password", name + "ssecret",
+                        "--config-option", "servers:global:ssl-authority-files=" + _authority});
+        mustRun(command);
+    }
+
+    TemporaryFolder _folder;
+    std::string _url;
+    std::string _authority;
+    mutable int _fresh = 0;
+};
+
+/// The repository behind a kind of server; the server runs from the first use to the end of the tests.
+const Served& served(const std::string& kind)
+{
+    if (kind == "svnserve") {
+        static const SvnServer server;
+        static const Served repository{server.url(), ""};
+        return repository;
+    }
+    if (kind == "http") {
+        static const WebServer server;
+        static const Served repository{server.url(Access::plain), server.authority()};
+        return repository;
+    }
+    static const WebServer server;
+    static const Served repository{server.url(Access::encrypted), server.authority()};
+    return repository;
+}
+
+/// The class of what the call throws.
+std::string classThrownBy(const std::function<void()>& call, std::string* reason = nullptr)
+{
+    try {
+        call();
+    } catch (const HSVNPlatformException& exception) {
+        if (reason) {
+            *reason = exception.reason();
+        }
+        return exception.className();
+    } catch (const std::exception& exception) {
+        return exception.what();
+    }
+    return "nothing";
+}
+
+struct Call
+{
+    const Served& at;
+    HSVNClientRef client;
+    std::string item; ///< in the repository
+
+    HSVNURLRef url(const std::string& name = {}) const { return HSVNURL::URLWithString(at.url(join(name))); }
+    std::string text(const std::string& name = {}) const { return at.url(join(name)); }
+    HSVNPathRef path() const { return HSVNLocalPath::pathWithString(at.wc(item)); }
+    std::string join(const std::string& name) const
+    {
+        return item.empty() || name.empty() ? item + name : item + '/' + name;
+    }
+};
+
+struct Operation
+{
+    const char* name;
+    std::function<void(const Call&)> run;
+};
+
+HSVNPathRef local(const std::string& path) { return HSVNLocalPath::pathWithString(path); }
+
+// The two faces of the library, one operation after the other.
+
+const std::vector<Operation> readFolder{
+    {"directoryAtPath",
+     [](const Call& c) { HSVNDirectory::directoryAtPath(c.url(), HSVNRevisionSpec::HEAD(), c.client); }},
+    {"kindOfNodeAtPath",
+     [](const Call& c) { HSVNNode::kindOfNodeAtPath(c.url(), HSVNRevisionSpec::HEAD(), c.client); }},
+    {"propertiesForNodeAtPath",
+     [](const Call& c) { HSVNNode::propertiesForNodeAtPath(c.url(), HSVNRevisionSpec::HEAD(), c.client); }},
+    {"readLogForNodeAtPath",
+     [](const Call& c) { HSVNNode::readLogForNodeAtPath(c.url(), nullptr, HSVNLogOptions::defaults(), c.client); }},
+    {"checkoutDirectoryAtURL",
+     [](const Call& c) {
+         HSVNDirectory::checkoutDirectoryAtURL(c.url(), local(c.at.fresh()), HSVNCheckOutOptions::defaults(), c.client);
+     }},
+    {"exportNodeAtPath",
+     [](const Call& c) {
+         HSVNNode::exportNodeAtPath(c.url(), local(c.at.fresh()), HSVNExportOptions::defaults(), c.client);
+     }},
+    {"HSVNListItems",
+     [](const Call& c) {
+         HSVNListItems(
+             c.text(), HSVNRevisionSpec::HEAD(), {}, [](const auto&) {}, c.client);
+     }},
+    {"HSVNReadItemInfo",
+     [](const Call& c) {
+         HSVNReadItemInfo(
+             c.text(), HSVNRevisionSpec::HEAD(), {}, [](const auto&) {}, c.client);
+     }},
+    {"HSVNReadProperties",
+     [](const Call& c) {
+         HSVNReadProperties(
+             c.text(), HSVNRevisionSpec::HEAD(), {}, [](const auto&) {}, c.client);
+     }},
+    {"HSVNReadLog",
+     [](const Call& c) {
+         HSVNLogReadingOptions all;
+         all.ranges = {{HSVNRevision::HEAD(), HSVNRevision::revisionWithNumber(1)}};
+         HSVNReadLog(
+             {c.text()}, HSVNRevision::HEAD(), all, [](const auto&) {}, c.client);
+     }},
+    {"HSVNCheckOutItem",
+     [](const Call& c) { HSVNCheckOutItem(c.text(), c.at.fresh(), HSVNRevisionSpec::HEAD(), {}, c.client); }},
+    {"HSVNExportItem",
+     [](const Call& c) { HSVNExportItem(c.text(), c.at.fresh(), HSVNRevisionSpec::HEAD(), {}, c.client); }},
+};
+
+const std::vector<Operation> readContents{
+    {"catRevision",
+     [](const Call& c) {
+         HSVNFile::catRevision(HSVNRevisionSpec::HEAD(), c.url(), std::make_shared<HSVNMemoryOutputStream>(), c.client);
+     }},
+    {"HSVNReadContents",
+     [](const Call& c) {
+         HSVNReadContents(
+             c.text(), HSVNRevisionSpec::HEAD(), false, [](const auto&) {}, c.client);
+     }},
+};
+
+const std::vector<Operation> writeFolder{
+    {"createDirectoryAtPath", [](const Call& c) { HSVNDirectory::createDirectoryAtPath(c.url("new"), c.client); }},
+    {"importNodeAtPath",
+     [](const Call& c) {
+         HSVNNode::importNodeAtPath(local(c.at.file()), c.url("new"), HSVNImportOptions::defaults(), c.client);
+     }},
+    {"copyNodeAtPath",
+     [](const Call& c) {
+         HSVNNode::copyNodeAtPath(HSVNURL::URLWithString(c.at.url("b.txt")), c.url("new"), HSVNCopyOptions::defaults(),
+                                  c.client);
+     }},
+    {"HSVNMakeFolders", [](const Call& c) { HSVNMakeFolders({c.text("new")}, false, {}, c.client); }},
+    {"HSVNImportItem", [](const Call& c) { HSVNImportItem(c.at.file(), c.text("new"), {}, {}, c.client); }},
+    {"HSVNCopyItems",
+     [](const Call& c) {
+         HSVNCopyItems({{c.at.url("b.txt"), HSVNRevisionSpec::HEAD()}}, c.text("new"), {}, {}, c.client);
+     }},
+};
+
+const std::vector<Operation> deleteItem{
+    {"deleteNodes", [](const Call& c) { HSVNNode::deleteNodes({c.url()}, HSVNDeleteOptions::defaults(), c.client); }},
+    {"HSVNDeleteItems", [](const Call& c) { HSVNDeleteItems({c.text()}, {}, {}, c.client); }},
+};
+
+const std::vector<Operation> commitItem{
+    {"commitChangesToNodes",
+     [](const Call& c) { HSVNNode::commitChangesToNodes({c.path()}, HSVNCommitOptions::defaults(), c.client); }},
+    {"HSVNCommitItems", [](const Call& c) { HSVNCommitItems({c.at.wc(c.item)}, {}, {}, c.client); }},
+};
+
+const std::vector<Operation> updateItem{
+    {"updateNodes",
+     [](const Call& c) {
+         HSVNNode::updateNodes({c.path()}, HSVNRevision::HEAD(), HSVNUpdateOptions::defaults(), c.client);
+     }},
+    {"HSVNUpdateItems", [](const Call& c) { HSVNUpdateItems({c.at.wc(c.item)}, HSVNRevision::HEAD(), {}, c.client); }},
+};
+
+const std::vector<Operation> lockItem{
+    {"lockNodes", [](const Call& c) { HSVNNode::lockNodes({c.path()}, {}, HSVNLockOptions::defaults(), c.client); }},
+};
+
+/// A refusal, and every operation that it is tried on.
+struct Refusal
+{
+    const char* expected;
+    std::string item;
+    std::vector<const std::vector<Operation>*> operations;
+    std::string password = "sallyssecret";
+};
+
+std::vector<Refusal> refusals()
+{
+    constexpr const char* notAuthorized = "HSVNAuthorizationException";
+    constexpr const char* outOfDate = "HSVNTransactionOutOfDateException";
+    constexpr const char* locked = "HSVNEntryLockedException";
+    constexpr const char* missing = "HSVNNoSuchEntryException";
+    return {
+        {notAuthorized, "", {&readFolder, &writeFolder, &updateItem}, "wrong"},
+        {notAuthorized, "b.txt", {&readContents, &deleteItem, &commitItem, &lockItem}, "wrong"},
+        {notAuthorized, "secret", {&readFolder, &writeFolder, &deleteItem}},
+        {notAuthorized, "secret/item", {&readContents, &deleteItem}},
+        {notAuthorized, "readonly", {&writeFolder, &deleteItem}},
+        {notAuthorized, "readonly/item", {&commitItem, &deleteItem}},
+        {outOfDate, "b.txt", {&commitItem, &lockItem}},
+        {locked, "a.txt", {&commitItem, &deleteItem, &lockItem}},
+        {missing, "none", {&readContents, &deleteItem}},
+    };
+}
+
+class Refusals : public testing::TestWithParam<const char*>
+{
+};
+
+/// A user of the suite's servers and a client of its own.
+struct Visitor
+{
+    std::shared_ptr<UserDelegate> user = std::make_shared<UserDelegate>();
+    HSVNClientRef client = HSVNClient::clientWithDelegate(user);
+};
+
+} // namespace
+
+TEST_P(Refusals, ArriveAsTheSameClassWhateverTheServer)
+{
+    for (const auto& refusal : refusals()) {
+        for (const auto* const operations : refusal.operations) {
+            for (const auto& operation : *operations) {
+                Visitor visitor;
+                visitor.user->password = refusal.password;
+                std::string reason;
+                EXPECT_EQ(classThrownBy(
+                              [&] {
+                                  operation.run({served(GetParam()), visitor.client, refusal.item});
+                              },
+                              &reason),
+                          refusal.expected)
+                    << operation.name << " of '" << refusal.item << "' with " << refusal.password << ": " << reason;
+            }
+        }
+    }
+}
+
+TEST_P(Refusals, OfADelegateArriveAsTheDelegatesOwnException)
+{
+    struct Own
+    {
+    };
+    const auto throws = [] { throw Own{}; };
+    for (const auto message : {&User::logged, &User::notified, &User::queried}) {
+        for (const auto* const operations : {&commitItem, &updateItem}) {
+            if (message == &User::logged && operations == &updateItem) {
+                continue; // nobody is asked for a message
+            }
+            for (const auto& operation : *operations) {
+                Visitor visitor;
+                *visitor.user.*message = throws;
+                EXPECT_THROW(operation.run({served(GetParam()), visitor.client, "b.txt"}), Own) << operation.name;
+            }
+        }
+    }
+    for (const auto* const operations : {&readFolder, &updateItem, &commitItem}) {
+        for (const auto& operation : *operations) {
+            Visitor visitor;
+            visitor.user->asked = throws;
+            std::string reason;
+            testing::internal::CaptureStderr();
+            EXPECT_EQ(classThrownBy(
+                          [&] {
+                              operation.run({served(GetParam()), visitor.client, ""});
+                          },
+                          &reason),
+                      "HSVNException");
+            testing::internal::GetCapturedStderr();
+            EXPECT_EQ(reason, "Credentials delegate raised an exception") << operation.name;
+        }
+    }
+}
+
+TEST_P(Refusals, OfLocksAreToldInNotifications)
+{
+    struct Ear : User
+    {
+        std::vector<std::string> classes;
+
+        void notify(HSVNContext&, const HSVNNotificationRef& notification)
+        {
+            if (notification->error()) {
+                classes.push_back(notification->error()->className());
+            }
+        }
+    };
+    const auto ear = std::make_shared<HSVNClientDelegateFor<Ear>>();
+    const auto client = HSVNClient::clientWithDelegate(ear);
+    for (const std::string item : {"a.txt", "b.txt"}) {
+        HSVNLockItems({served(GetParam()).wc(item)}, {}, false, client);
+    }
+    EXPECT_THAT(ear->classes, testing::ElementsAre("HSVNEntryLockedException", "HSVNTransactionOutOfDateException"));
+}
+
+INSTANTIATE_TEST_SUITE_P(Servers, Refusals, testing::Values("svnserve", "http", "https"),
+                         [](const auto& instance) { return std::string{instance.param}; });
+
+TEST(Servers, ThatAreNotThereAreToldApart)
+{
+    const std::string server = served("http").url();
+    const std::pair<std::string, const char*> cases[] = {
+        {server.substr(0, server.rfind('/')) + "/other", "HSVNRepositoryNotFoundException"},
+        {"http://127.0.0.1:" + std::to_string(freeLoopbackPort()), "HSVNConnectionRefusedException"},
+        {"svn://127.0.0.1:" + std::to_string(freeLoopbackPort()), "HSVNConnectionRefusedException"},
+        {"https" + server.substr(4), "HSVNCommunicationException"},
+    };
+    for (const auto& [url, expected] : cases) {
+        const Visitor visitor;
+        const auto read = [&, target = url] {
+            HSVNReadItemInfo(
+                target, HSVNRevisionSpec::HEAD(), {}, [](const auto&) {}, visitor.client);
+        };
+        EXPECT_EQ(classThrownBy(read), expected) << url;
+        EXPECT_EQ(classThrownBy([&, target = url] {
+                      HSVNNode::kindOfNodeAtPath(HSVNURL::URLWithString(target), HSVNRevisionSpec::HEAD(),
+                                                 visitor.client);
+                  }),
+                  expected)
+            << url;
+    }
+}
