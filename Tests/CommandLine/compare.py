@@ -107,6 +107,7 @@ class State:
         shutil.rmtree(self.root)
         # Times stay: Subversion compares them.
         shutil.copytree(self.saved, self.root, symlinks=True)
+        fixtures.hand_over(self.root)
 
     def run(self, program, command):
         self.restore()

@@ -19,6 +19,7 @@ import time
 
 import compare
 import fixtures
+import webserver
 
 # Writes into the file that it is given; svn does not see another file in its place.
 EDITOR = 'f() { sed s/mine/edited/ "$1" > "$HOME/edited"; cat "$HOME/edited" > "$1"; }; f'
@@ -208,6 +209,30 @@ def check_certificate(state, programs):
     return report("certificate", *results)
 
 
+def check_client_certificate(state, programs):
+    """A server that wants a certificate: its file, its passphrase and the password are asked for."""
+    state.restore()
+    folder = state.root + ".server"
+    os.mkdir(folder)
+    webserver.write_certificates(folder, "passphrase")
+    port = fixtures.free_port()
+    command = (f"ls https://127.0.0.1:{port}/repository/trunk --username harry"
+               f" --config-option servers:global:ssl-authority-files={folder}/server.pem"
+               " --config-option config:auth:ssl-client-cert-file-prompt=yes")
+    results = []
+    for program in programs:
+        state.restore()
+        repository = state.root + "/repository"
+        with webserver.running(folder, repository, port, fixtures.SECRET, with_certificates=True):
+            text, code = Terminal(program, command, state.wc, fixtures.environment(state.wc)).converse(
+                [folder + "/client.p12", "passphrase", fixtures.SECRET, "no", "no"])
+        results.append({"text": uncoloured(text), "code": code,
+                        "configuration": compare.snapshot(state.root + "/home")})
+    if results[0]["code"] != 0 or "Passphrase for" not in results[0]["text"]:
+        sys.exit("the certificate was not asked for: " + repr(results[0]))
+    return report("client certificate", *results)
+
+
 def check_interrupt(folder, programs):
     """An interrupt during a long checkout: both end in the same way, and the working copy can be used."""
     os.makedirs(os.path.join(folder, "home"))
@@ -250,6 +275,7 @@ def main():
         failures += check_passwords(states["served"], programs)
         failures += check_option_names(states["hostile"], programs[1])
         failures += check_certificate(states["clean"], programs)
+        failures += check_client_certificate(states["clean"], programs)
         failures += check_interrupt(os.path.join(folder, "long"), programs)
     print(f"{failures} differ")
     sys.exit(failures != 0)

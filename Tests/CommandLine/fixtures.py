@@ -7,7 +7,8 @@ import socket
 import sqlite3
 import subprocess
 import tarfile
-import time
+
+import webserver
 
 SECRET = "not-to-be-seen"
 HOSTILE_NAMES = ['x$(touch one)`touch two`";touch three;"y', "it's & *.~ #(name)", "-n"]
@@ -318,17 +319,32 @@ def cross(wc):
 def serve(wc):
     """A working copy of a server that wants a password, which `server_of` starts, with a change."""
     root = os.path.dirname(wc)
-    with socket.socket() as probe:
-        probe.bind(("127.0.0.1", 0))
-        port = probe.getsockname()[1]
-    url = f"svn://127.0.0.1:{port}/repository"
-    write(root, "server", url)
     configuration = os.path.join(root, "repository/conf")
     write(configuration, "svnserve.conf", "[general]\nanon-access=none\nauth-access=write\npassword-db=passwd\n")
     write(configuration, "passwd", f"[users]\nharry = {SECRET}\n")
+    move_to_server(wc, "svn")
+    write(wc, "iota", "changed\n")
+
+
+def serve_to_web(wc):
+    """The same of a web server, where the changed file has a newer revision."""
+    run_svn(wc, "update", "-q", "-r", "3", "iota")
+    move_to_server(wc, "http")
+    write(wc, "iota", "changed\n")
+
+
+def move_to_server(wc, scheme):
+    root = os.path.dirname(wc)
+    url = f"{scheme}://127.0.0.1:{free_port()}/repository"
+    write(root, "server", url)
     with contextlib.closing(sqlite3.connect(os.path.join(wc, ".svn/wc.db"))) as database, database:
         database.execute("update REPOSITORY set root = ?", [url])
-    write(wc, "iota", "changed\n")
+
+
+def free_port():
+    with socket.socket() as probe:
+        probe.bind(("127.0.0.1", 0))
+        return probe.getsockname()[1]
 
 
 def accent(wc):
@@ -355,19 +371,24 @@ def accent(wc):
 
 @contextlib.contextmanager
 def server_of(root):
-    """The server of a root that `serve` prepared, until the end; nothing for any other."""
+    """The server of a root that `serve` or `serve_to_web` prepared, until the end; nothing for any other."""
     if not os.path.exists(os.path.join(root, "server")):
         yield
         return
-    port = server_url(root).split(":")[2].split("/")[0]
+    url = server_url(root)
+    port = int(url.split(":")[2].split("/")[0])
+    if url.startswith("http"):
+        os.mkdir(root + ".server")
+        with webserver.running(root + ".server", os.path.join(root, "repository"), port, SECRET):
+            # A server that refuses everything would make everything equal.
+            subprocess.run(["svn", "ls", "--non-interactive", "--no-auth-cache", "--username", "harry", "--password",
+                            SECRET, url], check=True, stdout=subprocess.DEVNULL)
+            yield
+        return
     server = subprocess.Popen(["svnserve", "-d", "--foreground", "-r", root, "--listen-host", "127.0.0.1",
-                               "--listen-port", port])
+                               "--listen-port", str(port)])
     try:
-        for _ in range(100):
-            with socket.socket() as probe:
-                if probe.connect_ex(("127.0.0.1", int(port))) == 0:
-                    break
-            time.sleep(0.05)
+        webserver.wait_for(port)
         yield
     finally:
         server.terminate()
@@ -377,6 +398,12 @@ def server_of(root):
 def server_url(root):
     with open(os.path.join(root, "server"), encoding="ascii") as file:
         return file.read()
+
+
+def hand_over(root):
+    """Gives a repository to the server that runs as another user, after it was put back."""
+    if os.path.exists(os.path.join(root, "server")) and server_url(root).startswith("http"):
+        webserver.hand_over(os.path.join(root, "repository"))
 
 
 PREPARATIONS = {
@@ -403,5 +430,6 @@ PREPARATIONS = {
     "untangled": untangle,
     "crossed": cross,
     "served": serve,
+    "webserved": serve_to_web,
     "accented": accent,
 }

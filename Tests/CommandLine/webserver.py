@@ -1,0 +1,111 @@
+"""A web server with Subversion behind it, for the command lines."""
+
+import contextlib
+import os
+import shutil
+import socket
+import subprocess
+import time
+
+MODULES = "/usr/lib/apache2/modules"
+# Who the server is when root starts it.
+USER = "www-data"
+
+CONFIGURATION = """\
+ServerRoot {folder}
+DefaultRuntimeDir {folder}
+PidFile {folder}/process
+ErrorLog {folder}/log
+ServerName 127.0.0.1
+Listen 127.0.0.1:{port}
+{user}
+{modules}
+# A process for each connection: the repository is replaced between two programs.
+StartServers 2
+MaxConnectionsPerChild 1
+KeepAliveTimeout 2
+{tls}
+<Location /repository>
+    DAV svn
+    SVNPath {repository}
+    AuthType Basic
+    AuthName "Web Realm"
+    AuthUserFile {folder}/passwords
+    AuthzSVNAccessFile {folder}/rules
+    Require valid-user
+</Location>
+"""
+
+TLS = """\
+SSLEngine on
+SSLCertificateFile {folder}/server.pem
+SSLCertificateKeyFile {folder}/server.key
+SSLVerifyClient require
+SSLCACertificateFile {folder}/server.pem
+"""
+
+
+def hand_over(repository):
+    """Makes a repository the server's own; the folders above it can be passed."""
+    if os.geteuid() != 0:
+        return
+    above = os.path.dirname(repository)
+    while above != "/":
+        if os.stat(above).st_mode & 0o11 != 0o11:
+            os.chmod(above, 0o755)
+        above = os.path.dirname(above)
+    for base, folders, names in os.walk(repository):
+        for name in [".", *folders, *names]:
+            shutil.chown(os.path.join(base, name), USER, USER)
+
+
+def wait_for(port):
+    """Returns when somebody listens on the port, or after some seconds."""
+    for _ in range(200):
+        with socket.socket() as probe:
+            if probe.connect_ex(("127.0.0.1", port)) == 0:
+                return
+        time.sleep(0.05)
+
+
+def write_certificates(folder, passphrase):
+    """A server's and a user's certificate in one: `server.pem`, and `client.p12` with the passphrase."""
+    key, certificate = (os.path.join(folder, name) for name in ("server.key", "server.pem"))
+    subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-subj", "/CN=127.0.0.1", "-days", "2",
+                    "-addext", "subjectAltName=IP:127.0.0.1", "-keyout", key, "-out", certificate], check=True,
+                   capture_output=True)
+    subprocess.run(["openssl", "pkcs12", "-export", "-inkey", key, "-in", certificate, "-passout",
+                    "pass:" + passphrase, "-out", os.path.join(folder, "client.p12")], check=True)
+
+
+@contextlib.contextmanager
+def running(folder, repository, port, password, with_certificates=False):
+    """A server of the repository at `/repository` until the end; its only user is harry.
+
+    It keeps its files in the folder, which is there already, and so are its certificates. Harry changes nothing of
+    `/branches/one` and sees nothing of a folder in it.
+    """
+    crypted = subprocess.run(["openssl", "passwd", "-apr1", password], check=True, capture_output=True,
+                             text=True).stdout
+    modules = ["mpm_prefork", "authn_core", "authn_file", "auth_basic", "authz_core", "authz_user", "dav", "dav_svn",
+               "authz_svn", *(["ssl"] if with_certificates else [])]
+    texts = {"passwords": "harry:" + crypted,
+             "rules": "[/]\n* = rw\n[/branches/one]\n* = r\n[/branches/one/A/C]\n* =\n",
+             "configuration": CONFIGURATION.format(
+                 folder=folder, port=port, repository=repository,
+                 user=f"User {USER}\nGroup {USER}" if os.geteuid() == 0 else "",
+                 modules="\n".join(f"LoadModule {name}_module {MODULES}/mod_{name}.so" for name in modules),
+                 tls=TLS.format(folder=folder) if with_certificates else "")}
+    for name, text in texts.items():
+        with open(os.path.join(folder, name), "w", encoding="ascii") as file:
+            file.write(text)
+    hand_over(repository)
+    # It ends its whole group of processes when it ends.
+    server = subprocess.Popen(["/usr/sbin/apache2", "-DFOREGROUND", "-f", os.path.join(folder, "configuration")],
+                              start_new_session=True)
+    try:
+        wait_for(port)
+        yield
+    finally:
+        server.terminate()
+        server.wait()
