@@ -35,8 +35,8 @@ struct HSVNClientSettings
 };
 
 /// Reads the configuration and opens the stores of credentials anew by the settings; from then on Subversion itself
-/// asks on the terminal for what is missing, the password not echoed, and the delegate's two prompts are no longer
-/// used.
+/// asks on the terminal for what is missing, the password not echoed, and the delegate's prompts, but for the one for
+/// log messages, are no longer used.
 ///
 /// @param client  not nil ("client != nil")
 /// @return why the configuration area could not be made or read, when it is the system that refused; null when it

@@ -4,6 +4,7 @@
 #include "HSVNPlatformException.h"
 
 #include <gtest/gtest.h>
+#include <tuple>
 
 namespace {
 
@@ -43,8 +44,10 @@ TEST(ClientDelegate, AnswersExactlyTheMessagesThatTheApplicationsClassDeclares)
 {
     const HSVNClientDelegateFor<Clerk> clerk{true};
     const HSVNClientDelegateFor<Nobody> nobody;
-    for (const Message message : {Message::promptForCredentials, Message::promptForAuthenticationErrors,
-                                  Message::promptForLogMessage, Message::notify, Message::queryContinue})
+    for (const Message message :
+         {Message::promptForCredentials, Message::promptForAuthenticationErrors, Message::promptForLogMessage,
+          Message::notify, Message::queryContinue, Message::promptForUsername, Message::promptForCertificateFile,
+          Message::promptForCertificatePassphrase, Message::promptForPlaintextStorage})
     {
         EXPECT_FALSE(nobody.respondsTo(message));
         EXPECT_EQ(clerk.respondsTo(message),
@@ -84,4 +87,67 @@ TEST(LogMessageDelegate, AnswersItsTextAndLeavesTheRestToTheNextDelegate)
     clerk.reset();
     EXPECT_FALSE(delegate->respondsTo(Message::queryContinue)) << "the next delegate is kept alive";
     EXPECT_THROW(delegate->queryContinue(anyContext()), HSVNInvalidArgumentException);
+}
+
+namespace {
+
+/// Answers each of the further prompts with its own name.
+struct Porter
+{
+    bool promptForUsername(HSVNContext&, std::string& text, const std::optional<std::string>&, bool& mayStore)
+    {
+        return answer("username", text, mayStore);
+    }
+    bool promptForCertificateFile(HSVNContext&, std::string& text, const std::optional<std::string>&, bool& mayStore)
+    {
+        return answer("file", text, mayStore);
+    }
+    bool promptForCertificatePassphrase(HSVNContext&, std::string& text, const std::optional<std::string>&,
+                                        bool& mayStore)
+    {
+        return answer("passphrase", text, mayStore);
+    }
+    bool promptForPlaintextStorage(HSVNContext&, HSVNStoredSecret secret, const std::optional<std::string>&)
+    {
+        return secret == HSVNStoredSecret::certificatePassphrase;
+    }
+
+  private:
+    static bool answer(const char* name, std::string& text, bool& mayStore)
+    {
+        text = name;
+        mayStore = false;
+        return true;
+    }
+};
+
+} // namespace
+
+TEST(LogMessageDelegate, LeavesTheFurtherPromptsToTheNextDelegate)
+{
+    using Question = bool (HSVNClientDelegate::*)(HSVNContext&, std::string&, const std::optional<std::string>&, bool&);
+    const auto porter = std::make_shared<HSVNClientDelegateFor<Porter>>();
+    const auto nobody = std::make_shared<HSVNClientDelegateFor<Nobody>>();
+    const auto passing = HSVNLogMessageDelegate::delegateWithMessage("one for all", porter);
+    const auto alone = HSVNLogMessageDelegate::delegateWithMessage("one for all", nobody);
+    const std::tuple<Message, Question, const char*> questions[] = {
+        {Message::promptForUsername, &HSVNClientDelegate::promptForUsername, "username"},
+        {Message::promptForCertificateFile, &HSVNClientDelegate::promptForCertificateFile, "file"},
+        {Message::promptForCertificatePassphrase, &HSVNClientDelegate::promptForCertificatePassphrase, "passphrase"},
+    };
+    for (const auto& [message, question, expected] : questions) {
+        std::string text;
+        bool mayStore = true;
+        EXPECT_TRUE(passing->respondsTo(message));
+        EXPECT_TRUE((*passing.*question)(anyContext(), text, {}, mayStore));
+        EXPECT_EQ(text, expected);
+        EXPECT_FALSE(mayStore);
+        EXPECT_FALSE(alone->respondsTo(message));
+        EXPECT_THROW((*alone.*question)(anyContext(), text, {}, mayStore), HSVNInvalidArgumentException);
+    }
+    EXPECT_TRUE(passing->respondsTo(Message::promptForPlaintextStorage));
+    EXPECT_TRUE(passing->promptForPlaintextStorage(anyContext(), HSVNStoredSecret::certificatePassphrase, {}));
+    EXPECT_FALSE(passing->promptForPlaintextStorage(anyContext(), HSVNStoredSecret::password, {}));
+    EXPECT_THROW(alone->promptForPlaintextStorage(anyContext(), HSVNStoredSecret::password, {}),
+                 HSVNInvalidArgumentException);
 }

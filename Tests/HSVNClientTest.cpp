@@ -522,6 +522,36 @@ TEST_F(CertificateTest, IsRejectedByANoAndWithoutADelegateAndFailsWhenTheDelegat
     EXPECT_EQ(answer, nullptr);
 }
 
+TEST_F(CertificateTest, AUserNameIsAskedForAlone)
+{
+    struct Named
+    {
+        std::string name{};
+
+        bool promptForUsername(HSVNContext&, std::string& username, const std::optional<std::string>& realm,
+                               bool& mayStore) const
+        {
+            username = name + " of " + realm.value_or("nothing");
+            mayStore = !mayStore;
+            return !name.empty();
+        }
+    };
+    const auto named = std::make_shared<HSVNClientDelegateFor<Named>>();
+    svn_auth_cred_username_t* user = nullptr;
+    const auto askForName = [&] {
+        return HSVNClientInternals::promptForUsername(&user, client.get(), "realm", false, client->pool());
+    };
+    EXPECT_EQ(askForName(), nullptr);
+    EXPECT_EQ(user, nullptr) << "the delegate answers no such message";
+    client->setDelegate(named);
+    EXPECT_EQ(askForName(), nullptr);
+    EXPECT_EQ(user, nullptr) << "the delegate gives no name";
+    named->name = "harry";
+    EXPECT_EQ(askForName(), nullptr);
+    EXPECT_STREQ(user->username, "harry of realm");
+    EXPECT_TRUE(user->may_save);
+}
+
 namespace {
 
 /// Calls the notification callback as Subversion does, with a record made up of every field.

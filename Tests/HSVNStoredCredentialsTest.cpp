@@ -5,6 +5,7 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <functional>
 #include <gmock/gmock.h>
 #include <memory>
 #include <optional>
@@ -29,6 +30,7 @@ struct Keeper
     int certificates = 0;
     int passphrases = 0;
     bool mightStore = false;
+    std::function<void()> asked = [] {}; // by the further prompts
 
     bool promptForCredentials(HSVNContext&, const HSVNCredentialsRef& credentials, const std::optional<std::string>&,
                               bool& mayStore)
@@ -52,6 +54,7 @@ struct Keeper
                                   bool& mayStore)
     {
         EXPECT_THAT(realm.value_or(""), HasSubstr("https://127.0.0.1:"));
+        asked();
         file = certificate;
         mayStore = stores;
         return !certificate.empty();
@@ -60,6 +63,7 @@ struct Keeper
                                         bool& mayStore)
     {
         ++passphrases;
+        asked();
         EXPECT_THAT(realm.value_or(""), HasSubstr(".p12"));
         text = passphrase;
         mayStore = stores;
@@ -76,6 +80,7 @@ struct OpenKeeper : Keeper
     bool promptForPlaintextStorage(HSVNContext&, HSVNStoredSecret secret, const std::optional<std::string>& realm)
     {
         EXPECT_TRUE(realm);
+        asked();
         secrets.push_back(secret);
         return allows;
     }
@@ -201,18 +206,15 @@ TEST_F(StoredCredentials, FollowAConfigurationThatIsReadAgain)
 {
     const auto keeper = std::make_shared<HSVNClientDelegateFor<OpenKeeper>>();
     keeper->stores = true;
-    const auto client = HSVNClient::clientWithDelegate(keeper);
-    configure("config", "[auth]\nstore-auth-creds = no\n");
-    client->refreshConfiguration();
-    const auto read = [&] {
+    for (const bool allowed : {false, true}) {
+        configure("config", allowed ? "[auth]\nstore-auth-creds = no\n" : "");
+        const auto client = HSVNClient::clientWithDelegate(keeper);
+        configure("config", allowed ? "" : "[auth]\nstore-auth-creds = no\n");
+        client->refreshConfiguration();
         HSVNReadItemInfo(
             svnServer().url(), HSVNRevisionSpec::HEAD(), {}, [](const auto&) {}, client);
-    };
-    read();
-    EXPECT_FALSE(stored("svn.simple"));
-    configure("config", "");
-    client->refreshConfiguration();
-    EXPECT_FALSE(keeper->mightStore);
+        EXPECT_EQ(stored("svn.simple").has_value(), allowed);
+    }
 }
 
 TEST_F(StoredCredentials, OfATrustedServerSpareTheNextClientTheQuestion)
@@ -271,4 +273,20 @@ TEST_F(StoredCredentials, OfACertificateComeFromTheDelegateWhenNoFileHasThem)
     const int before = keeper->passphrases;
     list(url, keeper);
     EXPECT_EQ(keeper->passphrases, before);
+}
+
+TEST_F(StoredCredentials, OfADelegateThatThrowsAreItsOwnException)
+{
+    struct Own
+    {
+    };
+    configure("servers", "[global]\nssl-authority-files = " + webServer().authority() + '\n');
+    const auto keeper = std::make_shared<HSVNClientDelegateFor<OpenKeeper>>();
+    keeper->stores = true;
+    keeper->asked = [] { throw Own{}; };
+    EXPECT_THROW(list(webServer().url(Access::certified), keeper), Own) << "asked for a certificate";
+    EXPECT_THROW(list(svnServer().url(), keeper), Own) << "asked before plain text";
+    configure("servers", "[global]\nssl-authority-files = " + webServer().authority() +
+                             "\nssl-client-cert-file = " + webServer().clientCertificate(true) + '\n');
+    EXPECT_THROW(list(webServer().url(Access::certified), keeper), Own) << "asked for a passphrase";
 }
