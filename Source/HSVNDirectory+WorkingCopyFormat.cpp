@@ -12,10 +12,12 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <fcntl.h>
 #include <filesystem>
 #include <fmt/format.h>
 #include <spawn.h>
 #include <sys/wait.h>
+#include <unistd.h>
 
 extern char** environ; // NOLINT(readability-redundant-declaration): POSIX declares it nowhere
 
@@ -152,7 +154,25 @@ namespace {
 
 constexpr const char* interpreter = "/usr/bin/python";
 
-/// Runs a program and waits for its end.
+/// What a child process begins with: its standard output goes nowhere, for the caller's is the application's own.
+class SilentOutput
+{
+  public:
+    SilentOutput()
+    {
+        ::posix_spawn_file_actions_init(&_actions);
+        ::posix_spawn_file_actions_addopen(&_actions, STDOUT_FILENO, "/dev/null", O_WRONLY, 0);
+    }
+    ~SilentOutput() { ::posix_spawn_file_actions_destroy(&_actions); }
+    SilentOutput(const SilentOutput&) = delete;
+    SilentOutput& operator=(const SilentOutput&) = delete;
+    const posix_spawn_file_actions_t* get() const { return &_actions; }
+
+  private:
+    posix_spawn_file_actions_t _actions{};
+};
+
+/// Runs a program without its standard output and waits for its end.
 ///
 /// @param arguments  without the program's own name
 /// @return false when it could not be started
@@ -164,7 +184,8 @@ bool runProgram(const char* program, const std::vector<std::string>& arguments)
     }
     texts.push_back(nullptr);
     pid_t child = 0;
-    if (::posix_spawn(&child, program, nullptr, nullptr, texts.data(), environ) != 0) {
+    const SilentOutput output;
+    if (::posix_spawn(&child, program, output.get(), nullptr, texts.data(), environ) != 0) {
         return false;
     }
     int status = 0;

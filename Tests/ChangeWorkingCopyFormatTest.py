@@ -108,7 +108,8 @@ class ChangeWorkingCopyFormatTest(unittest.TestCase):
         return skeleton
 
     def run_script(self, *arguments, **options):
-        return subprocess.run(["/usr/bin/python", self.script, *arguments], capture_output=True, text=True, **options)
+        return subprocess.run(["/usr/bin/python", self.script, *arguments], capture_output=True, text=True,
+                              timeout=60, **options)
 
     def convert(self, wc, *arguments):
         result = self.run_script(wc, *arguments)
@@ -191,6 +192,12 @@ class ChangeWorkingCopyFormatTest(unittest.TestCase):
         def edit(old, new):
             return lambda wc: replace_in_entries(wc / inner, old, new)
 
+        def replace(name, make):
+            def prepare(wc):
+                (wc / inner / ".svn" / name).unlink(missing_ok=True)
+                make(wc / inner / ".svn" / name)
+            return prepare
+
         original, wc = self.skeleton("1.4", "", "dir with space", inner), self.folder / "wc"
         for prepare, reason in (
                 (write(f"{inner}/.svn/log.2"), "unfinished operation ('log.2')"),
@@ -202,13 +209,31 @@ class ChangeWorkingCopyFormatTest(unittest.TestCase):
                 (edit(b"\nfile\n", b"\nlink\n"), "the unknown kind 'link'"),
                 (edit(b"\f\n", b"\n" * 30 + b"more\n\f\n"), "more fields than format 8 knows"),
                 (edit(b"\ndir\n", b"\nfile\n"), "no entry for the directory itself"),
-                (edit(b"datei", b"../datei"), "has the wrong name"), (edit(b"\f\n", b""), "no end")):
+                *((edit(b"datei", name), "has the wrong name") for name in (
+                    b"../datei", rb"\x2e\x2e\x2fvictim", rb"a\x00b")),
+                *((edit("datei ß.txt".encode(), name), "has the wrong name") for name in (
+                    b".", rb"\x2e.", b".svn", rb".\x73vn")),
+                *((replace(name, os.mkfifo), "is not a plain file") for name in (
+                    "entries", "format", "wc.db", "tmp/pipe", "text-base/pipe.svn-base")),
+                (replace("text-base/link", lambda path: path.symlink_to("/etc/hostname")), "is not a plain file"),
+                (edit(b"\f\n", b""), "no end")):
             with self.subTest(reason=reason):
                 shutil.copytree(original, wc)
                 prepare(wc)
                 for target in ("1.6", "1.14"):
                     self.assert_refused(wc, target, reason)
                 shutil.rmtree(wc)
+
+    def test_links_lead_to_no_other_working_copy(self):
+        for target in ("1.6", "1.14"):
+            wc, victim = self.unpack("1.4"), shutil.copytree(self.unpack("1.4"), self.folder / "victim")
+            shutil.rmtree(wc / "dir with space")
+            (wc / "dir with space").symlink_to(victim)
+            self.assert_refused(wc, target, "is a symbolic link in the place of a versioned directory")
+            shutil.rmtree(wc / ".svn")
+            (wc / ".svn").symlink_to(victim / ".svn")
+            self.assert_refused(wc, target, ".svn': is a symbolic link")
+            shutil.rmtree(victim)
 
     def test_unwritable_and_busy_working_copies_are_refused(self):
         wc = self.unpack("1.4")

@@ -123,7 +123,9 @@ TEST(HSVNUpgrade, ChangesTheFormatOfAWorkingCopyAndOfItsExternals)
     const SampleWorkingCopy sample{"1.4"};
     const auto& line = HSVNVersion::version1_6();
     bundleOfLine(line);
+    testing::internal::CaptureStdout();
     HSVNDirectory::runUpgradeScriptForWorkingCopyAtPath(pathOf(sample.path()), HSVNVersion::version(1, 6, 23), false);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "") << "the standard output is the application's";
     EXPECT_EQ(formatOf(sample.path()), 10);
     EXPECT_EQ(formatOf(sample.path("wc/externals/ext")), 8);
     HSVNDirectory::upgradeWorkingCopyAtPath(pathOf(sample.path()), installedLine(), false);

@@ -25,6 +25,7 @@ import fcntl
 import os
 import re
 import shutil
+import stat
 import struct
 import subprocess
 import sys
@@ -81,9 +82,21 @@ class Directory:
 # Reading
 
 
-def read_file(path):
-    with open(path, "rb") as file:
-        return file.read()
+def open_plain(path, flags=os.O_RDONLY):
+    """Opens a file for bytes, and nothing else: a pipe would wait for its other end, a device do who knows what."""
+    if not stat.S_ISREG(os.stat(path).st_mode):
+        raise Refusal(path, "is not a plain file")
+    # Whatever took the file's place since then.
+    descriptor = os.open(path, flags | os.O_NONBLOCK | os.O_CLOEXEC)
+    if not stat.S_ISREG(os.fstat(descriptor).st_mode):
+        os.close(descriptor)
+        raise Refusal(path, "is not a plain file")
+    return os.fdopen(descriptor, "rb" if flags == os.O_RDONLY else "r+b")
+
+
+def read_file(path, size=-1):
+    with open_plain(path) as file:
+        return file.read(size)
 
 
 def has_content(path):
@@ -94,8 +107,7 @@ def admin_format(path):
     """The format number of a directory; None when it is not a working copy."""
     database = os.path.join(path, ADMIN, DATABASE)
     if os.path.exists(database):
-        with open(database, "rb") as file:
-            header = file.read(64)
+        header = read_file(database, 64)
         if len(header) < 64 or not header.startswith(b"SQLite format 3\0"):
             raise Refusal(database, "is not a working-copy database")
         return struct.unpack(">I", header[60:64])[0]
@@ -113,6 +125,11 @@ def unescape(field):
     return re.sub(rb"\\x([0-9a-fA-F]{2})", lambda match: bytes([int(match[1], 16)]), field)
 
 
+def is_name(name):
+    """True for what can name an item of a directory, and for the empty name of the directory itself."""
+    return b"/" not in name and b"\0" not in name and name not in (b".", b"..", ADMIN)
+
+
 def parse_entries(path, data, version):
     """The records of an entries file, each filled up to the number of fields of the newest format."""
     *texts, rest = data.partition(b"\n")[2].split(b"\n\f\n")
@@ -128,7 +145,7 @@ def parse_entries(path, data, version):
             raise Refusal(path, f"record {number} has the unknown kind '{os.fsdecode(fields[KIND])}'")
         if fields[DEPTH] not in DEPTHS:
             raise Refusal(path, f"record {number} has the unknown depth '{os.fsdecode(fields[DEPTH])}'")
-        if b"/" in fields[NAME] or fields[NAME] in (b".", b".."):
+        if not is_name(unescape(fields[NAME])):
             raise Refusal(path, f"record {number} has the wrong name '{os.fsdecode(fields[NAME])}'")
         records.append(fields)
     if not any(fields[NAME] == b"" and fields[KIND] == b"dir" for fields in records):
@@ -162,6 +179,15 @@ def subdirectories(directory):
             yield os.path.join(directory.path, unescape(record[NAME]))
 
 
+def is_versioned_directory(path):
+    """False for what is missing or obstructed. A link to another working copy, which Subversion follows, is refused."""
+    if not os.path.isdir(os.path.join(path, ADMIN)):
+        return False
+    if os.path.islink(path):
+        raise Refusal(path, "is a symbolic link in the place of a versioned directory")
+    return True
+
+
 def walk(root):
     """All versioned directories of a working copy, each before those below it."""
     waiting, seen = [root], set()
@@ -172,7 +198,7 @@ def walk(root):
             seen.add(real)
             directory = read_directory(path)
             yield directory
-            waiting += [child for child in subdirectories(directory) if os.path.isdir(os.path.join(child, ADMIN))]
+            waiting += [child for child in subdirectories(directory) if is_versioned_directory(child)]
 
 
 def check_top(root):
@@ -181,6 +207,18 @@ def check_top(root):
     if admin_format(parent) in FIELD_COUNTS and real in subdirectories(read_directory(parent)):
         raise Refusal(root, f"is part of the working copy '{os.fsdecode(parent)}', "
                             "which can only be converted as a whole")
+
+
+def check_plain(area):
+    """Refuses links, pipes, devices and sockets in an administrative area, in which Subversion never makes any."""
+    if os.path.islink(area):
+        raise Refusal(area, "is a symbolic link")
+    with os.scandir(area) as items:
+        for item in items:
+            if item.is_dir(follow_symlinks=False):
+                check_plain(item.path)
+            elif not item.is_file(follow_symlinks=False) and not is_own_lock(item.path):
+                raise Refusal(item.path, "is not a plain file")
 
 
 def check_idle(directory):
@@ -197,6 +235,7 @@ def read_tree(root):
     check_top(root)
     directories = list(walk(root))
     for directory in directories:
+        check_plain(directory.admin())
         check_idle(directory)
     return directories
 
@@ -291,10 +330,13 @@ def check_losses(root, directories, target):
 # Converting on disk
 
 
-def has_own_lock(directory):
+def is_own_lock(path):
     """Subversion's locks are plain files. Ours is a symbolic link, made in one step and told apart after a kill."""
-    lock = directory.admin(LOCK)
-    return os.path.islink(lock) and os.readlink(lock) == ENTRIES
+    return os.path.basename(path) == LOCK and os.path.islink(path) and os.readlink(path) == ENTRIES
+
+
+def has_own_lock(directory):
+    return is_own_lock(directory.admin(LOCK))
 
 
 def lock_directory(directory):
@@ -363,7 +405,7 @@ def write_journal(root, target, force):
     """From here on the conversion goes only forwards, in this run or in the next."""
     os.sync()  # what was written beside has to survive whatever the journal survives
     new = os.path.join(root, ADMIN, NEW_JOURNAL)
-    with open(new, "wb") as file:
+    with open(new, "xb") as file:
         file.write(b"%d %s\n" % (target, b"force" if force else b"careful"))
         file.flush()
         os.fsync(file.fileno())
@@ -444,7 +486,7 @@ def discard_killed_upgrade(root):
     """Removes the locks and the new database of an 'svn upgrade' that was killed before it replaced anything."""
     database = os.path.join(root, ADMIN, UPGRADE, ADMIN, DATABASE)
     if os.path.exists(database):
-        with open(database, "r+b") as file:
+        with open_plain(database, os.O_RDWR) as file:
             try:
                 fcntl.lockf(file, fcntl.LOCK_EX | fcntl.LOCK_NB, *SQLITE_LOCK_BYTES)
             except (BlockingIOError, PermissionError):
@@ -488,6 +530,7 @@ def change_format(root, line, force):
         raise Refusal(root, "is not a working copy" if os.path.exists(root) else "does not exist")
     if source in DATABASE_FORMATS and target < source:
         raise Refusal(root, f"has format {source}, which cannot be taken back to format {target}")
+    check_plain(os.path.join(root, ADMIN))
     if source not in DATABASE_FORMATS:
         discard_killed_upgrade(root)
         complete(root, force)
@@ -503,7 +546,7 @@ def change_format(root, line, force):
 def change_format_alone(root, line, force):
     """Keeps a second run of this program off the same working copy."""
     try:
-        handle = os.open(os.path.join(root, ADMIN), os.O_RDONLY)
+        handle = os.open(os.path.join(root, ADMIN), os.O_RDONLY | os.O_DIRECTORY)
     except (FileNotFoundError, NotADirectoryError):
         return change_format(root, line, force)
     try:
