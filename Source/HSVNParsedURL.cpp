@@ -8,6 +8,7 @@
 #include <boost/url/src.hpp> // the whole of Boost.URL: compiled in here
 #endif
 
+#include <algorithm>
 #include <charconv>
 #include <limits>
 #include <system_error>
@@ -30,10 +31,20 @@ std::optional<std::string> decoded(const std::optional<std::string>& text)
     return text ? std::optional{HSVNPathText::percentDecoded(*text)} : std::nullopt;
 }
 
+/// Whether RFC 3986 knows the letter. Boost asserts on some that it does not.
+bool isURLLetter(char letter)
+{
+    constexpr std::string_view others = "\"<>\\^`{|}";
+    return letter > ' ' && letter < '\x7f' && others.find(letter) == std::string_view::npos;
+}
+
 } // namespace
 
 std::optional<HSVNParsedURL> HSVNParsedURL::parse(std::string text)
 {
+    if (!std::all_of(text.begin(), text.end(), isURLLetter)) {
+        return std::nullopt;
+    }
     const auto result = boost::urls::parse_uri_reference(text);
     if (!result || text.size() > std::numeric_limits<std::uint32_t>::max()) {
         return std::nullopt;

@@ -10,7 +10,6 @@
 
 #include <array>
 #include <string_view>
-#include <unordered_set>
 #include <utility>
 
 namespace {
@@ -149,15 +148,14 @@ bool HSVNPath::isEqualToPathOrDescendentOf(const HSVNPathRef& other) const
 HSVNPathRef HSVNPath::commonAncestorFor(const HSVNPathRef& path) const
 {
     HSVNAssertParameter(path != nullptr, "path != nil");
-    std::unordered_set<std::string> own;
-    for (auto ancestor = self(); ancestor; ancestor = ancestor->parent()) {
-        own.insert(ancestor->string());
-    }
+    HSVNPathRef own = self();
     HSVNPathRef ancestor = path;
-    while (ancestor && !own.contains(ancestor->string())) {
-        ancestor = ancestor->parent();
+    while (own && ancestor && !own->isEqualToPath(ancestor)) {
+        // An ancestor's text is the shorter one.
+        auto& longer = own->string().size() > ancestor->string().size() ? own : ancestor;
+        longer = longer->parent();
     }
-    return ancestor;
+    return own ? ancestor : nullptr;
 }
 
 std::optional<std::string> HSVNPath::pathRelativeTo(const HSVNPathRef& base) const

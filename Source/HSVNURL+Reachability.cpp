@@ -20,7 +20,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/// Size of an IPv4 socket address, handed over for every family.
+/// Size of an IPv4 socket address, handed over where no length is given.
 constexpr socklen_t addressLength = 16;
 
 /// An open socket, closed on every way out; not open when the system refused it.
@@ -133,7 +133,8 @@ bool HSVNURL::isReachableWithinTimeout(double timeout) const
     const auto port = this->port();
     const auto addresses = resolved(hostForResolver(*host), port ? std::to_string(*port) : scheme);
     for (const auto* address = addresses.get(); address; address = address->ai_next) {
-        if (connectToAddress(address->ai_addr, address->ai_family, address->ai_socktype, timeout)) {
+        if (connectToAddress(address->ai_addr, address->ai_addrlen, address->ai_family, address->ai_socktype, timeout))
+        {
             return true;
         }
     }
@@ -142,13 +143,19 @@ bool HSVNURL::isReachableWithinTimeout(double timeout) const
 
 bool HSVNURL::connectToAddress(const sockaddr* address, int family, int socketType, double timeout)
 {
+    return connectToAddress(address, addressLength, family, socketType, timeout);
+}
+
+bool HSVNURL::connectToAddress(const sockaddr* address, std::uint32_t length, int family, int socketType,
+                               double timeout)
+{
     HSVNAssertParameter(address != nullptr, "address != NULL");
     const Socket socket{family, socketType};
     if (!socket.isOpen()) {
         return false;
     }
     socket.setNonBlocking();
-    if (connect(socket.descriptor(), address, addressLength) == 0) {
+    if (connect(socket.descriptor(), address, length) == 0) {
         return true;
     }
     return errno == EINPROGRESS && becomesWritable(socket.descriptor(), timeout);

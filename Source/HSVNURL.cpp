@@ -43,6 +43,21 @@ HSVNParsedURL parsedURL(const std::string& url, std::string_view shown)
     return *std::move(parsed);
 }
 
+std::string replacingAll(std::string_view text, std::string_view old, std::string_view replacement)
+{
+    std::string result;
+    result.reserve(text.size());
+    for (auto found = text.find(old); found != std::string_view::npos; found = text.find(old)) {
+        result.append(text.substr(0, found)).append(replacement);
+        text.remove_prefix(found + old.size());
+    }
+    return result.append(text);
+}
+
+/// "?" and "#" of what follows the scheme escaped. A URL of Subversion has neither a query nor a fragment: it takes the
+/// two for letters of the item's name.
+std::string withoutQuery(std::string_view url) { return replacingAll(replacingAll(url, "?", "%3F"), "#", "%23"); }
+
 /// A valid URL's text as it is kept: trimmed, without a trailing "/".
 std::string normalized(const std::string& string)
 {
@@ -52,7 +67,7 @@ std::string normalized(const std::string& string)
     if (separator == std::string_view::npos || separator == 0) {
         throw HSVNInvalidArgumentException("URL does not contain a scheme");
     }
-    std::string url{trimmed};
+    std::string url = withoutQuery(trimmed);
     if (url.size() > separator + schemeEnd.size() && !HSVNText::equalIgnoringCase(url, fileRoot) && url.ends_with('/'))
     {
         url.pop_back();
@@ -73,21 +88,13 @@ const std::string& textOf(const HSVNPathRef& path)
     return path->string();
 }
 
-std::string replacingAll(std::string text, std::string_view old, std::string_view replacement)
-{
-    for (auto found = text.find(old); found != std::string::npos; found = text.find(old, found + replacement.size())) {
-        text.replace(found, old.size(), replacement);
-    }
-    return text;
-}
-
 /// A user's name for the place before "@"; "%" goes first, so that no escape is escaped again.
 std::string escapedUser(std::string user)
 {
     constexpr std::array<std::pair<std::string_view, std::string_view>, 6> escapes{
         {{"%", "%25"}, {"@", "%40"}, {":", "%3a"}, {"/", "%2f"}, {"\\", "%5c"}, {" ", "%20"}}};
     for (const auto& [character, escape] : escapes) {
-        user = replacingAll(std::move(user), character, escape);
+        user = replacingAll(user, character, escape);
     }
     // Other letters that no URL may have; the escapes' own "%" stays.
     return replacingAll(HSVNPathText::percentEncoded(user), "%25", "%");
@@ -256,9 +263,8 @@ std::optional<std::string> HSVNURL::denormalizedLocation() const
 std::string HSVNURL::lastComponent() const
 {
     // Read from the text without parsing it: every node of a listing asks.
-    const auto path = _url.find_first_of("/?#", _url.find(schemeEnd) + schemeEnd.size());
-    const auto hasPath = path != std::string::npos && _url[path] == '/' && path + 1 < _url.size() &&
-                         _url[path + 1] != '?' && _url[path + 1] != '#';
+    const auto path = _url.find('/', _url.find(schemeEnd) + schemeEnd.size());
+    const auto hasPath = path != std::string::npos && path + 1 < _url.size();
     return hasPath ? std::string{HSVNPathText::lastComponent(_url)} : "/";
 }
 

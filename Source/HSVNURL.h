@@ -22,7 +22,8 @@ class HSVN_EXPORT HSVNURL : public HSVNPath
   public:
     /// @param string  not empty ("string != nil && [string length] > 0"). White space around it and one trailing "/"
     /// are
-    ///                removed; "file:///" and a bare scheme such as "svn://" stay
+    ///                removed; "file:///" and a bare scheme such as "svn://" stay. "?" and "#" are escaped: Subversion
+    ///                takes them for letters of the item's name
     /// @throws HSVNInvalidArgumentException "URL does not contain a scheme"; "Failed to parse "...". URL is probably
     ///         malformed." for blanks, non-ASCII letters, broken escapes, a port above 65535 and whatever else RFC 3986
     ///         does not allow
@@ -148,6 +149,11 @@ class HSVN_EXPORT HSVNURL : public HSVNPath
     /// @return true as soon as the socket is writable, refused connections included
     /// @throws HSVNGenericException "fcntl(F_GETFL) failed for socket", "fcntl(F_SETFL) failed for socket"
     static bool connectToAddress(const sockaddr* address, int family, int socketType, double timeout);
+    /// The same for an address of any length, as IPv6 has.
+    ///
+    /// @param length  of the address in bytes
+    static bool connectToAddress(const sockaddr* address, std::uint32_t length, int family, int socketType,
+                                 double timeout);
 
   private:
     HSVNURLRef selfURL() const;

@@ -146,8 +146,8 @@ TEST(Reachability, HostsAndServicesThatDoNotResolveAreUnreachable)
     EXPECT_FALSE(HSVNURL::URLWithString("FILE:///r")->isReachableWithinTimeout(1)) << "the comparison is exact";
 }
 
-// The system refuses an IPv6 address of which it gets 16 bytes, so that only the host's IPv4 addresses are tried.
-TEST(Reachability, AddressesAreHandedOverInSixteenBytes)
+// The system refuses an IPv6 address of which it gets 16 bytes, so that a server's is handed over with its length.
+TEST(Reachability, AddressesAreHandedOverInSixteenBytesOrInTheirOwnLength)
 {
     const Descriptor server{socket(AF_INET6, SOCK_STREAM | SOCK_CLOEXEC, 0)};
     sockaddr_in6 address{};
@@ -161,7 +161,8 @@ TEST(Reachability, AddressesAreHandedOverInSixteenBytes)
     ASSERT_EQ(getsockname(server, reinterpret_cast<sockaddr*>(&address), &size), 0);
     EXPECT_FALSE(HSVNURL::connectToAddress(reinterpret_cast<sockaddr*>(&address), AF_INET6, SOCK_STREAM, 5));
     const auto port = std::to_string(ntohs(address.sin6_port));
-    EXPECT_FALSE(HSVNURL::URLWithString("svn://[::1]:" + port)->isReachableWithinTimeout(5));
+    EXPECT_TRUE(HSVNURL::connectToAddress(reinterpret_cast<sockaddr*>(&address), size, AF_INET6, SOCK_STREAM, 5));
+    EXPECT_TRUE(HSVNURL::URLWithString("svn://[::1]:" + port)->isReachableWithinTimeout(5));
 }
 
 TEST(Reachability, AnUnusableAddressIsUnreachable)

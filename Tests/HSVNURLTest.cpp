@@ -8,6 +8,7 @@
 #include "ReasonOf.h"
 #include "TestRepository.h"
 
+#include <chrono>
 #include <gtest/gtest.h>
 #include <random>
 
@@ -50,6 +51,7 @@ INSTANTIATE_TEST_SUITE_P(
         URLText{"svn:///x", "svn:///x", "svn://", "x", "svn://"},
         URLText{" \n\xC2\xA0svn+ssh://joe@h:22/a/b \t", "svn+ssh://joe@h:22/a/b", "svn+ssh://joe@h:22/a", "b",
                 "svn+ssh://joe@h:22/a"},
+        URLText{"svn://h/a?b#c", "svn://h/a%3Fb%23c", "svn://h", "a%3Fb%23c", "svn://h"},
         URLText{"svn+my_tunnel://[::1]:3690/a%20b", "svn+my_tunnel://[::1]:3690/a%20b", "svn+my_tunnel://[::1]:3690",
                 "a%20b", "svn+my_tunnel://[::1]:3690"}));
 
@@ -104,8 +106,8 @@ TEST(URL, PartsAreReadFromTheText)
     EXPECT_EQ(full->host(), "[fe80::1]");
     EXPECT_EQ(full->port(), 22);
     EXPECT_EQ(full->hostAndScheme(), "Svn+SSH://jo%40e@[fe80::1]:22");
-    EXPECT_EQ(full->relativePath(), "/a/b/%C3%A9%3B%3Bx");
-    EXPECT_EQ(full->denormalizedRelativePath(), "/a/b/\xC3\xA9;;x");
+    EXPECT_EQ(full->relativePath(), "/a/b/%C3%A9%3B%3Bx%3Fq%23f");
+    EXPECT_EQ(full->denormalizedRelativePath(), "/a/b/\xC3\xA9;;x?q#f");
     const auto file = url("file:///x");
     EXPECT_TRUE(file->isFileURL() && url("FILE:///x")->isFileURL() && !url("files:///x")->isFileURL());
     EXPECT_EQ(file->host(), std::nullopt);
@@ -118,6 +120,7 @@ TEST(URL, PartsAreReadFromTheText)
     EXPECT_EQ(parsed->scheme(), "scheme");
     EXPECT_EQ(HSVNURL::URLWithSubstitutedSchemeForString("no/scheme")->path(), "no/scheme");
     EXPECT_FALSE(HSVNURL::URLWithSubstitutedSchemeForString("svn://h/a b"));
+    EXPECT_FALSE(HSVNURL::URLWithSubstitutedSchemeForString("a:\x1f"));
 }
 
 TEST(URL, EscapesThatAreNoTextStayEscapedForPeople)
@@ -155,10 +158,10 @@ TEST(URL, IsBuiltFromItsParts)
               "file:///");
     EXPECT_THROW(HSVNURL::URLWithScheme("svn", std::nullopt, "h", -1, "/x"), HSVNInvalidArgumentException);
     const auto base = url("svn://a%40b@h:1/x%20y?q");
-    EXPECT_EQ(base->URLWithScheme("http")->string(), "http://a%40b@h:1/x%20y");
-    EXPECT_EQ(base->URLWithUser("c@d")->string(), "svn://c%40d@h:1/x%20y");
-    EXPECT_EQ(base->URLWithUser(std::nullopt)->string(), "svn://h:1/x%20y");
-    EXPECT_EQ(base->URLWithPort(std::nullopt)->string(), "svn://a%40b@h/x%20y");
+    EXPECT_EQ(base->URLWithScheme("http")->string(), "http://a%40b@h:1/x%20y%3Fq");
+    EXPECT_EQ(base->URLWithUser("c@d")->string(), "svn://c%40d@h:1/x%20y%3Fq");
+    EXPECT_EQ(base->URLWithUser(std::nullopt)->string(), "svn://h:1/x%20y%3Fq");
+    EXPECT_EQ(base->URLWithPort(std::nullopt)->string(), "svn://a%40b@h/x%20y%3Fq");
     EXPECT_EQ(url("svn://h/x")->stripUser()->string(), "svn://h/x");
     EXPECT_EQ(url("svn://u:p@[::1]")->stripUser()->string(), "svn://[::1]");
 }
@@ -228,6 +231,26 @@ TEST(URL, EscapesWhatSubversionEscapes)
     EXPECT_EQ(url(reported)->denormalizedLastComponent(), name);
     EXPECT_EQ(HSVNPath::pathWithDenormalizedString(repository.url(name))->string(), reported);
     EXPECT_EQ(file->URL()->localPath()->string(), file->string());
+}
+
+TEST(URL, NoTextTakesMoreThanTimeInProportionToItsLength)
+{
+    const auto start = std::chrono::steady_clock::now();
+    for (const std::string part : {"%", "/", "%C3%A9"}) {
+        std::string text;
+        while (text.size() < 120'000) {
+            text += part;
+        }
+        const auto base = url("svn://joe@h");
+        base->URLWithUser(text);
+        const auto deep = HSVNURL::URLEncodeString("svn://joe@h/" + text);
+        deep->URLWithScheme("http")->URLWithUser("other")->stripUser();
+        deep->pathRelativeTo(base);
+        deep->denormalizedString();
+        const auto local = HSVNLocalPath::pathWithString("/a/" + text);
+        local->pathRelativeTo(HSVNLocalPath::pathWithString("/a"));
+    }
+    EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds{20});
 }
 
 TEST(URL, LongPathsAreNoLimit)
