@@ -92,7 +92,7 @@ std::vector<HSVNExternalDefinitionRef> HSVNProperties::externals() const
 
 void HSVNProperties::setExternals(const std::vector<HSVNExternalDefinitionRef>& definitions)
 {
-    setText(HSVNString::stringFromExternalDefinitionList(definitions), HSVNPropertyExternals);
+    setText(HSVNString::exactStringFromExternalDefinitionList(definitions), HSVNPropertyExternals);
 }
 
 std::optional<std::string> HSVNProperties::externalsText() const { return value(HSVNPropertyExternals); }

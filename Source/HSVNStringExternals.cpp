@@ -97,6 +97,18 @@ std::string HSVNString::stringFromExternalDefinitionList(const std::vector<HSVNE
         ->stringValue();
 }
 
+std::string HSVNString::exactStringFromExternalDefinitionList(const std::vector<HSVNExternalDefinitionRef>& definitions)
+{
+    const bool isFoundElsewhere = std::ranges::any_of(definitions, [](const auto& definition) {
+        HSVNAssertParameter(definition != nullptr, "definition != nil");
+        const auto& revision = *definition->sourceRevision();
+        return isWritten(*revision.operativeRevision()) &&
+               !revision.pegRevision()->isEqual(revision.operativeRevision());
+    });
+    const auto format = isFoundElsewhere ? HSVNVersion::version1_5() : formatVersionForExternalDefinitions(definitions);
+    return textTableFromExternalDefinitions(definitions, format)->stringValue();
+}
+
 HSVNVersion HSVNString::formatVersionForExternalDefinition(const HSVNExternalDefinitionRef& definition)
 {
     HSVNAssertParameter(definition != nullptr, "definition != nil");

@@ -19,10 +19,15 @@ namespace HSVNString {
 HSVN_EXPORT std::vector<HSVNExternalDefinitionRef> externalDefinitionListValue(const std::string& text);
 
 /// The text of a list, as an aligned table in the oldest format that can express it. Names and URLs with blanks are
-/// quoted, and dates are written in braces, so that the text reads back as the same list.
+/// quoted, and dates are written in braces, so that the text reads back as the same list but for one thing: the format
+/// of 1.4 takes the operative revision of a definition without a peg revision for both.
 ///
 /// @param definitions  none of them nil
 HSVN_EXPORT std::string stringFromExternalDefinitionList(const std::vector<HSVNExternalDefinitionRef>& definitions);
+/// The same in the oldest format that keeps the meaning of every definition: that of 1.5, too, where an item is to be
+/// found in HEAD and fetched as it was in another revision.
+HSVN_EXPORT std::string
+exactStringFromExternalDefinitionList(const std::vector<HSVNExternalDefinitionRef>& definitions);
 
 /// The oldest line whose format can express a definition: 1.5 for a relative URL or a peg revision of its own,
 /// else 1.4.

@@ -92,6 +92,13 @@ TEST_P(ExternalsTexts, AreReadAndWrittenInTheOldestFormatThatHoldsThem)
               GetParam().written);
 }
 
+TEST_P(ExternalsTexts, KeepTheirMeaningInADictionary)
+{
+    HSVNProperties properties;
+    properties.setExternals(HSVNString::externalDefinitionListValue(GetParam().text));
+    EXPECT_EQ(textsOf(properties.externals()), GetParam().definitions);
+}
+
 INSTANTIATE_TEST_SUITE_P(
     Spellings, ExternalsTexts,
     testing::Values(ExternalsText{"", {}, ""}, ExternalsText{"# a comment\n\n  \n", {}, ""},
