@@ -56,6 +56,7 @@ void HSVNReadBlame(const std::string& target, const HSVNRevisionRef& pegRevision
 {
     HSVNAssertParameter(pegRevision != nullptr, "pegRevision != nil");
     HSVNAssertParameter(range.first != nullptr && range.second != nullptr, "revision != nil");
+    HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             className,

@@ -3,6 +3,7 @@
 #include "HSVNUnicodePrivate.h"
 
 #include <algorithm>
+#include <fmt/format.h>
 
 namespace {
 
@@ -103,6 +104,19 @@ std::string decoded(const char* text)
 {
     const std::string_view bytes = text ? text : "";
     return isASCII(bytes) ? std::string{bytes} : HSVNUnicode::shared().wellFormed(bytes);
+}
+
+std::string quoted(std::string_view text)
+{
+    std::string result;
+    for (const char byte : text) {
+        if (byte >= ' ' && byte <= '~') {
+            result += byte;
+        } else {
+            result += fmt::format("\\x{:02x}", static_cast<unsigned char>(byte));
+        }
+    }
+    return result;
 }
 
 } // namespace HSVNText

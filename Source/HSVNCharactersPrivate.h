@@ -37,4 +37,7 @@ HSVN_EXPORT std::string searchForm(std::string_view text);
 /// The text with ill-formed byte sequences replaced by U+FFFD; empty for null.
 HSVN_EXPORT std::string decoded(const char* text);
 
+/// The text in ASCII, for messages: what is none, or would not be seen, as \xNN.
+HSVN_EXPORT std::string quoted(std::string_view text);
+
 } // namespace HSVNText

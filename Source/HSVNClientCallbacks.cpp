@@ -1,3 +1,4 @@
+#include "HSVNCStringPrivate.h"
 #include "HSVNCaughtExceptionPrivate.h"
 #include "HSVNClientPrivate.h"
 #include "HSVNCommitItem.h"
@@ -68,8 +69,8 @@ svn_error_t* askForCredentials(HSVNClient& client, svn_auth_cred_simple_t** answ
     const HSVNBundleEntryPoints& table = HSVNCurrentEntryPoints();
     auto* record = static_cast<svn_auth_cred_simple_t*>(table.apr_palloc(pool, sizeof(svn_auth_cred_simple_t)));
     *record = {};
-    record->username = table.apr_pstrdup(pool, credentials->username().c_str());
-    record->password = table.apr_pstrdup(pool, credentials->password().c_str());
+    record->username = table.apr_pstrdup(pool, HSVNCString(credentials->username()));
+    record->password = table.apr_pstrdup(pool, HSVNCString(credentials->password()));
     record->may_save = mayStore;
     *answer = record;
     return nullptr;
@@ -127,7 +128,7 @@ svn_error_t* askForText(Message message, TextQuestion question, const char* Reco
         const HSVNBundleEntryPoints& table = HSVNCurrentEntryPoints();
         auto* record = static_cast<Record*>(table.apr_palloc(pool, sizeof(Record)));
         *record = {};
-        record->*text = table.apr_pstrdup(pool, given.c_str());
+        record->*text = table.apr_pstrdup(pool, HSVNCString(given));
         record->may_save = mayStore;
         *answer = record;
         return nullptr;
@@ -150,7 +151,7 @@ svn_error_t* askForLogMessage(HSVNClient& client, const char** message, const ap
             return nullptr;
         }
     }
-    *message = HSVNCurrentEntryPoints().apr_pstrdup(pool, text.c_str());
+    *message = HSVNCurrentEntryPoints().apr_pstrdup(pool, HSVNCString(text));
     return nullptr;
 }
 

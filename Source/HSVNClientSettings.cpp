@@ -1,12 +1,13 @@
 #include "HSVNClientSettings.h"
 
+#include "HSVNCStringPrivate.h"
 #include "HSVNExtensionCallPrivate.h"
 
 namespace {
 
 const char* textOrNull(const HSVNOperation& operation, const std::optional<std::string>& text)
 {
-    return text ? operation->apr_pstrdup(operation.context()->pool(), text->c_str()) : nullptr;
+    return text ? operation->apr_pstrdup(operation.context()->pool(), HSVNCString(*text)) : nullptr;
 }
 
 /// Whether it is the system that keeps the configuration area from being used: the client can do without one then.
@@ -39,7 +40,7 @@ HSVNExceptionRef readConfiguration(const HSVNOperation& operation, const char* f
 svn_config_t* configOf(const HSVNOperation& operation, const std::string& category)
 {
     return static_cast<svn_config_t*>(
-        operation->apr_hash_get(operation.ctx()->config, category.c_str(), APR_HASH_KEY_STRING));
+        operation->apr_hash_get(operation.ctx()->config, HSVNCString(category), APR_HASH_KEY_STRING));
 }
 
 void apply(const HSVNConfigurationOption& option, const HSVNOperation& operation)
@@ -47,7 +48,7 @@ void apply(const HSVNConfigurationOption& option, const HSVNOperation& operation
     if (option.value) {
         operation.context()->setOption(*option.value, option.name, option.category, option.section);
     } else if (svn_config_t* const config = configOf(operation, option.category)) {
-        operation->config_set(config, option.section.c_str(), option.name.c_str(), nullptr);
+        operation->config_set(config, HSVNCString(option.section), HSVNCString(option.name), nullptr);
     }
 }
 

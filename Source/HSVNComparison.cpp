@@ -1,6 +1,7 @@
 #include "HSVNComparison.h"
 
 #include "HSVNContentsStreamPrivate.h"
+#include "HSVNDepthTranslationPrivate.h"
 #include "HSVNExtensionCallPrivate.h"
 
 namespace {
@@ -12,7 +13,7 @@ using Revisions = std::pair<HSVNRevisionRef, HSVNRevisionRef>;
 
 HSVNBundleExtensions::Comparing wishesOf(const HSVNOperation& operation, const HSVNComparisonOptions& options)
 {
-    return {static_cast<svn_depth_t>(options.depth),
+    return {HSVNDepthForSubversion(options.depth),
             options.ignoreAncestry,
             options.omitAdded,
             options.omitDeleted,
@@ -120,6 +121,7 @@ void HSVNSummarizeItems(const Item& first, const Item& second, const HSVNCompari
                         const HSVNDifferenceReceiver& receiver, const HSVNContextRef& context)
 {
     checkItems(first, second, context);
+    HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNOperation operation{context,
                             className,
                             "summarizeItems:withOptions:receiver:withContext:",
@@ -138,6 +140,7 @@ void HSVNSummarizeRevisions(const std::string& target, const HSVNRevisionRef& pe
                             const HSVNContextRef& context)
 {
     checkRevisions(pegRevision, revisions, context);
+    HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNOperation operation{context,
                             className,
                             "summarizeRevisions:ofTarget:withOptions:receiver:withContext:",

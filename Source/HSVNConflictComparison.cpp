@@ -1,3 +1,4 @@
+#include "HSVNCStringPrivate.h"
 #include "HSVNConflictedItem.h"
 #include "HSVNContentsStreamPrivate.h"
 #include "HSVNExtensionCallPrivate.h"
@@ -17,7 +18,7 @@ Texts filesOf(const HSVNOperation& operation, const HSVNConflictSides& files)
 
 Texts labelsOf(const HSVNSideLabels& labels)
 {
-    return {labels.base.c_str(), labels.mine.c_str(), nullptr, labels.theirs.c_str()};
+    return {HSVNCString(labels.base), HSVNCString(labels.mine), nullptr, HSVNCString(labels.theirs)};
 }
 
 } // namespace
@@ -26,6 +27,7 @@ void HSVNCompareFiles(const std::string& original, const std::string& modified, 
                       const std::string& modifiedLabel, const HSVNContentsReceiver& receiver,
                       const HSVNContextRef& context)
 {
+    HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             className,
@@ -33,13 +35,15 @@ void HSVNCompareFiles(const std::string& original, const std::string& modified, 
                             {{"original", original}, {"modified", modified}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::diff_files);
     const HSVNContentsStream stream{operation, receiver};
-    operation.check(function(stream, operation.cString(original), operation.cString(modified), originalLabel.c_str(),
-                             modifiedLabel.c_str(), operation.ctx(), operation.pool()));
+    operation.check(function(stream, operation.cString(original), operation.cString(modified),
+                             HSVNCString(originalLabel), HSVNCString(modifiedLabel), operation.ctx(),
+                             operation.pool()));
 }
 
 void HSVNShowConflicts(const HSVNConflictSides& files, const HSVNSideLabels& labels,
                        const HSVNContentsReceiver& receiver, const HSVNContextRef& context)
 {
+    HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             className,

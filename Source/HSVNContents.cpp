@@ -8,6 +8,7 @@ void HSVNReadContents(const std::string& target, const HSVNRevisionSpecRef& revi
                       const HSVNContentsReceiver& receiver, const HSVNContextRef& context)
 {
     HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNContents",

@@ -1,6 +1,7 @@
 #include "HSVNContext.h"
 
 #include "HSVNBundleLoader.h"
+#include "HSVNCStringPrivate.h"
 #include "HSVNCharactersPrivate.h"
 #include "HSVNException.h"
 #include "HSVNPoolPrivate.h"
@@ -20,7 +21,7 @@ svn_config_t* configuration(const svn_client_ctx_t* ctx, const std::string& cate
         return nullptr;
     }
     return static_cast<svn_config_t*>(
-        HSVNCurrentEntryPoints().apr_hash_get(ctx->config, category.c_str(), APR_HASH_KEY_STRING));
+        HSVNCurrentEntryPoints().apr_hash_get(ctx->config, HSVNCString(category), APR_HASH_KEY_STRING));
 }
 
 /// Options on their way out of Subversion's enumeration.
@@ -116,8 +117,8 @@ std::optional<std::string> HSVNContext::optionForName(const std::string& name, c
         return defaultValue;
     }
     const char* value = nullptr;
-    HSVNCurrentEntryPoints().config_get(config, &value, section.c_str(), name.c_str(),
-                                        defaultValue ? defaultValue->c_str() : nullptr);
+    HSVNCurrentEntryPoints().config_get(config, &value, HSVNCString(section), HSVNCString(name),
+                                        defaultValue ? HSVNCString(*defaultValue) : nullptr);
     return value ? std::optional{HSVNText::decoded(value)} : std::nullopt;
 }
 
@@ -129,7 +130,7 @@ void HSVNContext::setOption(const std::string& value, const std::string& name, c
     if (!config) {
         HSVNException::exceptionWithReason(fmt::format("Couldn't find configuration category '{}'", category))->raise();
     }
-    HSVNCurrentEntryPoints().config_set(config, section.c_str(), name.c_str(), value.c_str());
+    HSVNCurrentEntryPoints().config_set(config, HSVNCString(section), HSVNCString(name), HSVNCString(value));
 }
 
 std::map<std::string, std::string> HSVNContext::optionsForCategory(const std::string& category,
@@ -138,7 +139,7 @@ std::map<std::string, std::string> HSVNContext::optionsForCategory(const std::st
     const HSVNBundleScope scope{_bundle};
     OptionList list;
     if (svn_config_t* const config = configuration(_ctx, category)) {
-        HSVNCurrentEntryPoints().config_enumerate(config, section.c_str(), collectOption, &list);
+        HSVNCurrentEntryPoints().config_enumerate(config, HSVNCString(section), collectOption, &list);
     }
     if (list.failure) {
         std::rethrow_exception(list.failure);

@@ -1,4 +1,5 @@
 #include "HSVNCheckOutOptions.h"
+#include "HSVNDepthTranslationPrivate.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
 #include "HSVNLocalPath.h"
@@ -35,13 +36,13 @@ void checkOut(HSVNOperation& operation, const HSVNURL& url, const HSVNPath& path
     const svn_opt_revision_t revision = options.revision()->operativeRevision()->SVNRevision();
     const svn_opt_revision_t pegRevision = options.revision()->pegRevision()->SVNRevision();
     const char* source = operation.cString(url.string());
-    const char* target = operation.cString(path.string());
+    const char* target = operation.changed(path.string());
     const svn_boolean_t ignoreExternals = !options.processExternals();
     svn_revnum_t result = SVN_INVALID_REVNUM;
     if (operation.isAtLeast(HSVNVersion::version1_5())) {
         operation.check(operation->client_checkout3(
-            &result, source, target, &pegRevision, &revision, static_cast<svn_depth_t>(options.depth()),
-            ignoreExternals, options.allowUnversionedObstructions(), operation.ctx(), operation.pool()));
+            &result, source, target, &pegRevision, &revision, HSVNDepthForSubversion(options.depth()), ignoreExternals,
+            options.allowUnversionedObstructions(), operation.ctx(), operation.pool()));
     } else {
         operation.check(operation->client_checkout2(&result, source, target, &pegRevision, &revision,
                                                     recurseForDepth(options.depth()), ignoreExternals, operation.ctx(),

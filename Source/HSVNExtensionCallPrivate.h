@@ -2,6 +2,7 @@
 
 #include "HSVNBundleExtensionsPrivate.h"
 #include "HSVNOperationPrivate.h"
+#include "HSVNReservedNamePrivate.h"
 #include "HSVNRevision.h"
 
 #include <algorithm>
@@ -24,7 +25,17 @@ inline apr_array_header_t* HSVNTextArray(const HSVNOperation& operation, const s
     return array;
 }
 
-/// The same, but null for none, which stands for every item where Subversion filters by a list.
+/// The same as `HSVNTextArray` of targets that are to be changed; see `HSVNOperation::changed`.
+inline apr_array_header_t* HSVNChangedArray(const HSVNOperation& operation, const std::vector<std::string>& targets)
+{
+    auto* const array = HSVNTextArray(operation, targets);
+    for (const auto& target : targets) {
+        HSVNRequireUnreserved(target);
+    }
+    return array;
+}
+
+/// The same as `HSVNTextArray`, but null for none, which stands for every item where Subversion filters by a list.
 inline apr_array_header_t* HSVNFilterArray(const HSVNOperation& operation, const std::vector<std::string>& texts)
 {
     return texts.empty() ? nullptr : HSVNTextArray(operation, texts);

@@ -1,6 +1,7 @@
 #include "HSVNItemInfo.h"
 
 #include "HSVNBrowsingPrivate.h"
+#include "HSVNDepthTranslationPrivate.h"
 #include "HSVNLockRecordPrivate.h"
 #include "HSVNRevisionNumberPrivate.h"
 #include "HSVNWorkingCopyPlacePrivate.h"
@@ -112,6 +113,7 @@ void HSVNReadItemInfo(const std::string& target, const HSVNRevisionSpecRef& revi
                       const HSVNContextRef& context)
 {
     HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNItemInfo",
@@ -121,7 +123,7 @@ void HSVNReadItemInfo(const std::string& target, const HSVNRevisionSpecRef& revi
     const HSVNRevisionRecords revisions{*revision};
     InfoCall call{*context, receiver};
     operation.check(function(operation.cString(target), &revisions.peg, &revisions.operative,
-                             static_cast<svn_depth_t>(options.depth), options.includeExternals,
+                             HSVNDepthForSubversion(options.depth), options.includeExternals,
                              HSVNFilterArray(operation, options.changelists), receiveInfo, &call, operation.ctx(),
                              operation.pool()));
 }

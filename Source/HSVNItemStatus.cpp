@@ -1,5 +1,6 @@
 #include "HSVNItemStatus.h"
 
+#include "HSVNDepthTranslationPrivate.h"
 #include "HSVNLockRecordPrivate.h"
 #include "HSVNRevisionNumberPrivate.h"
 #include "HSVNWorkingCopyPlacePrivate.h"
@@ -109,6 +110,7 @@ HSVNRevisionNumber HSVNScanItemStatus(const std::string& target, const HSVNRevis
                                       const HSVNContextRef& context)
 {
     HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNItemStatus",
@@ -119,7 +121,7 @@ HSVNRevisionNumber HSVNScanItemStatus(const std::string& target, const HSVNRevis
     Scan scan{operation, receiver};
     svn_revnum_t result = HSVNInvalidRevision;
     operation.check(function(&result, operation.ctx(), operation.cString(target), &record,
-                             static_cast<svn_depth_t>(options.depth), options.getAll, options.contactRepository,
+                             HSVNDepthForSubversion(options.depth), options.getAll, options.contactRepository,
                              !options.matchIgnorePatterns, !options.processExternals,
                              HSVNFilterArray(operation, options.changelists), receiveStatus, &scan, operation.pool()));
     return HSVNRevisionNumberFromSubversion(result);

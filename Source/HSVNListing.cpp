@@ -1,6 +1,7 @@
 #include "HSVNListing.h"
 
 #include "HSVNBrowsingPrivate.h"
+#include "HSVNDepthTranslationPrivate.h"
 #include "HSVNLockRecordPrivate.h"
 #include "HSVNRevisionNumberPrivate.h"
 #include "HSVNStringPaths.h"
@@ -36,6 +37,7 @@ void HSVNListItems(const std::string& target, const HSVNRevisionSpecRef& revisio
                    const HSVNListingReceiver& receiver, const HSVNContextRef& context)
 {
     HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNListing",
@@ -48,7 +50,7 @@ void HSVNListItems(const std::string& target, const HSVNRevisionSpecRef& revisio
     std::transform(options.patterns.begin(), options.patterns.end(), std::back_inserter(patterns),
                    HSVNString::stringForSearching);
     operation.check(function(operation.cString(target), &revisions.peg, &revisions.operative,
-                             HSVNFilterArray(operation, patterns), static_cast<svn_depth_t>(options.depth),
+                             HSVNFilterArray(operation, patterns), HSVNDepthForSubversion(options.depth),
                              options.allFields ? SVN_DIRENT_ALL : SVN_DIRENT_KIND, options.fetchLocks,
                              options.includeExternals, receiveItem, &call, operation.ctx(), operation.pool()));
 }

@@ -69,6 +69,7 @@ void HSVNReadLog(const std::vector<std::string>& targets, const HSVNRevisionRef&
                  const HSVNContextRef& context)
 {
     HSVNAssertParameter(pegRevision != nullptr, "pegRevision != nil");
+    HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{
         context,

@@ -9,6 +9,7 @@
 #include "HSVNOperationPrivate.h"
 #include "HSVNPathKindPrivate.h"
 #include "HSVNReplacedItemPrivate.h"
+#include "HSVNReservedNamePrivate.h"
 #include "HSVNRevisionSpec.h"
 
 #include <fmt/format.h>
@@ -19,6 +20,13 @@ void checkDeletion(const HSVNDeleteOptionsRef& options, const HSVNContextRef& co
 {
     HSVNAssertParameter(options != nullptr, "options != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
+}
+
+/// For what the file manager is to do without an operation's frame.
+void requireUnreserved(const HSVNPath& path, const HSVNContextRef& context)
+{
+    const HSVNBundleScope bundle{context->bundle()};
+    HSVNRequireUnreserved(path.string());
 }
 
 void removeFromDisk(const std::string& path)
@@ -95,9 +103,11 @@ void HSVNNode::deleteWorkingCopyNodesAtPaths(const std::vector<HSVNPathRef>& nod
                             "HSVNNode",
                             "deleteWorkingCopyNodesAtPaths:withOptions:withContext:",
                             {{"nodePaths", nodePaths}, {"options", options}, {"context", context}}};
+    operation.pathArray(nodePaths); // refuses reserved names before anything is deleted
     for (const auto& path : nodePaths) {
-        HSVNAssertParameter(path != nullptr, "path != nil");
         HSVNRequireLocalPath(path); // Subversion would delete it in the repository at once
+    }
+    for (const auto& path : nodePaths) {
         deleteWorkingCopyNode(operation, *path, *options);
     }
 }
@@ -123,6 +133,7 @@ void HSVNNode::deleteNodeAtPath(const HSVNPathRef& path, const HSVNPathRef& sour
     HSVNLogCall("HSVNNode", "deleteNodeAtPath:forOverwriteWithFileAtPath:withContext:",
                 {{"path", path}, {"source", source}, {"context", context}});
     HSVNCheckReplacement(path, source, context);
+    requireUnreserved(*path, context);
     if (HSVNIsLocal(path) && !isVersionedFileAtPath(path, context)) {
         removeFromDisk(path->string());
         return;

@@ -1,3 +1,4 @@
+#include "HSVNExtensionCallPrivate.h"
 #include "HSVNLogOptions.h"
 #include "HSVNLogReceiverPrivate.h"
 #include "HSVNNode.h"
@@ -74,8 +75,8 @@ std::vector<HSVNLogItemRef> HSVNNode::readLogForNodeAtPath(const HSVNPathRef& pa
     const auto from = options->fromRevision()->SVNRevision();
     const auto to = options->toRevision()->SVNRevision();
     HSVNLogReceiver receiver{*context, delegate};
-    operation.check(operation->client_log3(operation.pathArray(*path), &peg, &from, &to, options->limit(),
-                                           options->discoverChangedPaths(), !options->traverseCopyHistory(),
-                                           HSVNLogReceiver::receive, &receiver, operation.ctx(), operation.pool()));
+    operation.check(operation->client_log3(
+        HSVNTextArray(operation, {path->string()}), &peg, &from, &to, options->limit(), options->discoverChangedPaths(),
+        !options->traverseCopyHistory(), HSVNLogReceiver::receive, &receiver, operation.ctx(), operation.pool()));
     return std::move(receiver.items);
 }

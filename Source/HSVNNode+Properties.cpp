@@ -11,8 +11,6 @@
 #include "HSVNStringPaths.h"
 #include "HSVNStringProperties.h"
 
-#include <cstring>
-
 namespace {
 
 void checkPropertyName(const std::string& name)
@@ -21,20 +19,6 @@ void checkPropertyName(const std::string& name)
 }
 
 std::string valueOf(const svn_string_t& value) { return HSVNString::stringWithSVNString(&value); }
-
-/// A counted string of the value's bytes, which may hold NUL.
-const svn_string_t* makeValue(HSVNOperation& operation, const std::string& value)
-{
-    if (value.find('\0') == std::string::npos) {
-        return HSVNString::SVNStringUsingPool(value, operation.pool());
-    }
-    auto* data = static_cast<char*>(operation->apr_palloc(operation.pool(), value.size() + 1));
-    std::memcpy(data, value.c_str(), value.size() + 1);
-    auto* counted = static_cast<svn_string_t*>(operation->apr_palloc(operation.pool(), sizeof(svn_string_t)));
-    counted->data = data;
-    counted->len = value.size();
-    return counted;
-}
 
 /// The entries of a hash of counted strings by C-string keys.
 HSVNProperties::Map entriesOf(HSVNOperation& operation, apr_hash_t* hash)
@@ -64,8 +48,8 @@ void HSVNNode::setProperty(const std::string& propName, const std::optional<std:
         "HSVNNode",
         "setProperty:value:forNodeAtPath:withContext:",
         {{"propName", propName}, {"value", value.value_or("(null)")}, {"path", path}, {"context", context}}};
-    const svn_string_t* counted = value ? makeValue(operation, *value) : nullptr;
-    operation.check(operation->client_propset2(operation.cString(propName), counted, operation.cString(path->string()),
+    const svn_string_t* counted = value ? HSVNString::SVNStringUsingPool(*value, operation.pool()) : nullptr;
+    operation.check(operation->client_propset2(operation.cString(propName), counted, operation.changed(path->string()),
                                                FALSE, FALSE, operation.ctx(), operation.pool()));
 }
 

@@ -31,7 +31,7 @@ HSVNRevisionNumber HSVNNode::importNodeAtPath(const HSVNPathRef& path, const HSV
         {HSVNNotifyActionImportStarted, HSVNNotifyActionImportSucceeded, HSVNNotifyActionImportFailed}, *path, url};
     return notifications.run(*context, [&] {
         svn_commit_info_t* info = nullptr;
-        operation.check(operation->client_import2(&info, operation.cString(path->string()),
+        operation.check(operation->client_import2(&info, operation.changed(path->string()),
                                                   operation.cString(url->string()), !options->recursive(),
                                                   !options->matchIgnorePatterns(), operation.ctx(), operation.pool()));
         if (!info) {
@@ -53,12 +53,12 @@ svn_error_t* callExport(HSVNOperation& operation, svn_revnum_t* result, const HS
     const svn_opt_revision_t peg = options.revision()->pegRevision()->SVNRevision();
     const svn_opt_revision_t operative = options.revision()->operativeRevision()->SVNRevision();
     const char* source = operation.cString(from.string());
-    const char* target = operation.cString(to.string());
+    const char* target = operation.changed(to.string());
     const char* endOfLine = options.EOLMarkers() ? operation.cString(*options.EOLMarkers()) : nullptr;
     const svn_boolean_t ignoreExternals = !options.processExternals();
     if (operation.isAtLeast(HSVNVersion::version1_5())) {
         return operation->client_export4(result, source, target, &peg, &operative, options.overwriteExisting(),
-                                         ignoreExternals, static_cast<svn_depth_t>(options.depth()), endOfLine,
+                                         ignoreExternals, HSVNDepthForSubversion(options.depth()), endOfLine,
                                          operation.ctx(), operation.pool());
     }
     return operation->client_export3(result, source, target, &peg, &operative, options.overwriteExisting(),
@@ -131,7 +131,7 @@ svn_error_t* callMerge(HSVNOperation& operation, const MergeSource& first, const
     const apr_array_header_t* texts = mergeOptionTexts(operation, options);
     if (operation.isAtLeast(HSVNVersion::version1_5())) {
         return operation->client_merge3(first.path, &first.revision, second.path, &second.revision, target,
-                                        static_cast<svn_depth_t>(options.depth()), options.ignoreAncestry(),
+                                        HSVNDepthForSubversion(options.depth()), options.ignoreAncestry(),
                                         options.force(), options.recordOnly(), options.dryRun(), texts, operation.ctx(),
                                         operation.pool());
     }
@@ -170,7 +170,7 @@ void HSVNNode::mergeNodeAtPath(const HSVNPathRef& path1, const HSVNRevisionRef& 
          {"context", context}}};
     operation.check(callMerge(operation, {operation.cString(path1->string()), revision1->SVNRevision()},
                               {operation.cString(path2->string()), revision2->SVNRevision()},
-                              operation.cString(workingCopyPath->string()), *options));
+                              operation.changed(workingCopyPath->string()), *options));
     if (!operation.isAtLeast(HSVNVersion::version1_6())) {
         // Lines before 1.6 do not send it themselves.
         auto completed = HSVNNotification::notificationWithAction(HSVNNotifyActionMergeCompleted);

@@ -20,7 +20,7 @@ svn_error_t* callUpdate(HSVNOperation& operation, apr_array_header_t** results, 
 {
     const svn_boolean_t ignoreExternals = !options.processExternals();
     if (operation.isAtLeast(HSVNVersion::version1_5())) {
-        return operation->client_update3(results, paths, &revision, static_cast<svn_depth_t>(options.depth()),
+        return operation->client_update3(results, paths, &revision, HSVNDepthForSubversion(options.depth()),
                                          options.depthIsSticky(), ignoreExternals,
                                          options.allowUnversionedObstructions(), operation.ctx(), operation.pool());
     }
@@ -61,7 +61,7 @@ svn_error_t* callCommit(HSVNOperation& operation, svn_commit_info_t** info, cons
 {
     const svn_boolean_t keepLocks = !options.releaseLocks();
     if (operation.isAtLeast(HSVNVersion::version1_5())) {
-        return operation->client_commit4(info, targets, static_cast<svn_depth_t>(options.depth()), keepLocks,
+        return operation->client_commit4(info, targets, HSVNDepthForSubversion(options.depth()), keepLocks,
                                          FALSE /* keep changelists */, nullptr /* changelists */,
                                          nullptr /* revision properties */, operation.ctx(), operation.pool());
     }
@@ -86,7 +86,7 @@ void HSVNNode::add(const HSVNPathRef& path, const std::shared_ptr<const HSVNAddO
                             "HSVNNode",
                             "add:withOptions:withContext:",
                             {{"path", path}, {"options", options}, {"context", context}}};
-    operation.check(operation->client_add3(operation.cString(path->string()), options->recursive(), options->force(),
+    operation.check(operation->client_add3(operation.changed(path->string()), options->recursive(), options->force(),
                                            !options->matchIgnorePatterns(), operation.ctx(), operation.pool()));
 }
 
@@ -113,7 +113,7 @@ void HSVNNode::resolveNodeAtPath(const HSVNPathRef& path, const std::shared_ptr<
                             "HSVNNode",
                             "resolveNodeAtPath:withOptions:withContext:",
                             {{"path", path}, {"options", options}, {"context", context}}};
-    operation.check(operation->client_resolved(operation.cString(path->string()), options->recursive(), operation.ctx(),
+    operation.check(operation->client_resolved(operation.changed(path->string()), options->recursive(), operation.ctx(),
                                                operation.pool()));
 }
 

@@ -1,6 +1,8 @@
 #include "HSVNOperationPrivate.h"
 
+#include "HSVNCStringPrivate.h"
 #include "HSVNException.h"
+#include "HSVNReservedNamePrivate.h"
 
 #include <fmt/format.h>
 
@@ -67,13 +69,20 @@ void HSVNOperation::check(svn_error_t* error)
 apr_array_header_t* HSVNOperation::pathArray(const HSVNPath& path)
 {
     auto* const array = _entryPoints->apr_array_make(_pool, 1, sizeof(const char*));
-    *static_cast<const char**>(_entryPoints->apr_array_push(array)) = cString(path.string());
+    *static_cast<const char**>(_entryPoints->apr_array_push(array)) = changed(path.string());
     return array;
 }
 
 const char* HSVNOperation::cString(const std::string& text) const
 {
-    return _entryPoints->apr_pstrdup(_pool, text.c_str());
+    return _entryPoints->apr_pstrdup(_pool, HSVNCString(text));
+}
+
+const char* HSVNOperation::changed(const std::string& target) const
+{
+    const char* const text = cString(target);
+    HSVNRequireUnreserved(target);
+    return text;
 }
 
 HSVNExceptionRef HSVNExceptionOfError(const HSVNContext& context, svn_error_t* error, bool clear)

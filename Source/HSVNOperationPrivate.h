@@ -76,21 +76,27 @@ class HSVN_EXPORT HSVNOperation
     /// Throws the exception that a callback kept, else the exception of the error (which is consumed), else returns.
     void check(svn_error_t* error);
 
-    /// The paths' C strings, in order, in the pool; none is nil ("path != nil").
+    /// The C strings of paths that are to be changed, as `changed` makes them, in order; none is nil ("path != nil").
     template <class Path>
     apr_array_header_t* pathArray(const std::vector<std::shared_ptr<Path>>& paths)
     {
         auto* array = _entryPoints->apr_array_make(_pool, static_cast<int>(paths.size()), sizeof(const char*));
         for (const auto& path : paths) {
             HSVNAssertParameter(path != nullptr, "path != nil");
-            *static_cast<const char**>(_entryPoints->apr_array_push(array)) = cString(path->string());
+            *static_cast<const char**>(_entryPoints->apr_array_push(array)) = changed(path->string());
         }
         return array;
     }
-    /// One path as an array.
+    /// One path that is to be changed as an array.
     apr_array_header_t* pathArray(const HSVNPath& path);
     /// A copy of the text in the pool.
+    ///
+    /// @throws HSVNInvalidArgumentException for a text with a NUL in it, which would be cut there
     const char* cString(const std::string& text) const;
+    /// The same of a path or URL that is to be changed.
+    ///
+    /// @throws HSVNException for a path with a reserved name; see `HSVNRequireUnreserved`
+    const char* changed(const std::string& target) const;
 
   private:
     [[noreturn]] void failUnsupported() const;

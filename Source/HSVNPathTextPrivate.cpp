@@ -18,20 +18,6 @@
 
 namespace {
 
-/// The text in ASCII: what is none, or would not be seen, as \xNN.
-std::string quoted(std::string_view text)
-{
-    std::string result;
-    for (const char byte : text) {
-        if (byte >= ' ' && byte <= '~') {
-            result += byte;
-        } else {
-            result += fmt::format("\\x{:02x}", static_cast<unsigned char>(byte));
-        }
-    }
-    return result;
-}
-
 std::string_view withoutTrailingSlashes(std::string_view path)
 {
     while (path.size() > 1 && path.ends_with('/')) {
@@ -121,7 +107,7 @@ void HSVNPathText::requireText(std::string_view text)
 {
     if (!HSVNText::isWellFormed(text)) {
         throw HSVNInvalidArgumentException(
-            fmt::format("\"{}\" is not valid UTF-8 text without NUL characters", quoted(text)));
+            fmt::format("\"{}\" is not valid UTF-8 text without NUL characters", HSVNText::quoted(text)));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "HSVNPropertyReading.h"
 
 #include "HSVNBrowsingPrivate.h"
+#include "HSVNDepthTranslationPrivate.h"
 #include "HSVNExtensionCallPrivate.h"
 #include "HSVNRevisionNumberPrivate.h"
 
@@ -60,6 +61,7 @@ void HSVNReadProperties(const std::string& target, const HSVNRevisionSpecRef& re
                         const HSVNContextRef& context)
 {
     HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNPropertyReading",
@@ -69,7 +71,7 @@ void HSVNReadProperties(const std::string& target, const HSVNRevisionSpecRef& re
     const HSVNRevisionRecords revisions{*revision};
     PropertiesCall call{operation, receiver};
     operation.check(function(operation.cString(target), &revisions.peg, &revisions.operative,
-                             static_cast<svn_depth_t>(options.depth), HSVNFilterArray(operation, options.changelists),
+                             HSVNDepthForSubversion(options.depth), HSVNFilterArray(operation, options.changelists),
                              options.inherited, receiveProperties, &call, operation.ctx(), operation.pool()));
 }
 
@@ -89,7 +91,7 @@ HSVNPropertyValues HSVNReadProperty(const std::string& name, const std::string& 
     apr_array_header_t* inherited = nullptr;
     operation.check(function(&values, options.inherited ? &inherited : nullptr, operation.cString(name),
                              operation.cString(target), &revisions.peg, &revisions.operative,
-                             static_cast<svn_depth_t>(options.depth), HSVNFilterArray(operation, options.changelists),
+                             HSVNDepthForSubversion(options.depth), HSVNFilterArray(operation, options.changelists),
                              operation.ctx(), operation.pool()));
     const auto byPath = propertiesOf(operation, values);
     HSVNPropertyValues found{{byPath.begin(), byPath.end()}, inheritedOf(operation, inherited)};

@@ -1,5 +1,6 @@
 #include "HSVNRepositoryChanges.h"
 
+#include "HSVNDepthTranslationPrivate.h"
 #include "HSVNExtensionCallPrivate.h"
 #include "HSVNRevisionNumberPrivate.h"
 #include "HSVNTextPrivate.h"
@@ -64,7 +65,7 @@ void HSVNCommitItems(const std::vector<std::string>& targets, const HSVNItemComm
         context, "commitItems:withOptions:wishes:withContext:", {{"targets", targets}, {"context", context}}, wishes};
     auto& operation = change.operation();
     const auto function = operation.extension(&HSVNBundleExtensions::client_commit);
-    operation.check(function(HSVNTextArray(operation, targets), static_cast<svn_depth_t>(options.depth),
+    operation.check(function(HSVNChangedArray(operation, targets), HSVNDepthForSubversion(options.depth),
                              options.keepLocks, options.keepChangelists, options.includeExternals,
                              HSVNFilterArray(operation, options.changelists), change.properties(), change.receiver(),
                              &change, operation.ctx(), operation.pool()));
@@ -80,7 +81,7 @@ void HSVNImportItem(const std::string& path, const std::string& url, const HSVNI
                   wishes};
     auto& operation = change.operation();
     const auto function = operation.extension(&HSVNBundleExtensions::client_import);
-    operation.check(function(operation.cString(path), operation.cString(url), static_cast<svn_depth_t>(options.depth),
+    operation.check(function(operation.changed(path), operation.cString(url), HSVNDepthForSubversion(options.depth),
                              !options.matchIgnorePatterns, !options.automaticProperties, options.ignoreUnknownKinds,
                              change.properties(), change.receiver(), &change, operation.ctx(), operation.pool()));
 }
@@ -93,7 +94,7 @@ void HSVNMakeFolders(const std::vector<std::string>& targets, bool makeParents, 
         context, "makeFolders:makeParents:wishes:withContext:", {{"targets", targets}, {"context", context}}, wishes};
     auto& operation = change.operation();
     const auto function = operation.extension(&HSVNBundleExtensions::client_mkdir);
-    operation.check(function(HSVNTextArray(operation, targets), makeParents, change.properties(), change.receiver(),
+    operation.check(function(HSVNChangedArray(operation, targets), makeParents, change.properties(), change.receiver(),
                              &change, operation.ctx(), operation.pool()));
 }
 
@@ -105,8 +106,8 @@ void HSVNDeleteItems(const std::vector<std::string>& targets, const HSVNItemDele
         context, "deleteItems:withOptions:wishes:withContext:", {{"targets", targets}, {"context", context}}, wishes};
     auto& operation = change.operation();
     const auto function = operation.extension(&HSVNBundleExtensions::client_delete);
-    operation.check(function(HSVNTextArray(operation, targets), options.force, options.keepLocal, change.properties(),
-                             change.receiver(), &change, operation.ctx(), operation.pool()));
+    operation.check(function(HSVNChangedArray(operation, targets), options.force, options.keepLocal,
+                             change.properties(), change.receiver(), &change, operation.ctx(), operation.pool()));
 }
 
 void HSVNCopyItems(const std::vector<HSVNCopySource>& sources, const std::string& destination,
@@ -117,6 +118,7 @@ void HSVNCopyItems(const std::vector<HSVNCopySource>& sources, const std::string
         HSVNAssertParameter(source.revision != nullptr, "revision != nil");
         named.emplace_back(source.target, source.revision);
     }
+    HSVNAssertParameter(!sources.empty(), "[sources count] > 0");
     HSVNAssertParameter(context != nullptr, "context != nil");
     Change change{context,
                   "copyItems:destination:withOptions:wishes:withContext:",
@@ -128,10 +130,10 @@ void HSVNCopyItems(const std::vector<HSVNCopySource>& sources, const std::string
                                                     sizeof(HSVNBundleExtensions::CopySource));
     for (const auto& source : sources) {
         auto* const record = static_cast<HSVNBundleExtensions::CopySource*>(operation->apr_array_push(records));
-        *record = {operation.cString(source.target), source.revision->operativeRevision()->SVNRevision(),
+        *record = {operation.changed(source.target), source.revision->operativeRevision()->SVNRevision(),
                    source.revision->pegRevision()->SVNRevision()};
     }
-    operation.check(function(records, operation.cString(destination), options.asChild, options.makeParents,
+    operation.check(function(records, operation.changed(destination), options.asChild, options.makeParents,
                              options.ignoreExternals, options.pinExternals, change.properties(), change.receiver(),
                              &change, operation.ctx(), operation.pool()));
 }
@@ -139,6 +141,7 @@ void HSVNCopyItems(const std::vector<HSVNCopySource>& sources, const std::string
 void HSVNMoveItems(const std::vector<std::string>& sources, const std::string& destination,
                    const HSVNItemMoveOptions& options, const HSVNRevisionWishes& wishes, const HSVNContextRef& context)
 {
+    HSVNAssertParameter(!sources.empty(), "[sources count] > 0");
     HSVNAssertParameter(context != nullptr, "context != nil");
     Change change{context,
                   "moveItems:destination:withOptions:wishes:withContext:",
@@ -146,7 +149,7 @@ void HSVNMoveItems(const std::vector<std::string>& sources, const std::string& d
                   wishes};
     auto& operation = change.operation();
     const auto function = operation.extension(&HSVNBundleExtensions::client_move);
-    operation.check(function(HSVNTextArray(operation, sources), operation.cString(destination), options.asChild,
+    operation.check(function(HSVNChangedArray(operation, sources), operation.changed(destination), options.asChild,
                              options.makeParents, options.allowMixedRevisions, change.properties(), change.receiver(),
                              &change, operation.ctx(), operation.pool()));
 }

@@ -5,6 +5,8 @@
 #include "HSVNPoolPrivate.h"
 #include "HSVNUnicodePrivate.h"
 
+#include <cstring>
+
 std::string HSVNString::stringWithSVNString(const svn_string_t* string)
 {
     HSVNAssertParameter(string != nullptr, "string != NULL");
@@ -13,7 +15,17 @@ std::string HSVNString::stringWithSVNString(const svn_string_t* string)
 
 svn_string_t* HSVNString::SVNStringUsingPool(const std::string& text, apr_pool_t* pool)
 {
-    return HSVNCurrentEntryPoints().string_create(text.c_str(), pool);
+    const HSVNBundleEntryPoints& entryPoints = HSVNCurrentEntryPoints();
+    if (text.find('\0') == std::string::npos) {
+        return entryPoints.string_create(text.c_str(), pool);
+    }
+    // Made from a C string, it would end at the first NUL.
+    auto* const data = static_cast<char*>(entryPoints.apr_palloc(pool, text.size() + 1));
+    std::memcpy(data, text.c_str(), text.size() + 1);
+    auto* const counted = static_cast<svn_string_t*>(entryPoints.apr_palloc(pool, sizeof(svn_string_t)));
+    counted->data = data;
+    counted->len = text.size();
+    return counted;
 }
 
 std::string HSVNString::stringByURLEncodingSpaces(std::string_view text)

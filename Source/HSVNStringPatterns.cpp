@@ -1,6 +1,7 @@
 #include "HSVNStringPatterns.h"
 
 #include "HSVNBundleLoader.h"
+#include "HSVNCStringPrivate.h"
 #include "HSVNPoolPrivate.h"
 
 bool HSVNString::matchesPatternInArray(const std::string& text, const std::vector<std::string>& patterns,
@@ -10,9 +11,9 @@ bool HSVNString::matchesPatternInArray(const std::string& text, const std::vecto
     const HSVNPool scratch{pool};
     auto* list = entryPoints.apr_array_make(scratch, static_cast<int>(patterns.size()), sizeof(const char*));
     for (const auto& pattern : patterns) {
-        *static_cast<const char**>(entryPoints.apr_array_push(list)) = pattern.c_str();
+        *static_cast<const char**>(entryPoints.apr_array_push(list)) = HSVNCString(pattern);
     }
-    return entryPoints.cstring_match_glob_list(text.c_str(), list) != FALSE;
+    return entryPoints.cstring_match_glob_list(HSVNCString(text), list) != FALSE;
 }
 
 bool HSVNString::matchesPatternInArray(const std::string& text, const std::vector<std::string>& patterns)

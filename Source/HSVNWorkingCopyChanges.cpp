@@ -1,5 +1,6 @@
 #include "HSVNWorkingCopyChanges.h"
 
+#include "HSVNDepthTranslationPrivate.h"
 #include "HSVNExtensionCallPrivate.h"
 #include "HSVNRevisionNumberPrivate.h"
 
@@ -36,8 +37,6 @@ svn_error_t* receiveConflict(void* baton, const char* path)
     });
 }
 
-svn_depth_t depthOf(HSVNDepth depth) { return static_cast<svn_depth_t>(depth); }
-
 } // namespace
 
 void HSVNAddItem(const std::string& target, const HSVNItemAddOptions& options, const HSVNContextRef& context)
@@ -46,7 +45,7 @@ void HSVNAddItem(const std::string& target, const HSVNItemAddOptions& options, c
     HSVNOperation operation{
         context, className, "addItem:withOptions:withContext:", {{"target", target}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_add);
-    operation.check(function(operation.cString(target), depthOf(options.depth), options.force,
+    operation.check(function(operation.changed(target), HSVNDepthForSubversion(options.depth), options.force,
                              !options.matchIgnorePatterns, !options.automaticProperties, options.addParents,
                              operation.ctx(), operation.pool()));
 }
@@ -58,7 +57,7 @@ void HSVNRevertItems(const std::vector<std::string>& targets, const HSVNItemReve
     HSVNOperation operation{
         context, className, "revertItems:withOptions:withContext:", {{"targets", targets}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_revert);
-    operation.check(function(HSVNTextArray(operation, targets), depthOf(options.depth),
+    operation.check(function(HSVNChangedArray(operation, targets), HSVNDepthForSubversion(options.depth),
                              HSVNFilterArray(operation, options.changelists), options.clearChangelists,
                              options.metadataOnly, options.keepAddedItems, operation.ctx(), operation.pool()));
 }
@@ -70,19 +69,21 @@ void HSVNResolveItem(const std::string& target, HSVNDepth depth, HSVNConflictCho
     HSVNOperation operation{
         context, className, "resolveItem:depth:choice:withContext:", {{"target", target}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_resolve);
-    operation.check(function(operation.cString(target), depthOf(depth), choice, operation.ctx(), operation.pool()));
+    operation.check(
+        function(operation.changed(target), HSVNDepthForSubversion(depth), choice, operation.ctx(), operation.pool()));
 }
 
 void HSVNFindConflicts(const std::string& target, HSVNDepth depth,
                        const std::function<void(const std::string& path)>& receiver, const HSVNContextRef& context)
 {
+    HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{
         context, className, "findConflicts:depth:receiver:withContext:", {{"target", target}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::conflict_walk);
     ConflictWalk walk{operation, receiver};
-    operation.check(
-        function(operation.cString(target), depthOf(depth), receiveConflict, &walk, operation.ctx(), operation.pool()));
+    operation.check(function(operation.cString(target), HSVNDepthForSubversion(depth), receiveConflict, &walk,
+                             operation.ctx(), operation.pool()));
 }
 
 void HSVNChangeProperty(const std::string& name, const std::optional<std::string>& value,
@@ -95,9 +96,9 @@ void HSVNChangeProperty(const std::string& name, const std::optional<std::string
                             "changeProperty:value:targets:withOptions:withContext:",
                             {{"name", name}, {"targets", targets}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_propset);
-    operation.check(function(operation.cString(name), Value{value}.get(), HSVNTextArray(operation, targets),
-                             depthOf(options.depth), options.force, HSVNFilterArray(operation, options.changelists),
-                             operation.ctx(), operation.pool()));
+    operation.check(function(operation.cString(name), Value{value}.get(), HSVNChangedArray(operation, targets),
+                             HSVNDepthForSubversion(options.depth), options.force,
+                             HSVNFilterArray(operation, options.changelists), operation.ctx(), operation.pool()));
 }
 
 HSVNRevisionNumber HSVNChangeRevisionProperty(const std::string& name, const std::optional<std::string>& value,
@@ -125,8 +126,8 @@ void HSVNLockItems(const std::vector<std::string>& targets, const std::optional<
     HSVNOperation operation{
         context, className, "lockItems:comment:steal:withContext:", {{"targets", targets}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_lock);
-    operation.check(function(HSVNTextArray(operation, targets), comment ? operation.cString(*comment) : nullptr, steal,
-                             operation.ctx(), operation.pool()));
+    operation.check(function(HSVNChangedArray(operation, targets), comment ? operation.cString(*comment) : nullptr,
+                             steal, operation.ctx(), operation.pool()));
 }
 
 void HSVNUnlockItems(const std::vector<std::string>& targets, bool breakLock, const HSVNContextRef& context)
@@ -135,7 +136,7 @@ void HSVNUnlockItems(const std::vector<std::string>& targets, bool breakLock, co
     HSVNOperation operation{
         context, className, "unlockItems:breakLock:withContext:", {{"targets", targets}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_unlock);
-    operation.check(function(HSVNTextArray(operation, targets), breakLock, operation.ctx(), operation.pool()));
+    operation.check(function(HSVNChangedArray(operation, targets), breakLock, operation.ctx(), operation.pool()));
 }
 
 void HSVNCleanUpFolder(const std::string& folder, const HSVNCleanUpOptions& options, const HSVNContextRef& context)
@@ -178,7 +179,7 @@ void HSVNRelocateFolder(const std::string& folder, const std::string& from, cons
                             "relocateFolder:from:to:ignoreExternals:withContext:",
                             {{"folder", folder}, {"from", from}, {"to", to}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_relocate);
-    operation.check(function(operation.cString(folder), operation.cString(from), operation.cString(to), ignoreExternals,
+    operation.check(function(operation.changed(folder), operation.cString(from), operation.cString(to), ignoreExternals,
                              operation.ctx(), operation.pool()));
 }
 
@@ -190,14 +191,14 @@ void HSVNChangeChangelist(const std::optional<std::string>& changelist, const st
                             className,
                             "changeChangelist:targets:depth:changelists:withContext:",
                             {{"changelist", changelist}, {"targets", targets}, {"context", context}}};
-    auto* const array = HSVNTextArray(operation, targets);
+    auto* const array = HSVNChangedArray(operation, targets);
     auto* const filter = HSVNFilterArray(operation, changelists);
     if (changelist) {
         const auto function = operation.extension(&HSVNBundleExtensions::client_add_to_changelist);
-        operation.check(
-            function(array, operation.cString(*changelist), depthOf(depth), filter, operation.ctx(), operation.pool()));
+        operation.check(function(array, operation.cString(*changelist), HSVNDepthForSubversion(depth), filter,
+                                 operation.ctx(), operation.pool()));
     } else {
         const auto function = operation.extension(&HSVNBundleExtensions::client_remove_from_changelists);
-        operation.check(function(array, depthOf(depth), filter, operation.ctx(), operation.pool()));
+        operation.check(function(array, HSVNDepthForSubversion(depth), filter, operation.ctx(), operation.pool()));
     }
 }

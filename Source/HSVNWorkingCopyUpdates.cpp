@@ -1,6 +1,7 @@
 #include "HSVNWorkingCopyUpdates.h"
 
 #include "HSVNBrowsingPrivate.h"
+#include "HSVNDepthTranslationPrivate.h"
 #include "HSVNExtensionCallPrivate.h"
 #include "HSVNRevisionNumberPrivate.h"
 
@@ -10,7 +11,7 @@ constexpr const char* className = "HSVNWorkingCopyUpdates";
 
 HSVNBundleExtensions::Updating wishesOf(const HSVNItemUpdateOptions& options)
 {
-    return {static_cast<svn_depth_t>(options.depth),
+    return {HSVNDepthForSubversion(options.depth),
             options.depthIsSticky,
             !options.processExternals,
             options.allowObstructions,
@@ -38,7 +39,7 @@ svn_error_t* choose(void* baton, int* choice, const char* path, int kind)
 HSVNBundleExtensions::Merging wishesOf(const HSVNOperation& operation, const HSVNItemMergeOptions& options,
                                        MergeCall& call)
 {
-    return {static_cast<svn_depth_t>(options.depth),
+    return {HSVNDepthForSubversion(options.depth),
             options.ignoreMergeInfo,
             options.diffIgnoreAncestry,
             options.forceDelete,
@@ -67,7 +68,7 @@ std::vector<HSVNRevisionNumber> HSVNUpdateItems(const std::vector<std::string>& 
     const auto wishes = wishesOf(options);
     apr_array_header_t* results = nullptr;
     operation.check(
-        function(&results, HSVNTextArray(operation, targets), &record, &wishes, operation.ctx(), operation.pool()));
+        function(&results, HSVNChangedArray(operation, targets), &record, &wishes, operation.ctx(), operation.pool()));
     std::vector<HSVNRevisionNumber> revisions;
     for (int index = 0; results && index < results->nelts; ++index) {
         revisions.push_back(HSVNRevisionNumberFromSubversion(APR_ARRAY_IDX(results, index, svn_revnum_t)));
@@ -89,7 +90,7 @@ HSVNRevisionNumber HSVNCheckOutItem(const std::string& url, const std::string& p
     const HSVNRevisionRecords revisions{*revision};
     const auto wishes = wishesOf(options);
     svn_revnum_t result = HSVNInvalidRevision;
-    operation.check(function(&result, operation.cString(url), operation.cString(path), &revisions.peg,
+    operation.check(function(&result, operation.cString(url), operation.changed(path), &revisions.peg,
                              &revisions.operative, &wishes, operation.ctx(), operation.pool()));
     return HSVNRevisionNumberFromSubversion(result);
 }
@@ -107,7 +108,7 @@ HSVNRevisionNumber HSVNSwitchItem(const std::string& path, const std::string& ur
     const HSVNRevisionRecords revisions{*revision};
     const auto wishes = wishesOf(options);
     svn_revnum_t result = HSVNInvalidRevision;
-    operation.check(function(&result, operation.cString(path), operation.cString(url), &revisions.peg,
+    operation.check(function(&result, operation.changed(path), operation.cString(url), &revisions.peg,
                              &revisions.operative, &wishes, operation.ctx(), operation.pool()));
     return HSVNRevisionNumberFromSubversion(result);
 }
@@ -124,10 +125,10 @@ HSVNRevisionNumber HSVNExportItem(const std::string& from, const std::string& to
     const auto function = operation.extension(&HSVNBundleExtensions::client_export);
     const HSVNRevisionRecords revisions{*revision};
     const HSVNBundleExtensions::Exporting wishes{
-        static_cast<svn_depth_t>(options.depth), options.overwrite, !options.processExternals, !options.expandKeywords,
+        HSVNDepthForSubversion(options.depth), options.overwrite, !options.processExternals, !options.expandKeywords,
         options.nativeEndOfLine ? operation.cString(*options.nativeEndOfLine) : nullptr};
     svn_revnum_t result = HSVNInvalidRevision;
-    operation.check(function(&result, operation.cString(from), operation.cString(to), &revisions.peg,
+    operation.check(function(&result, operation.cString(from), operation.changed(to), &revisions.peg,
                              &revisions.operative, &wishes, operation.ctx(), operation.pool()));
     return HSVNRevisionNumberFromSubversion(result);
 }
@@ -148,7 +149,7 @@ void HSVNMergeTrees(const std::pair<std::string, HSVNRevisionRef>& first,
     MergeCall call{*context, options.chooser};
     const auto wishes = wishesOf(operation, options, call);
     operation.check(function(operation.cString(first.first), &firstRecord, operation.cString(second.first),
-                             &secondRecord, operation.cString(target), &wishes, operation.ctx(), operation.pool()));
+                             &secondRecord, operation.changed(target), &wishes, operation.ctx(), operation.pool()));
 }
 
 void HSVNMergeChanges(const std::string& source, const HSVNRevisionRef& pegRevision,
@@ -167,7 +168,7 @@ void HSVNMergeChanges(const std::string& source, const HSVNRevisionRef& pegRevis
     MergeCall call{*context, options.chooser};
     const auto wishes = wishesOf(operation, options, call);
     operation.check(function(operation.cString(source), ranges ? HSVNRangeArray(operation, *ranges) : nullptr, &peg,
-                             operation.cString(target), &wishes, operation.ctx(), operation.pool()));
+                             operation.changed(target), &wishes, operation.ctx(), operation.pool()));
 }
 
 void HSVNReintegrate(const std::string& source, const HSVNRevisionRef& pegRevision, const std::string& target,
@@ -184,6 +185,6 @@ void HSVNReintegrate(const std::string& source, const HSVNRevisionRef& pegRevisi
     const auto peg = pegRevision->SVNRevision();
     MergeCall call{*context, options.chooser};
     const auto wishes = wishesOf(operation, options, call);
-    operation.check(function(operation.cString(source), &peg, operation.cString(target), &wishes, operation.ctx(),
+    operation.check(function(operation.cString(source), &peg, operation.changed(target), &wishes, operation.ctx(),
                              operation.pool()));
 }

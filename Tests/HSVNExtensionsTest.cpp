@@ -35,7 +35,8 @@ std::string refusalOfLog(const HSVNBundleExtensions* extensions)
     const auto context =
         std::make_shared<HSVNContext>(std::make_shared<BundleWithExtensions>(installedBundle(), extensions));
     try {
-        HSVNReadLog({"file:///nowhere"}, HSVNRevision::HEAD(), {}, {}, context);
+        HSVNReadLog(
+            {"file:///nowhere"}, HSVNRevision::HEAD(), {}, [](const HSVNLogEntry&) {}, context);
     } catch (const HSVNUnsupportedFeatureException& exception) {
         return exception.reason();
     } catch (const HSVNException&) {
@@ -103,10 +104,11 @@ TEST(Extensions, RelativeAndUncanonicalTargetsNeverAbortTheProcess)
 {
     const auto context = std::make_shared<HSVNContext>();
     const auto spec = HSVNRevisionSpec::UNSPECIFIED();
+    const auto ignore = [](const auto&) {};
     for (const char* const target : {"a//b/", "./x/", "/..", "file:///a//b/", "http://h/%zz", "\xff", "a/\xc0\x80"}) {
-        EXPECT_THROW(HSVNReadItemInfo(target, spec, {}, {}, context), HSVNException) << target;
-        EXPECT_THROW(HSVNListItems(target, spec, {}, {}, context), HSVNException) << target;
-        EXPECT_THROW(HSVNReadContents(target, spec, true, {}, context), HSVNException) << target;
+        EXPECT_THROW(HSVNReadItemInfo(target, spec, {}, ignore, context), HSVNException) << target;
+        EXPECT_THROW(HSVNListItems(target, spec, {}, ignore, context), HSVNException) << target;
+        EXPECT_THROW(HSVNReadContents(target, spec, true, ignore, context), HSVNException) << target;
     }
 }
 

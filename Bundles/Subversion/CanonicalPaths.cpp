@@ -179,10 +179,15 @@ svn_error_t* canonicalizeURL(const char** url, apr_pool_t* pool)
     if (authority.empty() && scheme != "file://") {
         return badURL(*url, "has no host");
     }
-    const std::string decoded = unescaped(text.substr(pathStart));
-    if (decoded.find('\0') != std::string::npos) {
-        return badURL(*url, "has an escaped zero byte in its path");
+#if SVN_VER_MINOR < 10
+    // Newer lines do so themselves.
+    const auto host = authority.substr(std::min(authority.rfind('@') + 1, authority.size()));
+    if (scheme.starts_with("svn+") && (authority.starts_with('-') || host.starts_with('-'))) {
+        return badURL(*url, "has a host that a tunnel's program would take for an option");
     }
+#endif
+    SVN_ERR(refuseZeroByte(*url));
+    const std::string decoded = unescaped(text.substr(pathStart));
     if (!isValidUTF8(decoded)) {
         return badURL(*url, "has a path that is not valid UTF-8");
     }
@@ -201,6 +206,11 @@ svn_error_t* canonicalizeURL(const char** url, apr_pool_t* pool)
 } // namespace
 
 bool isURL(const char* target) { return target != nullptr && svn_path_is_url(target); }
+
+svn_error_t* refuseZeroByte(const char* url)
+{
+    return std::strstr(url, "%00") == nullptr ? SVN_NO_ERROR : badURL(url, "has an escaped zero byte in it");
+}
 
 svn_error_t* canonicalize(const char** target, TargetKind kind, apr_pool_t* pool)
 {

@@ -21,6 +21,10 @@ enum class TargetKind
 /// Whether the text is a URL as Subversion tells URLs from paths.
 bool isURL(const char* target);
 
+/// Refuses a URL with an escaped zero byte. Subversion takes such a URL for canonical, ends the item's name at the byte
+/// and names another item with what is left, or aborts.
+svn_error_t* refuseZeroByte(const char* url);
+
 /// Replaces the target by its canonical form, made in the pool.
 svn_error_t* canonicalize(const char** target, TargetKind kind, apr_pool_t* pool);
 

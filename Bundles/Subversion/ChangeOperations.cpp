@@ -2,6 +2,7 @@
 #include "CommitInformation.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
+#include "ExtensionTargets.h"
 #include "Notifications.h"
 
 #include <cstring>
@@ -142,6 +143,7 @@ svn_error_t* merge3(const char* source1, const svn_opt_revision_t* revision1, co
     HSVN_CANONICAL_TARGET(source1, pool);
     HSVN_CANONICAL_TARGET(source2, pool);
     HSVN_CANONICAL_PATH(target, pool);
+    SVN_ERR(checkWalkDepth(depth));
     return smoothed(svn_client_merge3(source1, revision1, source2, revision2, target, depth, ignoreAncestry, force,
                                       recordOnly, dryRun, mergeOptions, ctx, pool));
 }

@@ -2,6 +2,7 @@
 #include "CommitInformation.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
+#include "ExtensionTargets.h"
 #include "Notifications.h"
 
 namespace HSVNAdapter {
@@ -19,26 +20,13 @@ svn_error_t* commit3(svn_commit_info_t** info, const apr_array_header_t* targets
 }
 
 #if SVN_VER_MINOR >= 5
-/// Unknown means everything below, as on 1.4, whose flag has no third value; lines differ in what they make of it.
-/// Nothing can be excluded from a commit: newer lines assert on that.
-svn_error_t* commitDepth(svn_depth_t* depth)
-{
-    if (*depth == svn_depth_exclude) {
-        return svn_error_create(SVN_ERR_INCORRECT_PARAMS, nullptr, "A commit has no depth 'exclude'");
-    }
-    if (*depth == svn_depth_unknown) {
-        *depth = svn_depth_infinity;
-    }
-    return SVN_NO_ERROR;
-}
-
 svn_error_t* commit4(svn_commit_info_t** info, const apr_array_header_t* targets, svn_depth_t depth,
                      svn_boolean_t keepLocks, svn_boolean_t keepChangelists, const apr_array_header_t* changelists,
                      const apr_hash_t* revisionProperties, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     const CommitInformation information{info};
     SVN_ERR(canonicalizeAll(&targets, TargetKind::Path, pool));
-    SVN_ERR(commitDepth(&depth));
+    SVN_ERR(settleWalkDepth(&depth));
 #if SVN_VER_MINOR < 6
     const CommitTap tap{ctx, targets, depth == svn_depth_infinity, pool};
 #endif
@@ -60,6 +48,7 @@ svn_error_t* mkdir2(svn_commit_info_t** info, const apr_array_header_t* paths, s
 {
     const CommitInformation information{info};
     SVN_ERR(canonicalizeAll(&paths, TargetKind::PathOrURL, pool));
+    SVN_ERR(checkNewFolders(paths));
     return paths->nelts == 0 ? SVN_NO_ERROR : smoothed(svn_client_mkdir2(info, paths, ctx, pool));
 }
 

@@ -2,6 +2,8 @@
 
 #include "HSVNBundleExtensionsPrivate.h"
 
+#include <string_view>
+
 #if SVN_VER_MINOR >= 7
 #include <svn_dirent_uri.h>
 #endif
@@ -12,6 +14,9 @@ namespace HSVNAdapter {
 svn_error_t* checkTarget(const char** target, apr_pool_t* pool)
 {
     const char* checked = *target;
+    if (isURL(checked)) {
+        SVN_ERR(refuseZeroByte(checked));
+    }
     if (isURL(checked) ? svn_uri_is_canonical(checked, pool) : *checked == '\0') {
         return SVN_NO_ERROR;
     }
@@ -36,6 +41,19 @@ svn_error_t* checkTarget(const char** target, apr_pool_t* pool)
 
 svn_error_t* checkAbsoluteTarget(const char** target, apr_pool_t* pool) { return checkTarget(target, pool); }
 #endif
+
+svn_error_t* checkRelativeTarget(const char** target, apr_pool_t* pool)
+{
+    if (isURL(*target) || **target == '/') {
+        return svn_error_createf(SVN_ERR_ILLEGAL_TARGET, nullptr, "'%s' is not a relative path", *target);
+    }
+#if SVN_VER_MINOR >= 7
+    *target = svn_relpath_canonicalize(*target, pool);
+#else
+    *target = svn_path_canonicalize(*target, pool);
+#endif
+    return SVN_NO_ERROR;
+}
 
 svn_error_t* checkLocalTarget(const char** target, apr_pool_t* pool)
 {
@@ -70,7 +88,68 @@ svn_error_t* checkTargets(const apr_array_header_t** targets, apr_pool_t* pool)
     return checkEach(targets, checkTarget, pool);
 }
 
+namespace {
+
+/// What stands before a URL's path.
+std::string_view serverOf(std::string_view url)
+{
+    constexpr std::string_view separator = "://";
+    return url.substr(0, url.find('/', url.find(separator) + separator.size()));
+}
+
+} // namespace
+
+svn_error_t* checkNewFolders(const apr_array_header_t* targets)
+{
+    for (int index = 0; index < targets->nelts; ++index) {
+        const char* const first = APR_ARRAY_IDX(targets, 0, const char*);
+        const char* const target = APR_ARRAY_IDX(targets, index, const char*);
+        if (!isURL(target)) {
+            continue;
+        }
+        const std::string_view server = serverOf(target);
+        if (server == target) {
+            return svn_error_createf(SVN_ERR_ILLEGAL_TARGET, nullptr, "There is no valid URI above '%s'", target);
+        }
+        if (isURL(first) && server != serverOf(first)) {
+            return svn_error_createf(SVN_ERR_ILLEGAL_TARGET, nullptr, "'%s' and '%s' are on different servers", first,
+                                     target);
+        }
+    }
+    return SVN_NO_ERROR;
+}
+
+svn_error_t* checkListedPath(const char* path, const char* folder)
+{
+    return path != nullptr ? SVN_NO_ERROR
+                           : svn_error_createf(SVN_ERR_RA_SVN_MALFORMED_DATA, nullptr,
+                                               "The server lists an item that is not in '%s'", folder);
+}
+
+svn_error_t* checkRevision(const svn_opt_revision_t* revision)
+{
+    return revision->kind != svn_opt_revision_unspecified
+               ? SVN_NO_ERROR
+               : svn_error_create(SVN_ERR_CLIENT_BAD_REVISION, nullptr, "A revision is needed");
+}
+
 #if SVN_VER_MINOR >= 5
+svn_error_t* checkWalkDepth(svn_depth_t depth)
+{
+    return depth != svn_depth_exclude
+               ? SVN_NO_ERROR
+               : svn_error_create(SVN_ERR_INCORRECT_PARAMS, nullptr, "The depth 'exclude' is none of this operation");
+}
+
+svn_error_t* settleWalkDepth(svn_depth_t* depth)
+{
+    SVN_ERR(checkWalkDepth(*depth));
+    if (*depth == svn_depth_unknown) {
+        *depth = svn_depth_infinity;
+    }
+    return SVN_NO_ERROR;
+}
+
 apr_array_header_t* rangePointers(const apr_array_header_t* ranges, apr_pool_t* pool)
 {
     auto* const pointers = apr_array_make(pool, ranges->nelts, sizeof(svn_opt_revision_range_t*));

@@ -2,6 +2,7 @@
 #include "ErrorCodes.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
+#include "ListingLocks.h"
 #include "VersionDetails.h"
 
 #include <apr_getopt.h>
@@ -47,15 +48,19 @@ svn_error_t* createAuthBaton(svn_auth_baton_t** baton, const HSVNBundleExtension
                              svn_config_t* config, HSVNBundleExtensions::CancelFunction cancel, void* cancelBaton,
                              apr_pool_t* pool)
 {
+    const char* folder = wishes->configFolder;
+    if (folder != nullptr) {
+        SVN_ERR(checkLocalTarget(&folder, pool));
+    }
 #if SVN_VER_MINOR >= 9
-    return svn_cmdline_create_auth_baton2(baton, wishes->nonInteractive, wishes->username, wishes->password,
-                                          wishes->configFolder, wishes->noAuthCache, wishes->trustUnknownAuthority,
+    return svn_cmdline_create_auth_baton2(baton, wishes->nonInteractive, wishes->username, wishes->password, folder,
+                                          wishes->noAuthCache, wishes->trustUnknownAuthority,
                                           wishes->trustHostnameMismatch, wishes->trustExpired, wishes->trustNotYetValid,
                                           wishes->trustOther, config, cancel, cancelBaton, pool);
 #else
-    return svn_cmdline_create_auth_baton(baton, wishes->nonInteractive, wishes->username, wishes->password,
-                                         wishes->configFolder, wishes->noAuthCache, wishes->trustUnknownAuthority,
-                                         config, cancel, cancelBaton, pool);
+    return svn_cmdline_create_auth_baton(baton, wishes->nonInteractive, wishes->username, wishes->password, folder,
+                                         wishes->noAuthCache, wishes->trustUnknownAuthority, config, cancel,
+                                         cancelBaton, pool);
 #endif
 }
 
@@ -68,8 +73,12 @@ svn_error_t* log(const apr_array_header_t* targets, const svn_opt_revision_t* pe
     if (checked->nelts == 0) {
         return svn_error_create(SVN_ERR_ILLEGAL_TARGET, nullptr, "A log needs a target");
     }
-    // What follows a URL is relative to it.
     SVN_ERR(checkTarget(&APR_ARRAY_IDX(checked, 0, const char*), pool));
+    const bool isRelative = isURL(APR_ARRAY_IDX(checked, 0, const char*));
+    for (int index = 1; index < checked->nelts; ++index) {
+        const char*& target = APR_ARRAY_IDX(checked, index, const char*);
+        SVN_ERR(isRelative ? checkRelativeTarget(&target, pool) : checkTarget(&target, pool));
+    }
     return svn_client_log5(checked, pegRevision, rangePointers(ranges, pool), limit, changedPaths, stopOnCopy,
                            mergedRevisions, revisionProperties, receiver, baton, ctx, pool);
 }
@@ -81,6 +90,7 @@ svn_error_t* propget(apr_hash_t** properties, apr_array_header_t** inherited, co
                      const apr_array_header_t* changelists, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkAbsoluteTarget(&target, pool));
+    SVN_ERR(checkWalkDepth(depth));
     return svn_client_propget5(properties, inherited, name, target, pegRevision, revision, nullptr, depth, changelists,
                                ctx, pool, pool);
 }
@@ -91,6 +101,7 @@ svn_error_t* proplist(const char* target, const svn_opt_revision_t* pegRevision,
                       apr_pool_t* pool)
 {
     SVN_ERR(checkTarget(&target, pool));
+    SVN_ERR(checkWalkDepth(depth));
     return svn_client_proplist4(target, pegRevision, revision, depth, changelists, inherited, receiver, baton, ctx,
                                 pool);
 }
@@ -112,8 +123,10 @@ svn_error_t* info(const char* target, const svn_opt_revision_t* pegRevision, con
                   HSVNBundleExtensions::InfoReceiver receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkAbsoluteTarget(&target, pool));
-    return svn_client_info4(target, pegRevision, revision, depth, TRUE, TRUE, includeExternals, changelists, receiver,
-                            baton, ctx, pool);
+    SVN_ERR(checkWalkDepth(depth));
+    const auto peg = revisionForTarget(target, pegRevision);
+    return svn_client_info4(target, &peg, revision, depth, TRUE, TRUE, includeExternals, changelists, receiver, baton,
+                            ctx, pool);
 }
 
 svn_error_t* cat(svn_stream_t* out, const char* target, const svn_opt_revision_t* pegRevision,
@@ -126,14 +139,36 @@ svn_error_t* cat(svn_stream_t* out, const char* target, const svn_opt_revision_t
 #endif
 
 #if SVN_VER_MINOR >= 10
+struct Listing
+{
+    HSVNBundleExtensions::ListReceiver receiver;
+    void* baton;
+    ListingLocks* locks;
+};
+
+svn_error_t* receiveListed(void* baton, const char* path, const svn_dirent_t* dirent, const svn_lock_t* lock,
+                           const char* absolutePath, const char* externalParentURL, const char* externalTarget,
+                           apr_pool_t* pool)
+{
+    const auto& listing = *static_cast<Listing*>(baton);
+    SVN_ERR(checkListedPath(path, absolutePath));
+    SVN_ERR(listing.locks->find(&lock, absolutePath, path));
+    return listing.receiver(listing.baton, path, dirent, lock, absolutePath, externalParentURL, externalTarget, pool);
+}
+
 svn_error_t* list(const char* target, const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
                   const apr_array_header_t* patterns, svn_depth_t depth, apr_uint32_t fields, svn_boolean_t fetchLocks,
                   svn_boolean_t includeExternals, HSVNBundleExtensions::ListReceiver receiver, void* baton,
                   svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkTarget(&target, pool));
+    ListingLocks locks{depth, ctx, pool};
+    if (!includeExternals) { // whose locks are those of other repositories
+        SVN_ERR(locks.takeOver(&fetchLocks, target));
+    }
+    Listing listing{receiver, baton, &locks};
     return svn_client_list4(target, pegRevision, revision, patterns, depth, fields, fetchLocks, includeExternals,
-                            receiver, baton, ctx, pool);
+                            receiveListed, &listing, ctx, pool);
 }
 #endif
 
@@ -141,6 +176,7 @@ svn_error_t* revpropGet(const char* name, svn_string_t** value, const char* url,
                         svn_revnum_t* number, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     HSVN_CANONICAL_URL(url, pool);
+    SVN_ERR(checkRevision(revision));
     return svn_client_revprop_get(name, value, url, revision, number, ctx, pool);
 }
 
@@ -148,6 +184,7 @@ svn_error_t* revpropList(apr_hash_t** properties, const char* url, const svn_opt
                          svn_revnum_t* number, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     HSVN_CANONICAL_URL(url, pool);
+    SVN_ERR(checkRevision(revision));
     return svn_client_revprop_list(properties, url, revision, number, ctx, pool);
 }
 

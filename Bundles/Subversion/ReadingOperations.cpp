@@ -1,6 +1,8 @@
 #include "CanonicalPaths.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
+#include "ExtensionTargets.h"
+#include "ListingLocks.h"
 
 namespace HSVNAdapter {
 namespace {
@@ -49,6 +51,7 @@ struct ListReceiver
 {
     svn_client_list_func_t function;
     void* baton;
+    ListingLocks* locks;
 };
 
 /// Newer lines report the size of a folder as -1, older ones as 0.
@@ -56,6 +59,8 @@ svn_error_t* receiveListed(void* baton, const char* path, const svn_dirent_t* di
                            const char* absolutePath, apr_pool_t* pool)
 {
     const auto* receiver = static_cast<const ListReceiver*>(baton);
+    SVN_ERR(checkListedPath(path, absolutePath));
+    SVN_ERR(receiver->locks->find(&lock, absolutePath, path));
     if (dirent == nullptr || dirent->size >= 0) {
         return receiver->function(receiver->baton, path, dirent, lock, absolutePath, pool);
     }
@@ -69,7 +74,12 @@ svn_error_t* list(const char* target, const svn_opt_revision_t* pegRevision, con
                   void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     HSVN_CANONICAL_TARGET(target, pool);
-    ListReceiver sizing{receiver, baton};
+    ListingLocks locks{recurse ? svn_depth_infinity : svn_depth_immediates, ctx, pool};
+    ListReceiver sizing{receiver, baton, &locks};
+    svn_error_t* const error = locks.takeOver(&fetchLocks, target);
+    if (error != nullptr) {
+        return smoothed(error);
+    }
     return smoothed(
         svn_client_list(target, pegRevision, revision, recurse, fields, fetchLocks, receiveListed, &sizing, ctx, pool));
 }

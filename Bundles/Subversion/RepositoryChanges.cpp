@@ -9,6 +9,7 @@ svn_error_t* mkdir(const apr_array_header_t* targets, svn_boolean_t makeParents,
                    svn_commit_callback2_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkTargets(&targets, pool));
+    SVN_ERR(checkNewFolders(targets));
     return svn_client_mkdir4(targets, makeParents, revisionProperties, receiver, baton, ctx, pool);
 }
 
@@ -28,6 +29,7 @@ svn_error_t* commit(const apr_array_header_t* targets, svn_depth_t depth, svn_bo
                     svn_commit_callback2_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTargets(&targets, pool));
+    SVN_ERR(settleWalkDepth(&depth));
     return svn_client_commit6(targets, depth, keepLocks, keepChangelists, TRUE, includeExternals, includeExternals,
                               changelists, revisionProperties, receiver, baton, ctx, pool);
 }

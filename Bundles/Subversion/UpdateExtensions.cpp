@@ -50,6 +50,7 @@ svn_error_t* checkout(svn_revnum_t* result, const char* url, const char* path, c
 {
     HSVN_CANONICAL_URL(url, pool);
     SVN_ERR(checkLocalTarget(&path, pool));
+    SVN_ERR(checkWalkDepth(wishes->depth));
     return svn_client_checkout3(result, url, path, pegRevision, revision, wishes->depth, wishes->ignoreExternals,
                                 wishes->allowObstructions, ctx, pool);
 }
@@ -106,6 +107,7 @@ svn_error_t* merge(const char* source1, const svn_opt_revision_t* revision1, con
     SVN_ERR(checkTarget(&source1, pool));
     SVN_ERR(checkTarget(&source2, pool));
     SVN_ERR(checkLocalTarget(&target, pool));
+    SVN_ERR(checkWalkDepth(wishes->depth));
     const ConflictSettler settler{ctx, *wishes};
     return svn_client_merge5(source1, revision1, source2, revision2, target, wishes->depth, wishes->ignoreMergeInfo,
                              wishes->diffIgnoreAncestry, wishes->forceDelete, wishes->recordOnly, wishes->dryRun,
@@ -118,6 +120,7 @@ svn_error_t* mergePeg(const char* source, const apr_array_header_t* ranges, cons
 {
     SVN_ERR(checkTarget(&source, pool));
     SVN_ERR(checkLocalTarget(&target, pool));
+    SVN_ERR(checkWalkDepth(wishes->depth));
     const ConflictSettler settler{ctx, *wishes};
     return svn_client_merge_peg5(source, ranges != nullptr ? rangePointers(ranges, pool) : nullptr, pegRevision, target,
                                  wishes->depth, wishes->ignoreMergeInfo, wishes->diffIgnoreAncestry,

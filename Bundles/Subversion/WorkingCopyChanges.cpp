@@ -1,5 +1,6 @@
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
+#include "Relocation.h"
 
 namespace HSVNAdapter {
 namespace {
@@ -15,6 +16,7 @@ svn_error_t* addToChangelist(const apr_array_header_t* paths, const char* change
                              const apr_array_header_t* changelists, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTargets(&paths, pool));
+    SVN_ERR(settleWalkDepth(&depth));
     return svn_client_add_to_changelist(paths, changelist, depth, changelists, ctx, pool);
 }
 
@@ -22,6 +24,7 @@ svn_error_t* removeFromChangelists(const apr_array_header_t* paths, svn_depth_t 
                                    const apr_array_header_t* changelists, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTargets(&paths, pool));
+    SVN_ERR(settleWalkDepth(&depth));
     return svn_client_remove_from_changelists(paths, depth, changelists, ctx, pool);
 }
 #endif
@@ -32,6 +35,7 @@ svn_error_t* revpropSet(const char* name, const svn_string_t* value, const char*
                         svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     HSVN_CANONICAL_URL(url, pool);
+    SVN_ERR(checkRevision(revision));
     return svn_client_revprop_set2(name, value, nullptr, url, revision, number, force, ctx, pool);
 }
 #endif
@@ -42,6 +46,7 @@ svn_error_t* propset(const char* name, const svn_string_t* value, const apr_arra
                      apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTargets(&targets, pool));
+    SVN_ERR(settleWalkDepth(&depth));
     return svn_client_propset_local(name, value, targets, depth, skipChecks, changelists, ctx, pool);
 }
 
@@ -55,7 +60,9 @@ svn_error_t* relocate(const char* path, const char* from, const char* to, svn_bo
                       svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTarget(&path, pool));
-    return svn_client_relocate2(path, from, to, ignoreExternals, ctx, pool);
+    SVN_ERR(refuseZeroByte(from));
+    SVN_ERR(refuseZeroByte(to));
+    return relocateTree(path, from, to, ignoreExternals, ctx, pool);
 }
 #endif
 
