@@ -48,7 +48,8 @@ using HSVNBlameReceiver = std::function<void(const HSVNBlamedLine& line)>;
 /// @param target       a local path or a URL; see HSVNTargets
 /// @param pegRevision  where the target is looked up; not nil ("pegRevision != nil")
 /// @param range        how far to look back, and the revision whose lines are told; not nil ("revision != nil")
-/// @param receiver     called for each line, in order; an exception stops the operation and reaches the caller
+/// @param receiver     called for each line, in order; an exception stops the operation and reaches the caller;
+///                     not nil ("receiver != nil")
 /// @param context      not nil ("context != nil")
 /// @throws HSVNException for every Subversion error
 /// Stands for svn_client_blame6; not offered by lines before 1.12.

@@ -79,7 +79,8 @@ HSVN_EXPORT void HSVNCompareRevisions(const std::string& target, const HSVNRevis
 
 /// Tells which items differ, without comparing their lines; otherwise as `HSVNCompareItems`.
 ///
-/// @param receiver  called for each item; an exception stops the operation and reaches the caller
+/// @param receiver  called for each item; an exception stops the operation and reaches the caller;
+///                  not nil ("receiver != nil")
 /// Stands for svn_client_diff_summarize2; not offered by lines before 1.5.
 HSVN_EXPORT void HSVNSummarizeItems(const std::pair<std::string, HSVNRevisionRef>& first,
                                     const std::pair<std::string, HSVNRevisionRef>& second,

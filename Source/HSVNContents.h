@@ -14,7 +14,8 @@ using HSVNContentsReceiver = std::function<void(std::string_view bytes)>;
 /// @param target          a local path or a URL; see HSVNTargets
 /// @param revision        not nil ("revision != nil")
 /// @param expandKeywords  whether keywords and line ends are translated as in a working copy
-/// @param receiver        called for each piece, in order; an exception stops the operation and reaches the caller
+/// @param receiver        called for each piece, in order; an exception stops the operation and reaches the caller;
+///                        not nil ("receiver != nil")
 /// @param context         not nil ("context != nil")
 /// @throws HSVNException for every Subversion error
 /// Stands for svn_client_cat3; not offered by lines before 1.9.

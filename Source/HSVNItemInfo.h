@@ -125,7 +125,8 @@ using HSVNItemInfoReceiver = std::function<void(const HSVNItemInfo& info)>;
 ///
 /// @param target    a local path or a URL; see HSVNTargets
 /// @param revision  not nil ("revision != nil")
-/// @param receiver  called for each item; an exception stops the operation and reaches the caller
+/// @param receiver  called for each item; an exception stops the operation and reaches the caller;
+///                  not nil ("receiver != nil")
 /// @param context   not nil ("context != nil")
 /// @throws HSVNException for every Subversion error
 /// Stands for svn_client_info4; not offered by lines before 1.9.

@@ -60,7 +60,8 @@ using HSVNItemStatusReceiver = std::function<void(const HSVNItemStatus& status)>
 ///
 /// @param target    a local path; see HSVNTargets
 /// @param revision  what to compare with when the repository is asked; not nil ("revision != nil")
-/// @param receiver  called for each item; an exception stops the scan and reaches the caller
+/// @param receiver  called for each item; an exception stops the scan and reaches the caller;
+///                  not nil ("receiver != nil")
 /// @param context   not nil ("context != nil")
 /// @return the revision compared with; `HSVNInvalidRevision` when the repository was not asked
 /// @throws HSVNException for every Subversion error

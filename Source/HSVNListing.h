@@ -45,7 +45,8 @@ using HSVNListingReceiver = std::function<void(const HSVNListedItem& item)>;
 ///
 /// @param target    a local path, whose URL is listed, or a URL; see HSVNTargets
 /// @param revision  not nil ("revision != nil")
-/// @param receiver  called for each item; an exception stops the operation and reaches the caller
+/// @param receiver  called for each item; an exception stops the operation and reaches the caller;
+///                  not nil ("receiver != nil")
 /// @param context   not nil ("context != nil")
 /// @throws HSVNException for every Subversion error
 /// Stands for svn_client_list4; not offered by lines before 1.10.

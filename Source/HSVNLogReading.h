@@ -52,7 +52,8 @@ using HSVNLogEntryReceiver = std::function<void(const HSVNLogEntry& entry)>;
 ///
 /// @param targets      one local path, or a URL and paths relative to it; see HSVNTargets
 /// @param pegRevision  where the first target is looked up; not nil ("pegRevision != nil")
-/// @param receiver     called for each entry; an exception stops the operation and reaches the caller
+/// @param receiver     called for each entry; an exception stops the operation and reaches the caller;
+///                     not nil ("receiver != nil")
 /// @param context      not nil ("context != nil")
 /// @throws HSVNException for every Subversion error
 /// Stands for svn_client_log5; not offered by lines before 1.6.

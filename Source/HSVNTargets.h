@@ -13,6 +13,8 @@
 ///
 /// A target is a local path, absolute or relative to the current folder ("" is the folder itself), or a URL. The
 /// operations that take such targets report relative ones relative, and their messages name them as Subversion's do.
+/// They refuse a target with a NUL or an escaped zero byte in it (HSVNInvalidArgumentException, HSVNException), and,
+/// where the target is to be changed, one in the administrative area of a working copy (HSVNException, status 200025).
 namespace HSVNTargets {
 
 /// Arguments made canonical.
