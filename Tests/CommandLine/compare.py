@@ -9,14 +9,17 @@ itself prints its items in an order that changes from run to run, a "~" before t
 A command line that begins with "svnadmin" is run through Subversion's svnadmin and hsvn.
 """
 
+import contextlib
 import difflib
 import os
 import re
 import shlex
 import shutil
+import sqlite3
 import subprocess
 import sys
 import tempfile
+import urllib.parse
 import xml.etree.ElementTree as ElementTree
 
 import fixtures
@@ -71,15 +74,6 @@ def look(folder, *command):
                           capture_output=True).stdout.decode("latin-1")
 
 
-def locks(wc, repository):
-    """The repository's locks, their tokens and times aside, and those that the working copy holds."""
-    listed = re.sub(r"(UUID Token|Created): .*", "", look(wc, "svnadmin", "lslocks", repository))
-    held = re.sub(r"(Lock Token|Lock Created|Text Last Updated|Last Changed Date): .*", "",
-                  look(wc, "svn", "info", "-R"))
-    # Both come in an order of their own: locks always, tree conflicts of items that are not versioned within a folder.
-    return "Path: ".join(sorted(listed.split("Path: ")) + sorted(re.split(r"^Path: ", held, flags=re.MULTILINE)))
-
-
 def dump(repository):
     """Everything that a repository holds, its identity and the times of its revisions aside."""
     dumped = subprocess.run(["svnadmin", "dump", "--quiet", repository], check=False, capture_output=True)
@@ -93,24 +87,159 @@ def unordered(text):
     return sorted(re.split(r"(?=<entry\n)|(?<=\n)", text.replace("</target>\n", "")))
 
 
+def items_of(text):
+    """Texts that begin with "Path: ", in an order: locks come in any, as do tree conflicts within a folder of items that
+    are not versioned."""
+    return sorted(re.split(r"^Path: ", text, flags=re.MULTILINE))
+
+
+def records(database):
+    """The rows of a working copy's database, tokens and times aside."""
+    taken_out = {"changed_date", "last_mod_time", "lock_token", "lock_date"}
+    with contextlib.closing(sqlite3.connect(f"file:{urllib.parse.quote(database)}?mode=ro", uri=True)) as connection:
+        connection.text_factory = bytes
+        connection.row_factory = sqlite3.Row
+        tables = [row[0].decode() for row in connection.execute("select name from sqlite_master where type = 'table'")]
+        return {table: sorted(repr([(name, row[name]) for name in row.keys() if name not in taken_out])
+                              for row in connection.execute(f"select * from {table}"))
+                for table in tables}
+
+
+class Part:
+    """A part of a state: restored only where something changed it, and looked at with Subversion's own programs only
+    where the bytes that two programs left cannot tell that the looks are the same."""
+
+    def __init__(self, root):
+        self.root = root
+
+    def entries(self, root):
+        """The part's files and folders at the root."""
+        raise NotImplementedError
+
+    def raw(self):
+        """What a look depends on; None where that cannot be told."""
+        raise NotImplementedError
+
+    def look(self):
+        """What Subversion says."""
+        raise NotImplementedError
+
+    def stamp(self):
+        """What changes whenever anything below does: above all times of change, which no program can set back. Programs
+        take longer to start than those times take to go on."""
+        found = {}
+        for entry in self.entries(self.root):
+            inside = (os.path.join(base, name) for base, folders, files in os.walk(entry) for name in folders + files)
+            for path in [entry, *inside]:
+                with contextlib.suppress(FileNotFoundError):  # a server may still tidy up
+                    status = os.lstat(path)
+                    found[path] = (status.st_ino, status.st_size, status.st_ctime_ns)
+        return found
+
+    def save(self):
+        for entry in self.entries(self.root):
+            copy(entry, os.path.join(self.root + ".saved", os.path.basename(entry)))
+        self.pristine = self.stamp()
+
+    def restore(self):
+        if self.stamp() == self.pristine:
+            return
+        for entry in self.entries(self.root):
+            shutil.rmtree(entry) if is_folder(entry) else os.remove(entry)
+        for entry in self.entries(self.root + ".saved"):
+            copy(entry, os.path.join(self.root, os.path.basename(entry)))
+        self.hand_over()
+        self.pristine = self.stamp()
+
+    def hand_over(self):
+        """Called after it was put back."""
+
+
+def is_folder(path):
+    return os.path.isdir(path) and not os.path.islink(path)
+
+
+def copy(source, destination):
+    """Times stay: Subversion compares them."""
+    if is_folder(source):
+        shutil.copytree(source, destination, symlinks=True)
+    else:
+        shutil.copy2(source, destination, follow_symlinks=False)
+
+
+class WorkingCopies(Part):
+    """Everything but the repository."""
+
+    def entries(self, root):
+        return [entry.path for entry in os.scandir(root) if entry.name != "repository"]
+
+    def raw(self):
+        found = {}
+        for base, folders, _ in os.walk(self.root):
+            if ".svn" in folders:
+                database, journal = (os.path.join(base, ".svn", name) for name in ("wc.db", "wc.db-journal"))
+                if not os.path.exists(database) or os.path.exists(journal) and os.path.getsize(journal) > 0:
+                    return None
+                try:
+                    found[base] = records(database)
+                except sqlite3.Error:
+                    return None
+        return found
+
+    def look(self):
+        wc = self.root + "/wc"
+        held = re.sub(r"(Lock Token|Lock Created|Text Last Updated|Last Changed Date): .*", "",
+                      look(wc, "svn", "info", "-R"))
+        # Several changelists come in any order; `info` tells each item's.
+        return {"status": unordered(look(wc, "svn", "status", "--no-ignore", "-v")),
+                "properties": look(wc, "svn", "proplist", "-v", "-R"), "items": items_of(held)}
+
+
+class Repository(Part):
+    def entries(self, root):
+        return [path for path in [root + "/repository"] if os.path.exists(path)]
+
+    def hand_over(self):
+        fixtures.hand_over(self.root)
+
+    def raw(self):
+        found = {}
+        for path in self.stamp():
+            shown = os.path.relpath(path, self.root)
+            if os.path.isfile(path) and "/rep-cache.db" not in shown:
+                try:
+                    with open(path, "rb") as file:
+                        text = file.read()
+                except FileNotFoundError:
+                    return None
+                if "/db/revprops/" in shown:
+                    text = re.sub(rb"K 8\nsvn:date\nV \d+\n.*\n", b"", text)
+                found[shown] = text
+        return found
+
+    def look(self):
+        """Tokens and times of locks aside."""
+        listed = look(self.root, "svnadmin", "lslocks", self.root + "/repository")
+        return {"locks": items_of(re.sub(r"(UUID Token|Created): .*", "", listed)),
+                "repository": dump(self.root + "/repository")}
+
+
 class State:
-    """A prepared working copy, given anew to each program at the same path."""
+    """A prepared working copy, given as it was to each program, at the same path."""
 
     def __init__(self, folder, prepare):
         self.root = folder
         self.wc = fixtures.make_repository(folder)
         prepare(self.wc)
-        self.saved = folder + ".saved"
-        shutil.copytree(folder, self.saved, symlinks=True)
-
-    def restore(self):
-        shutil.rmtree(self.root)
-        # Times stay: Subversion compares them.
-        shutil.copytree(self.saved, self.root, symlinks=True)
-        fixtures.hand_over(self.root)
+        os.mkdir(folder + ".saved")
+        self.parts = [WorkingCopies(folder), Repository(folder)]
+        for part in self.parts:
+            part.save()
 
     def run(self, program, command):
-        self.restore()
+        """What a program prints, how it ends and what files it leaves; the raw parts beside them."""
+        for part in self.parts:
+            part.restore()
         words = command.replace("REPOSITORY", "file://" + self.root + "/repository").replace("ROOT", self.root)
         words = words.replace("HARRY", "--username harry --password " + fixtures.SECRET)
         environment = {**fixtures.environment(self.wc), "PATH": program + ":" + os.environ["PATH"]}
@@ -122,14 +251,23 @@ class State:
         output = with_ordered_attributes(ran.stdout.decode("latin-1"))
         if "--xml" in command and output.startswith("<?xml") and ran.returncode == 0:
             ElementTree.fromstring(output)
-        configuration = snapshot(self.root + "/home")
-        repository = self.root + "/repository"
-        return {"standard output": output, "standard error": ran.stderr.decode("latin-1"), "exit code": ran.returncode,
-                "configuration": configuration, "files": snapshot(self.root, "repository", "elsewhere", "home"),
-                # Several changelists come in any order; `info` tells each item's.
-                "status": unordered(look(self.wc, "svn", "status", "--no-ignore", "-v")),
-                "properties": look(self.wc, "svn", "proplist", "-v", "-R"), "locks": locks(self.wc, repository),
-                "repository": dump(repository)}
+        result = {"standard output": output, "standard error": ran.stderr.decode("latin-1"), "exit code": ran.returncode,
+                  "configuration": snapshot(self.root + "/home"),
+                  "files": snapshot(self.root, "repository", "elsewhere", "home")}
+        return result, [part.raw() for part in self.parts]
+
+    def results(self, programs, command):
+        """What each of two programs does. Subversion is asked only about the parts that they left with other bytes: what
+        it says depends on nothing else, but other bytes may mean the same."""
+        (expected, expected_raw), (actual, actual_raw) = (self.run(program, command) for program in programs)
+        unlike = [part for part, *raw in zip(self.parts, expected_raw, actual_raw) if None in raw or raw[0] != raw[1]]
+        if unlike:
+            for part in unlike:
+                actual.update(part.look())
+            self.run(programs[0], command)
+            for part in unlike:
+                expected.update(part.look())
+        return expected, actual
 
 
 def difference(expected, actual):
@@ -146,7 +284,7 @@ def difference(expected, actual):
 def compare(state, rows, programs):
     failures = 0
     for is_ordered, command in rows:
-        expected, actual = (state.run(program, command) for program in programs)
+        expected, actual = state.results(programs, command)
         if not is_ordered:
             for result in (expected, actual):
                 result["standard output"] = unordered(result["standard output"])
