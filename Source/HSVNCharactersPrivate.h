@@ -1,7 +1,5 @@
 #pragma once
 
-#include "HSVNExport.h"
-
 #include <cstddef>
 #include <string>
 #include <string_view>
@@ -11,33 +9,33 @@
 namespace HSVNText {
 
 /// Whether the text is well-formed UTF-8 without a NUL, which is what Subversion and an archive can take.
-HSVN_EXPORT bool isWellFormed(std::string_view text);
+bool isWellFormed(std::string_view text);
 
 /// Number of characters; each ill-formed byte sequence counts as one.
-HSVN_EXPORT std::size_t length(std::string_view text);
+std::size_t length(std::string_view text);
 
 /// The first `count` characters, or the whole text when it has no more.
-HSVN_EXPORT std::string_view prefix(std::string_view text, std::size_t count);
+std::string_view prefix(std::string_view text, std::size_t count);
 
 /// The text without white space and line ends at either end.
-HSVN_EXPORT std::string_view trimmed(std::string_view text);
+std::string_view trimmed(std::string_view text);
 
 /// The pieces between the characters of `separators`, each of which is one byte; empty pieces are kept.
-HSVN_EXPORT std::vector<std::string_view> split(std::string_view text, std::string_view separators);
+std::vector<std::string_view> split(std::string_view text, std::string_view separators);
 
 /// Whether two texts are equal but for the case of ASCII letters.
-HSVN_EXPORT bool equalIgnoringCase(std::string_view a, std::string_view b);
+bool equalIgnoringCase(std::string_view a, std::string_view b);
 
 /// Whether the text contains the part, the case of ASCII letters aside.
-HSVN_EXPORT bool containsIgnoringCase(std::string_view text, std::string_view part);
+bool containsIgnoringCase(std::string_view text, std::string_view part);
 
 /// A well-formed text without accents and in lower case, as searches compare it.
-HSVN_EXPORT std::string searchForm(std::string_view text);
+std::string searchForm(std::string_view text);
 
 /// The text with ill-formed byte sequences replaced by U+FFFD; empty for null.
-HSVN_EXPORT std::string decoded(const char* text);
+std::string decoded(const char* text);
 
 /// The text in ASCII, for messages: what is none, or would not be seen, as \xNN.
-HSVN_EXPORT std::string quoted(std::string_view text);
+std::string quoted(std::string_view text);
 
 } // namespace HSVNText

@@ -2,13 +2,12 @@
 
 #include "HSVNBundleExtensionsPrivate.h"
 #include "HSVNClient.h"
-#include "HSVNExport.h"
 #include "HSVNLogMessageDelegate.h"
 #include "HSVNSubversionPrivate.h"
 
 /// The client's parts that other operations of the library use, and the callbacks that it gives Subversion, each with
 /// the client as baton. No exception leaves a callback.
-struct HSVN_EXPORT HSVNClientInternals
+struct HSVNClientInternals
 {
     /// Makes a log-message delegate the client's delegate and keeps it alive until another delegate is set.
     static void installLogMessageDelegate(HSVNClient& client, const HSVNLogMessageDelegateRef& delegate);

@@ -8,7 +8,7 @@
 #include <vector>
 
 /// Turns the revisions that Subversion reports into items, shows them to a delegate and collects them.
-struct HSVN_EXPORT HSVNLogReceiver
+struct HSVNLogReceiver
 {
     HSVNContext& context;
     HSVNLogDelegate* delegate; ///< may be null
@@ -24,6 +24,5 @@ struct HSVN_EXPORT HSVNLogReceiver
 ///
 /// @param paths  the texts of the paths, which the items of a log share
 /// @throws HSVNException for a date that Subversion cannot read
-HSVN_EXPORT HSVNLogItemRef HSVNCreateLogItem(apr_hash_t* changedPaths, svn_revnum_t revision, const char* author,
-                                             const char* date, const char* message, HSVNTextCache& paths,
-                                             apr_pool_t* pool);
+HSVNLogItemRef HSVNCreateLogItem(apr_hash_t* changedPaths, svn_revnum_t revision, const char* author, const char* date,
+                                 const char* message, HSVNTextCache& paths, apr_pool_t* pool);

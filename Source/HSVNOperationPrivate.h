@@ -18,7 +18,7 @@
 #include <vector>
 
 /// One named argument of an operation's debug line; the value's text is made only when the line is written.
-struct HSVN_EXPORT HSVNArgument
+struct HSVNArgument
 {
     std::string_view name;
     std::function<std::string()> text;
@@ -32,15 +32,14 @@ struct HSVN_EXPORT HSVNArgument
 };
 
 /// Writes the verbose debug line "[class operation] (name: value, ...)".
-HSVN_EXPORT void HSVNLogCall(std::string_view className, std::string_view operation,
-                             const std::vector<HSVNArgument>& arguments);
+void HSVNLogCall(std::string_view className, std::string_view operation, const std::vector<HSVNArgument>& arguments);
 
 /// The frame that every operation on a context runs in.
 ///
 /// The constructor writes the debug line, pushes the context's bundle and makes a sub-pool of the context's pool; the
 /// destructor destroys the sub-pool and pops the bundle, in that order. Preconditions are tested before it is made.
 /// Exceptions that callbacks kept in the context while the operation ran are thrown by `check`.
-class HSVN_EXPORT HSVNOperation
+class HSVNOperation
 {
   public:
     HSVNOperation(const HSVNContextRef& context, std::string_view className, std::string_view operation,
@@ -114,12 +113,12 @@ class HSVN_EXPORT HSVNOperation
 /// where a newer line or a web server has a code of its own for it. The error stays as it is.
 ///
 /// @param context  whose bundle, which is current, the error comes from
-HSVN_EXPORT HSVNExceptionRef HSVNExceptionOfError(const HSVNContext& context, svn_error_t* error, bool clear);
+HSVNExceptionRef HSVNExceptionOfError(const HSVNContext& context, svn_error_t* error, bool clear);
 
 /// Runs the body of a callback that Subversion calls: no exception leaves it.
 ///
 /// An exception is kept in the context and comes back as a cancellation error, which stops Subversion; the operation's
 /// `check` then throws the kept one.
-HSVN_EXPORT svn_error_t* HSVNGuardCallback(HSVNContext& context, const std::function<svn_error_t*()>& body) noexcept;
+svn_error_t* HSVNGuardCallback(HSVNContext& context, const std::function<svn_error_t*()>& body) noexcept;
 /// The same for callbacks that cannot answer an error; Subversion stops at its next cancellation check.
-HSVN_EXPORT void HSVNGuardVoidCallback(HSVNContext& context, const std::function<void()>& body) noexcept;
+void HSVNGuardVoidCallback(HSVNContext& context, const std::function<void()>& body) noexcept;

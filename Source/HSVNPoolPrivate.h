@@ -6,7 +6,7 @@
 #include <exception>
 
 /// Makes a bundle current on the calling thread for a scope.
-class HSVN_EXPORT HSVNBundleScope
+class HSVNBundleScope
 {
   public:
     explicit HSVNBundleScope(const HSVNBundleRef& bundle) { HSVNBundlePush(bundle); }
@@ -16,7 +16,7 @@ class HSVN_EXPORT HSVNBundleScope
 };
 
 /// An APR pool of the current bundle, destroyed through the table that made it.
-class HSVN_EXPORT HSVNPool
+class HSVNPool
 {
   public:
     /// @param parent  the pool that this one lives in; null makes a top-level pool
@@ -34,8 +34,8 @@ class HSVN_EXPORT HSVNPool
 };
 
 /// The current bundle's table.
-HSVN_EXPORT const HSVNBundleEntryPoints& HSVNCurrentEntryPoints();
+const HSVNBundleEntryPoints& HSVNCurrentEntryPoints();
 
 /// A Subversion error located at the caller, for callbacks to return.
-HSVN_EXPORT svn_error_t* HSVNMakeSubversionError(apr_status_t status, const char* message, const char* file, long line);
+svn_error_t* HSVNMakeSubversionError(apr_status_t status, const char* message, const char* file, long line);
 #define HSVN_SUBVERSION_ERROR(status, message) HSVNMakeSubversionError((status), (message), __FILE__, __LINE__)

@@ -36,7 +36,6 @@ int main()
 PROJECT = """
 cmake_minimum_required(VERSION 3.25)
 project(User CXX)
-set(CMAKE_CXX_STANDARD 20)
 find_package(HSVN 1.0 REQUIRED)
 add_executable(user user.cpp)
 target_link_libraries(user PRIVATE HSVN::HSVN)

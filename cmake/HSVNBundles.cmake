@@ -92,6 +92,7 @@ function(hsvn_add_bundle target name)
   # Static archives stay private to the bundle, and its code stays loaded: Subversion registers clean-ups
   # that run as late as process exit.
   target_link_options(${target} PRIVATE -Wl,--exclude-libs,ALL -Wl,-z,nodelete -Wl,--no-undefined)
+  hsvn_export_only(${target} ${PROJECT_SOURCE_DIR}/cmake/HSVNModule.map)
   set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME HSVNBundle SUFFIX ".so"
                                              LIBRARY_OUTPUT_DIRECTORY ${folder})
   if(HSVN_SANITIZE)

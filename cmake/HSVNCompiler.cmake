@@ -34,3 +34,13 @@ if(HSVN_SANITIZE)
   add_compile_options(-fsanitize=${HSVN_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
   add_link_options(-fsanitize=${HSVN_SANITIZE})
 endif()
+
+# hsvn_export_only(target map) lets nothing leave a shared library or module but what a linker's version script names. Not
+# under sanitizers, which tell classes by where their names are: a template's classes of two libraries must be one there.
+function(hsvn_export_only target map)
+  if(HSVN_SANITIZE)
+    return()
+  endif()
+  target_link_options(${target} PRIVATE -Wl,--version-script=${map})
+  set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${map})
+endfunction()
