@@ -1,0 +1,10 @@
+# Read by CTest: a test for each suite that the program at `program` lists.
+execute_process(COMMAND ${program} --gtest_list_tests OUTPUT_VARIABLE listed RESULT_VARIABLE result TIMEOUT 60)
+if(NOT result EQUAL 0)
+  message(FATAL_ERROR "${program} does not list its tests: ${result}")
+endif()
+string(REGEX MATCHALL "(^|\n)[A-Za-z0-9_/]+\\." suites "${listed}")
+foreach(suite IN LISTS suites)
+  string(STRIP ${suite} suite)
+  add_test("${suite}*" ${program} --gtest_filter=${suite}* --gtest_brief=1)
+endforeach()
