@@ -1,3 +1,4 @@
+#include "AlteredBundle.h"
 #include "HSVN.h"
 #include "SvnServer.h"
 #include "TemporaryFolder.h"
@@ -196,10 +197,16 @@ TEST_F(StoredCredentials, HoldNoPlainPasswordUnlessTheDelegateAllowsIt)
     EXPECT_EQ(refusing->secrets, std::vector{HSVNStoredSecret::password});
     EXPECT_THAT(stored("svn.simple").value_or(""), Not(HasSubstr("harryssecret")));
 
+    // Without the second table nobody can be asked.
+    const auto client = std::make_shared<HSVNClient>(std::make_shared<AlteredBundle>([](auto&) {}), refusing);
+    HSVNDirectory::directoryAtPath(HSVNURL::URLWithString(svnServer().url()), HSVNRevisionSpec::HEAD(), client);
+    EXPECT_EQ(refusing->passwords, 2);
+    EXPECT_THAT(stored("svn.simple").value_or(""), Not(HasSubstr("harryssecret")));
+
     refusing->allows = true;
     list(svnServer().url(), refusing);
     list(svnServer().url(), refusing);
-    EXPECT_EQ(refusing->passwords, 2) << "what is stored is not asked for";
+    EXPECT_EQ(refusing->passwords, 3) << "what is stored is not asked for";
 }
 
 TEST_F(StoredCredentials, FollowAConfigurationThatIsReadAgain)
