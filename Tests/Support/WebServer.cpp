@@ -68,7 +68,7 @@ std::vector<std::string> WebServer::command(std::uint16_t port)
     };
     std::string text = "ServerRoot " + beside("served") + "\nDefaultRuntimeDir " + beside("served") + "\nPidFile " +
                        beside("served/process") + "\nErrorLog " + beside("served/log") +
-                       "\nServerName 127.0.0.1\nListen 127.0.0.1:" + std::to_string(port) + '\n';
+                       "\nServerName 127.0.0.1\nStartServers 1\nListen 127.0.0.1:" + std::to_string(port) + '\n';
     text += modules();
     if (geteuid() == 0) {
         text += std::string{"User "} + serversUser + "\nGroup " + serversUser + '\n';
@@ -79,7 +79,8 @@ std::vector<std::string> WebServer::command(std::uint16_t port)
     text += encrypted(_encryptedPort, "");
     text += encrypted(_certifiedPort, "SSLVerifyClient require\nSSLCACertificateFile " + authority() + '\n');
     writeFile(beside("configuration"), text);
-    return {"/usr/sbin/apache2", "-X", "-f", beside("configuration")};
+    // Not in one process, which would become another user's and outlive tests that are killed.
+    return {"/usr/sbin/apache2", "-DFOREGROUND", "-f", beside("configuration")};
 }
 
 void WebServer::writeCertificates() const
