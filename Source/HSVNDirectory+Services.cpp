@@ -5,8 +5,10 @@
 #include "HSVNFile.h"
 #include "HSVNLock.h"
 #include "HSVNOperationPrivate.h"
+#include "HSVNPathKindPrivate.h"
 #include "HSVNRepositoryInfo.h"
 #include "HSVNRevisionNumberPrivate.h"
+#include "HSVNRevisionSpec.h"
 #include "HSVNTextPrivate.h"
 #include "HSVNURL.h"
 
@@ -47,6 +49,9 @@ svn_error_t* HSVNInfoFunc(void* baton, const char*, const svn_info_t* info, apr_
 {
     auto& receiver = *static_cast<DirectoryReceiver*>(baton);
     return HSVNGuardCallback(receiver.context, [&]() -> svn_error_t* {
+        if (info->kind == svn_node_file) {
+            throw HSVNException(fmt::format("'{}' is not a directory", receiver.path->string()));
+        }
         if (receiver.repositoryInfo) {
             *receiver.repositoryInfo = HSVNRepositoryInfo::infoForRepositoryWithUUID(
                 HSVNTextOrNil(info->repos_UUID), optionalURL(info->repos_root_URL),
@@ -156,6 +161,13 @@ std::vector<HSVNPathRef> levelsBelow(const HSVNPathRef& path, const HSVNPathRef&
     return levels;
 }
 
+bool isADirectory(const HSVNPathRef& path, const HSVNContextRef& context)
+{
+    std::error_code error;
+    return HSVNIsLocal(path) ? std::filesystem::is_directory(path->string(), error)
+                             : HSVNNode::isDirectoryAtPath(path, HSVNRevisionSpec::HEAD(), context);
+}
+
 } // namespace
 
 HSVNDirectoryRef HSVNDirectory::directoryAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
@@ -248,6 +260,9 @@ HSVNDirectoryRef HSVNDirectory::createPath(const HSVNPathRef& path, const HSVNPa
         try {
             deepest = createDirectoryAtPath(level, context);
         } catch (const HSVNEntryExistsException&) {
+            if (!isADirectory(level, context)) {
+                throw;
+            }
             // The level is there already, which is as good as made.
         }
     }

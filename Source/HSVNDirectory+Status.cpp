@@ -4,6 +4,7 @@
 #include "HSVNClient.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
+#include "HSVNFileManagerPrivate.h"
 #include "HSVNLocalPath.h"
 #include "HSVNLock.h"
 #include "HSVNOperationPrivate.h"
@@ -83,11 +84,41 @@ void scanUnchangedRoot(HSVNOperation& operation, HSVNStatusScan& scan)
                                               operation.ctx(), operation.pool()));
 }
 
-/// The externals of the scanned folder; none when Subversion does not know the folder, which the scan then finds out.
-std::set<std::string> externalsOf(HSVNOperation& operation, const HSVNStatusScan& scan)
+/// Adds the externals of the working copies that are externals themselves. One that cannot be read has none: the scan
+/// tells what is the matter with it.
+void addInnerExternals(HSVNOperation& operation, const std::string& external, std::set<std::string>& externals)
+{
+    std::error_code error;
+    std::set<std::string> inner;
+    try {
+        if (std::filesystem::is_directory(external, error) &&
+            HSVNDirectory::isWorkingCopyAtPath(HSVNLocalPath::pathWithString(external)))
+        {
+            inner = HSVNExternalPathsBelow(operation, external, HSVNBrokenExternals::Skipped);
+        }
+    } catch (const HSVNOperationCancelledException&) {
+        throw;
+    } catch (const HSVNException&) { // NOLINT(bugprone-empty-catch)
+    }
+    for (const auto& path : inner) {
+        if (externals.insert(path).second) {
+            addInnerExternals(operation, path, externals);
+        }
+    }
+}
+
+/// The externals of the scanned folder, and those inside them where the scan goes there; none when Subversion does not
+/// know the folder, which the scan then finds out.
+std::set<std::string> externalsOf(HSVNOperation& operation, const HSVNStatusScan& scan, bool goesInside)
 {
     try {
-        return HSVNExternalPathsBelow(operation, scan.rootPath->string(), HSVNBrokenExternals::Skipped);
+        auto externals = HSVNExternalPathsBelow(operation, scan.rootPath->string(), HSVNBrokenExternals::Skipped);
+        if (goesInside) {
+            for (const auto& external : std::set{externals}) {
+                addInnerExternals(operation, external, externals);
+            }
+        }
+        return externals;
     } catch (const HSVNNoSuchEntryException&) {
         return {};
     }
@@ -110,7 +141,7 @@ bool runScan(HSVNOperation& operation, HSVNStatusScan& scan, const HSVNStatusOpt
     const bool recurse = applyOptions(scan, options);
     const svn_opt_revision_t revision = options.revision()->SVNRevision();
     try {
-        scan.externals = externalsOf(operation, scan);
+        scan.externals = externalsOf(operation, scan, recurse && options.processExternals());
         svn_revnum_t result = SVN_INVALID_REVNUM;
         operation.check(operation->client_status2(
             &result, operation.cString(scan.rootPath->string()), &revision, HSVNStatusFunc, &scan, recurse,
@@ -163,7 +194,9 @@ std::vector<HSVNNodeRef> HSVNDirectory::statusForNodesInDirectoryAtPath(const HS
         *abnormalItemCount = countAbnormalItems(scan);
     }
     if (!options->includeConflictVersionFiles()) {
-        removeVersionConflictFilesFromArray(scan.nodes);
+        // By their paths: two folders can hold files of one name.
+        std::erase_if(scan.nodes,
+                      [&](const HSVNNodeRef& node) { return scan.conflictFiles.contains(node->path()->string()); });
     }
     storeAggregates(scan);
     return std::move(scan.nodes);
@@ -182,24 +215,6 @@ struct UnversionedScan
     std::vector<HSVNNodeRef> nodes;
 };
 
-std::vector<std::string> sortedNamesIn(const HSVNPathRef& folder)
-{
-    std::vector<std::string> names;
-    std::error_code error;
-    for (std::filesystem::directory_iterator entry{folder->string(), error}, end; !error && entry != end;
-         entry.increment(error))
-    {
-        names.push_back(entry->path().filename().string());
-    }
-    if (error) {
-        HSVNException::exceptionWithReason("Cannot list the folder '" + folder->string() + "': " + error.message(),
-                                           error.value())
-            ->raise();
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
 bool hasAdminArea(const UnversionedScan& scan, const HSVNPath& folder)
 {
     std::error_code ignored; // a folder that cannot be searched is told of when it is listed
@@ -208,7 +223,7 @@ bool hasAdminArea(const UnversionedScan& scan, const HSVNPath& folder)
 
 void scanUnversionedFolder(UnversionedScan& scan, const HSVNPathRef& folder)
 {
-    const auto names = sortedNamesIn(folder);
+    const auto names = HSVNFileManager::sortedNamesIn(folder->string());
     for (const auto& name : names) {
         if (name == scan.adminName) {
             continue;

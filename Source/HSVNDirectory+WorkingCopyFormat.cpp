@@ -5,9 +5,11 @@
 #include "HSVNClient.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
+#include "HSVNFileManagerPrivate.h"
 #include "HSVNLocalPath.h"
 #include "HSVNOperationPrivate.h"
 #include "HSVNPackage.h"
+#include "HSVNReplacedItemPrivate.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -125,6 +127,7 @@ void HSVNDirectory::cleanUpWorkingCopyAtPath(const HSVNPathRef& path, const HSVN
     HSVNOperation operation{
         context, "HSVNDirectory", "cleanUpWorkingCopyAtPath:withContext:", {{"path", path}, {"context", context}}};
     operation.check(operation->client_cleanup(operation.cString(path->string()), operation.ctx(), operation.pool()));
+    HSVNTellOfItemsSetAside(path->string());
 }
 
 void HSVNDirectory::purgeAdminDirectoriesInPath(const HSVNPathRef& path)
@@ -140,12 +143,13 @@ void HSVNDirectory::purgeAdminDirectoriesInPath(const HSVNPathRef& path)
                                            error.value())
             ->raise();
     }
-    for (std::filesystem::directory_iterator entry{path->string(), error}, end; !error && entry != end;
-         entry.increment(error))
-    {
-        std::error_code vanished;
-        if (entry->symlink_status(vanished).type() == std::filesystem::file_type::directory) {
-            purgeAdminDirectoriesInPath(path->pathByNormalizingAndAddingComponent(entry->path().filename().string()));
+    if (!std::filesystem::is_directory(path->string(), error)) {
+        return;
+    }
+    for (const auto& name : HSVNFileManager::sortedNamesIn(path->string())) {
+        const auto child = path->pathByNormalizingAndAddingComponent(name);
+        if (HSVNFileManager::isFolder(child->string())) {
+            purgeAdminDirectoriesInPath(child);
         }
     }
 }

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <system_error>
+#include <vector>
 
 /// Items on disk, without Subversion. Links are handled themselves, never what they point to.
 namespace HSVNFileManager {
@@ -11,6 +12,11 @@ bool itemExists(const std::string& path);
 
 /// Whether the item is a folder.
 bool isFolder(const std::string& path);
+
+/// The names of a folder's items, sorted.
+///
+/// @throws HSVNException "Cannot list the folder '%@': %@"
+std::vector<std::string> sortedNamesIn(const std::string& folder);
 
 /// Removes an item and everything below it.
 ///
@@ -29,23 +35,32 @@ std::error_code copyItem(const std::string& source, const std::string& destinati
 
 } // namespace HSVNFileManager
 
-/// A copy of an item, kept in a folder beside it for as long as the object lives.
+/// An item out of its place, in a folder beside it and under its own name, until it is put back or discarded. What is
+/// neither stays on disk when the object goes, for it may be the only one left.
 class HSVNSetAsideItem
 {
   public:
-    /// @throws HSVNException "Cannot set '%@' aside: %@"
-    explicit HSVNSetAsideItem(std::string path);
-    ~HSVNSetAsideItem();
-    HSVNSetAsideItem(const HSVNSetAsideItem&) = delete;
-    HSVNSetAsideItem& operator=(const HSVNSetAsideItem&) = delete;
-
-    /// Puts the copy in the place of whatever is at the path now. A copy that cannot be put there is kept on disk, for
-    /// it may be the only one left.
+    /// Moves an item aside. One that cannot be moved is copied, as is a folder that bears an administrative area.
     ///
-    /// @throws HSVNException "Cannot put '%@' back from '%@': %@" with the folder that the copy is kept in
+    /// @param adminName  of administrative areas
+    /// @throws HSVNException "Cannot set '%@' aside: %@"; the item is then as it was
+    HSVNSetAsideItem(std::string path, const std::string& adminName);
+
+    /// Where the item is now.
+    std::string place() const;
+    /// Puts the item in the place of whatever is at its path now.
+    ///
+    /// @throws HSVNException "Cannot put '%@' back from '%@': %@"; the item is then still where it was set aside
     void putBack();
+    /// Removes the item for good; what cannot be removed is logged and stays.
+    void discard() noexcept;
+
+    /// The folders that items were set aside in, or copied through, at and below a path when a program was ended.
+    ///
+    /// @param adminName  of administrative areas, which are not searched
+    static std::vector<std::string> left(const std::string& path, const std::string& adminName);
 
   private:
     std::string _path;
-    std::string _folder; // empty once it is not to be removed
+    std::string _folder;
 };

@@ -9,6 +9,7 @@
 #include "HSVNNode.h"
 #include "HSVNOperationPrivate.h"
 #include "HSVNPathKindPrivate.h"
+#include "HSVNReplacedItemPrivate.h"
 #include "HSVNRevision.h"
 #include "HSVNRevisionNumberPrivate.h"
 
@@ -36,7 +37,7 @@ void copyOnDisk(const HSVNPath& source, const HSVNPath& destination, const char*
 void cleanUpParentOf(const HSVNPathRef& path, const HSVNContextRef& context)
 {
     try {
-        HSVNDirectory::cleanUpWorkingCopyAtPath(path->parent(), context);
+        HSVNCleanUpFolderAlone(path->parent(), context);
     } catch (const HSVNException&) { // NOLINT(bugprone-empty-catch): the item is where it should be
     }
 }

@@ -4,6 +4,7 @@
 #include "HSVNClientPrivate.h"
 #include "HSVNCommitItem.h"
 #include "HSVNCopyOptions.h"
+#include "HSVNDebug.h"
 #include "HSVNException.h"
 #include "HSVNMoveHandler.h"
 #include "HSVNMoveOptions.h"
@@ -13,6 +14,7 @@
 #include "HSVNReplacedItemPrivate.h"
 
 #include <algorithm>
+#include <fmt/format.h>
 #include <optional>
 
 namespace {
@@ -101,6 +103,37 @@ void askWhetherToMove(const MoveBatch& batch, std::size_t index)
     }
 }
 
+/// Tells what failed and where the item is that was to be replaced. The exception's class and all else stay.
+void raiseNaming(const HSVNException& failure, const HSVNPath& destination, const std::string& place)
+{
+    const auto* const exceptionClass = HSVNExceptionClass::named(failure.className());
+    if (!exceptionClass) {
+        return;
+    }
+    const auto reason =
+        fmt::format("{}. What was at '{}' is kept at '{}'", failure.reason(), destination.string(), place);
+    auto userInfo = failure.userInfo();
+    userInfo.insert_or_assign(HSVNExceptionMessageKey, reason);
+    exceptionClass->make(reason, std::move(userInfo))->raise();
+}
+
+/// Brings the old destination back in a handler of what kept the new one from its place, and throws that again.
+[[noreturn]] void restoreAndRethrow(HSVNReplacedItem& replaced, HSVNReplacementFailure failure,
+                                    const HSVNPath& destination)
+{
+    const auto place = replaced.restore(failure);
+    if (!place) {
+        throw;
+    }
+    HSVNDebug::logAtLevel(HSVNDebugLevelNormal, "What was at '%@' is kept at '%@'", destination.string(), *place);
+    try {
+        throw;
+    } catch (const HSVNException& exception) {
+        raiseNaming(exception, destination, *place);
+        throw;
+    }
+}
+
 /// Clears the destination and tries the index again from its start. The old destination comes back when that fails.
 HSVNRevisionNumber replaceAndMove(const MoveBatch& batch, std::size_t index)
 {
@@ -108,13 +141,27 @@ HSVNRevisionNumber replaceAndMove(const MoveBatch& batch, std::size_t index)
     const HSVNPathRef& destination = batch.destPaths[index];
     HSVNCheckReplacement(destination, source, batch.context);
     HSVNReplacedItem replaced{destination, batch.context};
+    auto failure = HSVNReplacementFailure::Deletion;
+    bool wasEmpty = false;
     try {
-        HSVNNode::deleteNodeAtPath(destination, source, batch.context);
+        if (replaced.needsDeletion()) {
+            HSVNNode::deleteNodeAtPath(destination, source, batch.context);
+        }
+        failure = HSVNReplacementFailure::Refused;
         askWhetherToMove(batch, index);
-        return moveOne(batch, index);
+        wasEmpty = HSVNIsLocal(destination) && !HSVNFileManager::itemExists(destination->string());
+        failure = HSVNReplacementFailure::Operation;
+        const auto revision = moveOne(batch, index);
+        replaced.discard();
+        return revision;
+    } catch (const HSVNWorkingCopyLockedException&) { // held by another program, and nothing was done
+        restoreAndRethrow(replaced, HSVNReplacementFailure::Refused, *destination);
     } catch (...) {
-        replaced.restore();
-        throw;
+        // A move takes away what it brings: that is the only one left.
+        if (wasEmpty && !batch.copy && HSVNFileManager::itemExists(destination->string())) {
+            failure = HSVNReplacementFailure::Arrived;
+        }
+        restoreAndRethrow(replaced, failure, *destination);
     }
 }
 

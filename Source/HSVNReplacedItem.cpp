@@ -7,6 +7,8 @@
 #include "HSVNDeleteOptions.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
+#include "HSVNLocalPath.h"
+#include "HSVNOperationPrivate.h"
 #include "HSVNPathKindPrivate.h"
 #include "HSVNRepositoryInfo.h"
 #include "HSVNRevertOptions.h"
@@ -15,6 +17,7 @@
 #include "HSVNStatus.h"
 #include "HSVNStatusOptions.h"
 #include "HSVNSubversionPrivate.h"
+#include "HSVNWorkingCopyChanges.h"
 
 #include <fmt/format.h>
 #include <utility>
@@ -36,16 +39,20 @@ class Uncancelled
 };
 
 /// Does one step of a restoration, which goes on with the next one whatever becomes of it.
+///
+/// @return whether it succeeded
 template <class Step>
-void attempt(const HSVNPathRef& path, Step step) noexcept
+bool attempt(const HSVNPathRef& path, Step step) noexcept
 {
     try {
         step();
+        return true;
     } catch (const std::exception& failure) {
         HSVNDebug::logAtLevel(HSVNDebugLevelNormal, "Could not restore '%@' in full: %@", path->string(),
                               std::string{failure.what()});
     } catch (...) { // NOLINT(bugprone-empty-catch): an exception of a delegate's own, which told all that it wants
     }
+    return false;
 }
 
 void deleteWithForce(const HSVNPathRef& path, const HSVNContextRef& context)
@@ -85,6 +92,27 @@ bool comesByDeletion(HSVNSchedule schedule)
 
 } // namespace
 
+std::vector<std::string> HSVNFindItemsSetAside(const std::string& folder)
+{
+    const auto area = HSVNDirectory::adminAreaInWorkingCopyAtPath(HSVNLocalPath::pathWithString(folder));
+    return HSVNSetAsideItem::left(folder, area->lastComponent());
+}
+
+void HSVNTellOfItemsSetAside(const std::string& folder)
+{
+    for (const auto& item : HSVNFindItemsSetAside(folder)) {
+        HSVNDebug::logAtLevel(HSVNDebugLevelNormal,
+                              "'%@' holds what was set aside by an operation that was interrupted", item);
+    }
+}
+
+void HSVNCleanUpFolderAlone(const HSVNPathRef& folder, const HSVNContextRef& context)
+{
+    HSVNOperation operation{
+        context, "HSVNDirectory", "cleanUpWorkingCopyAtPath:withContext:", {{"path", folder}, {"context", context}}};
+    operation.check(operation->client_cleanup(operation.cString(folder->string()), operation.ctx(), operation.pool()));
+}
+
 void HSVNCheckReplacement(const HSVNPathRef& path, const HSVNPathRef& source, const HSVNContextRef& context)
 {
     HSVNAssertParameter(HSVNIsLocal(source), "[source isKindOfClass:[HSVNLocalPath class]]");
@@ -110,9 +138,35 @@ HSVNReplacedItem::HSVNReplacedItem(HSVNPathRef path, HSVNContextRef context)
     if (_isVersioned) {
         noteChanges();
     }
+    _wasLocked = lockedFolder() != nullptr;
     if (HSVNFileManager::itemExists(_path->string())) {
-        _copy.emplace(_path->string());
+        _original.emplace(_path->string(), HSVNDirectory::adminAreaInWorkingCopyAtPath(_path)->lastComponent());
     }
+}
+
+bool HSVNReplacedItem::needsDeletion() const
+{
+    return !HSVNIsLocal(_path) || _isVersioned || HSVNFileManager::itemExists(_path->string());
+}
+
+void HSVNReplacedItem::discard() noexcept
+{
+    if (_original) {
+        _original->discard();
+    }
+}
+
+HSVNPathRef HSVNReplacedItem::lockedFolder() const
+{
+    HSVNPathRef locked;
+    HSVNPathRef folder = HSVNFileManager::isFolder(_path->string()) ? _path : _path->parent();
+    for (; folder && HSVNDirectory::isWorkingCopyAtPath(folder); folder = folder->parent()) {
+        const auto node = HSVNNode::nodeWithStatusAtPath(folder, HSVNRevision::UNSPECIFIED(), false, _context);
+        if (node && node->status()->locked()) {
+            locked = folder;
+        }
+    }
+    return locked;
 }
 
 void HSVNReplacedItem::noteRevision()
@@ -158,28 +212,63 @@ void HSVNReplacedItem::noteChange(const HSVNNode& node)
     _changes.push_back(std::move(change));
 }
 
-void HSVNReplacedItem::restore() noexcept
+std::optional<std::string> HSVNReplacedItem::restore(HSVNReplacementFailure failure) noexcept
 {
     const Uncancelled uncancelled{_context->ctx()};
-    if (HSVNIsLocal(_path)) {
-        restoreOnDisk();
-    } else {
+    if (!HSVNIsLocal(_path)) {
         attempt(_path, [this] { restoreInRepository(); });
+        return std::nullopt;
     }
+    const bool isBack = failure != HSVNReplacementFailure::Arrived && restoreOnDisk(failure);
+    return isBack || !_original ? std::nullopt : std::optional{_original->place()};
 }
 
-void HSVNReplacedItem::restoreOnDisk() noexcept
+HSVNPathRef HSVNReplacedItem::folderToCleanUp() const noexcept
 {
-    if (_isVersioned) {
-        attempt(_path, [this] { HSVNNode::revertNodes({_path}, HSVNRevertOptions::defaults(), _context); });
+    try {
+        if (auto folder = lockedFolder()) {
+            return folder;
+        }
+    } catch (...) { // NOLINT(bugprone-empty-catch): what cannot be read is to be cleaned up all the more
+    }
+    return _path->parent();
+}
+
+void HSVNReplacedItem::takeBackChanges() const
+{
+    if (_isVersioned || HSVNNode::isVersionedFileAtPath(_path, _context)) {
+        HSVNNode::revertNodes({_path}, HSVNRevertOptions::defaults(), _context);
     }
     for (const auto& change : _changes) {
         if (comesByDeletion(change.schedule)) {
-            attempt(change.path, [&] { deleteWithForce(change.path, _context); });
+            deleteWithForce(change.path, _context);
         }
     }
-    if (_copy) {
-        attempt(_path, [this] { _copy->putBack(); });
+    // Subversion keeps its lock for as long as there is work left over, which a clean-up finishes; done after the item
+    // is back, that would delete or overwrite it.
+    if (const auto folder = lockedFolder()) {
+        throw HSVNWorkingCopyLockedException(fmt::format("'{}' is locked", folder->string()));
+    }
+}
+
+bool HSVNReplacedItem::clearTheWay(HSVNReplacementFailure failure) noexcept
+{
+    // A lock that this operation cannot have left is another program's.
+    const bool mayBreakLocks = !_wasLocked && failure != HSVNReplacementFailure::Refused;
+    return attempt(_path, [&] {
+        if (mayBreakLocks) {
+            // First of all: a database that could not be written may be left in a transaction, in which all that
+            // follows seems to be done and is lost in the end. A clean-up opens it anew.
+            HSVNCleanUpFolderAlone(folderToCleanUp(), _context);
+        }
+        takeBackChanges();
+    });
+}
+
+bool HSVNReplacedItem::restoreOnDisk(HSVNReplacementFailure failure) noexcept
+{
+    if (!clearTheWay(failure) || (_original && !attempt(_path, [this] { _original->putBack(); }))) {
+        return false;
     }
     for (const auto& change : _changes) {
         if (comesByAddition(change.schedule)) {
@@ -189,6 +278,7 @@ void HSVNReplacedItem::restoreOnDisk() noexcept
             attempt(change.path, [&] { setProperties(*change.properties, change.path, _context); });
         }
     }
+    return true;
 }
 
 void HSVNReplacedItem::restoreInRepository() const

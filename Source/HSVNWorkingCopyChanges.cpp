@@ -2,6 +2,7 @@
 
 #include "HSVNDepthTranslationPrivate.h"
 #include "HSVNExtensionCallPrivate.h"
+#include "HSVNReplacedItemPrivate.h"
 #include "HSVNRevisionNumberPrivate.h"
 
 namespace {
@@ -148,6 +149,7 @@ void HSVNCleanUpFolder(const std::string& folder, const HSVNCleanUpOptions& opti
     operation.check(function(operation.cString(folder), options.breakLocks, options.fixTimestamps,
                              options.clearWebCache, options.vacuumPristines, options.includeExternals, operation.ctx(),
                              operation.pool()));
+    HSVNTellOfItemsSetAside(folder);
 }
 
 void HSVNVacuumFolder(const std::string& folder, const HSVNVacuumOptions& options, const HSVNContextRef& context)

@@ -135,12 +135,21 @@ struct HSVNCleanUpOptions
     bool includeExternals = false; ///< working copies of externals too
 };
 
-/// Ends what was interrupted in a working copy.
+/// Ends what was interrupted in a working copy. What an interrupted batch had set aside stays, and is named in the log
+/// (`HSVNFindItemsSetAside`).
 ///
 /// @param folder  a local path
 /// Stands for svn_client_cleanup2; not offered by lines before 1.9.
 HSVN_EXPORT void HSVNCleanUpFolder(const std::string& folder, const HSVNCleanUpOptions& options,
                                    const HSVNContextRef& context);
+
+/// Finds what a batch or a copy on disk had set aside when its program was ended: folders ".hsvn-" with six characters,
+/// in each of which an item lies under its own name. Works without Subversion; folders that cannot be read are passed
+/// over, as are administrative areas.
+///
+/// @param folder  a local path
+/// @return the folders' paths
+HSVN_EXPORT std::vector<std::string> HSVNFindItemsSetAside(const std::string& folder);
 
 /// What is removed or put right.
 struct HSVNVacuumOptions

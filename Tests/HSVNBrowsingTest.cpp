@@ -281,6 +281,23 @@ TEST_P(DirectoryTest, APathIsMadeLevelByLevel)
     EXPECT_EQ(repository.youngest(), 4);
 }
 
+TEST_P(DirectoryTest, AFileInTheWayIsNamed)
+{
+    repository.put("file", "text");
+    mustRun({"svn", "update", "-q", workingCopy});
+    for (const auto& [top, path] : {std::pair{remote(""), remote("file/b")}, {local(""), local("/file/b")}}) {
+        EXPECT_THAT(reasonOf<HSVNException>([&, of = top, to = path] { HSVNDirectory::createPath(to, of, client); }),
+                    HasSubstr("file"));
+        EXPECT_THAT(reasonOf<HSVNEntryExistsException>(
+                        [&, of = top, to = path] { HSVNDirectory::createPath(to->parent(), of, client); }),
+                    HasSubstr("file"));
+    }
+    EXPECT_EQ(reasonOf<HSVNException>(
+                  [&] { HSVNDirectory::directoryAtPath(remote("file"), HSVNRevisionSpec::HEAD(), client); }),
+              "'" + repository.url("file") + "' is not a directory");
+    EXPECT_EQ(repository.youngest(), 1);
+}
+
 INSTANTIATE_TEST_SUITE_P(Lines, DirectoryTest,
                          testing::Values(HSVNVersion{1, 4}, HSVNVersion{1, 5}, HSVNVersion{1, 6}, HSVNVersion{1, 14}),
                          [](const auto& line) { return "Subversion_1_" + std::to_string(line.param.minor()); });

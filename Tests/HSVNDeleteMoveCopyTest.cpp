@@ -1,17 +1,22 @@
+#include "AlteredBundle.h"
 #include "HSVNCallRecorder.h"
 #include "HSVNCommitItem.h"
 #include "HSVNCopyOptions.h"
 #include "HSVNDeleteOptions.h"
+#include "HSVNDirectory.h"
 #include "HSVNMoveHandler.h"
 #include "HSVNMoveOptions.h"
 #include "HSVNNode.h"
+#include "HSVNPoolPrivate.h"
 #include "HSVNRevision.h"
 #include "HSVNRevisionSpec.h"
+#include "HSVNWorkingCopyChanges.h"
 #include "ReasonOf.h"
 #include "WorkingCopyTest.h"
 
 #include <functional>
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -113,6 +118,61 @@ TEST_P(DeleteMoveCopy, WhatCannotBeRemovedIsReported)
     const auto path = HSVNLocalPath::pathWithString("/proc/self/status");
     EXPECT_EQ(reasonOf<HSVNException>([&] { remove({path}, true); }),
               "Cannot delete '/proc/self/status'. The file may be in use");
+}
+
+TEST_P(DeleteMoveCopy, AReasonNamesTheItemThatIsInTheWay)
+{
+    writeFile(item("dir/new.txt"), "");
+    writeFile(item("plain/in.txt"), "");
+    const auto missing = [](const HSVNPathRef& path) { return "'" + path->string() + "' does not exist"; };
+    EXPECT_EQ(reasonOf<HSVNUnversionedResourceException>([&] { remove({at("dir")}); }),
+              "'" + item("dir/new.txt") + "' is not under version control");
+    files::remove(item("dir/new.txt"));
+    writeFile(item("dir/c.txt"), "changed\n");
+    EXPECT_THAT(reasonOf<HSVNItemModifiedException>([&] { remove({at("dir")}); }), HasSubstr(item("dir/c.txt")));
+    for (const bool force : {false, true}) {
+        EXPECT_EQ(reasonOf<HSVNException>([&] { remove({outside("none")}, force); }), missing(outside("none")));
+    }
+    EXPECT_EQ(reasonOf<HSVNException>([&] { remove({at("none")}); }), missing(at("none")));
+    for (const bool isCopy : {false, true}) {
+        for (const auto& place : {at("plain/it"), outside("it")}) {
+            EXPECT_EQ(reasonOf<HSVNException>([&] { transfer(isCopy, at("none"), place); }), missing(at("none")));
+        }
+    }
+    EXPECT_EQ(status(), "M       dir/c.txt\n?       plain\n");
+}
+
+TEST_P(DeleteMoveCopy, AnOldRevisionIsWhatTheItemWasThenOrAnError)
+{
+    writeFile(item("later.txt"), "later\n");
+    mustRun({"svn", "add", "--quiet", item("later.txt")});
+    mustRun({"svn", "move", "--quiet", item("a.txt"), item("moved.txt")});
+    commitAll();
+    mustRun({"svn", "update", "--quiet", root});
+    writeFile(item("moved.txt"), "today\n");
+    writeFile(item("plain.txt"), "");
+    auto options = HSVNCopyOptions::defaults();
+    options->setRevision(HSVNRevision::revisionWithNumber(1));
+    for (const std::string source : {"later.txt", "plain.txt"}) {
+        for (const auto& place : {at("old.txt"), outside("old.txt")}) {
+            const auto reason =
+                reasonOf<HSVNException>([&] { HSVNNode::copyNodeAtPath(at(source), place, options, client); });
+            EXPECT_EQ(runCommand({"svn", "copy", "-r1", item(source), item("old.txt")}).errors.substr(14),
+                      reason + "\n");
+            EXPECT_FALSE(isOnDisk(place));
+        }
+    }
+    HSVNNode::copyNodeAtPath(at("moved.txt"), at("old.txt"), options, client);
+    EXPECT_EQ(readFile(item("old.txt")), "a.txt\n");
+}
+
+TEST_P(DeleteMoveCopy, WhatIsInTheWayOfAScheduledDeletionGoesToo)
+{
+    mustRun({"svn", "delete", "--quiet", item("b.txt")});
+    writeFile(item("b.txt"), "in the way\n");
+    HSVNNode::deleteNodeAtPath(at("b.txt"), at("a.txt"), client);
+    EXPECT_FALSE(exists("b.txt"));
+    EXPECT_EQ(status(), "D       b.txt\n");
 }
 
 TEST_P(DeleteMoveCopy, URLsAreDeletedInOneCommit)
@@ -232,6 +292,17 @@ TEST_P(DeleteMoveCopy, ATransferOnDiskThatFailsLeavesTheSource)
             EXPECT_EQ(status(), "?       new\n?       plain\n");
         }
     }
+}
+
+TEST_P(DeleteMoveCopy, AMoveWithoutItsLocksIsMadeOnDisk)
+{
+    client->setBundle(std::make_shared<AlteredBundle>([](HSVNBundleEntryPoints& table) {
+        table.client_move4 = [](svn_commit_info_t**, const char*, const char*, svn_boolean_t, svn_client_ctx_t*,
+                                apr_pool_t*) { return HSVN_SUBVERSION_ERROR(SVN_ERR_WC_NOT_LOCKED, nullptr); };
+    }));
+    EXPECT_EQ(move(at("a.txt"), outside("moved.txt")), HSVNInvalidRevision);
+    EXPECT_EQ(readFile(repository.beside("moved.txt")), "a.txt\n");
+    EXPECT_EQ(status(), "D       a.txt\n");
 }
 
 TEST_P(DeleteMoveCopy, AMoveOnDiskWhoseSourceStaysNamesBothPlaces)
@@ -398,6 +469,14 @@ TEST_P(MoveBatch, ABatchIntoTheRepositoryAsksForOneMessage)
               }),
               "Move was canceled by user");
     EXPECT_EQ(repository.youngest(), before + 2);
+}
+
+TEST_P(MoveBatch, ASkippedItemLeavesTheRevisionOfTheLastOne)
+{
+    handler->overwrites = [] { return HSVNOverwriteSkip; };
+    const auto revision = batch(true, {{url("trunk/a.txt"), url("trunk/A")}, {url("trunk/a.txt"), url("trunk/b.txt")}});
+    EXPECT_EQ(revision, repository.youngest());
+    EXPECT_EQ(repository.contents("trunk/A"), "a.txt\n");
 }
 
 TEST_P(MoveBatch, AClientWithoutADelegateKeepsTheOneWithTheMessage)
@@ -591,6 +670,54 @@ TEST_P(MoveBatch, AReplacedDestinationComesBackWhenTheItemDoesNotArrive)
     client->setDelegate(delegate);
 }
 
+TEST_P(MoveBatch, WhatIsReplacedIsSetAsideWithoutBeingCopied)
+{
+    const auto number = [](const std::string& path) {
+        struct stat attributes
+        {
+        };
+        return ::lstat(path.c_str(), &attributes) == 0 ? attributes.st_ino : 0;
+    };
+    writeFile(item("plain/in.txt"), "");
+    for (const std::string destination : {"b.txt", "dir", "plain"}) {
+        const auto before = number(item(destination));
+        ino_t aside = 0;
+        handler->overwrites = [] { return HSVNOverwriteReplace; };
+        handler->goesOn = [&] {
+            for (const auto& folder : HSVNFindItemsSetAside(root)) {
+                aside = number(folder + "/" + destination);
+            }
+            return aside == 0;
+        };
+        EXPECT_THROW(batch(true, {{at("a.txt"), at(destination)}}), HSVNOperationCancelledException);
+        EXPECT_EQ(aside, before) << destination;
+        EXPECT_EQ(number(item(destination)), before) << destination;
+    }
+    EXPECT_EQ(status(), "?       plain\n");
+}
+
+TEST_P(MoveBatch, ACleanUpNamesWhatAnEndedProgramHadSetAside)
+{
+    writeFile(item("dir/.hsvn-aB3xyz/b.txt"), "the only one\n");
+    writeFile(item("dir/.hsvn-aB3xyz/.hsvn-inside/b.txt"), "");
+    writeFile(item(".hsvn-aB3xyz"), "no folder");
+    writeFile(item(".hsvn-other/b.txt"), "no such name");
+    const auto folder = item("dir/.hsvn-aB3xyz");
+    EXPECT_THAT(HSVNFindItemsSetAside(root), ElementsAre(folder));
+    for (const auto& cleanUp :
+         std::vector<std::function<void()>>{[&] { HSVNDirectory::cleanUpWorkingCopyAtPath(at(""), client); },
+                                            [&] { HSVNCleanUpFolder(root, {}, std::make_shared<HSVNClient>()); }})
+    {
+        testing::internal::CaptureStderr();
+        cleanUp();
+        EXPECT_THAT(testing::internal::GetCapturedStderr(), HasSubstr("'" + folder + "' holds what was set aside"));
+    }
+    EXPECT_EQ(readFile(folder + "/b.txt"), "the only one\n");
+    for (const auto* const left : {"dir/.hsvn-aB3xyz", ".hsvn-aB3xyz", ".hsvn-other"}) {
+        files::remove_all(item(left));
+    }
+}
+
 TEST_P(MoveBatch, AReplacedDestinationThatCannotComeBackIsLogged)
 {
     writeFile(item("plain.txt"), "plain\n");
@@ -600,13 +727,17 @@ TEST_P(MoveBatch, AReplacedDestinationThatCannotComeBackIsLogged)
         for (const auto& entry : files::directory_iterator{root}) {
             if (entry.path().filename().string().starts_with(".hsvn-")) {
                 kept = entry.path();
-                files::remove(entry.path() / "item");
+                files::remove(entry.path() / "plain.txt");
             }
         }
         return kept.empty();
     };
     testing::internal::CaptureStderr();
-    EXPECT_THROW(batch(true, {{at("a.txt"), at("plain.txt")}}), HSVNOperationCancelledException);
+    const auto reason = reasonOf<HSVNOperationCancelledException>([&] {
+        batch(true, {{at("a.txt"), at("plain.txt")}});
+    });
+    EXPECT_EQ(reason,
+              "Move was canceled by user. What was at '" + item("plain.txt") + "' is kept at '" + kept + "/plain.txt'");
     EXPECT_THAT(testing::internal::GetCapturedStderr(),
                 HasSubstr("in full: Cannot put '" + item("plain.txt") + "' back from '" + kept + "': No such file"));
     EXPECT_TRUE(files::remove(kept)) << "what is left is kept";

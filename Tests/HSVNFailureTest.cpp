@@ -16,11 +16,13 @@
 #include "HSVNRevisionSpec.h"
 #include "HSVNUnlockOptions.h"
 #include "HSVNUpdateOptions.h"
+#include "HSVNWorkingCopyUpdates.h"
 #include "ReasonOf.h"
 #include "WorkingCopyTest.h"
 
 #include <functional>
 #include <gmock/gmock.h>
+#include <map>
 
 // What fails or is interrupted leaves a working copy that can be worked on, and what was done before stays.
 
@@ -174,6 +176,61 @@ TEST_P(Failure, AnOperationStoppedAnywhereLeavesAUsableWorkingCopy)
     });
     stopEverywhere("status", nothing, [&] { HSVNDirectory::workingCopyWithStatusAtPath(at(""), client); });
     stopEverywhere("clean up", nothing, [&] { HSVNDirectory::cleanUpWorkingCopyAtPath(at(""), client); });
+}
+
+TEST_P(Failure, ACheckOutGoesWhereAnEndedOneLeftAnAreaWithoutValue)
+{
+    const std::vector<std::pair<std::map<std::string, std::string>, bool>> areas{
+        {{{"", ""}}, true},
+        {{{"pristine/", ""}, {"tmp/", ""}}, true},
+        {{{"pristine/", ""}, {"tmp/", ""}, {"wc.db", ""}}, true},
+        {{{"wc.db", ""}, {"wc.db-journal", std::string(512, '\0')}}, true},
+        {{{"wc.db", ""}, {"entries", "12\n"}, {"format", "12\n"}}, true},
+        {{{"lock", ""}, {"text-base/", ""}, {"tmp/prop-base/", ""}}, true},
+        {{{"wc.db", "no database, but who knows"}}, false},
+        {{{"wc.db-journal", "of a database that is gone"}}, false},
+        {{{"wc.db", ""}, {"pristine/00/00ff.svn-base", "somebody's text"}}, false},
+        {{{"entries", "10\n\ndir\n3\nfile:///somewhere\n"}}, false},
+        {{{"notes.txt", "what does this do here"}}, false},
+    };
+    const auto out = repository.beside("out");
+    const auto area = out + "/.svn/";
+    HSVNClientRef fresh = client;
+    const auto run = std::vector<std::function<void()>>{
+        [&] {
+            HSVNDirectory::checkoutDirectoryAtURL(url("trunk"), outside("out"), HSVNCheckOutOptions::defaults(), fresh);
+        },
+        [&] { HSVNCheckOutItem(url("trunk")->string(), out, HSVNRevisionSpec::HEAD(), {}, fresh); }};
+    for (const auto& [content, isWithoutValue] : areas) {
+        for (const auto& checkOut : run) {
+            SCOPED_TRACE(content.rbegin()->first + (isWithoutValue ? ", without value" : ", of value"));
+            fresh = std::make_shared<HSVNClient>(bundleOfLine(line()), delegate);
+            for (const auto& [name, bytes] : content) {
+                files::create_directories((area + name).substr(0, (area + name).rfind('/')));
+                if (!name.empty() && name.back() != '/') {
+                    writeFile(area + name, bytes);
+                }
+            }
+            if (isWithoutValue) {
+                EXPECT_NO_THROW(checkOut());
+                EXPECT_EQ(mustRun({"svn", "status", out}), "");
+                EXPECT_EQ(readFile(out + "/a.txt"), "a.txt\n");
+            } else {
+                try {
+                    checkOut();                  // which may work, or not
+                } catch (const HSVNException&) { // NOLINT(bugprone-empty-catch)
+                }
+                for (const auto& [name, bytes] : content) {
+                    EXPECT_TRUE(bytes.empty() || readFile(area + name) == bytes) << name;
+                }
+            }
+            files::remove_all(out);
+        }
+    }
+    HSVNDirectory::checkoutDirectoryAtURL(url("trunk"), outside("out"), HSVNCheckOutOptions::defaults(), client);
+    writeFile(out + "/a.txt", "changed\n");
+    run.front()();
+    EXPECT_EQ(mustRun({"svn", "status", out}), "M       " + out + "/a.txt\n") << "of a whole working copy";
 }
 
 TEST_P(Failure, AnInterruptedBatchLeavesFinishedItemsDoneAndTheRestUntouched)

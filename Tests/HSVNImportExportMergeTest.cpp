@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <gmock/gmock.h>
+#include <optional>
 
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -104,13 +105,17 @@ TEST_P(ImportExportMerge, AFailedImportTellsWhy)
     writeFile(repository.beside("new.txt"), "");
     const auto source = outside("new.txt");
     delegate->commits = false;
+    std::optional<HSVNOperationCancelledException> thrown;
     try {
         import(source, url("new.txt"));
-        ADD_FAILURE() << "no exception";
     } catch (const HSVNOperationCancelledException& exception) {
-        EXPECT_EQ(exception.reason(), "Operation was cancelled");
-        EXPECT_EQ(exception.status(), 0);
+        thrown = exception;
     }
+    ASSERT_TRUE(thrown);
+    EXPECT_EQ(thrown->reason(), "Operation was cancelled");
+    EXPECT_EQ(thrown->status(), 0);
+    ASSERT_FALSE(delegate->notifications.empty());
+    ASSERT_TRUE(delegate->notifications.back()->error());
     EXPECT_EQ(delegate->notifications.back()->error()->className(), "HSVNOperationCancelledException");
     expectNotifications({importStarted, importFailed}, source->string(), url("new.txt"));
     delegate->commits = true;

@@ -724,6 +724,65 @@ TEST(HSVNDirectoryExternals, ThatAreBrokenAreToldButDoNotEndAScan)
     }
 }
 
+TEST(HSVNDirectoryExternals, InsideExternalsAreExternalToo)
+{
+    const TestRepository repository;
+    repository.change({"mkdir", "a", "mkdir", "b", "mkdir", "c", "propset", "svn:externals", "^/b inner", "a",
+                       "propset", "svn:externals", "^/c innermost", "b"});
+    const auto wc = repository.checkOut("wc", "c");
+    mustRun({"svn", "propset", "-q", "svn:externals", "^/a outer", wc});
+    mustRun({"svn", "update", "-q", wc});
+    const ReadingClient reading;
+    for (const auto& options : {optionsFor({}), optionsFor({"-v"})}) {
+        std::vector<std::string> externals;
+        for (const auto& node : Scan(pathOf(wc), options, reading.client).nodes) {
+            if (node->status()->textStatus() == HSVNStatusKindExternal) {
+                externals.push_back(node->path()->string().substr(wc.size()));
+            }
+        }
+        EXPECT_THAT(std::set(externals.begin(), externals.end()),
+                    ElementsAre("/outer", "/outer/inner", "/outer/inner/innermost"));
+    }
+}
+
+TEST(HSVNDirectoryConflicts, OfOneNameInTwoFoldersLeaveNoFilesInTheAnswer)
+{
+    const TestRepository repository;
+    repository.change({"mkdir", "one", "mkdir", "two"});
+    const auto put = [&](const std::string& text) {
+        writeFile(repository.beside("text"), text);
+        repository.change({"put", repository.beside("text"), "one/file", "put", repository.beside("text"), "two/file"});
+    };
+    put("first\n");
+    const auto wc = repository.checkOut();
+    put("second\n");
+    writeFile(wc + "/one/file", "mine\n");
+    writeFile(wc + "/two/file", "mine\n");
+    mustRun({"svn", "update", "-q", "--accept", "postpone", wc});
+    const ReadingClient reading;
+    auto options = optionsFor({});
+    options->setIncludeConflictVersionFiles(false);
+    EXPECT_THAT(Scan(pathOf(wc), options, reading.client).names(), ElementsAre("file", "file"));
+}
+
+TEST(HSVNDirectoryAggregates, HoldTheKindsOfProperties)
+{
+    const TestRepository repository;
+    repository.change({"mkdir", "folder", "mkdir", "folder/inner"});
+    const auto wc = repository.checkOut();
+    mustRun({"svn", "propset", "-q", "name", "value", wc + "/folder/inner"});
+    const ReadingClient reading;
+    const auto alone = HSVNDirectory::workingCopyWithStatusAtPath(pathOf(wc + "/folder"), reading.client);
+    EXPECT_EQ(alone->aggregateChildStatus() & HSVNStatusKindModified, HSVNStatusKindModified);
+    auto options = optionsFor({"-v"});
+    options->setPropagateStatusToAncestor(true);
+    const Scan scan{pathOf(wc), options, reading.client};
+    for (const auto& node : {scan.root, scan.node("folder")}) {
+        EXPECT_EQ(static_cast<const HSVNDirectory&>(*node).aggregateChildStatus() & HSVNStatusKindModified,
+                  HSVNStatusKindModified);
+    }
+}
+
 // Working copies of every age
 
 TEST(SampleScan, OfTheInstalledLineIsWhatThatLineTold)

@@ -6,12 +6,14 @@
 #include "ReadingClient.h"
 #include "ReasonOf.h"
 #include "SampleWorkingCopy.h"
+#include "TemporaryFolder.h"
 #include "TestBundles.h"
 #include "WorkingCopyDatabase.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/fsuid.h>
 
 using testing::HasSubstr;
 
@@ -98,6 +100,21 @@ TEST(HSVNAdminArea, IsPurgedAtEveryDepth)
     EXPECT_TRUE(fs::exists(sample.path("wc-adminlocked/.svn")));
 }
 
+TEST(HSVNAdminArea, IsNotPurgedWhereAFolderCannotBeListed)
+{
+    const TemporaryFolder folder;
+    fs::create_directory(folder / "closed");
+    fs::permissions(folder.path(), fs::perms{0755});
+    fs::permissions(folder / "closed", fs::perms{0711});
+    constexpr uid_t nobody = 65534; // the superuser may read everything
+    const int user = setfsuid(nobody);
+    const auto reason =
+        reasonOf<HSVNException>([&] { HSVNDirectory::purgeAdminDirectoriesInPath(pathOf(folder.path())); });
+    setfsuid(static_cast<uid_t>(user));
+    EXPECT_THAT(reason, HasSubstr("Cannot list the folder '" + (folder / "closed") + "'"));
+    EXPECT_NO_THROW(HSVNDirectory::purgeAdminDirectoriesInPath(pathOf(folder / "none")));
+}
+
 TEST(HSVNAdminArea, IsCleanedUp)
 {
     const SampleWorkingCopy sample{"1.14"};
@@ -108,6 +125,10 @@ TEST(HSVNAdminArea, IsCleanedUp)
     HSVNDirectory::cleanUpWorkingCopyAtPath(pathOf(wc), reading.client);
     EXPECT_EQ(mustRun({"svn", "status", wc}), "");
     EXPECT_THROW(HSVNDirectory::cleanUpWorkingCopyAtPath(pathOf(sample.path("repo")), reading.client), HSVNException);
+    const SampleWorkingCopy older{"1.6"};
+    EXPECT_THAT(reasonOf<HSVNUnsupportedWorkingCopyFormatException>(
+                    [&] { HSVNDirectory::cleanUpWorkingCopyAtPath(pathOf(older.path()), reading.client); }),
+                HasSubstr("'" + older.path() + "' has format 10"));
 }
 
 TEST(HSVNDirectory, FindsTheDirectChildOfARoot)
@@ -133,6 +154,13 @@ TEST(HSVNUpgrade, ChangesTheFormatOfAWorkingCopyAndOfItsExternals)
         EXPECT_EQ(formatOf(sample.path(item)), 31) << item;
     }
     EXPECT_EQ(formatOf(sample.path("wc-adminlocked")), 8);
+
+    // One that Subversion passes over: its own upgrade finds nothing to do around it.
+    const SampleWorkingCopy other{"1.4"};
+    fs::remove_all(sample.path("wc/externals/ext"));
+    fs::copy(other.path("wc/externals/ext"), sample.path("wc/externals/ext"), fs::copy_options::recursive);
+    HSVNDirectory::upgradeWorkingCopyAtPath(pathOf(sample.path()), installedLine(), false);
+    EXPECT_EQ(formatOf(sample.path("wc/externals/ext")), 31);
 }
 
 TEST(HSVNUpgrade, GoesDownOnlyWithForceWhereSomethingWouldBeLost)

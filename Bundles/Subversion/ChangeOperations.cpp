@@ -5,6 +5,8 @@
 #include "ExtensionTargets.h"
 #include "Notifications.h"
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace HSVNAdapter {
@@ -17,6 +19,39 @@ svn_node_kind_t kindOnDisk(const char* path, apr_pool_t* pool)
     svn_boolean_t isSpecial = FALSE;
     svn_error_clear(svn_io_check_special_path(path, &kind, &isSpecial, pool));
     return kind;
+}
+
+/// Whether Subversion has a record of the item, whatever is on disk. What cannot be told counts as none.
+bool isVersioned(const char* path, apr_pool_t* pool)
+{
+    const char* url = nullptr;
+    svn_error_clear(svn_client_url_from_path(&url, path, pool));
+    return url != nullptr;
+}
+
+/// That nothing is at a path, in words of its own: the line's name another reason or the folder around it.
+svn_error_t* nothingAt(const char* path)
+{
+    return svn_error_createf(SVN_ERR_NODE_UNKNOWN_KIND, nullptr, "'%s' does not exist", path);
+}
+
+/// A failed deletion as it is told: an unversioned item is in no working copy. Not so a versioned folder, which is
+/// refused for the sake of an unversioned item inside, nor what is not there at all.
+svn_error_t* deletionError(svn_error_t* error, const char* path, svn_node_kind_t kind, apr_pool_t* pool)
+{
+    const bool isUnversioned = hasCode(error, SVN_ERR_UNVERSIONED_RESOURCE) || hasCode(error, SVN_ERR_WC_NOT_DIRECTORY);
+    if (!isUnversioned || isVersioned(path, pool)) {
+        // Its outermost error says that force is wanted, the next one for the sake of which item.
+        const bool isOfItemInside = error->child != nullptr && error->child->apr_err == error->apr_err;
+        return smoothed(isOfItemInside && error->child->message != nullptr
+                            ? svn_error_create(error->apr_err, error, error->child->message)
+                            : error);
+    }
+    if (kind == svn_node_none) {
+        svn_error_clear(error);
+        return nothingAt(path);
+    }
+    return smoothed(error, {{SVN_ERR_UNVERSIONED_RESOURCE, SVN_ERR_WC_NOT_DIRECTORY}});
 }
 
 /// A forced deletion of what is gone already succeeds, and the delegate hears of unversioned items too.
@@ -40,7 +75,7 @@ svn_error_t* deletePath(svn_commit_info_t** info, const char* path, svn_boolean_
         svn_error_clear(error);
         return SVN_NO_ERROR;
     }
-    return smoothed(error, {{SVN_ERR_UNVERSIONED_RESOURCE, SVN_ERR_WC_NOT_DIRECTORY}});
+    return deletionError(error, path, kind, pool);
 }
 
 svn_error_t* delete2(svn_commit_info_t** info, const apr_array_header_t* paths, svn_boolean_t force,
@@ -60,6 +95,77 @@ svn_error_t* delete2(svn_commit_info_t** info, const apr_array_header_t* paths, 
 /// Of a source that does not exist.
 constexpr ErrorRule sourceOfNoKind{SVN_ERR_NODE_UNKNOWN_KIND, SVN_ERR_ENTRY_NOT_FOUND};
 
+/// Whether an error says that an item is in no working copy or in no revision, or cannot be what it is to be there: the
+/// file manager then puts it where it is to go.
+bool startsFallBack(const svn_error_t* error)
+{
+    constexpr std::array codes{SVN_ERR_ENTRY_NOT_FOUND,  SVN_ERR_FS_NOT_FOUND,  SVN_ERR_FS_NO_SUCH_ENTRY,
+                               SVN_ERR_WC_NOT_DIRECTORY, SVN_ERR_WC_NOT_LOCKED, SVN_ERR_WC_INVALID_SCHEDULE};
+    return std::ranges::any_of(codes, [&](apr_status_t code) { return hasCode(error, code); });
+}
+
+/// The error of a move or a copy. A local source that is not on disk cannot be put anywhere by the file manager either.
+svn_error_t* transferError(svn_error_t* error, const char* source, apr_pool_t* pool)
+{
+    error = smoothed(error, {sourceOfNoKind});
+    if (error != nullptr && startsFallBack(error) && !isURL(source) && kindOnDisk(source, pool) == svn_node_none) {
+        svn_error_clear(error);
+        return nothingAt(source);
+    }
+    return error;
+}
+
+/// Whether a revision of a local item is read in the repository, and so is not what is on disk.
+bool isOfRepository(const svn_opt_revision_t& revision)
+{
+    return revision.kind != svn_opt_revision_unspecified && revision.kind != svn_opt_revision_base &&
+           revision.kind != svn_opt_revision_working;
+}
+
+svn_error_t* ignoreInfo(void* /*baton*/, const char* /*path*/, const svn_info_t* /*info*/, apr_pool_t* /*pool*/)
+{
+    return SVN_NO_ERROR;
+}
+
+/// An error without a code that would have today's item copied in place of the one that was asked for.
+svn_error_t* withoutFallBack(svn_error_t* error)
+{
+    if (!startsFallBack(error)) {
+        return error;
+    }
+    svn_error_t* const alone = withCode(SVN_ERR_CLIENT_UNRELATED_RESOURCES, error);
+    svn_error_clear(alone->child);
+    alone->child = nullptr;
+    return alone;
+}
+
+/// Goes on where a copy of a local item as it was in the repository failed. An item that lay elsewhere then is copied
+/// from there; one that was nowhere is an error.
+svn_error_t* copyOldItem(svn_error_t* failure, svn_commit_info_t** info, const char* source,
+                         const svn_opt_revision_t& revision, const char* destination, svn_client_ctx_t* ctx,
+                         apr_pool_t* pool)
+{
+    const svn_opt_revision_t working{svn_opt_revision_working, {0}};
+    if (svn_error_t* absent = svn_client_info(source, &working, &revision, ignoreInfo, nullptr, FALSE, ctx, pool)) {
+        svn_error_clear(failure);
+        return withoutFallBack(absent);
+    }
+    if (!hasCode(failure, SVN_ERR_FS_NOT_FOUND)) {
+        return transferError(failure, source, pool);
+    }
+#if SVN_VER_MINOR >= 5
+    svn_error_clear(failure);
+    svn_client_copy_source_t record{source, &revision, &working};
+    auto* const sources = apr_array_make(pool, 1, sizeof(svn_client_copy_source_t*));
+    APR_ARRAY_PUSH(sources, svn_client_copy_source_t*) = &record;
+    return transferError(svn_client_copy4(info, sources, destination, FALSE, FALSE, nullptr, ctx, pool), source, pool);
+#else
+    static_cast<void>(info);
+    static_cast<void>(destination);
+    return withoutFallBack(failure);
+#endif
+}
+
 svn_error_t* copy3(svn_commit_info_t** info, const char* source, const svn_opt_revision_t* sourceRevision,
                    const char* destination, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
@@ -67,7 +173,11 @@ svn_error_t* copy3(svn_commit_info_t** info, const char* source, const svn_opt_r
     HSVN_CANONICAL_TARGET(source, pool);
     HSVN_CANONICAL_TARGET(destination, pool);
     const auto revision = revisionForTarget(source, sourceRevision);
-    return smoothed(svn_client_copy3(info, source, &revision, destination, ctx, pool), {sourceOfNoKind});
+    svn_error_t* error = smoothed(svn_client_copy3(info, source, &revision, destination, ctx, pool), {sourceOfNoKind});
+    if (error != nullptr && !isURL(source) && isOfRepository(revision) && startsFallBack(error)) {
+        return copyOldItem(error, info, source, revision, destination, ctx, pool);
+    }
+    return transferError(error, source, pool);
 }
 
 svn_error_t* move4(svn_commit_info_t** info, const char* source, const char* destination, svn_boolean_t force,
@@ -76,7 +186,7 @@ svn_error_t* move4(svn_commit_info_t** info, const char* source, const char* des
     const CommitInformation information{info};
     HSVN_CANONICAL_TARGET(source, pool);
     HSVN_CANONICAL_TARGET(destination, pool);
-    return smoothed(svn_client_move4(info, source, destination, force, ctx, pool), {sourceOfNoKind});
+    return transferError(svn_client_move4(info, source, destination, force, ctx, pool), source, pool);
 }
 
 /// Subversion names the native line ends by giving none.

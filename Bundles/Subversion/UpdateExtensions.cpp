@@ -1,5 +1,6 @@
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
+#include "StillbornAreas.h"
 
 namespace HSVNAdapter {
 namespace {
@@ -51,6 +52,7 @@ svn_error_t* checkout(svn_revnum_t* result, const char* url, const char* path, c
     HSVN_CANONICAL_URL(url, pool);
     SVN_ERR(checkLocalTarget(&path, pool));
     SVN_ERR(checkWalkDepth(wishes->depth));
+    removeStillbornArea(path, pool);
     return svn_client_checkout3(result, url, path, pegRevision, revision, wishes->depth, wishes->ignoreExternals,
                                 wishes->allowObstructions, ctx, pool);
 }

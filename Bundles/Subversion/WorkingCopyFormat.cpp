@@ -88,7 +88,14 @@ svn_error_t* formatChecked(const char* folder, svn_error_t* error, apr_pool_t* p
     if (error == nullptr || error->apr_err != SVN_ERR_WC_NOT_DIRECTORY) {
         return error;
     }
-    return statedFormat(folder, pool) > 0 ? withCode(SVN_ERR_WC_UNSUPPORTED_FORMAT, error) : error;
+    const int format = statedFormat(folder, pool);
+    if (format == 0) {
+        return error;
+    }
+    // Newer lines say that it is no working copy.
+    return svn_error_createf(SVN_ERR_WC_UNSUPPORTED_FORMAT, error,
+                             "The working copy at '%s' has format %d, which Subversion %d.%d cannot work with", folder,
+                             format, SVN_VER_MAJOR, SVN_VER_MINOR);
 }
 
 void fillWorkingCopyFormat(HSVNBundleEntryPoints& table)

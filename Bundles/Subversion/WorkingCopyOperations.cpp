@@ -1,6 +1,7 @@
 #include "CanonicalPaths.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
+#include "StillbornAreas.h"
 #include "WorkingCopyFormat.h"
 
 namespace HSVNAdapter {
@@ -46,6 +47,7 @@ svn_error_t* checkout2(svn_revnum_t* result, const char* url, const char* path, 
     HSVN_CANONICAL_URL(url, pool);
     HSVN_CANONICAL_PATH(path, pool);
     const auto wanted = revisionForTarget(url, revision);
+    removeStillbornArea(path, pool);
     forgetRemoved(path, ctx, pool);
     return smoothed(svn_client_checkout2(result, url, path, pegRevision, &wanted, recurse, ignoreExternals, ctx, pool));
 }
@@ -93,6 +95,7 @@ svn_error_t* checkout3(svn_revnum_t* result, const char* url, const char* path, 
     HSVN_CANONICAL_URL(url, pool);
     HSVN_CANONICAL_PATH(path, pool);
     const auto wanted = revisionForTarget(url, revision);
+    removeStillbornArea(path, pool);
     forgetRemoved(path, ctx, pool);
     return smoothed(svn_client_checkout3(result, url, path, pegRevision, &wanted, depth, ignoreExternals,
                                          allowObstructions, ctx, pool));

@@ -1,0 +1,110 @@
+#include "StillbornAreas.h"
+
+#include <algorithm>
+#include <cctype>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <string_view>
+#include <system_error>
+
+#ifdef HSVN_FAST_STATUS
+#include "SQLiteHandles.h"
+#endif
+
+namespace HSVNAdapter {
+namespace {
+
+namespace files = std::filesystem;
+
+constexpr std::string_view databaseName{"wc.db"};
+/// A number of a format and a line's end are not longer.
+constexpr std::size_t longestNumber = 16;
+
+bool isEmptyFile(const files::path& file)
+{
+    std::error_code error;
+    return files::file_size(file, error) == 0 && !error;
+}
+
+/// Whether a file holds the number of a format alone, as those do that only turn older lines away.
+bool holdsANumberAlone(const files::path& file)
+{
+    std::string bytes(longestNumber + 1, '\0');
+    std::ifstream stream{file, std::ios::binary};
+    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    bytes.resize(static_cast<std::size_t>(stream.gcount()));
+    return bytes.size() <= longestNumber && std::ranges::all_of(bytes, [](unsigned char byte) {
+               return std::isdigit(byte) != 0 || std::isspace(byte) != 0;
+           });
+}
+
+/// Whether a database holds nothing, once what was being written to it is taken back.
+bool holdsNoTable(const files::path& file)
+{
+#ifdef HSVN_FAST_STATUS
+    sqlite3* handle = nullptr;
+    const int result = sqlite3_open_v2(file.c_str(), &handle, SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX, nullptr);
+    const SQLiteDatabase database{handle};
+    if (result != SQLITE_OK) {
+        return false;
+    }
+    const auto count = prepareStatement(handle, "SELECT count(*) FROM sqlite_master");
+    return count && sqlite3_step(count.get()) == SQLITE_ROW && sqlite3_column_int(count.get(), 0) == 0;
+#else
+    return isEmptyFile(file);
+#endif
+}
+
+bool isWithoutValue(const files::directory_entry& entry, const files::path& area)
+{
+    std::error_code error;
+    const auto type = files::symlink_status(entry.path(), error).type();
+    if (type == files::file_type::directory || type == files::file_type::not_found) { // as SQLite removes a journal
+        return true;
+    }
+    if (type != files::file_type::regular) {
+        return false;
+    }
+    const std::string name = entry.path().filename().string();
+    if (entry.path().parent_path() == area) {
+        if (name == databaseName) {
+            return holdsNoTable(entry.path());
+        }
+        if (name.starts_with(databaseName)) { // what SQLite keeps beside it; it is nothing without it
+            return files::exists(area / databaseName, error);
+        }
+        if (name == "entries" || name == "format") {
+            return holdsANumberAlone(entry.path());
+        }
+    }
+    return isEmptyFile(entry.path());
+}
+
+/// Whether an area is there that holds nothing.
+bool isStillborn(const files::path& area)
+{
+    std::error_code error;
+    if (files::symlink_status(area, error).type() != files::file_type::directory) {
+        return false;
+    }
+    for (files::recursive_directory_iterator entry{area, error}, end; !error && entry != end; entry.increment(error)) {
+        if (!isWithoutValue(*entry, area)) {
+            return false;
+        }
+    }
+    return !error;
+}
+
+} // namespace
+
+void removeStillbornArea(const char* folder, apr_pool_t* pool)
+{
+    const auto area = files::path{folder} / svn_wc_get_adm_dir(pool);
+    if (isStillborn(area)) {
+        std::error_code left; // where it cannot be removed, the check-out tells why it fails
+        files::remove_all(area, left);
+    }
+}
+
+} // namespace HSVNAdapter
