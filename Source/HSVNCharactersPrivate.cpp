@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <fmt/format.h>
+#include <utf8.h>
 
 namespace {
 
@@ -40,10 +41,7 @@ Extent firstCharacters(std::string_view text, std::size_t count)
 
 namespace HSVNText {
 
-bool isWellFormed(std::string_view text)
-{
-    return isASCII(text) ? text.find('\0') == std::string_view::npos : HSVNUnicode::shared().isWellFormed(text);
-}
+bool isWellFormed(std::string_view text) { return utf8::is_valid(text) && text.find('\0') == std::string_view::npos; }
 
 std::size_t length(std::string_view text)
 {
@@ -103,7 +101,7 @@ std::string searchForm(std::string_view text)
 std::string decoded(const char* text)
 {
     const std::string_view bytes = text ? text : "";
-    return isASCII(bytes) ? std::string{bytes} : HSVNUnicode::shared().wellFormed(bytes);
+    return utf8::replace_invalid(bytes);
 }
 
 std::string quoted(std::string_view text)

@@ -32,7 +32,8 @@ class HSVN_EXPORT HSVNUnicode
         std::optional<std::string> bytes; ///< nil when a character has none there
     };
 
-    /// The module, loaded by the first call. Throws HSVNException when it can't be.
+    /// The module, loaded by the first call. Throws HSVNException with the module's path and APR's code for a library
+    /// that can't be opened when it can't be.
     static const HSVNUnicode& shared();
 
     virtual ~HSVNUnicode() = default;
@@ -40,14 +41,10 @@ class HSVN_EXPORT HSVNUnicode
     HSVNUnicode(const HSVNUnicode&) = delete;
     HSVNUnicode& operator=(const HSVNUnicode&) = delete;
 
-    /// Whether the text is well-formed UTF-8 without a NUL.
-    virtual bool isWellFormed(std::string_view text) const = 0;
     /// Offset behind the character at `offset`; an ill-formed byte sequence is one.
     virtual std::size_t offsetAfterCharacter(std::string_view text, std::size_t offset) const = 0;
     /// The text without white space at either end.
     virtual std::string_view trimmed(std::string_view text) const = 0;
-    /// The text with ill-formed byte sequences replaced by U+FFFD.
-    virtual std::string wellFormed(std::string_view text) const = 0;
     /// The text, which is well-formed, in ASCII: accents dropped, dashes and quotation marks made plain, and any other
     /// character as its number, "{U+03B1}".
     virtual std::string plainForm(std::string_view text) const = 0;

@@ -12,11 +12,13 @@
 #include "HSVNStringExternals.h"
 #include "HSVNStringPatterns.h"
 #include "HSVNURL.h"
+#include "HSVNWorkingCopyChanges.h"
 #include "ReadingClient.h"
 #include "ReasonOf.h"
 #include "TestBundles.h"
 #include "TestRepository.h"
 
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -231,7 +233,7 @@ class NodeProperties : public testing::TestWithParam<const char*>
   protected:
     void SetUp() override
     {
-        if (std::string_view{GetParam()} != "") {
+        if (!isNewest()) {
             reading.client->setBundle(bundleOfLine(HSVNVersion::versionWithString(GetParam())));
         }
         repository.makeFolder("trunk");
@@ -248,6 +250,7 @@ class NodeProperties : public testing::TestWithParam<const char*>
     {
         return HSVNNode::propertyWithName(name, path, revision, reading.client);
     }
+    static bool isNewest() { return std::string_view{GetParam()} == ""; }
     HSVNProperties::Map list(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision)
     {
         return HSVNNode::propertiesForNodeAtPath(path, revision, reading.client).values();
@@ -297,6 +300,36 @@ TEST_P(NodeProperties, HoldPatternsAndDefinitions)
     HSVNNode::setProperty(HSVNPropertyExternals, "dir " + repository.url("trunk"), wc, reading.client);
     EXPECT_THAT(textsOf(HSVNNode::externalDefinitionsForNodeAtPath(wc, HSVNRevisionSpec::WORKING(), reading.client)),
                 ElementsAre(repository.url("trunk") + "|HEAD|HEAD|dir"));
+}
+
+TEST_P(NodeProperties, ThatSubversionKeepsAsTextEndTheirLinesInItsWay)
+{
+    const auto revision = HSVNRevision::revisionWithNumber(1);
+    const std::string hook = repository.path() + "/hooks/pre-revprop-change";
+    writeFile(hook, "#!/bin/sh\n");
+    std::filesystem::permissions(hook, std::filesystem::perms::owner_all);
+    const auto change = [&](const std::string& name, const std::string& value) {
+        HSVNChangeProperty(name, value, {wc->string()}, {}, reading.client);
+        EXPECT_EQ(get(name, wc, HSVNRevisionSpec::WORKING()), name == "svn:ignore" ? "a\nb\n" : value);
+        HSVNChangeProperty(name, std::nullopt, {wc->string()}, {}, reading.client);
+    };
+    for (const std::string value : {"a\r\nb\r\n", "a\rb\r", "a\nb\n", "a\r\nb\n"}) {
+        const auto set = [&](const char* name) { HSVNNode::setProperty(name, value, wc, reading.client); };
+        set("custom");
+        EXPECT_EQ(get("custom", wc, HSVNRevisionSpec::WORKING()), value);
+        if (value == "a\r\nb\n") { // as svn answers
+            EXPECT_EQ(reasonOf<HSVNException>([&] { set("svn:ignore"); }), "Inconsistent line ending style");
+            continue;
+        }
+        set("svn:ignore");
+        EXPECT_EQ(get("svn:ignore", wc, HSVNRevisionSpec::WORKING()), "a\nb\n");
+        if (isNewest()) {
+            change("svn:ignore", value);
+            change("custom", value);
+            HSVNChangeRevisionProperty("svn:log", value, repository.url(), revision, false, reading.client);
+            EXPECT_EQ(repository.logMessage(1), "a\nb\n");
+        }
+    }
 }
 
 TEST_P(NodeProperties, NameWhatIsWrong)

@@ -66,6 +66,17 @@ TEST_P(RepositoryChanges, TellTheirRevisionAndGiveItProperties)
     EXPECT_EQ(delegate->commitItems.size(), everyChange().size());
 }
 
+TEST_P(RepositoryChanges, EndTheLinesOfTheirMessageInTheWayOfRepositories)
+{
+    delegate->message = "one\r\ntwo\rthree\n";
+    int youngest = repository.youngest();
+    for (const auto& change : everyChange()) {
+        change({});
+        EXPECT_EQ(repository.youngest(), ++youngest);
+        EXPECT_EQ(repository.logMessage(youngest), "one\ntwo\nthree\n");
+    }
+}
+
 TEST_P(RepositoryChanges, LeaveEverythingAsItWasWhenTheDelegateAborts)
 {
     delegate->commits = false;

@@ -79,6 +79,17 @@ TEST(Revision, ParsesWholeDatesOfTheFourStylesOfTheLocale)
     }
 }
 
+TEST(RevisionDeathTest, ParsesDatesAsTheLocaleOfTimesWritesThem)
+{
+    testing::GTEST_FLAG(death_test_style) = "threadsafe"; // a process that has asked for no date yet
+    const auto parse = [] {
+        unsetenv("LC_ALL");
+        setenv("LC_MESSAGES", "de_DE.UTF-8", 1);
+        std::exit(HSVNRevision::parseDateString("02/01/26") == localDate(2026, 2, 1) ? 0 : 1);
+    };
+    EXPECT_EXIT(parse(), testing::ExitedWithCode(0), "");
+}
+
 TEST(Revision, ConvertsToSubversionAndBack)
 {
     const std::map<HSVNRevisionRef, svn_opt_revision_kind> kinds{

@@ -100,6 +100,21 @@ class InstalledPackage(unittest.TestCase):
         self.assertTrue((package / "Resources/Scripts/change-svn-wc-format.py").exists())
         self.assertTrue(list(package.glob("Subversion/*.bundle/Info.json")))
 
+    def test_a_package_without_its_unicode_module_says_so_where_it_is_needed(self):
+        module = self.prefix / "lib/HSVN/Versions/A/Unicode.bundle"
+        module.rename(self.work / "moved")
+        try:
+            (self.work / "folder-é").mkdir()
+            made = run(str(self.prefix / "bin/hsvn"), "create", "repository-é", env=self.environment, cwd=self.work)
+            self.assertEqual(made, "")
+            done = subprocess.run([self.prefix / "bin/hsvn", "info", "repository-\u0301"], capture_output=True, text=True,
+                                  env=dict(self.environment, LC_ALL="C"), cwd=self.work)
+            self.assertIn(f"E020019: '{module}', which", done.stderr)
+            self.assertIn("There is no such folder", done.stderr)
+            self.assertEqual(done.returncode, 1)
+        finally:
+            (self.work / "moved").rename(module)
+
 
 if __name__ == "__main__":
     unittest.main(argv=[sys.argv[0], "-v"])

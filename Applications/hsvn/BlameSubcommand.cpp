@@ -1,5 +1,6 @@
 #include "Dates.h"
 #include "Errors.h"
+#include "JSON.h"
 #include "Output.h"
 #include "RevisionArguments.h"
 #include "Subcommands.h"
@@ -68,7 +69,7 @@ class BlameRun
             XML::writeFooter("blame");
         }
         if (options.json) {
-            Output::writeBytes(_records.dump(2) + "\n");
+            writeJSON(_records);
         }
         if (failures.any()) {
             fail(IllegalTarget, "Could not perform blame on all targets because some targets don't exist");
@@ -180,16 +181,18 @@ class BlameRun
             return text + " " + std::string(authorWidth - cut.size(), ' ') + cut;
         }
         const std::string gap(author.size() < authorWidth ? authorWidth - author.size() : 0, ' ');
-        text += fmt::format(" {}{} {:>44}", gap, author, change ? dateOf(*change) : "-");
+        text += fmt::format(" {}{} {}", gap, author, change ? dateOf(*change) : noDate());
         return isMerged && line.mergedPath ? fmt::format("{} {:<14}", text, *line.mergedPath) : text;
     }
 
     static std::string dateOf(const HSVNLineChange& change)
     {
         const auto text = propertyOf(change, "svn:date");
-        const auto date = text ? HSVNDate::dateWithISO8601String(*text) : std::nullopt;
-        return date ? humanDate(*date) : "-";
+        return text ? humanDate(*text) : noDate();
     }
+
+    /// As wide as a date; a text that is none stays short, as Subversion prints it.
+    static std::string noDate() { return fmt::format("{:>44}", "-"); }
 
     static std::size_t revisionWidth(const HSVNBlamedLine& line)
     {

@@ -1,5 +1,6 @@
 #include "Dates.h"
 
+#include "Errors.h"
 #include "NativeText.h"
 
 #include <array>
@@ -33,6 +34,18 @@ std::string humanDate(const HSVNDate& date)
     std::tm time{};
     localtime_r(&seconds, &time);
     return formatted("%Y-%m-%d %H:%M:%S %z (%a, %d %b %Y)", time);
+}
+
+std::string humanDate(const std::string& property)
+{
+    try {
+        return humanDate(HSVNDate::dateWithISO8601String(property).value_or(HSVNDate{0}));
+    } catch (const HSVNException& exception) {
+        if (exception.status() != BadDate) {
+            throw;
+        }
+        return "(invalid date)";
+    }
 }
 
 std::string listDate(const HSVNDate& date)

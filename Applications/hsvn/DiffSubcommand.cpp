@@ -1,4 +1,5 @@
 #include "Errors.h"
+#include "JSON.h"
 #include "Output.h"
 #include "RevisionArguments.h"
 #include "Subcommands.h"
@@ -59,7 +60,7 @@ class DiffRun
             _isPegged ? compareRevisions(target) : compareItems(target);
         }
         if (options.json) {
-            Output::writeBytes(_records.dump(2) + "\n");
+            writeJSON(_records);
         }
         if (options.xml) {
             Output::writeBytes(XML{}.close("paths").text());

@@ -15,6 +15,7 @@ enum ErrorCode : std::int32_t
     EndOfFile = 70014,
     BadFileName = 125001,
     BadURL = 125002,
+    BadDate = 125003,
     BadPropertyValue = 125005,
     InconsistentLineEnds = 135000,
     PipeWrite = 135007,

@@ -1,6 +1,7 @@
 #include "Cancellation.h"
 #include "Errors.h"
 #include "InfoPrinter.h"
+#include "JSON.h"
 #include "Output.h"
 #include "Subcommands.h"
 #include "Targets.h"
@@ -120,7 +121,7 @@ class InfoRun
             XML::writeFooter("info");
         }
         if (options.json) {
-            Output::writeBytes(_records.dump(2) + "\n");
+            writeJSON(_records);
         }
     }
 

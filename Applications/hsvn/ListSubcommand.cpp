@@ -1,5 +1,6 @@
 #include "Dates.h"
 #include "Errors.h"
+#include "JSON.h"
 #include "Output.h"
 #include "Sizes.h"
 #include "Subcommands.h"
@@ -37,7 +38,7 @@ class ListRun
             XML::writeFooter("lists");
         }
         if (options.json) {
-            Output::writeBytes(_records.dump(2) + "\n");
+            writeJSON(_records);
         }
         if (failures.any()) {
             fail(IllegalTarget, "Could not list all targets because some targets don't exist");

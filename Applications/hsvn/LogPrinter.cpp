@@ -1,6 +1,7 @@
 #include "LogPrinter.h"
 
 #include "Dates.h"
+#include "JSON.h"
 #include "Output.h"
 #include "PropertyPrinter.h"
 #include "Words.h"
@@ -31,11 +32,22 @@ HSVNPropertyMap furtherProperties(const HSVNLogEntry& entry)
     return further;
 }
 
+/// As Subversion's log has it, in which no control character stays as it is: the one that XML could hold is written
+/// like those that it cannot.
+std::optional<std::string> withoutDeletes(std::optional<std::string> text)
+{
+    for (std::size_t found = text ? text->find('\x7F') : std::string::npos; found != std::string::npos;
+         found = text->find('\x7F', found))
+    {
+        text->replace(found, 1, "?\\127");
+    }
+    return text;
+}
+
 std::string humanDateOf(const HSVNLogEntry& entry)
 {
     const auto text = propertyOf(entry, "svn:date");
-    const auto date = text && !text->empty() ? HSVNDate::dateWithISO8601String(*text) : std::nullopt;
-    return date ? humanDate(*date) : "(no date)";
+    return text && !text->empty() ? humanDate(*text) : "(no date)";
 }
 
 void addChangedPath(XML& xml, const HSVNChangedPath& change)
@@ -109,7 +121,7 @@ std::vector<std::string> LogPrinter::textsOf(const HSVNLogEntry& entry) const
 void LogPrinter::finish() const
 {
     if (_options.json) {
-        Output::writeBytes(_records.dump(2) + "\n");
+        writeJSON(_records);
     } else if (!_options.xml && !_options.incremental) {
         Output::write(separator);
     }
@@ -150,8 +162,10 @@ void LogPrinter::printXML(const HSVNLogEntry& entry) const
         attributes.emplace_back("reverse-merge", entry.isSubtractiveMerge ? "true" : "false");
     }
     XML xml;
-    xml.open("logentry", attributes).element("author", propertyOf(entry, "svn:author"));
-    xml.element("date", propertyOf(entry, "svn:date"));
+    xml.open("logentry", attributes).element("author", withoutDeletes(propertyOf(entry, "svn:author")));
+    if (const auto date = withoutDeletes(propertyOf(entry, "svn:date")); date != "") {
+        xml.element("date", date);
+    }
     if (entry.changedPaths) {
         xml.open("paths");
         for (const auto& change : *entry.changedPaths) {
@@ -159,7 +173,7 @@ void LogPrinter::printXML(const HSVNLogEntry& entry) const
         }
         xml.close("paths");
     }
-    xml.element("msg", propertyOf(entry, "svn:log"));
+    xml.element("msg", withoutDeletes(propertyOf(entry, "svn:log")));
     if (const auto further = furtherProperties(entry); !further.empty()) {
         xml.open("revprops");
         addProperties(xml, "property", further, true);

@@ -356,7 +356,7 @@ std::string NotificationPrinter::textOfResult(const HSVNNotification& notificati
     case HSVNNotifyActionFailedUnlock:
     case HSVNNotifyActionFailedExternal:
         warn(notification);
-        return "";
+        return notification.action() == HSVNNotifyActionFailedExternal ? endOfExternal() : "";
     default:
         return ""; // the error that ends the operation says it
     }
@@ -380,12 +380,12 @@ void NotificationPrinter::warn(const HSVNNotification& notification)
     if (!error) {
         return;
     }
-    if (notification.action() == HSVNNotifyActionFailedExternal) {
+    if (notification.action() == HSVNNotifyActionFailedExternal && _externalsUnderWay == 0) {
+        // The line that says what is fetched names the external otherwise.
         printWarnings(failure(ExternalsProcessing,
                               fmt::format("Error handling externals definition for '{}':", shownPath(notification)),
                               *error));
     } else {
-        _hasWarned = true;
         printWarning(*error);
     }
 }

@@ -1,5 +1,6 @@
 #include "Dates.h"
 #include "Errors.h"
+#include "JSON.h"
 #include "NativeText.h"
 #include "Output.h"
 #include "PropertyNames.h"
@@ -57,7 +58,7 @@ class PropgetRun
         if (_session.options.json) {
             const nlohmann::ordered_json record{{"revision", number},
                                                 {"properties", propertyRecord({{_name, *value}})}};
-            Output::writeBytes(record.dump(2) + "\n");
+            writeJSON(record);
             return;
         }
         if (_session.options.xml) {
@@ -104,7 +105,7 @@ class PropgetRun
             XML::writeFooter("properties");
         }
         if (options.json) {
-            Output::writeBytes(_records.dump(2) + "\n");
+            writeJSON(_records);
         }
         if (_isMissing) {
             fail(General, "A problem occurred; see other errors for details");

@@ -1,4 +1,5 @@
 #include "Errors.h"
+#include "JSON.h"
 #include "NativeText.h"
 #include "Output.h"
 #include "PropertyPrinter.h"
@@ -44,7 +45,7 @@ class ProplistRun
             XML::writeFooter("properties");
         }
         if (options.json) {
-            Output::writeBytes(_records.dump(2) + "\n");
+            writeJSON(_records);
         }
         if (failures.any()) {
             throw wrapped(failure(IllegalTarget, "Illegal target for the requested operation"),
@@ -67,7 +68,7 @@ class ProplistRun
             XML::writeFooter("properties");
         } else if (options.json) {
             const nlohmann::ordered_json record{{"revision", number}, {"properties", propertyRecord(properties)}};
-            Output::writeBytes(record.dump(2) + "\n");
+            writeJSON(record);
         } else {
             Output::write(fmt::format("Unversioned properties on revision {}:\n", number));
             printProperties(properties, options.verbose);

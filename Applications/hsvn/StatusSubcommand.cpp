@@ -1,5 +1,6 @@
 #include "Cancellation.h"
 #include "Errors.h"
+#include "JSON.h"
 #include "Output.h"
 #include "StatusPrinter.h"
 #include "Subcommands.h"
@@ -64,7 +65,7 @@ class StatusRun
         }
         printChangelists();
         if (options.json) {
-            Output::writeBytes(_records.dump(2) + "\n");
+            writeJSON(_records);
         } else if (!options.xml && !options.quiet) {
             _printer.printConflictSummary();
         }

@@ -3,12 +3,46 @@
 #include "Dates.h"
 #include "Output.h"
 
+#include <algorithm>
 #include <fmt/format.h>
+#include <utf8.h>
 
 namespace {
 
+/// Whether XML has the character: it lacks control characters other than white space and the two that are no text.
+bool isLegal(std::uint32_t character)
+{
+    return character < 0x20 ? character == '\t' || character == '\n' || character == '\r'
+                            : character != 0xFFFE && character != 0xFFFF;
+}
+
+constexpr std::ptrdiff_t longestSequence = 4;
+
+/// The text with the bytes of whatever XML cannot hold written as ?\NNN.
+std::string legalText(std::string_view text)
+{
+    std::string result;
+    for (auto position = text.begin(); position != text.end();) {
+        const auto start = position;
+        const bool isText =
+            utf8::find_invalid(
+                start, std::next(start, std::min<std::ptrdiff_t>(longestSequence, text.end() - start))) != start;
+        if (isText && isLegal(utf8::unchecked::next(position))) {
+            result.append(start, position);
+            continue;
+        }
+        position = isText ? position : start + 1;
+        std::for_each(start, position,
+                      [&](char byte) { result += fmt::format("?\\{:03}", static_cast<unsigned char>(byte)); });
+    }
+    return result;
+}
+
 std::string escaped(std::string_view text, bool isAttribute)
 {
+    if (!XML::isSafe(text)) {
+        return escaped(legalText(text), isAttribute);
+    }
     std::string result;
     for (const char character : text) {
         switch (character) {
@@ -134,24 +168,15 @@ void addLock(XML& xml, const HSVNLockRecord& lock)
 
 bool XML::isSafe(std::string_view bytes)
 {
-    std::size_t following = 0; // bytes that must continue a character
-    for (const char character : bytes) {
-        const auto byte = static_cast<unsigned char>(character);
-        if (following > 0) {
-            if ((byte & 0xC0U) != 0x80) {
-                return false;
-            }
-            --following;
-        } else if (byte >= 0x80) {
-            if (byte < 0xC2 || byte > 0xF4) {
-                return false;
-            }
-            following = byte < 0xE0 ? 1 : byte < 0xF0 ? 2 : 3;
-        } else if ((byte < 0x20 && byte != '\t' && byte != '\n' && byte != '\r') || byte == 0x7F) {
+    if (!utf8::is_valid(bytes)) {
+        return false;
+    }
+    for (auto position = bytes.begin(); position != bytes.end();) {
+        if (!isLegal(utf8::unchecked::next(position))) {
             return false;
         }
     }
-    return following == 0;
+    return true;
 }
 
 std::string XML::base64(std::string_view bytes)

@@ -18,7 +18,8 @@ class XML
     XML& close(const char* name);
     /// An element without contents.
     XML& empty(const char* name, const Attributes& attributes);
-    /// An element with text, on one line.
+    /// An element with text, on one line. What XML cannot hold becomes ?\NNN for each of its bytes, here and in
+    /// attributes.
     XML& element(const char* name, std::string_view text, const Attributes& attributes = {});
     /// The same when there is a text, else nothing.
     XML& element(const char* name, const std::optional<std::string>& text);
@@ -34,7 +35,8 @@ class XML
     static void writeHeader(const char* root);
     static void writeFooter(const char* root);
 
-    /// Whether XML can hold the bytes as text: UTF-8 without control characters other than white space.
+    /// Whether XML can hold the bytes as text: UTF-8 without control characters other than white space and DEL, and
+    /// without U+FFFE and U+FFFF.
     static bool isSafe(std::string_view bytes);
     /// In lines of 76 characters, each ended.
     static std::string base64(std::string_view bytes);

@@ -7,6 +7,8 @@
 #include "Session.h"
 #include "Subcommands.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdlib>
 #include <fmt/format.h>
@@ -216,6 +218,23 @@ int runPrintingErrors(int count, char** words)
     return EXIT_FAILURE;
 }
 
+/// Without a locale that the system has the program goes on in the one that every system has.
+void initializeLocale()
+{
+    try {
+        HSVNInitializeCLocale();
+    } catch (const HSVNException&) {
+        const auto valueOf = [](const char* name) { return std::string_view{getenv(name) ? getenv(name) : ""}; };
+        const std::array names{"LC_ALL", "LC_CTYPE", "LANG"};
+        const auto* const name = std::find_if(names.begin(), names.end() - 1,
+                                              [&](const char* candidate) { return !valueOf(candidate).empty(); });
+        Output::writeErrorBytes(fmt::format("{0}: warning: cannot set LC_CTYPE locale\n"
+                                            "{0}: warning: environment variable {1} is {2}\n"
+                                            "{0}: warning: please check that your locale name is correct\n",
+                                            programName(), *name, valueOf(*name)));
+    }
+}
+
 } // namespace
 
 int main(int count, char** words)
@@ -224,7 +243,7 @@ int main(int count, char** words)
         Output::reserveStandardStreams();
         const std::string_view path = count > 0 ? words[0] : "hsvn";
         setProgramName(std::string{path.substr(path.rfind('/') + 1)});
-        HSVNInitializeCLocale();
+        initializeLocale();
         Cancellation::catchSignals();
         const int code = runPrintingErrors(count, words);
         Cancellation::endBySignal();

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 #include <string_view>
+#include <utf8.h>
 #include <vector>
 
 #include <svn_utf.h>
@@ -15,45 +16,10 @@
 namespace HSVNAdapter {
 namespace {
 
-/// Length of the well-formed UTF-8 sequence that the text begins with; 0 when there is none.
-std::size_t sequenceLength(std::string_view text)
-{
-    const auto byteAt = [text](std::size_t index) {
-        return index < text.size() ? static_cast<unsigned char>(text[index]) : 0U;
-    };
-    const unsigned lead = byteAt(0);
-    if (lead < 0x80) {
-        return 1;
-    }
-    const std::size_t length = lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
-    for (std::size_t index = 1; index < length; ++index) {
-        if ((byteAt(index) & 0xC0U) != 0x80) {
-            return 0;
-        }
-    }
-    // Overlong forms, surrogates and what lies beyond U+10FFFF.
-    const unsigned second = byteAt(1);
-    const bool malformed = (lead == 0xE0 && second < 0xA0) || (lead == 0xED && second > 0x9F) ||
-                           (lead == 0xF0 && second < 0x90) || (lead == 0xF4 && second > 0x8F);
-    return malformed ? 0 : length;
-}
-
-bool isValidUTF8(std::string_view text)
-{
-    while (!text.empty()) {
-        const std::size_t length = sequenceLength(text);
-        if (length == 0) {
-            return false;
-        }
-        text.remove_prefix(length);
-    }
-    return true;
-}
-
 /// For messages: the text itself, or, when it is not valid UTF-8, with its bytes outside ASCII written as ?\NNN.
 std::string printable(std::string_view text)
 {
-    if (isValidUTF8(text)) {
+    if (utf8::is_valid(text)) {
         return std::string{text};
     }
     std::string result;
@@ -95,7 +61,7 @@ std::string resolvedPath(std::string_view path)
 svn_error_t* canonicalizePath(const char** path, apr_pool_t* pool)
 {
     std::string absolute = *path;
-    if (!isValidUTF8(absolute)) {
+    if (!utf8::is_valid(absolute)) {
         return svn_error_createf(SVN_ERR_BAD_FILENAME, nullptr, "Path '%s' is not valid UTF-8",
                                  printable(absolute).c_str());
     }
@@ -188,7 +154,7 @@ svn_error_t* canonicalizeURL(const char** url, apr_pool_t* pool)
 #endif
     SVN_ERR(refuseZeroByte(*url));
     const std::string decoded = unescaped(text.substr(pathStart));
-    if (!isValidUTF8(decoded)) {
+    if (!utf8::is_valid(decoded)) {
         return badURL(*url, "has a path that is not valid UTF-8");
     }
     const std::string path = svn_path_uri_encode(resolvedPath(decoded).c_str(), pool);

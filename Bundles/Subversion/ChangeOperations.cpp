@@ -2,7 +2,9 @@
 #include "CommitInformation.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
+#include "Export.h"
 #include "ExtensionTargets.h"
+#include "LineEnds.h"
 #include "Notifications.h"
 
 #include <algorithm>
@@ -82,6 +84,7 @@ svn_error_t* delete2(svn_commit_info_t** info, const apr_array_header_t* paths, 
                      svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     const CommitInformation information{info};
+    const LogMessageTap messages{ctx};
     SVN_ERR(canonicalizeAll(&paths, TargetKind::PathOrURL, pool));
     if (paths->nelts > 0 && isURL(APR_ARRAY_IDX(paths, 0, const char*))) {
         return smoothed(svn_client_delete2(info, paths, force, ctx, pool));
@@ -170,6 +173,7 @@ svn_error_t* copy3(svn_commit_info_t** info, const char* source, const svn_opt_r
                    const char* destination, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     const CommitInformation information{info};
+    const LogMessageTap messages{ctx};
     HSVN_CANONICAL_TARGET(source, pool);
     HSVN_CANONICAL_TARGET(destination, pool);
     const auto revision = revisionForTarget(source, sourceRevision);
@@ -184,6 +188,7 @@ svn_error_t* move4(svn_commit_info_t** info, const char* source, const char* des
                    svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     const CommitInformation information{info};
+    const LogMessageTap messages{ctx};
     HSVN_CANONICAL_TARGET(source, pool);
     HSVN_CANONICAL_TARGET(destination, pool);
     return transferError(svn_client_move4(info, source, destination, force, ctx, pool), source, pool);
@@ -217,6 +222,9 @@ void completeRevision(svn_revnum_t* result, const char* from, const svn_opt_revi
     }
 }
 
+svn_depth_t depthOf(svn_depth_t depth) { return depth; }
+svn_depth_t depthOf(svn_boolean_t recurse) { return recurse ? svn_depth_infinity : svn_depth_files; }
+
 /// One of Subversion's exports, which differ in whether they take a depth or a flag for all depths.
 template <auto Export, class Depth>
 svn_error_t* exportTree(svn_revnum_t* result, const char* from, const char* to, const svn_opt_revision_t* pegRevision,
@@ -226,8 +234,13 @@ svn_error_t* exportTree(svn_revnum_t* result, const char* from, const char* to, 
     HSVN_CANONICAL_TARGET(from, pool);
     HSVN_CANONICAL_PATH(to, pool);
     *result = SVN_INVALID_REVNUM;
-    SVN_ERR(smoothed(Export(result, from, to, pegRevision, revision, overwrite, ignoreExternals, depth,
-                            lineEnds(nativeEOL), ctx, pool)));
+    if (isRepositoryExport(from, *pegRevision, *revision)) {
+        const ExportChoices choices{depthOf(depth), overwrite, ignoreExternals, FALSE, lineEnds(nativeEOL)};
+        SVN_ERR(smoothed(exportRepositoryTree(result, from, to, pegRevision, revision, choices, ctx, pool)));
+    } else {
+        SVN_ERR(smoothed(Export(result, from, to, pegRevision, revision, overwrite, ignoreExternals, depth,
+                                lineEnds(nativeEOL), ctx, pool)));
+    }
     completeRevision(result, from, pegRevision, revision, ctx, pool);
     return SVN_NO_ERROR;
 }

@@ -3,6 +3,7 @@
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
 #include "ExtensionTargets.h"
+#include "LineEnds.h"
 #include "Notifications.h"
 
 namespace HSVNAdapter {
@@ -12,6 +13,7 @@ svn_error_t* commit3(svn_commit_info_t** info, const apr_array_header_t* targets
                      svn_boolean_t keepLocks, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     const CommitInformation information{info};
+    const LogMessageTap messages{ctx};
     SVN_ERR(canonicalizeAll(&targets, TargetKind::Path, pool));
 #if SVN_VER_MINOR < 6
     const CommitTap tap{ctx, targets, recurse, pool};
@@ -25,6 +27,7 @@ svn_error_t* commit4(svn_commit_info_t** info, const apr_array_header_t* targets
                      const apr_hash_t* revisionProperties, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     const CommitInformation information{info};
+    const LogMessageTap messages{ctx};
     SVN_ERR(canonicalizeAll(&targets, TargetKind::Path, pool));
     SVN_ERR(settleWalkDepth(&depth));
 #if SVN_VER_MINOR < 6
@@ -39,6 +42,7 @@ svn_error_t* import2(svn_commit_info_t** info, const char* path, const char* url
                      svn_boolean_t noIgnore, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     const CommitInformation information{info};
+    const LogMessageTap messages{ctx};
     HSVN_CANONICAL_PATH(path, pool);
     HSVN_CANONICAL_URL(url, pool);
     return smoothed(svn_client_import2(info, path, url, nonRecursive, noIgnore, ctx, pool));
@@ -47,6 +51,7 @@ svn_error_t* import2(svn_commit_info_t** info, const char* path, const char* url
 svn_error_t* mkdir2(svn_commit_info_t** info, const apr_array_header_t* paths, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     const CommitInformation information{info};
+    const LogMessageTap messages{ctx};
     SVN_ERR(canonicalizeAll(&paths, TargetKind::PathOrURL, pool));
     SVN_ERR(checkNewFolders(paths));
     return paths->nelts == 0 ? SVN_NO_ERROR : smoothed(svn_client_mkdir2(info, paths, ctx, pool));

@@ -2,6 +2,7 @@
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
 #include "ExternalsSearch.h"
+#include "LineEnds.h"
 
 #include <cstring>
 
@@ -47,6 +48,7 @@ svn_error_t* propset2(const char* name, const svn_string_t* value, const char* t
                       svn_boolean_t skipChecks, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     HSVN_CANONICAL_PATH(target, pool);
+    SVN_ERR(endLines(&value, name, pool));
     return smoothed(svn_client_propset2(name, value, target, recurse, skipChecks, ctx, pool));
 }
 

@@ -1,5 +1,6 @@
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
+#include "LineEnds.h"
 
 namespace HSVNAdapter {
 namespace {
@@ -8,6 +9,7 @@ namespace {
 svn_error_t* mkdir(const apr_array_header_t* targets, svn_boolean_t makeParents, const apr_hash_t* revisionProperties,
                    svn_commit_callback2_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
+    const LogMessageTap messages{ctx};
     SVN_ERR(checkTargets(&targets, pool));
     SVN_ERR(checkNewFolders(targets));
     return svn_client_mkdir4(targets, makeParents, revisionProperties, receiver, baton, ctx, pool);
@@ -17,6 +19,7 @@ svn_error_t* remove(const apr_array_header_t* targets, svn_boolean_t force, svn_
                     const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
                     svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
+    const LogMessageTap messages{ctx};
     SVN_ERR(checkTargets(&targets, pool));
     return svn_client_delete4(targets, force, keepLocal, revisionProperties, receiver, baton, ctx, pool);
 }
@@ -28,6 +31,7 @@ svn_error_t* commit(const apr_array_header_t* targets, svn_depth_t depth, svn_bo
                     const apr_array_header_t* changelists, const apr_hash_t* revisionProperties,
                     svn_commit_callback2_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
+    const LogMessageTap messages{ctx};
     SVN_ERR(checkLocalTargets(&targets, pool));
     SVN_ERR(settleWalkDepth(&depth));
     return svn_client_commit6(targets, depth, keepLocks, keepChangelists, TRUE, includeExternals, includeExternals,
@@ -39,6 +43,7 @@ svn_error_t* importTree(const char* path, const char* url, svn_depth_t depth, sv
                         const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
                         svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
+    const LogMessageTap messages{ctx};
     SVN_ERR(checkLocalTarget(&path, pool));
     HSVN_CANONICAL_URL(url, pool);
     return svn_client_import5(path, url, depth, noIgnore, noAutoProperties, ignoreUnknownKinds, revisionProperties,
@@ -49,6 +54,7 @@ svn_error_t* move(const apr_array_header_t* sources, const char* destination, sv
                   svn_boolean_t makeParents, svn_boolean_t allowMixedRevisions, const apr_hash_t* revisionProperties,
                   svn_commit_callback2_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
+    const LogMessageTap messages{ctx};
     SVN_ERR(checkTargets(&sources, pool));
     SVN_ERR(checkTarget(&destination, pool));
     return svn_client_move7(sources, destination, asChild, makeParents, allowMixedRevisions, FALSE, revisionProperties,
@@ -62,6 +68,7 @@ svn_error_t* copy(const apr_array_header_t* sources, const char* destination, sv
                   const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
                   svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
+    const LogMessageTap messages{ctx};
     SVN_ERR(checkTarget(&destination, pool));
     auto* pointers = apr_array_make(pool, sources->nelts, sizeof(svn_client_copy_source_t*));
     for (int index = 0; index < sources->nelts; ++index) {

@@ -1,3 +1,4 @@
+#include "Export.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
 #include "StillbornAreas.h"
@@ -96,6 +97,11 @@ svn_error_t* exportTo(svn_revnum_t* result, const char* from, const char* to, co
 {
     SVN_ERR(checkTarget(&from, pool));
     SVN_ERR(checkLocalTarget(&to, pool));
+    if (isRepositoryExport(from, *pegRevision, *revision)) {
+        const ExportChoices choices{wishes->depth, wishes->overwrite, wishes->ignoreExternals, wishes->ignoreKeywords,
+                                    wishes->nativeEOL};
+        return exportRepositoryTree(result, from, to, pegRevision, revision, choices, ctx, pool);
+    }
     return svn_client_export5(result, from, to, pegRevision, revision, wishes->overwrite, wishes->ignoreExternals,
                               wishes->ignoreKeywords, wishes->depth, wishes->nativeEOL, ctx, pool);
 }

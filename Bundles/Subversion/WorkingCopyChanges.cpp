@@ -1,5 +1,6 @@
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
+#include "LineEnds.h"
 #include "Relocation.h"
 
 namespace HSVNAdapter {
@@ -36,6 +37,7 @@ svn_error_t* revpropSet(const char* name, const svn_string_t* value, const char*
 {
     HSVN_CANONICAL_URL(url, pool);
     SVN_ERR(checkRevision(revision));
+    SVN_ERR(endLines(&value, name, pool));
     return svn_client_revprop_set2(name, value, nullptr, url, revision, number, force, ctx, pool);
 }
 #endif
@@ -47,6 +49,7 @@ svn_error_t* propset(const char* name, const svn_string_t* value, const apr_arra
 {
     SVN_ERR(checkLocalTargets(&targets, pool));
     SVN_ERR(settleWalkDepth(&depth));
+    SVN_ERR(endLines(&value, name, pool));
     return svn_client_propset_local(name, value, targets, depth, skipChecks, changelists, ctx, pool);
 }
 

@@ -1,18 +1,29 @@
 #include "UnicodeDates.h"
 
+#include <clocale>
 #include <cmath>
 #include <limits>
 #include <memory>
 #include <unicode/calendar.h>
 #include <unicode/datefmt.h>
+#include <unicode/locid.h>
 #include <unicode/unistr.h>
 
 namespace {
 
+/// How the user writes dates. ICU's own default is the language of messages.
+icu::Locale dateLocale()
+{
+    const std::string_view name = std::setlocale(LC_TIME, nullptr);
+    const std::string_view language = name.substr(0, name.find('.'));
+    // The C locale has no name of its own there.
+    return icu::Locale::createCanonical(language == "C" || language == "POSIX" ? "en_US_POSIX" : name.data());
+}
+
 std::unique_ptr<icu::Calendar> calendarAt(std::int64_t secondsSince1970)
 {
     UErrorCode status = U_ZERO_ERROR;
-    std::unique_ptr<icu::Calendar> calendar{icu::Calendar::createInstance(status)};
+    std::unique_ptr<icu::Calendar> calendar{icu::Calendar::createInstance(dateLocale(), status)};
     if (U_SUCCESS(status)) {
         calendar->setTime(static_cast<UDate>(secondsSince1970) * U_MILLIS_PER_SECOND, status);
     }
@@ -21,7 +32,7 @@ std::unique_ptr<icu::Calendar> calendarAt(std::int64_t secondsSince1970)
 
 std::optional<std::int64_t> dateInStyle(const icu::UnicodeString& text, icu::DateFormat::EStyle style)
 {
-    const std::unique_ptr<icu::DateFormat> format{icu::DateFormat::createDateInstance(style)};
+    const std::unique_ptr<icu::DateFormat> format{icu::DateFormat::createDateInstance(style, dateLocale())};
     if (!format) {
         return std::nullopt;
     }

@@ -6,13 +6,11 @@ namespace {
 class Module final : public HSVNUnicode
 {
   public:
-    bool isWellFormed(std::string_view text) const override { return UnicodeTexts::isWellFormed(text); }
     std::size_t offsetAfterCharacter(std::string_view text, std::size_t offset) const override
     {
         return UnicodeTexts::offsetAfterCharacter(text, offset);
     }
     std::string_view trimmed(std::string_view text) const override { return UnicodeTexts::trimmed(text); }
-    std::string wellFormed(std::string_view text) const override { return UnicodeTexts::wellFormed(text); }
     std::string plainForm(std::string_view text) const override { return UnicodeTexts::plainForm(text); }
     std::string searchForm(std::string_view text) const override { return UnicodeTexts::searchForm(text); }
     EncodedText encoded(std::string_view text, const std::string& encoding) const override

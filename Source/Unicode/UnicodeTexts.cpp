@@ -128,20 +128,6 @@ Converter converterTo(const std::string& encoding)
 
 } // namespace
 
-bool UnicodeTexts::isWellFormed(std::string_view text)
-{
-    const std::uint8_t* const bytes = bytesOf(text);
-    const std::size_t size = text.size();
-    for (std::size_t offset = 0; offset < size;) {
-        UChar32 character = 0;
-        U8_NEXT(bytes, offset, size, character);
-        if (character <= 0) {
-            return false;
-        }
-    }
-    return true;
-}
-
 std::size_t UnicodeTexts::offsetAfterCharacter(std::string_view text, std::size_t offset)
 {
     const std::uint8_t* const bytes = bytesOf(text);
@@ -154,13 +140,6 @@ std::size_t UnicodeTexts::offsetAfterCharacter(std::string_view text, std::size_
 std::string_view UnicodeTexts::trimmed(std::string_view text)
 {
     return withoutTrailingSpace(withoutLeadingSpace(text));
-}
-
-std::string UnicodeTexts::wellFormed(std::string_view text)
-{
-    std::string result;
-    unicodeString(text).toUTF8String(result);
-    return result;
 }
 
 std::string UnicodeTexts::plainForm(std::string_view text)

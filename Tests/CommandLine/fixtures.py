@@ -369,6 +369,45 @@ def accent(wc):
         pass  # a name that is no text in the locale
 
 
+def decorate(wc):
+    """A repository of everything that an export translates, and externals of every form of URL."""
+    write(wc, "native", "one\ntwo\n")
+    write(wc, "windows", "one\r\ntwo\r\n")
+    write(wc, "program", "#!/bin/sh\n")
+    write(wc, "A/odd#name%20", "$Custom$ $Id$\n")
+    os.symlink("A/mu", os.path.join(wc, "link"))
+    run_svn(wc, "add", "native", "windows", "program", "A/odd#name%20", "link")
+    run_svn(wc, "propset", "svn:eol-style", "native", "native")
+    run_svn(wc, "propset", "svn:eol-style", "CRLF", "windows")
+    run_svn(wc, "propset", "svn:executable", "*", "program")
+    run_svn(wc, "propset", "svn:keywords", "Custom=%R%_%P%_%r Id", "A/odd#name%20")
+    run_svn(wc, "propset", "svn:externals", "../branches/one/A/B parent\n-r2 ^/trunk/iota deep/file\n^/nowhere@3 missing\n"
+            "^/../../../too/far far\n^/branches/one/A/C deep/er/folder", "A")
+    run_svn(wc, "propset", "svn:externals", f"file://{os.path.dirname(wc)}/repository/branches/one/A/B whole", "A/C")
+    run_svn(wc, "commit", "-m", "Decorate")
+    run_svn(wc, "update", "--ignore-externals")
+    run_svn(wc, "move", "A", "B")
+    run_svn(wc, "commit", "-m", "Move everything")
+
+
+def scribble(wc):
+    """Revision properties that no client writes: dates that are none, control characters, bytes that are no text."""
+    set_revision_properties(wc, 4, {"svn:author": b"har\3ry\x7f", "svn:date": b"not a date", "svn:log": b"bell\7 \x7f\n"})
+    set_revision_properties(wc, 5, {"svn:author": b"", "svn:date": b"", "odd": b"a\3", "delete": b"\x7f",
+                                    "overlong": b"\xc0\x80", "surrogate": b"\xed\xa0\x80"})
+    set_revision_properties(wc, 6, {"svn:author": b"caf\xe9", "svn:date": b"1970-01-01T00:00:00.000000Z",
+                                    "svn:log": b"\xed\xa0\x80 \xc0\x80 \3", "no-character": b"\xef\xbf\xbf"})
+
+
+def set_revision_properties(wc, revision, properties):
+    path = os.path.join(os.path.dirname(wc), f"repository/db/revprops/0/{revision}")
+    os.chmod(path, 0o644)
+    with open(path, "wb") as file:
+        for name, value in properties.items():
+            file.write(b"K %d\n%s\nV %d\n%s\n" % (len(name), name.encode(), len(value), value))
+        file.write(b"END\n")
+
+
 @contextlib.contextmanager
 def server_of(root):
     """The server of a root that `serve` or `serve_to_web` prepared, until the end; nothing for any other."""
@@ -432,4 +471,6 @@ PREPARATIONS = {
     "served": serve,
     "webserved": serve_to_web,
     "accented": accent,
+    "scribbled": scribble,
+    "decorated": decorate,
 }

@@ -133,6 +133,18 @@ class Program(unittest.TestCase):
             self.assertCountEqual([str(item[name]) for item in listed], expected, command)
             self.assertTrue(expected, command)
 
+    def test_documents_are_well_formed_whatever_the_repository_holds(self):
+        with tempfile.TemporaryDirectory() as folder:
+            wc = fixtures.make_repository(os.path.realpath(folder))
+            fixtures.scribble(wc)
+            for command in ["log --with-all-revprops -v ^/", "list -R ^/", "info ^/trunk", "blame ^/trunk/iota",
+                            "proplist -v --revprop -r 6", "propget svn:log --revprop -r 6", "status -uv"]:
+                words = command.split()
+                listed = json.loads(hsvn(*words, "--json", folder=wc).stdout)
+                tree = ElementTree.fromstring(hsvn(*words, "--xml", folder=wc).stdout)
+                self.assertTrue(listed, command)
+                self.assertTrue(list(tree), command)
+
     def test_json_keeps_every_byte_of_a_property(self):
         listed = json.loads(hsvn("propget", "binary-property", "--json", "binary", folder=self.wc).stdout)
         self.assertEqual(listed[0]["properties"]["binary-property"]["encoding"], "base64")
