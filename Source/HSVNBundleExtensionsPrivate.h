@@ -450,6 +450,20 @@ struct HSVNBundleExtensions
     /// What the configuration and the prompts allow to be stored; the prompts live as long as the baton. Without
     /// prompts those of before stay, and a baton that never had any is left alone
     svn_error_t* (*auth_set_storing)(svn_auth_baton_t* baton, apr_hash_t* configuration, const Prompts* prompts);
+    /// Before an operation, outside of every other: closes the databases of working copies that the context keeps open
+    /// when the disk has changed under one of them, or when one of the targets, local paths, now belongs to another
+    /// working copy. 1.7 and later, as the next three; older lines keep nothing open. The context pool is the one that
+    /// the context lives in.
+    svn_error_t* (*refresh_working_copies)(const apr_array_header_t* targets, svn_client_ctx_t* ctx,
+                                           apr_pool_t* contextPool, apr_pool_t* pool);
+    /// Before and after an operation on the targets: keeps in mind which databases it opens.
+    void (*note_working_copies)(const apr_array_header_t* targets, svn_client_ctx_t* ctx, apr_pool_t* contextPool,
+                                apr_pool_t* pool);
+    /// Closes the databases of all working copies that the context keeps open.
+    svn_error_t* (*close_working_copies)(svn_client_ctx_t* ctx, apr_pool_t* contextPool, apr_pool_t* pool);
+    /// Whether the working copy of a path (which may be "") or of a target of the running operation has work in its
+    /// queue: stopped now, Subversion would leave it locked. 1.9 and later.
+    svn_boolean_t (*has_unfinished_work)(const char* path, apr_pool_t* contextPool);
 };
 
 extern "C" {

@@ -1,6 +1,7 @@
 #include "HSVNBundleLoader.h"
 
 #include "HSVNCharactersPrivate.h"
+#include "HSVNEverlastingPrivate.h"
 #include "HSVNPlatformException.h"
 
 #include <algorithm>
@@ -10,8 +11,8 @@ namespace fs = std::filesystem;
 
 HSVNBundleLoader& HSVNBundleLoader::sharedInstance()
 {
-    static HSVNBundleLoader instance;
-    return instance;
+    static HSVNEverlasting<HSVNBundleLoader> instance;
+    return *instance;
 }
 
 std::string HSVNBundleLoader::defaultBundleDirectory() { return HSVNPackage::libraryPath() + "/Versions/A/Subversion"; }

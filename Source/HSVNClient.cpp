@@ -2,6 +2,7 @@
 
 #include "HSVNBundleLoader.h"
 #include "HSVNClientPrivate.h"
+#include "HSVNContextUsePrivate.h"
 #include "HSVNException.h"
 #include "HSVNPoolPrivate.h"
 
@@ -60,18 +61,30 @@ HSVNClient::HSVNClient(const HSVNBundleRef& bundle, const HSVNClientDelegateRef&
     setDelegate(delegate);
 }
 
+HSVNClient::~HSVNClient() = default;
+
 void HSVNClient::setBundle(const HSVNBundleRef& bundle)
 {
-    HSVNContext::setBundle(bundle);
+    const HSVNContextUse use{*this};
+    use.requireOutermost("bundle");
+    _configurationPool.reset();
+    changeBundle(bundle);
     if (!bundle) {
         return;
     }
     const HSVNBundleScope current{bundle};
-    setupConfiguration();
-    setupAuthentication();
-    setupLogCallback();
-    setupNotificationCallback();
-    setupCancellationCallback();
+    try {
+        setupConfiguration();
+        setupAuthentication();
+        setupLogCallback();
+        setupNotificationCallback();
+        setupCancellationCallback();
+    } catch (...) {
+        // Half set up, a client would commit without asking anybody for a message or a name.
+        _configurationPool.reset();
+        changeBundle(nullptr);
+        throw;
+    }
 }
 
 HSVNClientDelegateRef HSVNClient::delegate() const
@@ -85,6 +98,7 @@ void HSVNClient::setDelegate(const HSVNClientDelegateRef& delegate)
     const bool answers = delegate && delegate->respondsTo(HSVNClientDelegateMessage::queryContinue);
     const std::lock_guard guard{lock()};
     _delegate = delegate;
+    _hasDelegate = delegate != nullptr;
     _respondsToQueryContinue = answers;
     if (delegate != _installedDelegate) {
         _installedDelegate.reset();
@@ -93,6 +107,8 @@ void HSVNClient::setDelegate(const HSVNClientDelegateRef& delegate)
 
 void HSVNClient::refreshConfiguration()
 {
+    const HSVNContextUse use{*this};
+    use.requireOutermost("configuration");
     const HSVNBundleScope current{bundle()};
     setupConfiguration();
     HSVNClientInternals::obeyStoring(*this, nullptr);
@@ -115,9 +131,16 @@ bool HSVNClient::queryContinue()
     return !receiver || receiver->queryContinue(*this);
 }
 
+void HSVNClient::beginOperation()
+{
+    HSVNContext::beginOperation();
+    _notifiedPath.clear();
+    _isFinalizingCommit = false;
+}
+
 void HSVNClient::setupConfiguration()
 {
-    if (svn_error_t* error = HSVNCurrentEntryPoints().config_get_config(&ctx()->config, nullptr, pool())) {
+    if (svn_error_t* error = HSVNClientInternals::readConfiguration(*this, nullptr)) {
         HSVNException::exceptionWithError(error)->raise();
     }
     std::string patterns = globalIgnoreString().value_or("");

@@ -30,17 +30,28 @@ class HSVN_EXPORT HSVNClient : public HSVNContext
     /// @throws HSVNException when the user's configuration cannot be read (svn_config_get_config)
     HSVNClient(const HSVNBundleRef& bundle, const HSVNClientDelegateRef& delegate);
 
+    ~HSVNClient() override;
+
     std::string className() const override { return "HSVNClient"; }
 
-    /// Changes the line: the Subversion context is made anew with the user's configuration and all callbacks.
+    /// Changes the line: the Subversion context is made anew with the user's configuration and all callbacks. When that
+    /// fails, the client is left without a bundle, and every operation on it fails.
+    ///
+    /// @throws HSVNException when the configuration cannot be read or the new line cannot be set up
+    /// @throws HSVNGenericException while a call on the client is under way, also from that call's callbacks
     void setBundle(const HSVNBundleRef& bundle) override;
 
     /// Who answers; nil when there is none or when it is gone.
     HSVNClientDelegateRef delegate() const;
-    /// Changes who answers, at any time; may be nil. The delegate is not kept alive.
+    /// Changes who answers, at any time; may be nil. The delegate is not kept alive; once it is gone, whatever asks for
+    /// a log message fails, while a client that was given none commits with an empty message.
     void setDelegate(const HSVNClientDelegateRef& delegate);
 
-    /// Reads the user's configuration area again, as after the application changed it.
+    /// Reads the user's configuration area again, as after the application changed it. Options that were set in memory
+    /// are gone then; when it fails, the client keeps the configuration it had.
+    ///
+    /// @throws HSVNException when the configuration cannot be read (svn_config_get_config)
+    /// @throws HSVNGenericException while a call on the client is under way, also from that call's callbacks
     void refreshConfiguration();
 
     /// Hands a notification to the delegate, when it answers `notify`.
@@ -51,6 +62,9 @@ class HSVN_EXPORT HSVNClient : public HSVNContext
     /// The delegate's answer to `queryContinue`; true when it answers none.
     bool queryContinue();
 
+  protected:
+    void beginOperation() override;
+
   private:
     friend struct HSVNClientInternals;
 
@@ -60,7 +74,12 @@ class HSVN_EXPORT HSVNClient : public HSVNContext
     void setupNotificationCallback();
     void setupCancellationCallback();
 
+    std::unique_ptr<HSVNPool> _configurationPool; // in the context's pool; owns what ctx()->config points to
     std::weak_ptr<HSVNClientDelegate> _delegate;
+    bool _hasDelegate = false;                                  // one was given, even if it is gone
     std::shared_ptr<HSVNLogMessageDelegate> _installedDelegate; // the library's own, left in place
     bool _respondsToQueryContinue = false;
+    // Of the last notification, for what must not be stopped now.
+    std::string _notifiedPath;
+    bool _isFinalizingCommit = false;
 };

@@ -140,6 +140,10 @@ svn_error_t* askForLogMessage(HSVNClient& client, const char** message, const ap
 {
     const auto delegate = delegateFor(client, Message::promptForLogMessage);
     std::string text;
+    if (!delegate && HSVNClientInternals::hasLostDelegate(client)) {
+        // Somebody was to be asked: an empty message would be committed unasked.
+        throw HSVNGenericException("A log message is asked for, but the client's delegate is gone");
+    }
     if (delegate) {
         std::vector<HSVNCommitItemRef> commitItems;
         commitItems.reserve(static_cast<std::size_t>(items->nelts));
@@ -207,6 +211,12 @@ void HSVNClientInternals::installLogMessageDelegate(HSVNClient& client, const HS
     const std::lock_guard guard{client.lock()};
     client._installedDelegate = delegate;
     client.setDelegate(delegate);
+}
+
+bool HSVNClientInternals::hasLostDelegate(const HSVNClient& client)
+{
+    const std::lock_guard guard{client.lock()};
+    return client._hasDelegate && client._delegate.expired();
 }
 
 svn_error_t* HSVNClientInternals::promptForCredentials(svn_auth_cred_simple_t** answer, void* baton, const char* realm,
@@ -280,21 +290,44 @@ void HSVNClientInternals::notify(void* baton, const svn_wc_notify_t* record, apr
 {
     HSVNClient& client = clientOf(baton);
     HSVNGuardVoidCallback(client, [&] {
+        client._notifiedPath = textOrEmpty(record->path);
+        client._isFinalizingCommit = record->action == svn_wc_notify_commit_finalizing;
         if (const auto delegate = delegateFor(client, Message::notify)) {
             delegate->notify(client, notificationOf(client, *record));
         }
     });
 }
 
+bool HSVNClientInternals::goesOn(HSVNClient& client)
+{
+    if (client.hasKeptException()) {
+        return false;
+    }
+    try {
+        return client.queryContinue();
+    } catch (const HSVNPlatformException&) {
+        return true;
+    } catch (...) {
+        client.keepException(std::current_exception());
+        return false;
+    }
+}
+
+bool HSVNClientInternals::mustFinishFirst(const HSVNClient& client)
+{
+    if (client._isFinalizingCommit) {
+        return true;
+    }
+    const auto isBusy = HSVNExtensionOrNull(client.bundle()->extensions(), &HSVNBundleExtensions::has_unfinished_work);
+    return isBusy && isBusy(client._notifiedPath.c_str(), client.pool());
+}
+
 svn_error_t* HSVNClientInternals::queryContinue(void* baton) noexcept
 {
     HSVNClient& client = clientOf(baton);
     return HSVNGuardCallback(client, [&]() -> svn_error_t* {
-        bool goOn = !client.hasKeptException();
-        try {
-            goOn = goOn && client.queryContinue();
-        } catch (const HSVNPlatformException&) { // NOLINT(bugprone-empty-catch): the operation goes on
-        }
-        return goOn ? nullptr : HSVN_SUBVERSION_ERROR(SVN_ERR_CANCELLED, "Operation was canceled by the user");
+        return goesOn(client) || mustFinishFirst(client)
+                   ? nullptr
+                   : HSVN_SUBVERSION_ERROR(SVN_ERR_CANCELLED, "Operation was canceled by the user");
     });
 }

@@ -11,6 +11,13 @@ struct HSVNClientInternals
 {
     /// Makes a log-message delegate the client's delegate and keeps it alive until another delegate is set.
     static void installLogMessageDelegate(HSVNClient& client, const HSVNLogMessageDelegateRef& delegate);
+    /// Whether the client was given a delegate that is gone.
+    static bool hasLostDelegate(const HSVNClient& client);
+    /// Reads a configuration area (null: the user's) and puts it in the place of the client's configuration, which
+    /// stays when that fails. Needs the client's bundle to be current.
+    static svn_error_t* readConfiguration(HSVNClient& client, const char* folder);
+    /// Leaves the client with a configuration without any category.
+    static void clearConfiguration(HSVNClient& client);
 
     /// Adds what the bundle offers beyond the specified providers.
     ///
@@ -40,4 +47,13 @@ struct HSVNClientInternals
                                             const apr_array_header_t* items, void* baton, apr_pool_t* pool) noexcept;
     static void notify(void* baton, const svn_wc_notify_t* record, apr_pool_t* pool) noexcept;
     static svn_error_t* queryContinue(void* baton) noexcept;
+
+  private:
+    /// Whether nothing asks for a stop: neither the delegate nor an exception that a callback kept.
+    static bool goesOn(HSVNClient& client);
+    /// Whether a stop has to wait. Subversion leaves a working copy locked when it is stopped amid its queue of work;
+    /// once a commit is being finalized, the revision is there, and what follows writes it into the working copy.
+    static bool mustFinishFirst(const HSVNClient& client);
+    /// The client's former configuration goes with its pool.
+    static void replaceConfiguration(HSVNClient& client, std::unique_ptr<HSVNPool> pool, apr_hash_t* configuration);
 };

@@ -1,6 +1,7 @@
 #include "HSVNClientSettings.h"
 
 #include "HSVNCStringPrivate.h"
+#include "HSVNClientPrivate.h"
 #include "HSVNExtensionCallPrivate.h"
 
 namespace {
@@ -16,14 +17,12 @@ bool isRefusedBySystem(const svn_error_t* error)
     return APR_STATUS_IS_EACCES(error->apr_err) || APR_STATUS_IS_ENOTDIR(error->apr_err);
 }
 
-HSVNExceptionRef readConfiguration(const HSVNOperation& operation, const char* folder)
+HSVNExceptionRef readConfiguration(const HSVNOperation& operation, HSVNClient& client, const char* folder)
 {
-    HSVNContext& context = *operation.context();
     if (svn_error_t* const error = operation->config_ensure(folder, operation.pool())) {
         operation->error_clear(error); // an area that cannot be made is no failure
     }
-    context.ctx()->config = nullptr;
-    svn_error_t* const error = operation->config_get_config(&context.ctx()->config, folder, context.pool());
+    svn_error_t* const error = HSVNClientInternals::readConfiguration(client, folder);
     if (!error) {
         return nullptr;
     }
@@ -32,7 +31,7 @@ HSVNExceptionRef readConfiguration(const HSVNOperation& operation, const char* f
     if (!refused) {
         exception->raise();
     }
-    context.ctx()->config = operation->apr_hash_make(context.pool());
+    HSVNClientInternals::clearConfiguration(client);
     return exception;
 }
 
@@ -58,8 +57,9 @@ HSVNExceptionRef HSVNApplyClientSettings(const HSVNClientSettings& settings, con
 {
     HSVNAssertParameter(client != nullptr, "client != nil");
     HSVNOperation operation{client, "HSVNClient", "applySettings:", {{"client", client}}};
+    operation.requireOutermost("settings");
     const char* const folder = textOrNull(operation, settings.configurationDirectory);
-    auto refused = readConfiguration(operation, folder);
+    auto refused = readConfiguration(operation, *client, folder);
     for (const auto& option : settings.options) {
         if (!refused) {
             apply(option, operation);

@@ -1,11 +1,14 @@
 #include "HSVNContext.h"
 
+#include "HSVNBundleExtensionsPrivate.h"
 #include "HSVNBundleLoader.h"
 #include "HSVNCStringPrivate.h"
 #include "HSVNCharactersPrivate.h"
+#include "HSVNContextUsePrivate.h"
 #include "HSVNException.h"
 #include "HSVNPoolPrivate.h"
 #include "HSVNStringProperties.h"
+#include "HSVNTransferCallbackPrivate.h"
 
 #include <fmt/format.h>
 
@@ -75,6 +78,13 @@ HSVNBundleRef HSVNContext::bundle() const
 
 void HSVNContext::setBundle(const HSVNBundleRef& bundle)
 {
+    const HSVNContextUse use{*this};
+    use.requireOutermost("bundle");
+    changeBundle(bundle);
+}
+
+void HSVNContext::changeBundle(const HSVNBundleRef& bundle)
+{
     const std::lock_guard guard{_lock};
     if (_bundle) {
         cleanupContext();
@@ -107,10 +117,27 @@ void HSVNContext::setBundleVersion(const std::optional<HSVNVersion>& version)
 
 apr_pool_t* HSVNContext::pool() const { return _pool ? _pool->get() : nullptr; }
 
+void HSVNContext::closeWorkingCopies()
+{
+    const HSVNContextUse use{*this};
+    use.requireOutermost("open working copies");
+    const auto close =
+        _bundle ? HSVNExtensionOrNull(_bundle->extensions(), &HSVNBundleExtensions::close_working_copies) : nullptr;
+    if (!close) {
+        return;
+    }
+    const HSVNBundleScope scope{_bundle};
+    const HSVNPool scratch{pool()};
+    if (svn_error_t* const error = close(_ctx, pool(), scratch)) {
+        HSVNException::exceptionWithError(error)->raise();
+    }
+}
+
 std::optional<std::string> HSVNContext::optionForName(const std::string& name, const std::string& category,
                                                       const std::string& section,
                                                       const std::optional<std::string>& defaultValue) const
 {
+    const HSVNContextUse use{*this};
     const HSVNBundleScope scope{_bundle};
     svn_config_t* const config = configuration(_ctx, category);
     if (!config) {
@@ -125,6 +152,7 @@ std::optional<std::string> HSVNContext::optionForName(const std::string& name, c
 void HSVNContext::setOption(const std::string& value, const std::string& name, const std::string& category,
                             const std::string& section)
 {
+    const HSVNContextUse use{*this};
     const HSVNBundleScope scope{_bundle};
     svn_config_t* const config = configuration(_ctx, category);
     if (!config) {
@@ -136,6 +164,7 @@ void HSVNContext::setOption(const std::string& value, const std::string& name, c
 std::map<std::string, std::string> HSVNContext::optionsForCategory(const std::string& category,
                                                                    const std::string& section) const
 {
+    const HSVNContextUse use{*this};
     const HSVNBundleScope scope{_bundle};
     OptionList list;
     if (svn_config_t* const config = configuration(_ctx, category)) {
@@ -173,6 +202,8 @@ void HSVNContext::keepException(std::exception_ptr exception) noexcept
 
 std::exception_ptr HSVNContext::takeKeptException() noexcept { return std::exchange(_keptException, nullptr); }
 
+void HSVNContext::beginOperation() { _operationBytes = 0; }
+
 void HSVNContext::setupContext()
 {
     const HSVNBundleScope scope{_bundle};
@@ -182,6 +213,9 @@ void HSVNContext::setupContext()
         HSVNException::exceptionWithError(error)->raise();
     }
     _pool = std::move(pool);
+    _countedBytes = 0;
+    _ctx->progress_func = HSVNTransferCallback::receive;
+    _ctx->progress_baton = this;
 }
 
 void HSVNContext::cleanupContext()

@@ -5,18 +5,22 @@
 #include "HSVNObject.h"
 #include "HSVNVersion.h"
 
+#include <atomic>
+#include <cstdint>
 #include <exception>
 #include <map>
 #include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
+#include <thread>
 #include <vector>
 
 struct apr_pool_t;
 struct svn_client_ctx_t;
 class HSVNNotification;
 class HSVNPool;
+class HSVNTransferObserver;
 
 /// Names in Subversion's run-time configuration.
 inline constexpr const char* HSVNConfigCategoryConfig = "config";
@@ -34,7 +38,10 @@ inline constexpr const char* HSVNConfigOptionGlobalIgnores = "global-ignores";
 /// Binds one version bundle to one Subversion client context and the pool that owns it.
 ///
 /// Every operation is handed a context. A context serves one thread at a time; different contexts run on different
-/// threads freely. `bundle`, `bundleVersion` and their setters are guarded by the context's own lock.
+/// threads freely. An operation, an option's reading or change or a change of the bundle on one thread while a call of
+/// another thread is under way throws `HSVNGenericException`, which names both threads, at once; calls from the
+/// callbacks of a call, on its own thread, pass. `bundle`, `bundleVersion` and `setBundleVersion` are guarded by the
+/// context's own lock and may be called on any thread at any time.
 class HSVN_EXPORT HSVNContext : public HSVNObject
 {
   public:
@@ -54,7 +61,11 @@ class HSVN_EXPORT HSVNContext : public HSVNObject
 
     /// The Subversion line in use; nil when there is none.
     HSVNBundleRef bundle() const;
-    /// Changes the line: tears the old pool and client context down and makes new ones; nil leaves none.
+    /// Changes the line: tears the old pool and client context down and makes new ones; nil leaves none. When the new
+    /// ones cannot be made, the context is left without a bundle.
+    ///
+    /// @throws HSVNException when the new line cannot be set up
+    /// @throws HSVNGenericException while a call on the context is under way, also from that call's callbacks
     virtual void setBundle(const HSVNBundleRef& bundle);
     /// The version under which the loader keeps the bundle; nil without a bundle.
     std::optional<HSVNVersion> bundleVersion() const;
@@ -65,6 +76,17 @@ class HSVN_EXPORT HSVNContext : public HSVNObject
     apr_pool_t* pool() const;
     /// The Subversion client context, which lives in the pool; null without a bundle.
     svn_client_ctx_t* ctx() const { return _ctx; }
+
+    /// Closes the databases of all working copies that the context keeps open, so that their drive can be unmounted or
+    /// their folder goes for good when it is removed. Operations open them again when they need them.
+    ///
+    /// A context keeps the database of every working copy open that it has worked on, which makes the next call on it
+    /// several times as fast. Other programs need not be waited for: when one of them removes, replaces or restores a
+    /// working copy, or checks one out below another, the next operation sees that by itself. With a line before 1.7,
+    /// which keeps nothing open, this does nothing.
+    ///
+    /// @throws HSVNGenericException while a call on the context is under way, also from that call's callbacks
+    void closeWorkingCopies();
 
     /// One configuration option, UTF-8; the default when the category is missing or the option is not set.
     ///
@@ -109,19 +131,32 @@ class HSVN_EXPORT HSVNContext : public HSVNObject
     /// A context without a bundle, for subclasses whose own `setBundle` does more.
     explicit HSVNContext(WithoutBundle);
 
+    /// What `setBundle` does, once no call is under way.
+    void changeBundle(const HSVNBundleRef& bundle);
     /// Makes pool and client context with the bundle; `setBundle` calls it.
     void setupContext();
     /// Destroys pool and client context with the bundle that made them.
     void cleanupContext();
+    /// Makes the context ready for an operation that no other call lies around.
+    virtual void beginOperation();
     /// Guards bundle and bundle version.
     std::recursive_mutex& lock() const { return _lock; }
 
   private:
+    friend class HSVNContextUse;
+    friend class HSVNOperation;
+    friend class HSVNTransferObserver;
+    friend struct HSVNTransferCallback;
+
+    mutable std::atomic<std::thread::id> _user; // the thread whose call is under way; none when there is no call
     mutable std::recursive_mutex _lock;
     HSVNBundleRef _bundle;
     std::optional<HSVNVersion> _bundleVersion;
     std::unique_ptr<HSVNPool> _pool; // owns what _ctx points to
     svn_client_ctx_t* _ctx = nullptr;
+    const HSVNTransferObserver* _transferObserver = nullptr;
+    std::int64_t _countedBytes = 0;   // as Subversion last counted them
+    std::int64_t _operationBytes = 0; // of these, the outermost operation's
     std::exception_ptr _keptException;
 };
 

@@ -1,6 +1,7 @@
 #include "HSVNDebug.h"
 
 #include "HSVNCharactersPrivate.h"
+#include "HSVNEverlastingPrivate.h"
 #include "HSVNHiddenPasswordsPrivate.h"
 
 #include <array>
@@ -27,14 +28,14 @@ std::int32_t levelFromEnvironment()
 
 spdlog::logger& systemLog()
 {
-    static const std::shared_ptr<spdlog::logger> log = [] {
+    static const HSVNEverlasting<std::shared_ptr<spdlog::logger>> log{[] {
         auto made = std::make_shared<spdlog::logger>(program_invocation_short_name,
                                                      std::make_shared<spdlog::sinks::stderr_sink_mt>());
         made->set_level(spdlog::level::info);
         made->set_pattern("%Y-%m-%d %H:%M:%S.%e %n[%P:%t] %v");
         return made;
-    }();
-    return *log;
+    }()};
+    return **log;
 }
 
 } // namespace

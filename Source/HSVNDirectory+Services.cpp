@@ -236,7 +236,9 @@ HSVNDirectoryRef HSVNDirectory::createDirectoryAtPath(const HSVNPathRef& path, c
         context, "HSVNDirectory", "createDirectoryAtPath:withContext:", {{"path", path}, {"context", context}}};
     // Stays null when the delegate refused the log message, which Subversion does not report as an error.
     svn_commit_info_t* commit = nullptr;
-    operation.check(operation->client_mkdir2(&commit, operation.pathArray(*path), operation.ctx(), operation.pool()));
+    svn_error_t* const error =
+        operation->client_mkdir2(&commit, operation.pathArray(*path), operation.ctx(), operation.pool());
+    operation.check(error, commit);
     const auto url = std::dynamic_pointer_cast<const HSVNURL>(path);
     if (!url) {
         return directoryAtPath(path, HSVNRevisionSpec::UNSPECIFIED(), context);

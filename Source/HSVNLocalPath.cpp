@@ -1,5 +1,6 @@
 #include "HSVNLocalPath.h"
 
+#include "HSVNEverlastingPrivate.h"
 #include "HSVNPathTextPrivate.h"
 #include "HSVNPlatformException.h"
 #include "HSVNTrustedTextPrivate.h"
@@ -50,8 +51,8 @@ std::string destinationOfLink(const fs::path& link)
 
 const HSVNLocalPathRef& HSVNLocalPath::fileSystemRoot()
 {
-    static const HSVNLocalPathRef root = pathWithString("/");
-    return root;
+    static const HSVNEverlasting<HSVNLocalPathRef> root{pathWithString("/")};
+    return *root;
 }
 
 HSVNLocalPath::HSVNLocalPath(const std::string& string) : _path{normalized(string)} {}

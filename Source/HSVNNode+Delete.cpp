@@ -88,8 +88,9 @@ void HSVNNode::deleteRepositoryNodesAtURLs(const std::vector<HSVNPathRef>& nodeP
                             "deleteRepositoryNodesAtURLs:withOptions:withContext:",
                             {{"nodePaths", nodePaths}, {"options", options}, {"context", context}}};
     svn_commit_info_t* info = nullptr;
-    operation.check(operation->client_delete2(&info, operation.pathArray(nodePaths), options->force(), operation.ctx(),
-                                              operation.pool()));
+    svn_error_t* const error = operation->client_delete2(&info, operation.pathArray(nodePaths), options->force(),
+                                                         operation.ctx(), operation.pool());
+    operation.check(error, info);
 }
 
 void HSVNNode::deleteWorkingCopyNodesAtPaths(const std::vector<HSVNPathRef>& nodePaths,

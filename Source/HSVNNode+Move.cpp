@@ -79,9 +79,10 @@ std::optional<HSVNRevisionNumber> moveWithSubversion(const HSVNPathRef& source, 
         {{"sourcePath", source}, {"destPath", destination}, {"options", options}, {"context", context}}};
     svn_commit_info_t* info = nullptr;
     try {
-        operation.check(operation->client_move4(&info, operation.changed(source->string()),
-                                                operation.changed(destination->string()), options->force(),
-                                                operation.ctx(), operation.pool()));
+        svn_error_t* const error = operation->client_move4(&info, operation.changed(source->string()),
+                                                           operation.changed(destination->string()), options->force(),
+                                                           operation.ctx(), operation.pool());
+        operation.check(error, info);
     } catch (const HSVNException& exception) {
         const bool isMisplaced = isAnyOf<HSVNNoSuchEntryException, HSVNNotWorkingCopyException,
                                          HSVNWorkingCopyNotLockedException, HSVNInvalidScheduleException>(exception);
@@ -111,9 +112,10 @@ std::optional<HSVNRevisionNumber> copyWithSubversion(const HSVNPathRef& source, 
     const svn_opt_revision_t revision = options->revision()->SVNRevision();
     svn_commit_info_t* info = nullptr;
     try {
-        operation.check(operation->client_copy3(&info, operation.changed(source->string()), &revision,
-                                                operation.changed(destination->string()), operation.ctx(),
-                                                operation.pool()));
+        svn_error_t* const error =
+            operation->client_copy3(&info, operation.changed(source->string()), &revision,
+                                    operation.changed(destination->string()), operation.ctx(), operation.pool());
+        operation.check(error, info);
     } catch (const HSVNException& exception) {
         const bool isMisplaced =
             isAnyOf<HSVNNoSuchEntryException, HSVNNotWorkingCopyException, HSVNInvalidScheduleException>(exception);

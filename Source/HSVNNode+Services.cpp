@@ -31,9 +31,10 @@ HSVNRevisionNumber HSVNNode::importNodeAtPath(const HSVNPathRef& path, const HSV
         {HSVNNotifyActionImportStarted, HSVNNotifyActionImportSucceeded, HSVNNotifyActionImportFailed}, *path, url};
     return notifications.run(*context, [&] {
         svn_commit_info_t* info = nullptr;
-        operation.check(operation->client_import2(&info, operation.changed(path->string()),
-                                                  operation.cString(url->string()), !options->recursive(),
-                                                  !options->matchIgnorePatterns(), operation.ctx(), operation.pool()));
+        svn_error_t* const error = operation->client_import2(
+            &info, operation.changed(path->string()), operation.cString(url->string()), !options->recursive(),
+            !options->matchIgnorePatterns(), operation.ctx(), operation.pool());
+        operation.check(error, info);
         if (!info) {
             HSVNOperationCancelledException::exceptionWithReason("Operation was cancelled", 0)->raise();
         }

@@ -151,7 +151,8 @@ HSVNRevisionNumber HSVNNode::commitChangesToNodes(const std::vector<HSVNPathRef>
         {HSVNNotifyActionCommitStarted, HSVNNotifyActionCommitSucceeded, HSVNNotifyActionCommitFailed}, nodePaths};
     return notifications.run(*context, [&] {
         svn_commit_info_t* info = nullptr;
-        operation.check(callCommit(operation, &info, operation.pathArray(nodePaths), *options));
+        svn_error_t* const error = callCommit(operation, &info, operation.pathArray(nodePaths), *options);
+        operation.check(error, info);
         // When nothing was committed, older lines leave the record out and newer ones put -1 into it.
         const auto revision = info ? HSVNRevisionNumberFromSubversion(info->revision) : HSVNInvalidRevision;
         notifications.succeeded().setRevision(revision);

@@ -82,7 +82,8 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// Keys: "name", "path", "location", "url", "size", "revision", "date", "author", "lock", "hasProperties",
     /// "status".
     void encodeWithCoder(HSVNCoder* encoder) const override;
-    /// A new node of the same class; the status record is copied, other objects are shared.
+    /// A new node of the same class; the status record is copied, other objects are shared. A subclass overrides it:
+    /// the node is of its base class otherwise.
     virtual HSVNNodeRef copy() const;
     /// Whether this is an HSVNDirectory.
     virtual bool isDirectory() const { return false; }

@@ -172,7 +172,8 @@ class HSVN_EXPORT HSVNNotification : public HSVNArchivable
         _mergeEnd = std::move(end);
     }
 
-    /// A new notification of the same class that shares every field.
+    /// A new notification of the same class that shares every field. A subclass overrides it: the notification is of
+    /// its base class otherwise.
     virtual std::shared_ptr<HSVNNotification> copy() const;
 
     std::string className() const override { return "HSVNNotification"; }

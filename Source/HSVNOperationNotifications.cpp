@@ -29,6 +29,7 @@ void HSVNOperationNotifications::nameItem(const std::string& path)
 void HSVNOperationNotifications::sendFailure(HSVNContext& context) noexcept
 {
     try {
+        _failed->setRevision(_succeeded->revision());
         _failed->setError(HSVNCaughtException());
         context.notify(_failed);
     } catch (...) { // NOLINT(bugprone-empty-catch): it must not take the place of the failure itself

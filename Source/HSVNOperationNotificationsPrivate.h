@@ -1,5 +1,6 @@
 #pragma once
 
+#include "HSVNCommittedRevisionPrivate.h"
 #include "HSVNContext.h"
 #include "HSVNNotification.h"
 #include "HSVNPath.h"
@@ -38,7 +39,7 @@ class HSVNOperationNotifications
     HSVNNotification& succeeded() { return *_succeeded; }
 
     /// Sends the first notification, runs the body and sends the last one. When an exception leaves any of these, the
-    /// failed notification carries it, and it goes on unchanged.
+    /// failed notification carries it, and it goes on; it then tells the revision that the succeeded notification has.
     ///
     /// @return the body's result
     template <class Body>
@@ -50,6 +51,7 @@ class HSVNOperationNotifications
             context.notify(_succeeded);
             return result;
         } catch (...) {
+            HSVNCommittedRevision::tell(_succeeded->revision());
             sendFailure(context);
             throw;
         }

@@ -1,10 +1,14 @@
 #include "HSVNOperationPrivate.h"
 
 #include "HSVNCStringPrivate.h"
+#include "HSVNCommittedRevisionPrivate.h"
 #include "HSVNException.h"
 #include "HSVNReservedNamePrivate.h"
 
+#include <algorithm>
+#include <array>
 #include <fmt/format.h>
+#include <limits>
 
 namespace {
 
@@ -22,6 +26,16 @@ const HSVNContextRef& logged(const HSVNContextRef& context, std::string_view cla
 
 } // namespace
 
+void HSVNArgument::addLocalPaths(const std::string& target)
+{
+    constexpr std::array<std::string_view, 11> names{"target", "targets", "path",   "folder",  "from",       "to",
+                                                     "first",  "second",  "source", "sources", "destination"};
+    const bool isItem = std::find(names.begin(), names.end(), name) != names.end();
+    if (isItem && !target.empty() && target.find("://") == std::string::npos) {
+        localPaths.push_back(target);
+    }
+}
+
 void HSVNLogCall(std::string_view className, std::string_view operation, const std::vector<HSVNArgument>& arguments)
 {
     if (HSVNDebug::level() < HSVNDebugLevelVerbose) {
@@ -37,16 +51,53 @@ void HSVNLogCall(std::string_view className, std::string_view operation, const s
 
 HSVNOperation::HSVNOperation(const HSVNContextRef& context, std::string_view className, std::string_view operation,
                              const std::vector<HSVNArgument>& arguments)
-    : _context{logged(context, className, operation, arguments)}, _name{fmt::format("[{} {}]", className, operation)},
+    : _context{logged(context, className, operation, arguments)}, _use{*_context}, _name{fmt::format("[{} {}]",
+                                                                                                     className,
+                                                                                                     operation)},
       _version{context->bundleVersion().value_or(HSVNVersion{0, 0})}, _bundle{context->bundle()},
-      _entryPoints{&HSVNCurrentEntryPoints()}, _pool{context->pool()}, _outerException{context->takeKeptException()}
+      _entryPoints{&HSVNCurrentEntryPoints()}, _pool{context->pool()}, _targets{targetsOf(arguments)},
+      _outerException{context->takeKeptException()}
 {
+    if (_use.isOutermost()) {
+        _context->beginOperation();
+        refreshWorkingCopies();
+    }
+    noteWorkingCopies();
 }
 
 HSVNOperation::~HSVNOperation()
 {
+    noteWorkingCopies();
     _context->takeKeptException();
     _context->keepException(std::move(_outerException));
+}
+
+apr_array_header_t* HSVNOperation::targetsOf(const std::vector<HSVNArgument>& arguments) const
+{
+    auto* const targets = _entryPoints->apr_array_make(_pool, 1, sizeof(const char*));
+    for (const auto& argument : arguments) {
+        for (const auto& path : argument.localPaths) {
+            *static_cast<const char**>(_entryPoints->apr_array_push(targets)) = cString(path);
+        }
+    }
+    return targets;
+}
+
+void HSVNOperation::refreshWorkingCopies()
+{
+    if (const auto refresh =
+            HSVNExtensionOrNull(_context->bundle()->extensions(), &HSVNBundleExtensions::refresh_working_copies))
+    {
+        check(refresh(_targets, ctx(), _context->pool(), _pool));
+    }
+}
+
+void HSVNOperation::noteWorkingCopies() const
+{
+    if (const auto note =
+            HSVNExtensionOrNull(_context->bundle()->extensions(), &HSVNBundleExtensions::note_working_copies)) {
+        note(_targets, ctx(), _context->pool(), _pool);
+    }
 }
 
 void HSVNOperation::failUnsupported() const
@@ -64,6 +115,23 @@ void HSVNOperation::check(svn_error_t* error)
     if (error) {
         HSVNExceptionOfError(*_context, error, true)->raise();
     }
+}
+
+void HSVNOperation::check(svn_error_t* error, HSVNRevisionNumber committed)
+{
+    try {
+        check(error);
+    } catch (...) {
+        HSVNCommittedRevision::tell(committed);
+        throw;
+    }
+}
+
+void HSVNOperation::check(svn_error_t* error, const svn_commit_info_t* info)
+{
+    // Above the range of the library's numbers only on a failure that says so itself.
+    const bool isTold = info && info->revision <= std::numeric_limits<HSVNRevisionNumber>::max();
+    check(error, isTold ? static_cast<HSVNRevisionNumber>(info->revision) : HSVNInvalidRevision);
 }
 
 apr_array_header_t* HSVNOperation::pathArray(const HSVNPath& path)

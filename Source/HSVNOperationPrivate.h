@@ -2,8 +2,10 @@
 
 #include "HSVNBundleExtensionsPrivate.h"
 #include "HSVNContext.h"
+#include "HSVNContextUsePrivate.h"
 #include "HSVNDebug.h"
 #include "HSVNException.h"
+#include "HSVNLocalPath.h"
 #include "HSVNPath.h"
 #include "HSVNPlatformException.h"
 #include "HSVNPoolPrivate.h"
@@ -14,6 +16,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -22,12 +25,44 @@ struct HSVNArgument
 {
     std::string_view name;
     std::function<std::string()> text;
+    /// The local paths among the items that the operation works on.
+    std::vector<std::string> localPaths{};
 
     /// The value outlives the argument; it is shown as "%@" shows it.
     template <class Value>
     HSVNArgument(std::string_view argumentName, const Value& value)
         : name{argumentName}, text{[&value] { return HSVNDebugArgument(value).text(); }}
     {
+        addLocalPaths(value);
+    }
+
+  private:
+    template <class Value>
+    void addLocalPaths(const Value& /*value*/)
+    {
+    }
+    /// A text is an item when the argument's name is one that the operations give their items.
+    void addLocalPaths(const std::string& target);
+    template <class Class>
+    void addLocalPaths(const std::shared_ptr<Class>& object)
+    {
+        if constexpr (std::is_base_of_v<HSVNPath, Class>) {
+            if (const auto* const path = dynamic_cast<const HSVNLocalPath*>(object.get())) {
+                localPaths.push_back(path->string());
+            }
+        }
+    }
+    template <class First, class Second>
+    void addLocalPaths(const std::pair<First, Second>& pair)
+    {
+        addLocalPaths(pair.first);
+    }
+    template <class Element>
+    void addLocalPaths(const std::vector<Element>& elements)
+    {
+        for (const auto& element : elements) {
+            addLocalPaths(element);
+        }
     }
 };
 
@@ -36,9 +71,10 @@ void HSVNLogCall(std::string_view className, std::string_view operation, const s
 
 /// The frame that every operation on a context runs in.
 ///
-/// The constructor writes the debug line, pushes the context's bundle and makes a sub-pool of the context's pool; the
-/// destructor destroys the sub-pool and pops the bundle, in that order. Preconditions are tested before it is made.
-/// Exceptions that callbacks kept in the context while the operation ran are thrown by `check`.
+/// The constructor writes the debug line, refuses a context that another thread uses, pushes the context's bundle,
+/// makes a sub-pool of the context's pool and sees to it that working copies which the context keeps open are still
+/// those on the disk; the destructor destroys the sub-pool and pops the bundle, in that order. Preconditions are tested
+/// before it is made. Exceptions that callbacks kept in the context while the operation ran are thrown by `check`.
 class HSVNOperation
 {
   public:
@@ -58,6 +94,10 @@ class HSVNOperation
     /// Whether the bundle's line is the given one or newer.
     bool isAtLeast(const HSVNVersion& version) const { return !_version.isLessThan(version); }
 
+    /// Throws `HSVNGenericException` when a call around this one is under way, for what would take the ground from
+    /// under it (`HSVNContextUse`).
+    void requireOutermost(std::string_view subject) const { _use.requireOutermost(subject); }
+
     /// A function of the bundle's second table.
     ///
     /// @param place  the table's member
@@ -74,6 +114,11 @@ class HSVNOperation
 
     /// Throws the exception that a callback kept, else the exception of the error (which is consumed), else returns.
     void check(svn_error_t* error);
+    /// The same for a call that may have committed: what is thrown tells the revision, which is in the repository all
+    /// the same.
+    void check(svn_error_t* error, HSVNRevisionNumber committed);
+    /// @param info  what Subversion told of the commit; null for none
+    void check(svn_error_t* error, const svn_commit_info_t* info);
 
     /// The C strings of paths that are to be changed, as `changed` makes them, in order; none is nil ("path != nil").
     template <class Path>
@@ -99,13 +144,18 @@ class HSVNOperation
 
   private:
     [[noreturn]] void failUnsupported() const;
+    apr_array_header_t* targetsOf(const std::vector<HSVNArgument>& arguments) const;
+    void refreshWorkingCopies();
+    void noteWorkingCopies() const;
 
     HSVNContextRef _context;
+    HSVNContextUse _use;
     std::string _name; // "[class operation]"
     HSVNVersion _version;
     HSVNBundleScope _bundle;
     const HSVNBundleEntryPoints* _entryPoints;
     HSVNPool _pool;
+    apr_array_header_t* _targets;       // local paths
     std::exception_ptr _outerException; // of an operation that a callback of this context interrupts
 };
 

@@ -18,13 +18,18 @@ class HSVN_EXPORT HSVNOptions : public HSVNObject
     /// A new object with the initial values.
     static std::shared_ptr<HSVNOptions> defaults() { return std::make_shared<HSVNOptions>(); }
     /// A new object of the same concrete class with the same values; objects that fields hold are shared.
-    std::shared_ptr<HSVNOptions> copy() const { return makeCopy(); }
+    ///
+    /// @throws HSVNInternalInconsistencyException for a class that does not make copies of its own (`makeCopy`)
+    std::shared_ptr<HSVNOptions> copy() const { return checkedCopy(); }
 
     std::string className() const override { return staticClassName; }
 
   protected:
-    /// What `copy` answers; each class makes an object of its own.
+    /// What `copy` answers. Each class makes an object of its own: an application's class, too, which derives from
+    /// `HSVNOptionsOf<Class, Base>` or overrides this. An object of its base would lack what it adds.
     virtual std::shared_ptr<HSVNOptions> makeCopy() const { return std::make_shared<HSVNOptions>(*this); }
+    /// `makeCopy`, of this object's class.
+    std::shared_ptr<HSVNOptions> checkedCopy() const;
 };
 
 using HSVNOptionsRef = std::shared_ptr<const HSVNOptions>;
@@ -37,7 +42,7 @@ class HSVN_EXPORT HSVNOptionsOf : public Base
     /// A new object with the initial values.
     static std::shared_ptr<Class> defaults() { return std::make_shared<Class>(); }
     /// A new object with the same values; objects that fields hold are shared.
-    std::shared_ptr<Class> copy() const { return std::static_pointer_cast<Class>(makeCopy()); }
+    std::shared_ptr<Class> copy() const { return std::static_pointer_cast<Class>(this->checkedCopy()); }
 
     std::string className() const override { return Class::staticClassName; }
 

@@ -1,5 +1,6 @@
 #include "HSVNPackage.h"
 
+#include "HSVNEverlastingPrivate.h"
 #include "HSVNException.h"
 
 #include <cstdint>
@@ -136,8 +137,8 @@ HSVNPackageRef HSVNPackage::packageAtPath(const std::string& path)
 
 const std::string& HSVNPackage::libraryPath()
 {
-    static const std::string path = findLibraryPath();
-    return path;
+    static const HSVNEverlasting<std::string> path{findLibraryPath()};
+    return *path;
 }
 
 std::string HSVNPackage::infoText(const char* key) const

@@ -30,7 +30,8 @@ class HSVN_EXPORT HSVNPlatformException : public std::exception
 
     /// Name of the concrete C++ class, which an archive stores.
     virtual std::string className() const { return "HSVNPlatformException"; }
-    /// Throws a copy of this exception as its concrete class.
+    /// Throws a copy of this exception as its concrete class. A subclass overrides this and `copy`; `HSVNExceptionOf`
+    /// does so for it.
     [[noreturn]] virtual void raise() const { throw *this; }
     /// A copy of the concrete class.
     virtual std::shared_ptr<const HSVNPlatformException> copy() const
@@ -41,6 +42,8 @@ class HSVN_EXPORT HSVNPlatformException : public std::exception
     std::string description() const { return _reason; }
 
   private:
+    friend struct HSVNCommittedRevision;
+
     std::string _name;
     std::string _reason;
     HSVNUserInfo _userInfo;

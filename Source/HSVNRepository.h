@@ -35,6 +35,10 @@ class HSVN_EXPORT HSVNRepository : public HSVNObject
 
     /// Creates a repository, in plain files for HSVNFileSystemOptions, in Berkeley DB for HSVNBerkeleyDBOptions.
     ///
+    /// With the options' initial compatibility the repository has the format of 1.4, which has no merge tracking: a
+    /// merge then records no `svn:mergeinfo`, and a merge without a range of revisions is refused. For the bundle's
+    /// newest format set a `compatibility` of 0, or call `HSVNCreateRepository`, whose default that is.
+    ///
     /// @param path     a folder that is missing or empty, whose parent exists; not nil ("path != nil")
     /// @param options  not nil ("options != nil")
     /// @return the new repository, open

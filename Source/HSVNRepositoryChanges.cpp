@@ -38,21 +38,25 @@ class Change
         return hash;
     }
 
-    svn_commit_callback2_t receiver() const { return _wishes.receiver ? received : nullptr; }
-
-  private:
     static svn_error_t* received(const svn_commit_info_t* info, void* baton, apr_pool_t* /*pool*/)
     {
-        const auto& change = *static_cast<const Change*>(baton);
+        auto& change = *static_cast<Change*>(baton);
         return HSVNGuardCallback(*change._operation.context(), [&]() -> svn_error_t* {
-            change._wishes.receiver({HSVNRevisionNumberFromSubversion(info->revision), HSVNTextOrNil(info->date),
-                                     HSVNTextOrNil(info->author), HSVNTextOrNil(info->post_commit_err)});
+            change._committed = HSVNRevisionNumberFromSubversion(info->revision);
+            if (change._wishes.receiver) {
+                change._wishes.receiver({change._committed, HSVNTextOrNil(info->date), HSVNTextOrNil(info->author),
+                                         HSVNTextOrNil(info->post_commit_err)});
+            }
             return nullptr;
         });
     }
 
+    void check(svn_error_t* error) { _operation.check(error, _committed); }
+
+  private:
     HSVNOperation _operation;
     const HSVNRevisionWishes& _wishes;
+    HSVNRevisionNumber _committed = HSVNInvalidRevision;
 };
 
 } // namespace
@@ -65,10 +69,10 @@ void HSVNCommitItems(const std::vector<std::string>& targets, const HSVNItemComm
         context, "commitItems:withOptions:wishes:withContext:", {{"targets", targets}, {"context", context}}, wishes};
     auto& operation = change.operation();
     const auto function = operation.extension(&HSVNBundleExtensions::client_commit);
-    operation.check(function(HSVNChangedArray(operation, targets), HSVNDepthForSubversion(options.depth),
-                             options.keepLocks, options.keepChangelists, options.includeExternals,
-                             HSVNFilterArray(operation, options.changelists), change.properties(), change.receiver(),
-                             &change, operation.ctx(), operation.pool()));
+    change.check(function(HSVNChangedArray(operation, targets), HSVNDepthForSubversion(options.depth),
+                          options.keepLocks, options.keepChangelists, options.includeExternals,
+                          HSVNFilterArray(operation, options.changelists), change.properties(), Change::received,
+                          &change, operation.ctx(), operation.pool()));
 }
 
 void HSVNImportItem(const std::string& path, const std::string& url, const HSVNItemImportOptions& options,
@@ -81,9 +85,9 @@ void HSVNImportItem(const std::string& path, const std::string& url, const HSVNI
                   wishes};
     auto& operation = change.operation();
     const auto function = operation.extension(&HSVNBundleExtensions::client_import);
-    operation.check(function(operation.changed(path), operation.cString(url), HSVNDepthForSubversion(options.depth),
-                             !options.matchIgnorePatterns, !options.automaticProperties, options.ignoreUnknownKinds,
-                             change.properties(), change.receiver(), &change, operation.ctx(), operation.pool()));
+    change.check(function(operation.changed(path), operation.cString(url), HSVNDepthForSubversion(options.depth),
+                          !options.matchIgnorePatterns, !options.automaticProperties, options.ignoreUnknownKinds,
+                          change.properties(), Change::received, &change, operation.ctx(), operation.pool()));
 }
 
 void HSVNMakeFolders(const std::vector<std::string>& targets, bool makeParents, const HSVNRevisionWishes& wishes,
@@ -94,8 +98,8 @@ void HSVNMakeFolders(const std::vector<std::string>& targets, bool makeParents, 
         context, "makeFolders:makeParents:wishes:withContext:", {{"targets", targets}, {"context", context}}, wishes};
     auto& operation = change.operation();
     const auto function = operation.extension(&HSVNBundleExtensions::client_mkdir);
-    operation.check(function(HSVNChangedArray(operation, targets), makeParents, change.properties(), change.receiver(),
-                             &change, operation.ctx(), operation.pool()));
+    change.check(function(HSVNChangedArray(operation, targets), makeParents, change.properties(), Change::received,
+                          &change, operation.ctx(), operation.pool()));
 }
 
 void HSVNDeleteItems(const std::vector<std::string>& targets, const HSVNItemDeleteOptions& options,
@@ -106,8 +110,8 @@ void HSVNDeleteItems(const std::vector<std::string>& targets, const HSVNItemDele
         context, "deleteItems:withOptions:wishes:withContext:", {{"targets", targets}, {"context", context}}, wishes};
     auto& operation = change.operation();
     const auto function = operation.extension(&HSVNBundleExtensions::client_delete);
-    operation.check(function(HSVNChangedArray(operation, targets), options.force, options.keepLocal,
-                             change.properties(), change.receiver(), &change, operation.ctx(), operation.pool()));
+    change.check(function(HSVNChangedArray(operation, targets), options.force, options.keepLocal, change.properties(),
+                          Change::received, &change, operation.ctx(), operation.pool()));
 }
 
 void HSVNCopyItems(const std::vector<HSVNCopySource>& sources, const std::string& destination,
@@ -133,9 +137,9 @@ void HSVNCopyItems(const std::vector<HSVNCopySource>& sources, const std::string
         *record = {operation.changed(source.target), source.revision->operativeRevision()->SVNRevision(),
                    source.revision->pegRevision()->SVNRevision()};
     }
-    operation.check(function(records, operation.changed(destination), options.asChild, options.makeParents,
-                             options.ignoreExternals, options.pinExternals, change.properties(), change.receiver(),
-                             &change, operation.ctx(), operation.pool()));
+    change.check(function(records, operation.changed(destination), options.asChild, options.makeParents,
+                          options.ignoreExternals, options.pinExternals, change.properties(), Change::received, &change,
+                          operation.ctx(), operation.pool()));
 }
 
 void HSVNMoveItems(const std::vector<std::string>& sources, const std::string& destination,
@@ -149,7 +153,7 @@ void HSVNMoveItems(const std::vector<std::string>& sources, const std::string& d
                   wishes};
     auto& operation = change.operation();
     const auto function = operation.extension(&HSVNBundleExtensions::client_move);
-    operation.check(function(HSVNChangedArray(operation, sources), operation.changed(destination), options.asChild,
-                             options.makeParents, options.allowMixedRevisions, change.properties(), change.receiver(),
-                             &change, operation.ctx(), operation.pool()));
+    change.check(function(HSVNChangedArray(operation, sources), operation.changed(destination), options.asChild,
+                          options.makeParents, options.allowMixedRevisions, change.properties(), Change::received,
+                          &change, operation.ctx(), operation.pool()));
 }

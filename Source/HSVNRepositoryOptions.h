@@ -16,7 +16,7 @@ class HSVN_EXPORT HSVNRepositoryOptions : public HSVNOptionsOf<HSVNRepositoryOpt
     static constexpr const char* staticClassName = "HSVNRepositoryOptions";
 
     /// How many lines back from the newest the format stays readable: 1 for those before 1.6, 2 before 1.5, 3 before
-    /// 1.4; any other value asks for the newest format. Initially `2`.
+    /// 1.4; any other value asks for the newest format. Initially `2`: the format of 1.4, without merge tracking.
     std::int32_t compatibility() const { return _compatibility; }
     void setCompatibility(std::int32_t compatibility) { _compatibility = compatibility; }
 

@@ -1,6 +1,7 @@
 #include "HSVNRevision.h"
 
 #include "HSVNCharactersPrivate.h"
+#include "HSVNEverlastingPrivate.h"
 #include "HSVNException.h"
 #include "HSVNRevisionNumberPrivate.h"
 #include "HSVNSubversionPrivate.h"
@@ -93,8 +94,8 @@ struct SharedRevisions
 
 const SharedRevisions& sharedRevisions()
 {
-    static const SharedRevisions shared;
-    return shared;
+    static const HSVNEverlasting<SharedRevisions> shared;
+    return *shared;
 }
 
 } // namespace

@@ -62,7 +62,8 @@ class HSVN_EXPORT HSVNRevisionRange : public HSVNObject
     /// @throws HSVNException "Date or numeric revision required for range match" for a symbolic revision
     bool containsRevision(const HSVNRevisionRef& revision) const;
 
-    /// A new range of the same class with the same bounds.
+    /// A new range of the same class with the same bounds. A subclass overrides it: the range is of its base class
+    /// otherwise.
     virtual std::shared_ptr<HSVNRevisionRange> copy() const;
     /// Equality of both bounds; nil gives false.
     bool isEqual(const HSVNRevisionRangeRef& other) const { return other && *this == *other; }

@@ -1,5 +1,7 @@
 #include "HSVNRevisionSpec.h"
 
+#include "HSVNEverlastingPrivate.h"
+
 #include <fmt/format.h>
 
 namespace {
@@ -32,8 +34,8 @@ struct SharedSpecs
 
 const SharedSpecs& sharedSpecs()
 {
-    static const SharedSpecs shared;
-    return shared;
+    static const HSVNEverlasting<SharedSpecs> shared;
+    return *shared;
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 #include "HSVNStatus.h"
 
+#include "HSVNEverlastingPrivate.h"
 #include "HSVNLock.h"
 #include "HSVNRevisionNumberPrivate.h"
 #include "HSVNSubversionPrivate.h"
@@ -162,8 +163,8 @@ HSVNRevisionNumber HSVNStatus::revisionFromFilename(const std::optional<std::str
 
 const HSVNStatus::Rare& HSVNStatus::rare() const
 {
-    static const Rare none;
-    return _rare ? *_rare : none;
+    static const HSVNEverlasting<Rare> none;
+    return _rare ? *_rare : *none;
 }
 
 template <class Value>

@@ -1,35 +1,38 @@
 #include "HSVNTransferObserver.h"
 
+#include "HSVNContextUsePrivate.h"
 #include "HSVNOperationPrivate.h"
+#include "HSVNTransferCallbackPrivate.h"
 
 #include <utility>
 
-struct HSVNTransferCallback
+void HSVNTransferCallback::receive(apr_off_t bytes, apr_off_t total, void* baton, apr_pool_t* /*pool*/)
 {
-    static void receive(apr_off_t bytes, apr_off_t total, void* baton, apr_pool_t* /*pool*/)
-    {
-        const auto& observer = *static_cast<const HSVNTransferObserver*>(baton);
-        HSVNGuardVoidCallback(*observer._context, [&] {
-            observer._receiver(bytes, total < 0 ? std::nullopt : std::optional<std::int64_t>{total});
+    auto& context = *static_cast<HSVNContext*>(baton);
+    // Newer lines count since the client context was made, older ones anew for every connection.
+    context._operationBytes += bytes < context._countedBytes ? bytes : bytes - context._countedBytes;
+    context._countedBytes = bytes;
+    if (const HSVNTransferObserver* const observer = context._transferObserver) {
+        HSVNGuardVoidCallback(context, [&] {
+            observer->_receiver(context._operationBytes,
+                                total < 0 ? std::nullopt : std::optional<std::int64_t>{total});
         });
     }
-};
+}
 
 HSVNTransferObserver::HSVNTransferObserver(std::shared_ptr<HSVNContext> context, Receiver receiver)
     : _context{std::move(context)}, _receiver{std::move(receiver)}
 {
     HSVNAssertParameter(_context != nullptr, "context != nil");
-    if (_context->ctx() && _receiver) {
-        _context->ctx()->progress_func = HSVNTransferCallback::receive;
-        _context->ctx()->progress_baton = this;
+    const HSVNContextUse use{*_context};
+    if (_receiver) {
+        _context->_transferObserver = this;
     }
 }
 
 HSVNTransferObserver::~HSVNTransferObserver()
 {
-    svn_client_ctx_t* const ctx = _context->ctx();
-    if (ctx && ctx->progress_baton == this) {
-        ctx->progress_func = nullptr;
-        ctx->progress_baton = nullptr;
+    if (_context->_transferObserver == this) {
+        _context->_transferObserver = nullptr;
     }
 }

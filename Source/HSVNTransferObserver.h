@@ -9,12 +9,13 @@
 
 /// Hears how much the operations of a context transfer over the network, for as long as it lives.
 ///
-/// A context has one observer at a time, the one made last; giving the context another bundle ends it. The observer
-/// keeps its context alive and belongs to its thread.
+/// A context has one observer at a time, the one made last. The observer keeps its context alive and belongs to its
+/// thread.
 class HSVN_EXPORT HSVNTransferObserver
 {
   public:
-    /// @param bytes  sent and received since the connection was opened; a new connection begins at zero again
+    /// @param bytes  sent and received since the operation began, over all connections that it opens; operations inside
+    ///               its callbacks count as part of it, and the next operation begins at zero again
     /// @param total  how many there will be; nil where Subversion does not know, which is nearly always
     ///
     /// Called on the operation's thread, several times a second. When it throws, the operation is stopped as soon as

@@ -1,6 +1,7 @@
 #include "HSVNTypeRegistry.h"
 
 #include "HSVNCharactersPrivate.h"
+#include "HSVNEverlastingPrivate.h"
 #include "HSVNException.h"
 #include "HSVNPackage.h"
 
@@ -111,8 +112,9 @@ HSVNTypeRegistry::HSVNTypeRegistry(const std::string& file)
 
 const HSVNTypeRegistry& HSVNTypeRegistry::sharedRegistry()
 {
-    static const HSVNTypeRegistry registry{HSVNPackage::libraryPath() + "/Versions/A/Resources/TypeIdentifiers.json"};
-    return registry;
+    static const HSVNEverlasting<HSVNTypeRegistry> registry{HSVNPackage::libraryPath() +
+                                                            "/Versions/A/Resources/TypeIdentifiers.json"};
+    return *registry;
 }
 
 std::string HSVNTypeRegistry::preferredIdentifierForTag(HSVNTypeTagClass tagClass, std::string_view tag,

@@ -1,6 +1,7 @@
 #include "HSVNVersion.h"
 
 #include "HSVNCharactersPrivate.h"
+#include "HSVNEverlastingPrivate.h"
 #include "HSVNTypes.h"
 
 #include <charconv>
@@ -76,20 +77,20 @@ HSVNVersion HSVNVersion::versionWithString(std::string_view text)
 
 const HSVNVersion& HSVNVersion::version1_4()
 {
-    static const HSVNVersion version{1, 4};
-    return version;
+    static const HSVNEverlasting<HSVNVersion> version{1, 4};
+    return *version;
 }
 
 const HSVNVersion& HSVNVersion::version1_5()
 {
-    static const HSVNVersion version{1, 5};
-    return version;
+    static const HSVNEverlasting<HSVNVersion> version{1, 5};
+    return *version;
 }
 
 const HSVNVersion& HSVNVersion::version1_6()
 {
-    static const HSVNVersion version{1, 6};
-    return version;
+    static const HSVNEverlasting<HSVNVersion> version{1, 6};
+    return *version;
 }
 
 std::vector<HSVNVersion> HSVNVersion::wellKnownVersions() { return {version1_4(), version1_5(), version1_6()}; }

@@ -191,6 +191,7 @@ TEST_F(BundleLoader, TwoThreadsNeverMakeTwoPrincipalObjects)
     const auto fake = make("fake.bundle", "9.8.7");
     const auto proxy = _loader.loadBundleAtPath(fake.path());
     EXPECT_FALSE(fake.isLoaded()) << "opening a package must not load its code";
+    fake.state().startMilliseconds = 50; // so that all threads meet
     std::vector<HSVNBundleRef> objects(8);
     {
         std::vector<std::jthread> threads;

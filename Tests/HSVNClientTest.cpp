@@ -2,27 +2,37 @@
 #include "AlteredBundle.h"
 #include "HSVNBundleLoader.h"
 #include "HSVNClientPrivate.h"
+#include "HSVNClientSettings.h"
 #include "HSVNCommitItem.h"
 #include "HSVNCommitOptions.h"
 #include "HSVNException.h"
+#include "HSVNInitialize.h"
 #include "HSVNLocalPath.h"
 #include "HSVNLock.h"
+#include "HSVNNewerNotifyAction.h"
 #include "HSVNNode.h"
 #include "HSVNNotification.h"
 #include "HSVNPoolPrivate.h"
+#include "HSVNRepositoryChanges.h"
 #include "HSVNRevision.h"
+#include "HSVNRevisionSpec.h"
+#include "HSVNTransferObserver.h"
 #include "HSVNURL.h"
 #include "HSVNUpdateOptions.h"
+#include "HSVNWorkingCopyUpdates.h"
+#include "ReasonOf.h"
 #include "SvnServer.h"
 
 #include <atomic>
 #include <cstddef>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <thread>
 
 namespace {
 
@@ -32,10 +42,18 @@ struct ApplicationsOwn
     int number;
 };
 
+/// An exception without a reason.
+struct Silent : std::exception
+{
+    const char* what() const noexcept override { return nullptr; }
+};
+
 /// Throws one of the kinds of exception that a delegate may throw.
 void throwKind(int kind)
 {
     switch (kind) {
+    case 3:
+        throw Silent{};
     case 0:
         throw HSVNGenericException("the delegate is unwell");
     case 1:
@@ -56,6 +74,8 @@ int kindThrownBy(const std::function<void()>& call)
         return 1;
     } catch (const ApplicationsOwn&) {
         return 2;
+    } catch (const Silent&) {
+        return 3;
     }
     return -1;
 }
@@ -222,7 +242,7 @@ TEST_F(ServerTest, ARefusedPromptAndAMissingDelegateCancelTheOperation)
 
 TEST_F(ServerTest, ADelegateThatThrowsFailsTheOperationWithItsOwnStatusAndIsLogged)
 {
-    for (int kind = 0; kind < 3; ++kind) {
+    for (int kind = 0; kind < 4; ++kind) {
         const auto delegate = std::make_shared<PrompterDelegate>([&](const auto&, bool&) -> bool {
             throwKind(kind);
             return true;
@@ -314,7 +334,7 @@ TEST_F(CommitTest, ARefusedMessageCommitsNothing)
 TEST_F(CommitTest, ExceptionsOfTheLogMessageAndTheNotificationReachTheCallerUnchanged)
 {
     for (const bool fromNotification : {false, true}) {
-        for (int kind = 0; kind < 3; ++kind) {
+        for (int kind = 0; kind < 4; ++kind) {
             SCOPED_TRACE(testing::Message() << "notification " << fromNotification << ", kind " << kind);
             *delegate = HooksDelegate{};
             if (fromNotification) {
@@ -354,6 +374,12 @@ TEST_F(CommitTest, ADelegateThatSaysStopCancels)
                   "Operation was canceled by the user");
     }
     EXPECT_EQ(repository.youngest(), 1);
+
+    delegate->goesOn = [] { return true; };
+    const auto client = HSVNClient::clientWithDelegate(delegate);
+    EXPECT_EQ(commit(workingCopy, client), 2);
+    delegate->goesOn = [] { return false; };
+    EXPECT_THROW(update(workingCopy, client), HSVNOperationCancelledException) << "the commit before is over";
 }
 
 TEST_F(CommitTest, OnlyPlatformExceptionsAreIgnoredWhileAskingWhetherToGoOn)
@@ -385,8 +411,90 @@ TEST_F(CommitTest, TheDelegateIsNotKeptAliveAndCanBeChanged)
     delegate.reset();
     EXPECT_EQ(client->delegate(), nullptr);
     EXPECT_TRUE(client->queryContinue());
+    EXPECT_THROW(commit(workingCopy, client), HSVNGenericException) << "nobody is there to be asked for a message";
+    EXPECT_EQ(repository.youngest(), 1);
+    client->setDelegate(nullptr);
     EXPECT_EQ(commit(workingCopy, client), 2);
     EXPECT_EQ(repository.logMessage(2), "") << "without a delegate";
+}
+
+TEST_F(CommitTest, ADelegateThatThrowsOnceTheCommitIsDoneLeavesItsRevisionInTheException)
+{
+    const auto revisionIn = [](const std::function<void()>& call) -> std::int64_t {
+        try {
+            call();
+        } catch (const HSVNGenericException& exception) {
+            const auto found = exception.userInfo().find(HSVNExceptionRevisionKey);
+            return found == exception.userInfo().end() ? -1 : *found->second.number();
+        }
+        return -2;
+    };
+    const auto client = HSVNClient::clientWithDelegate(delegate);
+    int revision = 1;
+    HSVNNotificationRef failed;
+    for (const int action :
+         {static_cast<int>(HSVNNotifyActionCommitSucceeded), static_cast<int>(HSVNNewerNotifyAction::CommitFinalizing)})
+    {
+        SCOPED_TRACE(action);
+        failed = nullptr;
+        delegate->notified = [&failed, action](const HSVNNotificationRef& notification) {
+            failed = notification->action() == HSVNNotifyActionCommitFailed ? notification : failed;
+            if (notification->action() == action) {
+                throwKind(0);
+            }
+        };
+        EXPECT_EQ(revisionIn([&] { commit(workingCopy, client); }), ++revision);
+        ASSERT_TRUE(failed);
+        EXPECT_EQ(failed->error()->userInfo().contains(HSVNExceptionRevisionKey), true);
+        EXPECT_EQ(mustRun({"svn", "status", workingCopy}), "");
+        writeFile(workingCopy + "/a.txt", "again " + std::to_string(revision));
+    }
+    EXPECT_EQ(revisionIn([&] { HSVNCommitItems({workingCopy}, {}, {}, client); }), ++revision);
+    EXPECT_EQ(mustRun({"svn", "status", workingCopy}), "");
+    delegate->notified = [](const auto&) {};
+    writeFile(workingCopy + "/a.txt", "by a receiver\n");
+    const auto throwing = [](const HSVNCommitResult&) { throwKind(0); };
+    EXPECT_EQ(revisionIn([&] { HSVNCommitItems({workingCopy}, {}, {{}, throwing}, client); }), ++revision);
+    EXPECT_EQ(repository.youngest(), revision);
+    delegate->notified = [](const auto&) { throwKind(0); };
+    writeFile(workingCopy + "/a.txt", "not committed\n");
+    EXPECT_EQ(revisionIn([&] { commit(workingCopy, client); }), -1) << "nothing was committed";
+}
+
+TEST_F(CommitTest, WhatWouldTakeTheGroundFromACallIsRefusedInsideIt)
+{
+    const auto client = HSVNClient::clientWithDelegate(delegate);
+    const std::vector<std::function<void()>> calls{
+        [&] { client->setBundle(client->bundle()); }, [&] { client->refreshConfiguration(); },
+        [&] { client->closeWorkingCopies(); },        [&] { HSVNApplyClientSettings({}, client); },
+        [&] { client->setBundle(nullptr); },
+    };
+    int refused = 0;
+    int passed = 0;
+    const auto refuse = [&] {
+        for (const auto& call : calls) {
+            refused += reasonOf<HSVNGenericException>(call).ends_with("while a call on it is under way") ? 1 : 0;
+        }
+        // Other calls nest.
+        client->optionForName("name", "config", "section", "default");
+        HSVNNode::URLForNodeAtPath(HSVNLocalPath::pathWithString(workingCopy), client);
+        ++passed;
+    };
+    delegate->notified = [&](const HSVNNotificationRef& notification) {
+        if (notification->action() == HSVNNotifyActionCommitStarted) {
+            refuse();
+        }
+    };
+    delegate->asked = [&](std::string&, const auto&) {
+        refuse();
+        return true;
+    };
+    EXPECT_EQ(commit(workingCopy, client), 2);
+    EXPECT_EQ(passed, 2);
+    EXPECT_EQ(refused, 10);
+    for (const auto& call : calls) {
+        EXPECT_NO_THROW(call());
+    }
 }
 
 TEST_F(CommitTest, ALogMessageDelegateThatTheLibraryInstalledStaysUntilItIsReplaced)
@@ -415,6 +523,144 @@ TEST_F(CommitTest, ChangingTheBundleInstallsEveryCallbackAnew)
     EXPECT_EQ(repository.logMessage(2), "after the change");
 }
 
+namespace {
+
+/// The user's configuration with a text of the test's own, for a scope.
+class UserConfiguration
+{
+  public:
+    explicit UserConfiguration(const std::string& text) : _former{readFile(_file)} { write(text); }
+    ~UserConfiguration() { write(_former); }
+    UserConfiguration(const UserConfiguration&) = delete;
+    UserConfiguration& operator=(const UserConfiguration&) = delete;
+    void write(const std::string& text) const { writeFile(_file, text); }
+
+  private:
+    std::string _file = std::string{std::getenv("HOME")} + "/.subversion/config";
+    std::string _former;
+};
+
+constexpr const char* malformed = "[auth\nno end\n";
+
+} // namespace
+
+TEST(Client, ReadsItsConfigurationAgainAndKeepsTheFormerOneWhenThatFails)
+{
+    const UserConfiguration configuration{"[auth]\nstore-passwords = yes\n"};
+    const auto client = countedClient(nullptr);
+    const auto stores = [&] { return client->optionForName("store-passwords", "config", "auth", std::nullopt); };
+    EXPECT_EQ(stores(), "yes");
+    configuration.write("[auth]\nstore-passwords = no\n");
+    const int before = pools;
+    client->refreshConfiguration();
+    EXPECT_EQ(stores(), "no");
+    configuration.write(malformed);
+    EXPECT_THROW(client->refreshConfiguration(), HSVNException);
+    EXPECT_EQ(stores(), "no");
+    EXPECT_THROW(HSVNApplyClientSettings({}, client), HSVNException);
+    EXPECT_EQ(stores(), "no");
+    expectNothingLeaked(before);
+}
+
+TEST(Client, IsLeftWithoutABundleWhenItCannotBeSetUp)
+{
+    const auto client = HSVNClient::clientWithDelegate(nullptr);
+    const auto bundle = client->bundle();
+    {
+        const UserConfiguration configuration{malformed};
+        EXPECT_THROW(client->setBundle(bundle), HSVNException);
+        EXPECT_THROW(HSVNClient::clientWithDelegate(nullptr), HSVNException);
+    }
+    EXPECT_EQ(client->bundle(), nullptr);
+    EXPECT_EQ(client->bundleVersion(), std::nullopt);
+    EXPECT_EQ(client->ctx(), nullptr);
+    const TestRepository repository;
+    EXPECT_THROW(commit(repository.checkOut(), client), HSVNInvalidArgumentException);
+    client->setBundle(bundle);
+    EXPECT_EQ(commit(repository.checkOut("other"), client), HSVNInvalidRevision);
+}
+
+TEST(Client, ServesOneThreadAtATime)
+{
+    const TestRepository repository;
+    const std::string workingCopy = repository.checkOut();
+    const auto delegate = std::make_shared<HooksDelegate>();
+    const auto client = HSVNClient::clientWithDelegate(delegate);
+    const std::vector<std::function<void()>> calls{
+        [&] { update(workingCopy, client); },
+        [&] { HSVNUpdateItems({workingCopy}, HSVNRevision::HEAD(), {}, client); },
+        [&] { client->optionForName("name", "config", "section", "default"); },
+        [&] { client->setOption("value", "name", "config", "section"); },
+        [&] { client->optionsForCategory("config", "section"); },
+        [&] { client->setBundle(nullptr); },
+        [&] { client->refreshConfiguration(); },
+        [&] { client->closeWorkingCopies(); },
+        [&] { HSVNTransferObserver(client, nullptr); },
+    };
+    const auto text = [](std::thread::id thread) { return testing::PrintToString(thread); };
+    int met = 0;
+    delegate->notified = [&](const HSVNNotificationRef& notification) {
+        if (notification->action() != HSVNNotifyActionUpdateStarted) {
+            return;
+        }
+        for (const auto& call : calls) {
+            std::string reason;
+            std::thread other{[&] { reason = reasonOf<HSVNGenericException>(call); }};
+            const std::string expected = "A context serves one thread at a time: thread " + text(other.get_id()) +
+                                         " cannot use it during a call of thread " + text(std::this_thread::get_id());
+            other.join();
+            EXPECT_EQ(reason, expected);
+            ++met;
+        }
+    };
+    update(workingCopy, client);
+    EXPECT_EQ(met, static_cast<int>(calls.size()));
+    std::thread{[&] { EXPECT_NO_THROW(client->optionsForCategory("config", "section")); }}.join();
+}
+
+namespace {
+
+/// Works with the library when the process ends. Made before anything of the library, it goes after all of that.
+struct LateUser
+{
+    HSVNClientRef client;
+    std::string workingCopy;
+    ~LateUser()
+    {
+        if (client) {
+            try {
+                HSVNNode::nodeAtPath(HSVNLocalPath::pathWithString(workingCopy), HSVNRevisionSpec::UNSPECIFIED(),
+                                     client);
+                update(workingCopy, client);
+                HSVNClient::clientWithDelegate(nullptr);
+                HSVNURL::URLWithString("svn://example.org/%C3%A4");
+                std::fputs("worked", stderr);
+            } catch (const std::exception& exception) {
+                std::fputs(exception.what(), stderr);
+            }
+        }
+    }
+};
+
+LateUser lateUser;
+
+} // namespace
+
+TEST(ClientDeathTest, WorksInADestructorOfAStaticObject)
+{
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const TestRepository repository;
+    const std::string workingCopy = repository.checkOut();
+    EXPECT_EXIT(
+        {
+            HSVNInitialize();
+            lateUser.client = HSVNClient::clientWithDelegate(nullptr);
+            lateUser.workingCopy = workingCopy;
+            std::exit(0); // NOLINT(concurrency-mt-unsafe): it is the end that is tested
+        },
+        testing::ExitedWithCode(0), "^worked$");
+}
+
 TEST(Client, AddsTheIconPatternOncePerSetUpOfTheConfiguration)
 {
     const auto client = HSVNClient::clientWithDelegate(nullptr);
@@ -423,6 +669,9 @@ TEST(Client, AddsTheIconPatternOncePerSetUpOfTheConfiguration)
     EXPECT_TRUE(first.ends_with(" .DS_Store " + icon)) << first;
     client->refreshConfiguration();
     EXPECT_EQ(client->globalIgnoreString(), first) << "the configuration is read afresh";
+    client->setOption("*.x", HSVNConfigOptionGlobalIgnores, HSVNConfigCategoryConfig, HSVNConfigSectionMiscellany);
+    client->refreshConfiguration();
+    EXPECT_EQ(client->globalIgnoreString(), first);
 }
 
 namespace {

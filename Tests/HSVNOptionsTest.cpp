@@ -160,6 +160,34 @@ TEST_P(OptionsTest, DescribeTheirInitialAndTheirChangedFields)
     EXPECT_EQ(options->description(), withDescription(GetParam().changed, *options));
 }
 
+namespace {
+
+/// An application's class that makes copies of its own, and one that forgets to.
+struct OwnOptions : HSVNOptionsOf<OwnOptions, HSVNUpdateOptions>
+{
+    static constexpr const char* staticClassName = "OwnOptions";
+    int added = 0;
+};
+struct ForgetfulOptions : HSVNUpdateOptions
+{
+    int added = 0;
+};
+
+} // namespace
+
+TEST(OptionsOfAnApplication, AreCopiedWholeOrNotAtAll)
+{
+    OwnOptions own;
+    own.added = 7;
+    own.setProcessExternals(false);
+    const HSVNOptions& base = own;
+    const auto copy = std::dynamic_pointer_cast<OwnOptions>(base.copy());
+    ASSERT_TRUE(copy);
+    EXPECT_EQ(copy->added, 7);
+    EXPECT_FALSE(copy->processExternals());
+    EXPECT_THROW(ForgetfulOptions{}.copy(), HSVNInternalInconsistencyException);
+}
+
 TEST_P(OptionsTest, ACopyHasTheClassAndTheFieldsAndIsIndependent)
 {
     const auto options = GetParam().defaults();

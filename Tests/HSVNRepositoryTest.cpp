@@ -9,6 +9,7 @@
 #include "ReasonOf.h"
 #include "TemporaryFolder.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <sys/fsuid.h>
@@ -99,12 +100,26 @@ TEST_F(RepositoryTest, OpensAndDeletesOnlyWhatIsARepository)
 
     writeFile(folder / "project/db/file", "a folder that looks like an old repository's");
     const HSVNBundleScope bundle{HSVNBundleLoader::sharedInstance().defaultBundle()};
-    for (const char* name : {"project", "plain", "plain/file", "missing"}) {
+    mustRun({"svnadmin", "create", folder / "outer"});
+    writeFile(folder / "outer/inner/db/file", "in a repository, but none itself");
+    for (const char* name : {"project", "plain", "plain/file", "missing", "outer/inner"}) {
         HSVNRepository repository{pathOf(name)};
         EXPECT_THROW(repository.deleteRepository(), HSVNNotRepositoryException) << name;
     }
     EXPECT_TRUE(std::filesystem::exists(folder / "project/db/file"));
     EXPECT_TRUE(std::filesystem::exists(folder / "plain/file"));
+    EXPECT_TRUE(std::filesystem::exists(folder / "outer/inner/db/file"));
+}
+
+TEST_F(RepositoryTest, IsMadeWithTheUsersConfigurationOrNotAtAll)
+{
+    const std::string configuration = std::string{std::getenv("HOME")} + "/.subversion/config";
+    const std::string former = readFile(configuration);
+    writeFile(configuration, "[malformed\n");
+    EXPECT_THROW(HSVNRepository::createRepositoryAtPath(pathOf("repository"), HSVNFileSystemOptions::defaults()),
+                 HSVNException);
+    writeFile(configuration, former);
+    EXPECT_TRUE(std::filesystem::is_empty(folder.path()));
 }
 
 TEST_F(RepositoryTest, AFolderThatIsFullOrClosedKeepsItsContents)

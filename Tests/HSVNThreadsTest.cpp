@@ -11,11 +11,13 @@
 #include "TestBundles.h"
 #include "TestRepository.h"
 
+#include <atomic>
 #include <cstdlib>
 #include <exception>
 #include <functional>
 #include <gtest/gtest.h>
 #include <thread>
+#include <vector>
 
 namespace {
 
@@ -144,4 +146,31 @@ TEST(Threads, OneThreadAlternatesBetweenTwoLines)
                                                  HSVNCommitOptions::defaults(), client),
                   revision);
     }
+}
+
+TEST(Threads, SixOnOneClientAreServedOrRefused)
+{
+    const TestRepository repository;
+    const std::string workingCopy = repository.checkOut();
+    const auto delegate = std::make_shared<RecordingDelegate>();
+    const auto client = HSVNClient::clientWithDelegate(delegate);
+    std::atomic<int> served = 0;
+    std::atomic<int> refused = 0;
+    std::vector<std::jthread> threads;
+    for (int number = 0; number < 6; ++number) {
+        threads.emplace_back([&] {
+            for (int step = 0; step < operationCount(); ++step) {
+                try {
+                    HSVNNode::updateNodes({HSVNLocalPath::pathWithString(workingCopy)}, HSVNRevision::HEAD(),
+                                          HSVNUpdateOptions::defaults(), client);
+                    ++served;
+                } catch (const HSVNGenericException&) {
+                    ++refused;
+                }
+            }
+        });
+    }
+    threads.clear();
+    EXPECT_EQ(served + refused, 6 * operationCount());
+    EXPECT_GT(served, 0);
 }

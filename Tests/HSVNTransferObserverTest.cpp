@@ -26,6 +26,13 @@ TEST(TransferObserver, HearsWhatIsTransferredForAsLongAsItLives)
         list();
     }
     EXPECT_GT(heard, 0);
+    const std::int64_t once = heard;
+    heard = 0;
+    {
+        const HSVNTransferObserver observer{client, [&](std::int64_t bytes, auto) { heard = bytes; }};
+        list();
+        EXPECT_NEAR(static_cast<double>(heard), static_cast<double>(once), 64) << "each operation counts from zero";
+    }
     heard = 0;
     list();
     EXPECT_EQ(heard, 0);

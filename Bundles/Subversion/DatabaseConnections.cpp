@@ -2,8 +2,9 @@
 
 #ifdef HSVN_FAST_STATUS
 
+#include "WorkingCopyPlace.h"
+
 #include <memory>
-#include <sys/stat.h>
 #include <utility>
 
 namespace HSVNAdapter {
@@ -16,28 +17,12 @@ constexpr int busyMilliseconds = 500;
 
 constexpr const char* poolKey = "HSVNAdapter::LeftDatabase";
 
-/// Which file a path names; zero when there is none.
-struct FileIdentity
-{
-    dev_t device = 0;
-    ino_t number = 0;
-    bool operator==(const FileIdentity&) const = default;
-};
-
 struct LeftDatabase
 {
     std::string file;
     FileIdentity identity;
     SQLiteDatabase database;
 };
-
-FileIdentity identityOf(const std::string& file)
-{
-    struct stat attributes
-    {
-    };
-    return ::stat(file.c_str(), &attributes) == 0 ? FileIdentity{attributes.st_dev, attributes.st_ino} : FileIdentity{};
-}
 
 apr_status_t close(void* left)
 {

@@ -9,6 +9,9 @@ namespace HSVNAdapter {
 void fillAuthenticationExtensions(HSVNBundleExtensions& table);
 void fillComparisonExtensions(HSVNBundleExtensions& table);
 void fillConflictExtensions(HSVNBundleExtensions& table);
+#if SVN_VER_MINOR >= 7
+void fillOpenWorkingCopies(HSVNBundleExtensions& table);
+#endif
 void fillRepositoryExtensions(HSVNBundleExtensions& table);
 void fillUpdateExtensions(HSVNBundleExtensions& table);
 void fillWorkingCopyExtensions(HSVNBundleExtensions& table);

@@ -212,6 +212,7 @@ HSVNBundleExtensions makeExtensions()
 #if SVN_VER_MINOR >= 7
     table.client_args_to_target_array = targetArray;
     table.wc_conflicted = conflicted;
+    fillOpenWorkingCopies(table);
 #endif
 #if SVN_VER_MINOR >= 8
     table.client_propget = propget;

@@ -3,10 +3,10 @@
 #ifdef HSVN_FAST_STATUS
 
 #include "DatabaseConnections.h"
+#include "WorkingCopyPlace.h"
 
 #include <string>
 #include <string_view>
-#include <sys/stat.h>
 #include <utility>
 
 namespace HSVNAdapter {
@@ -29,28 +29,6 @@ constexpr const char* wholeQuery = HSVN_QUERY_OF("NOT INDEXED WHERE wc_id = 1");
 constexpr const char* partQuery =
     HSVN_QUERY_OF("WHERE wc_id = 1 AND local_relpath >= ?1 AND local_relpath < ?1 || '0'");
 
-/// The database of the working copy that a path is in, and the path below its root.
-struct Place
-{
-    std::string file;
-    std::string_view relativePath;
-};
-
-Place placeOf(std::string_view path, apr_pool_t* pool)
-{
-    const std::string name = std::string{"/"} + svn_wc_get_adm_dir(pool) + "/wc.db";
-    for (std::string_view root = path; !root.empty(); root = root.substr(0, root.rfind('/'))) {
-        std::string file = std::string{root} + name;
-        struct stat attributes
-        {
-        };
-        if (::stat(file.c_str(), &attributes) == 0) {
-            return {std::move(file), root.size() == path.size() ? std::string_view{} : path.substr(root.size() + 1)};
-        }
-    }
-    return {};
-}
-
 bool haveNoExternals(sqlite3* database, const std::string& relativePath)
 {
     const auto row = prepareStatement(database, relativePath.empty() ? wholeQuery : partQuery);
@@ -65,13 +43,16 @@ bool haveNoExternals(sqlite3* database, const std::string& relativePath)
 
 bool haveNoExternals(const char* path, apr_pool_t* pool)
 {
-    const Place place = placeOf(path, pool);
-    auto database = place.file.empty() ? nullptr : openDatabase(place.file);
+    const std::string_view item = path;
+    const std::string root = workingCopyRoot(item, pool);
+    const std::string file = databaseOf(root, pool);
+    auto database = root.empty() ? nullptr : openDatabase(file);
     if (!database) {
         return false;
     }
-    const bool result = haveNoExternals(database.get(), std::string{place.relativePath});
-    leaveDatabase(std::move(database), place.file, pool);
+    const auto below = item.size() > root.size() ? item.substr(root.size() + 1) : std::string_view{};
+    const bool result = haveNoExternals(database.get(), std::string{below});
+    leaveDatabase(std::move(database), file, pool);
     return result;
 }
 

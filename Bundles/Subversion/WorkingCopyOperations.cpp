@@ -14,32 +14,6 @@ svn_error_t* add3(const char* path, svn_boolean_t recursive, svn_boolean_t force
     return smoothed(svn_client_add3(path, recursive, force, noIgnore, ctx, pool));
 }
 
-/// Lines with a database keep it open for as long as their context lives, also when the working copy is removed: then
-/// a check-out in its place needs a context that never saw it. The old one may be in use further up the stack; it goes
-/// with its pool.
-void forgetRemoved(const char* path, svn_client_ctx_t* ctx, apr_pool_t* pool)
-{
-#if SVN_VER_MINOR >= 7
-    const char* absolute = path;
-    svn_error_clear(svn_dirent_get_absolute(&absolute, path, pool));
-    svn_node_kind_t kind = svn_node_unknown;
-    svn_error_clear(svn_io_check_path(svn_dirent_join(path, svn_wc_get_adm_dir(pool), pool), &kind, pool));
-    if (kind != svn_node_none || !svn_dirent_is_absolute(absolute)) {
-        return;
-    }
-    int format = 0;
-    svn_error_clear(svn_wc_check_wc2(&format, ctx->wc_ctx, absolute, pool));
-    apr_pool_t* const contextPool = apr_pool_parent_get(pool);
-    if (format > 0 && contextPool != nullptr) {
-        svn_error_clear(svn_wc_context_create(&ctx->wc_ctx, nullptr, contextPool, pool));
-    }
-#else
-    static_cast<void>(path);
-    static_cast<void>(ctx);
-    static_cast<void>(pool);
-#endif
-}
-
 svn_error_t* checkout2(svn_revnum_t* result, const char* url, const char* path, const svn_opt_revision_t* pegRevision,
                        const svn_opt_revision_t* revision, svn_boolean_t recurse, svn_boolean_t ignoreExternals,
                        svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -48,7 +22,6 @@ svn_error_t* checkout2(svn_revnum_t* result, const char* url, const char* path, 
     HSVN_CANONICAL_PATH(path, pool);
     const auto wanted = revisionForTarget(url, revision);
     removeStillbornArea(path, pool);
-    forgetRemoved(path, ctx, pool);
     return smoothed(svn_client_checkout2(result, url, path, pegRevision, &wanted, recurse, ignoreExternals, ctx, pool));
 }
 
@@ -96,7 +69,6 @@ svn_error_t* checkout3(svn_revnum_t* result, const char* url, const char* path, 
     HSVN_CANONICAL_PATH(path, pool);
     const auto wanted = revisionForTarget(url, revision);
     removeStillbornArea(path, pool);
-    forgetRemoved(path, ctx, pool);
     return smoothed(svn_client_checkout3(result, url, path, pegRevision, &wanted, depth, ignoreExternals,
                                          allowObstructions, ctx, pool));
 }

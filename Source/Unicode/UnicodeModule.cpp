@@ -1,3 +1,4 @@
+#include "HSVNEverlastingPrivate.h"
 #include "UnicodeDates.h"
 #include "UnicodeTexts.h"
 
@@ -31,6 +32,6 @@ class Module final : public HSVNUnicode
 
 extern "C" HSVN_EXPORT const HSVNUnicode* HSVNUnicodeModule()
 {
-    static const Module module;
-    return &module;
+    static const HSVNEverlasting<Module> module;
+    return &*module;
 }

@@ -2,8 +2,10 @@
 #include "HSVNBundleEntryPointsPrivate.h"
 
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <cstring>
+#include <thread>
 
 // The table's places are functions of old lines, which today's Subversion has all the same.
 #pragma GCC diagnostic ignored "-Wdeprecated-declarations"
@@ -80,6 +82,7 @@ const HSVNBundleEntryPoints* HSVNBundlePrincipalObject(const char** version)
 {
     FakeBundleState& state = HSVNFakeBundleState;
     ++state.starts;
+    std::this_thread::sleep_for(std::chrono::milliseconds{state.startMilliseconds});
     apr_initialize();
     static const HSVNBundleEntryPoints table = makeTable();
     *version = state.version;

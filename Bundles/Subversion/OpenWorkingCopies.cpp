@@ -1,0 +1,251 @@
+#include "OpenWorkingCopies.h"
+
+#include "CanonicalPaths.h"
+#include "DatabaseConnections.h"
+#include "ExtensionTable.h"
+
+#if SVN_VER_MINOR >= 7
+
+#include <algorithm>
+#include <memory>
+#include <set>
+#include <sys/stat.h>
+#include <utility>
+#include <vector>
+
+namespace HSVNAdapter {
+namespace {
+
+constexpr const char* poolKey = "HSVNAdapter::OpenWorkingCopies";
+/// A client that visits more of them would sooner or later run out of descriptors.
+constexpr std::size_t mostOpen = 64;
+
+apr_status_t forget(void* record)
+{
+    const std::unique_ptr<OpenWorkingCopies> owner{static_cast<OpenWorkingCopies*>(record)};
+    return APR_SUCCESS;
+}
+
+/// The targets as absolute paths; those that cannot be paths are the operation's to refuse.
+std::vector<std::string> absolutePaths(const apr_array_header_t* targets, apr_pool_t* pool)
+{
+    std::vector<std::string> paths;
+    for (int index = 0; index < targets->nelts; ++index) {
+        const char* path = APR_ARRAY_IDX(targets, index, const char*);
+        if (svn_error_t* const error = canonicalize(&path, TargetKind::Path, pool)) {
+            svn_error_clear(error);
+        } else {
+            paths.emplace_back(path);
+        }
+    }
+    return paths;
+}
+
+/// The root that an item's own working copy has. A symbolic link belongs to the working copy that it lies in, if any.
+std::string rootOf(const std::string& path, apr_pool_t* pool)
+{
+    struct stat attributes
+    {
+    };
+    if (::lstat(path.c_str(), &attributes) == 0 && S_ISLNK(attributes.st_mode)) {
+        std::string root = workingCopyRoot(path.substr(0, path.rfind('/')), pool);
+        if (!root.empty()) {
+            return root;
+        }
+    }
+    return workingCopyRoot(path, pool);
+}
+
+apr_time_t changeOf(const std::string& file)
+{
+    struct stat attributes
+    {
+    };
+    return ::stat(file.c_str(), &attributes) != 0
+               ? 0
+               : apr_time_from_sec(attributes.st_mtim.tv_sec) + attributes.st_mtim.tv_nsec / 1000;
+}
+
+#ifdef HSVN_FAST_STATUS
+/// The directories that externals of a working copy are checked out in.
+std::vector<std::string> externalsIn(const std::string& root, const std::string& database)
+{
+    std::vector<std::string> folders;
+    const auto connection = openDatabase(database);
+    const auto row = connection
+                         ? prepareStatement(connection.get(), "SELECT local_relpath FROM externals WHERE kind = 'dir'")
+                         : nullptr;
+    while (row && sqlite3_step(row.get()) == SQLITE_ROW) {
+        folders.push_back(root + '/' + reinterpret_cast<const char*>(sqlite3_column_text(row.get(), 0)));
+    }
+    return folders;
+}
+
+bool hasWork(const std::string& database)
+{
+    const auto connection = openDatabase(database);
+    const auto row =
+        connection ? prepareStatement(connection.get(), "SELECT EXISTS (SELECT 1 FROM work_queue)") : nullptr;
+    // A database that is being written to has work as well.
+    return row && (sqlite3_step(row.get()) != SQLITE_ROW || sqlite3_column_int(row.get(), 0) != 0);
+}
+#else
+std::vector<std::string> externalsIn(const std::string& /*root*/, const std::string& /*database*/) { return {}; }
+
+bool hasWork(const std::string& /*database*/) { return false; }
+#endif
+
+} // namespace
+
+OpenWorkingCopies& OpenWorkingCopies::of(svn_client_ctx_t* ctx, apr_pool_t* contextPool)
+{
+    OpenWorkingCopies* record = in(contextPool);
+    if (record == nullptr) {
+        record = new OpenWorkingCopies{ctx, contextPool}; // NOLINT(cppcoreguidelines-owning-memory): goes with the pool
+        apr_pool_userdata_setn(record, poolKey, forget, contextPool);
+    }
+    return *record;
+}
+
+OpenWorkingCopies* OpenWorkingCopies::in(apr_pool_t* contextPool)
+{
+    void* record = nullptr;
+    apr_pool_userdata_get(&record, poolKey, contextPool);
+    return static_cast<OpenWorkingCopies*>(record);
+}
+
+svn_error_t* OpenWorkingCopies::refresh(const apr_array_header_t* targets, apr_pool_t* pool)
+{
+    _targets = absolutePaths(targets, pool);
+    if (_seen.empty()) {
+        return SVN_NO_ERROR; // nothing is open
+    }
+    const bool mustRenew =
+        _seen.size() > mostOpen || isStale(pool) ||
+        std::any_of(_targets.begin(), _targets.end(), [&](const auto& path) { return isMistakenAbout(path, pool); });
+    return mustRenew ? close(pool) : SVN_NO_ERROR;
+}
+
+void OpenWorkingCopies::note(const apr_array_header_t* targets, apr_pool_t* pool)
+{
+    for (const auto& path : absolutePaths(targets, pool)) {
+        noteRoot(rootOf(path, pool), pool);
+    }
+    std::vector<std::string> roots;
+    for (const auto& [root, seen] : _seen) {
+        roots.push_back(root);
+    }
+    for (const auto& root : roots) {
+        noteExternals(root, _seen[root], pool);
+    }
+}
+
+svn_error_t* OpenWorkingCopies::close(apr_pool_t* pool)
+{
+    apr_pool_t* const generationPool = svn_pool_create(_contextPool);
+    svn_wc_context_t* fresh = nullptr;
+    if (svn_error_t* const error = svn_wc_context_create(&fresh, nullptr, generationPool, pool)) {
+        svn_pool_destroy(generationPool);
+        return error;
+    }
+    svn_error_t* const error = svn_wc_context_destroy(std::exchange(_ctx->wc_ctx, fresh));
+    if (apr_pool_t* const former = std::exchange(_generationPool, generationPool)) {
+        svn_pool_destroy(former);
+    }
+    _seen.clear();
+    return error;
+}
+
+bool OpenWorkingCopies::hasUnfinishedWork(const std::string& path) const
+{
+    std::set<std::string> roots{workingCopyRoot(path, _contextPool)};
+    for (const auto& target : _targets) {
+        roots.insert(workingCopyRoot(target, _contextPool));
+    }
+    return std::any_of(roots.begin(), roots.end(),
+                       [&](const auto& root) { return !root.empty() && hasWork(databaseOf(root, _contextPool)); });
+}
+
+bool OpenWorkingCopies::isStale(apr_pool_t* pool) const
+{
+    return std::any_of(_seen.begin(), _seen.end(), [pool](const auto& seen) {
+        return seen.second.identity != identityOf(databaseOf(seen.first, pool));
+    });
+}
+
+bool OpenWorkingCopies::isMistakenAbout(const std::string& path, apr_pool_t* pool) const
+{
+    const char* believed = nullptr;
+    svn_error_clear(svn_client_get_wc_root(&believed, path.c_str(), _ctx, pool, pool));
+    if (believed == nullptr) {
+        return false; // what is in no working copy is looked for anew each time
+    }
+    const std::string root = rootOf(path, pool);
+    return root.empty() ||
+           (root != believed && identityOf(databaseOf(root, pool)) != identityOf(databaseOf(believed, pool)));
+}
+
+void OpenWorkingCopies::noteRoot(const std::string& root, apr_pool_t* pool)
+{
+    if (!root.empty() && !_seen.contains(root)) {
+        const auto seen = _seen.emplace(root, Seen{identityOf(databaseOf(root, pool))}).first;
+        noteExternals(root, seen->second, pool);
+    }
+}
+
+void OpenWorkingCopies::noteExternals(const std::string& root, Seen& seen, apr_pool_t* pool)
+{
+    const std::string database = databaseOf(root, pool);
+    const apr_time_t changed = changeOf(database);
+    if (std::exchange(seen.changed, changed) == changed) {
+        return;
+    }
+    for (const auto& folder : externalsIn(root, database)) {
+        if (identityOf(databaseOf(folder, pool)) != FileIdentity{}) {
+            noteRoot(folder, pool);
+        }
+    }
+}
+
+namespace {
+
+svn_error_t* refreshWorkingCopies(const apr_array_header_t* targets, svn_client_ctx_t* ctx, apr_pool_t* contextPool,
+                                  apr_pool_t* pool)
+{
+    return OpenWorkingCopies::of(ctx, contextPool).refresh(targets, pool);
+}
+
+void noteWorkingCopies(const apr_array_header_t* targets, svn_client_ctx_t* ctx, apr_pool_t* contextPool,
+                       apr_pool_t* pool)
+{
+    OpenWorkingCopies::of(ctx, contextPool).note(targets, pool);
+}
+
+svn_error_t* closeWorkingCopies(svn_client_ctx_t* ctx, apr_pool_t* contextPool, apr_pool_t* pool)
+{
+    return OpenWorkingCopies::of(ctx, contextPool).close(pool);
+}
+
+#ifdef HSVN_FAST_STATUS
+svn_boolean_t hasUnfinishedWork(const char* path, apr_pool_t* contextPool)
+{
+    const OpenWorkingCopies* const record = OpenWorkingCopies::in(contextPool);
+    return record != nullptr && record->hasUnfinishedWork(path);
+}
+#endif
+
+} // namespace
+
+void fillOpenWorkingCopies(HSVNBundleExtensions& table)
+{
+    table.refresh_working_copies = refreshWorkingCopies;
+    table.note_working_copies = noteWorkingCopies;
+    table.close_working_copies = closeWorkingCopies;
+#ifdef HSVN_FAST_STATUS
+    table.has_unfinished_work = hasUnfinishedWork;
+#endif
+}
+
+} // namespace HSVNAdapter
+
+#endif

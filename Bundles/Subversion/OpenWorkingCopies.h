@@ -1,0 +1,59 @@
+#pragma once
+
+#include "WorkingCopyPlace.h"
+
+#if SVN_VER_MINOR >= 7
+
+#include <map>
+#include <string>
+#include <vector>
+
+namespace HSVNAdapter {
+
+/// The working copies whose databases a client context keeps open.
+///
+/// Subversion opens a database when it first meets the working copy, and remembers of every directory it meets which
+/// working copy that belongs to. It looks at neither again: once another program has removed, replaced or restored a
+/// working copy, or checked one out below another, it answers from what is gone. So its working-copy context is made
+/// anew when the disk says something else.
+class OpenWorkingCopies
+{
+  public:
+    /// The record of a client context, which lives in its pool.
+    static OpenWorkingCopies& of(svn_client_ctx_t* ctx, apr_pool_t* contextPool);
+    /// The same; null when there is none yet.
+    static OpenWorkingCopies* in(apr_pool_t* contextPool);
+
+    /// Makes the working-copy context anew when the disk has changed under it or under one of the targets.
+    svn_error_t* refresh(const apr_array_header_t* targets, apr_pool_t* pool);
+    /// Keeps in mind which working copies an operation on the targets opens, with the externals in them.
+    void note(const apr_array_header_t* targets, apr_pool_t* pool);
+    /// Whether there is work in the queue of the path's working copy or of one of the last refresh's targets.
+    bool hasUnfinishedWork(const std::string& path) const;
+    /// Closes all databases.
+    svn_error_t* close(apr_pool_t* pool);
+
+  private:
+    struct Seen
+    {
+        FileIdentity identity;
+        apr_time_t changed = 0; // when externals were last looked for, the database's time of change then
+    };
+
+    OpenWorkingCopies(svn_client_ctx_t* ctx, apr_pool_t* contextPool) : _ctx{ctx}, _contextPool{contextPool} {}
+
+    bool isStale(apr_pool_t* pool) const;
+    bool isMistakenAbout(const std::string& path, apr_pool_t* pool) const;
+    void noteRoot(const std::string& root, apr_pool_t* pool);
+    void noteExternals(const std::string& root, Seen& seen, apr_pool_t* pool);
+
+    svn_client_ctx_t* _ctx;
+    apr_pool_t* _contextPool;
+    apr_pool_t* _generationPool = nullptr; // of the working-copy context; null for the client context's first one
+    std::map<std::string, Seen> _seen;     // by root
+    std::vector<std::string> _targets;     // of the last refresh, absolute
+};
+
+} // namespace HSVNAdapter
+
+#endif

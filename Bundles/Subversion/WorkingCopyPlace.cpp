@@ -1,0 +1,34 @@
+#include "WorkingCopyPlace.h"
+
+#if SVN_VER_MINOR >= 7
+
+#include <sys/stat.h>
+
+namespace HSVNAdapter {
+
+FileIdentity identityOf(const std::string& file)
+{
+    struct stat attributes
+    {
+    };
+    return ::stat(file.c_str(), &attributes) == 0 ? FileIdentity{attributes.st_dev, attributes.st_ino} : FileIdentity{};
+}
+
+std::string databaseOf(std::string_view root, apr_pool_t* pool)
+{
+    return std::string{root} + '/' + svn_wc_get_adm_dir(pool) + "/wc.db";
+}
+
+std::string workingCopyRoot(std::string_view path, apr_pool_t* pool)
+{
+    for (std::string_view root = path; !root.empty(); root = root.substr(0, root.rfind('/'))) {
+        if (identityOf(databaseOf(root, pool)) != FileIdentity{}) {
+            return std::string{root};
+        }
+    }
+    return {};
+}
+
+} // namespace HSVNAdapter
+
+#endif

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <utility>
+
+/// An object that is made once and never destroyed, for the static objects that functions of the library share.
+///
+/// An application's own static objects may use the library in their destructors, when the library's would be gone.
+template <class Value>
+class HSVNEverlasting
+{
+  public:
+    template <class... Arguments>
+    explicit HSVNEverlasting(Arguments&&... arguments) : _value{std::forward<Arguments>(arguments)...}
+    {
+    }
+    ~HSVNEverlasting() {} // NOLINT(modernize-use-equals-default): the value stays
+    HSVNEverlasting(const HSVNEverlasting&) = delete;
+    HSVNEverlasting& operator=(const HSVNEverlasting&) = delete;
+
+    Value& operator*() { return _value; }
+    const Value& operator*() const { return _value; }
+
+  private:
+    union
+    {
+        Value _value;
+    };
+};

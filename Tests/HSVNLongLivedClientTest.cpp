@@ -1,0 +1,264 @@
+#include "HSVNAddOptions.h"
+#include "HSVNCommitOptions.h"
+#include "HSVNDirectory.h"
+#include "HSVNFile.h"
+#include "HSVNItemInfo.h"
+#include "HSVNItemStatus.h"
+#include "HSVNNode.h"
+#include "HSVNRepositoryChanges.h"
+#include "HSVNRevertOptions.h"
+#include "HSVNRevision.h"
+#include "HSVNRevisionSpec.h"
+#include "HSVNUpdateOptions.h"
+#include "HSVNWorkingCopyChanges.h"
+#include "HSVNWorkingCopyUpdates.h"
+#include "ReasonOf.h"
+#include "WorkingCopyTest.h"
+
+#include <functional>
+
+// A client that has worked on a working copy answers as a fresh one does, whatever other programs did to it since.
+
+namespace {
+
+namespace files = std::filesystem;
+
+struct Change
+{
+    const char* name;
+    /// Where the operations work, below the working copy.
+    const char* place;
+    void (*prepare)(const TestRepository& repository, const std::string& root);
+    void (*happen)(const TestRepository& repository, const std::string& root);
+};
+
+void checkOut(const TestRepository& repository, const std::string& item, const std::string& folder)
+{
+    mustRun({"svn", "checkout", "--quiet", repository.url(item), folder});
+}
+
+void nothing(const TestRepository&, const std::string&) {}
+
+void makePlainFolder(const TestRepository&, const std::string& root) { writeFile(root + "/nested/a.txt", "plain\n"); }
+
+void checkOutNested(const TestRepository& repository, const std::string& root)
+{
+    files::remove_all(root + "/nested");
+    checkOut(repository, "trunk", root + "/nested");
+}
+
+const Change changes[] = {
+    {"deleted", "", nothing, [](const TestRepository&, const std::string& root) { files::remove_all(root); }},
+    {"replaced", "", nothing,
+     [](const TestRepository& repository, const std::string& root) {
+         files::remove_all(root);
+         checkOut(repository, "branch", root);
+     }},
+    {"restored from a backup", "",
+     [](const TestRepository&, const std::string& root) {
+         mustRun({"cp", "-a", root, root + ".backup"});
+     },
+     [](const TestRepository&, const std::string& root) {
+         mustRun({"svn", "propset", "--quiet", "after", "the backup", root + "/a.txt"});
+         files::remove_all(root);
+         mustRun({"cp", "-a", root + ".backup", root});
+     }},
+    {"checked out anew", "", nothing,
+     [](const TestRepository& repository, const std::string& root) {
+         files::remove_all(root);
+         checkOut(repository, "trunk", root);
+     }},
+    {"nested appeared", "/nested", makePlainFolder, checkOutNested},
+    {"nested vanished", "/nested", checkOutNested,
+     [](const TestRepository& repository, const std::string& root) {
+         files::remove_all(root + "/nested");
+         makePlainFolder(repository, root);
+     }},
+    {"external checked out anew", "/external",
+     [](const TestRepository&, const std::string& root) {
+         mustRun({"svn", "propset", "--quiet", "svn:externals", "^/trunk external", root});
+         mustRun({"svn", "update", "--quiet", root});
+     },
+     [](const TestRepository& repository, const std::string& root) {
+         files::remove_all(root + "/external");
+         checkOut(repository, "trunk", root + "/external");
+     }},
+};
+
+using Operation = std::function<std::string(const std::string& place, const HSVNContextRef& context)>;
+
+HSVNPathRef pathOf(const std::string& text) { return HSVNLocalPath::pathWithString(text); }
+
+std::string textOf(const std::vector<HSVNRevisionNumber>& revisions)
+{
+    std::string text;
+    for (const auto revision : revisions) {
+        text += std::to_string(revision) + ' ';
+    }
+    return text;
+}
+
+const std::pair<const char*, Operation> operations[] = {
+    {"info",
+     [](const std::string& place, const HSVNContextRef& context) {
+         const auto node = HSVNNode::nodeAtPath(pathOf(place + "/a.txt"), HSVNRevisionSpec::UNSPECIFIED(), context);
+         return node->URL()->string() + ' ' + std::to_string(node->revision());
+     }},
+    {"status scan",
+     [](const std::string& place, const HSVNContextRef& context) {
+         return HSVNDirectory::workingCopyWithStatusAtPath(pathOf(place), context)->description();
+     }},
+    {"update",
+     [](const std::string& place, const HSVNContextRef& context) {
+         return textOf(
+             HSVNNode::updateNodes({pathOf(place)}, HSVNRevision::HEAD(), HSVNUpdateOptions::defaults(), context));
+     }},
+    {"commit",
+     [](const std::string& place, const HSVNContextRef& context) {
+         return std::to_string(HSVNNode::commitChangesToNodes({pathOf(place)}, HSVNCommitOptions::defaults(), context));
+     }},
+    {"add",
+     [](const std::string& place, const HSVNContextRef& context) {
+         HSVNNode::add(pathOf(place + "/new.txt"), context);
+         return std::string{"added"};
+     }},
+    {"revert",
+     [](const std::string& place, const HSVNContextRef& context) {
+         HSVNNode::revertNodes({pathOf(place)}, HSVNRevertOptions::defaults(), context);
+         return std::string{"reverted"};
+     }},
+    {"reading of information",
+     [](const std::string& place, const HSVNContextRef& context) {
+         std::string text;
+         HSVNReadItemInfo(
+             place + "/a.txt", HSVNRevisionSpec::UNSPECIFIED(), {},
+             [&](const HSVNItemInfo& info) { text += info.url.value_or("") + ' ' + std::to_string(info.revision); },
+             context);
+         return text;
+     }},
+    {"scan of item status",
+     [](const std::string& place, const HSVNContextRef& context) {
+         int items = 0;
+         HSVNScanItemStatus(
+             place, HSVNRevision::HEAD(), {}, [&](const HSVNItemStatus&) { ++items; }, context);
+         return std::to_string(items);
+     }},
+    {"commit of items",
+     [](const std::string& place, const HSVNContextRef& context) {
+         std::string text;
+         HSVNCommitItems({place}, {}, {{}, [&](const HSVNCommitResult& info) { text = std::to_string(info.revision); }},
+                         context);
+         return text;
+     }},
+    {"update of items",
+     [](const std::string& place, const HSVNContextRef& context) {
+         return textOf(HSVNUpdateItems({place}, HSVNRevision::HEAD(), {}, context));
+     }},
+    {"revert of items",
+     [](const std::string& place, const HSVNContextRef& context) {
+         HSVNRevertItems({place}, {}, context);
+         return std::string{"reverted"};
+     }},
+};
+
+/// One turn: a working copy, known to the client or not, is changed and then worked on.
+struct Turn
+{
+    TestRepository repository;
+    std::string root;
+    std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
+    HSVNClientRef client;
+
+    Turn(const HSVNVersion& line, const Change& change)
+        : client{std::make_shared<HSVNClient>(bundleOfLine(line), delegate)}
+    {
+        writeFile(repository.beside("given"), "a\n");
+        repository.change({"mkdir", "trunk", "put", repository.beside("given"), "trunk/a.txt", "mkdir", "branch", "put",
+                           repository.beside("given"), "branch/a.txt"});
+        root = repository.checkOut("wc", "trunk");
+        change.prepare(repository, root);
+    }
+
+    void meet(const std::string& place) const
+    {
+        for (const char* const name : {"status scan", "info"}) {
+            for (const auto& [operation, run] : operations) {
+                if (operation == std::string_view{name}) {
+                    // Of a folder that is not versioned yet: the client has asked all the same.
+                    reasonOf<HSVNPlatformException>([&] { run(root, client); });
+                    reasonOf<HSVNPlatformException>([&] { run(root + place, client); });
+                }
+            }
+        }
+    }
+
+    /// What the operation answers and leaves, without the name of this turn's folder.
+    std::string outcome(const Change& change, const Operation& run) const
+    {
+        const std::string place = root + change.place;
+        if (files::exists(place + "/a.txt")) {
+            writeFile(place + "/a.txt", "changed\n");
+            writeFile(place + "/new.txt", "new\n");
+        }
+        std::string text;
+        try {
+            text = run(place, client);
+        } catch (const HSVNPlatformException& exception) {
+            text = exception.className() + ' ' + exception.reason();
+        }
+        text += '\n' + runCommand({"svn", "status", root}).output + runCommand({"svn", "status", place}).output;
+        const std::string folder = repository.beside("");
+        for (auto at = text.find(folder); at != std::string::npos; at = text.find(folder, at)) {
+            text.replace(at, folder.size(), "<>");
+        }
+        for (auto at = text.find("0x"); at != std::string::npos; at = text.find("0x", at)) {
+            text.erase(at, std::string_view{text}.find_first_not_of("0123456789abcdefx", at) - at);
+        }
+        return text;
+    }
+};
+
+class LongLivedClient : public testing::TestWithParam<const char*>
+{
+};
+
+} // namespace
+
+TEST_P(LongLivedClient, AnswersAsAFreshOneWhateverOtherProgramsDid)
+{
+    const auto line = HSVNVersion::versionWithString(GetParam());
+    for (const auto& change : changes) {
+        for (const auto& [name, run] : operations) {
+            SCOPED_TRACE(std::string{change.name} + ", " + name);
+            const Turn fresh{line, change};
+            change.happen(fresh.repository, fresh.root);
+            const Turn kept{line, change};
+            kept.meet(change.place);
+            change.happen(kept.repository, kept.root);
+            EXPECT_EQ(kept.outcome(change, run), fresh.outcome(change, run));
+        }
+    }
+}
+
+TEST_P(LongLivedClient, LetsGoOfWorkingCopiesWhenAsked)
+{
+    const Turn turn{HSVNVersion::versionWithString(GetParam()), changes[0]};
+    const auto openDatabases = [&] {
+        int count = 0;
+        for (const auto& descriptor : files::directory_iterator{"/proc/self/fd"}) {
+            std::error_code gone;
+            count += files::read_symlink(descriptor, gone).string().starts_with(turn.root) ? 1 : 0;
+        }
+        return count;
+    };
+    for (int round = 0; round < 2; ++round) {
+        turn.meet("");
+        EXPECT_EQ(openDatabases(), 1) << "the next call is faster";
+        turn.client->closeWorkingCopies();
+        EXPECT_EQ(openDatabases(), 0);
+    }
+    turn.client->setBundle(nullptr);
+    EXPECT_NO_THROW(turn.client->closeWorkingCopies());
+}
+
+INSTANTIATE_TEST_SUITE_P(Lines, LongLivedClient, testing::Values("1.6", "1.14"), lineName);
