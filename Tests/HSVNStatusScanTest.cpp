@@ -223,18 +223,18 @@ svn propset -q svn:eol-style native normal
 svn commit -q -m "" --username alice
 svn update -q
 cd ../other
-echo theirs > text-conflict; echo theirs > outdated; echo theirs > folder/outdated
+echo theirs > text-conflict; echo theirs > outdated; echo theirs > folder/outdated; echo theirs > folder/text-conflict
 svn propset -q colour theirs property-conflict outdated
 svn remove -q tree-conflict gone
 echo new > coming; svn add -q coming
 svn commit -q -m "" --username bob
 cd ../wc
-for file in modified both text-conflict tree-conflict listed folder/modified "with blank/modified"; do
+for file in modified both text-conflict folder/text-conflict tree-conflict listed folder/modified "with blank/modified"; do
     echo mine > "$file"
 done
 printf 'normal\r\n' > normal # unchanged, but longer than in the repository
 svn propset -q colour mine properties both property-conflict folder/properties folder
-svn update -q --accept postpone text-conflict property-conflict tree-conflict
+svn update -q --accept postpone text-conflict folder/text-conflict property-conflict tree-conflict
 svn remove -q deleted deleted-tree folder/deleted
 rm -r missing lost obstructed
 mkdir obstructed
@@ -419,8 +419,10 @@ TEST_F(EveryState, LeavesConflictFilesOutOfTheCountAndTheNodes)
             removed.push_back(name);
         }
     }
-    EXPECT_THAT(removed, UnorderedElementsAre("text-conflict.mine", "text-conflict.r3", "text-conflict.r4",
-                                              "property-conflict.prej"));
+    EXPECT_THAT(removed,
+                UnorderedElementsAre("text-conflict.mine", "text-conflict.r3", "text-conflict.r4", "text-conflict.mine",
+                                     "text-conflict.r3", "text-conflict.r4", "property-conflict.prej"))
+        << "of the folder and of one in it";
     const auto conflicted = std::find_if(with.nodes.begin(), with.nodes.end(), [](const auto& node) {
         return node->status()->textStatus() == HSVNStatusKindConflicted;
     });
@@ -544,6 +546,8 @@ INSTANTIATE_TEST_SUITE_P(
     Values, RootState,
     testing::Values("svn -q propset colour blue other; svn -q commit -m '' other\n"
                     "svn -q propset colour green wc; svn -q update --accept postpone wc",
+                    "svn -q rm other/folder/file; svn -q commit -m '' other\n"
+                    "svn -q rm wc/folder/file; svn -q update --accept postpone wc",
                     R"(sqlite3 wc/.svn/wc.db "UPDATE nodes SET presence = 'incomplete' WHERE local_relpath = ''")"));
 
 TEST(UnreadableWorkingCopy, IsNotTakenForAnUnversionedFolder)

@@ -338,6 +338,14 @@ TEST_F(StatusRecords, KnowFileExternalsAndAdministrativeLocks)
     EXPECT_EQ(reported.fileExternals, (std::vector<std::string>{item("externals/extfile"), item("externals/pinned")}));
 }
 
+TEST_F(StatusRecords, AreMadeThoughTheRowsOfADatabaseDoNotFitTogether)
+{
+    const std::string path = suite->checkOut("damagedwc");
+    mustRun({"sqlite3", path + "/.svn/wc.db",
+             "UPDATE nodes SET parent_relpath = 'dir/nowhere/deep' WHERE local_relpath = 'normal'"});
+    EXPECT_GT(report(bundle->client_status2, path, true, true, false).records.size(), 10U);
+}
+
 TEST_F(StatusRecords, AreOfTheWorkingCopyThatLiesThereNow)
 {
     const std::string path = suite->checkOut("replacedwc");

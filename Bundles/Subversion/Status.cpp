@@ -12,11 +12,21 @@ struct StatusReceiver
     void* baton;
 };
 
+/// Lines before 1.6 know of none, and their records end before it.
+bool hasTreeConflict([[maybe_unused]] const svn_wc_status2_t& status)
+{
+#if SVN_VER_MINOR >= 6
+    return status.tree_conflict != nullptr;
+#else
+    return false;
+#endif
+}
+
 /// Newer lines report an item that is nowhere, neither here nor in the repository, with nothing to say of it.
 bool saysNothing(const svn_wc_status2_t& status)
 {
     return status.entry == nullptr && status.text_status == svn_wc_status_none &&
-           status.repos_text_status == svn_wc_status_none && status.repos_lock == nullptr;
+           status.repos_text_status == svn_wc_status_none && status.repos_lock == nullptr && !hasTreeConflict(status);
 }
 
 void receiveStatus(void* baton, const char* path, svn_wc_status2_t* status)

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <exception>
 #include <sys/stat.h>
 #include <system_error>
 
@@ -136,7 +137,11 @@ StatusRecords::~StatusRecords() = default;
 
 svn_error_t* StatusRecords::receive(void* baton, const char* path, const svn_client_status_t* status, apr_pool_t* pool)
 {
-    return static_cast<StatusRecords*>(baton)->receive(path, *status, pool);
+    try {
+        return static_cast<StatusRecords*>(baton)->receive(path, *status, pool);
+    } catch (const std::exception& exception) { // out of memory: it must not pass through Subversion
+        return svn_error_create(SVN_ERR_WC_CORRUPT, nullptr, exception.what());
+    }
 }
 
 svn_error_t* StatusRecords::receive(const char* path, const svn_client_status_t& status, apr_pool_t* pool)
@@ -296,7 +301,9 @@ svn_error_t* StatusRecords::readConflictedRecord(svn_wc_status2_t& record, const
     SVN_ERR(readRecord(&local, path, pool));
     record.entry = local->entry;
     record.tree_conflict = local->tree_conflict;
-    record.text_status = local->text_status;
+    // A victim that is nowhere is missing to whoever looks for it.
+    const bool isNowhere = local->text_status == svn_wc_status_none && local->tree_conflict != nullptr;
+    record.text_status = isNowhere ? svn_wc_status_missing : local->text_status;
     record.prop_status = local->prop_status;
     record.pristine_text_status = local->pristine_text_status;
     record.pristine_prop_status = local->pristine_prop_status;

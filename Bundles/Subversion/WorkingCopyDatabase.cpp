@@ -271,7 +271,11 @@ std::optional<std::string> WorkingCopyDatabase::readFolders(const std::string& t
 void WorkingCopyDatabase::addRow(UnchangedNodes& nodes, sqlite3_stmt* row, std::size_t folderLength)
 {
     const auto path = textInColumn(row, ColumnRelativePath);
-    const auto name = path.substr(folderLength == 0 ? 0 : folderLength + 1);
+    const std::size_t nameBegin = folderLength == 0 ? 0 : folderLength + 1;
+    if (path.size() <= nameBegin) {
+        return; // the row of a damaged database: a folder's items have longer paths
+    }
+    const auto name = path.substr(nameBegin);
     if (isUnchanged(row, path)) {
         nodes.add(name, nodeIn(row));
     } else {
