@@ -59,18 +59,28 @@ void addConflicts(XML& xml, const std::vector<HSVNConflictRecord>& conflicts, co
     }
 }
 
+/// Another item of the working copy, by its path below the root.
+std::optional<std::string> pathInWorkingCopy(const HSVNWorkingCopyInfo& copy,
+                                             const std::optional<std::string>& absolute)
+{
+    const std::string above = copy.rootPath.value_or("") + "/";
+    return absolute && absolute->starts_with(above) ? absolute->substr(above.size()) : absolute;
+}
+
 void addWorkingCopy(XML& xml, const HSVNWorkingCopyInfo& copy, HSVNNodeKind kind)
 {
     xml.open("wc-info").element("wcroot-abspath", copy.rootPath);
     xml.element("schedule", std::string_view{wordOf(copy.schedule)});
-    // A file has no depth of its own and is told to be whole.
-    xml.element("depth", std::string_view{wordOf(kind == HSVNNodeKindFile ? HSVNDepthInfinity : copy.depth)});
+    // A file has no depth of its own and is told to be whole, unless it is left out.
+    const bool isWhole = kind == HSVNNodeKindFile && copy.depth != HSVNDepthExclude;
+    xml.element("depth", std::string_view{wordOf(isWhole ? HSVNDepthInfinity : copy.depth)});
     xml.element("copy-from-url", copy.copyFromURL).element("copy-from-rev", textOf(copy.copyFromRevision));
     if (copy.textTime) {
         xml.element("text-updated", std::string_view{exactDate(*copy.textTime)});
     }
     xml.element("checksum", copy.checksum).element("changelist", copy.changelist);
-    xml.element("moved-from", relativePathOf(copy.movedFrom)).element("moved-to", relativePathOf(copy.movedTo));
+    xml.element("moved-from", pathInWorkingCopy(copy, copy.movedFrom));
+    xml.element("moved-to", pathInWorkingCopy(copy, copy.movedTo));
     xml.close("wc-info");
 }
 
@@ -79,7 +89,8 @@ void addWorkingCopy(XML& xml, const HSVNWorkingCopyInfo& copy, HSVNNodeKind kind
 void printInfoXML(const HSVNItemInfo& info)
 {
     XML xml;
-    XML::Attributes attributes{{"kind", wordOf(info.kind)},
+    const bool hasKind = info.kind == HSVNNodeKindFile || info.kind == HSVNNodeKindDirectory;
+    XML::Attributes attributes{{"kind", hasKind ? wordOf(info.kind) : ""},
                                {"path", shownTarget(info)},
                                {"revision", textOf(info.revision).value_or("Resource is not under version control.")}};
     if (info.kind == HSVNNodeKindFile && info.size >= 0) {
@@ -94,7 +105,7 @@ void printInfoXML(const HSVNItemInfo& info)
         addWorkingCopy(xml, *info.workingCopy, info.kind);
     }
     if (info.lastChangedRevision != HSVNInvalidRevision) {
-        addCommit(xml, info.lastChangedRevision, info.lastChangedAuthor, info.lastChangedDate);
+        addCommit(xml, info.lastChangedRevision, info.lastChangedAuthor, info.lastChangedDate.value_or(HSVNDate{}));
     }
     if (info.lock) {
         addLock(xml, *info.lock);

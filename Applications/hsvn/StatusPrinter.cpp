@@ -195,7 +195,7 @@ void StatusPrinter::printXML(const HSVNItemStatus& status)
     XML xml;
     xml.open("entry", {{"path", localStyle(status.path)}}).open("wc-status", attributes);
     if (status.changedRevision != HSVNInvalidRevision) {
-        addCommit(xml, status.changedRevision, status.changedAuthor, status.changedDate);
+        addCommit(xml, status.changedRevision, status.changedAuthor, status.changedDate.value_or(HSVNDate{}));
     }
     if (status.lock) {
         addLock(xml, *status.lock);
