@@ -91,7 +91,11 @@ function(hsvn_add_bundle target name)
   target_link_libraries(${target} PRIVATE ${arg_LIBRARIES})
   # Static archives stay private to the bundle, and its code stays loaded: Subversion registers clean-ups
   # that run as late as process exit.
-  target_link_options(${target} PRIVATE -Wl,--exclude-libs,ALL -Wl,-z,nodelete -Wl,--no-undefined)
+  target_link_options(${target} PRIVATE -Wl,--exclude-libs,ALL -Wl,-z,nodelete)
+  # Clang's sanitizers are in the program that loads the bundle.
+  if(NOT (HSVN_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES Clang))
+    target_link_options(${target} PRIVATE -Wl,--no-undefined)
+  endif()
   hsvn_export_only(${target} ${PROJECT_SOURCE_DIR}/cmake/HSVNModule.map)
   set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME HSVNBundle SUFFIX ".so"
                                              LIBRARY_OUTPUT_DIRECTORY ${folder})
