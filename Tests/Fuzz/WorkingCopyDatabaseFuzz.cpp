@@ -71,14 +71,14 @@ std::vector<std::string> wordsOf(const std::string& column)
     return found == words.end() ? std::vector<std::string>{} : found->second;
 }
 
-/// A relative path as Subversion writes them; it ends the process for any other.
+/// A relative path as Subversion writes them; for any other it ends the process or walks up and down for ever.
 std::string canonicalPath(std::string_view text)
 {
     std::string path;
     while (!text.empty()) {
         const auto length = std::min(text.find('/'), text.size());
         const auto name = text.substr(0, std::min(length, text.find('\0')));
-        if (!name.empty() && name != ".") {
+        if (!name.empty() && name != "." && name != "..") {
             path.append(path.empty() ? "" : "/").append(name);
         }
         text.remove_prefix(std::min(length + 1, text.size()));
