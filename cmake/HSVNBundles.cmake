@@ -37,7 +37,8 @@ function(hsvn_adapter_settings target include_folder)
   target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR}/Source ${HSVN_ADAPTER_FOLDER})
   target_link_libraries(${target} PRIVATE hsvn_warnings PkgConfig::APR Threads::Threads)
   # The bundles exist to serve the older functions of every line.
-  target_compile_options(${target} PRIVATE -Wno-deprecated-declarations)
+  # A source that does not see HSVN_LINE_MINOR would take it for 0.
+  target_compile_options(${target} PRIVATE -Wno-deprecated-declarations -Wundef)
   # From 1.9 on the adapter reads working-copy databases itself. It must do so with the SQLite that the line uses:
   # two copies of SQLite in one process take each other's file locks away.
   hsvn_subversion_version(${include_folder} version)
@@ -68,8 +69,10 @@ function(hsvn_working_copy_format version result)
     set(format 10)
   elseif(minor EQUAL 7)
     set(format 29)
-  else()
+  elseif(minor LESS 15)
     set(format 31)
+  else()
+    set(format 32)
   endif()
   set(${result} ${format} PARENT_SCOPE)
 endfunction()

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include <svn_utf.h>
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
 #include <svn_dirent_uri.h>
 #endif
 
@@ -145,7 +145,7 @@ svn_error_t* canonicalizeURL(const char** url, apr_pool_t* pool)
     if (authority.empty() && scheme != "file://") {
         return badURL(*url, "has no host");
     }
-#if SVN_VER_MINOR < 10
+#if HSVN_LINE_MINOR < 10
     // Newer lines do so themselves.
     const auto host = authority.substr(std::min(authority.rfind('@') + 1, authority.size()));
     if (scheme.starts_with("svn+") && (authority.starts_with('-') || host.starts_with('-'))) {
@@ -159,7 +159,7 @@ svn_error_t* canonicalizeURL(const char** url, apr_pool_t* pool)
     }
     const std::string path = svn_path_uri_encode(resolvedPath(decoded).c_str(), pool);
     const std::string canonical = scheme + canonicalAuthority(authority) + path;
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
     // Takes default ports away; what it would not accept must not reach the functions that assert on it.
     *url = svn_uri_canonicalize(canonical.c_str(), pool);
     return svn_uri_is_canonical(*url, pool) ? SVN_NO_ERROR : badURL(*url, "is malformed");

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HSVNSubversionPrivate.h"
+#include "SubversionLine.h"
 
 // Subversion aborts the process on paths and URLs that are not in its canonical form, so nothing reaches it that has
 // not passed through here. Paths become absolute (1.4 and 1.5 report notifications relative to the current folder

@@ -257,7 +257,7 @@ svn_error_t* merge2(const char* source1, const svn_opt_revision_t* revision1, co
                                       dryRun, mergeOptions, ctx, pool));
 }
 
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
 svn_error_t* merge3(const char* source1, const svn_opt_revision_t* revision1, const char* source2,
                     const svn_opt_revision_t* revision2, const char* target, svn_depth_t depth,
                     svn_boolean_t ignoreAncestry, svn_boolean_t force, svn_boolean_t recordOnly, svn_boolean_t dryRun,
@@ -281,7 +281,7 @@ void fillChangeOperations(HSVNBundleEntryPoints& table)
     table.client_move4 = move4;
     table.client_export3 = exportTree<svn_client_export3, svn_boolean_t>;
     table.client_merge2 = merge2;
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
     table.client_export4 = exportTree<svn_client_export4, svn_depth_t>;
     table.client_merge3 = merge3;
 #endif

@@ -15,13 +15,13 @@ svn_error_t* commit3(svn_commit_info_t** info, const apr_array_header_t* targets
     const CommitInformation information{info};
     const LogMessageTap messages{ctx};
     SVN_ERR(canonicalizeAll(&targets, TargetKind::Path, pool));
-#if SVN_VER_MINOR < 6
+#if HSVN_LINE_MINOR < 6
     const CommitTap tap{ctx, targets, recurse, pool};
 #endif
     return smoothed(svn_client_commit3(info, targets, recurse, keepLocks, ctx, pool));
 }
 
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
 svn_error_t* commit4(svn_commit_info_t** info, const apr_array_header_t* targets, svn_depth_t depth,
                      svn_boolean_t keepLocks, svn_boolean_t keepChangelists, const apr_array_header_t* changelists,
                      const apr_hash_t* revisionProperties, svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -30,7 +30,7 @@ svn_error_t* commit4(svn_commit_info_t** info, const apr_array_header_t* targets
     const LogMessageTap messages{ctx};
     SVN_ERR(canonicalizeAll(&targets, TargetKind::Path, pool));
     SVN_ERR(settleWalkDepth(&depth));
-#if SVN_VER_MINOR < 6
+#if HSVN_LINE_MINOR < 6
     const CommitTap tap{ctx, targets, depth == svn_depth_infinity, pool};
 #endif
     return smoothed(svn_client_commit4(info, targets, depth, keepLocks, keepChangelists, changelists,
@@ -62,7 +62,7 @@ svn_error_t* mkdir2(svn_commit_info_t** info, const apr_array_header_t* paths, s
 void fillCommitOperations(HSVNBundleEntryPoints& table)
 {
     table.client_commit3 = commit3;
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
     table.client_commit4 = commit4;
 #endif
     table.client_import2 = import2;

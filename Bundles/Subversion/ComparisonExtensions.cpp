@@ -6,7 +6,7 @@
 namespace HSVNAdapter {
 namespace {
 
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
 svn_error_t* summarize(const char* target1, const svn_opt_revision_t* revision1, const char* target2,
                        const svn_opt_revision_t* revision2, const HSVNBundleExtensions::Comparing* wishes,
                        svn_client_diff_summarize_func_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -28,7 +28,7 @@ svn_error_t* summarizePeg(const char* target, const svn_opt_revision_t* pegRevis
 }
 #endif
 
-#if SVN_VER_MINOR >= 11
+#if HSVN_LINE_MINOR >= 11
 svn_error_t* settleStreams(svn_stream_t** out, svn_stream_t** errors, apr_pool_t* pool)
 {
     if (*out == nullptr) {
@@ -65,7 +65,7 @@ svn_error_t* diffPeg(svn_stream_t* out, svn_stream_t* errors, const char* target
 }
 #endif
 
-#if SVN_VER_MINOR >= 12
+#if HSVN_LINE_MINOR >= 12
 svn_error_t* blame(svn_revnum_t* first, svn_revnum_t* last, const char* target, const svn_opt_revision_t* pegRevision,
                    const svn_opt_revision_t* start, const svn_opt_revision_t* end, const apr_array_header_t* arguments,
                    svn_boolean_t ignoreContentType, svn_boolean_t mergedRevisions,
@@ -83,15 +83,15 @@ svn_error_t* blame(svn_revnum_t* first, svn_revnum_t* last, const char* target, 
 
 void fillComparisonExtensions([[maybe_unused]] HSVNBundleExtensions& table)
 {
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
     table.client_diff_summarize = summarize;
     table.client_diff_summarize_peg = summarizePeg;
 #endif
-#if SVN_VER_MINOR >= 11
+#if HSVN_LINE_MINOR >= 11
     table.client_diff = diff;
     table.client_diff_peg = diffPeg;
 #endif
-#if SVN_VER_MINOR >= 12
+#if HSVN_LINE_MINOR >= 12
     table.client_blame = blame;
 #endif
 }

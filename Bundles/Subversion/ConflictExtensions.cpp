@@ -7,7 +7,7 @@
 namespace HSVNAdapter {
 namespace {
 
-#if SVN_VER_MINOR >= 10
+#if HSVN_LINE_MINOR >= 10
 svn_error_t* get(svn_client_conflict_t** conflict, const char* path, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTarget(&path, pool));
@@ -116,7 +116,7 @@ svn_error_t* values(HSVNBundleExtensions::ConflictSides<const svn_string_t*>* va
 }
 #endif
 
-#if SVN_VER_MINOR >= 11
+#if HSVN_LINE_MINOR >= 11
 svn_error_t* moveTargets(apr_array_header_t** targets, svn_client_conflict_t* conflict, int id,
                          svn_boolean_t inRepository, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
@@ -143,7 +143,7 @@ svn_error_t* chooseMoveTarget(svn_client_conflict_t* conflict, int id, svn_boole
 }
 #endif
 
-#if SVN_VER_MINOR >= 9
+#if HSVN_LINE_MINOR >= 9
 svn_error_t* diffFiles(svn_stream_t* out, const char* original, const char* modified, const char* originalLabel,
                        const char* modifiedLabel, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
@@ -247,13 +247,13 @@ svn_error_t* diffStretches(apr_array_header_t** stretches, const Files* files, s
 
 void fillConflictExtensions([[maybe_unused]] HSVNBundleExtensions& table)
 {
-#if SVN_VER_MINOR >= 9
+#if HSVN_LINE_MINOR >= 9
     table.diff_files = diffFiles;
     table.diff_conflicts = diffConflicts;
     table.diff_values = diffValues;
     table.diff_stretches = diffStretches;
 #endif
-#if SVN_VER_MINOR >= 10
+#if HSVN_LINE_MINOR >= 10
     table.conflict_get = get;
     table.conflict_state = state;
     table.conflict_description = description;
@@ -263,7 +263,7 @@ void fillConflictExtensions([[maybe_unused]] HSVNBundleExtensions& table)
     table.conflict_files = files;
     table.conflict_values = values;
 #endif
-#if SVN_VER_MINOR >= 11
+#if HSVN_LINE_MINOR >= 11
     table.conflict_move_targets = moveTargets;
     table.conflict_choose_move_target = chooseMoveTarget;
 #endif

@@ -48,7 +48,7 @@ svn_error_t* askForPlaintext(svn_boolean_t* mayStore, const char* realm, void* b
 svn_auth_provider_object_t* files(Stores* stores)
 {
     svn_auth_provider_object_t* provider = nullptr;
-#if SVN_VER_MINOR >= 6
+#if HSVN_LINE_MINOR >= 6
     if (stores->arePassphrases) {
         svn_auth_get_ssl_client_cert_pw_file_provider2(&provider, askForPlaintext, stores, stores->pool);
     } else {
@@ -67,7 +67,7 @@ svn_auth_provider_object_t* files(Stores* stores)
 svn_error_t* findStores(Stores* stores)
 {
     auto* found = apr_array_make(stores->pool, 4, sizeof(svn_auth_provider_object_t*));
-#if SVN_VER_MINOR >= 6
+#if HSVN_LINE_MINOR >= 6
     auto* config = static_cast<svn_config_t*>(
         apr_hash_get(stores->parameters, SVN_AUTH_PARAM_CONFIG_CATEGORY_CONFIG, APR_HASH_KEY_STRING));
     apr_array_header_t* platform = nullptr;
@@ -138,7 +138,7 @@ svn_error_t* nextCredentials(void** credentials, void* iteration, void* baton, a
     return firstFrom(place, credentials, *stores, realm, pool);
 }
 
-#if SVN_VER_MINOR < 6
+#if HSVN_LINE_MINOR < 6
 /// These lines' files take a password without asking.
 svn_error_t* allowsFiles(svn_boolean_t* allowed, Stores* stores, const char* realm, apr_pool_t* pool)
 {
@@ -158,7 +158,7 @@ svn_error_t* saveCredentials(svn_boolean_t* saved, void* credentials, void* bato
     *saved = FALSE;
     Stores* stores = nullptr;
     SVN_ERR(prepare(&stores, baton, parameters));
-#if SVN_VER_MINOR < 6
+#if HSVN_LINE_MINOR < 6
     svn_boolean_t allowed = FALSE;
     SVN_ERR(allowsFiles(&allowed, stores, realm, pool));
     if (!allowed) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "HSVNBundleExtensionsPrivate.h"
+#include "SubversionLine.h"
 
 // Where Subversion keeps passwords and passphrases: the platform's stores first, which encrypt, then its own files,
 // which do not.

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "HSVNBundleEntryPointsPrivate.h"
+#include "SubversionLine.h"
 
 // The table is filled by the sources that hold its functions, each its own places.
 

@@ -103,7 +103,7 @@ svn_error_t* smoothed(svn_error_t* error, std::initializer_list<ErrorRule> rules
     if (hasCode(error, SVN_ERR_CANCELLED)) {
         return error;
     }
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
     if (hasCode(error, SVN_ERR_SQLITE_BUSY)) {
         return withCode(SVN_ERR_WC_LOCKED, error);
     }
@@ -119,7 +119,7 @@ svn_error_t* smoothed(svn_error_t* error, std::initializer_list<ErrorRule> rules
     if (const apr_status_t meaning = meaningOf(error)) {
         return withCode(meaning, error);
     }
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
     if (error->apr_err == SVN_ERR_WC_PATH_NOT_FOUND) {
         return withCode(SVN_ERR_ENTRY_NOT_FOUND, error);
     }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "HSVNBundleExtensionsPrivate.h"
+#include "SubversionLine.h"
 
 // Places of the second table that have sources of their own.
 

@@ -4,13 +4,13 @@
 
 #include <string_view>
 
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
 #include <svn_dirent_uri.h>
 #endif
 
 namespace HSVNAdapter {
 
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
 svn_error_t* checkTarget(const char** target, apr_pool_t* pool)
 {
     const char* checked = *target;
@@ -47,7 +47,7 @@ svn_error_t* checkRelativeTarget(const char** target, apr_pool_t* pool)
     if (isURL(*target) || **target == '/') {
         return svn_error_createf(SVN_ERR_ILLEGAL_TARGET, nullptr, "'%s' is not a relative path", *target);
     }
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
     *target = svn_relpath_canonicalize(*target, pool);
 #else
     *target = svn_path_canonicalize(*target, pool);
@@ -133,7 +133,7 @@ svn_error_t* checkRevision(const svn_opt_revision_t* revision)
                : svn_error_create(SVN_ERR_CLIENT_BAD_REVISION, nullptr, "A revision is needed");
 }
 
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
 svn_error_t* checkWalkDepth(svn_depth_t depth)
 {
     return depth != svn_depth_exclude

@@ -32,7 +32,7 @@ svn_error_t* checkListedPath(const char* path, const char* folder);
 /// Refuses no revision at all where Subversion asserts that there is one.
 svn_error_t* checkRevision(const svn_opt_revision_t* revision);
 
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
 /// Refuses the depth "exclude", which is none of a walk through items.
 svn_error_t* checkWalkDepth(svn_depth_t depth);
 

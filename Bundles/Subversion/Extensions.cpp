@@ -11,7 +11,7 @@
 namespace HSVNAdapter {
 namespace {
 
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
 svn_error_t* targetArray(apr_array_header_t** targets, const apr_array_header_t* arguments, svn_client_ctx_t* ctx,
                          apr_pool_t* pool)
 {
@@ -43,7 +43,7 @@ int parseRevision(svn_opt_revision_t* start, svn_opt_revision_t* end, const char
     return svn_opt_parse_revision(start, end, text, pool);
 }
 
-#if SVN_VER_MINOR >= 6
+#if HSVN_LINE_MINOR >= 6
 svn_error_t* createAuthBaton(svn_auth_baton_t** baton, const HSVNBundleExtensions::Authentication* wishes,
                              svn_config_t* config, HSVNBundleExtensions::CancelFunction cancel, void* cancelBaton,
                              apr_pool_t* pool)
@@ -52,7 +52,7 @@ svn_error_t* createAuthBaton(svn_auth_baton_t** baton, const HSVNBundleExtension
     if (folder != nullptr) {
         SVN_ERR(checkLocalTarget(&folder, pool));
     }
-#if SVN_VER_MINOR >= 9
+#if HSVN_LINE_MINOR >= 9
     return svn_cmdline_create_auth_baton2(baton, wishes->nonInteractive, wishes->username, wishes->password, folder,
                                           wishes->noAuthCache, wishes->trustUnknownAuthority,
                                           wishes->trustHostnameMismatch, wishes->trustExpired, wishes->trustNotYetValid,
@@ -84,7 +84,7 @@ svn_error_t* log(const apr_array_header_t* targets, const svn_opt_revision_t* pe
 }
 #endif
 
-#if SVN_VER_MINOR >= 8
+#if HSVN_LINE_MINOR >= 8
 svn_error_t* propget(apr_hash_t** properties, apr_array_header_t** inherited, const char* name, const char* target,
                      const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision, svn_depth_t depth,
                      const apr_array_header_t* changelists, svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -107,7 +107,7 @@ svn_error_t* proplist(const char* target, const svn_opt_revision_t* pegRevision,
 }
 #endif
 
-#if SVN_VER_MINOR >= 9
+#if HSVN_LINE_MINOR >= 9
 svn_error_t* status(svn_revnum_t* result, svn_client_ctx_t* ctx, const char* path, const svn_opt_revision_t* revision,
                     svn_depth_t depth, svn_boolean_t getAll, svn_boolean_t checkOutOfDate, svn_boolean_t noIgnore,
                     svn_boolean_t ignoreExternals, const apr_array_header_t* changelists,
@@ -138,7 +138,7 @@ svn_error_t* cat(svn_stream_t* out, const char* target, const svn_opt_revision_t
 }
 #endif
 
-#if SVN_VER_MINOR >= 10
+#if HSVN_LINE_MINOR >= 10
 struct Listing
 {
     HSVNBundleExtensions::ListReceiver receiver;
@@ -205,26 +205,26 @@ HSVNBundleExtensions makeExtensions()
     table.client_revprop_list = revpropList;
     table.client_url_from_path = urlFromPath;
     table.error_meaning = meaningOf;
-#if SVN_VER_MINOR >= 6
+#if HSVN_LINE_MINOR >= 6
     table.cmdline_create_auth_baton = createAuthBaton;
     table.client_log = log;
 #endif
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
     table.client_args_to_target_array = targetArray;
     table.wc_conflicted = conflicted;
     fillOpenWorkingCopies(table);
 #endif
-#if SVN_VER_MINOR >= 8
+#if HSVN_LINE_MINOR >= 8
     table.client_propget = propget;
     table.client_proplist = proplist;
     table.version_details = versionDetails;
 #endif
-#if SVN_VER_MINOR >= 9
+#if HSVN_LINE_MINOR >= 9
     table.client_status = status;
     table.client_info = info;
     table.client_cat = cat;
 #endif
-#if SVN_VER_MINOR >= 10
+#if HSVN_LINE_MINOR >= 10
     table.client_list = list;
 #endif
     fillAuthenticationExtensions(table);

@@ -12,7 +12,7 @@ svn_error_t* parseExternals(apr_array_header_t** externals, const char* defining
     if (definingFolder != nullptr && *definingFolder != '\0') {
         HSVN_CANONICAL_TARGET(definingFolder, pool);
     }
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
     return smoothed(svn_wc_parse_externals_description3(externals, definingFolder, text, canonicalizeURL, pool));
 #else
     static_cast<void>(canonicalizeURL); // this line always canonicalizes

@@ -2,7 +2,7 @@
 
 #include "CanonicalPaths.h"
 
-#if SVN_VER_MINOR >= 10
+#if HSVN_LINE_MINOR >= 10
 #include <string>
 #include <string_view>
 
@@ -11,7 +11,7 @@
 
 namespace HSVNAdapter {
 
-#if SVN_VER_MINOR >= 10
+#if HSVN_LINE_MINOR >= 10
 svn_error_t* ListingLocks::takeOver(svn_boolean_t* wanted, const char* target)
 {
     if (!*wanted) {

@@ -86,7 +86,7 @@ const char* LockTap::targetNamed(const char* name) const
     return shortest;
 }
 
-#if SVN_VER_MINOR < 6
+#if HSVN_LINE_MINOR < 6
 CommitTap::CommitTap(svn_client_ctx_t* ctx, const apr_array_header_t* targets, svn_boolean_t recurse, apr_pool_t* pool)
     : NotificationTap{ctx}
 {

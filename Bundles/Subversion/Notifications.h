@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HSVNSubversionPrivate.h"
+#include "SubversionLine.h"
 
 #include <vector>
 
@@ -58,7 +58,7 @@ class LockTap : public NotificationTap
     std::vector<svn_error_t*> _failures; // for as long as notifications with them may be looked at
 };
 
-#if SVN_VER_MINOR < 6
+#if HSVN_LINE_MINOR < 6
 /// Makes the paths of a commit's notifications absolute: lines before 1.6 report them relative to what the working copy
 /// and the current folder have in common.
 class CommitTap : public NotificationTap

@@ -39,7 +39,7 @@ svn_error_t* info(const char* target, const svn_opt_revision_t* pegRevision, con
     // Every line has a code of its own for an item that is not versioned.
     return smoothed(error, {
         {SVN_ERR_ENTRY_NOT_FOUND, SVN_ERR_UNVERSIONED_RESOURCE},
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
         {
             SVN_ERR_WC_PATH_NOT_FOUND, SVN_ERR_UNVERSIONED_RESOURCE
         }

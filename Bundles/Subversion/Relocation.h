@@ -1,10 +1,10 @@
 #pragma once
 
-#include "HSVNSubversionPrivate.h"
+#include "SubversionLine.h"
 
 namespace HSVNAdapter {
 
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
 /// Tells a working copy, and those of its externals from the same repository, that the repository has moved.
 ///
 /// Stands for svn_client_relocate2, which crashes for an external whose folder is gone.

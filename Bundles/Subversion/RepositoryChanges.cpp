@@ -5,7 +5,7 @@
 namespace HSVNAdapter {
 namespace {
 
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
 svn_error_t* mkdir(const apr_array_header_t* targets, svn_boolean_t makeParents, const apr_hash_t* revisionProperties,
                    svn_commit_callback2_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
@@ -25,7 +25,7 @@ svn_error_t* remove(const apr_array_header_t* targets, svn_boolean_t force, svn_
 }
 #endif
 
-#if SVN_VER_MINOR >= 8
+#if HSVN_LINE_MINOR >= 8
 svn_error_t* commit(const apr_array_header_t* targets, svn_depth_t depth, svn_boolean_t keepLocks,
                     svn_boolean_t keepChangelists, svn_boolean_t includeExternals,
                     const apr_array_header_t* changelists, const apr_hash_t* revisionProperties,
@@ -62,7 +62,7 @@ svn_error_t* move(const apr_array_header_t* sources, const char* destination, sv
 }
 #endif
 
-#if SVN_VER_MINOR >= 9
+#if HSVN_LINE_MINOR >= 9
 svn_error_t* copy(const apr_array_header_t* sources, const char* destination, svn_boolean_t asChild,
                   svn_boolean_t makeParents, svn_boolean_t ignoreExternals, svn_boolean_t pinExternals,
                   const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
@@ -89,16 +89,16 @@ svn_error_t* copy(const apr_array_header_t* sources, const char* destination, sv
 
 void fillRepositoryExtensions([[maybe_unused]] HSVNBundleExtensions& table)
 {
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
     table.client_mkdir = mkdir;
     table.client_delete = remove;
 #endif
-#if SVN_VER_MINOR >= 8
+#if HSVN_LINE_MINOR >= 8
     table.client_commit = commit;
     table.client_import = importTree;
     table.client_move = move;
 #endif
-#if SVN_VER_MINOR >= 9
+#if HSVN_LINE_MINOR >= 9
     table.client_copy = copy;
 #endif
 }

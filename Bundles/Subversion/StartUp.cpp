@@ -1,26 +1,26 @@
 #include "StartUp.h"
 
-#include "HSVNSubversionPrivate.h"
+#include "SubversionLine.h"
 
 #include <apr_general.h>
 #include <svn_dso.h>
 #include <svn_fs.h>
 #include <svn_utf.h>
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
 #include <svn_cache_config.h>
 #endif
 
 namespace HSVNAdapter {
 namespace {
 
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
 /// With the default 16 MiB a long-lived process over file:// commits ever more slowly.
 constexpr apr_uint64_t fileSystemCacheSize = 128ULL * 1024 * 1024;
 #endif
 
 svn_error_t* startSubversion(apr_pool_t* pool)
 {
-#if SVN_VER_MINOR >= 6
+#if HSVN_LINE_MINOR >= 6
     // What fails an internal check becomes an error of the operation; the default handler aborts the process.
     svn_error_set_malfunction_handler(svn_error_raise_on_malfunction);
     SVN_ERR(svn_dso_initialize2());
@@ -28,7 +28,7 @@ svn_error_t* startSubversion(apr_pool_t* pool)
     svn_dso_initialize();
 #endif
     svn_utf_initialize(pool);
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
     svn_cache_config_t settings = *svn_cache_config_get();
     settings.cache_size = fileSystemCacheSize;
     settings.single_threaded = FALSE;

@@ -55,7 +55,7 @@ svn_error_t* status2(svn_revnum_t* result, const char* path, const svn_opt_revis
     svn_error_t* error = svn_client_status2(result, path, revision, receiveStatus, &filter, recurse, getAll, update,
                                             noIgnore, ignoreExternals, ctx, pool);
 #endif
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
     // Below an unversioned folder.
     return smoothed(error, {{SVN_ERR_WC_PATH_NOT_FOUND, SVN_ERR_WC_NOT_DIRECTORY}});
 #else

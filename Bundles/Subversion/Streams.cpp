@@ -5,7 +5,7 @@ namespace {
 
 void setRead(svn_stream_t* stream, svn_read_fn_t read)
 {
-#if SVN_VER_MINOR >= 9
+#if HSVN_LINE_MINOR >= 9
     // A platform stream may give fewer bytes than it is asked for; the older function would take them for the last.
     svn_stream_set_read2(stream, read, nullptr);
 #else

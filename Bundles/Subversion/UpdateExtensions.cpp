@@ -6,7 +6,7 @@
 namespace HSVNAdapter {
 namespace {
 
-#if SVN_VER_MINOR >= 8
+#if HSVN_LINE_MINOR >= 8
 /// Settles conflicts as it is told, while it lives.
 class ConflictSettler
 {
@@ -45,7 +45,7 @@ class ConflictSettler
 };
 #endif
 
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
 svn_error_t* checkout(svn_revnum_t* result, const char* url, const char* path, const svn_opt_revision_t* pegRevision,
                       const svn_opt_revision_t* revision, const HSVNBundleExtensions::Updating* wishes,
                       svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -63,14 +63,14 @@ svn_error_t* mergeReintegrate(const char* source, const svn_opt_revision_t* pegR
 {
     SVN_ERR(checkTarget(&source, pool));
     SVN_ERR(checkLocalTarget(&target, pool));
-#if SVN_VER_MINOR >= 8
+#if HSVN_LINE_MINOR >= 8
     const ConflictSettler settler{ctx, *wishes};
 #endif
     return svn_client_merge_reintegrate(source, pegRevision, target, wishes->dryRun, wishes->arguments, ctx, pool);
 }
 #endif
 
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
 svn_error_t* update(apr_array_header_t** revisions, const apr_array_header_t* targets,
                     const svn_opt_revision_t* revision, const HSVNBundleExtensions::Updating* wishes,
                     svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -107,7 +107,7 @@ svn_error_t* exportTo(svn_revnum_t* result, const char* from, const char* to, co
 }
 #endif
 
-#if SVN_VER_MINOR >= 8
+#if HSVN_LINE_MINOR >= 8
 svn_error_t* merge(const char* source1, const svn_opt_revision_t* revision1, const char* source2,
                    const svn_opt_revision_t* revision2, const char* target, const HSVNBundleExtensions::Merging* wishes,
                    svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -141,16 +141,16 @@ svn_error_t* mergePeg(const char* source, const apr_array_header_t* ranges, cons
 
 void fillUpdateExtensions([[maybe_unused]] HSVNBundleExtensions& table)
 {
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
     table.client_checkout = checkout;
     table.client_merge_reintegrate = mergeReintegrate;
 #endif
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
     table.client_update = update;
     table.client_switch = switchTo;
     table.client_export = exportTo;
 #endif
-#if SVN_VER_MINOR >= 8
+#if HSVN_LINE_MINOR >= 8
     table.client_merge = merge;
     table.client_merge_peg = mergePeg;
 #endif

@@ -1,6 +1,6 @@
 #include "VersionDetails.h"
 
-#if SVN_VER_MINOR >= 8
+#if HSVN_LINE_MINOR >= 8
 
 #include <dlfcn.h>
 #include <filesystem>

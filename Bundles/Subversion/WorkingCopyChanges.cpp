@@ -6,7 +6,7 @@
 namespace HSVNAdapter {
 namespace {
 
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
 svn_error_t* resolve(const char* path, svn_depth_t depth, int choice, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTarget(&path, pool));
@@ -30,7 +30,7 @@ svn_error_t* removeFromChangelists(const apr_array_header_t* paths, svn_depth_t 
 }
 #endif
 
-#if SVN_VER_MINOR >= 6
+#if HSVN_LINE_MINOR >= 6
 svn_error_t* revpropSet(const char* name, const svn_string_t* value, const char* url,
                         const svn_opt_revision_t* revision, svn_revnum_t* number, svn_boolean_t force,
                         svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -42,7 +42,7 @@ svn_error_t* revpropSet(const char* name, const svn_string_t* value, const char*
 }
 #endif
 
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
 svn_error_t* propset(const char* name, const svn_string_t* value, const apr_array_header_t* targets, svn_depth_t depth,
                      svn_boolean_t skipChecks, const apr_array_header_t* changelists, svn_client_ctx_t* ctx,
                      apr_pool_t* pool)
@@ -69,7 +69,7 @@ svn_error_t* relocate(const char* path, const char* from, const char* to, svn_bo
 }
 #endif
 
-#if SVN_VER_MINOR >= 8
+#if HSVN_LINE_MINOR >= 8
 svn_error_t* add(const char* path, svn_depth_t depth, svn_boolean_t force, svn_boolean_t noIgnore,
                  svn_boolean_t noAutoProperties, svn_boolean_t addParents, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
@@ -78,7 +78,7 @@ svn_error_t* add(const char* path, svn_depth_t depth, svn_boolean_t force, svn_b
 }
 #endif
 
-#if SVN_VER_MINOR >= 9
+#if HSVN_LINE_MINOR >= 9
 svn_error_t* cleanup(const char* path, svn_boolean_t breakLocks, svn_boolean_t fixTimestamps,
                      svn_boolean_t clearWebCache, svn_boolean_t vacuumPristines, svn_boolean_t includeExternals,
                      svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -100,7 +100,7 @@ svn_error_t* vacuum(const char* path, svn_boolean_t removeUnversioned, svn_boole
 }
 #endif
 
-#if SVN_VER_MINOR >= 10
+#if HSVN_LINE_MINOR >= 10
 struct ConflictWalk
 {
     HSVNBundleExtensions::ConflictReceiver receiver;
@@ -123,7 +123,7 @@ svn_error_t* walkConflicts(const char* path, svn_depth_t depth, HSVNBundleExtens
 }
 #endif
 
-#if SVN_VER_MINOR >= 11
+#if HSVN_LINE_MINOR >= 11
 svn_error_t* revert(const apr_array_header_t* paths, svn_depth_t depth, const apr_array_header_t* changelists,
                     svn_boolean_t clearChangelists, svn_boolean_t metadataOnly, svn_boolean_t keepAdded,
                     svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -165,30 +165,30 @@ void fillWorkingCopyExtensions(HSVNBundleExtensions& table)
     table.client_lock = lock;
     table.client_unlock = unlock;
     table.repos_create = createRepository;
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
     table.client_resolve = resolve;
     table.client_add_to_changelist = addToChangelist;
     table.client_remove_from_changelists = removeFromChangelists;
 #endif
-#if SVN_VER_MINOR >= 6
+#if HSVN_LINE_MINOR >= 6
     table.client_revprop_set = revpropSet;
 #endif
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
     table.client_propset = propset;
     table.client_upgrade = upgrade;
     table.client_relocate = relocate;
 #endif
-#if SVN_VER_MINOR >= 8
+#if HSVN_LINE_MINOR >= 8
     table.client_add = add;
 #endif
-#if SVN_VER_MINOR >= 9
+#if HSVN_LINE_MINOR >= 9
     table.client_cleanup = cleanup;
     table.client_vacuum = vacuum;
 #endif
-#if SVN_VER_MINOR >= 10
+#if HSVN_LINE_MINOR >= 10
     table.conflict_walk = walkConflicts;
 #endif
-#if SVN_VER_MINOR >= 11
+#if HSVN_LINE_MINOR >= 11
     table.client_revert = revert;
 #endif
 }

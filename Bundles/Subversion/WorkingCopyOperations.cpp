@@ -60,7 +60,7 @@ svn_error_t* update2(apr_array_header_t** results, const apr_array_header_t* pat
     return smoothed(svn_client_update2(results, paths, revision, recurse, ignoreExternals, ctx, pool));
 }
 
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
 svn_error_t* checkout3(svn_revnum_t* result, const char* url, const char* path, const svn_opt_revision_t* pegRevision,
                        const svn_opt_revision_t* revision, svn_depth_t depth, svn_boolean_t ignoreExternals,
                        svn_boolean_t allowObstructions, svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -96,7 +96,7 @@ void fillWorkingCopyOperations(HSVNBundleEntryPoints& table)
     table.client_resolved = resolved;
     table.client_revert = revert;
     table.client_update2 = update2;
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
     table.client_checkout3 = checkout3;
     table.client_update3 = update3;
 #endif
