@@ -1,7 +1,10 @@
 #include "HSVNBundle.h"
 
+#include "HSVNBundleLoader.h"
+#include "HSVNInitializePrivate.h"
 #include "HSVNPlatformException.h"
 
+#include <fmt/format.h>
 #include <memory>
 #include <vector>
 
@@ -26,12 +29,23 @@ std::vector<HSVNBundleRef>& bundleStack()
     return *stack;
 }
 
+/// Why there is no bundle to be made current.
+std::string reasonForNil()
+{
+    if (HSVNBundleLoader::sharedInstance().newestVersion()) {
+        return "A nil bundle cannot be made current";
+    }
+    return HSVNIsInitialized()
+               ? fmt::format("There is no bundle of Subversion in '{}'", HSVNBundleLoader::defaultBundleDirectory())
+               : "No bundle of Subversion is loaded: HSVNInitialize has not been called";
+}
+
 } // namespace
 
 void HSVNBundlePush(const HSVNBundleRef& bundle)
 {
     if (!bundle) {
-        throw HSVNInvalidArgumentException("A nil bundle cannot be made current");
+        throw HSVNInvalidArgumentException(reasonForNil());
     }
     bundleStack().push_back(bundle);
 }

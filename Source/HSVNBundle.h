@@ -2,8 +2,10 @@
 
 #include "HSVNExport.h"
 #include "HSVNObject.h"
+#include "HSVNVersion.h"
 
 #include <memory>
+#include <optional>
 
 struct HSVNBundleEntryPoints;
 struct HSVNBundleExtensions;
@@ -20,13 +22,19 @@ class HSVN_EXPORT HSVNBundle : public HSVNObject
     ///
     /// @throws as `entryPoints`
     virtual const HSVNBundleExtensions* extensions() { return nullptr; }
+    /// The version that the bundle's Subversion reported when it was started, whoever loaded it; nil when it is not
+    /// known. Operations go by it where a context's `bundleVersion` is nil.
+    ///
+    /// @throws as `entryPoints`
+    virtual std::optional<HSVNVersion> reportedVersion() { return std::nullopt; }
 };
 
 using HSVNBundleRef = std::shared_ptr<HSVNBundle>;
 
 /// Makes a bundle current on the calling thread; must not be nil.
 ///
-/// @throws HSVNInvalidArgumentException for nil
+/// @throws HSVNInvalidArgumentException for nil; the reason tells when no bundle is loaded at all, and when that is so
+///         because `HSVNInitialize` has not been called
 HSVN_EXPORT void HSVNBundlePush(const HSVNBundleRef& bundle);
 
 /// Removes the calling thread's current bundle and returns it.

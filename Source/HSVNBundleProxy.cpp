@@ -14,21 +14,30 @@ namespace {
 
 constexpr std::size_t placeCount = 91;
 
+/// What a bundle's code answered.
+struct StartedBundle
+{
+    const HSVNBundleEntryPoints& entryPoints;
+    HSVNVersion version;
+};
+
 /// The object that a bundle's code makes: it hands the code's table out.
 class BundlePrincipal : public HSVNBundle
 {
   public:
-    BundlePrincipal(const HSVNBundleEntryPoints* entryPoints, const HSVNBundleExtensions* extensions)
-        : _entryPoints{entryPoints}, _extensions{extensions}
+    BundlePrincipal(const StartedBundle& started, const HSVNBundleExtensions* extensions)
+        : _entryPoints{&started.entryPoints}, _extensions{extensions}, _version{started.version}
     {
     }
     std::string className() const override { return "HSVNBundlePrincipal"; }
     const HSVNBundleEntryPoints* entryPoints() override { return _entryPoints; }
     const HSVNBundleExtensions* extensions() override { return _extensions; }
+    std::optional<HSVNVersion> reportedVersion() override { return _version; }
 
   private:
     const HSVNBundleEntryPoints* _entryPoints;
     const HSVNBundleExtensions* _extensions;
+    HSVNVersion _version;
 };
 
 [[noreturn]] void refuse(const HSVNPackage& package, const std::string& cause)
@@ -45,14 +54,16 @@ bool isIn(const std::array<std::size_t, Size>& places, std::size_t place)
 /// Whether a bundle of the version must fill the place: of an operation's two forms, the one of its line.
 bool mustBeFilled(std::size_t place, const HSVNVersion& version)
 {
-    constexpr std::array<std::size_t, 7> free{0, 1, 2, 63, 77, 89, 90};
+    // Free, or never called by the library.
+    constexpr std::array<std::size_t, 15> unused{0, 1, 2, 5, 6, 7, 42, 63, 72, 73, 74, 77, 79, 89, 90};
     constexpr std::array<std::size_t, 5> recursive{34, 37, 43, 60, 61};   // of 1.4
     constexpr std::array<std::size_t, 5> depthTaking{35, 38, 44, 59, 62}; // of 1.5 and later
     const bool takesDepth = !version.isLessThan(HSVNVersion::version1_5());
-    return !isIn(free, place) && !(takesDepth ? isIn(recursive, place) : isIn(depthTaking, place));
+    return !isIn(unused, place) && !(takesDepth ? isIn(recursive, place) : isIn(depthTaking, place));
 }
 
-void checkVersion(const HSVNPackage& package, const char* reported)
+/// The version that a bundle reports, when it is of the line that its package says.
+HSVNVersion checkedVersion(const HSVNPackage& package, const char* reported)
 {
     const std::string declared = package.infoText(HSVNInfoVersionKey);
     const HSVNVersion expected = HSVNVersion::versionWithString(declared).versionWithMajorAndMinorComponents();
@@ -62,6 +73,7 @@ void checkVersion(const HSVNPackage& package, const char* reported)
         refuse(package, fmt::format("it says that it is of Subversion {}, but its Subversion is {}",
                                     declared.empty() ? "(null)" : declared, reported ? reported : "(null)"));
     }
+    return actual;
 }
 
 void checkEntryPoints(const HSVNPackage& package, const HSVNBundleEntryPoints& entryPoints)
@@ -79,7 +91,7 @@ void checkEntryPoints(const HSVNPackage& package, const HSVNBundleEntryPoints& e
 
 /// Loads and starts a bundle. One bundle of the process at a time: they share the system's APR, whose first start is
 /// not safe for threads.
-const HSVNBundleEntryPoints& startBundle(const HSVNPackage& package)
+StartedBundle startBundle(const HSVNPackage& package)
 {
     static std::mutex starting;
     const std::lock_guard guard{starting};
@@ -89,9 +101,9 @@ const HSVNBundleEntryPoints& startBundle(const HSVNPackage& package)
     if (!entryPoints) {
         refuse(package, "its Subversion could not be started");
     }
-    checkVersion(package, version);
+    StartedBundle started{*entryPoints, checkedVersion(package, version)};
     checkEntryPoints(package, *entryPoints);
-    return *entryPoints;
+    return started;
 }
 
 /// The bundle's second table, or null: one of another meaning than this library's is as good as none.
@@ -125,9 +137,9 @@ HSVNBundleRef HSVNBundleProxy::bundleObject()
 {
     const std::lock_guard guard{_lock};
     if (!_bundleObject) {
-        const HSVNBundleEntryPoints& entryPoints = startBundle(*_bundle);
-        _bundleObject = std::make_shared<BundlePrincipal>(&entryPoints, extensionsOf(*_bundle));
-        _entryPoints.store(&entryPoints, std::memory_order_release);
+        const StartedBundle started = startBundle(*_bundle);
+        _bundleObject = std::make_shared<BundlePrincipal>(started, extensionsOf(*_bundle));
+        _entryPoints.store(&started.entryPoints, std::memory_order_release);
     }
     return _bundleObject;
 }

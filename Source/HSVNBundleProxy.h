@@ -35,6 +35,8 @@ class HSVN_EXPORT HSVNBundleProxy : public HSVNBundle
     const HSVNBundleEntryPoints* entryPoints() override;
     /// The principal object's table of further functions.
     const HSVNBundleExtensions* extensions() override { return bundleObject()->extensions(); }
+    /// The version that the principal object was made with.
+    std::optional<HSVNVersion> reportedVersion() override { return bundleObject()->reportedVersion(); }
 
   private:
     HSVNPackageRef _bundle;

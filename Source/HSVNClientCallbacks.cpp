@@ -186,15 +186,15 @@ HSVNNotificationRef notificationOf(const HSVNClient& client, const svn_wc_notify
     notification->setPropertyState(record.prop_state);
     notification->setRevision(HSVNRevisionNumberFromSubversion(record.revision));
     notification->setMimeType(HSVNTextOrNil(record.mime_type));
-    const auto version = client.bundleVersion();
+    const HSVNVersion version = HSVNDecidingVersion(client);
     // Older lines' records end before these fields.
-    if (version && version->isGreaterThanOrEqualTo(HSVNVersion::version1_5())) {
+    if (version.isGreaterThanOrEqualTo(HSVNVersion::version1_5())) {
         notification->setChangelistName(HSVNTextOrNil(record.changelist_name));
         if (record.merge_range) {
             notification->setMergeRange(revisionWith(record.merge_range->start), revisionWith(record.merge_range->end));
         }
     }
-    if (version && version->isGreaterThanOrEqualTo(HSVNVersion::version1_6())) {
+    if (version.isGreaterThanOrEqualTo(HSVNVersion::version1_6())) {
         if (record.url && std::string_view{record.url}.find("://") != std::string_view::npos) {
             notification->setURL(HSVNURL::URLWithString(record.url));
         }

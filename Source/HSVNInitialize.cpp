@@ -2,17 +2,29 @@
 
 #include "HSVNBundleLoader.h"
 #include "HSVNException.h"
+#include "HSVNInitializePrivate.h"
 #include "HSVNPoolPrivate.h"
 
 #include <atomic>
 #include <clocale>
 
+namespace {
+
+std::atomic_flag& startUp()
+{
+    static std::atomic_flag begun;
+    return begun;
+}
+
+} // namespace
+
+bool HSVNIsInitialized() { return startUp().test(); }
+
 void HSVNInitialize() { HSVNInitializeWithOptions({}); }
 
 void HSVNInitializeWithOptions(const HSVNUserInfo& /*options*/)
 {
-    static std::atomic_flag started;
-    if (started.test_and_set()) {
+    if (startUp().test_and_set()) {
         return;
     }
     HSVNBundleLoader::sharedInstance().loadBundlesInDirectoryAtPath(HSVNBundleLoader::defaultBundleDirectory());

@@ -16,7 +16,7 @@ HSVN_EXPORT void HSVNInitialize();
 ///
 /// @param options  reserved; no option exists
 /// @throws HSVNException for a bundle that cannot be opened, or "Failed to initialize locales"
-/// @throws HSVNInvalidArgumentException when there is no bundle at all
+/// @throws HSVNInvalidArgumentException "There is no bundle of Subversion in 'FOLDER'"
 HSVN_EXPORT void HSVNInitializeWithOptions(const HSVNUserInfo& options);
 
 /// Sets every category of the C locale from the environment or, where that fails, the character type alone.

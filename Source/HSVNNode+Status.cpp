@@ -27,8 +27,7 @@ HSVNNodeRef HSVNNode::nodeAtPath(const HSVNPathRef& path, const svn_wc_status2_t
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNAssertParameter(pool != nullptr, "pool != NULL");
     HSVNBundleScope bundle{context->bundle()};
-    return HSVNStatusNodeMaker{context->bundleVersion().value_or(HSVNVersion{0, 0}), pool}.makeNode(
-        HSVNCanonicalLocalPath(path), *status);
+    return HSVNStatusNodeMaker{HSVNDecidingVersion(*context), pool}.makeNode(HSVNCanonicalLocalPath(path), *status);
 }
 
 namespace {

@@ -49,14 +49,28 @@ void HSVNLogCall(std::string_view className, std::string_view operation, const s
     HSVNDebug::logAtLevel(HSVNDebugLevelVerbose, "[%@ %@] (%@)", className, operation, list);
 }
 
+HSVNVersion HSVNDecidingVersion(const HSVNContext& context)
+{
+    if (const auto kept = context.bundleVersion()) {
+        return *kept;
+    }
+    const auto bundle = context.bundle();
+    if (!bundle) {
+        return {0, 0};
+    }
+    if (const auto reported = bundle->reportedVersion()) {
+        return *reported;
+    }
+    return bundle->entryPoints()->client_update2 ? HSVNVersion{0, 0} : HSVNVersion::version1_5();
+}
+
 HSVNOperation::HSVNOperation(const HSVNContextRef& context, std::string_view className, std::string_view operation,
                              const std::vector<HSVNArgument>& arguments)
     : _context{logged(context, className, operation, arguments)}, _use{*_context}, _name{fmt::format("[{} {}]",
                                                                                                      className,
                                                                                                      operation)},
-      _version{context->bundleVersion().value_or(HSVNVersion{0, 0})}, _bundle{context->bundle()},
-      _entryPoints{&HSVNCurrentEntryPoints()}, _pool{context->pool()}, _targets{targetsOf(arguments)},
-      _outerException{context->takeKeptException()}
+      _bundle{context->bundle()}, _version{HSVNDecidingVersion(*context)}, _entryPoints{&HSVNCurrentEntryPoints()},
+      _pool{context->pool()}, _targets{targetsOf(arguments)}, _outerException{context->takeKeptException()}
 {
     if (_use.isOutermost()) {
         _context->beginOperation();

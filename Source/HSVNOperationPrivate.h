@@ -69,6 +69,11 @@ struct HSVNArgument
 /// Writes the verbose debug line "[class operation] (name: value, ...)".
 void HSVNLogCall(std::string_view className, std::string_view operation, const std::vector<HSVNArgument>& arguments);
 
+/// The version that decides which of Subversion's functions serve a context: its `bundleVersion`, or what the bundle
+/// itself reports where that is nil, as for a bundle that another loader loaded. A bundle that reports none is of the
+/// oldest line unless its table lacks that line's functions.
+HSVNVersion HSVNDecidingVersion(const HSVNContext& context);
+
 /// The frame that every operation on a context runs in.
 ///
 /// The constructor writes the debug line, refuses a context that another thread uses, pushes the context's bundle,
@@ -89,7 +94,7 @@ class HSVNOperation
     apr_pool_t* pool() const { return _pool; }
     svn_client_ctx_t* ctx() const { return _context->ctx(); }
     const HSVNContextRef& context() const { return _context; }
-    /// The version of the context's bundle.
+    /// The version that decides between Subversion's functions (`HSVNDecidingVersion`).
     const HSVNVersion& version() const { return _version; }
     /// Whether the bundle's line is the given one or newer.
     bool isAtLeast(const HSVNVersion& version) const { return !_version.isLessThan(version); }
@@ -151,8 +156,8 @@ class HSVNOperation
     HSVNContextRef _context;
     HSVNContextUse _use;
     std::string _name; // "[class operation]"
-    HSVNVersion _version;
     HSVNBundleScope _bundle;
+    HSVNVersion _version;
     const HSVNBundleEntryPoints* _entryPoints;
     HSVNPool _pool;
     apr_array_header_t* _targets;       // local paths

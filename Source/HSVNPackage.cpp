@@ -36,6 +36,9 @@ Json parsedRecord(const std::string& path)
     const fs::path file = fs::path{path} / "Info.json";
     std::error_code error;
     const std::uintmax_t size = fs::file_size(file, error);
+    if (error == std::errc::no_such_file_or_directory) {
+        return Json::object();
+    }
     if (error) {
         failToOpen(path, "Info.json: " + error.message());
     }
@@ -99,21 +102,34 @@ std::string lastLoaderError()
     return text ? text : "unknown error";
 }
 
-/// <prefix>/lib/HSVN of <prefix>/lib/HSVN/Versions/A/libHSVN.so.
-std::string findLibraryPath()
+/// Where the library's own file lies.
+struct LibraryFile
+{
+    fs::path path;
+    std::string failure; ///< why the path is not known
+};
+
+LibraryFile findLibraryFile()
 {
     Dl_info info{};
     if (dladdr(reinterpret_cast<const void*>(&HSVNPackage::libraryPath), &info) == 0) {
-        throw HSVNException("Failed to find the library's own package", HSVNUserInfo{});
+        return {{}, "it is not loaded from a file"};
     }
     std::error_code error;
-    const fs::path library = fs::canonical(info.dli_fname, error);
-    if (error) {
-        throw HSVNException(
-            fmt::format("Failed to find the library's own package: {}: {}", info.dli_fname, error.message()),
-            HSVNUserInfo{});
+    fs::path path = fs::canonical(info.dli_fname, error);
+    return {std::move(path), error ? fmt::format("{}: {}", info.dli_fname, error.message()) : std::string{}};
+}
+
+/// Found when the library is loaded: the loader may know it by a path relative to the folder that is current then.
+const LibraryFile libraryFile = findLibraryFile();
+
+/// <prefix>/lib/HSVN of <prefix>/lib/HSVN/Versions/A/libHSVN.so.
+std::string findLibraryPath()
+{
+    if (!libraryFile.failure.empty()) {
+        throw HSVNException("Failed to find the library's own package: " + libraryFile.failure, HSVNUserInfo{});
     }
-    return library.parent_path().parent_path().parent_path();
+    return libraryFile.path.parent_path().parent_path().parent_path();
 }
 
 } // namespace

@@ -22,7 +22,8 @@ class HSVN_EXPORT HSVNPackage
     ///
     /// @param path  the folder's path; a relative one is resolved now
     /// @throws HSVNException "Failed to load svn bundle at PATH" when there is no such folder; the same followed by
-    ///         ": " and the cause when its information record cannot be used
+    ///         ": " and the cause when its information record cannot be used; one without a record has an empty
+    ///         dictionary
     static std::shared_ptr<const HSVNPackage> packageAtPath(const std::string& path);
     /// Absolute path of the package that holds the library itself, such as "/usr/lib/HSVN".
     ///

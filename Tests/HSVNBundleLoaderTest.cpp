@@ -118,10 +118,20 @@ TEST_F(BundleLoader, AnUnusableRecordIsRefusedWithItsCause)
         EXPECT_THAT(reason, HasSubstr("Failed to load svn bundle at " + folder())) << record;
         EXPECT_THAT(reason, HasSubstr(cause)) << record;
     }
-    std::filesystem::create_directory(_folder / "empty.bundle");
-    EXPECT_THAT(reasonOf<HSVNException>([this] { _loader.loadBundleAtPath(_folder / "empty.bundle"); }),
-                HasSubstr("Info.json: No such file"));
     EXPECT_TRUE(_loader.loadedVersions().empty());
+}
+
+TEST_F(BundleLoader, AFolderIsLoadedUpToTheFirstBundleThatIsRefused)
+{
+    make("a.bundle", "1.4.4");
+    std::filesystem::create_directory(_folder / "b.bundle"); // without a record
+    writeRecord("c.bundle", "{");
+    make("d.bundle", "1.6.5");
+    EXPECT_THAT(reasonOf<HSVNException>([this] { _loader.loadBundlesInDirectoryAtPath(folder()); }),
+                HasSubstr("c.bundle: Info.json is not a JSON object"));
+    EXPECT_THAT(_loader.loadedVersions(), ElementsAre(HSVNVersion{1, 4, 4}, HSVNVersion{0, 0}));
+    EXPECT_THAT(reasonOf<HSVNException>([this] { _loader.loadBundleAtPath(_folder / "b.bundle")->entryPoints(); }),
+                HasSubstr("\"CFBundleExecutable\" is not the name of a file"));
 }
 
 TEST_F(BundleLoader, ARecordWithoutAVersionCountsAsZero)
@@ -173,8 +183,10 @@ TEST_F(BundleLoader, ABundleThatDoesNotStartIsAskedAgain)
 TEST_F(BundleLoader, APlaceThatTheLineMustFillIsMissed)
 {
     const std::tuple<const char*, int, bool> cases[] = {
-        {"1.4.6", 49, true}, {"1.4.6", 60, true}, {"1.4.6", 59, false}, {"1.6.5", 60, false},
-        {"1.6.5", 59, true}, {"1.6.5", 88, true}, {"1.6.5", 90, false}, {"1.6.5", 22, true},
+        {"1.4.6", 49, true},  {"1.4.6", 60, true},  {"1.4.6", 59, false}, {"1.6.5", 60, false},
+        {"1.6.5", 59, true},  {"1.6.5", 88, true},  {"1.6.5", 90, false}, {"1.6.5", 22, true},
+        {"1.6.5", 5, false},  {"1.6.5", 6, false},  {"1.6.5", 7, false},  {"1.6.5", 42, false},
+        {"1.6.5", 72, false}, {"1.6.5", 73, false}, {"1.6.5", 74, false}, {"1.6.5", 79, false},
     };
     int index = 0;
     for (const auto& [version, place, isMissed] : cases) {

@@ -1,7 +1,14 @@
 #include "HSVNInitialize.h"
 #include "FakeBundle.h"
 #include "HSVNBundleLoader.h"
+#include "HSVNContext.h"
+#include "HSVNDate.h"
+#include "HSVNDirectory.h"
 #include "HSVNException.h"
+#include "HSVNLocalPath.h"
+#include "HSVNRepository.h"
+#include "HSVNRepositoryOptions.h"
+#include "HSVNStringProperties.h"
 
 #include <cstdlib>
 #include <filesystem>
@@ -43,6 +50,13 @@ TEST_F(Initialize, MakesTheConfigurationAreaOnceAndOpensTheNewestBundleOnly)
         HSVNInitialize();
         require(fs::exists(home + "/.subversion/config"), "the configuration area is made");
         require(HSVNBundleLoader::sharedInstance().newestVersion()->major() == 1, "the library's bundle is loaded");
+        require(HSVNContext{}.bundleVersion() == HSVNBundleLoader::sharedInstance().newestVersion(),
+                "contexts are of the newest line");
+        HSVNDate::dateWithISO8601String("2026-01-02T03:04:05.000000Z");
+        HSVNString::splitOnCharactersInString("a b", " ");
+        HSVNDirectory::formatVersionForWorkingCopyAtPath(HSVNLocalPath::pathWithString(home));
+        HSVNRepository::createRepositoryAtPath(HSVNLocalPath::pathWithString(home + "/repository"),
+                                               HSVNFileSystemOptions::defaults());
         require(!old.isLoaded(), "an older bundle stays closed");
         fs::remove_all(home + "/.subversion");
         HSVNInitializeWithOptions({{"option", "value"}});
@@ -91,7 +105,9 @@ TEST_F(Initialize, NeedsABundleForTheConfigurationArea)
     const auto start = [] {
         try {
             HSVNInitializeSubversionConfiguration();
-        } catch (const HSVNInvalidArgumentException&) {
+        } catch (const HSVNInvalidArgumentException& exception) {
+            require(exception.reason() == "No bundle of Subversion is loaded: HSVNInitialize has not been called",
+                    "the reason");
             std::_Exit(0);
         }
         std::_Exit(1);

@@ -7,6 +7,7 @@ usage: InstalledPackageTest.py BUILD_FOLDER CXX_COMPILER [extra compiler flag ..
 import os
 import pathlib
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -17,9 +18,18 @@ BUILD, COMPILER, *FLAGS = sys.argv[1:]
 PROGRAM = """
 #include <HSVN/HSVN.h>
 #include <iostream>
+#include <unistd.h>
 int main()
 {
-    HSVNInitialize();
+    if (chdir("/") != 0) {
+        return 2;
+    }
+    try {
+        HSVNInitialize();
+    } catch (const HSVNInvalidArgumentException& exception) {
+        std::cout << exception.what() << std::endl;
+        return 0;
+    }
     std::cout << HSVNString::plainASCIIString("caf\\u00e9").value_or("nil") << std::endl;
     auto client = HSVNClient::clientWithDelegate(nullptr);
     std::cout << "line " << client->bundleVersion()->versionWithMajorAndMinorComponents() << std::endl;
@@ -66,8 +76,8 @@ class InstalledPackage(unittest.TestCase):
     def tearDownClass(cls):
         cls.folder.cleanup()
 
-    def check_program(self, program):
-        output = run(str(program), env=self.environment)
+    def check_program(self, program, cwd=None, **variables):
+        output = run(str(program), env=dict(self.environment, **variables), cwd=cwd)
         self.assertIn("cafe\n", output)
         self.assertRegex(output, r"line 1\.\d+\n")
         self.assertIn("'/no/such/folder' does not exist", output)
@@ -85,6 +95,18 @@ class InstalledPackage(unittest.TestCase):
         program = self.work / "user-pkg-config"
         run(COMPILER, "-std=c++20", *FLAGS, str(self.source), *flags, "-o", str(program))
         self.check_program(program)
+
+    def test_a_program_finds_the_bundles_beside_the_library_wherever_that_is(self):
+        flags = run("pkg-config", "--cflags", "--libs", "hsvn", env=self.environment).split()
+        program = self.work / "user-without-path"
+        run(COMPILER, "-std=c++20", *FLAGS, str(self.source), *(f for f in flags if "rpath" not in f), "-o",
+            str(program))
+        # The program changes its folder before it starts the library.
+        self.check_program(program, cwd=self.prefix, LD_LIBRARY_PATH="lib/HSVN/Versions/A")
+        bare = self.work / "lib/HSVN/Versions/A"
+        shutil.copytree(self.prefix / "lib/HSVN/Versions/A", bare, ignore=shutil.ignore_patterns("*.bundle"))
+        output = run(str(program), env=dict(self.environment, LD_LIBRARY_PATH=str(bare)))
+        self.assertEqual(output, f"There is no bundle of Subversion in '{bare.resolve()}/Subversion'\n")
 
     def test_public_headers_stand_alone_and_reach_no_subversion_header(self):
         headers = sorted((self.prefix / "include/HSVN").glob("*.h"))

@@ -1,0 +1,4 @@
+#pragma once
+
+/// Whether start-up (`HSVNInitializeWithOptions`) has begun.
+bool HSVNIsInitialized();
