@@ -1,5 +1,6 @@
 #include "AlteredBundle.h"
 #include "Command.h"
+#include "HSVNBundleLoader.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
 #include "HSVNLocalPath.h"
@@ -10,6 +11,8 @@
 #include "HSVNStatusOptions.h"
 #include "HSVNSubversionPrivate.h"
 #include "HSVNURL.h"
+#include "HSVNUpdateOptions.h"
+#include "LoadedBundle.h"
 #include "ReadingClient.h"
 #include "ReasonOf.h"
 #include "SampleWorkingCopy.h"
@@ -789,20 +792,73 @@ TEST(HSVNDirectoryAggregates, HoldTheKindsOfProperties)
 
 // Working copies of every age
 
-TEST(SampleScan, OfTheInstalledLineIsWhatThatLineTold)
+TEST(OlderLinesScan, GoesOnWhereAFolderIsMissingOrObstructed)
 {
-    const SampleWorkingCopy sample{"1.14"};
-    sample.relocate();
-    const ReadingClient reading;
-    for (const auto& [file, arguments] : std::vector<std::pair<const char*, std::vector<std::string>>>{
-             {"status.xml", {}}, {"status-vu.xml", {"-v", "-u"}}})
-    {
-        SCOPED_TRACE(file);
-        const auto options = optionsFor(arguments);
-        const auto entries = XMLEntry::entriesIn(sample.expected(file));
-        ASSERT_GT(entries.size(), 30U);
-        expectEqual(statusTexts(Scan{pathOf(sample.path()), options, reading.client}.nodes),
-                    statusTexts(entries, options->compareAgainstRepository(), sample.path()));
+    const TestRepository repository;
+    for (const char* folder : {"gone", "obstructed", "far"}) {
+        repository.makeFolder(folder);
+    }
+    const auto wc = repository.checkOut();
+    mustRun({"svn", "propset", "-q", "svn:externals", "^/far there", wc + "/far"});
+    fs::remove_all(wc + "/gone");
+    fs::remove_all(wc + "/obstructed");
+    writeFile(wc + "/obstructed", "in the way");
+    for (const auto& line : HSVNVersion::wellKnownVersions()) {
+        SCOPED_TRACE(line);
+        const ReadingClient reading{bundleOfLine(line)};
+        const Scan scan{pathOf(wc), optionsFor({}), reading.client};
+        EXPECT_EQ(scan.node("gone")->status()->textStatus(), HSVNStatusKindMissing);
+        EXPECT_EQ(scan.node("obstructed")->status()->textStatus(), HSVNStatusKindObstructed);
+        EXPECT_EQ(HSVNDirectory::externalsForPath(pathOf(wc), reading.client).size(), 1U);
+    }
+}
+
+TEST(SecondLoaderScan, ReadsTheRecordsOfTheBundlesOwnLine)
+{
+    const TestRepository repository;
+    const auto wc = pathOf(repository.checkOut());
+    HSVNBundleLoader other;
+    const auto path = HSVNBundleLoader::sharedInstance().newestBundle()->bundle()->path();
+    const auto altered = std::make_shared<AlteredBundle>([](HSVNBundleEntryPoints& table) {
+        table.client_checkout2 = nullptr;
+        table.client_update2 = nullptr;
+    });
+    for (const HSVNBundleRef& bundle : {HSVNBundleRef{other.loadBundleAtPath(path)}, HSVNBundleRef{altered}}) {
+        const ReadingClient reading{bundle};
+        EXPECT_EQ(reading.client->bundleVersion(), std::nullopt) << "the shared loader does not know this bundle";
+        HSVNNode::updateNodes({wc}, HSVNRevision::HEAD(), HSVNUpdateOptions::defaults(), reading.client);
+        EXPECT_EQ(Scan(wc, optionsFor({"-v"}), reading.client).root->status()->depth(), HSVNDepthInfinity);
+    }
+}
+
+/// The line of a built bundle: "1.14" of ".../Subversion-1.14.bundle".
+std::string lineOf(const std::string& bundle)
+{
+    const auto name = fs::path{bundle}.stem().string();
+    return name.substr(name.find('-') + 1);
+}
+
+TEST(SampleScan, OfEachLineIsWhatThatLineTold)
+{
+    for (const auto& folder : builtBundles()) {
+        SCOPED_TRACE(folder);
+        if (!fs::exists(HSVN_TEST_SAMPLES "/" + lineOf(folder) + ".tar.gz")) {
+            continue;
+        }
+        const SampleWorkingCopy sample{lineOf(folder)};
+        sample.relocate();
+        HSVNBundleLoader loader;
+        const ReadingClient reading{loader.loadBundleAtPath(folder)};
+        for (const auto& [file, arguments] : std::vector<std::pair<const char*, std::vector<std::string>>>{
+                 {"status.xml", {}}, {"status-vu.xml", {"-v", "-u"}}})
+        {
+            SCOPED_TRACE(file);
+            const auto options = optionsFor(arguments);
+            const auto entries = XMLEntry::entriesIn(sample.expected(file));
+            ASSERT_GT(entries.size(), 30U);
+            expectEqual(statusTexts(Scan{pathOf(sample.path()), options, reading.client}.nodes),
+                        statusTexts(entries, options->compareAgainstRepository(), sample.path()));
+        }
     }
 }
 

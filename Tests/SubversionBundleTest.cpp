@@ -100,6 +100,33 @@ class SubversionBundle : public testing::TestWithParam<std::string>
     {
         return codesOf([&](apr_pool_t* pool) { return bundle->repos_open(&repository, path.c_str(), pool); });
     }
+    Codes add(const std::string& path, bool force)
+    {
+        return codesOf([&](apr_pool_t* pool) {
+            return bundle->client_add3(path.c_str(), TRUE, force, FALSE, bundle.ctx(), pool);
+        });
+    }
+    /// The paths of the items in the working copy that define externals.
+    std::vector<std::string> withExternals()
+    {
+        apr_hash_t* values = nullptr;
+        bundle.succeeds(bundle->client_propget2(&values, "svn:externals", wc.c_str(), unspecified(),
+                                                LoadedBundle::revision(svn_opt_revision_working), TRUE, bundle.ctx(),
+                                                bundle.pool()));
+        std::vector<std::string> paths;
+        for (auto* index = bundle->apr_hash_first(bundle.pool(), values); index; index = bundle->apr_hash_next(index)) {
+            const void* path = nullptr;
+            bundle->apr_hash_this(index, &path, nullptr, nullptr);
+            paths.emplace_back(static_cast<const char*>(path));
+        }
+        std::sort(paths.begin(), paths.end());
+        return paths;
+    }
+    void defineExternals(const std::string& path)
+    {
+        bundle.succeeds(bundle->client_propset2("svn:externals", bundle->string_create("x http://h/x", bundle.pool()),
+                                                path.c_str(), FALSE, FALSE, bundle.ctx(), bundle.pool()));
+    }
     int format(const std::string& path)
     {
         int result = -1;
@@ -214,6 +241,71 @@ TEST_P(SubversionBundle, AnswersTheCodesThatOperationsTestFor)
     for (const std::string& path : {plain, plain + "/item", plain + "/missing"}) {
         EXPECT_EQ(outermost(open(path)), SVN_ERR_RA_LOCAL_REPOS_OPEN_FAILED);
     }
+}
+
+TEST_P(SubversionBundle, AnswersOneCodeForWhatCannotBeAddedOrDeleted)
+{
+    writeFile(wc + "/gone/inner", "five\n");
+    bundle.add(wc + "/gone");
+    ASSERT_EQ(bundle.commit(wc), 2);
+    fs::remove_all(wc + "/gone");
+    const std::tuple<const char*, int, int> cases[] = {
+        {"/missing", SVN_ERR_ENTRY_NOT_FOUND, SVN_ERR_NODE_UNKNOWN_KIND},
+        {"/missing/item", SVN_ERR_ENTRY_NOT_FOUND, SVN_ERR_NODE_UNKNOWN_KIND},
+        {"/gone/item", SVN_ERR_ENTRY_NOT_FOUND, SVN_ERR_NODE_UNKNOWN_KIND},
+        {"/unversioned/item", SVN_ERR_ENTRY_NOT_FOUND, SVN_ERR_WC_NOT_DIRECTORY},
+        {"/file/item", SVN_ERR_ENTRY_NOT_FOUND, SVN_ERR_NODE_UNKNOWN_KIND},
+        {"/../plain/item", SVN_ERR_WC_NOT_DIRECTORY, SVN_ERR_WC_NOT_DIRECTORY},
+    };
+    for (const auto& [item, ofAddition, ofDeletion] : cases) {
+        SCOPED_TRACE(item);
+        EXPECT_EQ(outermost(add(wc + item, false)), ofAddition);
+        EXPECT_EQ(outermost(add(wc + item, true)), ofAddition);
+        EXPECT_EQ(outermost(remove(wc + item, false)), ofDeletion);
+    }
+    EXPECT_THAT(add(wc + "/missing", false), (Codes{SVN_ERR_ENTRY_NOT_FOUND, SVN_ERR_WC_PATH_NOT_FOUND}));
+    EXPECT_EQ(add(wc + "/file", false), Codes{SVN_ERR_ENTRY_EXISTS});
+}
+
+TEST_P(SubversionBundle, GoesOnWhereAFolderIsMissingOrObstructed)
+{
+    writeFile(wc + "/far/sub", "three\n");
+    bundle.add(wc + "/far");
+    defineExternals(wc + "/far");
+    ASSERT_EQ(bundle.commit(wc), 2);
+    for (const char* obstruction : {"nothing", "file", "folder"}) {
+        SCOPED_TRACE(obstruction);
+        fs::remove_all(wc + "/dir");
+        if (obstruction == std::string{"file"}) {
+            writeFile(wc + "/dir", "in the way\n");
+        } else if (obstruction == std::string{"folder"}) {
+            writeFile(wc + "/dir/other", "in the way\n");
+        }
+        EXPECT_EQ(withExternals(), std::vector<std::string>{wc + "/far"});
+        EXPECT_EQ(status(wc), Codes{});
+        EXPECT_THAT(reported, testing::Contains(wc + "/dir"));
+        const Codes exported = codesOf([&](apr_pool_t* pool) {
+            svn_revnum_t result = 0;
+            return bundle->client_export3(&result, wc.c_str(), (folder / obstruction).c_str(), unspecified(),
+                                          LoadedBundle::revision(svn_opt_revision_working), FALSE, FALSE, TRUE, nullptr,
+                                          bundle.ctx(), pool);
+        });
+        EXPECT_FALSE(exported.empty()) << "every line refuses, none ends the process";
+    }
+}
+
+TEST_P(SubversionBundle, TellsNoRevisionOfWhatAnUpdateExcludes)
+{
+    if (bundle.minor() < 6) {
+        GTEST_SKIP() << "the line excludes nothing";
+    }
+    apr_array_header_t* results = nullptr;
+    bundle.succeeds(bundle->client_update3(&results, bundle.array({wc + "/dir"}),
+                                           LoadedBundle::revision(svn_opt_revision_head), svn_depth_exclude, TRUE,
+                                           FALSE, FALSE, bundle.ctx(), bundle.pool()));
+    ASSERT_EQ(results->nelts, 1);
+    EXPECT_EQ(APR_ARRAY_IDX(results, 0, svn_revnum_t), SVN_INVALID_REVNUM);
+    EXPECT_FALSE(fs::exists(wc + "/dir"));
 }
 
 TEST_P(SubversionBundle, KeepsTheOriginalErrorBelowAMappedOne)

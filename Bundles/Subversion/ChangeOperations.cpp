@@ -6,6 +6,7 @@
 #include "ExtensionTargets.h"
 #include "LineEnds.h"
 #include "Notifications.h"
+#include "VersionedFolders.h"
 
 #include <algorithm>
 #include <array>
@@ -41,7 +42,9 @@ svn_error_t* nothingAt(const char* path)
 /// refused for the sake of an unversioned item inside, nor what is not there at all.
 svn_error_t* deletionError(svn_error_t* error, const char* path, svn_node_kind_t kind, apr_pool_t* pool)
 {
-    const bool isUnversioned = hasCode(error, SVN_ERR_UNVERSIONED_RESOURCE) || hasCode(error, SVN_ERR_WC_NOT_DIRECTORY);
+    // Lines before 1.7 say of what is missing that it is no file's name.
+    const bool isUnversioned = hasCode(error, SVN_ERR_UNVERSIONED_RESOURCE) ||
+                               hasCode(error, SVN_ERR_WC_NOT_DIRECTORY) || error->apr_err == SVN_ERR_BAD_FILENAME;
     if (!isUnversioned || isVersioned(path, pool)) {
         // Its outermost error says that force is wanted, the next one for the sake of which item.
         const bool isOfItemInside = error->child != nullptr && error->child->apr_err == error->apr_err;
@@ -156,7 +159,7 @@ svn_error_t* copyOldItem(svn_error_t* failure, svn_commit_info_t** info, const c
     if (!hasCode(failure, SVN_ERR_FS_NOT_FOUND)) {
         return transferError(failure, source, pool);
     }
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
     svn_error_clear(failure);
     svn_client_copy_source_t record{source, &revision, &working};
     auto* const sources = apr_array_make(pool, 1, sizeof(svn_client_copy_source_t*));
@@ -222,7 +225,7 @@ void completeRevision(svn_revnum_t* result, const char* from, const svn_opt_revi
     }
 }
 
-svn_depth_t depthOf(svn_depth_t depth) { return depth; }
+[[maybe_unused]] svn_depth_t depthOf(svn_depth_t depth) { return depth; }
 svn_depth_t depthOf(svn_boolean_t recurse) { return recurse ? svn_depth_infinity : svn_depth_files; }
 
 /// One of Subversion's exports, which differ in whether they take a depth or a flag for all depths.
@@ -238,6 +241,10 @@ svn_error_t* exportTree(svn_revnum_t* result, const char* from, const char* to, 
         const ExportChoices choices{depthOf(depth), overwrite, ignoreExternals, FALSE, lineEnds(nativeEOL)};
         SVN_ERR(smoothed(exportRepositoryTree(result, from, to, pegRevision, revision, choices, ctx, pool)));
     } else {
+#if HSVN_LINE_MINOR < 7
+        // 1.4 and 1.6 end the process there.
+        SVN_ERR(refuseObstructedFolders(from, ctx, pool));
+#endif
         SVN_ERR(smoothed(Export(result, from, to, pegRevision, revision, overwrite, ignoreExternals, depth,
                                 lineEnds(nativeEOL), ctx, pool)));
     }

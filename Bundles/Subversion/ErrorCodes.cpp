@@ -119,12 +119,7 @@ svn_error_t* smoothed(svn_error_t* error, std::initializer_list<ErrorRule> rules
     if (const apr_status_t meaning = meaningOf(error)) {
         return withCode(meaning, error);
     }
-#if HSVN_LINE_MINOR >= 7
-    if (error->apr_err == SVN_ERR_WC_PATH_NOT_FOUND) {
-        return withCode(SVN_ERR_ENTRY_NOT_FOUND, error);
-    }
-#endif
-    return error;
+    return error->apr_err == SVN_ERR_WC_PATH_NOT_FOUND ? withCode(SVN_ERR_ENTRY_NOT_FOUND, error) : error;
 }
 
 } // namespace HSVNAdapter

@@ -30,8 +30,8 @@ apr_status_t meaningOf(const svn_error_t* error);
 
 /// What every operation's result passes through: a busy working-copy database is a locked working copy, and
 /// a working copy that needs an upgrade has an unsupported format; then the rule given for the outermost error's code
-/// holds; then the error's meaning; then a path that newer lines do not find is an entry not found. Cancelled
-/// operations are left alone.
+/// holds; then the error's meaning; then a path that is not found is an entry not found. Cancelled operations are left
+/// alone.
 svn_error_t* smoothed(svn_error_t* error, std::initializer_list<ErrorRule> rules = {});
 
 } // namespace HSVNAdapter

@@ -25,7 +25,7 @@ struct Location
 bool isOnDisk(svn_opt_revision_kind kind)
 {
     return kind == svn_opt_revision_unspecified || kind == svn_opt_revision_base || kind == svn_opt_revision_working
-#if SVN_VER_MINOR < 7
+#if HSVN_LINE_MINOR < 7
            || kind == svn_opt_revision_committed
 #endif
         ;
@@ -92,7 +92,7 @@ svn_error_t* driveEditor(svn_ra_session_t* session, svn_revnum_t revision, Expor
     void* baton = nullptr;
     SVN_ERR(makeExportEditor(&editor, &baton, tree, pool));
     void* report = nullptr;
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
     const svn_ra_reporter3_t* reporter = nullptr;
     SVN_ERR(
         svn_ra_do_update2(session, &reporter, &report, revision, "", tree->choices.depth, FALSE, editor, baton, pool));
@@ -145,7 +145,7 @@ svn_error_t* exportExternal(const ExportedTree& tree, const char* folder, const 
     svn_revnum_t ignored = SVN_INVALID_REVNUM;
     svn_error_t* const error =
         exportItem(&ignored, url, target, item.peg_revision, item.revision, choices, tree.links, tree.ctx, pool);
-#if SVN_VER_MINOR >= 6
+#if HSVN_LINE_MINOR >= 6
     if (error != nullptr && error->apr_err != SVN_ERR_CANCELLED) {
         if (tree.ctx->notify_func2 != nullptr) {
             auto* const notification = svn_wc_create_notify(target, svn_wc_notify_failed_external, pool);
@@ -162,7 +162,7 @@ svn_error_t* exportExternal(const ExportedTree& tree, const char* folder, const 
 /// The definitions of one folder.
 svn_error_t* parseExternals(apr_array_header_t** items, const char* folder, const char* text, apr_pool_t* pool)
 {
-#if SVN_VER_MINOR >= 5
+#if HSVN_LINE_MINOR >= 5
     return svn_wc_parse_externals_description3(items, folder, text, FALSE, pool);
 #else
     apr_array_header_t* parsed = nullptr;

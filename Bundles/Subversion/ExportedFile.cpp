@@ -53,7 +53,7 @@ svn_error_t* ExportedFile::openTemporary()
         return svn_error_createf(SVN_ERR_INCOMPLETE_DATA, nullptr, "The server sends the text of '%s' twice", _path);
     }
     const char* const folder = svn_path_dirname(_path, _pool);
-#if SVN_VER_MINOR >= 6
+#if HSVN_LINE_MINOR >= 6
     SVN_ERR(svn_stream_open_unique(&_stream, &_temporary, folder, svn_io_file_del_none, _pool, _pool));
 #else
     apr_file_t* file = nullptr;
@@ -124,7 +124,7 @@ svn_error_t* ExportedFile::keywords(apr_hash_t** values, apr_pool_t* pool) const
     if (_keywords == nullptr) {
         return SVN_NO_ERROR;
     }
-#if SVN_VER_MINOR >= 8
+#if HSVN_LINE_MINOR >= 8
     return svn_subst_build_keywords3(values, _keywords, _revision, _url, _tree.rootURL, _date, _author, pool);
 #else
     return svn_subst_build_keywords2(values, _keywords, _revision, _url, _date, _author, pool);

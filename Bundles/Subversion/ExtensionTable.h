@@ -10,7 +10,7 @@ namespace HSVNAdapter {
 void fillAuthenticationExtensions(HSVNBundleExtensions& table);
 void fillComparisonExtensions(HSVNBundleExtensions& table);
 void fillConflictExtensions(HSVNBundleExtensions& table);
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
 void fillOpenWorkingCopies(HSVNBundleExtensions& table);
 #endif
 void fillRepositoryExtensions(HSVNBundleExtensions& table);

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HSVNSubversionPrivate.h"
+#include "SubversionLine.h"
 
 namespace HSVNAdapter {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HSVNSubversionPrivate.h"
+#include "SubversionLine.h"
 
 // Repositories refuse log messages and values of Subversion's own properties whose lines end in anything but "\n".
 

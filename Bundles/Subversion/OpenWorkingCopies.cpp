@@ -4,7 +4,7 @@
 #include "DatabaseConnections.h"
 #include "ExtensionTable.h"
 
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
 
 #include <algorithm>
 #include <memory>

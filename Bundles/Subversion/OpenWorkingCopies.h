@@ -2,7 +2,7 @@
 
 #include "WorkingCopyPlace.h"
 
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
 
 #include <map>
 #include <string>

@@ -15,7 +15,7 @@ struct StatusReceiver
 /// Lines before 1.6 know of none, and their records end before it.
 bool hasTreeConflict([[maybe_unused]] const svn_wc_status2_t& status)
 {
-#if SVN_VER_MINOR >= 6
+#if HSVN_LINE_MINOR >= 6
     return status.tree_conflict != nullptr;
 #else
     return false;
@@ -51,6 +51,11 @@ svn_error_t* status2(svn_revnum_t* result, const char* path, const svn_opt_revis
     svn_error_t* error = svn_client_status6(
         result, ctx, path, revision, recurse ? svn_depth_infinity : svn_depth_immediates, getAll, update, TRUE,
         noIgnore, ignoreExternals, depthIsSticky, nullptr, StatusRecords::receive, &records, pool);
+#elif HSVN_LINE_MINOR >= 5
+    // Asked for a certain depth, the repository would tell of everything that sparse folders leave out.
+    svn_error_t* error = svn_client_status3(result, path, revision, receiveStatus, &filter,
+                                            recurse ? svn_depth_unknown : svn_depth_immediates, getAll, update,
+                                            noIgnore, ignoreExternals, nullptr, ctx, pool);
 #else
     svn_error_t* error = svn_client_status2(result, path, revision, receiveStatus, &filter, recurse, getAll, update,
                                             noIgnore, ignoreExternals, ctx, pool);

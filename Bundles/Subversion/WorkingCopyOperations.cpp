@@ -4,14 +4,36 @@
 #include "StillbornAreas.h"
 #include "WorkingCopyFormat.h"
 
+#include <cstring>
+
 namespace HSVNAdapter {
 namespace {
+
+#if HSVN_LINE_MINOR < 7
+bool isBelowWorkingCopy(const char* path, apr_pool_t* pool)
+{
+    while (std::strcmp(path, "/") != 0) {
+        path = svn_path_dirname(path, pool);
+        if (statedFormat(path, pool) > 0) {
+            return true;
+        }
+    }
+    return false;
+}
+#endif
 
 svn_error_t* add3(const char* path, svn_boolean_t recursive, svn_boolean_t force, svn_boolean_t noIgnore,
                   svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     HSVN_CANONICAL_PATH(path, pool);
-    return smoothed(svn_client_add3(path, recursive, force, noIgnore, ctx, pool));
+    svn_error_t* error = svn_client_add3(path, recursive, force, noIgnore, ctx, pool);
+#if HSVN_LINE_MINOR < 7
+    // In a working copy, but in a folder that has no administrative area: newer lines look for the folder's entry.
+    if (error != nullptr && error->apr_err == SVN_ERR_WC_NOT_DIRECTORY && isBelowWorkingCopy(path, pool)) {
+        return withCode(SVN_ERR_ENTRY_NOT_FOUND, error);
+    }
+#endif
+    return smoothed(error);
 }
 
 svn_error_t* checkout2(svn_revnum_t* result, const char* url, const char* path, const svn_opt_revision_t* pegRevision,
@@ -81,8 +103,13 @@ svn_error_t* update3(apr_array_header_t** results, const apr_array_header_t* pat
         return updateOfNothing(results, pool);
     }
     SVN_ERR(canonicalizeAll(&paths, TargetKind::Path, pool));
-    return smoothed(svn_client_update3(results, paths, revision, depth, depthIsSticky, ignoreExternals,
-                                       allowObstructions, ctx, pool));
+    SVN_ERR(smoothed(svn_client_update3(results, paths, revision, depth, depthIsSticky, ignoreExternals,
+                                        allowObstructions, ctx, pool)));
+    // What is taken out of the working copy has no revision: 1.6 leaves the numbers as it finds them.
+    for (int index = 0; depth == svn_depth_exclude && index < (*results)->nelts; ++index) {
+        APR_ARRAY_IDX(*results, index, svn_revnum_t) = SVN_INVALID_REVNUM;
+    }
+    return SVN_NO_ERROR;
 }
 #endif
 

@@ -1,6 +1,6 @@
 #include "WorkingCopyPlace.h"
 
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
 
 #include <sys/stat.h>
 

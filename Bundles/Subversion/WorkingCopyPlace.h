@@ -1,8 +1,8 @@
 #pragma once
 
-#include "HSVNSubversionPrivate.h"
+#include "SubversionLine.h"
 
-#if SVN_VER_MINOR >= 7
+#if HSVN_LINE_MINOR >= 7
 
 #include <string>
 #include <string_view>

@@ -2,6 +2,8 @@
 
 #include "Command.h"
 
+#include <filesystem>
+
 SampleWorkingCopy::SampleWorkingCopy(const std::string& line) : _line{line}
 {
     mustRun(
@@ -10,5 +12,12 @@ SampleWorkingCopy::SampleWorkingCopy(const std::string& line) : _line{line}
 
 void SampleWorkingCopy::relocate() const
 {
-    mustRun({"svn", "relocate", "file:///srv/hsvn-samples/" + _line, "file://" + (_folder / _line), path()});
+    const std::string from = "file:///srv/hsvn-samples/" + _line;
+    const std::string to = "file://" + (_folder / _line);
+    if (std::filesystem::exists(path("wc/.svn/wc.db"))) {
+        mustRun({"svn", "relocate", from, to, path()});
+        return;
+    }
+    mustRun({"find", path(), "-path", "*/.svn/entries", "-exec", "chmod", "u+w", "{}", "+", "-exec", "sed", "-i",
+             "s|" + from + "|" + to + "|g", "{}", "+"});
 }

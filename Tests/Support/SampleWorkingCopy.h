@@ -15,7 +15,7 @@ class SampleWorkingCopy
     std::string path(const std::string& item = "wc") const { return _folder / (_line + "/" + item); }
     /// The bytes of a file of what the line's own svn told.
     std::string expected(const std::string& file) const { return readFile(path("expected/" + file)); }
-    /// Points the working copy and its externals, of the installed line, at the repository where it is now.
+    /// Points the working copy and its externals at the repository where it is now.
     void relocate() const;
 
   private:
