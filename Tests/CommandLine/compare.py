@@ -231,22 +231,31 @@ class Repository(Part):
 class State:
     """A prepared working copy, given as it was to each program, at the path that it was made at: it knows its own."""
 
-    def __init__(self, root, original, prepare):
+    def __init__(self, root, prepare, original=None):
+        """Of a repository made here, or of a copy of one that was made at the same path."""
         self.root = root
         self.wc = root + "/wc"
-        for folder in [root, root + ".saved"]:
-            shutil.rmtree(folder)
-        copy(original, root)
+        if original:
+            copy(original, root)
+        else:
+            fixtures.make_repository(root)
         prepare(self.wc)
         os.mkdir(root + ".saved")
         self.parts = [WorkingCopies(root), Repository(root)]
         for part in self.parts:
             part.save()
 
-    def run(self, program, command):
-        """What a program prints, how it ends and what files it leaves; the raw parts beside them."""
+    def remove(self):
+        for folder in [self.root, self.root + ".saved"]:
+            shutil.rmtree(folder)
+
+    def restore(self):
         for part in self.parts:
             part.restore()
+
+    def run(self, program, command):
+        """What a program prints, how it ends and what files it leaves; the raw parts beside them."""
+        self.restore()
         words = command.replace("REPOSITORY", "file://" + self.root + "/repository").replace("ROOT", self.root)
         words = words.replace("HARRY", "--username harry --password " + fixtures.SECRET)
         environment = {**fixtures.environment(self.wc), "PATH": program + ":" + os.environ["PATH"]}
@@ -328,12 +337,12 @@ def main():
         failures = 0
         root = os.path.join(folder, "state")
         fixtures.make_repository(root)
-        copy(root, root + ".original")
-        os.mkdir(root + ".saved")
+        os.rename(root, root + ".original")
         for name in sorted({row[0] for row in rows}):
-            state = State(root, root + ".original", fixtures.PREPARATIONS[name])
+            state = State(root, fixtures.PREPARATIONS[name], root + ".original")
             with fixtures.server_of(state.root):
                 failures += compare(state, [row[1:] for row in rows if row[0] == name], programs)
+            state.remove()
     print(f"{len(rows)} command lines, {failures} differ")
     sys.exit(failures != 0)
 
