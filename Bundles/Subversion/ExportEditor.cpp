@@ -145,7 +145,7 @@ svn_error_t* makeExportedFolder(const ExportedTree& tree, const char* path, svn_
     if (kind == svn_node_none) {
         SVN_ERR(withParents ? svn_io_make_dir_recursively(path, pool) : svn_io_dir_make(path, APR_OS_DEFAULT, pool));
     } else if (kind == svn_node_file) {
-        return svn_error_createf(SVN_ERR_WC_NOT_WORKING_COPY, nullptr, "'%s' exists and is not a directory",
+        return svn_error_createf(SVN_ERR_WC_NOT_DIRECTORY, nullptr, "'%s' exists and is not a directory",
                                  svn_path_local_style(path, pool));
     } else if (kind != svn_node_dir || !tree.choices.overwrite || tree.links->contains(absolute)) {
         return svn_error_createf(SVN_ERR_WC_OBSTRUCTED_UPDATE, nullptr, "'%s' already exists",
