@@ -14,8 +14,7 @@ void HSVNTransferCallback::receive(apr_off_t bytes, apr_off_t total, void* baton
     context._countedBytes = bytes;
     if (const HSVNTransferObserver* const observer = context._transferObserver) {
         HSVNGuardVoidCallback(context, [&] {
-            observer->_receiver(context._operationBytes,
-                                total < 0 ? std::nullopt : std::optional<std::int64_t>{total});
+            observer->_receiver(context._operationBytes, total < 0 ? std::nullopt : std::optional<std::int64_t>{total});
         });
     }
 }

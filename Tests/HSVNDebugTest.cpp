@@ -131,14 +131,18 @@ std::vector<std::pair<const char*, std::function<void()>>> loggedOperations()
          [=] { HSVNDirectory::statusForNodesInDirectoryAtPath(path, HSVNStatusOptions::defaults(), client); }},
         {"[HSVNItemStatus scanItemStatus:revision:withOptions:receiver:withContext:] (target: /nowhere/a, revision: "
          "HEAD, context: <HSVNClient: 0x",
-         [=] { HSVNScanItemStatus(targets[0], head, {}, {}, client); }},
+         [=] {
+             HSVNScanItemStatus(
+                 targets[0], head, {}, [](const auto&) {}, client);
+         }},
         {"readLog:pegRevision:withOptions:receiver:withContext:] (targets: (/nowhere/a, /nowhere/b), pegRevision: "
          "HEAD, "
          "ranges: ((HEAD, BASE)), ",
          [=] {
              HSVNLogReadingOptions options;
              options.ranges = {{head, HSVNRevision::BASE()}};
-             HSVNReadLog(targets, head, options, {}, client);
+             HSVNReadLog(
+                 targets, head, options, [](const auto&...) {}, client);
          }},
         {"updateItems:toRevision:withOptions:withContext:] (targets: (/nowhere/a, /nowhere/b), revision: HEAD, ",
          [=] { HSVNUpdateItems(targets, head, {}, client); }},

@@ -261,4 +261,19 @@ TEST_P(LongLivedClient, LetsGoOfWorkingCopiesWhenAsked)
     EXPECT_NO_THROW(turn.client->closeWorkingCopies());
 }
 
+TEST_P(LongLivedClient, CleansUpAFolderThatItKnowsAlready)
+{
+    const Turn turn{HSVNVersion::versionWithString(GetParam()), changes[0]};
+    const auto folder = turn.root + "/folder";
+    const auto path = HSVNLocalPath::pathWithString(folder);
+    mustRun({"svn", "mkdir", "--quiet", folder});
+    turn.meet("/folder");
+    EXPECT_NO_THROW(HSVNDirectory::cleanUpWorkingCopyAtPath(path, turn.client));
+    turn.meet("/folder");
+    if (std::string_view{GetParam()} == "1.14") {
+        EXPECT_NO_THROW(HSVNCleanUpFolder(folder, {}, turn.client));
+        turn.meet("/folder");
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Lines, LongLivedClient, testing::Values("1.6", "1.14"), lineName);

@@ -228,7 +228,7 @@ TEST_P(SubversionBundle, AnswersTheCodesThatOperationsTestFor)
         EXPECT_THAT(outermost(copy(wc + "/file", destination)), entryNotFoundOrNoFolder);
         EXPECT_THAT(outermost(copy(url + "/file", destination)), entryNotFoundOrNoFolder);
     }
-    EXPECT_EQ(outermost(copy(wc + "/missing", wc + "/new")), SVN_ERR_ENTRY_NOT_FOUND);
+    EXPECT_EQ(outermost(copy(wc + "/missing", wc + "/new")), SVN_ERR_NODE_UNKNOWN_KIND);
     EXPECT_EQ(outermost(move(wc + "/file", wc + "/dir/sub")), SVN_ERR_ENTRY_EXISTS);
     EXPECT_EQ(outermost(copy(url + "/file", url + "/dir/sub")), SVN_ERR_FS_ALREADY_EXISTS);
     EXPECT_EQ(outermost(move(wc + "/file", url + "/new")), SVN_ERR_UNSUPPORTED_FEATURE);

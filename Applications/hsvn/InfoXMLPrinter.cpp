@@ -89,8 +89,7 @@ void addWorkingCopy(XML& xml, const HSVNWorkingCopyInfo& copy, HSVNNodeKind kind
 void printInfoXML(const HSVNItemInfo& info)
 {
     XML xml;
-    const bool hasKind = info.kind == HSVNNodeKindFile || info.kind == HSVNNodeKindDirectory;
-    XML::Attributes attributes{{"kind", hasKind ? wordOf(info.kind) : ""},
+    XML::Attributes attributes{{"kind", info.kind == HSVNNodeKindUnknown ? "" : wordOf(info.kind)},
                                {"path", shownTarget(info)},
                                {"revision", textOf(info.revision).value_or("Resource is not under version control.")}};
     if (info.kind == HSVNNodeKindFile && info.size >= 0) {

@@ -1,6 +1,7 @@
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
 #include "LineEnds.h"
+#include "OwnDatabases.h"
 #include "Relocation.h"
 
 namespace HSVNAdapter {
@@ -85,8 +86,10 @@ svn_error_t* cleanup(const char* path, svn_boolean_t breakLocks, svn_boolean_t f
 {
     SVN_ERR(checkLocalTarget(&path, pool));
     SVN_ERR(checkAbsoluteTarget(&path, pool));
-    return svn_client_cleanup2(path, breakLocks, fixTimestamps, clearWebCache, vacuumPristines, includeExternals, ctx,
-                               pool);
+    return withOwnDatabases(ctx, pool, [&] {
+        return svn_client_cleanup2(path, breakLocks, fixTimestamps, clearWebCache, vacuumPristines, includeExternals,
+                                   ctx, pool);
+    });
 }
 
 svn_error_t* vacuum(const char* path, svn_boolean_t removeUnversioned, svn_boolean_t removeIgnored,

@@ -1,6 +1,7 @@
 #include "CanonicalPaths.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
+#include "OwnDatabases.h"
 #include "StillbornAreas.h"
 #include "WorkingCopyFormat.h"
 
@@ -50,7 +51,8 @@ svn_error_t* checkout2(svn_revnum_t* result, const char* url, const char* path, 
 svn_error_t* cleanup(const char* folder, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     HSVN_CANONICAL_PATH(folder, pool);
-    return formatChecked(folder, smoothed(svn_client_cleanup(folder, ctx, pool)), pool);
+    svn_error_t* const error = withOwnDatabases(ctx, pool, [&] { return svn_client_cleanup(folder, ctx, pool); });
+    return formatChecked(folder, smoothed(error), pool);
 }
 
 svn_error_t* resolved(const char* path, svn_boolean_t recursive, svn_client_ctx_t* ctx, apr_pool_t* pool)

@@ -137,7 +137,7 @@ class Program(unittest.TestCase):
         with tempfile.TemporaryDirectory() as folder:
             wc = fixtures.make_repository(os.path.realpath(folder))
             fixtures.scribble(wc)
-            for command in ["log --with-all-revprops -v ^/", "list -R ^/", "info ^/trunk", "blame ^/trunk/iota",
+            for command in ["log --with-all-revprops -v ^/", "list -R ^/branches", "info ^/trunk", "blame ^/trunk/iota",
                             "proplist -v --revprop -r 6", "propget svn:log --revprop -r 6", "status -uv"]:
                 words = command.split()
                 listed = json.loads(hsvn(*words, "--json", folder=wc).stdout)
@@ -158,6 +158,13 @@ class Program(unittest.TestCase):
             shown = on_terminal(["status"], self.wc, environment)
             self.assertEqual(re.sub(r"\x1b\[\d*m", "", shown), plain)
             self.assertEqual("\x1b[32mA       A/new\x1b[0m\n" in shown, is_coloured, environment)
+
+    def test_the_administrative_area_is_refused_by_name(self):
+        for words in [("mkdir", ".svn/new"), ("export", "iota", ".svn/new")]:
+            ran = hsvn(*words, folder=self.wc)
+            self.assertIn("is reserved: '.svn' is Subversion's administrative directory", ran.stderr)
+            self.assertEqual(ran.returncode, 1)
+            self.assertFalse(os.path.exists(os.path.join(self.wc, ".svn/new")))
 
     def test_output_that_cannot_be_written_is_told(self):
         for redirection, reason in [(">&-", "Bad file descriptor"), (">/dev/full", "No space left on device")]:
