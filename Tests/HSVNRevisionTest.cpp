@@ -52,15 +52,17 @@ INSTANTIATE_TEST_SUITE_P(
     Texts, RevisionParsing,
     testing::Values(RevisionText{"head", 127, "HEAD"}, RevisionText{"Base", 2, "BASE"}, RevisionText{"PREV", 4, "PREV"},
                     RevisionText{"work", 8, "WORK"}, RevisionText{"committed", 16, "COMMITTED"},
-                    RevisionText{"HEAD", 32, "nil"}, RevisionText{"12", 1, "nil"}, RevisionText{"", 0, "UNSPECIFIED"},
-                    RevisionText{"  12", 127, "12"}, RevisionText{"\xC2\xA0 12", 32, "12"}, RevisionText{"+7", 32, "7"},
-                    RevisionText{"+-7", 32, "nil"}, RevisionText{"12 ", 127, "nil"}, RevisionText{"12a", 127, "nil"},
-                    RevisionText{" ", 127, "nil"}, RevisionText{"2147483647", 127, "2147483647"},
-                    RevisionText{"2147483648", 127, "nil"}, RevisionText{"99999999999999999999", 127, "nil"},
-                    RevisionText{"-99999999999", 127, "nil"}, RevisionText{".mine", 127, "nil"},
-                    RevisionText{"UNSPECIFIED", 127, "nil"}, RevisionText{"{2026-11-21}", 127, "nil"},
-                    RevisionText{"\xFF\xFE", 127, "nil"}, RevisionText{"11/21/26", 64, "2026-11-21"},
-                    RevisionText{"11/21/26", 63, "nil"}));
+                    RevisionText{"HEAD", 32, "nil"}, RevisionText{"HEAD", 126, "nil"}, RevisionText{"BASE", 125, "nil"},
+                    RevisionText{"PREV", 123, "nil"}, RevisionText{"WORK", 119, "nil"},
+                    RevisionText{"COMMITTED", 111, "nil"}, RevisionText{"12", 1, "nil"},
+                    RevisionText{"", 0, "UNSPECIFIED"}, RevisionText{"  12", 127, "12"},
+                    RevisionText{"\xC2\xA0 12", 32, "12"}, RevisionText{"+7", 32, "7"}, RevisionText{"+-7", 32, "nil"},
+                    RevisionText{"12 ", 127, "nil"}, RevisionText{"12a", 127, "nil"}, RevisionText{" ", 127, "nil"},
+                    RevisionText{"2147483647", 127, "2147483647"}, RevisionText{"2147483648", 127, "nil"},
+                    RevisionText{"99999999999999999999", 127, "nil"}, RevisionText{"-99999999999", 127, "nil"},
+                    RevisionText{".mine", 127, "nil"}, RevisionText{"UNSPECIFIED", 127, "nil"},
+                    RevisionText{"{2026-11-21}", 127, "nil"}, RevisionText{"\xFF\xFE", 127, "nil"},
+                    RevisionText{"11/21/26", 64, "2026-11-21"}, RevisionText{"11/21/26", 63, "nil"}));
 
 TEST(Revision, NamesGiveTheSharedInstances)
 {

@@ -145,6 +145,19 @@ class Program(unittest.TestCase):
                 self.assertTrue(listed, command)
                 self.assertTrue(list(tree), command)
 
+    def test_json_of_a_status_tells_what_the_repository_has(self):
+        with tempfile.TemporaryDirectory() as folder:
+            wc = fixtures.make_repository(os.path.realpath(folder))
+            fixtures.run_svn(wc, "lock", "iota")
+            fixtures.write(wc, "A/mu", "theirs\n")
+            fixtures.run_svn(wc, "propset", "color", "red", "A/mu")
+            fixtures.run_svn(wc, "commit", "-m", "Change mu", "A/mu")
+            fixtures.run_svn(wc, "update", "-q", "-r", "PREV", "A/mu")
+            listed = json.loads(hsvn("status", "-u", "--json", folder=wc).stdout)
+            found = {item["path"]: item["repository"] for item in listed if "repository" in item}
+            self.assertEqual(found["A/mu"], {"item": "modified", "properties": "modified"})
+            self.assertIn("token", found["iota"]["lock"])
+
     def test_json_keeps_every_byte_of_a_property(self):
         listed = json.loads(hsvn("propget", "binary-property", "--json", "binary", folder=self.wc).stdout)
         self.assertEqual(listed[0]["properties"]["binary-property"]["encoding"], "base64")
