@@ -392,7 +392,8 @@ INSTANTIATE_TEST_SUITE_P(
                     HostileArchive{bytes({0xA1, 0x61, 0xFF, 0x01}), "not UTF-8"},
                     HostileArchive{bytes({0xA2, 0x61, 'a', 0x01, 0x61, 'a', 0x02}), "\"a\" twice"},
                     HostileArchive{bytes({0xA1, 0x61, 'a', 0x3B, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF}),
-                                   "does not fit 64 bits"}));
+                                   "does not fit 64 bits"},
+                    HostileArchive{bytes({0xA1, 0x61, 'a', 0x3B, 0x80, 0, 0, 0, 0, 0, 0, 0}), "does not fit 64 bits"}));
 
 namespace {
 
