@@ -132,6 +132,9 @@ std::vector<std::string> HSVNFileManager::sortedNamesIn(const std::string& folde
 
 std::error_code HSVNFileManager::removeItem(const std::string& path)
 {
+    if (!files::path{path}.has_relative_path()) {
+        return std::make_error_code(std::errc::operation_not_permitted); // the root, and with it everything
+    }
     std::error_code error;
     if (files::remove_all(path, error) == 0 && !error) {
         return std::make_error_code(std::errc::no_such_file_or_directory);

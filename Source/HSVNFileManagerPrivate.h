@@ -20,7 +20,8 @@ std::vector<std::string> sortedNamesIn(const std::string& folder);
 
 /// Removes an item and everything below it.
 ///
-/// @return an error of the kind "no such file or directory" when there is nothing at the path
+/// @return an error of the kind "no such file or directory" when there is nothing at the path, and of "operation not
+///         permitted" for the root, which is never removed
 std::error_code removeItem(const std::string& path);
 
 /// Copies an item and everything below it, modification times of files included. The destination appears whole or not

@@ -125,7 +125,8 @@ std::string HSVNLogItem::description() const
 
 std::string HSVNLogItem::stringValue() const
 {
-    auto text = std::string(dashedLineLength, '-') + '\n';
+    std::string text(dashedLineLength, '-');
+    text += '\n';
     const auto output = std::back_inserter(text);
     fmt::format_to(output, "r{} | {} | {}\nChanged paths:\n", _revision, HSVNDescription(_author),
                    HSVNDescription(_date));

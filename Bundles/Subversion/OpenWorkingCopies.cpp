@@ -19,6 +19,8 @@ namespace {
 constexpr const char* poolKey = "HSVNAdapter::OpenWorkingCopies";
 /// A client that visits more of them would sooner or later run out of descriptors.
 constexpr std::size_t mostOpen = 64;
+/// How long a stop waits for the queue of work to be empty.
+constexpr std::chrono::seconds patience{1};
 
 apr_status_t forget(void* record)
 {
@@ -84,6 +86,9 @@ std::vector<std::string> externalsIn(const std::string& root, const std::string&
 bool hasWork(const std::string& database)
 {
     const auto connection = openDatabase(database);
+    if (connection) {
+        sqlite3_busy_timeout(connection.get(), 0);
+    }
     const auto row =
         connection ? prepareStatement(connection.get(), "SELECT EXISTS (SELECT 1 FROM work_queue)") : nullptr;
     // A database that is being written to has work as well.
@@ -117,6 +122,7 @@ OpenWorkingCopies* OpenWorkingCopies::in(apr_pool_t* contextPool)
 svn_error_t* OpenWorkingCopies::refresh(const apr_array_header_t* targets, apr_pool_t* pool)
 {
     _targets = absolutePaths(targets, pool);
+    _askedForWork.reset();
     if (_seen.empty()) {
         return SVN_NO_ERROR; // nothing is open
     }
@@ -156,8 +162,13 @@ svn_error_t* OpenWorkingCopies::close(apr_pool_t* pool)
     return error;
 }
 
-bool OpenWorkingCopies::hasUnfinishedWork(const std::string& path) const
+bool OpenWorkingCopies::hasUnfinishedWork(const std::string& path)
 {
+    const auto now = std::chrono::steady_clock::now();
+    if (now - _askedForWork.value_or(now) > patience) {
+        return false;
+    }
+    _askedForWork = _askedForWork.value_or(now);
     std::set<std::string> roots{workingCopyRoot(path, _contextPool)};
     for (const auto& target : _targets) {
         roots.insert(workingCopyRoot(target, _contextPool));
@@ -229,7 +240,7 @@ svn_error_t* closeWorkingCopies(svn_client_ctx_t* ctx, apr_pool_t* contextPool, 
 #ifdef HSVN_FAST_STATUS
 svn_boolean_t hasUnfinishedWork(const char* path, apr_pool_t* contextPool)
 {
-    const OpenWorkingCopies* const record = OpenWorkingCopies::in(contextPool);
+    OpenWorkingCopies* const record = OpenWorkingCopies::in(contextPool);
     return record != nullptr && record->hasUnfinishedWork(path);
 }
 #endif

@@ -4,7 +4,9 @@
 
 #if HSVN_LINE_MINOR >= 7
 
+#include <chrono>
 #include <map>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -29,7 +31,8 @@ class OpenWorkingCopies
     /// Keeps in mind which working copies an operation on the targets opens, with the externals in them.
     void note(const apr_array_header_t* targets, apr_pool_t* pool);
     /// Whether there is work in the queue of the path's working copy or of one of the last refresh's targets.
-    bool hasUnfinishedWork(const std::string& path) const;
+    /// No longer so once it has been asked for a second: who stops an operation does not wait for a large check-out.
+    bool hasUnfinishedWork(const std::string& path);
     /// Closes all databases.
     svn_error_t* close(apr_pool_t* pool);
 
@@ -52,6 +55,7 @@ class OpenWorkingCopies
     apr_pool_t* _generationPool = nullptr; // of the working-copy context; null for the client context's first one
     std::map<std::string, Seen> _seen;     // by root
     std::vector<std::string> _targets;     // of the last refresh, absolute
+    std::optional<std::chrono::steady_clock::time_point> _askedForWork; // for the first time since then
 };
 
 } // namespace HSVNAdapter
