@@ -315,8 +315,8 @@ bool HSVNClientInternals::goesOn(HSVNClient& client)
 
 bool HSVNClientInternals::mustFinishFirst(const HSVNClient& client)
 {
-    if (client._isFinalizingCommit || !client.hasKeptException()) {
-        return client._isFinalizingCommit;
+    if (client._isFinalizingCommit) {
+        return true;
     }
     const auto isBusy = HSVNExtensionOrNull(client.bundle()->extensions(), &HSVNBundleExtensions::has_unfinished_work);
     return isBusy && isBusy(client._notifiedPath.c_str(), client.pool());

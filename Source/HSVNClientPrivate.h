@@ -51,9 +51,8 @@ struct HSVNClientInternals
   private:
     /// Whether nothing asks for a stop: neither the delegate nor an exception that a callback kept.
     static bool goesOn(HSVNClient& client);
-    /// Whether a stop has to wait. Subversion leaves a working copy locked when an exception stops it amid its queue of
-    /// work, where a delegate that only answers no seldom meets it: that stops at once. Once a commit is being
-    /// finalized, the revision is there, and what follows writes it into the working copy.
+    /// Whether a stop has to wait. Subversion leaves a working copy locked when it is stopped amid its queue of work;
+    /// once a commit is being finalized, the revision is there, and what follows writes it into the working copy.
     static bool mustFinishFirst(const HSVNClient& client);
     /// The client's former configuration goes with its pool.
     static void replaceConfiguration(HSVNClient& client, std::unique_ptr<HSVNPool> pool, apr_hash_t* configuration);

@@ -20,7 +20,7 @@ constexpr const char* poolKey = "HSVNAdapter::OpenWorkingCopies";
 /// A client that visits more of them would sooner or later run out of descriptors.
 constexpr std::size_t mostOpen = 64;
 /// How long a stop waits for the queue of work to be empty.
-constexpr std::chrono::seconds patience{1};
+constexpr std::chrono::milliseconds patience{300};
 
 apr_status_t forget(void* record)
 {

@@ -31,7 +31,7 @@ class OpenWorkingCopies
     /// Keeps in mind which working copies an operation on the targets opens, with the externals in them.
     void note(const apr_array_header_t* targets, apr_pool_t* pool);
     /// Whether there is work in the queue of the path's working copy or of one of the last refresh's targets.
-    /// No longer so once it has been asked for a second: who stops an operation does not wait for a large check-out.
+    /// No longer so once it has been asked for some time: who stops an operation does not wait for a large check-out.
     bool hasUnfinishedWork(const std::string& path);
     /// Closes all databases.
     svn_error_t* close(apr_pool_t* pool);

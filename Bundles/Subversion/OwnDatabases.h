@@ -7,16 +7,22 @@
 
 namespace HSVNAdapter {
 
-/// Calls with databases that are opened for the call alone. A clean-up lets go of the folder that it is given, and
-/// fails where the folder is known already as a part of its working copy.
+/// Cleans a folder up with `call`, once more with databases that are opened for the call alone where the first try
+/// fails: a clean-up lets go of the folder that it is given, and takes one that is known already as a part of its
+/// working copy for no root.
 template <typename Call>
-svn_error_t* withOwnDatabases([[maybe_unused]] svn_client_ctx_t* ctx, [[maybe_unused]] apr_pool_t* pool, Call call)
+svn_error_t* cleanUpAnyFolder([[maybe_unused]] svn_client_ctx_t* ctx, [[maybe_unused]] apr_pool_t* pool, Call call)
 {
 #if HSVN_LINE_MINOR >= 7
+    svn_error_t* error = call();
+    if (error == nullptr || error->apr_err != SVN_ERR_WC_NOT_WORKING_COPY) {
+        return error;
+    }
+    svn_error_clear(error);
     svn_wc_context_t* own = nullptr;
     SVN_ERR(svn_wc_context_create(&own, nullptr, pool, pool));
     svn_wc_context_t* const kept = std::exchange(ctx->wc_ctx, own);
-    svn_error_t* const error = call();
+    error = call();
     ctx->wc_ctx = kept;
     return svn_error_compose_create(error, svn_wc_context_destroy(own));
 #else

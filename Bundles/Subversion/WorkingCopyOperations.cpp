@@ -51,7 +51,7 @@ svn_error_t* checkout2(svn_revnum_t* result, const char* url, const char* path, 
 svn_error_t* cleanup(const char* folder, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     HSVN_CANONICAL_PATH(folder, pool);
-    svn_error_t* const error = withOwnDatabases(ctx, pool, [&] { return svn_client_cleanup(folder, ctx, pool); });
+    svn_error_t* const error = cleanUpAnyFolder(ctx, pool, [&] { return svn_client_cleanup(folder, ctx, pool); });
     return formatChecked(folder, smoothed(error), pool);
 }
 

@@ -239,7 +239,7 @@ def check_interrupt(folder, programs):
     os.makedirs(os.path.join(folder, "home"))
     tree, repository, wc = (os.path.join(folder, name) for name in ("tree", "repository", "wc"))
     os.mkdir(tree)
-    for number in range(3000):
+    for number in range(6000):
         fixtures.write(tree, f"a-file-with-a-long-name-{number:06}", "text\n")
     subprocess.run(["svnadmin", "create", repository], check=True)
     fixtures.run_svn(folder, "import", "-q", "-m", "", tree, "file://" + repository)
@@ -252,7 +252,7 @@ def check_interrupt(folder, programs):
         process.stdout.read(4096)
         process.send_signal(signal.SIGINT)
         _, errors = process.communicate(timeout=60)
-        if len(os.listdir(wc)) >= 3000:
+        if len(os.listdir(wc)) >= 6000:
             sys.exit("the checkout was not interrupted")
         for command in [["cleanup"], ["update", "-q"]]:
             fixtures.run_svn(wc, *command)
