@@ -1,8 +1,8 @@
 #include "HSVNBundle.h"
 
 #include "HSVNBundleLoader.h"
-#include "HSVNInitializePrivate.h"
 #include "HSVNPlatformException.h"
+#include "Internal/Initialize.h"
 
 #include <fmt/format.h>
 #include <memory>

@@ -1,8 +1,8 @@
 #include "HSVNBundleLoader.h"
 
-#include "HSVNCharactersPrivate.h"
-#include "HSVNEverlastingPrivate.h"
 #include "HSVNPlatformException.h"
+#include "Internal/Characters.h"
+#include "Internal/Everlasting.h"
 
 #include <algorithm>
 #include <filesystem>

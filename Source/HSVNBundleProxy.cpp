@@ -1,9 +1,9 @@
 #include "HSVNBundleProxy.h"
 
-#include "HSVNBundleEntryPointsPrivate.h"
-#include "HSVNBundleExtensionsPrivate.h"
 #include "HSVNException.h"
 #include "HSVNVersion.h"
+#include "Internal/BundleEntryPoints.h"
+#include "Internal/BundleExtensions.h"
 
 #include <algorithm>
 #include <array>

@@ -1,10 +1,10 @@
 #include "HSVNClient.h"
 
 #include "HSVNBundleLoader.h"
-#include "HSVNClientPrivate.h"
-#include "HSVNContextUsePrivate.h"
 #include "HSVNException.h"
-#include "HSVNPoolPrivate.h"
+#include "Internal/Client.h"
+#include "Internal/ContextUse.h"
+#include "Internal/Pool.h"
 
 #include <mutex>
 

@@ -1,7 +1,7 @@
 // The client's configuration, each in a pool of its own: one that is read again replaces the former, and goes with it.
 
-#include "HSVNClientPrivate.h"
-#include "HSVNPoolPrivate.h"
+#include "Internal/Client.h"
+#include "Internal/Pool.h"
 
 #include <utility>
 

@@ -1,8 +1,8 @@
 #include "HSVNClientSettings.h"
 
-#include "HSVNCStringPrivate.h"
-#include "HSVNClientPrivate.h"
-#include "HSVNExtensionCallPrivate.h"
+#include "Internal/CString.h"
+#include "Internal/Client.h"
+#include "Internal/ExtensionCall.h"
 
 namespace {
 

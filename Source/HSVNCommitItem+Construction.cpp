@@ -5,11 +5,11 @@
 #include "HSVNPathWithRevision.h"
 #include "HSVNPlatformException.h"
 #include "HSVNRevision.h"
-#include "HSVNRevisionNumberPrivate.h"
 #include "HSVNStatus.h"
-#include "HSVNSubversionPrivate.h"
-#include "HSVNSubversionURLPrivate.h"
 #include "HSVNURL.h"
+#include "Internal/RevisionNumber.h"
+#include "Internal/Subversion.h"
+#include "Internal/SubversionURL.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "HSVNComparison.h"
 
-#include "HSVNContentsStreamPrivate.h"
-#include "HSVNDepthTranslationPrivate.h"
-#include "HSVNExtensionCallPrivate.h"
+#include "Internal/ContentsStream.h"
+#include "Internal/DepthTranslation.h"
+#include "Internal/ExtensionCall.h"
 
 namespace {
 

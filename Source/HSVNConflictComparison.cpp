@@ -1,7 +1,7 @@
-#include "HSVNCStringPrivate.h"
 #include "HSVNConflictedItem.h"
-#include "HSVNContentsStreamPrivate.h"
-#include "HSVNExtensionCallPrivate.h"
+#include "Internal/CString.h"
+#include "Internal/ContentsStream.h"
+#include "Internal/ExtensionCall.h"
 
 namespace {
 

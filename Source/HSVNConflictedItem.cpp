@@ -1,7 +1,7 @@
 #include "HSVNConflictedItem.h"
 
-#include "HSVNExtensionCallPrivate.h"
-#include "HSVNTextPrivate.h"
+#include "Internal/ExtensionCall.h"
+#include "Internal/Text.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #include "HSVNContents.h"
 
-#include "HSVNBrowsingPrivate.h"
-#include "HSVNContentsStreamPrivate.h"
-#include "HSVNExtensionCallPrivate.h"
+#include "Internal/Browsing.h"
+#include "Internal/ContentsStream.h"
+#include "Internal/ExtensionCall.h"
 
 void HSVNReadContents(const std::string& target, const HSVNRevisionSpecRef& revision, bool expandKeywords,
                       const HSVNContentsReceiver& receiver, const HSVNContextRef& context)

@@ -1,14 +1,14 @@
 #include "HSVNContext.h"
 
-#include "HSVNBundleExtensionsPrivate.h"
 #include "HSVNBundleLoader.h"
-#include "HSVNCStringPrivate.h"
-#include "HSVNCharactersPrivate.h"
-#include "HSVNContextUsePrivate.h"
 #include "HSVNException.h"
-#include "HSVNPoolPrivate.h"
 #include "HSVNStringProperties.h"
-#include "HSVNTransferCallbackPrivate.h"
+#include "Internal/BundleExtensions.h"
+#include "Internal/CString.h"
+#include "Internal/Characters.h"
+#include "Internal/ContextUse.h"
+#include "Internal/Pool.h"
+#include "Internal/TransferCallback.h"
 
 #include <fmt/format.h>
 

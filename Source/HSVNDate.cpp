@@ -2,8 +2,8 @@
 
 #include "HSVNBundleLoader.h"
 #include "HSVNException.h"
-#include "HSVNPoolPrivate.h"
-#include "HSVNUnicodePrivate.h"
+#include "Internal/Pool.h"
+#include "Internal/Unicode.h"
 
 #include <fmt/format.h>
 

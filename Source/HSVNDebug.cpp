@@ -1,8 +1,8 @@
 #include "HSVNDebug.h"
 
-#include "HSVNCharactersPrivate.h"
-#include "HSVNEverlastingPrivate.h"
-#include "HSVNHiddenPasswordsPrivate.h"
+#include "Internal/Characters.h"
+#include "Internal/Everlasting.h"
+#include "Internal/HiddenPasswords.h"
 
 #include <array>
 #include <cerrno>

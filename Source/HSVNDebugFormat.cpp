@@ -1,7 +1,7 @@
 // The placeholders of log lines.
 
-#include "HSVNCharactersPrivate.h"
 #include "HSVNDebug.h"
+#include "Internal/Characters.h"
 
 #include <algorithm>
 #include <bit>

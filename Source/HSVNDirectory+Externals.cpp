@@ -3,11 +3,11 @@
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
 #include "HSVNLocalPath.h"
-#include "HSVNOperationPrivate.h"
 #include "HSVNPropertyNames.h"
-#include "HSVNStatusScanPrivate.h"
 #include "HSVNStringExternals.h"
 #include "HSVNStringPaths.h"
+#include "Internal/Operation.h"
+#include "Internal/StatusScan.h"
 
 #include <filesystem>
 #include <set>

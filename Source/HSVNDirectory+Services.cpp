@@ -1,16 +1,16 @@
-#include "HSVNBrowsingPrivate.h"
 #include "HSVNContext.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
 #include "HSVNFile.h"
 #include "HSVNLock.h"
-#include "HSVNOperationPrivate.h"
-#include "HSVNPathKindPrivate.h"
 #include "HSVNRepositoryInfo.h"
-#include "HSVNRevisionNumberPrivate.h"
 #include "HSVNRevisionSpec.h"
-#include "HSVNTextPrivate.h"
 #include "HSVNURL.h"
+#include "Internal/Browsing.h"
+#include "Internal/Operation.h"
+#include "Internal/PathKind.h"
+#include "Internal/RevisionNumber.h"
+#include "Internal/Text.h"
 
 #include <filesystem>
 #include <fmt/format.h>

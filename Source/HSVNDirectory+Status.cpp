@@ -1,20 +1,20 @@
 // Status scans: HSVNDirectory (WorkingCopy).
 
-#include "HSVNCanonicalPathPrivate.h"
 #include "HSVNClient.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
-#include "HSVNFileManagerPrivate.h"
 #include "HSVNLocalPath.h"
 #include "HSVNLock.h"
-#include "HSVNOperationPrivate.h"
 #include "HSVNRepositoryInfo.h"
 #include "HSVNRevision.h"
-#include "HSVNRevisionNumberPrivate.h"
 #include "HSVNStatus.h"
 #include "HSVNStatusOptions.h"
-#include "HSVNStatusScanPrivate.h"
 #include "HSVNURL.h"
+#include "Internal/CanonicalPath.h"
+#include "Internal/FileManager.h"
+#include "Internal/Operation.h"
+#include "Internal/RevisionNumber.h"
+#include "Internal/StatusScan.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -1,13 +1,13 @@
 #include "HSVNCheckOutOptions.h"
-#include "HSVNDepthTranslationPrivate.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
 #include "HSVNLocalPath.h"
-#include "HSVNOperationNotificationsPrivate.h"
-#include "HSVNOperationPrivate.h"
 #include "HSVNRevision.h"
 #include "HSVNRevisionSpec.h"
 #include "HSVNURL.h"
+#include "Internal/DepthTranslation.h"
+#include "Internal/Operation.h"
+#include "Internal/OperationNotifications.h"
 
 namespace {
 

@@ -1,15 +1,15 @@
 // Format, administrative area, clean-up and upgrade of working copies: HSVNDirectory (WorkingCopy).
 
 #include "HSVNBundleLoader.h"
-#include "HSVNCanonicalPathPrivate.h"
 #include "HSVNClient.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
-#include "HSVNFileManagerPrivate.h"
 #include "HSVNLocalPath.h"
-#include "HSVNOperationPrivate.h"
 #include "HSVNPackage.h"
-#include "HSVNReplacedItemPrivate.h"
+#include "Internal/CanonicalPath.h"
+#include "Internal/FileManager.h"
+#include "Internal/Operation.h"
+#include "Internal/ReplacedItem.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -1,7 +1,7 @@
 #include "HSVNException.h"
 
-#include "HSVNCharactersPrivate.h"
-#include "HSVNPoolPrivate.h"
+#include "Internal/Characters.h"
+#include "Internal/Pool.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #include "HSVNExportOptions.h"
 
-#include "HSVNTextPrivate.h"
+#include "Internal/Text.h"
 
 #include <fmt/format.h>
 

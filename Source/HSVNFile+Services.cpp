@@ -1,10 +1,10 @@
-#include "HSVNBrowsingPrivate.h"
 #include "HSVNContext.h"
 #include "HSVNException.h"
 #include "HSVNFile.h"
-#include "HSVNOperationPrivate.h"
 #include "HSVNStreams.h"
 #include "HSVNURL.h"
+#include "Internal/Browsing.h"
+#include "Internal/Operation.h"
 
 #include <cstring>
 #include <fmt/format.h>

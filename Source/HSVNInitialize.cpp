@@ -2,8 +2,8 @@
 
 #include "HSVNBundleLoader.h"
 #include "HSVNException.h"
-#include "HSVNInitializePrivate.h"
-#include "HSVNPoolPrivate.h"
+#include "Internal/Initialize.h"
+#include "Internal/Pool.h"
 
 #include <atomic>
 #include <clocale>

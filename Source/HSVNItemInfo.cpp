@@ -1,10 +1,10 @@
 #include "HSVNItemInfo.h"
 
-#include "HSVNBrowsingPrivate.h"
-#include "HSVNDepthTranslationPrivate.h"
-#include "HSVNLockRecordPrivate.h"
-#include "HSVNRevisionNumberPrivate.h"
-#include "HSVNWorkingCopyPlacePrivate.h"
+#include "Internal/Browsing.h"
+#include "Internal/DepthTranslation.h"
+#include "Internal/LockRecord.h"
+#include "Internal/RevisionNumber.h"
+#include "Internal/WorkingCopyPlace.h"
 
 #include <array>
 #include <svn_checksum.h>

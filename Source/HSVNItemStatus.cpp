@@ -1,9 +1,9 @@
 #include "HSVNItemStatus.h"
 
-#include "HSVNDepthTranslationPrivate.h"
-#include "HSVNLockRecordPrivate.h"
-#include "HSVNRevisionNumberPrivate.h"
-#include "HSVNWorkingCopyPlacePrivate.h"
+#include "Internal/DepthTranslation.h"
+#include "Internal/LockRecord.h"
+#include "Internal/RevisionNumber.h"
+#include "Internal/WorkingCopyPlace.h"
 
 namespace {
 

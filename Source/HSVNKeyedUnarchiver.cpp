@@ -1,7 +1,7 @@
 #include "HSVNKeyedUnarchiver.h"
 
-#include "HSVNArchivableClassesPrivate.h"
-#include "HSVNArchivePrivate.h"
+#include "Internal/ArchivableClasses.h"
+#include "Internal/Archive.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

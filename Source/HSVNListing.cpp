@@ -1,10 +1,10 @@
 #include "HSVNListing.h"
 
-#include "HSVNBrowsingPrivate.h"
-#include "HSVNDepthTranslationPrivate.h"
-#include "HSVNLockRecordPrivate.h"
-#include "HSVNRevisionNumberPrivate.h"
 #include "HSVNStringPaths.h"
+#include "Internal/Browsing.h"
+#include "Internal/DepthTranslation.h"
+#include "Internal/LockRecord.h"
+#include "Internal/RevisionNumber.h"
 
 #include <algorithm>
 #include <iterator>

@@ -1,10 +1,10 @@
 #include "HSVNLocalPath.h"
 
-#include "HSVNEverlastingPrivate.h"
-#include "HSVNPathTextPrivate.h"
 #include "HSVNPlatformException.h"
-#include "HSVNTrustedTextPrivate.h"
 #include "HSVNURL.h"
+#include "Internal/Everlasting.h"
+#include "Internal/PathText.h"
+#include "Internal/TrustedText.h"
 
 #include <fmt/format.h>
 

@@ -25,7 +25,7 @@ class HSVN_EXPORT HSVNLocalPath : public HSVNPath
     static HSVNLocalPathRef pathWithString(const std::string& string);
     /// @throws HSVNInvalidArgumentException for a path that is missing or that no path can have as its text
     explicit HSVNLocalPath(HSVNCoder* decoder);
-    /// For texts known to be well formed; HSVNTrustedTextPrivate.h tells when.
+    /// For texts known to be well formed by where they come from.
     HSVNLocalPath(HSVNTrustedText trusted, std::string path);
 
     const std::string& string() const override { return _path; }

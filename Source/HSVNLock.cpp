@@ -2,8 +2,8 @@
 
 #include "HSVNDebug.h"
 #include "HSVNPath.h"
-#include "HSVNSubversionPrivate.h"
-#include "HSVNTextPrivate.h"
+#include "Internal/Subversion.h"
+#include "Internal/Text.h"
 
 #include <fmt/format.h>
 

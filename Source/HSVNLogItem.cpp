@@ -2,7 +2,7 @@
 
 #include "HSVNDebug.h"
 #include "HSVNPlatformException.h"
-#include "HSVNTextPrivate.h"
+#include "Internal/Text.h"
 
 #include <fmt/format.h>
 #include <iterator>

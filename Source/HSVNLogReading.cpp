@@ -1,8 +1,8 @@
 #include "HSVNLogReading.h"
 
-#include "HSVNExtensionCallPrivate.h"
-#include "HSVNRevisionNumberPrivate.h"
-#include "HSVNTextPrivate.h"
+#include "Internal/ExtensionCall.h"
+#include "Internal/RevisionNumber.h"
+#include "Internal/Text.h"
 
 #include <algorithm>
 

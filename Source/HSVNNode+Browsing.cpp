@@ -1,8 +1,8 @@
-#include "HSVNBrowsingPrivate.h"
 #include "HSVNContext.h"
 #include "HSVNNode.h"
-#include "HSVNOperationPrivate.h"
 #include "HSVNURL.h"
+#include "Internal/Browsing.h"
+#include "Internal/Operation.h"
 
 namespace {
 

@@ -1,16 +1,16 @@
 // Deletion in repositories and working copies: HSVNNode (Services).
 
-#include "HSVNCanonicalPathPrivate.h"
 #include "HSVNDeleteOptions.h"
 #include "HSVNException.h"
-#include "HSVNFileManagerPrivate.h"
 #include "HSVNNode.h"
 #include "HSVNNotification.h"
-#include "HSVNOperationPrivate.h"
-#include "HSVNPathKindPrivate.h"
-#include "HSVNReplacedItemPrivate.h"
-#include "HSVNReservedNamePrivate.h"
 #include "HSVNRevisionSpec.h"
+#include "Internal/CanonicalPath.h"
+#include "Internal/FileManager.h"
+#include "Internal/Operation.h"
+#include "Internal/PathKind.h"
+#include "Internal/ReplacedItem.h"
+#include "Internal/ReservedName.h"
 
 #include <fmt/format.h>
 

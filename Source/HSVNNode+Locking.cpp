@@ -3,9 +3,9 @@
 #include "HSVNLock.h"
 #include "HSVNLockOptions.h"
 #include "HSVNNode.h"
-#include "HSVNOperationPrivate.h"
 #include "HSVNStatus.h"
 #include "HSVNUnlockOptions.h"
+#include "Internal/Operation.h"
 
 void HSVNNode::lockNodes(const std::vector<HSVNPathRef>& nodePaths, const std::optional<std::string>& comment,
                          const HSVNLockOptionsRef& options, const HSVNContextRef& context)

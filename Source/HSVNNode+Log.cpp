@@ -1,11 +1,11 @@
-#include "HSVNExtensionCallPrivate.h"
 #include "HSVNLogOptions.h"
-#include "HSVNLogReceiverPrivate.h"
 #include "HSVNNode.h"
-#include "HSVNOperationPrivate.h"
 #include "HSVNRevision.h"
-#include "HSVNRevisionNumberPrivate.h"
-#include "HSVNTextPrivate.h"
+#include "Internal/ExtensionCall.h"
+#include "Internal/LogReceiver.h"
+#include "Internal/Operation.h"
+#include "Internal/RevisionNumber.h"
+#include "Internal/Text.h"
 
 namespace {
 

@@ -4,14 +4,14 @@
 #include "HSVNDeleteOptions.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
-#include "HSVNFileManagerPrivate.h"
 #include "HSVNMoveOptions.h"
 #include "HSVNNode.h"
-#include "HSVNOperationPrivate.h"
-#include "HSVNPathKindPrivate.h"
-#include "HSVNReplacedItemPrivate.h"
 #include "HSVNRevision.h"
-#include "HSVNRevisionNumberPrivate.h"
+#include "Internal/FileManager.h"
+#include "Internal/Operation.h"
+#include "Internal/PathKind.h"
+#include "Internal/ReplacedItem.h"
+#include "Internal/RevisionNumber.h"
 
 #include <fmt/format.h>
 

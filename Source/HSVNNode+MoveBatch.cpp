@@ -1,7 +1,6 @@
 // Batches of moves and copies with one log message: HSVNNode (Services).
 
 #include "HSVNClient.h"
-#include "HSVNClientPrivate.h"
 #include "HSVNCommitItem.h"
 #include "HSVNCopyOptions.h"
 #include "HSVNDebug.h"
@@ -9,9 +8,10 @@
 #include "HSVNMoveHandler.h"
 #include "HSVNMoveOptions.h"
 #include "HSVNNode.h"
-#include "HSVNOperationPrivate.h"
-#include "HSVNPathKindPrivate.h"
-#include "HSVNReplacedItemPrivate.h"
+#include "Internal/Client.h"
+#include "Internal/Operation.h"
+#include "Internal/PathKind.h"
+#include "Internal/ReplacedItem.h"
 
 #include <algorithm>
 #include <fmt/format.h>

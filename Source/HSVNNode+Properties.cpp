@@ -1,15 +1,15 @@
 // Versioned properties of nodes: HSVNNode (Properties).
 
-#include "HSVNBrowsingPrivate.h"
 #include "HSVNException.h"
 #include "HSVNNode.h"
-#include "HSVNOperationPrivate.h"
 #include "HSVNProperties.h"
 #include "HSVNPropertyNames.h"
 #include "HSVNRevisionSpec.h"
 #include "HSVNStringExternals.h"
 #include "HSVNStringPaths.h"
 #include "HSVNStringProperties.h"
+#include "Internal/Browsing.h"
+#include "Internal/Operation.h"
 
 namespace {
 

@@ -1,18 +1,18 @@
 // Import, export and merge: HSVNNode (Services).
 
-#include "HSVNDepthTranslationPrivate.h"
 #include "HSVNException.h"
 #include "HSVNExportOptions.h"
 #include "HSVNImportOptions.h"
 #include "HSVNMergeOptions.h"
 #include "HSVNNode.h"
 #include "HSVNNotification.h"
-#include "HSVNOperationNotificationsPrivate.h"
-#include "HSVNOperationPrivate.h"
 #include "HSVNRevision.h"
-#include "HSVNRevisionNumberPrivate.h"
 #include "HSVNRevisionSpec.h"
 #include "HSVNURL.h"
+#include "Internal/DepthTranslation.h"
+#include "Internal/Operation.h"
+#include "Internal/OperationNotifications.h"
+#include "Internal/RevisionNumber.h"
 
 // MARK: Import
 

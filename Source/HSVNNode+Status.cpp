@@ -1,15 +1,15 @@
 // Nodes with their working-copy status: HSVNNode (WorkingCopy).
 
-#include "HSVNCanonicalPathPrivate.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
 #include "HSVNFile.h"
 #include "HSVNLocalPath.h"
-#include "HSVNOperationPrivate.h"
 #include "HSVNRevision.h"
 #include "HSVNStatus.h"
-#include "HSVNStatusScanPrivate.h"
 #include "HSVNStringPatterns.h"
+#include "Internal/CanonicalPath.h"
+#include "Internal/Operation.h"
+#include "Internal/StatusScan.h"
 
 #include <algorithm>
 #include <cerrno>

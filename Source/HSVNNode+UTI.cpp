@@ -2,11 +2,11 @@
 
 #include "HSVNException.h"
 #include "HSVNLocalPath.h"
-#include "HSVNOperationPrivate.h"
 #include "HSVNPropertyNames.h"
 #include "HSVNRevisionSpec.h"
-#include "HSVNTextPrivate.h"
 #include "HSVNTypeRegistry.h"
+#include "Internal/Operation.h"
+#include "Internal/Text.h"
 
 #include <filesystem>
 #include <system_error>

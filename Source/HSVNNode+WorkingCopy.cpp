@@ -1,15 +1,15 @@
 #include "HSVNAddOptions.h"
 #include "HSVNCommitOptions.h"
-#include "HSVNDepthTranslationPrivate.h"
 #include "HSVNNode.h"
-#include "HSVNOperationNotificationsPrivate.h"
-#include "HSVNOperationPrivate.h"
 #include "HSVNPlatformException.h"
 #include "HSVNResolveOptions.h"
 #include "HSVNRevertOptions.h"
 #include "HSVNRevision.h"
-#include "HSVNRevisionNumberPrivate.h"
 #include "HSVNUpdateOptions.h"
+#include "Internal/DepthTranslation.h"
+#include "Internal/Operation.h"
+#include "Internal/OperationNotifications.h"
+#include "Internal/RevisionNumber.h"
 
 #include <fmt/format.h>
 

@@ -3,11 +3,11 @@
 #include "HSVNLocalPath.h"
 #include "HSVNLock.h"
 #include "HSVNPath.h"
-#include "HSVNRevisionNumberPrivate.h"
 #include "HSVNStatus.h"
-#include "HSVNSubversionPrivate.h"
-#include "HSVNTextPrivate.h"
 #include "HSVNURL.h"
+#include "Internal/RevisionNumber.h"
+#include "Internal/Subversion.h"
+#include "Internal/Text.h"
 
 #include <filesystem>
 #include <system_error>

@@ -2,8 +2,8 @@
 
 #include "HSVNLock.h"
 #include "HSVNRevision.h"
-#include "HSVNTextPrivate.h"
 #include "HSVNURL.h"
+#include "Internal/Text.h"
 
 #include <fmt/format.h>
 

@@ -1,7 +1,7 @@
 #include "HSVNPackage.h"
 
-#include "HSVNEverlastingPrivate.h"
 #include "HSVNException.h"
+#include "Internal/Everlasting.h"
 
 #include <cstdint>
 #include <cstdlib>

@@ -1,6 +1,6 @@
 #include "HSVNParsedURL.h"
 
-#include "HSVNPathTextPrivate.h"
+#include "Internal/PathText.h"
 
 #ifdef __clang_analyzer__
 #include <boost/url.hpp> // clang's analyzer takes the views that Boost returns by value for dangling ones

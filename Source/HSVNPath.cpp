@@ -1,10 +1,10 @@
 #include "HSVNPath.h"
 
 #include "HSVNLocalPath.h"
-#include "HSVNPathTextPrivate.h"
 #include "HSVNPlatformException.h"
 #include "HSVNURL.h"
-#include "HSVNUnicodePrivate.h"
+#include "Internal/PathText.h"
+#include "Internal/Unicode.h"
 
 #include <fmt/format.h>
 

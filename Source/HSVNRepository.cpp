@@ -3,7 +3,7 @@
 #include "HSVNBundleLoader.h"
 #include "HSVNException.h"
 #include "HSVNLocalPath.h"
-#include "HSVNPoolPrivate.h"
+#include "Internal/Pool.h"
 
 #include <cstring>
 #include <fmt/format.h>

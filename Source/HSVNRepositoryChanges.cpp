@@ -1,9 +1,9 @@
 #include "HSVNRepositoryChanges.h"
 
-#include "HSVNDepthTranslationPrivate.h"
-#include "HSVNExtensionCallPrivate.h"
-#include "HSVNRevisionNumberPrivate.h"
-#include "HSVNTextPrivate.h"
+#include "Internal/DepthTranslation.h"
+#include "Internal/ExtensionCall.h"
+#include "Internal/RevisionNumber.h"
+#include "Internal/Text.h"
 
 namespace {
 

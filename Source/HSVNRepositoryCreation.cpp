@@ -1,6 +1,6 @@
 #include "HSVNRepositoryCreation.h"
 
-#include "HSVNExtensionCallPrivate.h"
+#include "Internal/ExtensionCall.h"
 
 #include <array>
 #include <fmt/format.h>

@@ -1,7 +1,7 @@
 #include "HSVNRepositoryInfo.h"
 
-#include "HSVNTextPrivate.h"
 #include "HSVNURL.h"
+#include "Internal/Text.h"
 
 #include <fmt/format.h>
 

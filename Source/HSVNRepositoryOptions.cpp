@@ -1,6 +1,6 @@
 #include "HSVNRepositoryOptions.h"
 
-#include "HSVNPoolPrivate.h"
+#include "Internal/Pool.h"
 
 #include <fmt/format.h>
 

@@ -1,11 +1,11 @@
 #include "HSVNRevision.h"
 
-#include "HSVNCharactersPrivate.h"
-#include "HSVNEverlastingPrivate.h"
 #include "HSVNException.h"
-#include "HSVNRevisionNumberPrivate.h"
-#include "HSVNSubversionPrivate.h"
-#include "HSVNUnicodePrivate.h"
+#include "Internal/Characters.h"
+#include "Internal/Everlasting.h"
+#include "Internal/RevisionNumber.h"
+#include "Internal/Subversion.h"
+#include "Internal/Unicode.h"
 
 #include <fmt/format.h>
 

@@ -1,6 +1,6 @@
 #include "HSVNRevisionSpec.h"
 
-#include "HSVNEverlastingPrivate.h"
+#include "Internal/Everlasting.h"
 
 #include <fmt/format.h>
 

@@ -1,13 +1,13 @@
 #include "HSVNStatus.h"
 
-#include "HSVNEverlastingPrivate.h"
 #include "HSVNLock.h"
-#include "HSVNRevisionNumberPrivate.h"
-#include "HSVNSubversionPrivate.h"
-#include "HSVNSubversionURLPrivate.h"
-#include "HSVNTextPrivate.h"
 #include "HSVNURL.h"
 #include "HSVNVersion.h"
+#include "Internal/Everlasting.h"
+#include "Internal/RevisionNumber.h"
+#include "Internal/Subversion.h"
+#include "Internal/SubversionURL.h"
+#include "Internal/Text.h"
 
 #include <fmt/format.h>
 

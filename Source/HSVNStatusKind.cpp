@@ -1,6 +1,6 @@
 #include "HSVNStatusKind.h"
 
-#include "HSVNSubversionPrivate.h"
+#include "Internal/Subversion.h"
 
 HSVNStatusKind HSVNConvertStatusKind(std::int32_t subversionKind)
 {

@@ -1,7 +1,7 @@
 #include "HSVNStreams.h"
 
 #include "HSVNException.h"
-#include "HSVNPoolPrivate.h"
+#include "Internal/Pool.h"
 
 #include <new>
 #include <type_traits>

@@ -2,8 +2,8 @@
 
 #include "HSVNBundleLoader.h"
 #include "HSVNException.h"
-#include "HSVNPoolPrivate.h"
 #include "HSVNRevision.h"
+#include "Internal/Pool.h"
 
 #include <algorithm>
 #include <chrono>

@@ -1,9 +1,9 @@
 #include "HSVNStringPaths.h"
 
-#include "HSVNCharactersPrivate.h"
 #include "HSVNPlatformException.h"
-#include "HSVNPoolPrivate.h"
-#include "HSVNUnicodePrivate.h"
+#include "Internal/Characters.h"
+#include "Internal/Pool.h"
+#include "Internal/Unicode.h"
 
 #include <cstring>
 

@@ -1,8 +1,8 @@
 #include "HSVNStringPatterns.h"
 
 #include "HSVNBundleLoader.h"
-#include "HSVNCStringPrivate.h"
-#include "HSVNPoolPrivate.h"
+#include "Internal/CString.h"
+#include "Internal/Pool.h"
 
 bool HSVNString::matchesPatternInArray(const std::string& text, const std::vector<std::string>& patterns,
                                        apr_pool_t* pool)

@@ -1,8 +1,8 @@
 #include "HSVNStringProperties.h"
 
 #include "HSVNBundleLoader.h"
-#include "HSVNCharactersPrivate.h"
-#include "HSVNPoolPrivate.h"
+#include "Internal/Characters.h"
+#include "Internal/Pool.h"
 
 #include <unordered_set>
 

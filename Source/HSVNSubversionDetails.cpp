@@ -1,7 +1,7 @@
 #include "HSVNSubversionDetails.h"
 
-#include "HSVNExtensionCallPrivate.h"
-#include "HSVNTextPrivate.h"
+#include "Internal/ExtensionCall.h"
+#include "Internal/Text.h"
 
 HSVNSubversionDetails HSVNReadSubversionDetails(const std::optional<std::string>& configurationFolder, bool withSystem,
                                                 const HSVNContextRef& context)

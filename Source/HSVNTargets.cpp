@@ -1,7 +1,7 @@
 #include "HSVNTargets.h"
 
-#include "HSVNExtensionCallPrivate.h"
-#include "HSVNTextPrivate.h"
+#include "Internal/ExtensionCall.h"
+#include "Internal/Text.h"
 
 namespace {
 

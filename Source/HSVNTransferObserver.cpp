@@ -1,8 +1,8 @@
 #include "HSVNTransferObserver.h"
 
-#include "HSVNContextUsePrivate.h"
-#include "HSVNOperationPrivate.h"
-#include "HSVNTransferCallbackPrivate.h"
+#include "Internal/ContextUse.h"
+#include "Internal/Operation.h"
+#include "Internal/TransferCallback.h"
 
 #include <utility>
 

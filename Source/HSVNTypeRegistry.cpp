@@ -1,9 +1,9 @@
 #include "HSVNTypeRegistry.h"
 
-#include "HSVNCharactersPrivate.h"
-#include "HSVNEverlastingPrivate.h"
 #include "HSVNException.h"
 #include "HSVNPackage.h"
+#include "Internal/Characters.h"
+#include "Internal/Everlasting.h"
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>

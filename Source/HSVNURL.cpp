@@ -1,11 +1,11 @@
 #include "HSVNURL.h"
 
-#include "HSVNCharactersPrivate.h"
 #include "HSVNLocalPath.h"
 #include "HSVNParsedURL.h"
-#include "HSVNPathTextPrivate.h"
 #include "HSVNPlatformException.h"
-#include "HSVNTrustedTextPrivate.h"
+#include "Internal/Characters.h"
+#include "Internal/PathText.h"
+#include "Internal/TrustedText.h"
 
 #include <fmt/format.h>
 #include <netdb.h>

@@ -55,7 +55,7 @@ class HSVN_EXPORT HSVNURL : public HSVNPath
     static std::int32_t defaultPortForScheme(const std::string& scheme);
     /// @throws HSVNInvalidArgumentException for a text that is missing or no URL
     explicit HSVNURL(HSVNCoder* decoder);
-    /// For texts known to be well formed; HSVNTrustedTextPrivate.h tells when.
+    /// For texts known to be well formed by where they come from.
     HSVNURL(HSVNTrustedText trusted, std::string url);
 
     const std::string& string() const override { return _url; }

@@ -1,8 +1,8 @@
 #include "HSVNVersion.h"
 
-#include "HSVNCharactersPrivate.h"
-#include "HSVNEverlastingPrivate.h"
 #include "HSVNTypes.h"
+#include "Internal/Characters.h"
+#include "Internal/Everlasting.h"
 
 #include <charconv>
 #include <fmt/format.h>

@@ -1,9 +1,9 @@
 #include "HSVNWorkingCopyChanges.h"
 
-#include "HSVNDepthTranslationPrivate.h"
-#include "HSVNExtensionCallPrivate.h"
-#include "HSVNReplacedItemPrivate.h"
-#include "HSVNRevisionNumberPrivate.h"
+#include "Internal/DepthTranslation.h"
+#include "Internal/ExtensionCall.h"
+#include "Internal/ReplacedItem.h"
+#include "Internal/RevisionNumber.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 #include "HSVNWorkingCopyUpdates.h"
 
-#include "HSVNBrowsingPrivate.h"
-#include "HSVNDepthTranslationPrivate.h"
-#include "HSVNExtensionCallPrivate.h"
-#include "HSVNRevisionNumberPrivate.h"
+#include "Internal/Browsing.h"
+#include "Internal/DepthTranslation.h"
+#include "Internal/ExtensionCall.h"
+#include "Internal/RevisionNumber.h"
 
 namespace {
 

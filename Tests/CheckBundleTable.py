@@ -12,8 +12,8 @@ import sys
 from pathlib import Path
 
 ROOT = Path(__file__).resolve().parent.parent
-HEADER = ROOT / "Source" / "HSVNBundleEntryPointsPrivate.h"
-EXTENSIONS = ROOT / "Source" / "HSVNBundleExtensionsPrivate.h"
+HEADER = ROOT / "Source" / "Internal" / "BundleEntryPoints.h"
+EXTENSIONS = ROOT / "Source" / "Internal" / "BundleExtensions.h"
 GUIDE = ROOT / "Documentation" / "Bundles.md"
 PLACES = 91
 

@@ -4,8 +4,8 @@
 #include "HSVNLock.h"
 #include "HSVNNotification.h"
 #include "HSVNRevisionSpec.h"
-#include "HSVNSubversionPrivate.h"
 #include "HSVNURL.h"
+#include "Internal/Subversion.h"
 #include "SequentialCoder.h"
 
 #include <gmock/gmock.h>

@@ -1,7 +1,7 @@
 #include "HSVNBundleLoader.h"
 #include "FakeBundle.h"
-#include "HSVNBundleEntryPointsPrivate.h"
 #include "HSVNException.h"
+#include "Internal/BundleEntryPoints.h"
 #include "ReasonOf.h"
 #include "TemporaryFolder.h"
 

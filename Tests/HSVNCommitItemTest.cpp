@@ -8,8 +8,8 @@
 #include "HSVNPathWithRevision.h"
 #include "HSVNRevision.h"
 #include "HSVNStatus.h"
-#include "HSVNSubversionPrivate.h"
 #include "HSVNURL.h"
+#include "Internal/Subversion.h"
 
 #include <gtest/gtest.h>
 

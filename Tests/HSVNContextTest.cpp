@@ -2,8 +2,8 @@
 #include "FakeBundle.h"
 #include "HSVNBundleLoader.h"
 #include "HSVNException.h"
-#include "HSVNPoolPrivate.h"
 #include "HSVNStringProperties.h"
+#include "Internal/Pool.h"
 #include "TemporaryFolder.h"
 
 #include <gmock/gmock.h>

@@ -7,10 +7,10 @@
 #include "HSVNMoveHandler.h"
 #include "HSVNMoveOptions.h"
 #include "HSVNNode.h"
-#include "HSVNPoolPrivate.h"
 #include "HSVNRevision.h"
 #include "HSVNRevisionSpec.h"
 #include "HSVNWorkingCopyChanges.h"
+#include "Internal/Pool.h"
 #include "ReasonOf.h"
 #include "WorkingCopyTest.h"
 

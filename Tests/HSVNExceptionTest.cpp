@@ -1,7 +1,7 @@
 #include "HSVNException.h"
 #include "FakeBundle.h"
 #include "HSVNBundleLoader.h"
-#include "HSVNPoolPrivate.h"
+#include "Internal/Pool.h"
 #include "ReasonOf.h"
 #include "TemporaryFolder.h"
 

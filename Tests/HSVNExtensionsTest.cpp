@@ -1,5 +1,5 @@
 #include "HSVN.h"
-#include "HSVNBundleExtensionsPrivate.h"
+#include "Internal/BundleExtensions.h"
 #include "TemporaryFolder.h"
 #include "TestRepository.h"
 

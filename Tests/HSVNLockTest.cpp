@@ -2,8 +2,8 @@
 
 #include "HSVNException.h"
 #include "HSVNNotification.h"
-#include "HSVNSubversionPrivate.h"
 #include "HSVNURL.h"
+#include "Internal/Subversion.h"
 
 #include <gtest/gtest.h>
 

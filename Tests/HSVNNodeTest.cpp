@@ -6,8 +6,8 @@
 #include "HSVNLocalPath.h"
 #include "HSVNLock.h"
 #include "HSVNStatus.h"
-#include "HSVNSubversionPrivate.h"
 #include "HSVNURL.h"
+#include "Internal/Subversion.h"
 #include "SequentialCoder.h"
 #include "TemporaryFolder.h"
 

@@ -2,7 +2,7 @@
 #include "HSVNBundleProxy.h"
 #include "HSVNException.h"
 #include "HSVNLocalPath.h"
-#include "HSVNOperationPrivate.h"
+#include "Internal/Operation.h"
 #include "ReasonOf.h"
 #include "TemporaryFolder.h"
 

@@ -12,7 +12,6 @@
 #include "HSVNLogOptions.h"
 #include "HSVNMergeOptions.h"
 #include "HSVNMoveOptions.h"
-#include "HSVNPoolPrivate.h"
 #include "HSVNRepositoryOptions.h"
 #include "HSVNResolveOptions.h"
 #include "HSVNRevertOptions.h"
@@ -21,6 +20,7 @@
 #include "HSVNStatusOptions.h"
 #include "HSVNUnlockOptions.h"
 #include "HSVNUpdateOptions.h"
+#include "Internal/Pool.h"
 
 #include <gtest/gtest.h>
 #include <map>

@@ -5,7 +5,7 @@
 #include "HSVNBundleProxy.h"
 #include "HSVNException.h"
 #include "HSVNLocalPath.h"
-#include "HSVNPoolPrivate.h"
+#include "Internal/Pool.h"
 #include "ReasonOf.h"
 #include "TemporaryFolder.h"
 

@@ -2,7 +2,7 @@
 
 #include "HSVNBundleLoader.h"
 #include "HSVNException.h"
-#include "HSVNSubversionPrivate.h"
+#include "Internal/Subversion.h"
 
 #include <ctime>
 #include <gtest/gtest.h>

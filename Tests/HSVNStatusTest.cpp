@@ -4,9 +4,9 @@
 #include "HSVNKeyedUnarchiver.h"
 #include "HSVNLock.h"
 #include "HSVNPath.h"
-#include "HSVNSubversionPrivate.h"
 #include "HSVNURL.h"
 #include "HSVNVersion.h"
+#include "Internal/Subversion.h"
 #include "SequentialCoder.h"
 
 #include <gtest/gtest.h>

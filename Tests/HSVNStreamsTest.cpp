@@ -1,7 +1,7 @@
 #include "AlteredBundle.h"
 #include "HSVNException.h"
-#include "HSVNPoolPrivate.h"
 #include "HSVNStandardStreams.h"
+#include "Internal/Pool.h"
 #include "ReasonOf.h"
 #include "TemporaryFolder.h"
 

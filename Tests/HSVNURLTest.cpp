@@ -4,7 +4,7 @@
 #include "HSVNLocalPath.h"
 #include "HSVNParsedURL.h"
 #include "HSVNPlatformException.h"
-#include "HSVNTrustedTextPrivate.h"
+#include "Internal/TrustedText.h"
 #include "ReasonOf.h"
 #include "TestRepository.h"
 

@@ -114,7 +114,7 @@ class InstalledPackage(unittest.TestCase):
         probe = self.work / "probe.cpp"
         probe.write_text("".join(f"#include <HSVN/{h.name}>\n" for h in reversed(headers)))
         needed = run(COMPILER, "-std=c++20", "-M", f"-I{self.prefix}/include", str(probe))
-        self.assertEqual(re.findall(r"\S*/(?:svn|apr|apu)_?\w*\.h|\S*Private\.h", needed), [])
+        self.assertEqual(re.findall(r"\S*/(?:svn|apr|apu)_?\w*\.h|\S*Internal/\S*\.h", needed), [])
 
     def test_the_package_holds_library_resources_and_bundles(self):
         package = self.prefix / "lib/HSVN/Versions/A"

@@ -44,9 +44,9 @@ class SealedLibrary(unittest.TestCase):
     def setUpClass(cls):
         cls.exported = names("-D", "--defined-only", PACKAGE / "libHSVN.so")
         cls.internal = declared(r"^(?:class|struct|namespace) (\w+)$|^(?:class|struct|namespace) (\w+) (?!.*;)",
-                                "*Private.h")
+                                "Internal/*.h")
         cls.internal = {name for pair in cls.internal for name in pair if name}
-        cls.internal |= declared(r"^\w[\w:<>&* ]*?\b(HSVN\w+)\(", "*Private.h")
+        cls.internal |= declared(r"^\w[\w:<>&* ]*?\b(HSVN\w+)\(", "Internal/*.h")
         cls.internal -= declared(r"HSVN_EXPORT .*?\b(HSVN\w+)\(", "*.h")
 
     def test_nothing_leaves_but_the_library_s_own(self):

@@ -1,13 +1,15 @@
 #!/usr/bin/env python3
-"""Fails on include circles, on a Subversion or APR header in a public header, and on a public header that includes a
-private one. Reads the sources as text; needs nothing built."""
+"""Fails on include circles, on a header from behind the library's wall, Subversion's or APR's in a public header, and on
+a public header that the umbrella lacks. Reads the sources as text; needs nothing built."""
 
 import pathlib
 import re
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-FOLDERS = ["Source", "Source/Unicode", "Bundles/Subversion", "Applications/hsvn", "Tests/Support"]
+LIBRARY = ROOT / "Source"
+# Folders whose files include each other by names that start in one of them.
+TREES = [LIBRARY, ROOT / "Bundles/Subversion", ROOT / "Applications/hsvn", ROOT / "Tests/Support"]
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]', re.MULTILINE)
 FOREIGN = re.compile(r"^(svn|apr|apu)[_a-z0-9]*\.h$|^(subversion-1|apr-1)")
 HEAVY = re.compile(r"^(fmt|spdlog|nlohmann|boost|unicode)/")
@@ -17,8 +19,17 @@ def includes_of(path):
     return [name for _, name in INCLUDE.findall(path.read_text(encoding="utf-8"))]
 
 
+def resolve(path, name, headers):
+    """The header that an include means, seen from a file; None for one that is not ours."""
+    name = name.removeprefix("HSVN/")
+    for folder in [path.parent, *TREES]:
+        if (folder / name) in headers:
+            return folder / name
+    return None
+
+
 def find_cycle(graph):
-    """A list of names that include each other in a circle, or None."""
+    """A list of headers that include each other in a circle, or None."""
     done, trail = set(), []
 
     def visit(name):
@@ -48,28 +59,31 @@ def public_header_faults(path, names):
             yield f"{path.name}: a public header includes Subversion's or APR's {name}"
         elif HEAVY.match(name):
             yield f"{path.name}: a public header includes {name}, which its users may not have"
-        elif name.endswith("Private.h"):
-            yield f"{path.name}: a public header includes the private {name}"
+        elif name.startswith(("Internal/", "Unicode/")):
+            yield f"{path.name}: a public header includes the internal {name}"
 
 
 def main():
-    headers = {p.name: p for folder in FOLDERS for p in sorted((ROOT / folder).glob("*.h"))}
-    graph = {name: [pathlib.PurePosixPath(i).name for i in includes_of(path)
-                    if pathlib.PurePosixPath(i).name in headers] for name, path in headers.items()}
+    headers = {path for tree in TREES for path in tree.rglob("*.h")}
+    graph = {path: [found for name in includes_of(path) if (found := resolve(path, name, headers))]
+             for path in sorted(headers)}
     faults = []
     cycle = find_cycle(graph)
     if cycle:
-        faults.append("include circle: " + " -> ".join(cycle))
-    for name, path in headers.items():
-        if path.parent.name == "Source" and not name.endswith("Private.h"):
-            faults.extend(public_header_faults(path, includes_of(path)))
-    for path in sorted((ROOT / "Source").glob("*.cpp")):
+        faults.append("include circle: " + " -> ".join(str(path.relative_to(ROOT)) for path in cycle))
+    public = {path for path in headers if path.parent == LIBRARY}
+    for path in sorted(public):
+        faults.extend(public_header_faults(path, includes_of(path)))
+    for path in sorted(LIBRARY.rglob("*.cpp")):
         if any(name.startswith("svn_private") or name.startswith("private/") for name in includes_of(path)):
             faults.append(f"{path.name}: includes a header private to Subversion")
-    umbrella = set(includes_of(ROOT / "Source/HSVN.h"))
-    for name, path in headers.items():
-        if path.parent.name == "Source" and name != "HSVN.h" and not name.endswith("Private.h") and name not in umbrella:
-            faults.append(f"HSVN.h does not include the public header {name}")
+    for path in sorted((ROOT / "Applications").rglob("*.*")):
+        if path.suffix in (".h", ".cpp") and any("Internal/" in name for name in includes_of(path)):
+            faults.append(f"{path.name}: the program includes an internal header of the library")
+    umbrella = set(includes_of(LIBRARY / "HSVN.h"))
+    for path in sorted(public):
+        if path.name != "HSVN.h" and path.name not in umbrella:
+            faults.append(f"HSVN.h does not include the public header {path.name}")
     for fault in faults:
         print(f"check-includes: {fault}", file=sys.stderr)
     if not headers:

@@ -4,6 +4,6 @@ set -euo pipefail
 cd "$(dirname "$0")/../Source"
 {
     printf '#pragma once\n\n/// Everything that an application needs: every public header of the library.\n\n'
-    ls ./*.h | sed -e 's|^\./||' -e '/Private\.h$/d' -e '/^HSVN\.h$/d' | LC_ALL=C sort | sed 's|.*|#include "&"|'
+    ls ./*.h | sed -e 's|^\./||' -e '/^HSVN\.h$/d' | LC_ALL=C sort | sed 's|.*|#include "&"|'
 } > HSVN.h.new
 mv HSVN.h.new HSVN.h

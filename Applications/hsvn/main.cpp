@@ -1,11 +1,11 @@
-#include "Cancellation.h"
-#include "CommandLineParser.h"
-#include "CommitRun.h"
-#include "Errors.h"
-#include "NativeText.h"
-#include "Output.h"
-#include "Session.h"
-#include "Subcommands.h"
+#include "CommandLine/Cancellation.h"
+#include "CommandLine/CommandLineParser.h"
+#include "CommandLine/Errors.h"
+#include "CommandLine/NativeText.h"
+#include "CommandLine/Session.h"
+#include "CommandLine/Subcommands.h"
+#include "Commands/CommitRun.h"
+#include "Output/Output.h"
 
 #include <algorithm>
 #include <array>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HSVNBundleExtensionsPrivate.h"
+#include "Internal/BundleExtensions.h"
 #include "SubversionLine.h"
 
 // Where Subversion keeps passwords and passphrases: the platform's stores first, which encrypt, then its own files,

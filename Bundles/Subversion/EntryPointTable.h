@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HSVNBundleEntryPointsPrivate.h"
+#include "Internal/BundleEntryPoints.h"
 #include "SubversionLine.h"
 
 // The table is filled by the sources that hold its functions, each its own places.

@@ -1,6 +1,6 @@
 #include "ExtensionTargets.h"
 
-#include "HSVNBundleExtensionsPrivate.h"
+#include "Internal/BundleExtensions.h"
 
 #include <string_view>
 

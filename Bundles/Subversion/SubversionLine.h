@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HSVNSubversionPrivate.h"
+#include "Internal/Subversion.h"
 
 /// The minor number of the Subversion line that the adapter is compiled for: that of the headers. It decides which of
 /// Subversion's functions are called. The tests compile the adapter for older lines against the installed headers,

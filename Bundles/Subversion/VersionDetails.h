@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HSVNBundleExtensionsPrivate.h"
+#include "Internal/BundleExtensions.h"
 #include "SubversionLine.h"
 
 namespace HSVNAdapter {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HSVNUnicodePrivate.h"
+#include "Internal/Unicode.h"
 
 /// The operations of HSVNUnicode on dates of the user's locale.
 namespace UnicodeDates {

@@ -1,4 +1,4 @@
-#include "HSVNEverlastingPrivate.h"
+#include "Internal/Everlasting.h"
 #include "UnicodeDates.h"
 #include "UnicodeTexts.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HSVNUnicodePrivate.h"
+#include "Internal/Unicode.h"
 
 /// The operations of HSVNUnicode on characters.
 namespace UnicodeTexts {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HSVNSubversionPrivate.h"
+#include "Internal/Subversion.h"
 
 #include <string>
 #include <type_traits>

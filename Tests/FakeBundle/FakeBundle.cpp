@@ -1,5 +1,5 @@
 #include "FakeBundleState.h"
-#include "HSVNBundleEntryPointsPrivate.h"
+#include "Internal/BundleEntryPoints.h"
 
 #include <array>
 #include <chrono>

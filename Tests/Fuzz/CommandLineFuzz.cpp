@@ -1,8 +1,8 @@
-#include "CommandLineParser.h"
-#include "Errors.h"
+#include "CommandLine/CommandLineParser.h"
+#include "CommandLine/Errors.h"
+#include "CommandLine/Session.h"
+#include "CommandLine/TextFiles.h"
 #include "FuzzInput.h"
-#include "Session.h"
-#include "TextFiles.h"
 
 #include <getopt.h>
 #include <vector>

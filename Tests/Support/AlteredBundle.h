@@ -1,8 +1,8 @@
 #pragma once
 
-#include "HSVNBundleEntryPointsPrivate.h"
 #include "HSVNBundleLoader.h"
 #include "HSVNClient.h"
+#include "Internal/BundleEntryPoints.h"
 
 #include <functional>
 #include <memory>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HSVNBundleEntryPointsPrivate.h"
+#include "Internal/BundleEntryPoints.h"
 
 #include <functional>
 #include <string>

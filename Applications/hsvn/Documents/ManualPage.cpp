@@ -1,6 +1,6 @@
 #include "ManualPage.h"
 
-#include "Subcommands.h"
+#include "CommandLine/Subcommands.h"
 
 #include <fmt/format.h>
 

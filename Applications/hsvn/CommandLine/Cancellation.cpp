@@ -1,0 +1,45 @@
+#include "CommandLine/Cancellation.h"
+
+#include <csignal>
+#include <initializer_list>
+
+namespace {
+
+volatile std::sig_atomic_t arrivedSignal = 0; // NOLINT: the one thing that a signal handler may write
+
+extern "C" void rememberSignal(int number)
+{
+    // A second one ends the program at once.
+    static_cast<void>(std::signal(number, SIG_DFL));
+    arrivedSignal = number;
+}
+
+} // namespace
+
+void Cancellation::catchSignals()
+{
+    for (const int number : {SIGINT, SIGHUP, SIGTERM}) {
+        // One that was ignored from the start stays ignored, as under nohup.
+        if (std::signal(number, rememberSignal) == SIG_IGN) {
+            static_cast<void>(std::signal(number, SIG_IGN));
+        }
+    }
+    // Writing to a closed pipe fails and is told as any other failure.
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+}
+
+bool Cancellation::isAsked() { return arrivedSignal != 0; }
+
+void Cancellation::forget()
+{
+    static_cast<void>(std::signal(arrivedSignal, rememberSignal));
+    arrivedSignal = 0;
+}
+
+void Cancellation::endBySignal()
+{
+    if (arrivedSignal != 0) {
+        static_cast<void>(std::signal(arrivedSignal, SIG_DFL));
+        static_cast<void>(std::raise(arrivedSignal));
+    }
+}

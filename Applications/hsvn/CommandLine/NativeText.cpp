@@ -1,0 +1,192 @@
+#include "CommandLine/NativeText.h"
+
+#include "CommandLine/Errors.h"
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <fmt/format.h>
+#include <iconv.h>
+#include <langinfo.h>
+#include <strings.h>
+
+namespace {
+
+bool isASCII(std::string_view text)
+{
+    for (const char byte : text) {
+        if (static_cast<unsigned char>(byte) >= 0x80) {
+            return false;
+        }
+    }
+    return true;
+}
+
+/// One direction of the system's conversion.
+class Converter
+{
+  public:
+    Converter(const char* to, const char* from) : _descriptor{iconv_open(to, from)} {}
+    ~Converter()
+    {
+        if (isUsable()) {
+            iconv_close(_descriptor);
+        }
+    }
+    Converter(const Converter&) = delete;
+    Converter& operator=(const Converter&) = delete;
+
+    /// Converts as much as possible to the end of `result`; the count of bytes converted.
+    std::size_t convert(std::string_view text, std::string& result)
+    {
+        std::array<char, 512> buffer{};
+        auto* in = const_cast<char*>(text.data()); // NOLINT: iconv does not write to its input
+        std::size_t left = text.size();
+        while (isUsable() && left > 0) {
+            char* out = buffer.data();
+            std::size_t room = buffer.size();
+            const bool stopped = iconv(_descriptor, &in, &left, &out, &room) == static_cast<std::size_t>(-1);
+            result.append(buffer.data(), buffer.size() - room);
+            if (stopped && errno != E2BIG) {
+                break;
+            }
+        }
+        return text.size() - left;
+    }
+
+    /// Whether the system knows both encodings.
+    bool isUsable() const
+    {
+        // iconv_open answers (iconv_t)-1 for a failure.
+        return reinterpret_cast<std::intptr_t>(_descriptor) != -1;
+    }
+
+  private:
+    iconv_t _descriptor;
+};
+
+const char* localeEncoding() { return nl_langinfo(CODESET); }
+
+bool isUTF8(const char* encoding) { return strcasecmp(encoding, "UTF-8") == 0; }
+
+/// The text with its bytes outside ASCII written as ?\HH.
+std::string escaped(std::string_view text)
+{
+    std::string result;
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        result += byte >= 0x80 ? fmt::format("?\\{:02X}", byte) : std::string{character};
+    }
+    return result;
+}
+
+[[noreturn]] void failToConvert(std::string_view text, const std::string& message)
+{
+    fail(EINVAL, message, failure(EINVAL, HSVNString::plainASCIIString(text).value_or(escaped(text))));
+}
+
+/// " 6d e9" for these bytes.
+std::string digitsOf(std::string_view bytes)
+{
+    std::string digits;
+    for (const char byte : bytes) {
+        digits += fmt::format(" {:02x}", static_cast<unsigned char>(byte));
+    }
+    return digits;
+}
+
+/// Fails for text that is UTF-8 only so far; both sides of that place are shown.
+[[noreturn]] void failAsInvalid(std::string_view text, std::size_t validLength)
+{
+    constexpr std::size_t mostBefore = 24;
+    constexpr std::size_t mostBehind = 4;
+    const std::size_t start = validLength - std::min(validLength, mostBefore);
+    fail(EINVAL, fmt::format("Valid UTF-8 data\n(hex:{})\nfollowed by invalid UTF-8 sequence\n(hex:{})",
+                             digitsOf(text.substr(start, validLength - start)),
+                             digitsOf(text.substr(validLength, mostBehind))));
+}
+
+/// The text as it is, which must be ASCII where the system does not know the encoding.
+std::string onlyASCII(std::string_view text)
+{
+    for (std::size_t index = 0; index < text.size(); ++index) {
+        if (!isASCII(text.substr(index, 1))) {
+            const auto byte = static_cast<unsigned char>(text[index]);
+            fail(EINVAL,
+                 index == 0
+                     ? fmt::format("Non-ASCII character (code {}) detected, and unable to convert to/from UTF-8", byte)
+                     : fmt::format("Safe data '{}' was followed by non-ASCII byte {}: unable to convert to/from UTF-8",
+                                   text.substr(0, index), byte));
+        }
+    }
+    return std::string{text};
+}
+
+/// The text in another encoding; it must be ASCII where the system does not know one of them.
+std::string converted(std::string_view text, const char* from, const char* to)
+{
+    Converter converter{to, from};
+    if (!converter.isUsable()) {
+        return onlyASCII(text);
+    }
+    std::string result;
+    if (converter.convert(text, result) < text.size()) {
+        failToConvert(text, fmt::format("Can't convert string from '{}' to '{}':", from, to));
+    }
+    return result;
+}
+
+} // namespace
+
+std::string NativeText::toUTF8(std::string_view native)
+{
+    std::string result;
+    if (isASCII(native)) {
+        return std::string{native};
+    }
+    const std::size_t length = Converter{"UTF-8", localeEncoding()}.convert(native, result);
+    if (length < native.size() && isUTF8(localeEncoding())) {
+        failAsInvalid(native, length);
+    }
+    if (length < native.size()) {
+        failToConvert(native, "Can't convert string from native encoding to 'UTF-8':");
+    }
+    return result;
+}
+
+std::string NativeText::toUTF8(std::string_view text, const std::optional<std::string>& encoding)
+{
+    if (!encoding) {
+        return toUTF8(text);
+    }
+    return isUTF8(encoding->c_str()) ? std::string{text} : converted(text, encoding->c_str(), "UTF-8");
+}
+
+std::string NativeText::fromUTF8(std::string_view text, const std::optional<std::string>& encoding)
+{
+    if (!encoding) {
+        return fromUTF8(text);
+    }
+    return converted(text, "UTF-8", encoding->c_str());
+}
+
+std::string NativeText::fromUTF8(std::string_view text)
+{
+    if (isASCII(text) || isUTF8(localeEncoding())) {
+        return std::string{text};
+    }
+    std::string result;
+    if (Converter{localeEncoding(), "UTF-8"}.convert(text, result) == text.size()) {
+        return result;
+    }
+    return HSVNString::plainASCIIString(text).value_or(escaped(text));
+}
+
+std::size_t NativeText::width(std::string_view text)
+{
+    std::size_t count = 0;
+    for (const char byte : text) {
+        count += (static_cast<unsigned char>(byte) & 0xC0U) != 0x80 ? 1 : 0;
+    }
+    return count;
+}

@@ -1,0 +1,124 @@
+#include "CommandLine/Session.h"
+
+#include "CommandLine/Cancellation.h"
+#include "CommandLine/ConfigurationNames.h"
+#include "CommandLine/Errors.h"
+#include "CommandLine/NativeText.h"
+#include "CommandLine/TextFiles.h"
+#include "Output/Display.h"
+#include "Output/Output.h"
+#include "Output/Progress.h"
+#include "Output/Words.h"
+
+#include <fmt/format.h>
+
+namespace {
+
+/// Answers nothing but whether to go on.
+struct CancellationOnly
+{
+    static bool queryContinue(HSVNContext& /*context*/) { return !Cancellation::isAsked(); }
+};
+
+/// The first line of standard input.
+std::string passwordFromInput()
+{
+    const std::string input = NativeText::toUTF8(contentsOfFile("-"));
+    return input.substr(0, input.find_first_of("\n\r"));
+}
+
+} // namespace
+
+void Session::loadBundles()
+{
+    if (!_bundlesAreLoaded) {
+        auto& loader = HSVNBundleLoader::sharedInstance();
+        loader.loadBundlesInDirectoryAtPath(HSVNBundleLoader::defaultBundleDirectory());
+        if (!loader.defaultBundle()) {
+            fail(UnsupportedFeature,
+                 fmt::format("There is no bundle of Subversion in '{}'", HSVNBundleLoader::defaultBundleDirectory()));
+        }
+        _bundlesAreLoaded = true;
+    }
+}
+
+HSVNContextRef Session::context()
+{
+    if (_client) {
+        return _client;
+    }
+    if (!_context) {
+        loadBundles();
+        _context = std::make_shared<HSVNContext>();
+    }
+    return _context;
+}
+
+bool Session::isConfigured(const std::string& option)
+{
+    const auto value =
+        client()->optionForName(option, HSVNConfigCategoryConfig, HSVNConfigSectionMiscellany, std::nullopt);
+    return value && isTrueWord(*value);
+}
+
+const HSVNClientRef& Session::client()
+{
+    if (_client) {
+        return _client;
+    }
+    loadBundles();
+    if (!_delegate) {
+        _delegate = std::make_shared<HSVNClientDelegateFor<CancellationOnly>>();
+    }
+    auto client = HSVNClient::clientWithDelegate(_delegate);
+    HSVNClientSettings settings = options.client;
+    if (options.passwordFromInput) {
+        settings.password = passwordFromInput();
+    }
+    if (options.autoProperties || options.noAutoProperties) {
+        settings.options.push_back({HSVNConfigCategoryConfig, HSVNConfigSectionMiscellany, "enable-auto-props",
+                                    options.autoProperties ? "yes" : "no"});
+    }
+    if (options.mergeCommand) {
+        settings.options.push_back(
+            {HSVNConfigCategoryConfig, HSVNConfigSectionHelpers, "diff3-cmd", *options.mergeCommand});
+    }
+    if (options.diffCommand || options.internalDiff) {
+        settings.options.push_back(
+            {HSVNConfigCategoryConfig, HSVNConfigSectionHelpers, "diff-cmd", options.diffCommand});
+    }
+    if (const auto refused = HSVNApplyClientSettings(settings, client)) {
+        printWarning(*refused);
+    }
+    warnOfUnknownFiles();
+    if (Display::isShown() && !options.quiet) {
+        _transfer.emplace(client,
+                          [](std::int64_t bytes, std::optional<std::int64_t>) { Progress::setTransferred(bytes); });
+    }
+    _client = std::move(client);
+    return _client;
+}
+
+void Session::setDelegate(HSVNClientDelegateRef delegate)
+{
+    _delegate = std::move(delegate);
+    if (_client) {
+        _client->setDelegate(_delegate);
+    }
+}
+
+void Session::addConfigurationOption(Options& into, HSVNConfigurationOption option)
+{
+    if (checkConfigurationNames(option)) {
+        into.client.options.push_back(std::move(option));
+    } else {
+        ++_unknownFiles;
+    }
+}
+
+void Session::warnOfUnknownFiles()
+{
+    for (; _unknownFiles > 0; --_unknownFiles) {
+        warnOfUnknownFile();
+    }
+}

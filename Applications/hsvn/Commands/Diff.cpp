@@ -1,0 +1,309 @@
+#include "CommandLine/Errors.h"
+#include "CommandLine/RevisionArguments.h"
+#include "CommandLine/Subcommands.h"
+#include "CommandLine/Targets.h"
+#include "CommandLine/TextFiles.h"
+#include "Output/JSON.h"
+#include "Output/Output.h"
+#include "Output/Words.h"
+#include "Output/XML.h"
+
+#include <array>
+#include <fmt/format.h>
+#include <nlohmann/json.hpp>
+
+namespace {
+
+/// What of the two sides has no revision of its own.
+HSVNRevisionRef newestOf(const std::string& target, const HSVNRevisionRef& ofWorkingCopy)
+{
+    return isURL(target) ? HSVNRevision::HEAD() : ofWorkingCopy;
+}
+
+bool isLocalRevision(const HSVNRevisionRef& revision)
+{
+    return revision->isEqual(HSVNRevision::BASE()) || revision->isEqual(HSVNRevision::WORKING());
+}
+
+/// A path below one of the sides.
+std::string targetBelow(const std::string& side, const std::string& path)
+{
+    if (!isURL(side) || path.empty()) {
+        return path.starts_with('/') ? path : joined(side, path);
+    }
+    return HSVNURL::URLWithString(side)->pathByNormalizingAndAddingComponent(path)->string();
+}
+
+/// One run of `diff`.
+class DiffRun
+{
+  public:
+    explicit DiffRun(Session& session)
+        : _session{session}, _start{session.options.startRevision()}, _end{session.options.endRevision()}
+    {
+    }
+
+    void run()
+    {
+        const Options& options = _session.options;
+        checkDocument();
+        // Subversion itself, and whatever program it runs, write to the terminal: a line of progress would be in the
+        // way.
+        _session.options.quiet = !options.summarize;
+        if (options.xml) {
+            XML::writeHeader("diff");
+            Output::writeBytes(XML{}.open("paths").text());
+        }
+        checkSummary();
+        readTargets();
+        for (const auto& target : _targets) {
+            _isPegged ? compareRevisions(target) : compareItems(target);
+        }
+        if (options.json) {
+            writeJSON(_records);
+        }
+        if (options.xml) {
+            Output::writeBytes(XML{}.close("paths").text());
+            XML::writeFooter("diff");
+        }
+    }
+
+  private:
+    void checkDocument() const
+    {
+        const Options& options = _session.options;
+        if ((options.xml || options.json) && !options.summarize) {
+            fail(ArgumentParsing,
+                 fmt::format("'--{}' option only valid with '--summarize' option", options.xml ? "xml" : "json"));
+        }
+    }
+
+    void checkSummary() const
+    {
+        const Options& options = _session.options;
+        const std::array onlyInText{std::pair{options.gitFormat, "git"},
+                                    std::pair{options.patchCompatible, "patch-compatible"},
+                                    std::pair{options.showCopiesAsAdds, "show-copies-as-adds"},
+                                    std::pair{options.internalDiff, "internal-diff"},
+                                    std::pair{options.diffCommand.has_value(), "diff-cmd"},
+                                    std::pair{options.noDiffAdded, "no-diff-added"},
+                                    std::pair{options.noDiffDeleted, "no-diff-deleted"},
+                                    std::pair{options.force, "force"}};
+        for (const auto& [given, name] : onlyInText) {
+            if (given && options.summarize) {
+                fail(ArgumentParsing, fmt::format("'--{}' not valid with '--summarize' option", name));
+            }
+        }
+    }
+
+    void readTargets()
+    {
+        const Options& options = _session.options;
+        _targets = targetsOf(_session);
+        const bool hasRange = !isUnspecified(_start) || !isUnspecified(_end);
+        const bool areTwoSides = _targets.size() == 2 && (isURL(_targets[0]) || isURL(_targets[1])) && !hasRange;
+        if (options.oldTarget) {
+            const auto& newer = options.newTarget ? options.newTarget : options.oldTarget;
+            takeSides(optionTargets(*options.oldTarget, *newer), options.newTarget.has_value());
+        } else if (options.newTarget) {
+            fail(ArgumentParsing, "'--new' option only valid with '--old' option");
+        } else if (areTwoSides) {
+            takeSides(std::exchange(_targets, {}), true);
+        } else {
+            takeTargets();
+        }
+        if (_targets.empty()) {
+            _targets.emplace_back();
+        }
+    }
+
+    /// The arguments of --old and --new, canonical.
+    std::vector<std::string> optionTargets(const std::string& older, const std::string& newer)
+    {
+        const auto arguments = std::exchange(_session.arguments, {older, newer});
+        auto sides = targetsOf(_session);
+        _session.arguments = arguments;
+        if (sides.size() < 2) {
+            fail(InsufficientArguments, "Not enough arguments provided");
+        }
+        return sides;
+    }
+
+    void takeSides(const std::vector<std::string>& sides, bool areTwo)
+    {
+        const auto older = peggedTarget(_session, sides[0]);
+        const auto newer = peggedTarget(_session, sides[1]);
+        _old = older.target;
+        _new = newer.target;
+        settle(_start, older.pegRevision, newestOf(_old, areTwo ? HSVNRevision::WORKING() : HSVNRevision::BASE()));
+        settle(_end, newer.pegRevision, newestOf(_new, HSVNRevision::WORKING()));
+    }
+
+    /// A side's own revision goes before that of -r.
+    static void settle(HSVNRevisionRef& revision, const HSVNRevisionRef& own, const HSVNRevisionRef& otherwise)
+    {
+        if (!isUnspecified(own)) {
+            revision = own;
+        } else if (isUnspecified(revision)) {
+            revision = otherwise;
+        }
+    }
+
+    /// Each target is compared with itself.
+    void takeTargets()
+    {
+        if (_targets.empty()) {
+            _targets.emplace_back();
+        }
+        try {
+            requireOneKind(_targets);
+        } catch (const HSVNException& exception) {
+            throw wrapped(exception, fmt::format("'{0} diff [-r N[:M]] [TARGET[@REV]...]' does not support mixed "
+                                                 "target types. Try using the --old and --new options or one of the "
+                                                 "shorthand invocations listed in '{0} help diff'.",
+                                                 programName()));
+        }
+        const bool isLocal = !isURL(_targets.front());
+        settle(_start, HSVNRevision::UNSPECIFIED(), isLocal ? HSVNRevision::BASE() : _start);
+        settle(_end, HSVNRevision::UNSPECIFIED(), isLocal ? HSVNRevision::WORKING() : HSVNRevision::HEAD());
+        _isPegged = !isLocalRevision(_start) || !isLocalRevision(_end);
+    }
+
+    HSVNComparisonOptions wishes() const
+    {
+        const Options& options = _session.options;
+        HSVNComparisonOptions wishes;
+        wishes.depth = options.depth;
+        wishes.ignoreAncestry = !options.noticeAncestry;
+        wishes.changelists = options.changelists;
+        wishes.omitAdded = options.noDiffAdded;
+        wishes.omitDeleted = options.noDiffDeleted;
+        wishes.copiesAsAdds = options.showCopiesAsAdds || options.patchCompatible;
+        wishes.ignoreContentType = options.force || _session.isConfigured("diff-ignore-content-type");
+        wishes.ignoreProperties = options.ignoreProperties || options.patchCompatible;
+        wishes.propertiesOnly = options.propertiesOnly;
+        wishes.gitFormat = options.gitFormat;
+        if (options.extensions) {
+            wishes.arguments = split(*options.extensions, " \t\n\r");
+        }
+        return wishes;
+    }
+
+    void compareItems(const std::string& target)
+    {
+        if (isURL(target)) {
+            fail(ArgumentParsing, fmt::format("Path '{}' not relative to base URLs", target));
+        }
+        const std::pair first{targetBelow(_old, target), _start};
+        const std::pair second{targetBelow(_new, target), _end};
+        if (_session.options.summarize) {
+            HSVNSummarizeItems(first, second, wishes(), printerBelow(first.first), _session.client());
+        } else {
+            HSVNCompareItems(first, second, wishes(), {}, _session.client());
+        }
+    }
+
+    void compareRevisions(const std::string& target)
+    {
+        const auto [path, given] = peggedTarget(_session, target);
+        const auto peg = isUnspecified(given) ? newestOf(path, HSVNRevision::WORKING()) : given;
+        if (_session.options.summarize) {
+            HSVNSummarizeRevisions(path, peg, {_start, _end}, wishes(), printerBelow(path), _session.client());
+        } else {
+            HSVNCompareRevisions(path, peg, {_start, _end}, wishes(), {}, _session.client());
+        }
+    }
+
+    HSVNDifferenceReceiver printerBelow(const std::string& anchor)
+    {
+        return [this, &anchor](const HSVNDifference& difference) {
+            print(difference, localStyle(targetBelow(anchor, difference.path)));
+        };
+    }
+
+    void print(const HSVNDifference& difference, const std::string& path)
+    {
+        if (_session.options.ignoreProperties && difference.status == HSVNStatusKindNone) {
+            return;
+        }
+        const bool hasProperties = difference.propertiesModified && !_session.options.ignoreProperties;
+        const char* const item = wordOf(difference.status);
+        const char* const properties = hasProperties ? "modified" : "none";
+        const char* const kind = wordOf(difference.kind);
+        if (_session.options.xml) {
+            XML{}.element("path", path, {{"item", item}, {"props", properties}, {"kind", kind}}).write();
+        } else if (_session.options.json) {
+            _records.push_back({{"path", path}, {"item", item}, {"props", properties}, {"kind", kind}});
+        } else {
+            Output::write(fmt::format("{}{}      {}\n", letterOf(difference.status), hasProperties ? 'M' : ' ', path));
+        }
+    }
+
+    Session& _session;
+    std::vector<std::string> _targets; ///< below the two sides, or whole ones
+    std::string _old;
+    std::string _new;
+    HSVNRevisionRef _start;
+    HSVNRevisionRef _end;
+    bool _isPegged = false;
+    nlohmann::ordered_json _records = nlohmann::ordered_json::array();
+};
+
+void runDiff(Session& session) { DiffRun{session}.run(); }
+
+} // namespace
+
+const Subcommand& diffSubcommand()
+{
+    static const Subcommand subcommand{"diff",
+                                       {"di"},
+                                       "Show local changes, or how two revisions or two items differ.",
+                                       "1. diff\n"
+                                       "2. diff [-c M | -r N[:M]] [TARGET[@REV]...]\n"
+                                       "3. diff [-r N[:M]] --old=OLD-TGT[@OLDREV] [--new=NEW-TGT[@NEWREV]] \\\n"
+                                       "        [PATH...]\n"
+                                       "4. diff OLD-URL[@OLDREV] NEW-URL[@NEWREV]\n"
+                                       "5. diff OLD-URL[@OLDREV] NEW-PATH[@NEWREV]\n"
+                                       "6. diff OLD-PATH[@OLDREV] NEW-URL[@NEWREV]",
+                                       "1. Shows what is changed in the working copy of the current folder.\n"
+                                       "\n"
+                                       "2. Shows how TARGETs, looked up in REV, changed from revision N to M.\n"
+                                       "   They are all paths or all URLs.  For paths N is BASE and M the working\n"
+                                       "   copy where they are left out; for URLs N is needed, and M is HEAD.\n"
+                                       "\n"
+                                       "3. Shows how NEW-TGT differs from OLD-TGT, or of both only what is named\n"
+                                       "   by PATHs, which are relative to them.  NEW-TGT is OLD-TGT where it is\n"
+                                       "   left out.  OLDREV is N by default, NEWREV is M, and without -r both are\n"
+                                       "   HEAD for URLs and the working copy for paths.\n"
+                                       "   Paths may be unversioned ones, which have no revisions and cannot be\n"
+                                       "   compared with URLs.  Both targets are files, or both are folders.\n"
+                                       "\n"
+                                       "4. to 6. Short forms of '--old=OLD-URL --new=NEW-URL' and its like.",
+                                       {OptionId::Revision,
+                                        OptionId::Change,
+                                        OptionId::Old,
+                                        OptionId::New,
+                                        OptionId::NonRecursive,
+                                        OptionId::Depth,
+                                        OptionId::DiffCmd,
+                                        OptionId::InternalDiff,
+                                        OptionId::Extensions,
+                                        OptionId::NoDiffAdded,
+                                        OptionId::NoDiffDeleted,
+                                        OptionId::IgnoreProperties,
+                                        OptionId::PropertiesOnly,
+                                        OptionId::ShowCopiesAsAdds,
+                                        OptionId::NoticeAncestry,
+                                        OptionId::Summarize,
+                                        OptionId::Changelist,
+                                        OptionId::Force,
+                                        OptionId::XML,
+                                        OptionId::JSON,
+                                        OptionId::Git,
+                                        OptionId::PatchCompatible},
+                                       {{OptionId::NonRecursive, "obsolete; same as --depth=files"},
+                                        {OptionId::Force, "compare files of binary types as texts"}},
+                                       runDiff,
+                                       RevisionUse::Range};
+    return subcommand;
+}

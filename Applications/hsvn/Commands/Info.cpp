@@ -1,0 +1,159 @@
+#include "CommandLine/Cancellation.h"
+#include "CommandLine/Errors.h"
+#include "CommandLine/Subcommands.h"
+#include "CommandLine/Targets.h"
+#include "Output/InfoPrinter.h"
+#include "Output/JSON.h"
+#include "Output/Output.h"
+#include "Output/XML.h"
+
+#include <fmt/format.h>
+
+namespace {
+
+/// Hears between the items that those of an external begin.
+struct InfoListener
+{
+    static bool queryContinue(HSVNContext& /*context*/) { return !Cancellation::isAsked(); }
+
+    static void notify(HSVNContext& /*context*/, const HSVNNotificationRef& notification)
+    {
+        constexpr int infoExternal = 78; // svn_wc_notify_info_external, which the library has no name for
+        if (notification->action() == infoExternal) {
+            Output::write(fmt::format("\nPerforming info on external item at '{}':\n",
+                                      relativeToCurrentFolder(notification->path().value_or(""))));
+        }
+    }
+};
+
+/// One run of `info`.
+class InfoRun
+{
+  public:
+    explicit InfoRun(Session& session) : _session{session} {}
+
+    void run()
+    {
+        const Options& options = _session.options;
+        const auto targets = targetsOrCurrentFolder(_session);
+        checkOptions();
+        if (options.showItem) {
+            _showsPaths = targets.size() > 1 || options.depthOr(HSVNDepthEmpty) > HSVNDepthEmpty;
+            if (_showsPaths && options.noNewline) {
+                fail(ArgumentParsing,
+                     "--no-newline is only available for single-target, non-recursive info operations");
+            }
+            _item = infoItemNamed(*options.showItem);
+        }
+        const bool isDocument = options.xml && !options.incremental;
+        if (isDocument) {
+            XML::writeHeader("info");
+        }
+        if (!options.xml && !options.json) {
+            _session.setDelegate(std::make_shared<HSVNClientDelegateFor<InfoListener>>());
+        }
+        TargetFailures failures;
+        for (const auto& target : targets) {
+            if (!failures.attempt({WorkingCopyPathNotFound, IllegalURL}, [&] { read(target); })) {
+                Output::writeError("\n");
+            }
+        }
+        finish(isDocument);
+        if (failures.any()) {
+            fail(IllegalTarget, "Could not display info for all targets because some targets don't exist");
+        }
+    }
+
+  private:
+    void checkOptions() const
+    {
+        const Options& options = _session.options;
+        if (options.xml && options.showItem) {
+            fail(ArgumentParsing, "--show-item is not valid in --xml mode");
+        }
+        if (options.incremental && !options.xml) {
+            fail(ArgumentParsing, "--incremental is only valid in --xml mode");
+        }
+        if (options.xml && options.humanReadable) {
+            fail(ArgumentParsing, "--human-readable is not valid in --xml mode");
+        }
+        if (options.xml && options.noNewline) {
+            fail(ArgumentParsing, "--no-newline is not valid in --xml mode");
+        }
+        if (options.noNewline && !options.showItem) {
+            fail(ArgumentParsing, "--no-newline' is only valid with --show-item");
+        }
+    }
+
+    void read(const std::string& target)
+    {
+        const Options& options = _session.options;
+        auto [truePath, peg] = peggedTarget(_session, target);
+        if (isURL(truePath) && peg->isEqual(HSVNRevision::UNSPECIFIED())) {
+            peg = HSVNRevision::HEAD();
+        }
+        HSVNItemInfoOptions wishes;
+        wishes.depth = options.depthOr(HSVNDepthEmpty);
+        wishes.includeExternals = options.includeExternals;
+        wishes.changelists = options.changelists;
+        HSVNReadItemInfo(
+            truePath, HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg), wishes,
+            [this](const HSVNItemInfo& info) { print(info); }, _session.client());
+    }
+
+    void print(const HSVNItemInfo& info)
+    {
+        if (_session.options.json) {
+            _records.push_back(infoRecord(info));
+        } else if (_session.options.xml) {
+            printInfoXML(info);
+        } else if (_item) {
+            printInfoItem(info, *_item, _session.options, _showsPaths);
+        } else {
+            printInfo(info, _session.options);
+        }
+    }
+
+    void finish(bool isDocument) const
+    {
+        const Options& options = _session.options;
+        if (isDocument) {
+            XML::writeFooter("info");
+        }
+        if (options.json) {
+            writeJSON(_records);
+        }
+    }
+
+    Session& _session;
+    std::optional<InfoItem> _item;
+    bool _showsPaths = false;
+    nlohmann::ordered_json _records = nlohmann::ordered_json::array();
+};
+
+void runInfo(Session& session) { InfoRun{session}.run(); }
+
+} // namespace
+
+const Subcommand& infoSubcommand()
+{
+    static const Subcommand subcommand{"info",
+                                       {},
+                                       "Display information about a local or remote item.",
+                                       "info [TARGET[@REV]...]",
+                                       "Tells what is known of each TARGET, the current folder by default.\n"
+                                       "A path is described as it stands in the working copy, a URL as it is in\n"
+                                       "HEAD, unless REV names another revision to look it up in.\n"
+                                       "\n"
+                                       "With --show-item, one item of this information and nothing else.",
+                                       {OptionId::Revision, OptionId::Recursive, OptionId::HumanReadable,
+                                        OptionId::Depth, OptionId::Targets, OptionId::Incremental, OptionId::XML,
+                                        OptionId::JSON, OptionId::Changelist, OptionId::IncludeExternals,
+                                        OptionId::ShowItem, OptionId::NoNewline},
+                                       {{OptionId::HumanReadable, "show file sizes with base-2 unit suffixes\n"
+                                                                  "(Byte, Kilobyte, Megabyte, Gigabyte, Terabyte\n"
+                                                                  "and Petabyte), limiting the number of digits\n"
+                                                                  "to three or less"}},
+                                       runInfo};
+    return subcommand;
+}

@@ -1,0 +1,151 @@
+#include "CommandLine/Errors.h"
+#include "CommandLine/RevisionArguments.h"
+#include "CommandLine/Subcommands.h"
+#include "CommandLine/Targets.h"
+#include "Output/LogPrinter.h"
+#include "Output/Output.h"
+#include "Output/XML.h"
+
+#include <array>
+#include <fmt/format.h>
+
+namespace {
+
+void checkOptions(const Options& options)
+{
+    if (!options.xml) {
+        const std::array onlyInXML{std::pair{options.allRevisionProperties, "with-all-revprops"},
+                                   std::pair{options.noRevisionProperties, "with-no-revprops"},
+                                   std::pair{!options.revisionProperties.empty(), "with-revprop"}};
+        for (const auto& [given, name] : onlyInXML) {
+            if (given && !options.json) {
+                fail(ArgumentParsing, fmt::format("'{}' option only valid in XML mode", name));
+            }
+        }
+    }
+    if (options.usedChange && options.usedRevision) {
+        fail(BadRevision, "-c and -r are mutually exclusive");
+    }
+}
+
+/// After a URL come paths below it.
+void checkFurtherTargets(const std::vector<std::string>& targets)
+{
+    for (std::size_t index = 1; isURL(targets.front()) && index < targets.size(); ++index) {
+        if (isURL(targets[index]) || targets[index].starts_with('/')) {
+            fail(ArgumentParsing, fmt::format("Only relative paths can be specified after a URL for '{} log', but "
+                                              "'{}' is not a relative path",
+                                              programName(), targets[index]));
+        }
+    }
+}
+
+/// -c N names the one revision N, not the step to it.
+RevisionArgument changeAsRange(const RevisionArgument& change)
+{
+    const auto start = change.start->number();
+    const auto end = change.end->number();
+    const auto number = HSVNRevision::revisionWithNumber;
+    return start < end ? RevisionArgument{number(start + 1), change.end}
+                       : RevisionArgument{change.start, number(end + 1)};
+}
+
+/// One revision is a range of itself; what is left out wholly Subversion completes, down to revision 1 if there is one.
+std::pair<HSVNRevisionRef, HSVNRevisionRef> completed(const RevisionArgument& range)
+{
+    const bool isOne = !isUnspecified(range.start) && isUnspecified(range.end);
+    return {range.start, isOne ? range.start : range.end};
+}
+
+/// The revision properties to ask for; nil means all.
+std::optional<std::vector<std::string>> wantedProperties(const Options& options)
+{
+    if (options.allRevisionProperties) {
+        return std::nullopt;
+    }
+    if (options.noRevisionProperties) {
+        return std::vector<std::string>{};
+    }
+    if (!options.revisionProperties.empty()) {
+        std::vector<std::string> names;
+        for (const auto& property : options.revisionProperties) {
+            if (!property.value.value_or("").empty()) {
+                fail(ArgumentParsing, "cannot assign with 'with-revprop' option (drop the '=')");
+            }
+            names.push_back(property.name);
+        }
+        return names;
+    }
+    std::vector<std::string> names{"svn:author", "svn:date"};
+    if (!options.quiet) {
+        names.emplace_back("svn:log");
+    }
+    return names;
+}
+
+void runLog(Session& session)
+{
+    const Options& options = session.options;
+    checkOptions(options);
+    auto targets = targetsOrCurrentFolder(session);
+    const auto [first, peg] = peggedTarget(session, targets.front());
+    targets.front() = first;
+    checkFurtherTargets(targets);
+    HSVNLogReadingOptions wishes;
+    for (const auto& revision : options.revisions) {
+        wishes.ranges.push_back(completed(options.usedChange ? changeAsRange(revision) : revision));
+    }
+    wishes.limit = options.limit.value_or(0);
+    wishes.changedPaths = options.verbose;
+    wishes.stopOnCopy = options.stopOnCopy;
+    wishes.mergedRevisions = options.useMergeHistory;
+    const bool isDocument = options.xml && !options.incremental;
+    if (isDocument) {
+        XML::writeHeader("log");
+    }
+    wishes.properties = wantedProperties(options);
+    LogPrinter printer{options};
+    HSVNReadLog(
+        targets, peg, wishes, [&](const HSVNLogEntry& entry) { printer.print(entry); }, session.client());
+    printer.finish();
+    if (isDocument) {
+        XML::writeFooter("log");
+    }
+}
+
+} // namespace
+
+const Subcommand& logSubcommand()
+{
+    static const Subcommand subcommand{"log",
+                                       {},
+                                       "Show the log messages for a set of revision(s) and/or path(s).",
+                                       "1. log [PATH][@REV]\n"
+                                       "2. log URL[@REV] [PATH...]",
+                                       "1. Shows the history of the item that PATH, by default the current\n"
+                                       "   folder, stands for in the repository: from REV, or from its BASE\n"
+                                       "   revision where REV is left out, back to revision 1.\n"
+                                       "2. Shows the history of URL, or of the PATHs below it, from REV, or from\n"
+                                       "   HEAD where REV is left out, back to revision 1.\n"
+                                       "\n"
+                                       "-r or -c may be given several times, though not both of them, and their\n"
+                                       "ranges may run in either direction.\n"
+                                       "\n"
+                                       "-v adds the changed paths: A added, D deleted, R replaced or M modified,\n"
+                                       "with the source of a copy in parentheses.  -q leaves the message out.\n"
+                                       "\n"
+                                       "--search shows only revisions whose author, date or message, or with -v a\n"
+                                       "path of which, the pattern is found in.  --limit then limits the revisions\n"
+                                       "that are searched, not those that are shown.",
+                                       {OptionId::Revision, OptionId::Change, OptionId::Quiet, OptionId::Verbose,
+                                        OptionId::UseMergeHistory, OptionId::Targets, OptionId::StopOnCopy,
+                                        OptionId::Incremental, OptionId::XML, OptionId::JSON, OptionId::Limit,
+                                        OptionId::WithAllRevprops, OptionId::WithNoRevprops, OptionId::WithRevprop,
+                                        OptionId::Search, OptionId::SearchAnd},
+                                       {{OptionId::Quiet, "do not print the log message"},
+                                        {OptionId::Verbose, "also print all affected paths"},
+                                        {OptionId::WithRevprop, "retrieve revision property ARG"}},
+                                       runLog,
+                                       RevisionUse::Ranges};
+    return subcommand;
+}

@@ -1,0 +1,280 @@
+#include "CommandLine/Errors.h"
+#include "CommandLine/NativeText.h"
+#include "CommandLine/RevisionArguments.h"
+#include "CommandLine/Subcommands.h"
+#include "CommandLine/Targets.h"
+#include "CommandLine/TextFiles.h"
+#include "Interaction/ConflictResolution.h"
+#include "Output/NotificationListener.h"
+#include "Output/Output.h"
+
+#include <filesystem>
+#include <fmt/format.h>
+
+namespace {
+
+bool isFile(const std::string& path) { return std::filesystem::is_regular_file(NativeText::fromUTF8(path)); }
+
+/// One run of `merge`.
+class MergeRun
+{
+  public:
+    explicit MergeRun(Session& session) : _session{session}, _printer{session.options.quiet} {}
+
+    void run()
+    {
+        if (_session.options.reintegrate && hasRanges()) {
+            fail(ArgumentParsing, "-r and -c can't be used with --reintegrate");
+        }
+        readTargets();
+        checkReintegration();
+        printNotifications(_session, _printer);
+        do {
+            mergeOnce();
+        } while (mayGoOn());
+        if (!_session.options.quiet) {
+            _printer.printConflictSummary();
+        }
+        if (_failure) {
+            _failure->raise();
+        }
+    }
+
+  private:
+    void readTargets()
+    {
+        _targets = targetsOf(_session);
+        if (_targets.empty()) {
+            fail(InsufficientArguments, "Merge source required");
+        }
+        const auto first = peggedTarget(_session, _targets.front());
+        const auto second = _targets.size() > 1 ? peggedTarget(_session, _targets[1]) : first;
+        const bool isSourceAndTarget = _targets.size() == 2 && isURL(first.target) && !isURL(second.target);
+        _hasTwoSources = !hasRanges() && _targets.size() > 1 && !isSourceAndTarget;
+        _source = {first.target, first.pegRevision};
+        _second = {second.target, second.pegRevision};
+        if (_hasTwoSources) {
+            takeTwoSources();
+        } else {
+            takeOneSource();
+        }
+        if (_target.empty()) {
+            guessTarget();
+        }
+    }
+
+    void takeOneSource()
+    {
+        if (hasRanges()) {
+            takeRanges();
+        }
+        if (_targets.size() > 2) {
+            fail(ArgumentParsing, "Too many arguments given");
+        }
+        if (isUnspecified(_source.second)) {
+            _source.second = isURL(_source.first) ? HSVNRevision::HEAD() : HSVNRevision::WORKING();
+        }
+        if (_targets.size() == 2) {
+            if (isURL(_second.first)) {
+                fail(ArgumentParsing, "Cannot specify a revision range with two URLs");
+            }
+            _target = _targets[1];
+        }
+    }
+
+    void takeRanges()
+    {
+        auto& ranges = _ranges.emplace();
+        for (const auto& [start, end] : _session.options.revisions) {
+            if (isUnspecified(start) || isUnspecified(end)) {
+                fail(InsufficientArguments, "Second revision required");
+            }
+            ranges.emplace_back(start, end);
+        }
+    }
+
+    void takeTwoSources()
+    {
+        if (_targets.size() > 3) {
+            fail(ArgumentParsing, "Too many arguments given");
+        }
+        for (const auto* const side : {&_source, &_second}) {
+            if (isUnspecified(side->second) && !isURL(side->first)) {
+                fail(BadRevision, fmt::format("Invalid merge source '{}'; a working copy path can only be used with a "
+                                              "repository revision (a number, a date, or head)",
+                                              localStyle(side->first)));
+            }
+        }
+        for (auto* const side : {&_source, &_second}) {
+            if (isUnspecified(side->second)) {
+                side->second = HSVNRevision::HEAD();
+            }
+        }
+        _target = _targets.size() == 3 ? _targets.back() : "";
+        if (isURL(_target)) {
+            fail(ArgumentParsing, fmt::format("Merge target '{}' must be a local path but looks like a URL", _target));
+        }
+    }
+
+    /// Without a target, a file that bears the sources' name is meant rather than the current folder.
+    void guessTarget()
+    {
+        if (!isURL(_second.first)) {
+            _target = _source.first == _second.first && isFile(_second.first) ? _second.first : "";
+            return;
+        }
+        const std::string name = isURL(_source.first) ? nameOfURL(_source.first) : baseName(_source.first);
+        const auto here = HSVNTargets::URLOfTarget("", _session.client());
+        const bool isHere = here && nameOfURL(*here) == name;
+        _target = name == nameOfURL(_second.first) && !isHere && isFile(name) ? name : "";
+    }
+
+    void checkReintegration() const
+    {
+        const Options& options = _session.options;
+        if (!options.reintegrate) {
+            return;
+        }
+        if (options.ignoreAncestry || options.recordOnly) {
+            fail(MutuallyExclusiveArguments,
+                 fmt::format("--reintegrate cannot be used with {}",
+                             options.ignoreAncestry ? "--ignore-ancestry" : "--record-only"));
+        }
+        const char* const excluded = options.depth != HSVNDepthUnknown ? "--depth"
+                                     : options.force                   ? "--force"
+                                     : options.allowMixedRevisions     ? "--allow-mixed-revisions"
+                                                                       : nullptr;
+        if (excluded) {
+            fail(MutuallyExclusiveArguments, fmt::format("{} cannot be used with --reintegrate", excluded));
+        }
+        if (_hasTwoSources) {
+            fail(ArgumentParsing, "--reintegrate can only be used with a single merge source");
+        }
+    }
+
+    /// Whether -r or -c names revisions; a list of -c may be empty.
+    bool hasRanges() const { return !isUnspecified(_session.options.startRevision()); }
+
+    HSVNItemMergeOptions wishes()
+    {
+        const Options& options = _session.options;
+        HSVNItemMergeOptions wishes;
+        wishes.depth = options.depth;
+        wishes.ignoreMergeInfo = options.ignoreAncestry;
+        wishes.diffIgnoreAncestry = options.ignoreAncestry;
+        wishes.forceDelete = options.force;
+        wishes.recordOnly = options.recordOnly;
+        wishes.dryRun = options.dryRun;
+        wishes.allowMixedRevisions = options.allowMixedRevisions;
+        wishes.arguments = split(options.extensions.value_or(""), " \t\n\r");
+        if (const auto choice = choiceForAll(options.accept)) {
+            wishes.chooser = [this, choice](const std::string& path, HSVNConflictKind kind) {
+                // What cannot be settled so ends the merge; it counts as settled all the same.
+                _printer.conflicts().resolve(relativeToCurrentFolder(path), kind);
+                return *choice;
+            };
+        }
+        return wishes;
+    }
+
+    void merge()
+    {
+        const auto& client = _session.client();
+        if (_session.options.reintegrate) {
+            HSVNReintegrate(_source.first, _source.second, _target, wishes(), client);
+            return;
+        }
+        if (_hasTwoSources && isURL(_source.first) != isURL(_second.first)) {
+            fail(ArgumentParsing, "Merge sources must both be either paths or URLs");
+        }
+        if (_session.options.verbose) {
+            Output::write("--- Merging\n");
+            Output::flush();
+        }
+        if (!_hasTwoSources) {
+            HSVNMergeChanges(_source.first, _source.second, _ranges, _target, wishes(), client);
+            return;
+        }
+        HSVNMergeTrees(_source, _second, _target, wishes(), client);
+    }
+
+    /// Merges what is not merged yet and settles the conflicts.
+    void mergeOnce()
+    {
+        _failure.reset();
+        try {
+            merge();
+        } catch (const HSVNException& exception) {
+            if (exception.status() == InvalidMergeInfo) {
+                throw wrapped(exception,
+                              fmt::format("Fix invalid mergeinfo in target with '{} propset'", programName()));
+            }
+            _failure = std::make_shared<HSVNException>(exception);
+        }
+        if (!_session.options.dryRun) {
+            settleConflicts(_session, _printer);
+        }
+    }
+
+    /// Whether the merge stopped for conflicts, all of which are settled by now.
+    bool mayGoOn() const
+    {
+        return _failure && hasCause(*_failure, FoundConflict) && !_printer.conflicts().hasConflicts() &&
+               _printer.conflicts().hasResolved();
+    }
+
+    Session& _session;
+    NotificationPrinter _printer;
+    std::vector<std::string> _targets;
+    std::pair<std::string, HSVNRevisionRef> _source;
+    std::pair<std::string, HSVNRevisionRef> _second;
+    std::optional<std::vector<std::pair<HSVNRevisionRef, HSVNRevisionRef>>> _ranges;
+    std::string _target;
+    bool _hasTwoSources = false;
+    std::shared_ptr<HSVNException> _failure;
+};
+
+void runMerge(Session& session) { MergeRun{session}.run(); }
+
+} // namespace
+
+const Subcommand& mergeSubcommand()
+{
+    static const Subcommand subcommand{"merge",
+                                       {},
+                                       "Merge changes into a working copy.",
+                                       "1. merge SOURCE[@REV] [TARGET_WCPATH]\n"
+                                       "   (the 'complete' merge)\n"
+                                       "2. merge [-c M[,N...] | -r N:M ...] SOURCE[@REV] [TARGET_WCPATH]\n"
+                                       "   (the 'cherry-pick' merge)\n"
+                                       "3. merge SOURCE1[@REV1] SOURCE2[@REV2] [TARGET_WCPATH]\n"
+                                       "   (the '2-URL' merge)",
+                                       "1. Merges all changes of the branch SOURCE that TARGET_WCPATH does not\n"
+                                       "   have yet, in either direction between a branch and where it was made.\n"
+                                       "\n"
+                                       "2. Merges single changes, or ranges of them, of SOURCE.  A range from a\n"
+                                       "   younger to an older revision undoes what was changed.\n"
+                                       "\n"
+                                       "3. Applies the difference of two trees.\n"
+                                       "\n"
+                                       "REV tells in which revision a source is looked up, HEAD where it is left\n"
+                                       "out.  A working copy's item stands for its URL.  TARGET_WCPATH is '.' by\n"
+                                       "default, or a file there that bears the sources' name.\n"
+                                       "\n"
+                                       "What was merged is written down in the property svn:mergeinfo and is not\n"
+                                       "merged again; --ignore-ancestry does without.  The target must be of one\n"
+                                       "revision and should not be changed locally; 'update' and 'commit' it\n"
+                                       "before.\n"
+                                       "\n"
+                                       "The letters of the lines are explained in the help of 'update'.",
+                                       {OptionId::Revision, OptionId::Change, OptionId::NonRecursive, OptionId::Depth,
+                                        OptionId::Quiet, OptionId::Force, OptionId::DryRun, OptionId::Diff3Cmd,
+                                        OptionId::RecordOnly, OptionId::Extensions, OptionId::IgnoreAncestry,
+                                        OptionId::Accept, OptionId::Reintegrate, OptionId::AllowMixedRevisions,
+                                        OptionId::Verbose},
+                                       {{OptionId::NonRecursive, "obsolete; same as --depth=files"},
+                                        {OptionId::Force, "force deletions even if deleted contents don't match"}},
+                                       runMerge,
+                                       RevisionUse::Ranges};
+    return subcommand;
+}

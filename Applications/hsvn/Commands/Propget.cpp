@@ -1,0 +1,199 @@
+#include "CommandLine/Dates.h"
+#include "CommandLine/Errors.h"
+#include "CommandLine/NativeText.h"
+#include "CommandLine/PropertyNames.h"
+#include "CommandLine/Subcommands.h"
+#include "CommandLine/Targets.h"
+#include "Output/JSON.h"
+#include "Output/Output.h"
+#include "Output/PropertyPrinter.h"
+#include "Output/XML.h"
+
+#include <fmt/format.h>
+
+namespace {
+
+/// A revision as it was asked for.
+std::string shown(const HSVNRevision& revision)
+{
+    return revision.date()                            ? exactDate(*revision.date())
+           : revision.number() != HSVNInvalidRevision ? std::to_string(revision.number())
+                                                      : "head";
+}
+
+/// One run of `propget`.
+class PropgetRun
+{
+  public:
+    explicit PropgetRun(Session& session) : _session{session} {}
+
+    void run()
+    {
+        const Options& options = _session.options;
+        if (options.verbose && (options.revisionProperty || options.noNewline || options.xml)) {
+            fail(MutuallyExclusiveArguments, "--verbose cannot be used with --revprop or --no-newline or --xml");
+        }
+        _name = NativeText::toUTF8(takeArgument(_session));
+        requirePropertyName(_name);
+        const auto targets = targetsOrCurrentFolder(_session);
+        const HSVNDepth depth = options.depthOr(HSVNDepthEmpty);
+        if (options.revisionProperty) {
+            printRevisionProperty(revisionPropertyTarget(_session, targets));
+            return;
+        }
+        _showsPaths =
+            targets.size() > 1 || depth > HSVNDepthEmpty || options.showInheritedProperties || options.verbose;
+        printTargets(targets, depth);
+    }
+
+  private:
+    void printRevisionProperty(const RevisionPropertyTarget& target)
+    {
+        HSVNRevisionNumber number = HSVNInvalidRevision;
+        const auto value = HSVNReadRevisionProperty(_name, target.url, target.revision, &number, _session.client());
+        if (!value) {
+            fail(PropertyNotFound,
+                 fmt::format("Property '{}' not found on revision {}", _name, shown(*target.revision)));
+        }
+        if (_session.options.json) {
+            const nlohmann::ordered_json record{{"revision", number},
+                                                {"properties", propertyRecord({{_name, *value}})}};
+            writeJSON(record);
+            return;
+        }
+        if (_session.options.xml) {
+            XML::writeHeader("properties");
+            XML{}
+                .open("revprops", {{"rev", std::to_string(number)}})
+                .property("property", _name, *value)
+                .close("revprops")
+                .write();
+            XML::writeFooter("properties");
+            return;
+        }
+        printValue(_name, *value);
+        Output::write(_session.options.noNewline ? "" : "\n");
+    }
+
+    void printTargets(const std::vector<std::string>& targets, HSVNDepth depth)
+    {
+        const Options& options = _session.options;
+        if (options.xml) {
+            XML::writeHeader("properties");
+        }
+        if (options.noNewline && (options.showInheritedProperties || depth > HSVNDepthEmpty || targets.size() > 1)) {
+            fail(ArgumentParsing, "--no-newline is only available for single-target, non-recursive propget operations");
+        }
+        for (const auto& target : targets) {
+            const auto [path, peg] = peggedTarget(_session, target);
+            HSVNPropertyReadingOptions wishes;
+            wishes.depth = depth;
+            wishes.inherited = options.showInheritedProperties;
+            wishes.changelists = options.changelists;
+            const auto spec = HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg);
+            const auto found = HSVNReadProperty(_name, path, spec, wishes, _session.client());
+            if (found.values.empty() && !options.showInheritedProperties && depth == HSVNDepthEmpty) {
+                warnMissing(target);
+            }
+            if (options.json) {
+                record(path, found);
+            } else {
+                print(path, found);
+            }
+        }
+        if (options.xml) {
+            XML::writeFooter("properties");
+        }
+        if (options.json) {
+            writeJSON(_records);
+        }
+        if (_isMissing) {
+            fail(General, "A problem occurred; see other errors for details");
+        }
+    }
+
+    void warnMissing(const std::string& target)
+    {
+        printWarning(failure(PropertyNotFound, fmt::format("Property '{}' not found on '{}'", _name, target)));
+        _isMissing = true;
+    }
+
+    void record(const std::string& target, const HSVNPropertyValues& found)
+    {
+        for (const auto& [folder, properties] : found.inherited) {
+            _records.push_back({{"path", localStyle(target)}, {"inherited", {{folder, propertyRecord(properties)}}}});
+        }
+        for (const auto& [path, value] : found.values) {
+            const std::string shown = isURL(path) ? path : relativeToCurrentFolder(path);
+            _records.push_back({{"path", shown}, {"properties", propertyRecord({{_name, value}})}});
+        }
+    }
+
+    void print(const std::string& target, const HSVNPropertyValues& found) const
+    {
+        for (const auto& [folder, properties] : found.inherited) {
+            printOne(target, folder, properties, true);
+        }
+        for (const auto& [path, value] : found.values) {
+            printOne(target, path, {{_name, value}}, false);
+        }
+    }
+
+    void printOne(const std::string& target, const std::string& path, const HSVNPropertyMap& properties,
+                  bool isInherited) const
+    {
+        if (_session.options.xml) {
+            XML xml;
+            xml.open("target", {{"path", path}});
+            addProperties(xml, isInherited ? "inherited_property" : "property", properties, true);
+            xml.close("target").write();
+            return;
+        }
+        const std::string shown = isURL(path) ? path : relativeToCurrentFolder(path);
+        if (_session.options.verbose) {
+            Output::write(isInherited
+                              ? fmt::format("Inherited properties on '{}',\nfrom '{}':\n", localStyle(target), shown)
+                              : fmt::format("Properties on '{}':\n", shown));
+            printProperties(properties, true);
+            return;
+        }
+        if (_showsPaths) {
+            Output::write(shown + " - ");
+        }
+        for (const auto& [name, value] : properties) {
+            printValue(name, value);
+        }
+        Output::write(_session.options.noNewline ? "" : "\n");
+    }
+
+    Session& _session;
+    std::string _name;
+    nlohmann::ordered_json _records = nlohmann::ordered_json::array();
+    bool _showsPaths = false;
+    bool _isMissing = false;
+};
+
+void runPropget(Session& session) { PropgetRun{session}.run(); }
+
+} // namespace
+
+const Subcommand& propgetSubcommand()
+{
+    static const Subcommand subcommand{"propget",
+                                       {"pget", "pg"},
+                                       "Print the value of a property on files, dirs, or revisions.",
+                                       "1. propget PROPNAME [TARGET[@REV]...]\n"
+                                       "2. propget PROPNAME --revprop -r REV [TARGET]",
+                                       "1. Prints the property of items; REV tells in which revision a target is\n"
+                                       "   looked up.\n"
+                                       "2. Prints a revision's own property, from the repository that TARGET is of.\n"
+                                       "\n"
+                                       "A value is printed behind its item's path where there may be several\n"
+                                       "items.  With --verbose path and name have lines of their own before it.",
+                                       {OptionId::Verbose, OptionId::Recursive, OptionId::Depth, OptionId::Revision,
+                                        OptionId::Revprop, OptionId::Strict, OptionId::NoNewline, OptionId::XML,
+                                        OptionId::JSON, OptionId::Changelist, OptionId::ShowInheritedProps},
+                                       {{OptionId::Verbose, "print path, name and value on separate lines"}},
+                                       runPropget};
+    return subcommand;
+}

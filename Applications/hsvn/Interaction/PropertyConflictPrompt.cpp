@@ -1,0 +1,78 @@
+#include "Interaction/ConflictPrompts.h"
+
+#include "CommandLine/Errors.h"
+#include "CommandLine/Targets.h"
+#include "Interaction/Editor.h"
+#include "Output/Output.h"
+
+#include <fmt/format.h>
+#include <utility>
+
+PropertyConflictPrompt::PropertyConflictPrompt(Session& session, HSVNConflictedItem& item, const std::string& path,
+                                               std::string property)
+    : _session{session}, _item{item}, _shown{relativeToCurrentFolder(absolutePath(path))},
+      _property{std::move(property)}, _answers{answersOf(item, HSVNConflictKind::Property)}
+{
+    for (const PromptAnswer& answer :
+         std::vector<PromptAnswer>{{"q", "Quit resolution", "postpone all remaining conflicts"},
+                                   {"dc", "Display conflict", "show conflicts in this property"},
+                                   {"e", "Edit property", "change merged property value in an editor", "edit"},
+                                   {"h", "Help", "show this help (also '?')"}})
+    {
+        _answers.push_back(answer);
+    }
+}
+
+PromptEnd PropertyConflictPrompt::ask()
+{
+    Output::writeError(fmt::format("Conflict for property '{}' discovered on '{}'.\n{}\n", _property, _shown,
+                                   _item.descriptionOfPropertyConflict()));
+    for (;;) {
+        const std::string code = askForAnswer(_answers, shortAnswers());
+        if (const auto end = endForCode(code)) {
+            return *end;
+        }
+        if (code == "dc") {
+            Output::writeBytes(merged());
+            Output::flush();
+        } else if (code == "e") {
+            edit();
+        } else if (code == "r" && !_edited) {
+            Output::writeError("Invalid option; please edit the property first.\n\n");
+        } else {
+            _item.resolve(HSVNConflictKind::Property, answerWithCode(_answers, code)->choice, _property,
+                          code == "r" ? _edited : std::nullopt);
+            return PromptEnd::Settled;
+        }
+    }
+}
+
+std::vector<PromptAnswer> PropertyConflictPrompt::shortAnswers() const
+{
+    std::vector<PromptAnswer> shown;
+    for (const char* const code : {"p", "mf", "tf", "dc", "e", "r", "q", "h"}) {
+        const PromptAnswer* const answer = answerWithCode(_answers, code);
+        if (answer && (answer->code != "r" || _edited)) {
+            shown.push_back(*answer);
+        }
+    }
+    return shown;
+}
+
+std::string PropertyConflictPrompt::merged() const
+{
+    HSVNConflictSides values = _item.propertyValues(_property);
+    // What was edited takes the place of mine.
+    values.mine = _edited ? _edited : values.mine;
+    values.base = values.theirOld;
+    return HSVNMergeValues(values, {"||||||| ORIGINAL", "<<<<<<< MINE", ">>>>>>> THEIRS"}, _session.client());
+}
+
+void PropertyConflictPrompt::edit()
+{
+    try {
+        _edited = Editor::editBytes(_session, _edited ? *_edited : merged());
+    } catch (const HSVNException& exception) {
+        reportFailedProgram(exception);
+    }
+}

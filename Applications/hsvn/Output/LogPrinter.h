@@ -1,0 +1,31 @@
+#pragma once
+
+#include "CommandLine/LogSearch.h"
+#include "CommandLine/Options.h"
+
+#include <nlohmann/json.hpp>
+#include <vector>
+
+/// Prints the entries of a log, those that a merge brought in marked as such.
+class LogPrinter
+{
+  public:
+    explicit LogPrinter(const Options& options) : _options{options}, _search{options.search} {}
+
+    void print(const HSVNLogEntry& entry);
+    /// What follows the last entry.
+    void finish() const;
+
+  private:
+    void printText(const HSVNLogEntry& entry) const;
+    void printXML(const HSVNLogEntry& entry) const;
+    nlohmann::ordered_json record(const HSVNLogEntry& entry) const;
+
+    /// What a search looks at.
+    std::vector<std::string> textsOf(const HSVNLogEntry& entry) const;
+
+    const Options& _options;
+    LogSearch _search;
+    std::vector<HSVNRevisionNumber> _mergedBy; ///< the entries that the next one was merged by, the outermost first
+    nlohmann::ordered_json _records = nlohmann::ordered_json::array();
+};

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "CommandLine/Cancellation.h"
+#include "CommandLine/Session.h"
+#include "Output/NotificationPrinter.h"
+
+/// Prints what the client notifies; answers nothing but that and cancellation. The printer outlives it.
+class NotificationListener
+{
+  public:
+    explicit NotificationListener(NotificationPrinter& printer) : _printer{printer} {}
+
+    static bool queryContinue(HSVNContext& /*context*/) { return !Cancellation::isAsked(); }
+    void notify(HSVNContext& /*context*/, const HSVNNotificationRef& notification) { _printer.print(*notification); }
+
+  private:
+    NotificationPrinter& _printer;
+};
+
+/// Has the session's client print its notifications.
+inline void printNotifications(Session& session, NotificationPrinter& printer)
+{
+    session.setDelegate(std::make_shared<HSVNClientDelegateFor<NotificationListener>>(printer));
+}

@@ -1,0 +1,90 @@
+#include "Output/PropertyPrinter.h"
+
+#include "CommandLine/Errors.h"
+#include "CommandLine/Targets.h"
+#include "Output/Output.h"
+
+#include <fmt/format.h>
+
+namespace {
+
+/// Subversion's own properties are text.
+bool isText(const std::string& name) { return name.starts_with("svn:"); }
+
+/// The text up to its first zero byte, every line moved to the right.
+std::string indented(const std::string& value)
+{
+    std::string result = "    ";
+    for (const char character : std::string{value.c_str()}) {
+        result += character;
+        result += character == '\n' ? "    " : "";
+    }
+    return result + "\n";
+}
+
+} // namespace
+
+void printProperties(const HSVNPropertyMap& properties, bool withValues)
+{
+    for (const auto& [name, value] : properties) {
+        Output::write(fmt::format("  {}\n", name));
+        if (withValues) {
+            printValue(name, indented(value));
+        }
+    }
+}
+
+void printValue(const std::string& name, const std::string& value)
+{
+    if (isText(name)) {
+        Output::write(value);
+    } else {
+        Output::writeBytes(value);
+    }
+}
+
+void addProperties(XML& xml, const char* element, const HSVNPropertyMap& properties, bool withValues)
+{
+    for (const auto& [name, value] : properties) {
+        if (withValues) {
+            xml.property(element, name, value);
+        } else {
+            xml.empty(element, {{"name", name}});
+        }
+    }
+}
+
+nlohmann::ordered_json propertyRecord(const HSVNPropertyMap& properties)
+{
+    auto record = nlohmann::ordered_json::object();
+    for (const auto& [name, value] : properties) {
+        if (XML::isSafe(value)) {
+            record[name] = value;
+        } else {
+            record[name] = {{"encoding", "base64"}, {"value", XML::base64(value)}};
+        }
+    }
+    return record;
+}
+
+RevisionPropertyTarget revisionPropertyTarget(Session& session, const std::vector<std::string>& targets)
+{
+    if (session.options.showInheritedProperties) {
+        fail(ArgumentParsing, "--show-inherited-props can't be used with --revprop");
+    }
+    const auto& revision = session.options.startRevision();
+    const bool isAllowed =
+        revision->number() != HSVNInvalidRevision || revision->date() || revision->isEqual(HSVNRevision::HEAD());
+    if (!isAllowed) {
+        fail(ArgumentParsing, "Must specify the revision as a number, a date or 'HEAD' when operating on a revision "
+                              "property");
+    }
+    if (targets.size() != 1) {
+        fail(ArgumentParsing, "Wrong number of targets specified");
+    }
+    const auto url = HSVNTargets::URLOfTarget(targets.front(), session.client());
+    if (!url) {
+        fail(UnversionedResource, "Either a URL or versioned item is required");
+    }
+    return {*url, revision};
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "HSVNForward.h"
+#include "HSVNRevisionSpec.h"
+#include "Internal/Subversion.h"
+
+/// The two records that Subversion takes for a revision specification.
+struct HSVNRevisionRecords
+{
+    explicit HSVNRevisionRecords(const HSVNRevisionSpec& revision)
+        : peg{revision.pegRevision()->SVNRevision()}, operative{revision.operativeRevision()->SVNRevision()}
+    {
+    }
+
+    svn_opt_revision_t peg;
+    svn_opt_revision_t operative;
+};
+
+/// The repository URL of an item that is to be listed: a URL is its own answer, also for an item that is gone from
+/// HEAD and can only be found in an older revision; for a local path `HSVNNode::URLForNodeAtPath` is asked.
+HSVNURLRef HSVNURLForListing(const HSVNPathRef& path, const HSVNContextRef& context);

@@ -1,0 +1,488 @@
+#pragma once
+
+#include "Internal/Subversion.h"
+
+#include <cstddef>
+#include <cstdint>
+
+// Records that lines before 1.7 do not have.
+struct svn_client_status_t;
+struct svn_client_info2_t;
+struct svn_log_entry_t;
+// Objects that lines before 1.10 do not have.
+struct svn_client_conflict_t;
+struct svn_client_conflict_option_t;
+
+/// Functions that a bundle may offer beside the 91 places.
+///
+/// The table only ever grows at its end: `size` tells how much of it the bundle was compiled with, and a place that the
+/// bundle's line cannot serve is null. `HSVNOperation::extension` is the way to ask for a place.
+///
+/// Unlike the 91 places these take targets as Subversion's own command line does, absolute or relative to the current
+/// folder, made canonical but not absolute where Subversion lets them be, and answer the line's own errors unchanged.
+struct HSVNBundleExtensions
+{
+    using StatusReceiver = svn_error_t* (*)(void* baton, const char* path, const svn_client_status_t* status,
+                                            apr_pool_t* pool);
+    using InfoReceiver = svn_error_t* (*)(void* baton, const char* target, const svn_client_info2_t* info,
+                                          apr_pool_t* pool);
+    using ListReceiver = svn_error_t* (*)(void* baton, const char* path, const svn_dirent_t* dirent,
+                                          const svn_lock_t* lock, const char* absolutePath,
+                                          const char* externalParentURL, const char* externalTarget, apr_pool_t* pool);
+    using LogReceiver = svn_error_t* (*)(void* baton, svn_log_entry_t* entry, apr_pool_t* pool);
+    using PropertiesReceiver = svn_error_t* (*)(void* baton, const char* path, apr_hash_t* properties,
+                                                apr_array_header_t* inherited, apr_pool_t* pool);
+    using ConflictReceiver = svn_error_t* (*)(void* baton, const char* path);
+    using CancelFunction = svn_error_t* (*)(void* baton);
+
+    using BlameReceiver = svn_error_t* (*)(void* baton, apr_int64_t line, svn_revnum_t revision, apr_hash_t* properties,
+                                           svn_revnum_t mergedRevision, apr_hash_t* mergedProperties,
+                                           const char* mergedPath, const svn_string_t* text, svn_boolean_t isLocal,
+                                           apr_pool_t* pool);
+
+    /// One range of a log; Subversion has it from 1.6 on.
+    struct RevisionRange
+    {
+        svn_opt_revision_t start;
+        svn_opt_revision_t end;
+    };
+
+    /// What a copy copies.
+    struct CopySource
+    {
+        const char* path;
+        svn_opt_revision_t revision;
+        svn_opt_revision_t pegRevision;
+    };
+
+    /// What `cmdline_create_auth_baton` asks and trusts.
+    struct Authentication
+    {
+        svn_boolean_t nonInteractive;
+        const char* username;
+        const char* password;
+        const char* configFolder;
+        svn_boolean_t noAuthCache;
+        svn_boolean_t trustUnknownAuthority;
+        svn_boolean_t trustHostnameMismatch;
+        svn_boolean_t trustExpired;
+        svn_boolean_t trustNotYetValid;
+        svn_boolean_t trustOther;
+    };
+
+    /// What a client asks beyond the prompts of the 91 places; each prompt as Subversion's own of that kind.
+    struct Prompts
+    {
+        svn_auth_ssl_client_cert_prompt_func_t certificateFile;
+        svn_auth_ssl_client_cert_pw_prompt_func_t certificatePassphrase;
+        svn_auth_username_prompt_func_t username;
+        /// Whether a password, or else the passphrase of a certificate, may be stored unencrypted.
+        svn_error_t* (*plaintext)(svn_boolean_t* mayStore, svn_boolean_t isPassphrase, const char* realm, void* baton,
+                                  apr_pool_t* pool);
+        void* baton; ///< of all of them
+    };
+
+    /// How an update, a check-out or a switch goes about; what a function has no use for is left false.
+    struct Updating
+    {
+        svn_depth_t depth;
+        svn_boolean_t depthIsSticky;
+        svn_boolean_t ignoreExternals;
+        svn_boolean_t allowObstructions;
+        svn_boolean_t addsAsModification;
+        svn_boolean_t makeParents;
+        svn_boolean_t ignoreAncestry;
+    };
+
+    struct Exporting
+    {
+        svn_depth_t depth;
+        svn_boolean_t overwrite;
+        svn_boolean_t ignoreExternals;
+        svn_boolean_t ignoreKeywords;
+        const char* nativeEOL; ///< "LF", "CR", "CRLF", or null for the system's own
+    };
+
+    struct Merging
+    {
+        svn_depth_t depth;
+        svn_boolean_t ignoreMergeInfo;
+        svn_boolean_t diffIgnoreAncestry;
+        svn_boolean_t forceDelete;
+        svn_boolean_t recordOnly;
+        svn_boolean_t dryRun;
+        svn_boolean_t allowMixedRevisions;
+        const apr_array_header_t* arguments; ///< of the program that merges texts; may be null
+        /// Asked how a conflict of a svn_wc_conflict_kind_t is settled, by a svn_wc_conflict_choice_t; null leaves all.
+        svn_error_t* (*choose)(void* baton, int* choice, const char* path, int kind);
+        void* chooser; ///< its baton
+    };
+
+    /// How trees are compared. A summary has a use for the depth, the ancestry and the changelists only.
+    struct Comparing
+    {
+        svn_depth_t depth;
+        svn_boolean_t ignoreAncestry;
+        svn_boolean_t omitAdded;
+        svn_boolean_t omitDeleted;
+        svn_boolean_t copiesAsAdds;
+        svn_boolean_t ignoreContentType;
+        svn_boolean_t ignoreProperties;
+        svn_boolean_t propertiesOnly;
+        svn_boolean_t gitFormat;
+        const apr_array_header_t* arguments;   ///< of the program that compares files; null for the configuration's
+        const apr_array_header_t* changelists; ///< may be null
+    };
+
+    /// A library that Subversion is linked to; statically where there is no runtime version.
+    struct LinkedLibrary
+    {
+        const char* name;
+        const char* compiledVersion;
+        const char* runtimeVersion;
+    };
+
+    /// What Subversion says of itself; null for what it does not say.
+    struct VersionDetails
+    {
+        const char* number;
+        const char* buildDate;
+        const char* buildTime;
+        const char* buildHost;
+        const char* copyright;
+        const char* accessModules;
+        const char* configurationFolder;
+        apr_array_header_t* keyrings; ///< const char*
+        const char* host;
+        const char* operatingSystem;
+        apr_array_header_t* libraries; ///< LinkedLibrary
+    };
+
+    /// What an item's conflicts are about, in Subversion's own numbers.
+    struct ConflictState
+    {
+        svn_boolean_t text;
+        svn_boolean_t tree;
+        const apr_array_header_t* properties; ///< names
+        const char* mimeType;                 ///< of a file in conflict; may be null
+        int recommended;                      ///< a svn_client_conflict_option_id_t
+        int operation;                        ///< a svn_wc_operation_t
+    };
+
+    struct ConflictOption
+    {
+        int id;
+        const char* label;
+        const char* description;
+    };
+
+    /// Files or values of a conflict; any may be null.
+    template <class Value>
+    struct ConflictSides
+    {
+        Value base;
+        Value mine;
+        Value theirOld;
+        Value theirNew;
+    };
+
+    /// A stretch of lines of a three-way comparison: where it begins in each file, and how many lines it has there.
+    struct MergeStretch
+    {
+        svn_boolean_t isConflict;
+        apr_int64_t start[3]; ///< in the common ancestor, mine, theirs; -1 where the result does not come from it
+        apr_int64_t length[3];
+    };
+
+    /// Size of the table in bytes, these two fields included.
+    std::uint32_t size;
+    /// 1; raised when a place changes its meaning, which a library that expects the former one then refuses.
+    std::uint32_t version;
+
+    /// svn_opt_parse_path
+    svn_error_t* (*opt_parse_path)(svn_opt_revision_t* pegRevision, const char** path, const char* text,
+                                   apr_pool_t* pool);
+    /// svn_opt_parse_revision: 0 when the text is a revision or two with a colon between.
+    int (*opt_parse_revision)(svn_opt_revision_t* start, svn_opt_revision_t* end, const char* text, apr_pool_t* pool);
+    /// svn_client_args_to_target_array2, 1.7 and later, for arguments that are UTF-8 already.
+    svn_error_t* (*client_args_to_target_array)(apr_array_header_t** targets, const apr_array_header_t* arguments,
+                                                svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_cmdline_create_auth_baton, from 1.6 on: Subversion's own prompts on the terminal, stores and trust.
+    svn_error_t* (*cmdline_create_auth_baton)(svn_auth_baton_t** baton, const Authentication* wishes,
+                                              svn_config_t* config, CancelFunction cancel, void* cancelBaton,
+                                              apr_pool_t* pool);
+    /// svn_client_status6, 1.9 and later
+    svn_error_t* (*client_status)(svn_revnum_t* result, svn_client_ctx_t* ctx, const char* path,
+                                  const svn_opt_revision_t* revision, svn_depth_t depth, svn_boolean_t getAll,
+                                  svn_boolean_t checkOutOfDate, svn_boolean_t noIgnore, svn_boolean_t ignoreExternals,
+                                  const apr_array_header_t* changelists, StatusReceiver receiver, void* baton,
+                                  apr_pool_t* pool);
+    /// svn_client_info4, 1.9 and later
+    svn_error_t* (*client_info)(const char* target, const svn_opt_revision_t* pegRevision,
+                                const svn_opt_revision_t* revision, svn_depth_t depth, svn_boolean_t includeExternals,
+                                const apr_array_header_t* changelists, InfoReceiver receiver, void* baton,
+                                svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_list4, 1.10 and later
+    svn_error_t* (*client_list)(const char* target, const svn_opt_revision_t* pegRevision,
+                                const svn_opt_revision_t* revision, const apr_array_header_t* patterns,
+                                svn_depth_t depth, apr_uint32_t fields, svn_boolean_t fetchLocks,
+                                svn_boolean_t includeExternals, ListReceiver receiver, void* baton,
+                                svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_log5, 1.6 and later; the ranges are `RevisionRange` values
+    svn_error_t* (*client_log)(const apr_array_header_t* targets, const svn_opt_revision_t* pegRevision,
+                               const apr_array_header_t* ranges, int limit, svn_boolean_t changedPaths,
+                               svn_boolean_t stopOnCopy, svn_boolean_t mergedRevisions,
+                               const apr_array_header_t* revisionProperties, LogReceiver receiver, void* baton,
+                               svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_cat3, 1.9 and later
+    svn_error_t* (*client_cat)(svn_stream_t* out, const char* target, const svn_opt_revision_t* pegRevision,
+                               const svn_opt_revision_t* revision, svn_boolean_t expandKeywords, svn_client_ctx_t* ctx,
+                               apr_pool_t* pool);
+    /// svn_client_propget5, 1.8 and later; the target absolute or a URL
+    svn_error_t* (*client_propget)(apr_hash_t** properties, apr_array_header_t** inherited, const char* name,
+                                   const char* target, const svn_opt_revision_t* pegRevision,
+                                   const svn_opt_revision_t* revision, svn_depth_t depth,
+                                   const apr_array_header_t* changelists, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_proplist4, 1.8 and later
+    svn_error_t* (*client_proplist)(const char* target, const svn_opt_revision_t* pegRevision,
+                                    const svn_opt_revision_t* revision, svn_depth_t depth,
+                                    const apr_array_header_t* changelists, svn_boolean_t inherited,
+                                    PropertiesReceiver receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_revprop_get
+    svn_error_t* (*client_revprop_get)(const char* name, svn_string_t** value, const char* url,
+                                       const svn_opt_revision_t* revision, svn_revnum_t* number, svn_client_ctx_t* ctx,
+                                       apr_pool_t* pool);
+    /// svn_client_revprop_list
+    svn_error_t* (*client_revprop_list)(apr_hash_t** properties, const char* url, const svn_opt_revision_t* revision,
+                                        svn_revnum_t* number, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_url_from_path: the URL of a working copy's item, or null.
+    svn_error_t* (*client_url_from_path)(const char** url, const char* target, apr_pool_t* pool);
+    /// svn_wc_conflicted_p3, 1.7 and later: which kinds of conflict the item is in.
+    svn_error_t* (*wc_conflicted)(svn_boolean_t* text, svn_boolean_t* properties, svn_boolean_t* tree, const char* path,
+                                  svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_add5, 1.8 and later
+    svn_error_t* (*client_add)(const char* path, svn_depth_t depth, svn_boolean_t force, svn_boolean_t noIgnore,
+                               svn_boolean_t noAutoProperties, svn_boolean_t addParents, svn_client_ctx_t* ctx,
+                               apr_pool_t* pool);
+    /// svn_client_revert4, 1.11 and later
+    svn_error_t* (*client_revert)(const apr_array_header_t* paths, svn_depth_t depth,
+                                  const apr_array_header_t* changelists, svn_boolean_t clearChangelists,
+                                  svn_boolean_t metadataOnly, svn_boolean_t keepAdded, svn_client_ctx_t* ctx,
+                                  apr_pool_t* pool);
+    /// svn_client_resolve, 1.5 and later; the choice is a svn_wc_conflict_choice_t
+    svn_error_t* (*client_resolve)(const char* path, svn_depth_t depth, int choice, svn_client_ctx_t* ctx,
+                                   apr_pool_t* pool);
+    /// svn_client_propset_local, 1.7 and later; a null value deletes the property
+    svn_error_t* (*client_propset)(const char* name, const svn_string_t* value, const apr_array_header_t* targets,
+                                   svn_depth_t depth, svn_boolean_t skipChecks, const apr_array_header_t* changelists,
+                                   svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_revprop_set2 without an original value, 1.6 and later; a null value deletes the property
+    svn_error_t* (*client_revprop_set)(const char* name, const svn_string_t* value, const char* url,
+                                       const svn_opt_revision_t* revision, svn_revnum_t* number, svn_boolean_t force,
+                                       svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_lock
+    svn_error_t* (*client_lock)(const apr_array_header_t* targets, const char* comment, svn_boolean_t steal,
+                                svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_unlock
+    svn_error_t* (*client_unlock)(const apr_array_header_t* targets, svn_boolean_t breakLock, svn_client_ctx_t* ctx,
+                                  apr_pool_t* pool);
+    /// svn_client_cleanup2, 1.9 and later
+    svn_error_t* (*client_cleanup)(const char* path, svn_boolean_t breakLocks, svn_boolean_t fixTimestamps,
+                                   svn_boolean_t clearWebCache, svn_boolean_t vacuumPristines,
+                                   svn_boolean_t includeExternals, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_vacuum, 1.9 and later
+    svn_error_t* (*client_vacuum)(const char* path, svn_boolean_t removeUnversioned, svn_boolean_t removeIgnored,
+                                  svn_boolean_t fixTimestamps, svn_boolean_t vacuumPristines,
+                                  svn_boolean_t includeExternals, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_upgrade, 1.7 and later
+    svn_error_t* (*client_upgrade)(const char* path, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_relocate2, 1.7 and later
+    svn_error_t* (*client_relocate)(const char* path, const char* from, const char* to, svn_boolean_t ignoreExternals,
+                                    svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_add_to_changelist, 1.5 and later
+    svn_error_t* (*client_add_to_changelist)(const apr_array_header_t* paths, const char* changelist, svn_depth_t depth,
+                                             const apr_array_header_t* changelists, svn_client_ctx_t* ctx,
+                                             apr_pool_t* pool);
+    /// svn_client_remove_from_changelists, 1.5 and later
+    svn_error_t* (*client_remove_from_changelists)(const apr_array_header_t* paths, svn_depth_t depth,
+                                                   const apr_array_header_t* changelists, svn_client_ctx_t* ctx,
+                                                   apr_pool_t* pool);
+    /// svn_repos_create with a configuration of the file system, an array of names and values in turn
+    svn_error_t* (*repos_create)(const char* path, const apr_array_header_t* configuration, apr_pool_t* pool);
+    /// svn_client_update4, 1.7 and later
+    svn_error_t* (*client_update)(apr_array_header_t** revisions, const apr_array_header_t* targets,
+                                  const svn_opt_revision_t* revision, const Updating* wishes, svn_client_ctx_t* ctx,
+                                  apr_pool_t* pool);
+    /// svn_client_checkout3, 1.5 and later
+    svn_error_t* (*client_checkout)(svn_revnum_t* result, const char* url, const char* path,
+                                    const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
+                                    const Updating* wishes, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_switch3, 1.7 and later
+    svn_error_t* (*client_switch)(svn_revnum_t* result, const char* path, const char* url,
+                                  const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
+                                  const Updating* wishes, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_export5, 1.7 and later
+    svn_error_t* (*client_export)(svn_revnum_t* result, const char* from, const char* to,
+                                  const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
+                                  const Exporting* wishes, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_merge5, 1.8 and later
+    svn_error_t* (*client_merge)(const char* source1, const svn_opt_revision_t* revision1, const char* source2,
+                                 const svn_opt_revision_t* revision2, const char* target, const Merging* wishes,
+                                 svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_merge_peg5, 1.8 and later; the ranges are `RevisionRange` values, or null for a complete merge
+    svn_error_t* (*client_merge_peg)(const char* source, const apr_array_header_t* ranges,
+                                     const svn_opt_revision_t* pegRevision, const char* target, const Merging* wishes,
+                                     svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_merge_reintegrate, 1.5 and later; of the wishes only the dry run and the arguments count
+    svn_error_t* (*client_merge_reintegrate)(const char* source, const svn_opt_revision_t* pegRevision,
+                                             const char* target, const Merging* wishes, svn_client_ctx_t* ctx,
+                                             apr_pool_t* pool);
+    /// svn_version_extended and svn_ra_print_modules, 1.8 and later; the folder null for the user's own
+    svn_error_t* (*version_details)(VersionDetails* details, const char* configurationFolder, svn_boolean_t withSystem,
+                                    apr_pool_t* pool);
+    /// svn_client_commit6 with commits as operations, 1.8 and later
+    svn_error_t* (*client_commit)(const apr_array_header_t* targets, svn_depth_t depth, svn_boolean_t keepLocks,
+                                  svn_boolean_t keepChangelists, svn_boolean_t includeExternals,
+                                  const apr_array_header_t* changelists, const apr_hash_t* revisionProperties,
+                                  svn_commit_callback2_t receiver, void* baton, svn_client_ctx_t* ctx,
+                                  apr_pool_t* pool);
+    /// svn_client_import5, 1.8 and later
+    svn_error_t* (*client_import)(const char* path, const char* url, svn_depth_t depth, svn_boolean_t noIgnore,
+                                  svn_boolean_t noAutoProperties, svn_boolean_t ignoreUnknownKinds,
+                                  const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
+                                  svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_mkdir4, 1.7 and later
+    svn_error_t* (*client_mkdir)(const apr_array_header_t* targets, svn_boolean_t makeParents,
+                                 const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
+                                 svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_delete4, 1.7 and later
+    svn_error_t* (*client_delete)(const apr_array_header_t* targets, svn_boolean_t force, svn_boolean_t keepLocal,
+                                  const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
+                                  svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_copy7 without a list of externals to pin, 1.9 and later; the sources are `CopySource` values
+    svn_error_t* (*client_copy)(const apr_array_header_t* sources, const char* destination, svn_boolean_t asChild,
+                                svn_boolean_t makeParents, svn_boolean_t ignoreExternals, svn_boolean_t pinExternals,
+                                const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
+                                svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_move7, 1.8 and later
+    svn_error_t* (*client_move)(const apr_array_header_t* sources, const char* destination, svn_boolean_t asChild,
+                                svn_boolean_t makeParents, svn_boolean_t allowMixedRevisions,
+                                const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
+                                svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_conflict_get, 1.10 and later; the conflict lives in the pool
+    svn_error_t* (*conflict_get)(svn_client_conflict_t** conflict, const char* path, svn_client_ctx_t* ctx,
+                                 apr_pool_t* pool);
+    /// svn_client_conflict_get_conflicted, _text_get_mime_type and _get_recommended_option_id
+    svn_error_t* (*conflict_state)(ConflictState* state, svn_client_conflict_t* conflict, apr_pool_t* pool);
+    /// svn_client_conflict_prop_get_description, or svn_client_conflict_tree_get_description where `local` is given
+    svn_error_t* (*conflict_description)(const char** description, const char** local, svn_client_conflict_t* conflict,
+                                         svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_conflict_tree_get_details
+    svn_error_t* (*conflict_details)(svn_client_conflict_t* conflict, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_conflict_text_get_resolution_options and its like; the kind is a svn_wc_conflict_kind_t, the options
+    /// are `ConflictOption` values
+    svn_error_t* (*conflict_options)(apr_array_header_t** options, svn_client_conflict_t* conflict, int kind,
+                                     svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_conflict_text_resolve_by_id and its like; the value is that of a merged property, or null
+    svn_error_t* (*conflict_resolve)(svn_client_conflict_t* conflict, int kind, const char* property, int option,
+                                     const svn_string_t* value, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_conflict_text_get_contents
+    svn_error_t* (*conflict_files)(ConflictSides<const char*>* files, svn_client_conflict_t* conflict,
+                                   apr_pool_t* pool);
+    /// svn_client_conflict_prop_get_propvals
+    svn_error_t* (*conflict_values)(ConflictSides<const svn_string_t*>* values, svn_client_conflict_t* conflict,
+                                    const char* property, apr_pool_t* pool);
+    /// svn_client_conflict_option_get_moved_to_abspath_candidates2 or its like for the repository, 1.11 and later; null
+    /// when the option has none
+    svn_error_t* (*conflict_move_targets)(apr_array_header_t** targets, svn_client_conflict_t* conflict, int option,
+                                          svn_boolean_t inRepository, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_conflict_option_set_moved_to_abspath2 or its like for the repository, 1.11 and later
+    svn_error_t* (*conflict_choose_move_target)(svn_client_conflict_t* conflict, int option, svn_boolean_t inRepository,
+                                                int index, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_diff_file_output_unified4, 1.9 and later
+    svn_error_t* (*diff_files)(svn_stream_t* out, const char* original, const char* modified, const char* originalLabel,
+                               const char* modifiedLabel, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_diff_file_output_merge3, conflicts only with their lines' numbers, 1.9 and later
+    svn_error_t* (*diff_conflicts)(svn_stream_t* out, const ConflictSides<const char*>* files,
+                                   const ConflictSides<const char*>* labels, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_diff_mem_string_output_merge3, 1.9 and later
+    svn_error_t* (*diff_values)(svn_stream_t* out, const ConflictSides<const svn_string_t*>* values,
+                                const ConflictSides<const char*>* labels, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_diff_file_diff3_2, 1.9 and later: the stretches of a merge, as `MergeStretch` values
+    svn_error_t* (*diff_stretches)(apr_array_header_t** stretches, const ConflictSides<const char*>* files,
+                                   svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_conflict_walk, 1.10 and later; the receiver gets each conflict's absolute path
+    svn_error_t* (*conflict_walk)(const char* path, svn_depth_t depth, ConflictReceiver receiver, void* baton,
+                                  svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_diff7, headers in the locale's encoding, 1.11 and later; null streams are the process's own
+    svn_error_t* (*client_diff)(svn_stream_t* out, svn_stream_t* errors, const char* target1,
+                                const svn_opt_revision_t* revision1, const char* target2,
+                                const svn_opt_revision_t* revision2, const Comparing* wishes, svn_client_ctx_t* ctx,
+                                apr_pool_t* pool);
+    /// svn_client_diff_peg7 in the same way, 1.11 and later
+    svn_error_t* (*client_diff_peg)(svn_stream_t* out, svn_stream_t* errors, const char* target,
+                                    const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* start,
+                                    const svn_opt_revision_t* end, const Comparing* wishes, svn_client_ctx_t* ctx,
+                                    apr_pool_t* pool);
+    /// svn_client_diff_summarize2, 1.5 and later
+    svn_error_t* (*client_diff_summarize)(const char* target1, const svn_opt_revision_t* revision1, const char* target2,
+                                          const svn_opt_revision_t* revision2, const Comparing* wishes,
+                                          svn_client_diff_summarize_func_t receiver, void* baton, svn_client_ctx_t* ctx,
+                                          apr_pool_t* pool);
+    /// svn_client_diff_summarize_peg2, 1.5 and later
+    svn_error_t* (*client_diff_summarize_peg)(const char* target, const svn_opt_revision_t* pegRevision,
+                                              const svn_opt_revision_t* start, const svn_opt_revision_t* end,
+                                              const Comparing* wishes, svn_client_diff_summarize_func_t receiver,
+                                              void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_blame6 with arguments as svn_diff_file_options_parse reads them, 1.12 and later; what the range means
+    /// is stored before the first line
+    svn_error_t* (*client_blame)(svn_revnum_t* first, svn_revnum_t* last, const char* target,
+                                 const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* start,
+                                 const svn_opt_revision_t* end, const apr_array_header_t* arguments,
+                                 svn_boolean_t ignoreContentType, svn_boolean_t mergedRevisions, BlameReceiver receiver,
+                                 void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// The code by which the older lines tell what an error means, whichever of its levels says it; 0 when the codes of
+    /// its levels are those codes already or have no other
+    apr_status_t (*error_meaning)(const svn_error_t* error);
+    /// The stores of certificates' passphrases, and the prompts that the 91 places lack, behind the given providers;
+    /// the prompts live as long as the pool
+    void (*auth_add_providers)(apr_array_header_t* providers, const Prompts* prompts, apr_pool_t* pool);
+    /// What the configuration and the prompts allow to be stored; the prompts live as long as the baton. Without
+    /// prompts those of before stay, and a baton that never had any is left alone
+    svn_error_t* (*auth_set_storing)(svn_auth_baton_t* baton, apr_hash_t* configuration, const Prompts* prompts);
+    /// Before an operation, outside of every other: closes the databases of working copies that the context keeps open
+    /// when the disk has changed under one of them, or when one of the targets, local paths, now belongs to another
+    /// working copy. 1.7 and later, as the next three; older lines keep nothing open. The context pool is the one that
+    /// the context lives in.
+    svn_error_t* (*refresh_working_copies)(const apr_array_header_t* targets, svn_client_ctx_t* ctx,
+                                           apr_pool_t* contextPool, apr_pool_t* pool);
+    /// Before and after an operation on the targets: keeps in mind which databases it opens.
+    void (*note_working_copies)(const apr_array_header_t* targets, svn_client_ctx_t* ctx, apr_pool_t* contextPool,
+                                apr_pool_t* pool);
+    /// Closes the databases of all working copies that the context keeps open.
+    svn_error_t* (*close_working_copies)(svn_client_ctx_t* ctx, apr_pool_t* contextPool, apr_pool_t* pool);
+    /// Whether the working copy of a path (which may be "") or of a target of the running operation has work in its
+    /// queue: stopped now, Subversion would leave it locked. 1.9 and later.
+    svn_boolean_t (*has_unfinished_work)(const char* path, apr_pool_t* contextPool);
+};
+
+extern "C" {
+/// What a bundle that offers the table exports beside its principal function under the name
+/// `HSVNBundleExtensionsTable`: answers the table, which lives as long as the process.
+using HSVNBundleExtensionsFunction = const HSVNBundleExtensions* (*)();
+}
+
+/// Name of that symbol.
+inline constexpr const char* HSVNBundleExtensionsSymbol = "HSVNBundleExtensionsTable";
+
+/// A place of a bundle's second table; null when the bundle does not offer it, or has no such table.
+template <class Function>
+Function HSVNExtensionOrNull(const HSVNBundleExtensions* table, Function HSVNBundleExtensions::*place)
+{
+    if (!table) {
+        return nullptr;
+    }
+    // How far the member reaches into the table, against what the bundle was compiled with.
+    const auto end = reinterpret_cast<const char*>(&(table->*place) + 1) - reinterpret_cast<const char*>(table);
+    return end > static_cast<std::ptrdiff_t>(table->size) ? nullptr : table->*place;
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "HSVNContents.h"
+#include "Internal/Operation.h"
+
+/// A stream that hands what is written into it to a receiver. Lives as long as the operation.
+class HSVNContentsStream
+{
+  public:
+    HSVNContentsStream(const HSVNOperation& operation, const HSVNContentsReceiver& receiver)
+        : _context{*operation.context()}, _receiver{receiver}, _stream{operation->stream_create(this, operation.pool())}
+    {
+        operation->stream_set_write(_stream, write);
+    }
+    HSVNContentsStream(const HSVNContentsStream&) = delete;
+    HSVNContentsStream& operator=(const HSVNContentsStream&) = delete;
+
+    operator svn_stream_t*() const { return _stream; } // NOLINT(google-explicit-constructor)
+
+  private:
+    static svn_error_t* write(void* baton, const char* bytes, apr_size_t* length)
+    {
+        const auto& stream = *static_cast<HSVNContentsStream*>(baton);
+        return HSVNGuardCallback(stream._context, [&]() -> svn_error_t* {
+            stream._receiver({bytes, *length});
+            return nullptr;
+        });
+    }
+
+    HSVNContext& _context;
+    const HSVNContentsReceiver& _receiver;
+    svn_stream_t* _stream;
+};

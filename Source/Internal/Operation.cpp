@@ -1,0 +1,198 @@
+#include "Internal/Operation.h"
+
+#include "HSVNException.h"
+#include "Internal/CString.h"
+#include "Internal/CommittedRevision.h"
+#include "Internal/ReservedName.h"
+
+#include <algorithm>
+#include <array>
+#include <fmt/format.h>
+#include <limits>
+
+namespace {
+
+/// The context, once the call is logged: the debug line comes before anything else that an operation does. Operations
+/// that leave the context untested fail for nil as making its bundle current would.
+const HSVNContextRef& logged(const HSVNContextRef& context, std::string_view className, std::string_view operation,
+                             const std::vector<HSVNArgument>& arguments)
+{
+    HSVNLogCall(className, operation, arguments);
+    if (!context) {
+        HSVNBundlePush(nullptr);
+    }
+    return context;
+}
+
+} // namespace
+
+void HSVNArgument::addLocalPaths(const std::string& target)
+{
+    constexpr std::array<std::string_view, 11> names{"target", "targets", "path",   "folder",  "from",       "to",
+                                                     "first",  "second",  "source", "sources", "destination"};
+    const bool isItem = std::find(names.begin(), names.end(), name) != names.end();
+    if (isItem && !target.empty() && target.find("://") == std::string::npos) {
+        localPaths.push_back(target);
+    }
+}
+
+void HSVNLogCall(std::string_view className, std::string_view operation, const std::vector<HSVNArgument>& arguments)
+{
+    if (HSVNDebug::level() < HSVNDebugLevelVerbose) {
+        return;
+    }
+    std::string list;
+    for (const auto& argument : arguments) {
+        list += list.empty() ? "" : ", ";
+        list.append(argument.name).append(": ").append(argument.text());
+    }
+    HSVNDebug::logAtLevel(HSVNDebugLevelVerbose, "[%@ %@] (%@)", className, operation, list);
+}
+
+HSVNVersion HSVNDecidingVersion(const HSVNContext& context)
+{
+    if (const auto kept = context.bundleVersion()) {
+        return *kept;
+    }
+    const auto bundle = context.bundle();
+    if (!bundle) {
+        return {0, 0};
+    }
+    if (const auto reported = bundle->reportedVersion()) {
+        return *reported;
+    }
+    return bundle->entryPoints()->client_update2 ? HSVNVersion{0, 0} : HSVNVersion::version1_5();
+}
+
+HSVNOperation::HSVNOperation(const HSVNContextRef& context, std::string_view className, std::string_view operation,
+                             const std::vector<HSVNArgument>& arguments)
+    : _context{logged(context, className, operation, arguments)}, _use{*_context}, _name{fmt::format("[{} {}]",
+                                                                                                     className,
+                                                                                                     operation)},
+      _bundle{context->bundle()}, _version{HSVNDecidingVersion(*context)}, _entryPoints{&HSVNCurrentEntryPoints()},
+      _pool{context->pool()}, _targets{targetsOf(arguments)}, _outerException{context->takeKeptException()}
+{
+    if (_use.isOutermost()) {
+        _context->beginOperation();
+        refreshWorkingCopies();
+    }
+    noteWorkingCopies();
+}
+
+HSVNOperation::~HSVNOperation()
+{
+    noteWorkingCopies();
+    _context->takeKeptException();
+    _context->keepException(std::move(_outerException));
+}
+
+apr_array_header_t* HSVNOperation::targetsOf(const std::vector<HSVNArgument>& arguments) const
+{
+    auto* const targets = _entryPoints->apr_array_make(_pool, 1, sizeof(const char*));
+    for (const auto& argument : arguments) {
+        for (const auto& path : argument.localPaths) {
+            *static_cast<const char**>(_entryPoints->apr_array_push(targets)) = cString(path);
+        }
+    }
+    return targets;
+}
+
+void HSVNOperation::refreshWorkingCopies()
+{
+    if (const auto refresh =
+            HSVNExtensionOrNull(_context->bundle()->extensions(), &HSVNBundleExtensions::refresh_working_copies))
+    {
+        check(refresh(_targets, ctx(), _context->pool(), _pool));
+    }
+}
+
+void HSVNOperation::noteWorkingCopies() const
+{
+    if (const auto note =
+            HSVNExtensionOrNull(_context->bundle()->extensions(), &HSVNBundleExtensions::note_working_copies)) {
+        note(_targets, ctx(), _context->pool(), _pool);
+    }
+}
+
+void HSVNOperation::failUnsupported() const
+{
+    throw HSVNUnsupportedFeatureException(
+        fmt::format("{} is not offered by the bundle of Subversion {}.{}", _name, _version.major(), _version.minor()));
+}
+
+void HSVNOperation::check(svn_error_t* error)
+{
+    if (const std::exception_ptr kept = _context->takeKeptException()) {
+        _entryPoints->error_clear(error);
+        std::rethrow_exception(kept);
+    }
+    if (error) {
+        HSVNExceptionOfError(*_context, error, true)->raise();
+    }
+}
+
+void HSVNOperation::check(svn_error_t* error, HSVNRevisionNumber committed)
+{
+    try {
+        check(error);
+    } catch (...) {
+        HSVNCommittedRevision::tell(committed);
+        throw;
+    }
+}
+
+void HSVNOperation::check(svn_error_t* error, const svn_commit_info_t* info)
+{
+    // Above the range of the library's numbers only on a failure that says so itself.
+    const bool isTold = info && info->revision <= std::numeric_limits<HSVNRevisionNumber>::max();
+    check(error, isTold ? static_cast<HSVNRevisionNumber>(info->revision) : HSVNInvalidRevision);
+}
+
+apr_array_header_t* HSVNOperation::pathArray(const HSVNPath& path)
+{
+    auto* const array = _entryPoints->apr_array_make(_pool, 1, sizeof(const char*));
+    *static_cast<const char**>(_entryPoints->apr_array_push(array)) = changed(path.string());
+    return array;
+}
+
+const char* HSVNOperation::cString(const std::string& text) const
+{
+    return _entryPoints->apr_pstrdup(_pool, HSVNCString(text));
+}
+
+const char* HSVNOperation::changed(const std::string& target) const
+{
+    const char* const text = cString(target);
+    HSVNRequireUnreserved(target);
+    return text;
+}
+
+HSVNExceptionRef HSVNExceptionOfError(const HSVNContext& context, svn_error_t* error, bool clear)
+{
+    const auto meaning = HSVNExtensionOrNull(context.bundle()->extensions(), &HSVNBundleExtensions::error_meaning);
+    const auto code = meaning ? meaning(error) : 0;
+    const HSVNExceptionClass* const known = code ? HSVNException::mapClassToAPRStatus(code) : nullptr;
+    const HSVNExceptionRef exception = HSVNException::exceptionWithError(error, clear);
+    return known ? known->make(exception->reason(), exception->userInfo()) : exception;
+}
+
+svn_error_t* HSVNGuardCallback(HSVNContext& context, const std::function<svn_error_t*()>& body) noexcept
+{
+    const HSVNBundleScope scope{context.bundle()};
+    try {
+        return body();
+    } catch (...) {
+        context.keepException(std::current_exception());
+        return HSVN_SUBVERSION_ERROR(SVN_ERR_CANCELLED, nullptr);
+    }
+}
+
+void HSVNGuardVoidCallback(HSVNContext& context, const std::function<void()>& body) noexcept
+{
+    const HSVNBundleScope scope{context.bundle()};
+    try {
+        body();
+    } catch (...) {
+        context.keepException(std::current_exception());
+    }
+}

@@ -1,0 +1,179 @@
+#pragma once
+
+#include "HSVNContext.h"
+#include "HSVNDebug.h"
+#include "HSVNException.h"
+#include "HSVNLocalPath.h"
+#include "HSVNPath.h"
+#include "HSVNPlatformException.h"
+#include "HSVNTypes.h"
+#include "Internal/BundleExtensions.h"
+#include "Internal/ContextUse.h"
+#include "Internal/Pool.h"
+
+#include <exception>
+#include <functional>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+/// One named argument of an operation's debug line; the value's text is made only when the line is written.
+struct HSVNArgument
+{
+    std::string_view name;
+    std::function<std::string()> text;
+    /// The local paths among the items that the operation works on.
+    std::vector<std::string> localPaths{};
+
+    /// The value outlives the argument; it is shown as "%@" shows it.
+    template <class Value>
+    HSVNArgument(std::string_view argumentName, const Value& value)
+        : name{argumentName}, text{[&value] { return HSVNDebugArgument(value).text(); }}
+    {
+        addLocalPaths(value);
+    }
+
+  private:
+    template <class Value>
+    void addLocalPaths(const Value& /*value*/)
+    {
+    }
+    /// A text is an item when the argument's name is one that the operations give their items.
+    void addLocalPaths(const std::string& target);
+    template <class Class>
+    void addLocalPaths(const std::shared_ptr<Class>& object)
+    {
+        if constexpr (std::is_base_of_v<HSVNPath, Class>) {
+            if (const auto* const path = dynamic_cast<const HSVNLocalPath*>(object.get())) {
+                localPaths.push_back(path->string());
+            }
+        }
+    }
+    template <class First, class Second>
+    void addLocalPaths(const std::pair<First, Second>& pair)
+    {
+        addLocalPaths(pair.first);
+    }
+    template <class Element>
+    void addLocalPaths(const std::vector<Element>& elements)
+    {
+        for (const auto& element : elements) {
+            addLocalPaths(element);
+        }
+    }
+};
+
+/// Writes the verbose debug line "[class operation] (name: value, ...)".
+void HSVNLogCall(std::string_view className, std::string_view operation, const std::vector<HSVNArgument>& arguments);
+
+/// The version that decides which of Subversion's functions serve a context: its `bundleVersion`, or what the bundle
+/// itself reports where that is nil, as for a bundle that another loader loaded. A bundle that reports none is of the
+/// oldest line unless its table lacks that line's functions.
+HSVNVersion HSVNDecidingVersion(const HSVNContext& context);
+
+/// The frame that every operation on a context runs in.
+///
+/// The constructor writes the debug line, refuses a context that another thread uses, pushes the context's bundle,
+/// makes a sub-pool of the context's pool and sees to it that working copies which the context keeps open are still
+/// those on the disk; the destructor destroys the sub-pool and pops the bundle, in that order. Preconditions are tested
+/// before it is made. Exceptions that callbacks kept in the context while the operation ran are thrown by `check`.
+class HSVNOperation
+{
+  public:
+    HSVNOperation(const HSVNContextRef& context, std::string_view className, std::string_view operation,
+                  const std::vector<HSVNArgument>& arguments);
+    ~HSVNOperation();
+    HSVNOperation(const HSVNOperation&) = delete;
+    HSVNOperation& operator=(const HSVNOperation&) = delete;
+
+    /// The context's entry-point table.
+    const HSVNBundleEntryPoints* operator->() const { return _entryPoints; }
+    apr_pool_t* pool() const { return _pool; }
+    svn_client_ctx_t* ctx() const { return _context->ctx(); }
+    const HSVNContextRef& context() const { return _context; }
+    /// The version that decides between Subversion's functions (`HSVNDecidingVersion`).
+    const HSVNVersion& version() const { return _version; }
+    /// Whether the bundle's line is the given one or newer.
+    bool isAtLeast(const HSVNVersion& version) const { return !_version.isLessThan(version); }
+
+    /// Throws `HSVNGenericException` when a call around this one is under way, for what would take the ground from
+    /// under it (`HSVNContextUse`).
+    void requireOutermost(std::string_view subject) const { _use.requireOutermost(subject); }
+
+    /// A function of the bundle's second table.
+    ///
+    /// @param place  the table's member
+    /// @throws HSVNUnsupportedFeatureException naming the operation and the line when the bundle does not offer it
+    template <class Function>
+    Function extension(Function HSVNBundleExtensions::*place) const
+    {
+        const auto function = HSVNExtensionOrNull(_context->bundle()->extensions(), place);
+        if (!function) {
+            failUnsupported();
+        }
+        return function;
+    }
+
+    /// Throws the exception that a callback kept, else the exception of the error (which is consumed), else returns.
+    void check(svn_error_t* error);
+    /// The same for a call that may have committed: what is thrown tells the revision, which is in the repository all
+    /// the same.
+    void check(svn_error_t* error, HSVNRevisionNumber committed);
+    /// @param info  what Subversion told of the commit; null for none
+    void check(svn_error_t* error, const svn_commit_info_t* info);
+
+    /// The C strings of paths that are to be changed, as `changed` makes them, in order; none is nil ("path != nil").
+    template <class Path>
+    apr_array_header_t* pathArray(const std::vector<std::shared_ptr<Path>>& paths)
+    {
+        auto* array = _entryPoints->apr_array_make(_pool, static_cast<int>(paths.size()), sizeof(const char*));
+        for (const auto& path : paths) {
+            HSVNAssertParameter(path != nullptr, "path != nil");
+            *static_cast<const char**>(_entryPoints->apr_array_push(array)) = changed(path->string());
+        }
+        return array;
+    }
+    /// One path that is to be changed as an array.
+    apr_array_header_t* pathArray(const HSVNPath& path);
+    /// A copy of the text in the pool.
+    ///
+    /// @throws HSVNInvalidArgumentException for a text with a NUL in it, which would be cut there
+    const char* cString(const std::string& text) const;
+    /// The same of a path or URL that is to be changed.
+    ///
+    /// @throws HSVNException for a path with a reserved name; see `HSVNRequireUnreserved`
+    const char* changed(const std::string& target) const;
+
+  private:
+    [[noreturn]] void failUnsupported() const;
+    apr_array_header_t* targetsOf(const std::vector<HSVNArgument>& arguments) const;
+    void refreshWorkingCopies();
+    void noteWorkingCopies() const;
+
+    HSVNContextRef _context;
+    HSVNContextUse _use;
+    std::string _name; // "[class operation]"
+    HSVNBundleScope _bundle;
+    HSVNVersion _version;
+    const HSVNBundleEntryPoints* _entryPoints;
+    HSVNPool _pool;
+    apr_array_header_t* _targets;       // local paths
+    std::exception_ptr _outerException; // of an operation that a callback of this context interrupts
+};
+
+/// The exception of an error, whose class the first of its levels that means anything to the library decides, also
+/// where a newer line or a web server has a code of its own for it. The error stays as it is.
+///
+/// @param context  whose bundle, which is current, the error comes from
+HSVNExceptionRef HSVNExceptionOfError(const HSVNContext& context, svn_error_t* error, bool clear);
+
+/// Runs the body of a callback that Subversion calls: no exception leaves it.
+///
+/// An exception is kept in the context and comes back as a cancellation error, which stops Subversion; the operation's
+/// `check` then throws the kept one.
+svn_error_t* HSVNGuardCallback(HSVNContext& context, const std::function<svn_error_t*()>& body) noexcept;
+/// The same for callbacks that cannot answer an error; Subversion stops at its next cancellation check.
+void HSVNGuardVoidCallback(HSVNContext& context, const std::function<void()>& body) noexcept;

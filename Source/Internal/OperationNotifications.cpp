@@ -1,0 +1,37 @@
+#include "Internal/OperationNotifications.h"
+
+#include "Internal/CaughtException.h"
+
+HSVNOperationNotifications::HSVNOperationNotifications(const HSVNOperationActions& actions)
+    : _started{HSVNNotification::notificationWithAction(actions.started)},
+      _succeeded{HSVNNotification::notificationWithAction(actions.succeeded)},
+      _failed{HSVNNotification::notificationWithAction(actions.failed)}
+{
+}
+
+HSVNOperationNotifications::HSVNOperationNotifications(const HSVNOperationActions& actions, const HSVNPath& path,
+                                                       const HSVNPathRef& alternatePath)
+    : HSVNOperationNotifications{actions}
+{
+    nameItem(path.string());
+    _failed->setPath(path.string());
+    for (const auto& notification : {_started, _succeeded, _failed}) {
+        notification->setAlternatePath(alternatePath);
+    }
+}
+
+void HSVNOperationNotifications::nameItem(const std::string& path)
+{
+    _started->setPath(path);
+    _succeeded->setPath(path);
+}
+
+void HSVNOperationNotifications::sendFailure(HSVNContext& context) noexcept
+{
+    try {
+        _failed->setRevision(_succeeded->revision());
+        _failed->setError(HSVNCaughtException());
+        context.notify(_failed);
+    } catch (...) { // NOLINT(bugprone-empty-catch): it must not take the place of the failure itself
+    }
+}
