@@ -2,6 +2,13 @@
 
 #include <fmt/format.h>
 
+HSVNAddChoices HSVNAddOptions::choices() const
+{
+    return {.depth = _recursive ? HSVNDepthInfinity : HSVNDepthEmpty,
+            .force = _force,
+            .matchIgnorePatterns = _matchIgnorePatterns};
+}
+
 std::string HSVNAddOptions::description() const
 {
     return fmt::format("{{ {} recursive: {:d}, force: {:d}, matchIgnore: {:d} }}", HSVNOptions::description(),

@@ -2,9 +2,20 @@
 
 #include "HSVNExport.h"
 #include "HSVNOptions.h"
+#include "HSVNTypes.h"
 
 #include <memory>
 #include <string>
+
+/// Choices of `HSVNContext::add`.
+struct HSVNAddChoices
+{
+    HSVNDepth depth = HSVNDepthInfinity;
+    bool force = false;              ///< pass over items that are versioned already, and go on below them
+    bool matchIgnorePatterns = true; ///< leave ignored items below the targets out
+    bool automaticProperties = true; ///< set what configuration and inherited properties ask for
+    bool makeParents = false;        ///< add unversioned directories between the working copy and a target, too
+};
 
 /// Choices for putting items under version control.
 class HSVN_EXPORT HSVNAddOptions : public HSVNOptionsOf<HSVNAddOptions>
@@ -22,6 +33,8 @@ class HSVN_EXPORT HSVNAddOptions : public HSVNOptionsOf<HSVNAddOptions>
     bool matchIgnorePatterns() const { return _matchIgnorePatterns; }
     void setMatchIgnorePatterns(bool matchIgnorePatterns) { _matchIgnorePatterns = matchIgnorePatterns; }
 
+    /// The same choices for the verb `add`.
+    HSVNAddChoices choices() const;
     std::string description() const override;
 
   private:

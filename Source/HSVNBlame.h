@@ -45,7 +45,7 @@ using HSVNBlameReceiver = std::function<void(const HSVNBlamedLine& line)>;
 
 /// Tells for each line of a file which revision changed it last, or, in a range that runs backwards, next.
 ///
-/// @param target       a local path or a URL; see HSVNTargets
+/// @param target       a local path or a URL; see HSVNArguments
 /// @param pegRevision  where the target is looked up; not nil ("pegRevision != nil")
 /// @param range        how far to look back, and the revision whose lines are told; not nil ("revision != nil")
 /// @param receiver     called for each line, in order; an exception stops the operation and reaches the caller;

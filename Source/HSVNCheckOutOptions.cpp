@@ -6,6 +6,11 @@
 
 HSVNCheckOutOptions::HSVNCheckOutOptions() { setRevision(HSVNRevisionSpec::HEAD()); }
 
+HSVNCheckOutChoices HSVNCheckOutOptions::choices() const
+{
+    return {.depth = _depth, .processExternals = _processExternals, .allowObstructions = _allowUnversionedObstructions};
+}
+
 std::string HSVNCheckOutOptions::description() const
 {
     return fmt::format("{{ {}, depth: {:d},  processExternals: {:d}, allowUnversionedObstructions: {:d}}}",

@@ -7,6 +7,14 @@
 #include <memory>
 #include <string>
 
+/// Choices of `HSVNContext::checkout`.
+struct HSVNCheckOutChoices
+{
+    HSVNDepth depth = HSVNDepthUnknown; ///< unknown is all
+    bool processExternals = true;       ///< check out what externals definitions place, too
+    bool allowObstructions = false;     ///< unversioned items in the way become versioned, their contents unchanged
+};
+
 /// Choices for checking out a new working copy. The inherited `revision` is initially `HSVNRevisionSpec::HEAD()`.
 class HSVN_EXPORT HSVNCheckOutOptions : public HSVNOptionsOf<HSVNCheckOutOptions, HSVNOptionsWithRevision>
 {
@@ -25,6 +33,8 @@ class HSVN_EXPORT HSVNCheckOutOptions : public HSVNOptionsOf<HSVNCheckOutOptions
     HSVNDepth depth() const { return _depth; }
     void setDepth(HSVNDepth depth) { _depth = depth; }
 
+    /// The same choices for the verb `checkout`.
+    HSVNCheckOutChoices choices() const;
     std::string description() const override;
 
   private:

@@ -89,14 +89,14 @@ void HSVNClient::setBundle(const HSVNBundleRef& bundle)
 
 HSVNClientDelegateRef HSVNClient::delegate() const
 {
-    const std::lock_guard guard{lock()};
+    const std::lock_guard guard{mutex()};
     return _delegate.lock();
 }
 
 void HSVNClient::setDelegate(const HSVNClientDelegateRef& delegate)
 {
     const bool answers = delegate && delegate->respondsTo(HSVNClientDelegateMessage::queryContinue);
-    const std::lock_guard guard{lock()};
+    const std::lock_guard guard{mutex()};
     _delegate = delegate;
     _hasDelegate = delegate != nullptr;
     _respondsToQueryContinue = answers;
@@ -125,7 +125,7 @@ void HSVNClient::notify(const HSVNNotificationRef& notification)
 
 bool HSVNClient::queryContinue()
 {
-    std::unique_lock guard{lock()};
+    std::unique_lock guard{mutex()};
     const auto receiver = _respondsToQueryContinue ? _delegate.lock() : nullptr;
     guard.unlock();
     return !receiver || receiver->queryContinue(*this);

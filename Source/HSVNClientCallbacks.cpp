@@ -208,14 +208,14 @@ HSVNNotificationRef notificationOf(const HSVNClient& client, const svn_wc_notify
 
 void HSVNClientInternals::installLogMessageDelegate(HSVNClient& client, const HSVNLogMessageDelegateRef& delegate)
 {
-    const std::lock_guard guard{client.lock()};
+    const std::lock_guard guard{client.mutex()};
     client._installedDelegate = delegate;
     client.setDelegate(delegate);
 }
 
 bool HSVNClientInternals::hasLostDelegate(const HSVNClient& client)
 {
-    const std::lock_guard guard{client.lock()};
+    const std::lock_guard guard{client.mutex()};
     return client._hasDelegate && client._delegate.expired();
 }
 

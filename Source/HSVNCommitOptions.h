@@ -4,8 +4,24 @@
 #include "HSVNOptions.h"
 #include "HSVNTypes.h"
 
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
+#include <vector>
+
+/// Choices of `HSVNContext::commit`.
+struct HSVNCommitChoices
+{
+    HSVNDepth depth = HSVNDepthInfinity;
+    bool keepLocks = false;
+    bool keepChangelists = false;
+    bool includeExternals = false;
+    std::vector<std::string> changelists{}; ///< only members of these; none means all items
+    std::optional<std::string> message{};   ///< the log message, UTF-8; nil asks the delegate
+    std::map<std::string, std::string>
+        revisionProperties{}; ///< further ones by name, values as bytes; none of Subversion's own
+};
 
 /// Choices for a commit.
 class HSVN_EXPORT HSVNCommitOptions : public HSVNOptionsOf<HSVNCommitOptions>
@@ -20,6 +36,8 @@ class HSVN_EXPORT HSVNCommitOptions : public HSVNOptionsOf<HSVNCommitOptions>
     HSVNDepth depth() const { return _depth; }
     void setDepth(HSVNDepth depth) { _depth = depth; }
 
+    /// The same choices for the verb `commit`.
+    HSVNCommitChoices choices() const;
     std::string description() const override;
 
   private:

@@ -13,7 +13,7 @@
 #include <vector>
 
 // Comparisons of items in two places or in two revisions, as a text or item by item. Targets are texts; see
-// HSVNTargets.
+// HSVNArguments.
 
 /// What is compared, and how the differences are shown.
 struct HSVNComparisonOptions

@@ -68,7 +68,7 @@ struct HSVNConflictedItem::Conflict
     bool hasTree = false;
     std::vector<std::string> properties;
     std::optional<std::string> mimeType;
-    HSVNConflictOperation metBy = HSVNConflictOperation::None;
+    HSVNConflictOperation metBy = HSVNConflictOperation::NoOperation;
 };
 
 HSVNConflictedItem::HSVNConflictedItem(const std::string& path, HSVNContextRef context)

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "HSVNConflict.h"
 #include "HSVNContents.h"
 #include "HSVNContext.h"
 #include "HSVNItemInfo.h"
@@ -10,42 +11,6 @@
 #include <string>
 #include <utility>
 #include <vector>
-
-/// A way to settle a conflict; the values equal those of `svn_client_conflict_option_id_t`, and newer ones pass through
-/// unnamed.
-enum class HSVNResolutionChoice : std::int32_t
-{
-    Postpone = 0,
-    BaseText = 1,
-    IncomingText = 2,
-    WorkingText = 3,
-    IncomingTextWhereConflicted = 4,
-    WorkingTextWhereConflicted = 5,
-    MergedText = 6,
-    Unspecified = 7,
-    // Of tree conflicts
-    AcceptCurrentState = 8,
-    UpdateMoveDestination = 9,
-    UpdateMovedAwayChildren = 10,
-    IncomingAddIgnore = 11,
-    IncomingAddedFileTextMerge = 12,
-    IncomingAddedFileReplaceAndMerge = 13,
-    IncomingAddedFolderMerge = 14,
-    IncomingAddedFolderReplace = 15,
-    IncomingAddedFolderReplaceAndMerge = 16,
-    IncomingDeleteIgnore = 17,
-    IncomingDeleteAccept = 18,
-    IncomingMoveFileTextMerge = 19,
-    IncomingMoveFolderMerge = 20,
-    LocalMoveFileTextMerge = 21,
-    LocalMoveFolderMerge = 22,
-    SiblingMoveFileTextMerge = 23,
-    SiblingMoveFolderMerge = 24,
-    BothMovedFileMerge = 25,
-    BothMovedFileMoveMerge = 26,
-    BothMovedFolderMerge = 27,
-    BothMovedFolderMoveMerge = 28
-};
 
 /// One of the choices that a conflict leaves.
 struct HSVNConflictOption

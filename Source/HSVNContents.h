@@ -1,17 +1,16 @@
 #pragma once
 
 #include "HSVNContext.h"
+#include "HSVNReceiver.h"
 #include "HSVNRevisionSpec.h"
 
 #include <functional>
 #include <string>
 #include <string_view>
 
-using HSVNContentsReceiver = std::function<void(std::string_view bytes)>;
-
 /// Reads a file's contents in a revision.
 ///
-/// @param target          a local path or a URL; see HSVNTargets
+/// @param target          a local path or a URL; see HSVNArguments
 /// @param revision        not nil ("revision != nil")
 /// @param expandKeywords  whether keywords and line ends are translated as in a working copy
 /// @param receiver        called for each piece, in order; an exception stops the operation and reaches the caller;

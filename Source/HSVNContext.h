@@ -1,9 +1,34 @@
 #pragma once
 
+#include "HSVNAddOptions.h"
 #include "HSVNBundle.h"
+#include "HSVNCheckOutOptions.h"
+#include "HSVNCommitOptions.h"
+#include "HSVNCommitResult.h"
+#include "HSVNCopyOptions.h"
+#include "HSVNDeleteOptions.h"
 #include "HSVNExport.h"
+#include "HSVNExportOptions.h"
+#include "HSVNForward.h"
+#include "HSVNImportOptions.h"
+#include "HSVNLockOptions.h"
+#include "HSVNLogOptions.h"
+#include "HSVNMergeOptions.h"
+#include "HSVNMoveOptions.h"
 #include "HSVNObject.h"
+#include "HSVNReadingChoices.h"
+#include "HSVNReceiver.h"
+#include "HSVNResolveOptions.h"
+#include "HSVNRevertOptions.h"
+#include "HSVNRevision.h"
+#include "HSVNRevisionSpec.h"
+#include "HSVNStatusOptions.h"
+#include "HSVNTarget.h"
+#include "HSVNTypes.h"
+#include "HSVNUnlockOptions.h"
+#include "HSVNUpdateOptions.h"
 #include "HSVNVersion.h"
+#include "HSVNWorkingCopyChoices.h"
 
 #include <atomic>
 #include <cstdint>
@@ -14,13 +39,18 @@
 #include <optional>
 #include <string>
 #include <thread>
+#include <utility>
 #include <vector>
 
 struct apr_pool_t;
 struct svn_client_ctx_t;
-class HSVNNotification;
 class HSVNPool;
 class HSVNTransferObserver;
+struct HSVNBlamedLine;
+struct HSVNDifference;
+struct HSVNItemInfo;
+struct HSVNItemProperties;
+struct HSVNPropertyValues;
 
 /// Names in Subversion's run-time configuration.
 inline constexpr const char* HSVNConfigCategoryConfig = "config";
@@ -42,7 +72,19 @@ inline constexpr const char* HSVNConfigOptionGlobalIgnores = "global-ignores";
 /// another thread is under way throws `HSVNGenericException`, which names both threads, at once; calls from the
 /// callbacks of a call, on its own thread, pass. `bundle`, `bundleVersion` and `setBundleVersion` are guarded by the
 /// context's own lock and may be called on any thread at any time.
-class HSVN_EXPORT HSVNContext : public HSVNObject
+///
+/// The verbs below are Subversion's own, on targets (`HSVNTarget`), with every choice that its command line has; each
+/// takes its arguments in the order targets, revision, choices, receiver. What they do to an item is told by
+/// notifications. A verb takes the newest function that the context's line has for it. Where the line has an older one
+/// only, that serves as long as the choices allow it, else the verb throws `HSVNUnsupportedFeatureException`, which
+/// names verb, choice and line. Verbs throw `HSVNException` for every Subversion error, and
+/// `HSVNInvalidArgumentException` for a target with a NUL in it; what changes items refuses those in an administrative
+/// area (status 200025).
+///
+/// Choices are aggregates whose fields all have defaults, for designated initialisers. A release that adds a field
+/// changes their size, so it has a new `SOVERSION`, and programs are compiled anew for it; their sources stay as they
+/// are.
+class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_from_this<HSVNContext>
 {
   public:
     /// A context of the loader's default bundle (the newest loaded).
@@ -114,7 +156,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject
     /// Hands a notification on; a plain context drops it.
     ///
     /// @throws an assertion "Invalid parameter not satisfying: notification != nil"
-    virtual void notify(const std::shared_ptr<const HSVNNotification>& notification);
+    virtual void notify(const HSVNNotificationRef& notification);
 
     /// Keeps an exception that a callback must not throw through Subversion; the first one kept stays.
     void keepException(std::exception_ptr exception) noexcept;
@@ -122,6 +164,361 @@ class HSVN_EXPORT HSVNContext : public HSVNObject
     std::exception_ptr takeKeptException() noexcept;
     /// Whether an exception is kept, so that the running operation is to be stopped.
     bool hasKeptException() const noexcept { return _keptException != nullptr; }
+
+    // MARK: Working copy
+
+    /// Schedules unversioned items for addition.
+    ///
+    /// @param targets  local paths
+    /// Stands for svn_client_add5 (svn_client_add3).
+    void add(const HSVNTargets& targets, const HSVNAddChoices& choices = {});
+    /// Takes local changes back.
+    ///
+    /// @param targets  local paths
+    /// Stands for svn_client_revert4 (svn_client_revert).
+    void revert(const HSVNTargets& targets, const HSVNRevertChoices& choices = {});
+    /// Reports the status of items in the order in which Subversion finds them.
+    ///
+    /// @param target    a local path
+    /// @param receiver  not nil ("receiver != nil"). A node that is not kept is filled anew for the next item.
+    /// @return the revision compared with; `HSVNInvalidRevision` when the repository was not asked
+    /// Stands for svn_client_status6 (svn_client_status2).
+    HSVNRevisionNumber status(const HSVNTarget& target, const HSVNStatusChoices& choices,
+                              const HSVNReceiver<const HSVNNodeRef&>& receiver);
+    /// The same, all nodes at once.
+    std::vector<HSVNNodeRef> status(const HSVNTarget& target, const HSVNStatusChoices& choices = {});
+    /// Ends what was interrupted in a working copy. What an interrupted batch had set aside stays, and is named in the
+    /// log (`HSVNFindItemsSetAside`).
+    ///
+    /// @param directory  a local path
+    /// Stands for svn_client_cleanup2 (svn_client_cleanup).
+    void cleanUp(const HSVNTarget& directory, const HSVNCleanUpChoices& choices = {});
+    /// Removes what nobody needs from a working copy that is not locked.
+    ///
+    /// @param directory  a local path
+    /// Stands for svn_client_vacuum; not offered by lines before 1.9.
+    void vacuum(const HSVNTarget& directory, const HSVNVacuumChoices& choices);
+    /// Brings a working copy of an older line to the bundle's format.
+    ///
+    /// @param root  the working copy's root
+    /// Stands for svn_client_upgrade; not offered by lines before 1.7.
+    void upgrade(const HSVNTarget& root);
+    /// Makes a working copy know its repository under another URL.
+    ///
+    /// @param root  the working copy's root
+    /// @param from  what its URLs begin with until now
+    /// @param to    what they begin with from now on
+    /// Stands for svn_client_relocate2 (svn_client_relocate).
+    void relocate(const HSVNTarget& root, const std::string& from, const std::string& to,
+                  const HSVNRelocateChoices& choices = {});
+    /// Puts items into a changelist.
+    ///
+    /// @param targets     local paths
+    /// @param changelist  not empty ("[changelist length] > 0")
+    /// Stands for svn_client_add_to_changelist; not offered by lines before 1.5.
+    void addToChangelist(const HSVNTargets& targets, const std::string& changelist,
+                         const HSVNChangelistChoices& choices = {});
+    /// Takes items out of their changelists.
+    ///
+    /// @param targets  local paths
+    /// Stands for svn_client_remove_from_changelists; not offered by lines before 1.5.
+    void removeFromChangelists(const HSVNTargets& targets, const HSVNChangelistChoices& choices = {});
+    /// Locks files in the repository. A lock that cannot be had is a notification, not an error.
+    ///
+    /// @param targets  either local paths, which then hold the locks, or URLs; all in one repository
+    /// Stands for svn_client_lock.
+    void lock(const HSVNTargets& targets, const HSVNLockChoices& choices = {});
+    /// Gives locks back. A lock that cannot be released is a notification; one that the working copy does not hold is
+    /// an error, unless locks are to be broken.
+    ///
+    /// @param targets  either local paths or URLs; all in one repository
+    /// Stands for svn_client_unlock.
+    void unlock(const HSVNTargets& targets, const HSVNUnlockChoices& choices = {});
+
+    // MARK: Conflicts
+
+    /// Ends the conflicts of items and of what lies below them; nothing happens to items without any.
+    ///
+    /// @param targets  local paths
+    /// Stands for svn_client_resolve (svn_client_resolved).
+    void resolve(const HSVNTargets& targets, const HSVNResolveChoices& choices = {});
+    /// Tells of every item in conflict at and below an item; `HSVNConflictedItem` tells about what.
+    ///
+    /// @param target    a local path
+    /// @param receiver  called with each item's absolute path, before the next one is looked for: it may settle the
+    ///                  conflict, and what comes of that is told, too; not nil ("receiver != nil")
+    /// Stands for svn_client_conflict_walk; not offered by lines before 1.10.
+    void conflicts(const HSVNTarget& target, const HSVNConflictsChoices& choices,
+                   const HSVNReceiver<const std::string&>& receiver);
+    /// The same, all paths at once.
+    std::vector<std::string> conflicts(const HSVNTarget& target, const HSVNConflictsChoices& choices = {});
+
+    // MARK: Bringing items from a repository
+
+    /// Brings working-copy items to a revision.
+    ///
+    /// @param targets   local paths of versioned items, or of items that their parents' repository has
+    /// @param revision  not nil ("revision != nil")
+    /// @return the revision of each target, in order; `HSVNInvalidRevision` for one that was skipped
+    ///
+    /// Sends HSVNNotifyActionUpdateStarted, Subversion's own notifications, then HSVNNotifyActionUpdateSucceeded or
+    /// HSVNNotifyActionUpdateFailed. Stands for svn_client_update4 (svn_client_update3, svn_client_update2).
+    std::vector<HSVNRevisionNumber> update(const HSVNTargets& targets,
+                                           const HSVNRevisionRef& revision = HSVNRevision::HEAD(),
+                                           const HSVNUpdateChoices& choices = {});
+    /// Makes a working copy of a repository's directory.
+    ///
+    /// @param url       of the directory
+    /// @param path      the working copy's place; made when it is missing
+    /// @param revision  not nil ("revision != nil"), the operative one HEAD, a number or a date
+    /// @return the revision checked out
+    ///
+    /// Sends HSVNNotifyActionCheckOutStarted and its like. Stands for svn_client_checkout3 (svn_client_checkout2).
+    HSVNRevisionNumber checkout(const HSVNTarget& url, const HSVNTarget& path,
+                                const HSVNRevisionSpecRef& revision = HSVNRevisionSpec::HEAD(),
+                                const HSVNCheckOutChoices& choices = {});
+    /// Brings a working copy's item to another place of the same repository.
+    ///
+    /// @param path      the item
+    /// @param url       the place
+    /// @param revision  not nil ("revision != nil"), the operative one HEAD, a number or a date
+    /// @return the revision that the item is at
+    /// Stands for svn_client_switch3; not offered by lines before 1.7.
+    HSVNRevisionNumber switchTo(const HSVNTarget& path, const HSVNTarget& url,
+                                const HSVNRevisionSpecRef& revision = HSVNRevisionSpec::HEAD(),
+                                const HSVNSwitchChoices& choices = {});
+    /// Writes an item without Subversion's own data.
+    ///
+    /// @param from      a URL, or a working copy's item
+    /// @param to        the place; "" means the item's own name in the current directory
+    /// @param revision  not nil ("revision != nil")
+    /// @return the revision exported; `HSVNInvalidRevision` for a working copy's own state
+    ///
+    /// Sends HSVNNotifyActionExportStarted and its like. Stands for svn_client_export5 (svn_client_export4,
+    /// svn_client_export3).
+    HSVNRevisionNumber exportTree(const HSVNTarget& from, const HSVNTarget& to,
+                                  const HSVNRevisionSpecRef& revision = HSVNRevisionSpec::UNSPECIFIED(),
+                                  const HSVNExportChoices& choices = {});
+
+    // MARK: Merging
+
+    /// Merges all changes of one branch that are not merged yet into a working copy of another.
+    ///
+    /// @param source  the branch: a URL or a working copy's item; of its revision the peg counts
+    /// @param target  the local item that is changed
+    /// Stands for svn_client_merge_peg5; not offered by lines before 1.8.
+    void merge(const HSVNTargetInRevision& source, const HSVNTarget& target, const HSVNMergeChoices& choices = {});
+    /// Merges certain changes of one branch.
+    ///
+    /// @param ranges  each in its own direction; none of the revisions nil ("revision != nil")
+    void merge(const HSVNTargetInRevision& source,
+               const std::vector<std::pair<HSVNRevisionRef, HSVNRevisionRef>>& ranges, const HSVNTarget& target,
+               const HSVNMergeChoices& choices = {});
+    /// Applies the difference of two trees to a working copy.
+    ///
+    /// @param first, second  the two sides: URLs or working copies' items, each with its operative revision
+    /// @param target         the local item that is changed
+    /// Stands for svn_client_merge5 (svn_client_merge3, svn_client_merge2).
+    void mergeDifference(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
+                         const HSVNTarget& target, const HSVNMergeChoices& choices = {});
+    /// Merges a branch that has been kept up to date back into the one it was made of.
+    ///
+    /// @param source   the branch: a URL or a working copy's item; of its revision the peg counts
+    /// @param target   the root of a working copy without changes, of one revision
+    /// @param choices  of which `dryRun`, `arguments` and `chooser` count
+    /// Stands for svn_client_merge_reintegrate; not offered by lines before 1.5.
+    void reintegrate(const HSVNTargetInRevision& source, const HSVNTarget& target,
+                     const HSVNMergeChoices& choices = {});
+
+    // MARK: Changes that are committed
+    // What is done to URLs is committed at once: the log message is a choice, else the delegate is asked for it, and
+    // one that gives none leaves everything as it was. What is done to local paths is scheduled, and answers no
+    // revision.
+
+    /// Commits local changes.
+    ///
+    /// @param targets   local items, in one or several working copies
+    /// @param receiver  called for each commit once it is done; several repositories make several. An exception stops
+    ///                  the operation, not the commit. May be nil.
+    /// @return the last commit
+    /// @throws HSVNException for a URL among the targets
+    ///
+    /// Sends HSVNNotifyActionCommitStarted and its like. Stands for svn_client_commit6 (svn_client_commit4,
+    /// svn_client_commit3).
+    HSVNCommitResult commit(const HSVNTargets& targets, const HSVNCommitChoices& choices = {},
+                            const HSVNReceiver<const HSVNCommitResult&>& receiver = {});
+    /// Commits an unversioned file, or the contents of a directory, to a URL; missing parents are made.
+    ///
+    /// Sends HSVNNotifyActionImportStarted and its like. Stands for svn_client_import5 (svn_client_import2).
+    HSVNCommitResult importTree(const HSVNTarget& path, const HSVNTarget& url, const HSVNImportChoices& choices = {},
+                                const HSVNReceiver<const HSVNCommitResult&>& receiver = {});
+    /// Makes directories, all local or all of repositories.
+    ///
+    /// Stands for svn_client_mkdir4 (svn_client_mkdir2).
+    HSVNCommitResult makeDirectories(const HSVNTargets& targets, const HSVNMakeDirectoriesChoices& choices = {},
+                                     const HSVNReceiver<const HSVNCommitResult&>& receiver = {});
+    /// Deletes items, all local or all of repositories.
+    ///
+    /// Stands for svn_client_delete4 (svn_client_delete2).
+    HSVNCommitResult remove(const HSVNTargets& targets, const HSVNDeleteChoices& choices = {},
+                            const HSVNReceiver<const HSVNCommitResult&>& receiver = {});
+    /// Copies items with their history, within or between working copies and a repository.
+    ///
+    /// @param sources  all local or all of repositories; not empty ("[sources count] > 0")
+    /// Stands for svn_client_copy7 (svn_client_copy3).
+    HSVNCommitResult copy(const std::vector<HSVNTargetInRevision>& sources, const HSVNTarget& destination,
+                          const HSVNCopyChoices& choices = {},
+                          const HSVNReceiver<const HSVNCommitResult&>& receiver = {});
+    /// Moves items within a working copy or within a repository.
+    ///
+    /// @param sources  not empty ("[sources count] > 0")
+    /// Stands for svn_client_move7 (svn_client_move4).
+    HSVNCommitResult move(const HSVNTargets& sources, const HSVNTarget& destination,
+                          const HSVNMoveChoices& choices = {},
+                          const HSVNReceiver<const HSVNCommitResult&>& receiver = {});
+
+    // MARK: Properties
+
+    /// Reads all properties of items, none of those that have none.
+    ///
+    /// @param revision  not nil ("revision != nil")
+    /// @param receiver  not nil ("receiver != nil")
+    /// Stands for svn_client_proplist4 (svn_client_proplist2).
+    void properties(const HSVNTarget& target, const HSVNRevisionSpecRef& revision, const HSVNPropertiesChoices& choices,
+                    const HSVNReceiver<const HSVNItemProperties&>& receiver);
+    /// The same, all items at once.
+    std::vector<HSVNItemProperties> properties(const HSVNTarget& target,
+                                               const HSVNRevisionSpecRef& revision = HSVNRevisionSpec::UNSPECIFIED(),
+                                               const HSVNPropertiesChoices& choices = {});
+    /// Reads one property of the items that have it.
+    ///
+    /// Stands for svn_client_propget5 (svn_client_propget2).
+    HSVNPropertyValues property(const HSVNTarget& target, const std::string& name,
+                                const HSVNRevisionSpecRef& revision = HSVNRevisionSpec::UNSPECIFIED(),
+                                const HSVNPropertiesChoices& choices = {});
+    /// Sets a property of items, or deletes it.
+    ///
+    /// @param targets  local paths
+    /// @param value    bytes, UTF-8 with LF line ends for names that begin with "svn:"; nil deletes the property
+    /// Stands for svn_client_propset_local (svn_client_propset2).
+    void setProperty(const HSVNTargets& targets, const std::string& name, const std::optional<std::string>& value,
+                     const HSVNSetPropertyChoices& choices = {});
+    /// Reads all unversioned properties of a revision.
+    ///
+    /// @param url       any URL of the repository
+    /// @param revision  not nil ("revision != nil")
+    /// @param number    out: the revision's number; may be null
+    /// Stands for svn_client_revprop_list.
+    std::map<std::string, std::string> revisionProperties(const HSVNTarget& url, const HSVNRevisionRef& revision,
+                                                          HSVNRevisionNumber* number = nullptr);
+    /// Reads one of them; nil when the revision does not have it. Stands for svn_client_revprop_get.
+    std::optional<std::string> revisionProperty(const HSVNTarget& url, const std::string& name,
+                                                const HSVNRevisionRef& revision, HSVNRevisionNumber* number = nullptr);
+    /// Sets an unversioned property of a revision, or deletes it; what was there is lost.
+    ///
+    /// @param value  as in `setProperty`
+    /// @return the revision's number
+    /// Stands for svn_client_revprop_set2; not offered by lines before 1.6.
+    HSVNRevisionNumber setRevisionProperty(const HSVNTarget& url, const std::string& name,
+                                           const std::optional<std::string>& value, const HSVNRevisionRef& revision,
+                                           const HSVNSetRevisionPropertyChoices& choices = {});
+
+    // MARK: Reading
+
+    /// Tells what is known of items, without asking the repository for a working copy's unless the revision needs it.
+    ///
+    /// @param target    a local path or a URL
+    /// @param revision  not nil ("revision != nil")
+    /// @param receiver  not nil ("receiver != nil")
+    /// Stands for svn_client_info4; not offered by lines before 1.9.
+    void info(const HSVNTarget& target, const HSVNRevisionSpecRef& revision, const HSVNInfoChoices& choices,
+              const HSVNReceiver<const HSVNItemInfo&>& receiver);
+    /// The same, all items at once.
+    std::vector<HSVNItemInfo> info(const HSVNTarget& target,
+                                   const HSVNRevisionSpecRef& revision = HSVNRevisionSpec::UNSPECIFIED(),
+                                   const HSVNInfoChoices& choices = {});
+    /// Lists a repository's directory, or one file.
+    ///
+    /// @param target    a local path, whose URL is listed, or a URL
+    /// @param revision  not nil ("revision != nil")
+    /// @param receiver  not nil ("receiver != nil")
+    /// Stands for svn_client_list4 (svn_client_list).
+    void list(const HSVNTarget& target, const HSVNRevisionSpecRef& revision, const HSVNListChoices& choices,
+              const HSVNReceiver<const HSVNNodeRef&>& receiver);
+    /// The same, all nodes at once.
+    std::vector<HSVNNodeRef> list(const HSVNTarget& target,
+                                  const HSVNRevisionSpecRef& revision = HSVNRevisionSpec::UNSPECIFIED(),
+                                  const HSVNListChoices& choices = {});
+    /// Reads the history of items.
+    ///
+    /// @param targets   one local path, or a URL and paths relative to it
+    /// @param receiver  not nil ("receiver != nil")
+    /// Stands for svn_client_log5 (svn_client_log3).
+    void log(const HSVNTargets& targets, const HSVNLogChoices& choices,
+             const HSVNReceiver<const HSVNLogItemRef&>& receiver);
+    /// The same, all items at once.
+    std::vector<HSVNLogItemRef> log(const HSVNTargets& targets, const HSVNLogChoices& choices = {});
+    /// Reads a file's contents in a revision.
+    ///
+    /// @param target    a local path or a URL
+    /// @param revision  not nil ("revision != nil")
+    /// @param receiver  not nil ("receiver != nil")
+    /// Stands for svn_client_cat3 (svn_client_cat2).
+    void contents(const HSVNTarget& target, const HSVNRevisionSpecRef& revision, const HSVNContentsChoices& choices,
+                  const HSVNContentsReceiver& receiver);
+    /// The same, all bytes at once.
+    std::string contents(const HSVNTarget& target,
+                         const HSVNRevisionSpecRef& revision = HSVNRevisionSpec::UNSPECIFIED(),
+                         const HSVNContentsChoices& choices = {});
+    /// Tells for each line of a file which revision changed it last, or, in a range that runs backwards, next.
+    ///
+    /// @param target    a local path or a URL, and by its peg revision where it is looked up
+    /// @param range     how far to look back, and the revision whose lines are told; not nil ("revision != nil")
+    /// @param receiver  called for each line, in order; not nil ("receiver != nil")
+    /// Stands for svn_client_blame6; not offered by lines before 1.12.
+    void blame(const HSVNTargetInRevision& target, const std::pair<HSVNRevisionRef, HSVNRevisionRef>& range,
+               const HSVNBlameChoices& choices, const HSVNReceiver<const HSVNBlamedLine&>& receiver);
+    /// Refuses arguments of `HSVNBlameChoices` that Subversion's own comparison of lines does not know.
+    ///
+    /// Stands for svn_diff_file_options_parse.
+    void checkBlameArguments(const std::vector<std::string>& arguments);
+
+    // MARK: Comparing
+
+    /// Writes the differences of two items in the unified format. Headers are in the locale's encoding, lines are the
+    /// files' own bytes.
+    ///
+    /// @param first    a local path or a URL in its operative revision
+    /// @param second   the same of the item that it became
+    /// @param output   takes the text piece by piece. Nil means the process's own stream, past all that the program
+    ///                 itself has not flushed yet; an external program then writes to it directly, while a receiver
+    ///                 gets what such a program wrote when it has ended well.
+    /// @param errors   the same for what an external program writes to its standard error
+    /// Stands for svn_client_diff7; not offered by lines before 1.11.
+    void diff(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second, const HSVNDiffChoices& choices,
+              const HSVNContentsReceiver& output, const HSVNContentsReceiver& errors = {});
+    /// The same of one item in two revisions.
+    ///
+    /// @param target     a local path or a URL, and by its peg revision where it is looked up
+    /// @param revisions  the older one and the younger one; not nil ("revision != nil")
+    /// Stands for svn_client_diff_peg7; not offered by lines before 1.11.
+    void diff(const HSVNTargetInRevision& target, const std::pair<HSVNRevisionRef, HSVNRevisionRef>& revisions,
+              const HSVNDiffChoices& choices, const HSVNContentsReceiver& output,
+              const HSVNContentsReceiver& errors = {});
+    /// Tells which items differ, without comparing their lines; otherwise as `diff`.
+    ///
+    /// @param receiver  not nil ("receiver != nil")
+    /// Stands for svn_client_diff_summarize2; not offered by lines before 1.5.
+    void diffSummary(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
+                     const HSVNDiffChoices& choices, const HSVNReceiver<const HSVNDifference&>& receiver);
+    /// The same of one item in two revisions. Stands for svn_client_diff_summarize_peg2; not offered before 1.5.
+    void diffSummary(const HSVNTargetInRevision& target, const std::pair<HSVNRevisionRef, HSVNRevisionRef>& revisions,
+                     const HSVNDiffChoices& choices, const HSVNReceiver<const HSVNDifference&>& receiver);
+
+    /// The URL of a working copy's item; a URL is its own, nil for an item that has none.
+    ///
+    /// Stands for svn_client_url_from_path.
+    std::optional<std::string> URLOfTarget(const HSVNTarget& target);
 
   protected:
     /// Chooses the constructor of that sense.
@@ -140,7 +537,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject
     /// Makes the context ready for an operation that no other call lies around.
     virtual void beginOperation();
     /// Guards bundle and bundle version.
-    std::recursive_mutex& lock() const { return _lock; }
+    std::recursive_mutex& mutex() const { return _lock; }
 
   private:
     friend class HSVNContextUse;
@@ -159,5 +556,3 @@ class HSVN_EXPORT HSVNContext : public HSVNObject
     std::int64_t _operationBytes = 0; // of these, the outermost operation's
     std::exception_ptr _keptException;
 };
-
-using HSVNContextRef = std::shared_ptr<HSVNContext>;

@@ -4,9 +4,23 @@
 #include "HSVNForward.h"
 #include "HSVNOptions.h"
 
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
+
+/// Choices of `HSVNContext::copy`.
+struct HSVNCopyChoices
+{
+    bool asChild = false;                 ///< into the destination when that exists
+    bool makeParents = false;             ///< make missing parents of the destination
+    bool processExternals = true;         ///< fetch the externals of what comes into a working copy
+    bool pinExternals = false;            ///< give externals without a revision their present one
+    std::optional<std::string> message{}; ///< the log message, UTF-8; nil asks the delegate
+    std::map<std::string, std::string>
+        revisionProperties{}; ///< further ones by name, values as bytes; none of Subversion's own
+};
 
 /// Choices for copying items.
 class HSVN_EXPORT HSVNCopyOptions : public HSVNOptionsOf<HSVNCopyOptions>

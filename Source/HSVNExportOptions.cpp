@@ -4,6 +4,14 @@
 
 #include <fmt/format.h>
 
+HSVNExportChoices HSVNExportOptions::choices() const
+{
+    return {.depth = _depth,
+            .overwrite = _overwriteExisting,
+            .processExternals = _processExternals,
+            .nativeEndOfLine = _EOLMarkers};
+}
+
 std::string HSVNExportOptions::description() const
 {
     return fmt::format("{{ {} depth: {:d}, processExternals: {:d}, overwriteExisting: {:d}, EOLMarkers: {} }}",

@@ -9,6 +9,17 @@
 #include <string>
 #include <utility>
 
+/// Choices of `HSVNContext::exportTree`.
+struct HSVNExportChoices
+{
+    HSVNDepth depth = HSVNDepthInfinity;
+    bool overwrite = false;       ///< what is in the way
+    bool processExternals = true; ///< export what externals definitions place, too
+    bool expandKeywords = true;   ///< as checked-out files have them
+    std::optional<std::string>
+        nativeEndOfLine{}; ///< "LF", "CR" or "CRLF" of files with native line ends; nil: the system's
+};
+
 /// Choices for exporting a clean tree. The inherited `revision` is initially unspecified.
 class HSVN_EXPORT HSVNExportOptions : public HSVNOptionsOf<HSVNExportOptions, HSVNOptionsWithRevision>
 {
@@ -33,6 +44,8 @@ class HSVN_EXPORT HSVNExportOptions : public HSVNOptionsOf<HSVNExportOptions, HS
     void setEOLMarkers(std::optional<std::string> markers) { _EOLMarkers = std::move(markers); }
 
     /// Shows every field but `initiatedByUser`, on purpose.
+    /// The same choices for the verb `exportTree`.
+    HSVNExportChoices choices() const;
     std::string description() const override;
 
   private:

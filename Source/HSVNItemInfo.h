@@ -1,5 +1,6 @@
 #pragma once
 
+#include "HSVNConflict.h"
 #include "HSVNContext.h"
 #include "HSVNLockRecord.h"
 #include "HSVNRevisionSpec.h"
@@ -12,74 +13,6 @@
 #include <optional>
 #include <string>
 #include <vector>
-
-/// Where one side of a conflict comes from.
-struct HSVNConflictVersion
-{
-    std::optional<std::string> repositoryURL;             ///< of the repository's root
-    std::optional<std::string> uuid;                      ///< of the repository
-    HSVNRevisionNumber pegRevision = HSVNInvalidRevision; ///< in which the path is found
-    std::optional<std::string> pathInRepository;          ///< without a leading "/"
-    HSVNNodeKind kind = HSVNNodeKindUnknown;
-};
-
-/// What kind of change a conflict is about; the values equal those of `svn_wc_conflict_kind_t`.
-enum class HSVNConflictKind : std::int32_t
-{
-    Text = 0,
-    Property = 1,
-    Tree = 2
-};
-
-/// What an operation tried to do; the values equal those of `svn_wc_conflict_action_t`.
-enum class HSVNConflictAction : std::int32_t
-{
-    Edit = 0,
-    Add = 1,
-    Delete = 2,
-    Replace = 3
-};
-
-/// What kept it from doing so; the values equal those of `svn_wc_conflict_reason_t`.
-enum class HSVNConflictReason : std::int32_t
-{
-    Edited = 0,
-    Obstructed = 1,
-    Deleted = 2,
-    Missing = 3,
-    Unversioned = 4,
-    Added = 5,
-    Replaced = 6,
-    MovedAway = 7,
-    MovedHere = 8
-};
-
-/// The operation that met a conflict; the values equal those of `svn_wc_operation_t`.
-enum class HSVNConflictOperation : std::int32_t
-{
-    None = 0,
-    Update = 1,
-    Switch = 2,
-    Merge = 3
-};
-
-/// One conflict of a working copy's item.
-struct HSVNConflictRecord
-{
-    HSVNConflictKind kind = HSVNConflictKind::Text;
-    HSVNNodeKind nodeKind = HSVNNodeKindUnknown; ///< of the item in conflict
-    HSVNConflictAction action = HSVNConflictAction::Edit;
-    HSVNConflictReason reason = HSVNConflictReason::Edited;
-    HSVNConflictOperation operation = HSVNConflictOperation::None;
-    std::optional<std::string> propertyName; ///< of a property conflict
-    // Files that the conflict left, as absolute paths.
-    std::optional<std::string> basePath;            ///< the common ancestor
-    std::optional<std::string> theirPath;           ///< what came in
-    std::optional<std::string> myPath;              ///< what was there
-    std::optional<std::string> propertyRejectPath;  ///< properties that could not be merged
-    std::optional<HSVNConflictVersion> sourceLeft;  ///< what the change started from
-    std::optional<HSVNConflictVersion> sourceRight; ///< what it led to
-};
 
 /// What only a working copy's item has.
 struct HSVNWorkingCopyInfo : HSVNWorkingCopyPlace
@@ -123,7 +56,7 @@ using HSVNItemInfoReceiver = std::function<void(const HSVNItemInfo& info)>;
 
 /// Reports what is known of items, without asking the repository for a working copy's unless the revision needs it.
 ///
-/// @param target    a local path or a URL; see HSVNTargets
+/// @param target    a local path or a URL; see HSVNArguments
 /// @param revision  not nil ("revision != nil")
 /// @param receiver  called for each item; an exception stops the operation and reaches the caller;
 ///                  not nil ("receiver != nil")

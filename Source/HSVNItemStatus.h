@@ -58,7 +58,7 @@ using HSVNItemStatusReceiver = std::function<void(const HSVNItemStatus& status)>
 
 /// Reports the status of items in the order in which Subversion finds them.
 ///
-/// @param target    a local path; see HSVNTargets
+/// @param target    a local path; see HSVNArguments
 /// @param revision  what to compare with when the repository is asked; not nil ("revision != nil")
 /// @param receiver  called for each item; an exception stops the scan and reaches the caller;
 ///                  not nil ("receiver != nil")

@@ -43,7 +43,7 @@ using HSVNListingReceiver = std::function<void(const HSVNListedItem& item)>;
 
 /// Lists a repository's folder, or one file.
 ///
-/// @param target    a local path, whose URL is listed, or a URL; see HSVNTargets
+/// @param target    a local path, whose URL is listed, or a URL; see HSVNArguments
 /// @param revision  not nil ("revision != nil")
 /// @param receiver  called for each item; an exception stops the operation and reaches the caller;
 ///                  not nil ("receiver != nil")

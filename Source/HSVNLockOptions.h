@@ -4,7 +4,15 @@
 #include "HSVNOptions.h"
 
 #include <memory>
+#include <optional>
 #include <string>
+
+/// Choices of `HSVNContext::lock`.
+struct HSVNLockChoices
+{
+    std::optional<std::string> comment{}; ///< UTF-8; nil for none
+    bool steal = false;                   ///< also take locks that others hold
+};
 
 /// Choices for locking items.
 class HSVN_EXPORT HSVNLockOptions : public HSVNOptionsOf<HSVNLockOptions>
@@ -16,6 +24,8 @@ class HSVN_EXPORT HSVNLockOptions : public HSVNOptionsOf<HSVNLockOptions>
     bool stealLocks() const { return _stealLocks; }
     void setStealLocks(bool stealLocks) { _stealLocks = stealLocks; }
 
+    /// The same choices for the verb `lock`.
+    HSVNLockChoices choices() const;
     std::string description() const override;
 
   private:

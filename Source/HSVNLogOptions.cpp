@@ -10,6 +10,16 @@ HSVNLogOptions::HSVNLogOptions()
 {
 }
 
+HSVNLogChoices HSVNLogOptions::choices() const
+{
+    return {.pegRevision = _pegRevision,
+            .ranges = {{_fromRevision, _toRevision}},
+            .limit = _limit,
+            .changedPaths = _discoverChangedPaths,
+            .stopOnCopy = !_traverseCopyHistory,
+            .properties = std::vector<std::string>{"svn:author", "svn:date", "svn:log"}};
+}
+
 std::string HSVNLogOptions::description() const
 {
     return fmt::format("{{ {} fromRevision: {}, toRevision: {}, pegRevision: {}, limit: {:d}, "

@@ -6,8 +6,23 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <utility>
+#include <vector>
+
+/// Choices of `HSVNContext::log`.
+struct HSVNLogChoices
+{
+    HSVNRevisionRef pegRevision{}; ///< where the first target is looked up; nil: HEAD of a URL, else the working copy's
+    /// The ranges, each in its own direction; none means the whole history, the youngest first.
+    std::vector<std::pair<HSVNRevisionRef, HSVNRevisionRef>> ranges{};
+    int limit = 0;                                        ///< most items; 0 means all
+    bool changedPaths = false;                            ///< tell which paths each revision changed
+    bool stopOnCopy = false;                              ///< do not go on to what an item is a copy of
+    bool mergedRevisions = false;                         ///< tell the revisions that a revision merged, too
+    std::optional<std::vector<std::string>> properties{}; ///< names of the revision properties wanted; nil means all
+};
 
 /// Choices for reading the log of an item.
 class HSVN_EXPORT HSVNLogOptions : public HSVNOptionsOf<HSVNLogOptions>
@@ -36,6 +51,8 @@ class HSVN_EXPORT HSVNLogOptions : public HSVNOptionsOf<HSVNLogOptions>
     bool traverseCopyHistory() const { return _traverseCopyHistory; }
     void setTraverseCopyHistory(bool traverse) { _traverseCopyHistory = traverse; }
 
+    /// The same choices for the verb `log`.
+    HSVNLogChoices choices() const;
     std::string description() const override;
 
   private:

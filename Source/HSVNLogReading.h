@@ -50,7 +50,7 @@ using HSVNLogEntryReceiver = std::function<void(const HSVNLogEntry& entry)>;
 
 /// Reads the history of items.
 ///
-/// @param targets      one local path, or a URL and paths relative to it; see HSVNTargets
+/// @param targets      one local path, or a URL and paths relative to it; see HSVNArguments
 /// @param pegRevision  where the first target is looked up; not nil ("pegRevision != nil")
 /// @param receiver     called for each entry; an exception stops the operation and reaches the caller;
 ///                     not nil ("receiver != nil")

@@ -1,11 +1,28 @@
 #pragma once
 
+#include "HSVNConflict.h"
 #include "HSVNExport.h"
 #include "HSVNOptions.h"
 #include "HSVNTypes.h"
 
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <vector>
+
+/// Choices of the merges of `HSVNContext`.
+struct HSVNMergeChoices
+{
+    HSVNDepth depth = HSVNDepthUnknown;
+    bool ignoreMergeInfo = false;         ///< neither read nor write what was merged before
+    bool diffIgnoreAncestry = false;      ///< compare unrelated items of one kind as related
+    bool forceDelete = false;             ///< delete items although they are changed or unversioned
+    bool recordOnly = false;              ///< write down what was merged, and merge nothing else
+    bool dryRun = false;                  ///< tell what would be done and leave the working copy as it is
+    bool allowMixedRevisions = false;     ///< merge into a working copy of several revisions
+    std::vector<std::string> arguments{}; ///< of the program, external or not, that merges texts
+    HSVNConflictChooser chooser{};        ///< asked how each conflict is settled; nil leaves all
+};
 
 /// Choices for merging the difference of two sources.
 class HSVN_EXPORT HSVNMergeOptions : public HSVNOptionsOf<HSVNMergeOptions>
@@ -37,6 +54,9 @@ class HSVN_EXPORT HSVNMergeOptions : public HSVNOptionsOf<HSVNMergeOptions>
     /// Ignore differences in line ends. Initially `false`.
     bool ignoreEOLStyle() const { return _ignoreEOLStyle; }
     void setIgnoreEOLStyle(bool ignoreEOLStyle) { _ignoreEOLStyle = ignoreEOLStyle; }
+
+    /// The same choices for the verb `mergeDifference`.
+    HSVNMergeChoices choices() const;
 
   private:
     HSVNDepth _depth = HSVNDepthInfinity;

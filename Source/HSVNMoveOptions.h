@@ -3,8 +3,21 @@
 #include "HSVNExport.h"
 #include "HSVNOptions.h"
 
+#include <map>
 #include <memory>
+#include <optional>
 #include <string>
+
+/// Choices of `HSVNContext::move`.
+struct HSVNMoveChoices
+{
+    bool asChild = false;                 ///< into the destination when that exists
+    bool makeParents = false;             ///< make missing parents of the destination
+    bool allowMixedRevisions = true;      ///< move directories whose items are of several revisions
+    std::optional<std::string> message{}; ///< the log message, UTF-8; nil asks the delegate
+    std::map<std::string, std::string>
+        revisionProperties{}; ///< further ones by name, values as bytes; none of Subversion's own
+};
 
 /// Choices for moving items.
 class HSVN_EXPORT HSVNMoveOptions : public HSVNOptionsOf<HSVNMoveOptions>

@@ -10,51 +10,9 @@
 #include "Internal/Operation.h"
 #include "Internal/OperationNotifications.h"
 #include "Internal/RevisionNumber.h"
-
-#include <fmt/format.h>
+#include "Internal/Update.h"
 
 namespace {
-
-svn_error_t* callUpdate(HSVNOperation& operation, apr_array_header_t** results, const apr_array_header_t* paths,
-                        const svn_opt_revision_t& revision, const HSVNUpdateOptions& options)
-{
-    const svn_boolean_t ignoreExternals = !options.processExternals();
-    if (operation.isAtLeast(HSVNVersion::version1_5())) {
-        return operation->client_update3(results, paths, &revision, HSVNDepthForSubversion(options.depth()),
-                                         options.depthIsSticky(), ignoreExternals,
-                                         options.allowUnversionedObstructions(), operation.ctx(), operation.pool());
-    }
-    return operation->client_update2(results, paths, &revision, HSVNRecurseForDepth(options.depth(), HSVNDepthFiles),
-                                     ignoreExternals, operation.ctx(), operation.pool());
-}
-
-std::vector<HSVNRevisionNumber> resultantRevisions(const apr_array_header_t& results, std::size_t expected)
-{
-    std::vector<HSVNRevisionNumber> revisions;
-    revisions.reserve(expected);
-    for (int index = 0; index < results.nelts; ++index) {
-        revisions.push_back(HSVNRevisionNumberFromSubversion(APR_ARRAY_IDX(&results, index, svn_revnum_t)));
-    }
-    if (revisions.size() != expected) {
-        throw HSVNAssertionException(
-            fmt::format("Expected resultant revision array with length of {}, found {}", expected, revisions.size()));
-    }
-    return revisions;
-}
-
-std::vector<HSVNRevisionNumber> update(HSVNOperation& operation, const std::vector<HSVNPathRef>& nodePaths,
-                                       const HSVNRevision& toRevision, const HSVNUpdateOptions& options)
-{
-    const svn_opt_revision_t revision = toRevision.SVNRevision();
-    apr_array_header_t* results = nullptr;
-    svn_error_t* error = callUpdate(operation, &results, operation.pathArray(nodePaths), revision, options);
-    if (error && error->apr_err == SVN_ERR_CLIENT_BAD_REVISION) {
-        operation->error_clear(error);
-        throw HSVNInvalidArgumentException("Invalid revision");
-    }
-    operation.check(error);
-    return resultantRevisions(*results, nodePaths.size());
-}
 
 svn_error_t* callCommit(HSVNOperation& operation, svn_commit_info_t** info, const apr_array_header_t* targets,
                         const HSVNCommitOptions& options)
@@ -132,7 +90,9 @@ std::vector<HSVNRevisionNumber> HSVNNode::updateNodes(const std::vector<HSVNPath
         {{"nodePaths", nodePaths}, {"revision", toRevision}, {"options", options}, {"context", context}}};
     HSVNOperationNotifications notifications{
         {HSVNNotifyActionUpdateStarted, HSVNNotifyActionUpdateSucceeded, HSVNNotifyActionUpdateFailed}, nodePaths};
-    return notifications.run(*context, [&] { return update(operation, nodePaths, *toRevision, *options); });
+    return notifications.run(*context, [&] {
+        return HSVNUpdate(operation, operation.pathArray(nodePaths), *toRevision, options->choices());
+    });
 }
 
 HSVNRevisionNumber HSVNNode::commitChangesToNodes(const std::vector<HSVNPathRef>& nodePaths,

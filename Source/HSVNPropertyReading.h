@@ -42,7 +42,7 @@ using HSVNItemPropertiesReceiver = std::function<void(const HSVNItemProperties& 
 
 /// Reads all properties of items, none of those that have none.
 ///
-/// @param target    a local path or a URL; see HSVNTargets
+/// @param target    a local path or a URL; see HSVNArguments
 /// @param revision  not nil ("revision != nil")
 /// @param receiver  called for each item; an exception stops the operation and reaches the caller;
 ///                  not nil ("receiver != nil")

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "HSVNCommitResult.h"
 #include "HSVNContext.h"
 #include "HSVNRevisionSpec.h"
 #include "HSVNTypes.h"
@@ -11,18 +12,9 @@
 #include <vector>
 
 // Commits, imports, and folders, deletions, copies and moves in working copies or right in a repository, with every
-// choice of Subversion's own command line, for targets as a user writes them (see HSVNTargets). What is done to a
+// choice of Subversion's own command line, for targets as a user writes them (see HSVNArguments). What is done to a
 // working copy is scheduled there and asks for no log message; what is done to a repository is committed at once and
 // asks the context's delegate for one, and a delegate that aborts leaves everything as it was.
-
-/// What came of a commit.
-struct HSVNCommitResult
-{
-    HSVNRevisionNumber revision = HSVNInvalidRevision;
-    std::optional<std::string> date;            ///< as the server writes it
-    std::optional<std::string> author;          ///< nil for none
-    std::optional<std::string> postCommitError; ///< what the hook that ran afterwards complained of
-};
 
 /// Called for each commit once it is done, on the operation's thread; several repositories make several. An exception
 /// stops the operation, not the commit, and reaches its caller.

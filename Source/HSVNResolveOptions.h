@@ -1,10 +1,19 @@
 #pragma once
 
+#include "HSVNConflict.h"
 #include "HSVNExport.h"
 #include "HSVNOptions.h"
+#include "HSVNTypes.h"
 
 #include <memory>
 #include <string>
+
+/// Choices of `HSVNContext::resolve`.
+struct HSVNResolveChoices
+{
+    HSVNDepth depth = HSVNDepthEmpty;
+    HSVNResolutionChoice choice = HSVNResolutionChoice::MergedText; ///< from `Postpone` to `MergedText`
+};
 
 /// Choices for marking conflicts as resolved.
 class HSVN_EXPORT HSVNResolveOptions : public HSVNOptionsOf<HSVNResolveOptions>
@@ -16,6 +25,8 @@ class HSVN_EXPORT HSVNResolveOptions : public HSVNOptionsOf<HSVNResolveOptions>
     bool recursive() const { return _recursive; }
     void setRecursive(bool recursive) { _recursive = recursive; }
 
+    /// The same choices for the verb `resolve`.
+    HSVNResolveChoices choices() const;
     std::string description() const override;
 
   private:

@@ -2,9 +2,21 @@
 
 #include "HSVNExport.h"
 #include "HSVNOptions.h"
+#include "HSVNTypes.h"
 
 #include <memory>
 #include <string>
+#include <vector>
+
+/// Choices of `HSVNContext::revert`.
+struct HSVNRevertChoices
+{
+    HSVNDepth depth = HSVNDepthEmpty;
+    std::vector<std::string> changelists{}; ///< only items of these; none means all
+    bool clearChangelists = false;          ///< take reverted items out of their changelists
+    bool metadataOnly = false;              ///< leave files and directories on disk alone
+    bool keepAddedItems = true;             ///< on disk, unversioned
+};
 
 /// Choices for undoing local changes.
 class HSVN_EXPORT HSVNRevertOptions : public HSVNOptionsOf<HSVNRevertOptions>
@@ -16,6 +28,8 @@ class HSVN_EXPORT HSVNRevertOptions : public HSVNOptionsOf<HSVNRevertOptions>
     bool recursive() const { return _recursive; }
     void setRecursive(bool recursive) { _recursive = recursive; }
 
+    /// The same choices for the verb `revert`.
+    HSVNRevertChoices choices() const;
     std::string description() const override;
 
   private:

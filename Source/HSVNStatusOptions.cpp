@@ -6,6 +6,16 @@
 
 HSVNStatusOptions::HSVNStatusOptions() : _revision{HSVNRevision::UNSPECIFIED()} {}
 
+HSVNStatusChoices HSVNStatusOptions::choices() const
+{
+    return {.depth = _recursive ? HSVNDepthInfinity : HSVNDepthImmediates,
+            .getAll = _includeNormal,
+            .contactRepository = _compareAgainstRepository,
+            .revision = _revision,
+            .matchIgnorePatterns = _respectIgnoreProperties,
+            .processExternals = _processExternals};
+}
+
 std::string HSVNStatusOptions::description() const
 {
     return fmt::format("{{ {} revision: {}, recursive: {:d}, includeNormalFiles: {:d}, compareAgainstRepository: {:d}, "

@@ -3,10 +3,24 @@
 #include "HSVNExport.h"
 #include "HSVNForward.h"
 #include "HSVNOptions.h"
+#include "HSVNTypes.h"
 
 #include <memory>
 #include <string>
 #include <utility>
+#include <vector>
+
+/// Choices of `HSVNContext::status`.
+struct HSVNStatusChoices
+{
+    HSVNDepth depth = HSVNDepthUnknown;     ///< unknown means all that the working copy has
+    bool getAll = false;                    ///< unchanged items, too
+    bool contactRepository = false;         ///< compare with the repository, too
+    HSVNRevisionRef revision{};             ///< what it is compared at; nil means HEAD
+    bool matchIgnorePatterns = true;        ///< leave ignored items out
+    bool processExternals = true;           ///< go on into externals
+    std::vector<std::string> changelists{}; ///< only items of these; none means all
+};
 
 /// Choices for a status scan of a working copy.
 class HSVN_EXPORT HSVNStatusOptions : public HSVNOptionsOf<HSVNStatusOptions>
@@ -41,6 +55,8 @@ class HSVN_EXPORT HSVNStatusOptions : public HSVNOptionsOf<HSVNStatusOptions>
     bool includeConflictVersionFiles() const { return _includeConflictVersionFiles; }
     void setIncludeConflictVersionFiles(bool include) { _includeConflictVersionFiles = include; }
 
+    /// The same choices for the verb `status`, which has no word for the last two.
+    HSVNStatusChoices choices() const;
     std::string description() const override;
 
   private:

@@ -6,6 +6,12 @@
 #include <memory>
 #include <string>
 
+/// Choices of `HSVNContext::unlock`.
+struct HSVNUnlockChoices
+{
+    bool breakLocks = false; ///< also those that others hold, or that the working copy does not know
+};
+
 /// Choices for unlocking items.
 class HSVN_EXPORT HSVNUnlockOptions : public HSVNOptionsOf<HSVNUnlockOptions>
 {
@@ -16,6 +22,8 @@ class HSVN_EXPORT HSVNUnlockOptions : public HSVNOptionsOf<HSVNUnlockOptions>
     bool breakLocks() const { return _breakLocks; }
     void setBreakLocks(bool breakLocks) { _breakLocks = breakLocks; }
 
+    /// The same choices for the verb `unlock`.
+    HSVNUnlockChoices choices() const;
     std::string description() const override;
 
   private:

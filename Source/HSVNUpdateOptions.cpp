@@ -2,6 +2,14 @@
 
 #include <fmt/format.h>
 
+HSVNUpdateChoices HSVNUpdateOptions::choices() const
+{
+    return {.depth = _depth,
+            .depthIsSticky = _depthIsSticky,
+            .processExternals = _processExternals,
+            .allowObstructions = _allowUnversionedObstructions};
+}
+
 std::string HSVNUpdateOptions::description() const
 {
     return fmt::format(

@@ -1,11 +1,24 @@
 #pragma once
 
+#include "HSVNConflict.h"
 #include "HSVNExport.h"
 #include "HSVNOptions.h"
 #include "HSVNTypes.h"
 
 #include <memory>
 #include <string>
+
+/// Choices of `HSVNContext::update`.
+struct HSVNUpdateChoices
+{
+    HSVNDepth depth = HSVNDepthUnknown; ///< unknown keeps what the working copy has
+    bool depthIsSticky = false;         ///< the working copy keeps the depth
+    bool processExternals = true;       ///< bring externals along
+    bool allowObstructions = false;     ///< unversioned items in the way become versioned, their contents unchanged
+    bool addsAsModification = false;    ///< a local addition where the repository adds, too, is a change of it
+    bool makeParents = false;           ///< check missing parent directories out, at depth empty
+    HSVNConflictChooser chooser{};      ///< asked how each conflict is settled; nil leaves all
+};
 
 /// Choices for bringing a working copy up to date.
 class HSVN_EXPORT HSVNUpdateOptions : public HSVNOptionsOf<HSVNUpdateOptions>
@@ -29,6 +42,8 @@ class HSVN_EXPORT HSVNUpdateOptions : public HSVNOptionsOf<HSVNUpdateOptions>
     HSVNDepth depth() const { return _depth; }
     void setDepth(HSVNDepth depth) { _depth = depth; }
 
+    /// The same choices for the verb `update`.
+    HSVNUpdateChoices choices() const;
     std::string description() const override;
 
   private:

@@ -11,8 +11,8 @@
 #include <vector>
 
 // Changes of a working copy, and of locks and revision properties, with every choice that Subversion's own command line
-// has. Targets are as HSVNTargets makes them; what happens to each item is told the client's delegate by notifications.
-// All functions throw HSVNException for every Subversion error, and want a context ("context != nil").
+// has. Targets are as HSVNArguments makes them; what happens to each item is told the client's delegate by
+// notifications. All functions throw HSVNException for every Subversion error, and want a context ("context != nil").
 
 /// How an addition goes about.
 struct HSVNItemAddOptions

@@ -23,7 +23,7 @@ HSVNBundleExtensions::Updating wishesOf(const HSVNItemUpdateOptions& options)
 struct MergeCall
 {
     HSVNContext& context;
-    const HSVNConflictChooser& chooser;
+    const HSVNMergeConflictChooser& chooser;
 };
 
 svn_error_t* choose(void* baton, int* choice, const char* path, int kind)

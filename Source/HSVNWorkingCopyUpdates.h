@@ -12,8 +12,8 @@
 #include <vector>
 
 // Operations that bring a working copy, or a folder outside of any, to what the repository holds, with every choice
-// that Subversion gives. Targets are texts; see HSVNTargets. Progress is told to the context's delegate; conflicts are
-// left in the working copy, and `HSVNConflictedItem` resolves them.
+// that Subversion gives. Targets are texts; see HSVNArguments. Progress is told to the context's delegate; conflicts
+// are left in the working copy, and `HSVNConflictedItem` resolves them.
 
 /// How an update, a check-out or a switch goes about.
 struct HSVNItemUpdateOptions
@@ -44,7 +44,7 @@ struct HSVNItemExportOptions
 /// reaches the caller.
 ///
 /// @param path  of the item, absolute
-using HSVNConflictChooser = std::function<HSVNResolutionChoice(const std::string& path, HSVNConflictKind kind)>;
+using HSVNMergeConflictChooser = std::function<HSVNResolutionChoice(const std::string& path, HSVNConflictKind kind)>;
 
 /// How a merge goes about.
 struct HSVNItemMergeOptions
@@ -58,7 +58,7 @@ struct HSVNItemMergeOptions
     bool allowMixedRevisions = false;     ///< merge into a working copy of several revisions
     std::vector<std::string> arguments{}; ///< of the program, external or not, that merges texts
     /// Asked how each conflict is settled while the merge goes on; nil leaves all.
-    HSVNConflictChooser chooser{};
+    HSVNMergeConflictChooser chooser{};
 };
 
 /// Brings working-copy items to a revision.

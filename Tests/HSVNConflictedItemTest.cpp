@@ -120,7 +120,7 @@ TEST_P(ConflictedItem, RefusesWhatDoesNotApply)
     }
     const HSVNConflictedItem peaceful{item("dir"), client};
     EXPECT_FALSE(peaceful.hasTextConflict() || peaceful.hasTreeConflict());
-    EXPECT_EQ(peaceful.operation(), HSVNConflictOperation::None);
+    EXPECT_EQ(peaceful.operation(), HSVNConflictOperation::NoOperation);
     for (const std::string& path : {item("nowhere"), repository.url(), std::string{"a\xff"}}) {
         EXPECT_THAT(reasonOf<HSVNException>([&] {
                         HSVNConflictedItem{path, client};

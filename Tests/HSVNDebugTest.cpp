@@ -172,7 +172,7 @@ std::vector<std::pair<const char*, std::function<void()>>> loggedOperations()
         {"mergeTrees:target:withOptions:withContext:] (first: (/nowhere/a, HEAD), second: (/nowhere/a, HEAD), target: ",
          [=] { HSVNMergeTrees(pegged, pegged, targets[1], {}, client); }},
         {"canonicalTargets:withContext:] (arguments: (/nowhere/a, ",
-         [=] { HSVNTargets::canonicalTargets(targets, client); }},
+         [=] { HSVNArguments::canonicalTargets(targets, client); }},
     };
 }
 

@@ -68,7 +68,7 @@ TEST(Extensions, ATableThatEndsBeforeAPlaceDoesNotOfferIt)
 TEST(Extensions, ANullContextIsRefusedByEveryOperation)
 {
     const auto spec = HSVNRevisionSpec::HEAD();
-    EXPECT_THROW(HSVNTargets::canonicalTargets({}, nullptr), HSVNAssertionException);
+    EXPECT_THROW(HSVNArguments::canonicalTargets({}, nullptr), HSVNAssertionException);
     EXPECT_THROW(HSVNReadItemInfo("", spec, {}, {}, nullptr), HSVNAssertionException);
     EXPECT_THROW(HSVNListItems("", spec, {}, {}, nullptr), HSVNAssertionException);
     EXPECT_THROW(HSVNScanItemStatus("", HSVNRevision::HEAD(), {}, {}, nullptr), HSVNAssertionException);
@@ -78,12 +78,12 @@ TEST(Extensions, ANullContextIsRefusedByEveryOperation)
 TEST(Extensions, RevisionsAreReadAsTheCommandLineReadsThem)
 {
     const auto context = std::make_shared<HSVNContext>();
-    const auto range = HSVNTargets::parseRevisions("2:HEAD", context);
+    const auto range = HSVNArguments::parseRevisions("2:HEAD", context);
     ASSERT_TRUE(range);
     EXPECT_EQ(range->first->number(), 2);
     EXPECT_TRUE(range->second->isEqual(HSVNRevision::HEAD()));
-    EXPECT_FALSE(HSVNTargets::parseRevisions("1:2:3", context));
-    EXPECT_EQ(HSVNTargets::parse("a@b@7", context).target, "a@b");
+    EXPECT_FALSE(HSVNArguments::parseRevisions("1:2:3", context));
+    EXPECT_EQ(HSVNArguments::parse("a@b@7", context).target, "a@b");
 }
 
 TEST(Extensions, AnExceptionOfAReceiverReachesTheCaller)

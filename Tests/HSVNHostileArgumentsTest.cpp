@@ -228,9 +228,9 @@ std::vector<Operation> HostileArguments::newerOperations()
          [=, this](const auto& target) { HSVNReadRevisionProperties(target, head, nullptr, client); }},
         {"revpropget", Use::Reads,
          [=, this](const auto& target) { HSVNReadRevisionProperty("color", target, head, nullptr, client); }},
-        {"URL of", Use::Reads, [=, this](const auto& target) { HSVNTargets::URLOfTarget(target, client); }},
-        {"peg of", Use::Parses, [=, this](const auto& target) { HSVNTargets::parse(target, client); }},
-        {"targets", Use::Parses, [=, this](const auto& target) { HSVNTargets::canonicalTargets({target}, client); }},
+        {"URL of", Use::Reads, [=, this](const auto& target) { HSVNArguments::URLOfTarget(target, client); }},
+        {"peg of", Use::Parses, [=, this](const auto& target) { HSVNArguments::parse(target, client); }},
+        {"targets", Use::Parses, [=, this](const auto& target) { HSVNArguments::canonicalTargets({target}, client); }},
         {"conflict", Use::Reads,
          [=, this](const auto& target) {
              HSVNConflictedItem{target, client};

@@ -69,7 +69,7 @@ class WorkingCopyUpdates : public WorkingCopyTest
         mustRun({"svn", "update", "--quiet", "-r", "1", root});
         writeFile(item("a.txt"), "mine\n");
     }
-    void mergeThird(const HSVNConflictChooser& chooser) const
+    void mergeThird(const HSVNMergeConflictChooser& chooser) const
     {
         const auto range = std::make_pair(HSVNRevision::revisionWithNumber(2), HSVNRevision::revisionWithNumber(3));
         HSVNItemMergeOptions options;

@@ -7,8 +7,8 @@
 class HSVNContentsStream
 {
   public:
-    HSVNContentsStream(const HSVNOperation& operation, const HSVNContentsReceiver& receiver)
-        : _context{*operation.context()}, _receiver{receiver}, _stream{operation->stream_create(this, operation.pool())}
+    HSVNContentsStream(HSVNOperation& operation, const HSVNContentsReceiver& receiver)
+        : _operation{operation}, _receiver{receiver}, _stream{operation->stream_create(this, operation.pool())}
     {
         operation->stream_set_write(_stream, write);
     }
@@ -21,13 +21,12 @@ class HSVNContentsStream
     static svn_error_t* write(void* baton, const char* bytes, apr_size_t* length)
     {
         const auto& stream = *static_cast<HSVNContentsStream*>(baton);
-        return HSVNGuardCallback(stream._context, [&]() -> svn_error_t* {
-            stream._receiver({bytes, *length});
-            return nullptr;
+        return HSVNGuardCallback(*stream._operation.context(), [&] {
+            return HSVNHandOver(stream._operation, stream._receiver, std::string_view{bytes, *length});
         });
     }
 
-    HSVNContext& _context;
+    HSVNOperation& _operation;
     const HSVNContentsReceiver& _receiver;
     svn_stream_t* _stream;
 };

@@ -24,6 +24,13 @@ const HSVNContextRef& logged(const HSVNContextRef& context, std::string_view cla
     return context;
 }
 
+/// The context as operations hold it: one that nobody shares, such as one on the stack, outlives its verbs.
+HSVNContextRef sharedContext(HSVNContext& context)
+{
+    auto shared = context.weak_from_this().lock();
+    return shared ? shared : HSVNContextRef{HSVNContextRef{}, &context};
+}
+
 } // namespace
 
 void HSVNArgument::addLocalPaths(const std::string& target)
@@ -79,6 +86,12 @@ HSVNOperation::HSVNOperation(const HSVNContextRef& context, std::string_view cla
     noteWorkingCopies();
 }
 
+HSVNOperation::HSVNOperation(HSVNContext& context, std::string_view verb, const std::vector<HSVNArgument>& arguments)
+    : HSVNOperation{sharedContext(context), "HSVNContext", verb, arguments}
+{
+    _isVerb = true;
+}
+
 HSVNOperation::~HSVNOperation()
 {
     noteWorkingCopies();
@@ -120,13 +133,29 @@ void HSVNOperation::failUnsupported() const
         fmt::format("{} is not offered by the bundle of Subversion {}.{}", _name, _version.major(), _version.minor()));
 }
 
+void HSVNOperation::refuse(bool isChosen, std::string_view choice) const
+{
+    if (isChosen) {
+        throw HSVNUnsupportedFeatureException(fmt::format("{}: '{}' is not offered by the bundle of Subversion {}.{}",
+                                                          _name, choice, _version.major(), _version.minor()));
+    }
+}
+
+svn_error_t* HSVNOperation::stop()
+{
+    _isStopped = true;
+    return HSVN_SUBVERSION_ERROR(SVN_ERR_CEASE_INVOCATION, nullptr);
+}
+
 void HSVNOperation::check(svn_error_t* error)
 {
     if (const std::exception_ptr kept = _context->takeKeptException()) {
         _entryPoints->error_clear(error);
         std::rethrow_exception(kept);
     }
-    if (error) {
+    if (_isStopped) {
+        _entryPoints->error_clear(error);
+    } else if (error) {
         HSVNExceptionOfError(*_context, error, true)->raise();
     }
 }

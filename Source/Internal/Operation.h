@@ -6,6 +6,7 @@
 #include "HSVNLocalPath.h"
 #include "HSVNPath.h"
 #include "HSVNPlatformException.h"
+#include "HSVNReceiver.h"
 #include "HSVNTypes.h"
 #include "Internal/BundleExtensions.h"
 #include "Internal/ContextUse.h"
@@ -85,6 +86,8 @@ class HSVNOperation
   public:
     HSVNOperation(const HSVNContextRef& context, std::string_view className, std::string_view operation,
                   const std::vector<HSVNArgument>& arguments);
+    /// The frame of one of the context's verbs.
+    HSVNOperation(HSVNContext& context, std::string_view verb, const std::vector<HSVNArgument>& arguments);
     ~HSVNOperation();
     HSVNOperation(const HSVNOperation&) = delete;
     HSVNOperation& operator=(const HSVNOperation&) = delete;
@@ -116,6 +119,24 @@ class HSVNOperation
         }
         return function;
     }
+
+    /// The function of the bundle's second table that serves a verb. Null for a class operation, which keeps to the
+    /// places of the first table, and where the bundle does not offer it: the place of the first table serves then.
+    template <class Function>
+    Function newest(Function HSVNBundleExtensions::*place) const
+    {
+        return _isVerb ? HSVNExtensionOrNull(_context->bundle()->extensions(), place) : nullptr;
+    }
+    /// Whether this is one of the context's verbs.
+    bool isVerb() const { return _isVerb; }
+    /// Refuses a choice that the place of the first table which serves instead has no room for.
+    ///
+    /// @param isChosen  whether the caller chose what that place does not do
+    /// @throws HSVNUnsupportedFeatureException naming verb, choice and line
+    void refuse(bool isChosen, std::string_view choice) const;
+
+    /// What a callback answers to end Subversion's call early and well: `check` then returns as after a success.
+    svn_error_t* stop();
 
     /// Throws the exception that a callback kept, else the exception of the error (which is consumed), else returns.
     void check(svn_error_t* error);
@@ -156,6 +177,8 @@ class HSVNOperation
     HSVNContextRef _context;
     HSVNContextUse _use;
     std::string _name; // "[class operation]"
+    bool _isVerb = false;
+    bool _isStopped = false;
     HSVNBundleScope _bundle;
     HSVNVersion _version;
     const HSVNBundleEntryPoints* _entryPoints;
@@ -177,3 +200,10 @@ HSVNExceptionRef HSVNExceptionOfError(const HSVNContext& context, svn_error_t* e
 svn_error_t* HSVNGuardCallback(HSVNContext& context, const std::function<svn_error_t*()>& body) noexcept;
 /// The same for callbacks that cannot answer an error; Subversion stops at its next cancellation check.
 void HSVNGuardVoidCallback(HSVNContext& context, const std::function<void()>& body) noexcept;
+
+/// What a callback answers once it has handed an item over to a receiver, which may stop the operation.
+template <class Item, class Value>
+svn_error_t* HSVNHandOver(HSVNOperation& operation, const HSVNReceiver<Item>& receiver, Value&& item)
+{
+    return receiver(std::forward<Value>(item)) ? nullptr : operation.stop();
+}

@@ -9,6 +9,14 @@ HSVNOperationNotifications::HSVNOperationNotifications(const HSVNOperationAction
 {
 }
 
+HSVNOperationNotifications::HSVNOperationNotifications(const HSVNOperationActions& actions, const HSVNTargets& targets)
+    : HSVNOperationNotifications{actions}
+{
+    if (targets.texts().size() == 1) {
+        nameItem(targets.texts().front());
+    }
+}
+
 HSVNOperationNotifications::HSVNOperationNotifications(const HSVNOperationActions& actions, const HSVNPath& path,
                                                        const HSVNPathRef& alternatePath)
     : HSVNOperationNotifications{actions}

@@ -31,6 +31,8 @@ class HSVNOperationNotifications
             nameItem(items.front()->string());
         }
     }
+    /// The same for an operation on targets.
+    HSVNOperationNotifications(const HSVNOperationActions& actions, const HSVNTargets& targets);
     /// For an operation between two places, both named in all three.
     HSVNOperationNotifications(const HSVNOperationActions& actions, const HSVNPath& path,
                                const HSVNPathRef& alternatePath);

@@ -10,8 +10,8 @@ HSVN_FUZZ_TARGET
     for (std::uint32_t behavior = 1; behavior <= HSVNRevisionAllowsAll; behavior = 2 * behavior + 1) {
         passes([&] { HSVNRevision::revisionFromString(first, behavior); });
     }
-    passes([&] { HSVNTargets::parse(first, client); });
-    passes([&] { HSVNTargets::parseRevisions(first, client); });
+    passes([&] { HSVNArguments::parse(first, client); });
+    passes([&] { HSVNArguments::parseRevisions(first, client); });
     passes([&] {
         const auto from = HSVNRevision::revisionFromString(first);
         const auto to = HSVNRevision::revisionFromString(second);

@@ -146,4 +146,6 @@ struct Options // NOLINT(clang-analyzer-optin.performance.Padding)
     const HSVNRevisionRef& endRevision() const { return revisions.front().end; }
     /// The depth asked for, or another when none was.
     HSVNDepth depthOr(HSVNDepth other) const { return depth == HSVNDepthUnknown ? other : depth; }
+    /// The depth that the working copy shall keep, or else the one asked for.
+    HSVNDepth depthOfUpdate() const { return setDepth == HSVNDepthUnknown ? depth : setDepth; }
 };

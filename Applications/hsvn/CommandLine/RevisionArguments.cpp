@@ -64,7 +64,7 @@ void applyRevision(Session& session, Options& options, const std::string& argume
 {
     options.usedRevision = true;
     const std::string text = NativeText::toUTF8(argument);
-    const auto revisions = HSVNTargets::parseRevisions(text, session.context());
+    const auto revisions = HSVNArguments::parseRevisions(text, session.context());
     if (!revisions) {
         fail(ArgumentParsing, fmt::format("Syntax error in revision argument '{}'", text));
     }

@@ -26,7 +26,7 @@ std::vector<std::string> targetsOf(Session& session)
     }
     const auto& further = session.options.targets;
     arguments.insert(arguments.end(), further.begin(), further.end());
-    auto list = HSVNTargets::canonicalTargets(arguments, session.client());
+    auto list = HSVNArguments::canonicalTargets(arguments, session.client());
     if (list.skipped) {
         printError(*list.skipped, programName() + ": Skipping argument: ");
     }
@@ -62,9 +62,9 @@ std::string takeArgument(Session& session)
     return argument;
 }
 
-HSVNTargets::Pegged peggedTarget(Session& session, const std::string& target)
+HSVNArguments::Pegged peggedTarget(Session& session, const std::string& target)
 {
-    return HSVNTargets::parse(target, session.client());
+    return HSVNArguments::parse(target, session.client());
 }
 
 std::vector<std::string> unpeggedTargets(const std::vector<std::string>& targets)

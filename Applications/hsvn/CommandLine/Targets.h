@@ -20,7 +20,7 @@ std::vector<std::string> requiredTargets(Session& session);
 std::string takeArgument(Session& session);
 
 /// A target of a subcommand that takes "PATH@REV" arguments.
-HSVNTargets::Pegged peggedTarget(Session& session, const std::string& target);
+HSVNArguments::Pegged peggedTarget(Session& session, const std::string& target);
 /// The targets of subcommands that take no peg revisions; a trailing "@" is taken off.
 ///
 /// @throws HSVNException for a peg revision

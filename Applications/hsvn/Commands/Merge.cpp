@@ -124,7 +124,7 @@ class MergeRun
             return;
         }
         const std::string name = isURL(_source.first) ? nameOfURL(_source.first) : baseName(_source.first);
-        const auto here = HSVNTargets::URLOfTarget("", _session.client());
+        const auto here = HSVNArguments::URLOfTarget("", _session.client());
         const bool isHere = here && nameOfURL(*here) == name;
         _target = name == nameOfURL(_second.first) && !isHere && isFile(name) ? name : "";
     }

@@ -16,7 +16,7 @@ void runRelocate(Session& session)
     std::string from;
     if (isWhole) {
         targets.resize(2);
-        const auto url = HSVNTargets::URLOfTarget(targets[1], session.client());
+        const auto url = HSVNArguments::URLOfTarget(targets[1], session.client());
         if (!url) {
             fail(WorkingCopyPathNotFound, "'" + targets[1] + "' has no URL");
         }

@@ -1,7 +1,6 @@
 #include "CommandLine/Errors.h"
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/Targets.h"
-#include "Commands/UpdateWishes.h"
 #include "Interaction/ConflictResolution.h"
 #include "Output/NotificationListener.h"
 #include "Output/Output.h"
@@ -49,11 +48,16 @@ void runUpdate(Session& session)
     if (!options.changelists.empty()) {
         targets = changelistMembers(session, targets);
     }
-    const auto wishes = updateWishes(options);
+    const HSVNUpdateChoices choices{.depth = options.depthOfUpdate(),
+                                    .depthIsSticky = options.setDepth != HSVNDepthUnknown,
+                                    .processExternals = !options.ignoreExternals,
+                                    .allowObstructions = options.force,
+                                    .addsAsModification = options.addsAsModification,
+                                    .makeParents = options.parents};
     NotificationPrinter printer{options.quiet};
     printNotifications(session, printer);
     const auto revision = options.usedRevision ? options.startRevision() : HSVNRevision::HEAD();
-    const auto revisions = HSVNUpdateItems(targets, revision, wishes, session.client());
+    const auto revisions = session.client()->update(HSVNTargets::verbatim(targets), revision, choices);
     settleConflicts(session, printer);
     if (!options.quiet) {
         printSummary(targets, revisions);

@@ -174,7 +174,7 @@ const char* wordOf(HSVNConflictOperation operation)
         return "switch";
     case HSVNConflictOperation::Merge:
         return "merge";
-    case HSVNConflictOperation::None:
+    case HSVNConflictOperation::NoOperation:
         break;
     }
     return "none";

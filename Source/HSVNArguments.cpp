@@ -1,4 +1,4 @@
-#include "HSVNTargets.h"
+#include "HSVNArguments.h"
 
 #include "Internal/ExtensionCall.h"
 #include "Internal/Text.h"
@@ -25,12 +25,12 @@ HSVNRevisionRef exactRevision(const svn_opt_revision_t& revision)
 
 } // namespace
 
-HSVNTargets::List HSVNTargets::canonicalTargets(const std::vector<std::string>& arguments,
-                                                const HSVNContextRef& context)
+HSVNArguments::List HSVNArguments::canonicalTargets(const std::vector<std::string>& arguments,
+                                                    const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{
-        context, "HSVNTargets", "canonicalTargets:withContext:", {{"arguments", arguments}, {"context", context}}};
+        context, "HSVNArguments", "canonicalTargets:withContext:", {{"arguments", arguments}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_args_to_target_array);
     apr_array_header_t* targets = nullptr;
     svn_error_t* error = function(&targets, HSVNTextArray(operation, arguments), operation.ctx(), operation.pool());
@@ -44,10 +44,10 @@ HSVNTargets::List HSVNTargets::canonicalTargets(const std::vector<std::string>& 
     return list;
 }
 
-HSVNTargets::Pegged HSVNTargets::parse(const std::string& target, const HSVNContextRef& context)
+HSVNArguments::Pegged HSVNArguments::parse(const std::string& target, const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNOperation operation{context, "HSVNTargets", "parse:withContext:", {{"target", target}, {"context", context}}};
+    HSVNOperation operation{context, "HSVNArguments", "parse:withContext:", {{"target", target}, {"context", context}}};
     svn_opt_revision_t pegRevision{};
     const char* path = nullptr;
     operation.check(operation.extension(&HSVNBundleExtensions::opt_parse_path)(
@@ -55,12 +55,12 @@ HSVNTargets::Pegged HSVNTargets::parse(const std::string& target, const HSVNCont
     return {path, exactRevision(pegRevision)};
 }
 
-std::optional<std::pair<HSVNRevisionRef, HSVNRevisionRef>> HSVNTargets::parseRevisions(const std::string& text,
-                                                                                       const HSVNContextRef& context)
+std::optional<std::pair<HSVNRevisionRef, HSVNRevisionRef>> HSVNArguments::parseRevisions(const std::string& text,
+                                                                                         const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{
-        context, "HSVNTargets", "parseRevisions:withContext:", {{"text", text}, {"context", context}}};
+        context, "HSVNArguments", "parseRevisions:withContext:", {{"text", text}, {"context", context}}};
     svn_opt_revision_t start{};
     svn_opt_revision_t end{};
     const auto function = operation.extension(&HSVNBundleExtensions::opt_parse_revision);
@@ -70,11 +70,11 @@ std::optional<std::pair<HSVNRevisionRef, HSVNRevisionRef>> HSVNTargets::parseRev
     return std::pair{exactRevision(start), exactRevision(end)};
 }
 
-std::optional<std::string> HSVNTargets::URLOfTarget(const std::string& target, const HSVNContextRef& context)
+std::optional<std::string> HSVNArguments::URLOfTarget(const std::string& target, const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{
-        context, "HSVNTargets", "URLOfTarget:withContext:", {{"target", target}, {"context", context}}};
+        context, "HSVNArguments", "URLOfTarget:withContext:", {{"target", target}, {"context", context}}};
     const char* url = nullptr;
     operation.check(operation.extension(&HSVNBundleExtensions::client_url_from_path)(&url, operation.cString(target),
                                                                                      operation.pool()));

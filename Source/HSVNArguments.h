@@ -15,7 +15,7 @@
 /// operations that take such targets report relative ones relative, and their messages name them as Subversion's do.
 /// They refuse a target with a NUL or an escaped zero byte in it (HSVNInvalidArgumentException, HSVNException), and,
 /// where the target is to be changed, one in the administrative area of a working copy (HSVNException, status 200025).
-namespace HSVNTargets {
+namespace HSVNArguments {
 
 /// Arguments made canonical.
 struct List
@@ -64,4 +64,4 @@ HSVN_EXPORT std::optional<std::pair<HSVNRevisionRef, HSVNRevisionRef>> parseRevi
 /// Stands for svn_client_url_from_path.
 HSVN_EXPORT std::optional<std::string> URLOfTarget(const std::string& target, const HSVNContextRef& context);
 
-} // namespace HSVNTargets
+} // namespace HSVNArguments

@@ -1,0 +1,68 @@
+#pragma once
+
+#include "HSVNTypes.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+// Choices of the verbs that read and have no option class.
+
+/// Choices of `HSVNContext::info`.
+struct HSVNInfoChoices
+{
+    HSVNDepth depth = HSVNDepthEmpty;       ///< how far below the target
+    bool includeExternals = false;          ///< what externals definitions place, too
+    std::vector<std::string> changelists{}; ///< only items of these; none means all
+};
+
+/// Choices of `HSVNContext::list`.
+struct HSVNListChoices
+{
+    HSVNDepth depth = HSVNDepthImmediates; ///< how far below the target
+    bool allFields = true;                 ///< size, revision, date and author, too, not the kind alone
+    bool fetchLocks = false;               ///< tell each item's lock
+    bool includeExternals = false;         ///< list what externals definitions place, too
+    std::vector<std::string> patterns{};   ///< only items whose name matches one of these globs, case and accents
+                                           ///< aside; none means all
+};
+
+/// Choices of `HSVNContext::contents`.
+struct HSVNContentsChoices
+{
+    bool expandKeywords = false; ///< translate keywords and line ends as in a working copy
+};
+
+/// Choices of `HSVNContext::blame`.
+struct HSVNBlameChoices
+{
+    bool ignoreContentType = false;       ///< read files of binary types, too
+    bool mergedRevisions = false;         ///< follow merges to their sources
+    std::vector<std::string> arguments{}; ///< such as "-w"; see `HSVNContext::checkBlameArguments`
+};
+
+/// Choices of `HSVNContext::properties` and `HSVNContext::property`.
+struct HSVNPropertiesChoices
+{
+    HSVNDepth depth = HSVNDepthEmpty;       ///< how far below the target
+    bool inherited = false;                 ///< the target's inherited properties, too
+    std::vector<std::string> changelists{}; ///< only items of these; none means all
+};
+
+/// Choices of `HSVNContext::diff` and `HSVNContext::diffSummary`.
+struct HSVNDiffChoices
+{
+    HSVNDepth depth = HSVNDepthUnknown;     ///< unknown means everything below
+    bool ignoreAncestry = true;             ///< compare unrelated items of one kind as related
+    std::vector<std::string> changelists{}; ///< of a working copy's items only those of these; none means all
+    // How a text shows the differences; a summary has no use for what follows.
+    bool omitAdded = false;         ///< leave files out that were added
+    bool omitDeleted = false;       ///< leave files out that were deleted
+    bool copiesAsAdds = false;      ///< show copies and moves whole, not beside their source
+    bool ignoreContentType = false; ///< compare files of binary types as texts
+    bool ignoreProperties = false;  ///< not together with `propertiesOnly`
+    bool propertiesOnly = false;
+    bool gitFormat = false; ///< with the headers of Git, which name copies and modes
+    /// Of the program, external or not, that compares files; nil means what the configuration says.
+    std::optional<std::vector<std::string>> arguments{};
+};
