@@ -591,14 +591,14 @@ TEST_P(HostileArguments, AReceiverIsNeeded)
          [&] {
              HSVNReadBlame(item("a.txt"), head, {head, head}, {}, nullptr, client);
          }},
-        {"cat", [&] { HSVNReadContents(item("a.txt"), spec, true, nullptr, client); }},
+        {"cat", [&] { HSVNReadContents(item("a.txt"), spec, true, HSVNContentsReceiver{}, client); }},
         {"info", [&] { HSVNReadItemInfo(root, spec, {}, nullptr, client); }},
         {"status", [&] { HSVNScanItemStatus(root, head, {}, nullptr, client); }},
         {"list", [&] { HSVNListItems(root, spec, {}, nullptr, client); }},
         {"log", [&] { HSVNReadLog({root}, head, {}, nullptr, client); }},
         {"proplist", [&] { HSVNReadProperties(root, spec, {}, nullptr, client); }},
-        {"files", [&] { HSVNCompareFiles(item("a.txt"), item("b.txt"), "", "", nullptr, client); }},
-        {"conflict", [&] { HSVNShowConflicts({}, {}, nullptr, client); }},
+        {"files", [&] { HSVNCompareFiles(item("a.txt"), item("b.txt"), "", "", HSVNContentsReceiver{}, client); }},
+        {"conflict", [&] { HSVNShowConflicts({}, {}, HSVNContentsReceiver{}, client); }},
     };
     for (const auto& [name, call] : calls) {
         EXPECT_EQ(reasonOf<HSVNAssertionException>(call), "Invalid parameter not satisfying: receiver != nil") << name;
