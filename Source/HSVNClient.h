@@ -4,9 +4,14 @@
 #include "HSVNContext.h"
 #include "HSVNExport.h"
 #include "HSVNForward.h"
+#include "HSVNReceiver.h"
+#include "HSVNStoredCredentials.h"
 
+#include <cstddef>
+#include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 class HSVNLogMessageDelegate;
 
@@ -53,6 +58,22 @@ class HSVN_EXPORT HSVNClient : public HSVNContext
     /// @throws HSVNException when the configuration cannot be read (svn_config_get_config)
     /// @throws HSVNGenericException while a call on the client is under way, also from that call's callbacks
     void refreshConfiguration();
+
+    /// Tells of the credentials that are stored in the client's configuration area; what is in the system's keyrings is
+    /// told without its secret.
+    ///
+    /// @param receiver  not nil ("receiver != nil")
+    /// Stands for svn_config_walk_auth_data; not offered by lines before 1.8.
+    void storedCredentials(const HSVNStoredCredentialsChoices& choices,
+                           const HSVNReceiver<const HSVNStoredCredential&>& receiver);
+    /// The same, all at once.
+    std::vector<HSVNStoredCredential> storedCredentials(const HSVNStoredCredentialsChoices& choices = {});
+    /// Removes credentials from the configuration area; what is in the system's keyrings stays there.
+    ///
+    /// @param isUnwanted  answers which are to go, without their secrets; not nil ("isUnwanted != nil")
+    /// @return how many are gone
+    /// Stands for svn_config_walk_auth_data; not offered by lines before 1.8.
+    std::size_t removeStoredCredentials(const std::function<bool(const HSVNStoredCredential&)>& isUnwanted);
 
     /// Hands a notification to the delegate, when it answers `notify`.
     ///

@@ -14,7 +14,9 @@
 #include "Internal/RevisionNumber.h"
 #include "Internal/Text.h"
 
+#include <algorithm>
 #include <functional>
+#include <iterator>
 #include <mutex>
 #include <string_view>
 
@@ -170,6 +172,24 @@ HSVNRevisionRef revisionWith(svn_revnum_t number)
     return converted < 0 ? nullptr : HSVNRevision::revisionWithNumber(converted);
 }
 
+bool isOfHunk(const svn_wc_notify_t& record)
+{
+    constexpr HSVNNewerNotifyAction actions[] = {HSVNNewerNotifyAction::PatchAppliedHunk,
+                                                 HSVNNewerNotifyAction::PatchRejectedHunk,
+                                                 HSVNNewerNotifyAction::PatchHunkAlreadyApplied};
+    return std::ranges::find(actions, static_cast<HSVNNewerNotifyAction>(record.action)) != std::end(actions);
+}
+
+HSVNPatchHunk hunkOf(const svn_wc_notify_t& record)
+{
+    return {.originalStart = record.hunk_original_start,
+            .originalLength = record.hunk_original_length,
+            .modifiedStart = record.hunk_modified_start,
+            .modifiedLength = record.hunk_modified_length,
+            .matchedLine = record.hunk_matched_line,
+            .fuzz = record.hunk_fuzz};
+}
+
 HSVNNotificationRef notificationOf(const HSVNClient& client, const svn_wc_notify_t& record)
 {
     auto notification = HSVNNotification::notificationWithAction(record.action);
@@ -200,6 +220,9 @@ HSVNNotificationRef notificationOf(const HSVNClient& client, const svn_wc_notify
         }
         notification->setPathPrefix(HSVNTextOrNil(record.path_prefix));
         notification->setPropertyName(HSVNTextOrNil(record.prop_name));
+    }
+    if (isOfHunk(record)) { // which lines before 1.7 never send
+        notification->setHunk(hunkOf(record));
     }
     return notification;
 }

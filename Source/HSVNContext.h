@@ -50,6 +50,7 @@ struct HSVNBlamedLine;
 struct HSVNDifference;
 struct HSVNItemInfo;
 struct HSVNItemProperties;
+struct HSVNMergingSummary;
 struct HSVNPropertyValues;
 
 /// Names in Subversion's run-time configuration.
@@ -211,6 +212,12 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// Stands for svn_client_relocate2 (svn_client_relocate).
     void relocate(const HSVNTarget& root, const std::string& from, const std::string& to,
                   const HSVNRelocateChoices& choices = {});
+    /// Applies a patch in the unified format, with Subversion's or Git's headers, or without any.
+    ///
+    /// @param file       the patch, a local path
+    /// @param directory  the working copy's directory that the patch's paths are relative to
+    /// Stands for svn_client_patch; not offered by lines before 1.7.
+    void patch(const HSVNTarget& file, const HSVNTarget& directory, const HSVNPatchChoices& choices = {});
     /// Puts items into a changelist.
     ///
     /// @param targets     local paths
@@ -329,6 +336,24 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// Stands for svn_client_merge_reintegrate; not offered by lines before 1.5.
     void reintegrate(const HSVNTargetInRevision& source, const HSVNTarget& target,
                      const HSVNMergeChoices& choices = {});
+    /// Tells how far one branch is merged into another.
+    ///
+    /// @param source  the branch that would be merged: a URL or a working copy's item; of its revision the peg counts
+    /// @param target  the branch that it would be merged into, the same
+    /// Stands for svn_client_get_merging_summary; not offered by lines before 1.8.
+    HSVNMergingSummary mergingSummary(const HSVNTargetInRevision& source, const HSVNTargetInRevision& target);
+    /// Tells which revisions of one branch are merged into another, or could be, the oldest first.
+    ///
+    /// @param source    the branch that was merged: a URL or a working copy's item; of its revision the peg counts
+    /// @param target    the branch that it was merged into, the same
+    /// @param receiver  not nil ("receiver != nil")
+    /// Stands for svn_client_mergeinfo_log2; not offered by lines before 1.8.
+    void mergedRevisions(const HSVNTargetInRevision& source, const HSVNTargetInRevision& target,
+                         const HSVNMergedRevisionsChoices& choices,
+                         const HSVNReceiver<const HSVNLogItemRef&>& receiver);
+    /// The same, all revisions at once.
+    std::vector<HSVNLogItemRef> mergedRevisions(const HSVNTargetInRevision& source, const HSVNTargetInRevision& target,
+                                                const HSVNMergedRevisionsChoices& choices = {});
 
     // MARK: Changes that are committed
     // What is done to URLs is committed at once: the log message is a choice, else the delegate is asked for it, and
@@ -403,6 +428,14 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// Stands for svn_client_propset_local (svn_client_propset2).
     void setProperty(const HSVNTargets& targets, const std::string& name, const std::optional<std::string>& value,
                      const HSVNSetPropertyChoices& choices = {});
+    /// Sets a property of a repository's item, or deletes it, by a commit.
+    ///
+    /// @param base   the revision that the change is made of; an item that changed since is out of date
+    /// @param value  as above
+    /// Stands for svn_client_propset_remote; not offered by lines before 1.8.
+    HSVNCommitResult setProperty(const HSVNTarget& url, HSVNRevisionNumber base, const std::string& name,
+                                 const std::optional<std::string>& value, const HSVNCommitPropertyChoices& choices = {},
+                                 const HSVNReceiver<const HSVNCommitResult&>& receiver = {});
     /// Reads all unversioned properties of a revision.
     ///
     /// @param url       any URL of the repository
@@ -515,6 +548,11 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     void diffSummary(const HSVNTargetInRevision& target, const std::pair<HSVNRevisionRef, HSVNRevisionRef>& revisions,
                      const HSVNDiffChoices& choices, const HSVNReceiver<const HSVNDifference&>& receiver);
 
+    /// The youngest revision of a repository.
+    ///
+    /// @param target  any URL of it, or a working copy's item
+    /// Asks the server once. Stands for svn_ra_get_latest_revnum.
+    HSVNRevisionNumber latestRevision(const HSVNTarget& target);
     /// The URL of a working copy's item; a URL is its own, nil for an item that has none.
     ///
     /// Stands for svn_client_url_from_path.

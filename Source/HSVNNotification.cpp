@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <iterator>
 
 namespace {
 
@@ -83,6 +84,26 @@ constexpr ActionName actionNames[] = {
 };
 #undef HSVN_ACTION_NAME
 
+/// The keys of a hunk's fields.
+constexpr std::pair<const char*, std::uint64_t HSVNPatchHunk::*> hunkKeys[] = {
+    {"hunkOriginalStart", &HSVNPatchHunk::originalStart}, {"hunkOriginalLength", &HSVNPatchHunk::originalLength},
+    {"hunkModifiedStart", &HSVNPatchHunk::modifiedStart}, {"hunkModifiedLength", &HSVNPatchHunk::modifiedLength},
+    {"hunkMatchedLine", &HSVNPatchHunk::matchedLine},     {"hunkFuzz", &HSVNPatchHunk::fuzz},
+};
+
+/// Archives have all keys of a hunk or none.
+std::optional<HSVNPatchHunk> decodedHunk(HSVNCoder& decoder)
+{
+    if (!decoder.containsValueForKey(std::begin(hunkKeys)->first)) {
+        return std::nullopt;
+    }
+    HSVNPatchHunk hunk;
+    for (const auto& [key, field] : hunkKeys) {
+        hunk.*field = decoder.decodeUnsigned(key);
+    }
+    return hunk;
+}
+
 } // namespace
 
 HSVNNotification::HSVNNotification(HSVNCoder* decoder)
@@ -95,7 +116,7 @@ HSVNNotification::HSVNNotification(HSVNCoder* decoder)
       _lockState{decoder->decodeInt32("lockState")}, _propertyName{decoder->decodeString("propertyName")},
       _mimeType{decoder->decodeString("mimeType")}, _changelistName{decoder->decodeString("changelistName")},
       _mergeStart{decoder->decodeObject<const HSVNRevision>("mergeStart")},
-      _mergeEnd{decoder->decodeObject<const HSVNRevision>("mergeEnd")}
+      _mergeEnd{decoder->decodeObject<const HSVNRevision>("mergeEnd")}, _hunk{decodedHunk(*decoder)}
 {
 }
 
@@ -146,4 +167,9 @@ void HSVNNotification::encodeWithCoder(HSVNCoder* encoder) const
     encoder->encodeString(_changelistName, "changelistName");
     encoder->encodeObject(_mergeStart, "mergeStart");
     encoder->encodeObject(_mergeEnd, "mergeEnd");
+    if (_hunk) {
+        for (const auto& [key, field] : hunkKeys) {
+            encoder->encodeUnsigned((*_hunk).*field, key);
+        }
+    }
 }

@@ -100,6 +100,19 @@ enum HSVNNotifyLockState : std::int32_t
     HSVNNotifyLockStateUnlocked = 4
 };
 
+/// Where one change of a patch was applied or refused, in lines counted from 1.
+struct HSVNPatchHunk
+{
+    std::uint64_t originalStart = 0; ///< as the patch says, of the file before
+    std::uint64_t originalLength = 0;
+    std::uint64_t modifiedStart = 0; ///< as the patch says, of the file after
+    std::uint64_t modifiedLength = 0;
+    std::uint64_t matchedLine = 0; ///< where it was found in the file
+    std::uint64_t fuzz = 0;        ///< how many lines around it were left out of account
+
+    friend bool operator==(const HSVNPatchHunk&, const HSVNPatchHunk&) = default;
+};
+
 /// One report of a running operation: an item's progress as Subversion sends it, or the start or end of an operation.
 ///
 /// Built on the thread that runs the operation, filled by its setters, and not changed once it is sent.
@@ -172,16 +185,21 @@ class HSVN_EXPORT HSVNNotification : public HSVNArchivable
         _mergeEnd = std::move(end);
     }
 
+    /// The change concerned, in notifications of a patch's changes; else nil.
+    const std::optional<HSVNPatchHunk>& hunk() const { return _hunk; }
+    void setHunk(std::optional<HSVNPatchHunk> hunk) { _hunk = hunk; }
+
     /// A new notification of the same class that shares every field. A subclass overrides it: the notification is of
     /// its base class otherwise.
     virtual std::shared_ptr<HSVNNotification> copy() const;
 
     std::string className() const override { return "HSVNNotification"; }
-    /// The fields; path prefix, URL, names, MIME type and merge range are not shown.
+    /// The fields; path prefix, URL, names, MIME type, merge range and hunk are not shown.
     std::string description() const override;
     /// Keys: "path", "alternatePath", "action", "nodeKind", "lock", "error", "revision", "contentState",
     /// "propertyState", "lockState", "pathPrefix", "url", "propertyName", "mimeType", "changelistName", "mergeStart",
-    /// "mergeEnd".
+    /// "mergeEnd"; with a hunk also "hunkOriginalStart", "hunkOriginalLength", "hunkModifiedStart",
+    /// "hunkModifiedLength", "hunkMatchedLine", "hunkFuzz".
     void encodeWithCoder(HSVNCoder* encoder) const override;
 
   private:
@@ -202,4 +220,5 @@ class HSVN_EXPORT HSVNNotification : public HSVNArchivable
     std::optional<std::string> _changelistName;
     HSVNRevisionRef _mergeStart;
     HSVNRevisionRef _mergeEnd;
+    std::optional<HSVNPatchHunk> _hunk;
 };

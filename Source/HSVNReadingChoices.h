@@ -1,9 +1,11 @@
 #pragma once
 
+#include "HSVNForward.h"
 #include "HSVNTypes.h"
 
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 // Choices of the verbs that read and have no option class.
@@ -65,4 +67,15 @@ struct HSVNDiffChoices
     bool gitFormat = false; ///< with the headers of Git, which name copies and modes
     /// Of the program, external or not, that compares files; nil means what the configuration says.
     std::optional<std::vector<std::string>> arguments{};
+};
+
+/// Choices of `HSVNContext::mergedRevisions`.
+struct HSVNMergedRevisionsChoices
+{
+    bool eligible = false; ///< those that could be merged instead of those that are
+    /// Which of the source's changes are asked for, as in `HSVNRevisionRange`s of a merge; nil at an end means all.
+    std::pair<HSVNRevisionRef, HSVNRevisionRef> range{};
+    HSVNDepth depth = HSVNDepthEmpty;                     ///< also what was merged below the target
+    bool changedPaths = true;                             ///< tell which paths each revision changed
+    std::optional<std::vector<std::string>> properties{}; ///< names of the revision properties wanted; nil means all
 };

@@ -16,6 +16,8 @@ class HSVNReceiver
   public:
     /// Nil, which no operation takes.
     HSVNReceiver() = default;
+    /// The same, where nil is written out.
+    HSVNReceiver(std::nullptr_t /*nobody*/) {} // NOLINT(google-explicit-constructor)
     template <class Function>
     requires(!std::same_as<std::remove_cvref_t<Function>, HSVNReceiver> && std::invocable<Function&, Item>)
         HSVNReceiver(Function function) // NOLINT(google-explicit-constructor): written in place of an argument

@@ -66,6 +66,27 @@ struct HSVNSetPropertyChoices
 struct HSVNSetRevisionPropertyChoices
 {
     bool force = false; ///< allow an author's name with a line end
+    /// What the property has to be until now, else nothing changes: a value, or nil within for a property that the
+    /// revision does not have. Nil outside means that it may be anything.
+    std::optional<std::optional<std::string>> formerValue{};
+};
+
+/// Choices of the `HSVNContext::setProperty` of a URL.
+struct HSVNCommitPropertyChoices
+{
+    bool force = false;                   ///< do not ask whether name and value make sense for the item
+    std::optional<std::string> message{}; ///< the log message, UTF-8; nil asks the delegate
+    std::map<std::string, std::string>
+        revisionProperties{}; ///< further ones by name, values as bytes; none of Subversion's own
+};
+
+/// Choices of `HSVNContext::patch`.
+struct HSVNPatchChoices
+{
+    bool dryRun = false;           ///< tell what would be done and leave the working copy as it is
+    int strip = 0;                 ///< how many leading components the patch's paths lose
+    bool reverse = false;          ///< take the patch's changes back
+    bool ignoreWhitespace = false; ///< find a change's place whatever white space its lines have
 };
 
 /// Choices of `HSVNContext::conflicts`.

@@ -58,6 +58,7 @@ HSVNNotificationRef sampleNotification()
     notification->setMimeType("text/plain");
     notification->setChangelistName("list");
     notification->setMergeRange(HSVNRevision::revisionWithNumber(6), HSVNRevision::revisionWithNumber(4));
+    notification->setHunk(HSVNPatchHunk{1, 2, 3, 4, 5, 6});
     return notification;
 }
 
@@ -162,6 +163,7 @@ TEST(Archive, RestoresANotificationFieldByField)
     EXPECT_EQ(restored->changelistName(), "list");
     EXPECT_EQ(restored->mergeStart()->number(), 6);
     EXPECT_EQ(restored->mergeEnd()->number(), 4);
+    EXPECT_EQ(restored->hunk(), (HSVNPatchHunk{1, 2, 3, 4, 5, 6}));
     const auto* cause = restored->error()->userInfo().at("cause").dictionary();
     ASSERT_TRUE(cause);
     EXPECT_EQ(*cause->at("status").number(), 155'004);

@@ -194,6 +194,36 @@ struct HSVNBundleExtensions
         apr_int64_t length[3];
     };
 
+    /// How far one branch is merged into another.
+    struct MergingSummary
+    {
+        svn_boolean_t reintegrates;
+        const char* ancestorURL;
+        svn_revnum_t ancestorRevision;
+        const char* baseURL;
+        svn_revnum_t baseRevision;
+        const char* sourceURL;
+        svn_revnum_t sourceRevision;
+        const char* targetURL;
+        svn_revnum_t targetRevision;
+        const char* repositoryRoot;
+    };
+
+    /// What a certificate says.
+    struct CertificateDetails
+    {
+        const char* subject;
+        const char* issuer;
+        const char* validFrom; ///< dates as people read them
+        const char* validTo;
+        const char* fingerprint;
+        const apr_array_header_t* hostnames; ///< const char*; may be null
+    };
+
+    /// Takes stored credentials, whose values are svn_string_t; tells whether to remove them.
+    using CredentialReceiver = svn_error_t* (*)(svn_boolean_t* remove, void* baton, const char* kind, const char* realm,
+                                                apr_hash_t* values, apr_pool_t* pool);
+
     /// Size of the table in bytes, these two fields included.
     std::uint32_t size;
     /// 1; raised when a place changes its meaning, which a library that expects the former one then refuses.
@@ -464,6 +494,36 @@ struct HSVNBundleExtensions
     /// Whether the working copy of a path (which may be "") or of a target of the running operation has work in its
     /// queue: stopped now, Subversion would leave it locked. 1.9 and later.
     svn_boolean_t (*has_unfinished_work)(const char* path, apr_pool_t* contextPool);
+    /// svn_client_patch, 1.7 and later
+    svn_error_t* (*client_patch)(const char* file, const char* directory, svn_boolean_t dryRun, int strip,
+                                 svn_boolean_t reverse, svn_boolean_t ignoreWhitespace, svn_client_ctx_t* ctx,
+                                 apr_pool_t* pool);
+    /// svn_client_get_merging_summary, 1.8 and later
+    svn_error_t* (*client_merging_summary)(MergingSummary* summary, const char* source,
+                                           const svn_opt_revision_t* sourceRevision, const char* target,
+                                           const svn_opt_revision_t* targetRevision, svn_client_ctx_t* ctx,
+                                           apr_pool_t* pool);
+    /// svn_client_mergeinfo_log2, 1.8 and later
+    svn_error_t* (*client_mergeinfo_log)(svn_boolean_t merged, const char* target,
+                                         const svn_opt_revision_t* targetRevision, const char* source,
+                                         const svn_opt_revision_t* sourceRevision, const svn_opt_revision_t* start,
+                                         const svn_opt_revision_t* end, svn_boolean_t changedPaths, svn_depth_t depth,
+                                         const apr_array_header_t* revisionProperties, LogReceiver receiver,
+                                         void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_propset_remote, 1.8 and later; a null value deletes the property
+    svn_error_t* (*client_propset_remote)(const char* name, const svn_string_t* value, const char* url,
+                                          svn_boolean_t skipChecks, svn_revnum_t base,
+                                          const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver,
+                                          void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_client_revprop_set2 with an original value, null for none, 1.6 and later
+    svn_error_t* (*client_revprop_replace)(const char* name, const svn_string_t* value, const svn_string_t* original,
+                                           const char* url, const svn_opt_revision_t* revision, svn_revnum_t* number,
+                                           svn_boolean_t force, svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_config_walk_auth_data in the context's configuration folder, 1.8 and later
+    svn_error_t* (*config_walk_credentials)(CredentialReceiver receiver, void* baton, svn_client_ctx_t* ctx,
+                                            apr_pool_t* pool);
+    /// svn_x509_parse_cert of a certificate in base-64 text, 1.9 and later
+    svn_error_t* (*certificate_details)(CertificateDetails* details, const svn_string_t* text, apr_pool_t* pool);
 };
 
 extern "C" {
