@@ -48,7 +48,6 @@
 #include "HSVNLocalPath.h"
 #include "HSVNLock.h"
 #include "HSVNLockOptions.h"
-#include "HSVNLockRecord.h"
 #include "HSVNLogAction.h"
 #include "HSVNLogDelegate.h"
 #include "HSVNLogItem.h"

@@ -1,8 +1,9 @@
 #include "HSVNItemInfo.h"
 
+#include "HSVNLock.h"
 #include "Internal/Browsing.h"
 #include "Internal/DepthTranslation.h"
-#include "Internal/LockRecord.h"
+#include "Internal/ExtensionCall.h"
 #include "Internal/RevisionNumber.h"
 #include "Internal/WorkingCopyPlace.h"
 
@@ -84,7 +85,7 @@ HSVNItemInfo infoOf(const char* target, const svn_client_info2_t& record)
     info.lastChangedRevision = HSVNRevisionNumberFromSubversion(record.last_changed_rev);
     info.lastChangedDate = HSVNDateOrNil(record.last_changed_date);
     info.lastChangedAuthor = HSVNTextOrNil(record.last_changed_author);
-    info.lock = HSVNLockRecordOf(record.lock);
+    info.lock = HSVNLock::lockWithSVNLock(record.lock, info.target);
     if (record.wc_info) {
         info.workingCopy = workingCopyOf(*record.wc_info);
     }

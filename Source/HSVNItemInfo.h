@@ -2,7 +2,7 @@
 
 #include "HSVNConflict.h"
 #include "HSVNContext.h"
-#include "HSVNLockRecord.h"
+#include "HSVNForward.h"
 #include "HSVNRevisionSpec.h"
 #include "HSVNStatusKind.h"
 #include "HSVNTypes.h"
@@ -40,7 +40,7 @@ struct HSVNItemInfo
     HSVNRevisionNumber lastChangedRevision = HSVNInvalidRevision; ///< in which the item last changed
     std::optional<HSVNDate> lastChangedDate;                      ///< when it did
     std::optional<std::string> lastChangedAuthor;                 ///< who changed it
-    std::optional<HSVNLockRecord> lock;                           ///< of the item asked for; nil when it has none
+    HSVNLockRef lock;                                             ///< of the item asked for; nil when it has none
     std::optional<HSVNWorkingCopyInfo> workingCopy;               ///< nil for an item of a repository
 };
 

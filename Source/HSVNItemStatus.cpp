@@ -1,7 +1,8 @@
 #include "HSVNItemStatus.h"
 
+#include "HSVNLock.h"
 #include "Internal/DepthTranslation.h"
-#include "Internal/LockRecord.h"
+#include "Internal/ExtensionCall.h"
 #include "Internal/RevisionNumber.h"
 #include "Internal/WorkingCopyPlace.h"
 
@@ -28,11 +29,11 @@ HSVNItemStatus statusOf(const char* path, const svn_client_status_t& record)
     status.changedRevision = HSVNRevisionNumberFromSubversion(record.changed_rev);
     status.changedDate = HSVNDateOrNil(record.changed_date);
     status.changedAuthor = HSVNTextOrNil(record.changed_author);
-    status.lock = HSVNLockRecordOf(record.lock);
+    status.lock = HSVNLock::lockWithSVNLock(record.lock, status.absolutePath);
     status.repositoryNodeStatus = HSVNConvertStatusKind(record.repos_node_status);
     status.repositoryTextStatus = HSVNConvertStatusKind(record.repos_text_status);
     status.repositoryPropertyStatus = HSVNConvertStatusKind(record.repos_prop_status);
-    status.repositoryLock = HSVNLockRecordOf(record.repos_lock);
+    status.repositoryLock = HSVNLock::lockWithSVNLock(record.repos_lock, status.absolutePath);
     return status;
 }
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "HSVNContext.h"
-#include "HSVNLockRecord.h"
+#include "HSVNForward.h"
 #include "HSVNRevision.h"
 #include "HSVNStatusKind.h"
 #include "HSVNTypes.h"
@@ -35,12 +35,12 @@ struct HSVNItemStatus : HSVNWorkingCopyPlace
     HSVNRevisionNumber changedRevision = HSVNInvalidRevision; ///< in which it last changed
     std::optional<HSVNDate> changedDate;                      ///< when it did
     std::optional<std::string> changedAuthor;                 ///< who changed it
-    std::optional<HSVNLockRecord> lock;                       ///< the working copy's lock token
+    HSVNLockRef lock;                                         ///< the working copy's lock token
     // The repository's side; none when it was not asked.
     HSVNStatusKind repositoryNodeStatus = HSVNStatusKindNone;
     HSVNStatusKind repositoryTextStatus = HSVNStatusKindNone;
     HSVNStatusKind repositoryPropertyStatus = HSVNStatusKindNone;
-    std::optional<HSVNLockRecord> repositoryLock; ///< nil when it has none
+    HSVNLockRef repositoryLock; ///< nil when it has none
 };
 
 /// What a status scan looks at.

@@ -1,10 +1,12 @@
 #include "HSVNListing.h"
 
+#include "HSVNLock.h"
 #include "HSVNStringPaths.h"
 #include "Internal/Browsing.h"
 #include "Internal/DepthTranslation.h"
-#include "Internal/LockRecord.h"
+#include "Internal/ExtensionCall.h"
 #include "Internal/RevisionNumber.h"
+#include "Internal/Text.h"
 
 #include <algorithm>
 #include <iterator>
@@ -25,8 +27,9 @@ svn_error_t* receiveItem(void* baton, const char* path, const svn_dirent_t* dire
     return HSVNGuardCallback(call.context, [&]() -> svn_error_t* {
         call.receiver({path, absolutePath, static_cast<HSVNNodeKind>(dirent->kind), dirent->size,
                        dirent->has_props != 0, HSVNRevisionNumberFromSubversion(dirent->created_rev),
-                       HSVNDateOrNil(dirent->time), HSVNTextOrNil(dirent->last_author), HSVNLockRecordOf(lock),
-                       HSVNTextOrNil(externalParentURL), HSVNTextOrNil(externalTarget)});
+                       HSVNDateOrNil(dirent->time), HSVNTextOrNil(dirent->last_author),
+                       HSVNLock::lockWithSVNLock(lock, absolutePath), HSVNTextOrNil(externalParentURL),
+                       HSVNTextOrNil(externalTarget)});
         return nullptr;
     });
 }

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "HSVNContext.h"
-#include "HSVNLockRecord.h"
+#include "HSVNForward.h"
 #include "HSVNRevisionSpec.h"
 #include "HSVNTypes.h"
 
@@ -22,7 +22,7 @@ struct HSVNListedItem
     HSVNRevisionNumber revision = HSVNInvalidRevision; ///< of the last change, as are date and author
     std::optional<HSVNDate> date;
     std::optional<std::string> author;
-    std::optional<HSVNLockRecord> lock; ///< nil when it has none or none were asked for
+    HSVNLockRef lock; ///< nil when it has none or none were asked for
     // Of an item that an externals definition brings in.
     std::optional<std::string> externalParentURL; ///< of the folder with the definition
     std::optional<std::string> externalTarget;    ///< where the definition places it

@@ -28,6 +28,10 @@ class HSVN_EXPORT HSVNLock : public HSVNArchivable
              std::optional<HSVNDate> theExpirationDate);
     /// @throws HSVNInvalidArgumentException for a path, token or creation date that is missing
     explicit HSVNLock(HSVNCoder* decoder);
+    /// The lock of Subversion's record; nil for null.
+    ///
+    /// @param path  stands in where the record tells none, as that of a lock which a working copy holds
+    static HSVNLockRef lockWithSVNLock(const svn_lock_t* lock, const std::string& path);
 
     /// The locked path as Subversion reports it, such as /trunk/file.c; never nil.
     const HSVNPathRef& path() const { return _path; }
@@ -41,6 +45,9 @@ class HSVN_EXPORT HSVNLock : public HSVNArchivable
     const std::optional<HSVNDate>& creationDate() const { return _creationDate; }
     /// Until when; nil for a lock that never expires.
     const std::optional<HSVNDate>& expirationDate() const { return _expirationDate; }
+    /// The same two dates to the microsecond, of which Subversion's record leaves them the whole seconds.
+    const std::optional<HSVNDate>& exactCreationDate() const { return _exactCreationDate; }
+    const std::optional<HSVNDate>& exactExpirationDate() const { return _exactExpirationDate; }
 
     /// A new lock that shares the six values.
     HSVNLockRef copy() const;
@@ -54,17 +61,22 @@ class HSVN_EXPORT HSVNLock : public HSVNArchivable
     std::string className() const override { return "HSVNLock"; }
     /// All fields, the comment cut to 20 characters.
     std::string description() const override;
-    /// Keys: "comment", "creationDate", "expirationDate", "owner", "path", "token".
+    /// Keys: "comment", "creationDate", "expirationDate", "owner", "path", "token"; "exactCreationDate" and
+    /// "exactExpirationDate" only where they say more.
     void encodeWithCoder(HSVNCoder* encoder) const override;
 
     /// Equality of the tokens alone.
     friend bool operator==(const HSVNLock& a, const HSVNLock& b) { return a._token == b._token; }
 
   private:
+    HSVNLock(const svn_lock_t& lock, HSVNPathRef path);
+
     HSVNPathRef _path;
     std::string _token;
     std::optional<std::string> _owner;
     std::optional<std::string> _comment;
     std::optional<HSVNDate> _creationDate;
     std::optional<HSVNDate> _expirationDate;
+    std::optional<HSVNDate> _exactCreationDate;
+    std::optional<HSVNDate> _exactExpirationDate;
 };

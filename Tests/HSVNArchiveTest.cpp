@@ -30,6 +30,7 @@ HSVNLockRef undatedLock()
     svn_lock_t lock{};
     lock.path = "/trunk/file";
     lock.token = "opaquelocktoken:2";
+    lock.expiration_date = 1'795'250'220'123'456;
     return std::make_shared<HSVNLock>(&lock);
 }
 
@@ -132,6 +133,10 @@ TEST(Archive, WritesTheKeysOfEachClassInTheirOrder)
               archive(R"({"$class":"HSVNLock","creationDate":{"$date":1795250220123456},"expirationDate":{"$date":-5},)"
                       R"("owner":"harry","path":{"$class":"HSVNLocalPath","path":"/trunk/ä.c"},)"
                       R"("token":"opaquelocktoken:1"})"));
+    EXPECT_EQ(HSVNKeyedArchiver::archivedDataWithRootObject(undatedLock()),
+              archive(R"({"$class":"HSVNLock","expirationDate":{"$date":1795250220000000},)"
+                      R"("path":{"$class":"HSVNLocalPath","path":"/trunk/file"},"token":"opaquelocktoken:2",)"
+                      R"("exactExpirationDate":{"$date":1795250220123456}})"));
     const auto spec = HSVNRevisionSpec::revisionWithRevision(HSVNRevision::revisionWithNumber(5), HSVNRevision::BASE());
     EXPECT_EQ(HSVNKeyedArchiver::archivedDataWithRootObject(spec),
               archive(R"({"$class":"HSVNRevisionSpec","operativeRevision":{"$class":"HSVNNumberedRevision",)"

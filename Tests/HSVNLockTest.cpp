@@ -33,7 +33,9 @@ TEST(Lock, ComesFromSubversionsRecord)
     EXPECT_EQ(bare.owner(), "harry");
     EXPECT_EQ(bare.comment(), std::nullopt);
     EXPECT_EQ(bare.creationDate(), taken);
+    EXPECT_EQ(bare.exactCreationDate(), HSVNDate{record.creation_date});
     EXPECT_EQ(bare.expirationDate(), std::nullopt);
+    EXPECT_EQ(bare.exactExpirationDate(), std::nullopt);
 
     record.comment = "mine";
     record.expiration_date = 60'000'000;
@@ -43,6 +45,19 @@ TEST(Lock, ComesFromSubversionsRecord)
 
     record.token = nullptr;
     EXPECT_THROW(HSVNLock{&record}, HSVNAssertionException);
+}
+
+TEST(Lock, OfAWorkingCopyMayLackAllButTheToken)
+{
+    svn_lock_t record{};
+    record.token = "opaquelocktoken:1";
+    const auto lock = HSVNLock::lockWithSVNLock(&record, "/wc/file.c");
+    EXPECT_EQ(lock->path()->string(), "/wc/file.c");
+    EXPECT_EQ(lock->token(), "opaquelocktoken:1");
+    EXPECT_EQ(lock->creationDate(), std::nullopt);
+    record.path = "trunk/file.c";
+    EXPECT_EQ(HSVNLock::lockWithSVNLock(&record, "/wc/file.c")->path()->string(), "trunk/file.c");
+    EXPECT_EQ(HSVNLock::lockWithSVNLock(nullptr, "/wc/file.c"), nullptr);
 }
 
 TEST(Lock, IsEqualByTokenAloneAndHashesByIdentity)

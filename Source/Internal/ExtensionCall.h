@@ -61,12 +61,6 @@ inline bool HSVNIsPathBefore(const std::string& a, const std::string& b)
                                         [&](char x, char y) { return weight(x) < weight(y); });
 }
 
-/// A moment of Subversion to the microsecond; 0 is none.
-inline std::optional<HSVNDate> HSVNDateOrNil(apr_time_t time)
-{
-    return time == 0 ? std::nullopt : std::optional{HSVNDate{time}};
-}
-
 /// Calls `body(text, value)` for every pair of a hash with text keys, in no particular order.
 template <class Value, class Body>
 void HSVNForEach(const HSVNOperation& operation, apr_hash_t* hash, Body body)

@@ -2,6 +2,7 @@
 
 #include "HSVNDate.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -9,6 +10,12 @@
 inline std::optional<std::string> HSVNTextOrNil(const char* text)
 {
     return text ? std::optional<std::string>{text} : std::nullopt;
+}
+
+/// A moment of Subversion to the microsecond; 0 is none.
+inline std::optional<HSVNDate> HSVNDateOrNil(std::int64_t time)
+{
+    return time == 0 ? std::nullopt : std::optional{HSVNDate{time}};
 }
 
 /// A value that may be nil as descriptions show it: nil is "(null)".

@@ -166,7 +166,7 @@ class ListRun
             record["date"] = exactDate(*item.date);
         }
         if (item.lock) {
-            record["lock"] = {{"token", item.lock->token}, {"owner", item.lock->owner.value_or("")}};
+            record["lock"] = {{"token", item.lock->token()}, {"owner", item.lock->owner().value_or("")}};
         }
         if (item.externalTarget) {
             record["external"] = *item.externalTarget;

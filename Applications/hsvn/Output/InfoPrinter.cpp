@@ -88,15 +88,15 @@ void addConflicts(std::string& text, const std::vector<HSVNConflictRecord>& conf
                         versionOf(first.sourceRight));
 }
 
-void addLockLines(std::string& text, const HSVNLockRecord& lock)
+void addLockLines(std::string& text, const HSVNLock& lock)
 {
-    addLine(text, "Lock Token", lock.token);
-    addLine(text, "Lock Owner", lock.owner);
-    addLine(text, "Lock Created", humanDateOf(lock.created));
-    addLine(text, "Lock Expires", humanDateOf(lock.expires));
-    if (lock.comment) {
-        const auto lines = std::count(lock.comment->begin(), lock.comment->end(), '\n') + 1;
-        text += fmt::format("Lock Comment ({} {}):\n{}\n", lines, lines == 1 ? "line" : "lines", *lock.comment);
+    addLine(text, "Lock Token", lock.token());
+    addLine(text, "Lock Owner", lock.owner());
+    addLine(text, "Lock Created", humanDateOf(lock.exactCreationDate()));
+    addLine(text, "Lock Expires", humanDateOf(lock.exactExpirationDate()));
+    if (const auto& comment = lock.comment()) {
+        const auto lines = std::count(comment->begin(), comment->end(), '\n') + 1;
+        text += fmt::format("Lock Comment ({} {}):\n{}\n", lines, lines == 1 ? "line" : "lines", *comment);
     }
 }
 
@@ -244,7 +244,7 @@ nlohmann::ordered_json infoRecord(const HSVNItemInfo& info)
         record["checksum"] = {{"kind", checksumKind(*info.workingCopy)}, {"value", *info.workingCopy->checksum}};
     }
     if (info.lock) {
-        record["lock"] = {{"token", info.lock->token}, {"owner", info.lock->owner.value_or("")}};
+        record["lock"] = {{"token", info.lock->token()}, {"owner", info.lock->owner().value_or("")}};
     }
     for (const auto& conflict : info.workingCopy ? info.workingCopy->conflicts : std::vector<HSVNConflictRecord>{}) {
         record["conflicts"].push_back(conflict.kind == HSVNConflictKind::Tree ? descriptionOfTreeConflict(conflict)

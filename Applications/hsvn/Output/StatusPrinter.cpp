@@ -50,7 +50,7 @@ char lockLetter(const HSVNItemStatus& status)
     if (!status.lock) {
         return 'O';
     }
-    return status.repositoryLock->token == status.lock->token ? 'K' : 'T';
+    return status.lock->isEqualToLock(status.repositoryLock) ? 'K' : 'T';
 }
 
 std::string workingRevision(const HSVNItemStatus& status)
@@ -75,17 +75,17 @@ std::optional<std::string> revisionText(HSVNRevisionNumber revision)
     return revision == HSVNInvalidRevision ? std::nullopt : std::optional{std::to_string(revision)};
 }
 
-nlohmann::ordered_json lockRecord(const HSVNLockRecord& lock)
+nlohmann::ordered_json lockRecord(const HSVNLock& lock)
 {
-    nlohmann::ordered_json record{{"token", lock.token}};
-    if (lock.owner) {
-        record["owner"] = *lock.owner;
+    nlohmann::ordered_json record{{"token", lock.token()}};
+    if (lock.owner()) {
+        record["owner"] = *lock.owner();
     }
-    if (lock.comment) {
-        record["comment"] = *lock.comment;
+    if (lock.comment()) {
+        record["comment"] = *lock.comment();
     }
-    if (lock.created) {
-        record["created"] = exactDate(*lock.created);
+    if (const auto date = lock.exactCreationDate()) {
+        record["created"] = exactDate(*date);
     }
     return record;
 }

@@ -153,15 +153,15 @@ void addCommit(XML& xml, HSVNRevisionNumber revision, const std::optional<std::s
     xml.close("commit");
 }
 
-void addLock(XML& xml, const HSVNLockRecord& lock)
+void addLock(XML& xml, const HSVNLock& lock)
 {
-    xml.open("lock").element("token", std::string_view{lock.token}).element("owner", lock.owner);
-    xml.element("comment", lock.comment);
-    if (lock.created) {
-        xml.element("created", std::string_view{exactDate(*lock.created)});
+    xml.open("lock").element("token", std::string_view{lock.token()}).element("owner", lock.owner());
+    xml.element("comment", lock.comment());
+    if (const auto date = lock.exactCreationDate()) {
+        xml.element("created", std::string_view{exactDate(*date)});
     }
-    if (lock.expires) {
-        xml.element("expires", std::string_view{exactDate(*lock.expires)});
+    if (const auto date = lock.exactExpirationDate()) {
+        xml.element("expires", std::string_view{exactDate(*date)});
     }
     xml.close("lock");
 }

@@ -51,4 +51,4 @@ class XML
 void addCommit(XML& xml, HSVNRevisionNumber revision, const std::optional<std::string>& author,
                const std::optional<HSVNDate>& date);
 /// A <lock> element.
-void addLock(XML& xml, const HSVNLockRecord& lock);
+void addLock(XML& xml, const HSVNLock& lock);
