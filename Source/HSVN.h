@@ -59,7 +59,6 @@
 #include "HSVNMergingSummary.h"
 #include "HSVNMoveHandler.h"
 #include "HSVNMoveOptions.h"
-#include "HSVNNewerNotifyAction.h"
 #include "HSVNNode.h"
 #include "HSVNNotification.h"
 #include "HSVNObject.h"

@@ -2,7 +2,6 @@
 #include "HSVNDebug.h"
 #include "HSVNException.h"
 #include "HSVNLock.h"
-#include "HSVNNewerNotifyAction.h"
 #include "HSVNNotification.h"
 #include "HSVNRevision.h"
 #include "HSVNURL.h"
@@ -161,8 +160,8 @@ svn_error_t* askForLogMessage(HSVNClient& client, const char** message, const ap
     return nullptr;
 }
 
-static_assert(static_cast<int>(HSVNNewerNotifyAction::UpdateStarted) == svn_wc_notify_update_started);
-static_assert(static_cast<int>(HSVNNewerNotifyAction::EndSearchTreeConflictDetails) ==
+static_assert(static_cast<int>(HSVNNotifyActionUpdateOfPathStarted) == svn_wc_notify_update_started);
+static_assert(static_cast<int>(HSVNNotifyActionEndSearchTreeConflictDetails) ==
               svn_wc_notify_end_search_tree_conflict_details);
 
 /// Nil for no revision.

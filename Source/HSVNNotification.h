@@ -12,8 +12,8 @@
 #include <string>
 #include <utility>
 
-/// What a notification reports. 0 to 40 equal `svn_wc_notify_action_t`, and newer values of it pass through unnamed; -1
-/// and the values from 0x10000 up are the library's own.
+/// What a notification reports. 0 to 85 equal `svn_wc_notify_action_t`, of which lines before 1.7 send the first 40
+/// only and newer values pass through; -1 and the values from 0x10000 up are the library's own.
 enum HSVNNotifyAction : std::int32_t
 {
     HSVNNotifyActionUnknown = -1,
@@ -58,6 +58,51 @@ enum HSVNNotifyAction : std::int32_t
     HSVNNotifyActionMergeCompleted = 38,
     HSVNNotifyActionTreeConflict = 39,
     HSVNNotifyActionFailedExternal = 40,
+    HSVNNotifyActionUpdateOfPathStarted = 41,    ///< an update of a path begins
+    HSVNNotifyActionUpdateSkipObstruction = 42,  ///< another working copy is in the way
+    HSVNNotifyActionUpdateSkipWorkingOnly = 43,  ///< not in the repository and no versioned parent
+    HSVNNotifyActionUpdateSkipAccessDenied = 44, ///< the path cannot be read
+    HSVNNotifyActionUpdateExternalRemoved = 45,  ///< a former external was removed; the error tells why it was kept
+    HSVNNotifyActionUpdateShadowedAdd = 46,      ///< added below a local change
+    HSVNNotifyActionUpdateShadowedUpdate = 47,   ///< updated below a local change
+    HSVNNotifyActionUpdateShadowedDelete = 48,   ///< deleted below a local change
+    HSVNNotifyActionMergeRecordInfo = 49,        ///< merge tracking was recorded on a path
+    HSVNNotifyActionUpgradedPath = 50,           ///< a working copy got the newest format
+    HSVNNotifyActionMergeRecordInfoBegin = 51,   ///< merge tracking is going to be recorded
+    HSVNNotifyActionMergeElideInfo = 52,         ///< merge tracking was removed, the parent says the same
+    HSVNNotifyActionPatch = 53,                  ///< a file was patched
+    HSVNNotifyActionPatchAppliedHunk = 54,
+    HSVNNotifyActionPatchRejectedHunk = 55,
+    HSVNNotifyActionPatchHunkAlreadyApplied = 56,
+    HSVNNotifyActionCommitCopied = 57,         ///< a copy is committed
+    HSVNNotifyActionCommitCopiedReplaced = 58, ///< a copy that replaces is committed
+    HSVNNotifyActionURLRedirect = 59,          ///< the server moved; the URL is the new one
+    HSVNNotifyActionPathNonexistent = 60,      ///< not under version control
+    HSVNNotifyActionExclude = 61,              ///< removed by its depth
+    HSVNNotifyActionFailedConflict = 62,       ///< left in conflict, so not done
+    HSVNNotifyActionFailedMissing = 63,        ///< an added item is missing
+    HSVNNotifyActionFailedOutOfDate = 64,
+    HSVNNotifyActionFailedNoParent = 65, ///< an added parent is not part of the commit
+    HSVNNotifyActionFailedLocked = 66,   ///< locked elsewhere
+    HSVNNotifyActionFailedForbiddenByServer = 67,
+    HSVNNotifyActionSkipConflicted = 68,   ///< in conflict, so not touched
+    HSVNNotifyActionUpdateBrokenLock = 69, ///< an update found the lock broken
+    HSVNNotifyActionFailedObstruction = 70,
+    HSVNNotifyActionConflictResolverStarting = 71,
+    HSVNNotifyActionConflictResolverDone = 72,
+    HSVNNotifyActionLeftLocalModifications = 73, ///< what was deleted has local changes, which stay
+    HSVNNotifyActionForeignCopyBegin = 74,       ///< a copy out of another repository begins
+    HSVNNotifyActionMoveBroken = 75,             ///< a move is a copy and a deletion from now on
+    HSVNNotifyActionCleanupExternal = 76,        ///< an external is cleaned up
+    HSVNNotifyActionFailedRequiresTarget = 77,   ///< only possible together with the path
+    HSVNNotifyActionInfoExternal = 78,           ///< an external is asked
+    HSVNNotifyActionCommitFinalizing = 79,       ///< everything is sent
+    HSVNNotifyActionResolvedText = 80,
+    HSVNNotifyActionResolvedProperty = 81,
+    HSVNNotifyActionResolvedTree = 82,
+    HSVNNotifyActionBeginSearchTreeConflictDetails = 83,
+    HSVNNotifyActionTreeConflictDetailsProgress = 84, ///< a revision was searched
+    HSVNNotifyActionEndSearchTreeConflictDetails = 85,
     HSVNNotifyActionUpdateStarted = 0x10000,
     HSVNNotifyActionUpdateSucceeded = 0x10001,
     HSVNNotifyActionUpdateFailed = 0x10002,
@@ -127,7 +172,8 @@ class HSVN_EXPORT HSVNNotification : public HSVNArchivable
     static std::shared_ptr<HSVNNotification> notification();
     /// The same with the action set.
     static std::shared_ptr<HSVNNotification> notificationWithAction(std::int32_t action);
-    /// The constant's name, such as "HSVNNotifyActionAdd"; "<unknown> (41)" for a value without one.
+    /// The constant's name, such as "HSVNNotifyActionAdd"; "<unknown> (41)" for the values from 41 to 85, as for those
+    /// without a constant.
     static std::string stringForAction(std::int32_t action);
 
     /// The item concerned, as Subversion reports it.

@@ -8,7 +8,6 @@
 #include "HSVNInitialize.h"
 #include "HSVNLocalPath.h"
 #include "HSVNLock.h"
-#include "HSVNNewerNotifyAction.h"
 #include "HSVNNode.h"
 #include "HSVNNotification.h"
 #include "HSVNRepositoryChanges.h"
@@ -433,7 +432,7 @@ TEST_F(CommitTest, ADelegateThatThrowsOnceTheCommitIsDoneLeavesItsRevisionInTheE
     int revision = 1;
     HSVNNotificationRef failed;
     for (const int action :
-         {static_cast<int>(HSVNNotifyActionCommitSucceeded), static_cast<int>(HSVNNewerNotifyAction::CommitFinalizing)})
+         {static_cast<int>(HSVNNotifyActionCommitSucceeded), static_cast<int>(HSVNNotifyActionCommitFinalizing)})
     {
         SCOPED_TRACE(action);
         failed = nullptr;

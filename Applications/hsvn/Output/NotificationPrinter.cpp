@@ -14,8 +14,6 @@
 
 namespace {
 
-using Newer = HSVNNewerNotifyAction;
-
 std::string shownURL(const HSVNNotification& notification)
 {
     return notification.URL() ? notification.URL()->string() : "";
@@ -107,8 +105,6 @@ std::string externalRemoval(const HSVNNotification& notification)
     return fmt::format("Removed external '{}'{}\n", shownPath(notification), tellsReason ? ": " + error->reason() : "");
 }
 
-constexpr std::int32_t number(Newer action) { return static_cast<std::int32_t>(action); }
-
 /// What is printed for an action: {0} is the item, {1} the property, {2} the revision, {3} the changelist, {4} the URL.
 struct Line // NOLINT(clang-analyzer-optin.performance.Padding): the order in which the table below reads well
 {
@@ -136,23 +132,23 @@ constexpr Line lines[] = {
     {"Attempting to delete nonexistent property '{1}' on '{0}'\n", HSVNNotifyActionPropertyDeletedNonExistent},
     {"property '{1}' set on repository revision {2}\n", HSVNNotifyActionRevisionPropertySet},
     {"property '{1}' deleted from repository revision {2}\n", HSVNNotifyActionRevisionPropertyDeleted},
-    {"   A {0}\n", number(Newer::UpdateShadowedAdd), true},
-    {"   U {0}\n", number(Newer::UpdateShadowedUpdate), true},
-    {"   D {0}\n", number(Newer::UpdateShadowedDelete), true},
-    {"--- Eliding mergeinfo from '{0}':\n", number(Newer::MergeElideInfo)},
-    {"Upgraded '{0}'\n", number(Newer::UpgradedPath)},
-    {"Redirecting to URL '{4}':\n", number(Newer::URLRedirect)},
-    {"'{0}' is not under version control\n", number(Newer::PathNonexistent)},
-    {"D    {0}\n", number(Newer::Exclude), true},
-    {"B    {0}\n", number(Newer::UpdateBrokenLock)},
-    {"Left local modifications as '{0}'\n", number(Newer::LeftLocalModifications)},
-    {"--- Copying from foreign repository URL '{4}':\n", number(Newer::ForeignCopyBegin)},
-    {"Breaking move with source path '{0}'\n", number(Newer::MoveBroken)},
-    {"Performing cleanup on external item at '{0}'.\n", number(Newer::CleanupExternal)},
-    {"\nPerforming info on external item at '{0}':\n", number(Newer::InfoExternal)},
-    {"Searching tree conflict details for '{0}' in repository:\n", number(Newer::BeginSearchTreeConflictDetails)},
-    {"\rChecking r{2}...", number(Newer::TreeConflictDetailsProgress)},
-    {" done\n", number(Newer::EndSearchTreeConflictDetails)},
+    {"   A {0}\n", HSVNNotifyActionUpdateShadowedAdd, true},
+    {"   U {0}\n", HSVNNotifyActionUpdateShadowedUpdate, true},
+    {"   D {0}\n", HSVNNotifyActionUpdateShadowedDelete, true},
+    {"--- Eliding mergeinfo from '{0}':\n", HSVNNotifyActionMergeElideInfo},
+    {"Upgraded '{0}'\n", HSVNNotifyActionUpgradedPath},
+    {"Redirecting to URL '{4}':\n", HSVNNotifyActionURLRedirect},
+    {"'{0}' is not under version control\n", HSVNNotifyActionPathNonexistent},
+    {"D    {0}\n", HSVNNotifyActionExclude, true},
+    {"B    {0}\n", HSVNNotifyActionUpdateBrokenLock},
+    {"Left local modifications as '{0}'\n", HSVNNotifyActionLeftLocalModifications},
+    {"--- Copying from foreign repository URL '{4}':\n", HSVNNotifyActionForeignCopyBegin},
+    {"Breaking move with source path '{0}'\n", HSVNNotifyActionMoveBroken},
+    {"Performing cleanup on external item at '{0}'.\n", HSVNNotifyActionCleanupExternal},
+    {"\nPerforming info on external item at '{0}':\n", HSVNNotifyActionInfoExternal},
+    {"Searching tree conflict details for '{0}' in repository:\n", HSVNNotifyActionBeginSearchTreeConflictDetails},
+    {"\rChecking r{2}...", HSVNNotifyActionTreeConflictDetailsProgress},
+    {" done\n", HSVNNotifyActionEndSearchTreeConflictDetails},
 };
 
 /// How the end of an operation is told.
@@ -181,13 +177,13 @@ const char* skipFormat(const HSVNNotification& notification)
     switch (notification.action()) {
     case HSVNNotifyActionSkip:
         break;
-    case number(Newer::UpdateSkipObstruction):
+    case HSVNNotifyActionUpdateSkipObstruction:
         return "Skipped '{}' -- An obstructing working copy was found\n";
-    case number(Newer::UpdateSkipWorkingOnly):
+    case HSVNNotifyActionUpdateSkipWorkingOnly:
         return "Skipped '{}' -- Has no versioned parent\n";
-    case number(Newer::UpdateSkipAccessDenied):
+    case HSVNNotifyActionUpdateSkipAccessDenied:
         return "Skipped '{}' -- Access denied\n";
-    case number(Newer::SkipConflicted):
+    case HSVNNotifyActionSkipConflicted:
         return "Skipped '{}' -- Node remains in conflict\n";
     default:
         return nullptr;
@@ -207,12 +203,10 @@ const char* skipFormat(const HSVNNotification& notification)
 /// Whether it tells of an item, not of the work as a whole nor once more of the same item.
 bool isItem(const HSVNNotification& notification)
 {
-    constexpr std::array others{std::int32_t{HSVNNotifyActionCommitPostfixTXDelta},
-                                std::int32_t{HSVNNotifyActionUpdateCompleted},
-                                number(Newer::UpdateStarted),
-                                number(Newer::CommitFinalizing),
-                                number(Newer::ConflictResolverStarting),
-                                number(Newer::ConflictResolverDone)};
+    constexpr std::array others{
+        std::int32_t{HSVNNotifyActionCommitPostfixTXDelta},     std::int32_t{HSVNNotifyActionUpdateCompleted},
+        std::int32_t{HSVNNotifyActionUpdateOfPathStarted},      std::int32_t{HSVNNotifyActionCommitFinalizing},
+        std::int32_t{HSVNNotifyActionConflictResolverStarting}, std::int32_t{HSVNNotifyActionConflictResolverDone}};
     return std::find(others.begin(), others.end(), notification.action()) == others.end();
 }
 
@@ -281,7 +275,7 @@ std::string NotificationPrinter::textOfChange(const HSVNNotification& notificati
     case HSVNNotifyActionExists:
         return existing(notification);
     case HSVNNotifyActionUpdateUpdate:
-    case number(Newer::MergeRecordInfo):
+    case HSVNNotifyActionMergeRecordInfo:
         return update(notification);
     case HSVNNotifyActionTreeConflict:
         _conflicts.add(shownPath(notification), ConflictKind::Tree);
@@ -291,17 +285,17 @@ std::string NotificationPrinter::textOfChange(const HSVNNotification& notificati
     case HSVNNotifyActionUpdateExternal:
         ++_externalsUnderWay;
         return fmt::format("\nFetching external item into '{}':\n", shownPath(notification));
-    case number(Newer::UpdateExternalRemoved):
+    case HSVNNotifyActionUpdateExternalRemoved:
         _hasChange = true;
         return externalRemoval(notification);
-    case number(Newer::UpdateStarted):
+    case HSVNNotifyActionUpdateOfPathStarted:
         return _leavesOutFrame || _externalsUnderWay > 0 || _operation != NotifiedOperation::Other
                    ? ""
                    : fmt::format("Updating '{}':\n", shownPath(notification));
     case HSVNNotifyActionMergeBegin:
     case HSVNNotifyActionForeignMergeBegin:
         return mergeHeader(notification);
-    case number(Newer::MergeRecordInfoBegin):
+    case HSVNNotifyActionMergeRecordInfoBegin:
         return recordingHeader(notification);
     default:
         return textOfCommit(notification);
@@ -314,16 +308,16 @@ std::string NotificationPrinter::textOfCommit(const HSVNNotification& notificati
     case HSVNNotifyActionCommitModified:
         return sending("Sending", notification);
     case HSVNNotifyActionCommitAdded:
-    case number(Newer::CommitCopied):
+    case HSVNNotifyActionCommitCopied:
         return sending("Adding", notification);
     case HSVNNotifyActionCommitDeleted:
         return sending("Deleting", notification);
     case HSVNNotifyActionCommitReplaced:
-    case number(Newer::CommitCopiedReplaced):
+    case HSVNNotifyActionCommitCopiedReplaced:
         return sending("Replacing", notification);
     case HSVNNotifyActionCommitPostfixTXDelta:
         return std::exchange(_isSendingText, true) ? "." : "Transmitting file data .";
-    case number(Newer::CommitFinalizing):
+    case HSVNNotifyActionCommitFinalizing:
         return std::exchange(_isSendingText, false) ? "done\nCommitting transaction...\n"
                                                     : "Committing transaction...\n";
     default:
@@ -337,14 +331,14 @@ std::string NotificationPrinter::textOfResult(const HSVNNotification& notificati
     switch (notification.action()) {
     case HSVNNotifyActionLocked:
         return fmt::format("'{}' locked by user '{}'.\n", path, notification.lock()->owner().value_or(""));
-    case number(Newer::ResolvedText):
+    case HSVNNotifyActionResolvedText:
         _conflicts.resolve(path, ConflictKind::Text);
         return fmt::format("Merge conflicts in '{}' marked as resolved.\n", path);
-    case number(Newer::ResolvedProperty):
+    case HSVNNotifyActionResolvedProperty:
         _conflicts.resolve(path, ConflictKind::Property);
         return fmt::format("Conflict in property '{}' at '{}' marked as resolved.\n",
                            notification.propertyName().value_or(""), path);
-    case number(Newer::ResolvedTree):
+    case HSVNNotifyActionResolvedTree:
         _conflicts.resolve(path, ConflictKind::Tree);
         return fmt::format("Tree conflict at '{}' marked as resolved.\n", path);
     case HSVNNotifyActionResolved:
@@ -364,8 +358,8 @@ std::string NotificationPrinter::textOfResult(const HSVNNotification& notificati
 
 std::string NotificationPrinter::copyWarning(const HSVNNotification& notification)
 {
-    const bool isCopy = notification.action() == number(Newer::CommitCopied) ||
-                        notification.action() == number(Newer::CommitCopiedReplaced);
+    const bool isCopy = notification.action() == HSVNNotifyActionCommitCopied ||
+                        notification.action() == HSVNNotifyActionCommitCopiedReplaced;
     if (_commitDepth == HSVNDepthInfinity || !isCopy || notification.nodeKind() != HSVNNodeKindDirectory) {
         return "";
     }
