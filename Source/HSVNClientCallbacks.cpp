@@ -173,10 +173,9 @@ HSVNRevisionRef revisionWith(svn_revnum_t number)
 
 bool isOfHunk(const svn_wc_notify_t& record)
 {
-    constexpr HSVNNewerNotifyAction actions[] = {HSVNNewerNotifyAction::PatchAppliedHunk,
-                                                 HSVNNewerNotifyAction::PatchRejectedHunk,
-                                                 HSVNNewerNotifyAction::PatchHunkAlreadyApplied};
-    return std::ranges::find(actions, static_cast<HSVNNewerNotifyAction>(record.action)) != std::end(actions);
+    constexpr std::int32_t actions[] = {HSVNNotifyActionPatchAppliedHunk, HSVNNotifyActionPatchRejectedHunk,
+                                        HSVNNotifyActionPatchHunkAlreadyApplied};
+    return std::ranges::find(actions, record.action) != std::end(actions);
 }
 
 HSVNPatchHunk hunkOf(const svn_wc_notify_t& record)
