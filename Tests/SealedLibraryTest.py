@@ -75,11 +75,14 @@ class SealedLibrary(unittest.TestCase):
         self.assertEqual(hidden, set())
 
     def test_modules_export_what_they_are_known_by(self):
+        # Version bundles also what stands in front of their libraries' own functions.
+        standing_in = set(re.findall(r"(\w+);", (SOURCE.parent / "cmake/HSVNBundle.map").read_text(encoding="utf-8")))
         modules = [module for module in PACKAGE.glob("**/*.bundle/*.so")]
         self.assertGreater(len(modules), 1)
         for module in modules:
             with self.subTest(module=module.name):
-                self.assertEqual([name for name in names("-D", "--defined-only", module) if not name.startswith("HSVN")], [])
+                others = {name for name in names("-D", "--defined-only", module) if not name.startswith("HSVN")}
+                self.assertLessEqual(others, standing_in if module.name == "HSVNBundle.so" else set())
 
     def test_shared_objects_are_searched_for_in_fixed_places(self):
         files = [path for folder in ("bin", "lib", "Tests/Bundles") for path in (BUILD / folder).rglob("*")

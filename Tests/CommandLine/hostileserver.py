@@ -5,6 +5,7 @@ The first component of a URL's path says what is attacked with: `svn://127.0.0.1
 
 import contextlib
 import re
+import socket
 import socketserver
 import threading
 
@@ -19,11 +20,22 @@ NAMES = {
     "duplicate": b"honest", "doubled": b"//escaped",
 }
 
+# Those of them that paths are attacked with wherever one is.
+PATHS = ["dot", "doubled", "up", "absolute"]
+
+# What stands for revisions: of entries, or, with "+early", for the newest one.
+NUMBERS = {"negative": b"-5", "minus-one": b"%d" % (2 ** 64 - 1), "most": b"%d" % (2 ** 63 - 1), "huge": b"9" * 30}
+
+# What stands for the root of the repository.
+ROOTS = {"root-empty": b"", "root-path": b"/x", "root-relative": b"x/../..", "root-bare": b"svn:", "root-else": b"file:///",
+         "root-zero": b"svn://h/%00", "root-other": b"svn://h", "root-percent": b"svn://h/%", "root-doubled": b"svn:////"}
+
 # What stands in place of an answer.
 ANSWERS = {
     "garbage": b"\0\xff)))", "nested": b"( " * 5000, "empty-list": b"( ) ", "huge-text": b"( success ( 9999999999999:x",
     "huge-number": b"( success ( 99999999999999999999999 ) ) ", "negative-number": b"( success ( -5 ) ) ",
     "failure-without-reason": b"( failure ( ) ) ", "nothing": b"( success ( ) ) ", "cut": b"",
+    "failure-zero": b"( failure ( ( 0 2:no 0: 0 ) ) ) ", "step": b"( step ( 1:x ) ) ", "word": b"success ",
 }
 
 
@@ -78,27 +90,68 @@ def delta(*chunks):
             *(command("textdelta-chunk", b"2:f1", text(chunk)) for chunk in chunks)]
 
 
+CLOSE_FOLDER = command("close-dir", b"2:d1")
+CLOSE_FILE = command("close-file", b"2:f1", words())
+WINDOW = b"SVN\0" + b"\0\0\5\1\5\x85hello"
+
+def changes_of(path):
+    """What may be changed at a path, beside that it is added."""
+    item = text(path), b"2:d0"
+    return {"delete": [command("delete-entry", text(path), 1, b"2:d0")], "absent": [command("absent-file", *item)],
+            "absent-dir": [command("absent-dir", *item)], "property": whole_file(b"file", (path, b"x")),
+            "open": [command("open-file", *item, b"2:f1", 1), *whole_file(path)[4:]],
+            "open-dir": [command("open-dir", *item, b"2:d1", 1), CLOSE_FOLDER],
+            "source": [command("add-file", text(b"file"), b"2:d0", b"2:f1", words(text(path), 1)), *whole_file(path)[1:]]}
+
+
 # Leads to the folder "outside" beside the target.
 LINK = whole_file(b"link", (b"svn:special", b"*"), contents=b"link ../outside")
-CLOSE_FOLDER = command("close-dir", b"2:d1")
 OUTSIDE_BELOW = whole_file(b"link/escaped", parent=b"2:d1") + [CLOSE_FOLDER]
 
 # What the server drives an update or a comparison with.
 DRIVES = {
-    "honest": [], **{name: whole_file(value) for name, value in NAMES.items()},
+    "honest": [], "whole": whole_file(b"honest"), **{name: whole_file(value) for name, value in NAMES.items()},
     **{name + "-dir": add_folder(value) + [CLOSE_FOLDER] for name, value in NAMES.items()},
     "through-link": LINK + whole_file(b"link/escaped"),
     "link-as-dir": LINK + add_folder(b"link") + OUTSIDE_BELOW,
     "open-link": LINK + [command("open-dir", text(b"link"), b"2:d0", b"2:d1", 1)] + OUTSIDE_BELOW,
     "replaced-link": LINK + [command("delete-entry", text(b"link"), 1, b"2:d0")] + add_folder(b"link") + OUTSIDE_BELOW,
     "open-missing": [command("open-file", text(b"missing"), b"2:d0", b"2:f1", 1),
-                     command("close-file", b"2:f1", words())],
+                     CLOSE_FILE],
     "open-folder": [command("open-dir", text(b"missing"), b"2:d0", b"2:d1", 1)]
                    + whole_file(b"missing/file", parent=b"2:d1") + [CLOSE_FOLDER],
-    "delete": [command("delete-entry", text(b"../outside"), 1, b"2:d0")],
-    "delete-root": [command("delete-entry", text(b""), 1, b"2:d0")],
+    **{f"{name}-{what}": changes for name in PATHS for what, changes in changes_of(NAMES[name]).items()},
+    "delete-outside": [command("delete-entry", text(b"../outside"), 1, b"2:d0")],
     "wrong-token": [command("close-file", b"2:f9", words())],
-    "no-text-end": delta() + [command("close-file", b"2:f1", words())],
+    "no-text-end": delta() + [CLOSE_FILE],
+    "no-text-end-later": delta(WINDOW) + [CLOSE_FILE] + whole_file(b"other"),
+    "text-unended": delta(WINDOW),
+    "file-open": [add_file(b"file")],
+    "file-twice": whole_file(b"file") + whole_file(b"file"),
+    "file-closed-twice": whole_file(b"file") + [CLOSE_FILE],
+    "file-in-file": [add_file(b"file")] + whole_file(b"file/other"),
+    "file-of-parent-closed": add_folder(b"folder") + [add_file(b"folder/file", b"2:d1"), CLOSE_FOLDER, CLOSE_FILE],
+    "folder-open": add_folder(b"folder"),
+    "folder-twice": (add_folder(b"folder") + [CLOSE_FOLDER]) * 2,
+    "folder-twice-open": add_folder(b"folder") * 2 + [CLOSE_FOLDER],
+    "folder-then-file": add_folder(b"same") + [CLOSE_FOLDER] + whole_file(b"same"),
+    "folder-of-parent-closed": add_folder(b"folder") + [command("close-dir", b"2:d0")] + whole_file(b"folder/file")
+                               + [CLOSE_FOLDER],
+    "parent-closed": add_folder(b"folder") + [command("close-dir", b"2:d0")]
+                     + whole_file(b"folder/file", parent=b"2:d1") + [CLOSE_FOLDER],
+    "own-parent": [command("add-dir", text(b"folder"), b"2:d0", b"2:d0", words())],
+    "root-token-file": [command("close-file", b"2:d0", words()), command("apply-textdelta", b"2:d0", words())],
+    "text-closed-first": whole_file(b"file")[:-1] + [CLOSE_FILE, command("textdelta-end", b"2:f1")],
+    "text-end-alone": [add_file(b"file"), command("textdelta-end", b"2:f1")],
+    "finish-replay": [command("finish-replay")], "abort": [command("abort-edit")],
+    "minus-one-target": [command("target-rev", 2 ** 64 - 1)],
+    "minus-one-entry": whole_file(b"file", (b"svn:entry:committed-rev", b"18446744073709551615")),
+    "odd-entry": whole_file(b"file", (b"svn:entry:committed-rev", b"x"), (b"svn:entry:uuid", b""),
+                            (b"svn:entry:last-author", b"\xff"), (b"svn:wc:ra_dav:version-url", b"\xff")),
+    "special": whole_file(b"file", (b"svn:special", b"*"), contents=b"link "),
+    "odd-properties": whole_file(b"file", (b"svn:mergeinfo", b"/x:9-1,*"), (b"svn:eol-style", b"x"),
+                                 (b"svn:keywords", b"%" * 300), (b"svn:mime-type", b"\xff")),
+    "open-changed": [command("open-file", text(b"honest"), b"2:d0", b"2:f1", 1), *whole_file(b"")[4:]],
     "text-twice": delta() + delta()[1:],
     "bad-delta": delta(b"SVN\0" + b"\xff" * 40),
     "bad-checksum": whole_file(b"file")[:-1] + [command("close-file", b"2:f1", words(text(b"0123456789abcdef" * 2)))],
@@ -148,7 +201,8 @@ class Client(socketserver.StreamRequestHandler):
     def converse(self):
         self.send(success(2, 2, words(), words(b"edit-pipeline", b"svndiff1", b"absent-entries", b"depth", b"mergeinfo",
                                                b"log-revprops", b"inherited-props", b"list")))
-        root, attack = re.match(rb"(svn://[^/]*/([^/]*))", self.item()[2]).groups()
+        root, attack = re.match(rb"(svn://[^/]*/?([^/]*))", self.item()[2]).groups()
+        root = ROOTS.get(attack.decode(), root)
         self.attack, _, self.time = attack.decode().partition("+")
         self.send(success(words(b"ANONYMOUS"), text(b"realm")))
         self.item()
@@ -181,28 +235,60 @@ class Client(socketserver.StreamRequestHandler):
     def entry(self):
         """Kind, size, whether there are properties, revision, date and author of what is attacked with."""
         kind = {"-dir": b"dir", "-odd": b"odd"}.get(self.attack[-4:], b"file")
-        number = {"negative": b"-5", "huge": b"9" * 30}.get(self.attack, b"1")
+        number = b"1" if self.time else NUMBERS.get(self.attack, b"1")
         date = b"yesterday" if self.attack == "bad-date" else DATE
-        return kind, number, b"false", number, words(text(date)), words(text(b"\xff\x01"))
+        return (kind, number, b"false", number, words(*([] if self.attack == "no-date" else [text(date)])),
+                words(*([] if self.attack == "no-author" else [text(b"\xff\x01")])))
 
     def answer_get_latest_rev(self, _):
-        self.answer(1)
+        self.answer(NUMBERS.get(self.attack, b"1") if self.time else 1)
+
+    answer_get_dated_rev = answer_get_deleted_rev = answer_get_latest_rev
 
     def answer_reparent(self, _):
         self.answer()
 
     def answer_check_path(self, parameters):
-        self.answer(b"file" if parameters[0].endswith(b"file") else b"dir")
+        kinds = {b"file": b"file", b"new": b"none"}
+        kind = kinds.get(parameters[0].rsplit(b"/", 1)[-1], b"dir")
+        self.answer({"kind-odd": b"odd", "kind-none": b"none"}.get(self.attack, kind) if self.time else kind)
 
     def answer_stat(self, parameters):
         kind = b"file" if parameters[0].endswith(b"file") else b"dir"
         self.answer(words(words(kind, *self.entry()[1:])))
 
+    def locks(self):
+        return words(text(b"/" + self.name()), text(b"token"), text(b"\xff"), words(), text(DATE), words())
+
     def answer_get_lock(self, _):
-        self.answer(words())
+        self.answer(words(self.locks()))
 
     def answer_get_locks(self, _):
-        self.answer(words(words(text(b"/" + self.name()), text(b"token"), text(b"\xff"), words(), text(DATE), words())))
+        self.answer(words(self.locks()))
+
+    def answer_lock_many(self, _):
+        self.many(words(b"success", self.locks()))
+
+    def answer_unlock_many(self, _):
+        self.many(words(b"success", words(text(self.name()))))
+
+    def answer_rev_prop(self, _):
+        self.answer(words(text(self.name())))
+
+    def answer_rev_proplist(self, _):
+        self.answer(properties_of((self.name(), b"\xff\x01")))
+
+    def answer_change_rev_prop(self, _):
+        self.answer()
+
+    answer_change_rev_prop2 = answer_change_rev_prop
+
+    def answer_commit(self, _):
+        self.send(success(words(), text(b"")), success())
+        while self.item()[0] not in (b"close-edit", b"abort-edit"):
+            pass
+        _, number, _, _, date, author = self.entry()
+        self.send(success(), success(words(), text(b"")), words(number, date, author, words(text(self.name()))))
 
     def answer_get_dir(self, parameters):
         # Only the root holds anything: what the attack names there ends a recursion.
@@ -216,14 +302,16 @@ class Client(socketserver.StreamRequestHandler):
                     for name in (b"/honest", (b"" if self.attack == "bare" else b"/") + self.name())))
 
     def answer_get_file(self, parameters):
-        self.answer(words(), 1, properties_of((self.name(), b"\xff\x01"), (b"svn:mergeinfo", self.name())))
+        self.answer(words(), 1, properties_of((self.name(), b"\xff\x01"), (b"svn:mergeinfo", self.name())) if self.attack != "honest" else words())
         if parameters[3] == b"true":
             self.send(text(b"hello"), text(b""), success())
 
     def answer_log(self, _):
         path = words(text(b"/" + self.name()), b"A", words(text(self.name()), 1))
         _, number, _, _, date, author = self.entry()
-        self.many(words(words(path, path), number, author, date, words(text(self.name()))))
+        entry = words(path, path), number, author, date, words(text(self.name()))
+        nested = {"nested": b"true false 0 ( ) ", "ended": b"false true 0 ( ) "}.get(self.attack, b"")
+        self.many(words(*entry, nested))
 
     def answer_get_locations(self, parameters):
         self.answer(before=[*(words(int(revision), text(b"/" + self.name())) for revision in parameters[2]), b"done"])
@@ -249,7 +337,7 @@ class Client(socketserver.StreamRequestHandler):
         self.send(success(words(), text(b"")))
         while self.item()[0] != b"finish-report":
             pass
-        drive = [] if self.attack in ANSWERS else DRIVES[self.attack]
+        drive = DRIVES.get(self.attack, [])
         self.send(success(words(), text(b"")), command("target-rev", 1), command("open-root", words(), b"2:d0"),
                   *entry_properties("change-dir-prop", b"2:d0"), *drive, command("close-dir", b"2:d0"),
                   command("close-edit"))
@@ -275,3 +363,24 @@ def running():
         threading.Thread(target=server.serve_forever, daemon=True).start()
         yield f"svn://127.0.0.1:{server.server_address[1]}"
         server.shutdown()
+
+
+@contextlib.contextmanager
+def waiting(attack):
+    """A server that never comes to the end of an answer, whose URL is given, until the end."""
+    with contextlib.ExitStack() as sockets:
+        listener = sockets.enter_context(socket.create_server(("127.0.0.1", 0), backlog=0))
+        address = listener.getsockname()
+
+        def answer():
+            with contextlib.suppress(OSError):  # the client has had enough
+                connection = sockets.enter_context(listener.accept()[0])
+                connection.sendall(b"( success ( 2 2 ( ) ( " if attack == "endless" else b"")
+                while attack == "endless":
+                    connection.sendall(b"word " * 1000)
+
+        if attack == "unconnected":
+            sockets.enter_context(socket.create_connection(address))  # all that it lets wait
+        else:
+            threading.Thread(target=answer, daemon=True).start()
+        yield f"svn://127.0.0.1:{address[1]}"

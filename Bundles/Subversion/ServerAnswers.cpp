@@ -1,0 +1,102 @@
+#include "ServerDrive.h"
+#include "StandIns.h"
+
+#ifdef HSVN_STANDS_IN_FRONT
+
+#include <svn_dirent_uri.h>
+#include <svn_props.h>
+#include <svn_ra.h>
+#include <svn_time.h>
+
+// Each of these ends the process, or never comes to an end, with what a server may answer.
+
+namespace {
+
+using namespace HSVNAdapter;
+
+svn_error_t* malformed(const char* what)
+{
+    return svn_error_createf(SVN_ERR_RA_SVN_MALFORMED_DATA, nullptr, "The server's answer is malformed: %s", what);
+}
+
+/// What is told of an unlocked path.
+struct Unlocking
+{
+    svn_ra_lock_callback_t receiver;
+    void* baton;
+};
+
+svn_error_t* receiveUnlocked(void* baton, const char* path, svn_boolean_t isLock, const svn_lock_t* lock,
+                             svn_error_t* error, apr_pool_t* pool)
+{
+    const auto& unlocking = *static_cast<Unlocking*>(baton);
+    if (!svn_relpath_is_canonical(path + (*path == '/' ? 1 : 0))) {
+        return malformed("it tells of a path that is none");
+    }
+    return unlocking.receiver(unlocking.baton, path, isLock, lock, error, pool);
+}
+
+} // namespace
+
+HSVN_STAND_IN svn_error_t* svn_ra_get_dir2(svn_ra_session_t* session, apr_hash_t** entries, svn_revnum_t* fetched,
+                                           apr_hash_t** properties, const char* path, svn_revnum_t revision,
+                                           apr_uint32_t fields, apr_pool_t* pool)
+{
+    SVN_ERR(HSVN_BEHIND(svn_ra_get_dir2)(session, entries, fetched, properties, path, revision, fields, pool));
+    if (entries == nullptr) {
+        return SVN_NO_ERROR;
+    }
+    for (auto* entry = apr_hash_first(pool, *entries); entry != nullptr; entry = apr_hash_next(entry)) {
+        SVN_ERR(requireChild("", static_cast<const char*>(apr_hash_this_key(entry))));
+    }
+    return SVN_NO_ERROR;
+}
+
+HSVN_STAND_IN svn_error_t* svn_ra_get_inherited_props(svn_ra_session_t* session, apr_array_header_t** inherited,
+                                                      const char* path, svn_revnum_t revision, apr_pool_t* resultPool,
+                                                      apr_pool_t* scratchPool)
+{
+    SVN_ERR(HSVN_BEHIND(svn_ra_get_inherited_props)(session, inherited, path, revision, resultPool, scratchPool));
+    for (int index = 0; index < (*inherited)->nelts; ++index) {
+        if (!svn_relpath_is_canonical(APR_ARRAY_IDX(*inherited, index, svn_prop_inherited_item_t*)->path_or_url)) {
+            return malformed("it tells of properties of a path that is none");
+        }
+    }
+    return SVN_NO_ERROR;
+}
+
+HSVN_STAND_IN svn_error_t* svn_ra_unlock(svn_ra_session_t* session, apr_hash_t* tokens, svn_boolean_t breaks,
+                                         svn_ra_lock_callback_t receiver, void* baton, apr_pool_t* pool)
+{
+    Unlocking unlocking{receiver, baton};
+    return HSVN_BEHIND(svn_ra_unlock)(session, tokens, breaks, receiver == nullptr ? nullptr : receiveUnlocked,
+                                      &unlocking, pool);
+}
+
+// An item without a date.
+HSVN_STAND_IN svn_error_t* svn_time_from_cstring(apr_time_t* when, const char* text, apr_pool_t* pool)
+{
+    return text == nullptr ? malformed("an item has no date") : HSVN_BEHIND(svn_time_from_cstring)(when, text, pool);
+}
+
+// A root of the repository that is no URL. The one put in its place holds no item.
+HSVN_STAND_IN const char* svn_uri_canonicalize(const char* uri, apr_pool_t* pool)
+{
+    return svn_path_is_url(uri) ? HSVN_BEHIND(svn_uri_canonicalize)(uri, pool) : "svn://malformed.invalid";
+}
+
+// Paths that merges are told of, relative to the session's: one that is not canonical is below none.
+HSVN_STAND_IN const char* svn_relpath_skip_ancestor(const char* parent, const char* child)
+{
+    return svn_relpath_is_canonical(child) ? HSVN_BEHIND(svn_relpath_skip_ancestor)(parent, child) : nullptr;
+}
+
+// What is told of a path below none.
+HSVN_STAND_IN void apr_hash_set(apr_hash_t* hash, const void* key, apr_ssize_t length, const void* value)
+{
+    if (key != nullptr) {
+        HSVN_BEHIND(apr_hash_set)(hash, key, length, value);
+    }
+}
+
+#endif
