@@ -34,6 +34,29 @@ struct Operation
     std::function<void(const std::string& target)> run;
 };
 
+template <class Options>
+Options ofDepth(HSVNDepth depth)
+{
+    Options options;
+    options.depth = depth;
+    return options;
+}
+
+/// A row of the tables below: what is done with `target`.
+#define OPERATION(name, use, ...)                                                                                      \
+    {                                                                                                                  \
+        name, Use::use, [=, this](const auto& target) { __VA_ARGS__; }                                                 \
+    }
+/// Rows of the tables of what is done with `depth`, and of what is done at all.
+#define WITH_DEPTH(name, ...)                                                                                          \
+    {                                                                                                                  \
+        name, [&](auto depth) { __VA_ARGS__; }                                                                         \
+    }
+#define CALL(name, ...)                                                                                                \
+    {                                                                                                                  \
+        name, [&] { __VA_ARGS__; }                                                                                     \
+    }
+
 class HostileArguments : public WorkingCopyTest
 {
   protected:
@@ -92,151 +115,83 @@ std::vector<Operation> HostileArguments::newerOperations()
     HSVNLogReadingOptions logOptions;
     logOptions.ranges = {{head, head}};
     return {
-        {"add", Use::Changes, [=, this](const auto& target) { HSVNAddItem(target, {}, client); }},
-        {"add -f", Use::Changes, [=, this](const auto& target) { HSVNAddItem(target, {.force = true}, client); }},
-        {"revert", Use::Changes, [=, this](const auto& target) { HSVNRevertItems({target}, {}, client); }},
-        {"resolve", Use::Changes,
-         [=, this](const auto& target) {
-             HSVNResolveItem(target, HSVNDepthInfinity, HSVNConflictChoiceMerged, client);
-         }},
-        {"find conflicts", Use::Reads,
-         [=, this](const auto& target) { HSVNFindConflicts(target, HSVNDepthInfinity, ignore, client); }},
-        {"propset", Use::Changes,
-         [=, this](const auto& target) { HSVNChangeProperty("color", "red", {target}, {}, client); }},
-        {"revpropset", Use::Reads,
-         [=, this](const auto& target) { HSVNChangeRevisionProperty("color", "red", target, head, false, client); }},
-        {"lock", Use::Changes, [=, this](const auto& target) { HSVNLockItems({target}, "", false, client); }},
-        {"unlock", Use::Changes, [=, this](const auto& target) { HSVNUnlockItems({target}, true, client); }},
-        {"vacuum", Use::Reads, [=, this](const auto& target) { HSVNVacuumFolder(target, {}, client); }},
-        {"cleanup", Use::Reads, [=, this](const auto& target) { HSVNCleanUpFolder(target, {}, client); }},
-        {"upgrade", Use::Reads, [=, this](const auto& target) { HSVNUpgradeFolder(target, client); }},
-        {"relocate", Use::Changes,
-         [=, this](const auto& target) {
-             HSVNRelocateFolder(target, repository.url(), repository.url("trunk"), false, client);
-         }},
-        {"relocate from", Use::Reads,
-         [=, this](const auto& target) { HSVNRelocateFolder(root, target, repository.url(), false, client); }},
-        {"relocate to", Use::Reads,
-         [=, this](const auto& target) { HSVNRelocateFolder(root, repository.url(), target, false, client); }},
-        {"changelist", Use::Changes,
-         [=, this](const auto& target) { HSVNChangeChangelist("list", {target}, HSVNDepthInfinity, {}, client); }},
-        {"no changelist", Use::Changes,
-         [=, this](const auto& target) {
-             HSVNChangeChangelist(std::nullopt, {target}, HSVNDepthInfinity, {}, client);
-         }},
-        {"commit", Use::Changes, [=, this](const auto& target) { HSVNCommitItems({target}, {}, {}, client); }},
-        {"import", Use::Changes,
-         [=, this](const auto& target) { HSVNImportItem(target, repository.url("new"), {}, {}, client); }},
-        {"import to", Use::Reads,
-         [=, this](const auto& target) { HSVNImportItem(item("dir"), target, {}, {}, client); }},
-        {"mkdir", Use::Changes, [=, this](const auto& target) { HSVNMakeFolders({target}, false, {}, client); }},
-        {"mkdir -p", Use::Changes, [=, this](const auto& target) { HSVNMakeFolders({target}, true, {}, client); }},
-        {"delete", Use::Changes, [=, this](const auto& target) { HSVNDeleteItems({target}, {}, {}, client); }},
-        {"delete -f", Use::Changes,
-         [=, this](const auto& target) { HSVNDeleteItems({target}, {.force = true}, {}, client); }},
-        {"copy", Use::Changes,
-         [=, this](const auto& target) {
-             HSVNCopyItems({{target, spec}}, item("new"), {}, {}, client);
-         }},
-        {"copy to", Use::Changes,
-         [=, this](const auto& target) {
-             HSVNCopyItems({{item("a.txt"), spec}}, target, {}, {}, client);
-         }},
-        {"copy -p to", Use::Changes,
-         [=, this](const auto& target) {
-             HSVNCopyItems({{item("a.txt"), spec}}, target, {.asChild = true, .makeParents = true}, {}, client);
-         }},
-        {"copy at URLs", Use::Reads,
-         [=, this](const auto& target) {
-             HSVNCopyItems({{repository.url(), HSVNRevisionSpec::HEAD()}}, target, {}, {}, client);
-         }},
-        {"move", Use::Changes, [=, this](const auto& target) { HSVNMoveItems({target}, item("new"), {}, {}, client); }},
-        {"move to", Use::Changes,
-         [=, this](const auto& target) { HSVNMoveItems({item("a.txt")}, target, {}, {}, client); }},
-        {"move at URLs", Use::Reads,
-         [=, this](const auto& target) { HSVNMoveItems({repository.url("trunk")}, target, {}, {}, client); }},
-        {"update", Use::Changes, [=, this](const auto& target) { HSVNUpdateItems({target}, head, {}, client); }},
-        {"update -p", Use::Changes,
-         [=, this](const auto& target) { HSVNUpdateItems({target}, head, {.makeParents = true}, client); }},
-        {"checkout", Use::Reads,
-         [=, this](const auto& target) {
-             HSVNCheckOutItem(target, repository.beside("new"), spec, {.depth = HSVNDepthInfinity}, client);
-         }},
-        {"checkout into", Use::Changes,
-         [=, this](const auto& target) {
-             HSVNCheckOutItem(repository.url(), target, HSVNRevisionSpec::HEAD(), {.depth = HSVNDepthInfinity}, client);
-         }},
-        {"switch", Use::Changes,
-         [=, this](const auto& target) { HSVNSwitchItem(target, repository.url(), spec, {}, client); }},
-        {"switch to", Use::Reads, [=, this](const auto& target) { HSVNSwitchItem(root, target, spec, {}, client); }},
-        {"export", Use::Reads,
-         [=, this](const auto& target) { HSVNExportItem(target, repository.beside("new"), spec, {}, client); }},
-        {"export into", Use::Changes,
-         [=, this](const auto& target) { HSVNExportItem(root, target, spec, {.overwrite = true}, client); }},
-        {"merge trees", Use::Reads,
-         [=, this](const auto& target) {
-             HSVNMergeTrees({target, head}, {target, head}, root, {}, client);
-         }},
-        {"merge into", Use::Changes,
-         [=, this](const auto& target) {
-             HSVNMergeTrees({repository.url(), head}, {repository.url(), head}, target, {}, client);
-         }},
-        {"merge changes", Use::Reads,
-         [=, this](const auto& target) { HSVNMergeChanges(target, head, std::nullopt, root, {}, client); }},
-        {"merge changes into", Use::Changes,
-         [=, this](const auto& target) { HSVNMergeChanges(repository.url(), head, std::nullopt, target, {}, client); }},
-        {"reintegrate", Use::Reads, [=, this](const auto& target) { HSVNReintegrate(target, head, root, {}, client); }},
-        {"reintegrate into", Use::Changes,
-         [=, this](const auto& target) { HSVNReintegrate(repository.url(), head, target, {}, client); }},
-        {"diff", Use::Reads,
-         [=, this](const auto& target) {
-             HSVNCompareItems({target, head}, {target, head}, {}, {ignore, ignore}, client);
-         }},
-        {"diff of revisions", Use::Reads,
-         [=, this](const auto& target) {
-             HSVNCompareRevisions(target, head, {head, head}, {}, {ignore, ignore}, client);
-         }},
-        {"diff summary", Use::Reads,
-         [=, this](const auto& target) {
-             HSVNSummarizeItems({target, head}, {target, head}, {}, ignore, client);
-         }},
-        {"diff summary of revisions", Use::Reads,
-         [=, this](const auto& target) {
-             HSVNSummarizeRevisions(target, head, {head, head}, {}, ignore, client);
-         }},
-        {"blame", Use::Reads,
-         [=, this](const auto& target) {
-             HSVNReadBlame(target, head, {head, head}, {}, ignore, client);
-         }},
-        {"cat", Use::Reads, [=, this](const auto& target) { HSVNReadContents(target, spec, true, ignore, client); }},
-        {"info", Use::Reads, [=, this](const auto& target) { HSVNReadItemInfo(target, spec, {}, ignore, client); }},
-        {"status", Use::Reads, [=, this](const auto& target) { HSVNScanItemStatus(target, head, {}, ignore, client); }},
-        {"list", Use::Reads, [=, this](const auto& target) { HSVNListItems(target, spec, {}, ignore, client); }},
-        {"log", Use::Reads, [=, this](const auto& target) { HSVNReadLog({target}, head, logOptions, ignore, client); }},
-        {"log below", Use::Reads,
-         [=, this](const auto& target) {
-             HSVNReadLog({repository.url(), target}, head, logOptions, ignore, client);
-         }},
-        {"log beside", Use::Reads,
-         [=, this](const auto& target) {
-             HSVNReadLog({root, target}, head, logOptions, ignore, client);
-         }},
-        {"proplist", Use::Reads,
-         [=, this](const auto& target) { HSVNReadProperties(target, spec, {}, ignore, client); }},
-        {"propget", Use::Reads, [=, this](const auto& target) { HSVNReadProperty("color", target, spec, {}, client); }},
-        {"revproplist", Use::Reads,
-         [=, this](const auto& target) { HSVNReadRevisionProperties(target, head, nullptr, client); }},
-        {"revpropget", Use::Reads,
-         [=, this](const auto& target) { HSVNReadRevisionProperty("color", target, head, nullptr, client); }},
-        {"URL of", Use::Reads, [=, this](const auto& target) { HSVNArguments::URLOfTarget(target, client); }},
-        {"peg of", Use::Parses, [=, this](const auto& target) { HSVNArguments::parse(target, client); }},
-        {"targets", Use::Parses, [=, this](const auto& target) { HSVNArguments::canonicalTargets({target}, client); }},
-        {"conflict", Use::Reads,
-         [=, this](const auto& target) {
-             HSVNConflictedItem{target, client};
-         }},
-        {"compare files", Use::Reads,
-         [=, this](const auto& target) { HSVNCompareFiles(target, target, "", "", ignore, client); }},
+        OPERATION("add", Changes, HSVNAddItem(target, {}, client)),
+        OPERATION("add -f", Changes, HSVNAddItem(target, {.force = true}, client)),
+        OPERATION("revert", Changes, HSVNRevertItems({target}, {}, client)),
+        OPERATION("resolve", Changes, HSVNResolveItem(target, HSVNDepthInfinity, HSVNConflictChoiceMerged, client)),
+        OPERATION("find conflicts", Reads, HSVNFindConflicts(target, HSVNDepthInfinity, ignore, client)),
+        OPERATION("propset", Changes, HSVNChangeProperty("color", "red", {target}, {}, client)),
+        OPERATION("revpropset", Reads, HSVNChangeRevisionProperty("color", "red", target, head, false, client)),
+        OPERATION("lock", Changes, HSVNLockItems({target}, "", false, client)),
+        OPERATION("unlock", Changes, HSVNUnlockItems({target}, true, client)),
+        OPERATION("vacuum", Reads, HSVNVacuumFolder(target, {}, client)),
+        OPERATION("cleanup", Reads, HSVNCleanUpFolder(target, {}, client)),
+        OPERATION("upgrade", Reads, HSVNUpgradeFolder(target, client)),
+        OPERATION("relocate", Changes,
+                  HSVNRelocateFolder(target, repository.url(), repository.url("trunk"), false, client)),
+        OPERATION("relocate from", Reads, HSVNRelocateFolder(root, target, repository.url(), false, client)),
+        OPERATION("relocate to", Reads, HSVNRelocateFolder(root, repository.url(), target, false, client)),
+        OPERATION("changelist", Changes, HSVNChangeChangelist("list", {target}, HSVNDepthInfinity, {}, client)),
+        OPERATION("no changelist", Changes,
+                  HSVNChangeChangelist(std::nullopt, {target}, HSVNDepthInfinity, {}, client)),
+        OPERATION("commit", Changes, HSVNCommitItems({target}, {}, {}, client)),
+        OPERATION("import", Changes, HSVNImportItem(target, repository.url("new"), {}, {}, client)),
+        OPERATION("import to", Reads, HSVNImportItem(item("dir"), target, {}, {}, client)),
+        OPERATION("mkdir", Changes, HSVNMakeFolders({target}, false, {}, client)),
+        OPERATION("mkdir -p", Changes, HSVNMakeFolders({target}, true, {}, client)),
+        OPERATION("delete", Changes, HSVNDeleteItems({target}, {}, {}, client)),
+        OPERATION("delete -f", Changes, HSVNDeleteItems({target}, {.force = true}, {}, client)),
+        OPERATION("copy", Changes, HSVNCopyItems({{target, spec}}, item("new"), {}, {}, client)),
+        OPERATION("copy to", Changes, HSVNCopyItems({{item("a.txt"), spec}}, target, {}, {}, client)),
+        OPERATION("copy -p to", Changes,
+                  HSVNCopyItems({{item("a.txt"), spec}}, target, {.asChild = true, .makeParents = true}, {}, client)),
+        OPERATION("copy at URLs", Reads,
+                  HSVNCopyItems({{repository.url(), HSVNRevisionSpec::HEAD()}}, target, {}, {}, client)),
+        OPERATION("move", Changes, HSVNMoveItems({target}, item("new"), {}, {}, client)),
+        OPERATION("move to", Changes, HSVNMoveItems({item("a.txt")}, target, {}, {}, client)),
+        OPERATION("move at URLs", Reads, HSVNMoveItems({repository.url("trunk")}, target, {}, {}, client)),
+        OPERATION("update", Changes, HSVNUpdateItems({target}, head, {}, client)),
+        OPERATION("update -p", Changes, HSVNUpdateItems({target}, head, {.makeParents = true}, client)),
+        OPERATION("checkout", Reads,
+                  HSVNCheckOutItem(target, repository.beside("new"), spec, {.depth = HSVNDepthInfinity}, client)),
+        OPERATION(
+            "checkout into", Changes,
+            HSVNCheckOutItem(repository.url(), target, HSVNRevisionSpec::HEAD(), {.depth = HSVNDepthInfinity}, client)),
+        OPERATION("switch", Changes, HSVNSwitchItem(target, repository.url(), spec, {}, client)),
+        OPERATION("switch to", Reads, HSVNSwitchItem(root, target, spec, {}, client)),
+        OPERATION("export", Reads, HSVNExportItem(target, repository.beside("new"), spec, {}, client)),
+        OPERATION("export into", Changes, HSVNExportItem(root, target, spec, {.overwrite = true}, client)),
+        OPERATION("merge trees", Reads, HSVNMergeTrees({target, head}, {target, head}, root, {}, client)),
+        OPERATION("merge into", Changes,
+                  HSVNMergeTrees({repository.url(), head}, {repository.url(), head}, target, {}, client)),
+        OPERATION("merge changes", Reads, HSVNMergeChanges(target, head, std::nullopt, root, {}, client)),
+        OPERATION("merge changes into", Changes,
+                  HSVNMergeChanges(repository.url(), head, std::nullopt, target, {}, client)),
+        OPERATION("reintegrate", Reads, HSVNReintegrate(target, head, root, {}, client)),
+        OPERATION("reintegrate into", Changes, HSVNReintegrate(repository.url(), head, target, {}, client)),
+        OPERATION("diff", Reads, HSVNCompareItems({target, head}, {target, head}, {}, {ignore, ignore}, client)),
+        OPERATION("diff of revisions", Reads,
+                  HSVNCompareRevisions(target, head, {head, head}, {}, {ignore, ignore}, client)),
+        OPERATION("diff summary", Reads, HSVNSummarizeItems({target, head}, {target, head}, {}, ignore, client)),
+        OPERATION("diff summary of revisions", Reads,
+                  HSVNSummarizeRevisions(target, head, {head, head}, {}, ignore, client)),
+        OPERATION("blame", Reads, HSVNReadBlame(target, head, {head, head}, {}, ignore, client)),
+        OPERATION("cat", Reads, HSVNReadContents(target, spec, true, ignore, client)),
+        OPERATION("info", Reads, HSVNReadItemInfo(target, spec, {}, ignore, client)),
+        OPERATION("status", Reads, HSVNScanItemStatus(target, head, {}, ignore, client)),
+        OPERATION("list", Reads, HSVNListItems(target, spec, {}, ignore, client)),
+        OPERATION("log", Reads, HSVNReadLog({target}, head, logOptions, ignore, client)),
+        OPERATION("log below", Reads, HSVNReadLog({repository.url(), target}, head, logOptions, ignore, client)),
+        OPERATION("log beside", Reads, HSVNReadLog({root, target}, head, logOptions, ignore, client)),
+        OPERATION("proplist", Reads, HSVNReadProperties(target, spec, {}, ignore, client)),
+        OPERATION("propget", Reads, HSVNReadProperty("color", target, spec, {}, client)),
+        OPERATION("revproplist", Reads, HSVNReadRevisionProperties(target, head, nullptr, client)),
+        OPERATION("revpropget", Reads, HSVNReadRevisionProperty("color", target, head, nullptr, client)),
+        OPERATION("URL of", Reads, HSVNArguments::URLOfTarget(target, client)),
+        OPERATION("peg of", Parses, HSVNArguments::parse(target, client)),
+        OPERATION("targets", Parses, HSVNArguments::canonicalTargets({target}, client)),
+        OPERATION("conflict", Reads, HSVNConflictedItem{target, client}),
+        OPERATION("compare files", Reads, HSVNCompareFiles(target, target, "", "", ignore, client)),
     };
 }
 
@@ -251,117 +206,67 @@ std::vector<Operation> HostileArguments::classOperations()
     const auto into = at("new");
     const auto urlOf = [](const std::string& text) { return HSVNURL::URLWithString(text); };
     return {
-        {"-add", Use::Changes, [=, this](const auto& target) { Node::add(pathOf(target), client); }},
-        {"-revert", Use::Changes,
-         [=, this](const auto& target) { Node::revertNodes({pathOf(target)}, HSVNRevertOptions::defaults(), client); }},
-        {"-resolve", Use::Changes,
-         [=, this](const auto& target) {
-             Node::resolveNodeAtPath(pathOf(target), HSVNResolveOptions::defaults(), client);
-         }},
-        {"-update", Use::Changes,
-         [=, this](const auto& target) {
-             Node::updateNodes({pathOf(target)}, head, HSVNUpdateOptions::defaults(), client);
-         }},
-        {"-commit", Use::Changes,
-         [=, this](const auto& target) {
-             Node::commitChangesToNodes({pathOf(target)}, HSVNCommitOptions::defaults(), client);
-         }},
-        {"-checkout", Use::Reads,
-         [=, this](const auto& target) {
-             Directory::checkoutDirectoryAtURL(urlOf(target), outside("new"), HSVNCheckOutOptions::defaults(), client);
-         }},
-        {"-checkout into", Use::Changes,
-         [=, this](const auto& target) {
-             Directory::checkoutDirectoryAtURL(url("trunk"), pathOf(target), HSVNCheckOutOptions::defaults(), client);
-         }},
-        {"-propset", Use::Changes,
-         [=, this](const auto& target) { Node::setProperty("color", "red", pathOf(target), client); }},
-        {"-import", Use::Changes,
-         [=, this](const auto& target) {
-             Node::importNodeAtPath(pathOf(target), url("new"), HSVNImportOptions::defaults(), client);
-         }},
-        {"-import to", Use::Reads,
-         [=, this](const auto& target) {
-             Node::importNodeAtPath(at("dir"), urlOf(target), HSVNImportOptions::defaults(), client);
-         }},
-        {"-export", Use::Reads,
-         [=, this](const auto& target) {
-             Node::exportNodeAtPath(pathOf(target), outside("new"), HSVNExportOptions::defaults(), client);
-         }},
-        {"-export into", Use::Changes,
-         [=, this](const auto& target) {
-             Node::exportNodeAtPath(at(""), pathOf(target), HSVNExportOptions::defaults(), client);
-         }},
-        {"-merge", Use::Reads,
-         [=, this](const auto& target) {
-             Node::mergeNodeAtPath(pathOf(target), head, pathOf(target), head, at(""), HSVNMergeOptions::defaults(),
-                                   client);
-         }},
-        {"-merge into", Use::Changes,
-         [=, this](const auto& target) {
-             Node::mergeNodeAtPath(url("trunk"), head, url("trunk"), head, pathOf(target), HSVNMergeOptions::defaults(),
-                                   client);
-         }},
-        {"-delete", Use::Changes,
-         [=, this](const auto& target) { Node::deleteNodes({pathOf(target)}, HSVNDeleteOptions::defaults(), client); }},
-        {"-delete -f", Use::Changes,
-         [=, this](const auto& target) { Node::deleteNodes({pathOf(target)}, byForce, client); }},
-        {"-delete second", Use::Changes,
-         [=, this](const auto& target) {
-             Node::deleteWorkingCopyNodesAtPaths({at("a.txt"), pathOf(target)}, byForce, client);
-         }},
-        {"-delete for overwriting", Use::Changes,
-         [=, this](const auto& target) { Node::deleteNodeAtPath(pathOf(target), at("a.txt"), client); }},
-        {"-move", Use::Changes,
-         [=, this](const auto& target) { Node::moveNodeAtPath(pathOf(target), into, moving, client); }},
-        {"-move out", Use::Changes,
-         [=, this](const auto& target) { Node::moveNodeAtPath(pathOf(target), outside("new"), moving, client); }},
-        {"-move to", Use::Changes,
-         [=, this](const auto& target) { Node::moveNodeAtPath(at("a.txt"), pathOf(target), moving, client); }},
-        {"-copy", Use::Changes,
-         [=, this](const auto& target) { Node::copyNodeAtPath(pathOf(target), into, copying, client); }},
-        {"-copy out", Use::Changes,
-         [=, this](const auto& target) { Node::copyNodeAtPath(pathOf(target), outside("new"), copying, client); }},
-        {"-copy to", Use::Changes,
-         [=, this](const auto& target) { Node::copyNodeAtPath(at("a.txt"), pathOf(target), copying, client); }},
-        {"-move batch", Use::Changes,
-         [=, this](const auto& target) {
-             Node::moveNodes({pathOf(target)}, {into}, false, moving, nullptr, nullptr, client);
-         }},
-        {"-copy batch to", Use::Changes,
-         [=, this](const auto& target) {
-             Node::moveNodes({at("a.txt")}, {pathOf(target)}, true, copying, nullptr, nullptr, client);
-         }},
-        {"-lock", Use::Changes,
-         [=, this](const auto& target) { Node::lockNodes({pathOf(target)}, "", HSVNLockOptions::defaults(), client); }},
-        {"-unlock", Use::Changes,
-         [=, this](const auto& target) { Node::unlockNodes({pathOf(target)}, HSVNUnlockOptions::defaults(), client); }},
-        {"-mkdir", Use::Changes,
-         [=, this](const auto& target) { Directory::createDirectoryAtPath(pathOf(target), client); }},
-        {"-propget", Use::Reads,
-         [=, this](const auto& target) { Node::propertyWithName("color", pathOf(target), spec, client); }},
-        {"-proplist", Use::Reads,
-         [=, this](const auto& target) { Node::propertiesForNodeAtPath(pathOf(target), spec, client); }},
-        {"-kind", Use::Reads, [=, this](const auto& target) { Node::kindOfNodeAtPath(pathOf(target), spec, client); }},
-        {"-URL", Use::Reads, [=, this](const auto& target) { Node::URLForNodeAtPath(pathOf(target), client); }},
-        {"-node", Use::Reads, [=, this](const auto& target) { Node::nodeAtPath(pathOf(target), spec, client); }},
-        {"-log", Use::Reads,
-         [=, this](const auto& target) {
-             Node::readLogForNodeAtPath(pathOf(target), nullptr, HSVNLogOptions::defaults(), client);
-         }},
-        {"-directory", Use::Reads,
-         [=, this](const auto& target) { Directory::directoryAtPath(pathOf(target), spec, client); }},
+        OPERATION("-add", Changes, Node::add(pathOf(target), client)),
+        OPERATION("-revert", Changes, Node::revertNodes({pathOf(target)}, HSVNRevertOptions::defaults(), client)),
+        OPERATION("-resolve", Changes, Node::resolveNodeAtPath(pathOf(target), HSVNResolveOptions::defaults(), client)),
+        OPERATION("-update", Changes, Node::updateNodes({pathOf(target)}, head, HSVNUpdateOptions::defaults(), client)),
+        OPERATION("-commit", Changes,
+                  Node::commitChangesToNodes({pathOf(target)}, HSVNCommitOptions::defaults(), client)),
+        OPERATION(
+            "-checkout", Reads,
+            Directory::checkoutDirectoryAtURL(urlOf(target), outside("new"), HSVNCheckOutOptions::defaults(), client)),
+        OPERATION(
+            "-checkout into", Changes,
+            Directory::checkoutDirectoryAtURL(url("trunk"), pathOf(target), HSVNCheckOutOptions::defaults(), client)),
+        OPERATION("-propset", Changes, Node::setProperty("color", "red", pathOf(target), client)),
+        OPERATION("-import", Changes,
+                  Node::importNodeAtPath(pathOf(target), url("new"), HSVNImportOptions::defaults(), client)),
+        OPERATION("-import to", Reads,
+                  Node::importNodeAtPath(at("dir"), urlOf(target), HSVNImportOptions::defaults(), client)),
+        OPERATION("-export", Reads,
+                  Node::exportNodeAtPath(pathOf(target), outside("new"), HSVNExportOptions::defaults(), client)),
+        OPERATION("-export into", Changes,
+                  Node::exportNodeAtPath(at(""), pathOf(target), HSVNExportOptions::defaults(), client)),
+        OPERATION("-merge", Reads,
+                  Node::mergeNodeAtPath(pathOf(target), head, pathOf(target), head, at(""),
+                                        HSVNMergeOptions::defaults(), client)),
+        OPERATION("-merge into", Changes,
+                  Node::mergeNodeAtPath(url("trunk"), head, url("trunk"), head, pathOf(target),
+                                        HSVNMergeOptions::defaults(), client)),
+        OPERATION("-delete", Changes, Node::deleteNodes({pathOf(target)}, HSVNDeleteOptions::defaults(), client)),
+        OPERATION("-delete -f", Changes, Node::deleteNodes({pathOf(target)}, byForce, client)),
+        OPERATION("-delete second", Changes,
+                  Node::deleteWorkingCopyNodesAtPaths({at("a.txt"), pathOf(target)}, byForce, client)),
+        OPERATION("-delete for overwriting", Changes, Node::deleteNodeAtPath(pathOf(target), at("a.txt"), client)),
+        OPERATION("-move", Changes, Node::moveNodeAtPath(pathOf(target), into, moving, client)),
+        OPERATION("-move out", Changes, Node::moveNodeAtPath(pathOf(target), outside("new"), moving, client)),
+        OPERATION("-move to", Changes, Node::moveNodeAtPath(at("a.txt"), pathOf(target), moving, client)),
+        OPERATION("-copy", Changes, Node::copyNodeAtPath(pathOf(target), into, copying, client)),
+        OPERATION("-copy out", Changes, Node::copyNodeAtPath(pathOf(target), outside("new"), copying, client)),
+        OPERATION("-copy to", Changes, Node::copyNodeAtPath(at("a.txt"), pathOf(target), copying, client)),
+        OPERATION("-move batch", Changes,
+                  Node::moveNodes({pathOf(target)}, {into}, false, moving, nullptr, nullptr, client)),
+        OPERATION("-copy batch to", Changes,
+                  Node::moveNodes({at("a.txt")}, {pathOf(target)}, true, copying, nullptr, nullptr, client)),
+        OPERATION("-lock", Changes, Node::lockNodes({pathOf(target)}, "", HSVNLockOptions::defaults(), client)),
+        OPERATION("-unlock", Changes, Node::unlockNodes({pathOf(target)}, HSVNUnlockOptions::defaults(), client)),
+        OPERATION("-mkdir", Changes, Directory::createDirectoryAtPath(pathOf(target), client)),
+        OPERATION("-propget", Reads, Node::propertyWithName("color", pathOf(target), spec, client)),
+        OPERATION("-proplist", Reads, Node::propertiesForNodeAtPath(pathOf(target), spec, client)),
+        OPERATION("-kind", Reads, Node::kindOfNodeAtPath(pathOf(target), spec, client)),
+        OPERATION("-URL", Reads, Node::URLForNodeAtPath(pathOf(target), client)),
+        OPERATION("-node", Reads, Node::nodeAtPath(pathOf(target), spec, client)),
+        OPERATION("-log", Reads,
+                  Node::readLogForNodeAtPath(pathOf(target), nullptr, HSVNLogOptions::defaults(), client)),
+        OPERATION("-directory", Reads, Directory::directoryAtPath(pathOf(target), spec, client)),
         {"-children", Use::Reads,
          [=, this](const auto& target) {
              std::vector<HSVNNodeRef> children;
              Directory::directoryAtPath(pathOf(target), spec, &children, client);
          }},
-        {"-status", Use::Reads,
-         [=, this](const auto& target) {
-             Directory::statusForNodesInDirectoryAtPath(pathOf(target), HSVNStatusOptions::defaults(), client);
-         }},
-        {"-cleanup", Use::Reads,
-         [=, this](const auto& target) { Directory::cleanUpWorkingCopyAtPath(pathOf(target), client); }},
+        OPERATION("-status", Reads,
+                  Directory::statusForNodesInDirectoryAtPath(pathOf(target), HSVNStatusOptions::defaults(), client)),
+        OPERATION("-cleanup", Reads, Directory::cleanUpWorkingCopyAtPath(pathOf(target), client)),
     };
 }
 
@@ -471,82 +376,41 @@ TEST_P(HostileArguments, DepthsThatAreNoneAreRefused)
     const auto setDepth = [](HSVNDepth depth) { return [depth](auto& options) { options.setDepth(depth); }; };
     using Call = std::function<void(HSVNDepth)>;
     const std::vector<std::pair<const char*, Call>> calls{
-        {"add", [&](auto depth) { HSVNAddItem(item("dir"), {.depth = depth, .force = true}, client); }},
-        {"revert", [&](auto depth) { HSVNRevertItems({item("dir")}, {.depth = depth, .changelists = {}}, client); }},
-        {"resolve", [&](auto depth) { HSVNResolveItem(root, depth, HSVNConflictChoiceMerged, client); }},
-        {"conflicts", [&](auto depth) { HSVNFindConflicts(root, depth, ignore, client); }},
-        {"propset",
-         [&](auto depth) { HSVNChangeProperty("c", "x", {root}, {.depth = depth, .changelists = {}}, client); }},
-        {"changelist", [&](auto depth) { HSVNChangeChangelist("x", {root}, depth, {}, client); }},
-        {"no changelist", [&](auto depth) { HSVNChangeChangelist(std::nullopt, {root}, depth, {}, client); }},
-        {"commit", [&](auto depth) { HSVNCommitItems({root}, {.depth = depth, .changelists = {}}, {}, client); }},
-        {"import",
-         [&](auto depth) { HSVNImportItem(item("dir"), repository.url("new"), {.depth = depth}, {}, client); }},
-        {"update", [&](auto depth) { HSVNUpdateItems({root}, head, {.depth = depth}, client); }},
-        {"checkout",
-         [&](auto depth) {
-             HSVNCheckOutItem(repository.url(), repository.beside("new"), spec, {.depth = depth}, client);
-         }},
-        {"switch", [&](auto depth) { HSVNSwitchItem(root, repository.url("trunk"), spec, {.depth = depth}, client); }},
-        {"export",
-         [&](auto depth) {
-             HSVNExportItem(repository.url(), repository.beside("new"), spec, {.depth = depth}, client);
-         }},
-        {"merge",
-         [&](auto depth) {
-             HSVNMergeTrees({repository.url("trunk"), number}, {repository.url("trunk"), head}, root, {.depth = depth},
-                            client);
-         }},
-        {"diff",
-         [&](auto depth) {
-             HSVNComparisonOptions options;
-             options.depth = depth;
-             HSVNSummarizeItems({root, HSVNRevision::BASE()}, {root, HSVNRevision::WORKING()}, options, ignore, client);
-         }},
-        {"status",
-         [&](auto depth) {
-             HSVNItemStatusOptions options;
-             options.depth = depth;
-             HSVNScanItemStatus(root, head, options, ignore, client);
-         }},
-        {"info",
-         [&](auto depth) {
-             HSVNItemInfoOptions options;
-             options.depth = depth;
-             HSVNReadItemInfo(root, spec, options, ignore, client);
-         }},
-        {"list",
-         [&](auto depth) {
-             HSVNListingOptions options;
-             options.depth = depth;
-             HSVNListItems(root, spec, options, ignore, client);
-         }},
-        {"proplist",
-         [&](auto depth) {
-             HSVNPropertyReadingOptions options;
-             options.depth = depth;
-             HSVNReadProperties(root, spec, options, ignore, client);
-         }},
-        {"class update",
-         [&](auto depth) { HSVNNode::updateNodes({at("")}, head, with<HSVNUpdateOptions>(setDepth(depth)), client); }},
-        {"class commit",
-         [&](auto depth) {
-             HSVNNode::commitChangesToNodes({at("")}, with<HSVNCommitOptions>(setDepth(depth)), client);
-         }},
-        {"class checkout",
-         [&](auto depth) {
-             HSVNDirectory::checkoutDirectoryAtURL(url("trunk"), outside("new"),
-                                                   with<HSVNCheckOutOptions>(setDepth(depth)), client);
-         }},
-        {"class export",
-         [&](auto depth) {
-             HSVNNode::exportNodeAtPath(url("trunk"), outside("new"), with<HSVNExportOptions>(setDepth(depth)), client);
-         }},
-        {"class merge",
-         [&](auto depth) {
-             HSVNNode::mergeNodeAtPath(url("trunk"), number, url("trunk"), head, at(""),
-                                       with<HSVNMergeOptions>(setDepth(depth)), client);
-         }},
+        WITH_DEPTH("add", HSVNAddItem(item("dir"), {.depth = depth, .force = true}, client)),
+        WITH_DEPTH("revert", HSVNRevertItems({item("dir")}, {.depth = depth, .changelists = {}}, client)),
+        WITH_DEPTH("resolve", HSVNResolveItem(root, depth, HSVNConflictChoiceMerged, client)),
+        WITH_DEPTH("conflicts", HSVNFindConflicts(root, depth, ignore, client)),
+        WITH_DEPTH("propset", HSVNChangeProperty("c", "x", {root}, {.depth = depth, .changelists = {}}, client)),
+        WITH_DEPTH("changelist", HSVNChangeChangelist("x", {root}, depth, {}, client)),
+        WITH_DEPTH("no changelist", HSVNChangeChangelist(std::nullopt, {root}, depth, {}, client)),
+        WITH_DEPTH("commit", HSVNCommitItems({root}, {.depth = depth, .changelists = {}}, {}, client)),
+        WITH_DEPTH("import", HSVNImportItem(item("dir"), repository.url("new"), {.depth = depth}, {}, client)),
+        WITH_DEPTH("update", HSVNUpdateItems({root}, head, {.depth = depth}, client)),
+        WITH_DEPTH("checkout",
+                   HSVNCheckOutItem(repository.url(), repository.beside("new"), spec, {.depth = depth}, client)),
+        WITH_DEPTH("switch", HSVNSwitchItem(root, repository.url("trunk"), spec, {.depth = depth}, client)),
+        WITH_DEPTH("export",
+                   HSVNExportItem(repository.url(), repository.beside("new"), spec, {.depth = depth}, client)),
+        WITH_DEPTH("merge", HSVNMergeTrees({repository.url("trunk"), number}, {repository.url("trunk"), head}, root,
+                                           {.depth = depth}, client)),
+        WITH_DEPTH("diff", HSVNSummarizeItems({root, HSVNRevision::BASE()}, {root, HSVNRevision::WORKING()},
+                                              ofDepth<HSVNComparisonOptions>(depth), ignore, client)),
+        WITH_DEPTH("status", HSVNScanItemStatus(root, head, ofDepth<HSVNItemStatusOptions>(depth), ignore, client)),
+        WITH_DEPTH("info", HSVNReadItemInfo(root, spec, ofDepth<HSVNItemInfoOptions>(depth), ignore, client)),
+        WITH_DEPTH("list", HSVNListItems(root, spec, ofDepth<HSVNListingOptions>(depth), ignore, client)),
+        WITH_DEPTH("proplist",
+                   HSVNReadProperties(root, spec, ofDepth<HSVNPropertyReadingOptions>(depth), ignore, client)),
+        WITH_DEPTH("class update",
+                   HSVNNode::updateNodes({at("")}, head, with<HSVNUpdateOptions>(setDepth(depth)), client)),
+        WITH_DEPTH("class commit",
+                   HSVNNode::commitChangesToNodes({at("")}, with<HSVNCommitOptions>(setDepth(depth)), client)),
+        WITH_DEPTH("class checkout",
+                   HSVNDirectory::checkoutDirectoryAtURL(url("trunk"), outside("new"),
+                                                         with<HSVNCheckOutOptions>(setDepth(depth)), client)),
+        WITH_DEPTH("class export", HSVNNode::exportNodeAtPath(url("trunk"), outside("new"),
+                                                              with<HSVNExportOptions>(setDepth(depth)), client)),
+        WITH_DEPTH("class merge", HSVNNode::mergeNodeAtPath(url("trunk"), number, url("trunk"), head, at(""),
+                                                            with<HSVNMergeOptions>(setDepth(depth)), client)),
     };
     const auto before = everything();
     for (const auto& [name, call] : calls) {
@@ -578,27 +442,18 @@ TEST_P(HostileArguments, ACommitOfUnknownDepthIsOneOfEverythingBelow)
 TEST_P(HostileArguments, AReceiverIsNeeded)
 {
     const std::vector<std::pair<const char*, std::function<void()>>> calls{
-        {"conflicts", [&] { HSVNFindConflicts(root, HSVNDepthInfinity, nullptr, client); }},
-        {"summary",
-         [&] {
-             HSVNSummarizeItems({root, head}, {root, head}, {}, nullptr, client);
-         }},
-        {"summary of revisions",
-         [&] {
-             HSVNSummarizeRevisions(root, head, {head, head}, {}, nullptr, client);
-         }},
-        {"blame",
-         [&] {
-             HSVNReadBlame(item("a.txt"), head, {head, head}, {}, nullptr, client);
-         }},
-        {"cat", [&] { HSVNReadContents(item("a.txt"), spec, true, HSVNContentsReceiver{}, client); }},
-        {"info", [&] { HSVNReadItemInfo(root, spec, {}, nullptr, client); }},
-        {"status", [&] { HSVNScanItemStatus(root, head, {}, nullptr, client); }},
-        {"list", [&] { HSVNListItems(root, spec, {}, nullptr, client); }},
-        {"log", [&] { HSVNReadLog({root}, head, {}, nullptr, client); }},
-        {"proplist", [&] { HSVNReadProperties(root, spec, {}, nullptr, client); }},
-        {"files", [&] { HSVNCompareFiles(item("a.txt"), item("b.txt"), "", "", HSVNContentsReceiver{}, client); }},
-        {"conflict", [&] { HSVNShowConflicts({}, {}, HSVNContentsReceiver{}, client); }},
+        CALL("conflicts", HSVNFindConflicts(root, HSVNDepthInfinity, nullptr, client)),
+        CALL("summary", HSVNSummarizeItems({root, head}, {root, head}, {}, nullptr, client)),
+        CALL("summary of revisions", HSVNSummarizeRevisions(root, head, {head, head}, {}, nullptr, client)),
+        CALL("blame", HSVNReadBlame(item("a.txt"), head, {head, head}, {}, nullptr, client)),
+        CALL("cat", HSVNReadContents(item("a.txt"), spec, true, HSVNContentsReceiver{}, client)),
+        CALL("info", HSVNReadItemInfo(root, spec, {}, nullptr, client)),
+        CALL("status", HSVNScanItemStatus(root, head, {}, nullptr, client)),
+        CALL("list", HSVNListItems(root, spec, {}, nullptr, client)),
+        CALL("log", HSVNReadLog({root}, head, {}, nullptr, client)),
+        CALL("proplist", HSVNReadProperties(root, spec, {}, nullptr, client)),
+        CALL("files", HSVNCompareFiles(item("a.txt"), item("b.txt"), "", "", HSVNContentsReceiver{}, client)),
+        CALL("conflict", HSVNShowConflicts({}, {}, HSVNContentsReceiver{}, client)),
     };
     for (const auto& [name, call] : calls) {
         EXPECT_EQ(reasonOf<HSVNAssertionException>(call), "Invalid parameter not satisfying: receiver != nil") << name;
