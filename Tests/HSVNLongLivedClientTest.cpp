@@ -161,22 +161,53 @@ const std::pair<const char*, Operation> operations[] = {
      }},
 };
 
+/// A repository and a working copy of it, as they were before a change, put back for each turn.
+class Given
+{
+  public:
+    explicit Given(const Change& change)
+    {
+        writeFile(repository.beside("text"), "a\n");
+        repository.change({"mkdir", "trunk", "put", repository.beside("text"), "trunk/a.txt", "mkdir", "branch", "put",
+                           repository.beside("text"), "branch/a.txt"});
+        change.prepare(repository, repository.checkOut("wc", "trunk"));
+        files::create_directory(_kept);
+        for (const char* const name : {"repository", "wc", "wc.backup"}) {
+            if (files::exists(repository.beside(name))) {
+                files::rename(repository.beside(name), _kept / name);
+            }
+        }
+    }
+
+    /// The working copy's folder.
+    std::string putBack() const
+    {
+        for (const auto& folder : files::directory_iterator{_kept}) {
+            const auto place = repository.beside(folder.path().filename().string());
+            files::remove_all(place);
+            files::copy(folder, place, files::copy_options::recursive | files::copy_options::copy_symlinks);
+        }
+        return repository.beside("wc");
+    }
+
+    const TestRepository repository;
+
+  private:
+    const files::path _kept{repository.beside("kept")};
+};
+
 /// One turn: a working copy, known to the client or not, is changed and then worked on.
 struct Turn
 {
-    TestRepository repository;
+    const TestRepository& repository;
     std::string root;
     std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
     HSVNClientRef client;
 
-    Turn(const HSVNVersion& line, const Change& change)
-        : client{std::make_shared<HSVNClient>(bundleOfLine(line), delegate)}
+    Turn(const HSVNVersion& line, const Given& given)
+        : repository{given.repository}, root{given.putBack()}, client{std::make_shared<HSVNClient>(bundleOfLine(line),
+                                                                                                   delegate)}
     {
-        writeFile(repository.beside("given"), "a\n");
-        repository.change({"mkdir", "trunk", "put", repository.beside("given"), "trunk/a.txt", "mkdir", "branch", "put",
-                           repository.beside("given"), "branch/a.txt"});
-        root = repository.checkOut("wc", "trunk");
-        change.prepare(repository, root);
     }
 
     void meet(const std::string& place) const
@@ -228,21 +259,26 @@ TEST_P(LongLivedClient, AnswersAsAFreshOneWhateverOtherProgramsDid)
 {
     const auto line = HSVNVersion::versionWithString(GetParam());
     for (const auto& change : changes) {
+        const Given given{change};
         for (const auto& [name, run] : operations) {
             SCOPED_TRACE(std::string{change.name} + ", " + name);
-            const Turn fresh{line, change};
-            change.happen(fresh.repository, fresh.root);
-            const Turn kept{line, change};
-            kept.meet(change.place);
-            change.happen(kept.repository, kept.root);
-            EXPECT_EQ(kept.outcome(change, run), fresh.outcome(change, run));
+            const auto outcomeFor = [&, &run = run](bool isKept) {
+                const Turn turn{line, given};
+                if (isKept) {
+                    turn.meet(change.place);
+                }
+                change.happen(turn.repository, turn.root);
+                return turn.outcome(change, run);
+            };
+            EXPECT_EQ(outcomeFor(true), outcomeFor(false));
         }
     }
 }
 
 TEST_P(LongLivedClient, LetsGoOfWorkingCopiesWhenAsked)
 {
-    const Turn turn{HSVNVersion::versionWithString(GetParam()), changes[0]};
+    const Given given{changes[0]};
+    const Turn turn{HSVNVersion::versionWithString(GetParam()), given};
     const auto openDatabases = [&] {
         int count = 0;
         for (const auto& descriptor : files::directory_iterator{"/proc/self/fd"}) {
@@ -263,7 +299,8 @@ TEST_P(LongLivedClient, LetsGoOfWorkingCopiesWhenAsked)
 
 TEST_P(LongLivedClient, CleansUpAFolderThatItKnowsAlready)
 {
-    const Turn turn{HSVNVersion::versionWithString(GetParam()), changes[0]};
+    const Given given{changes[0]};
+    const Turn turn{HSVNVersion::versionWithString(GetParam()), given};
     const auto folder = turn.root + "/folder";
     const auto path = HSVNLocalPath::pathWithString(folder);
     mustRun({"svn", "mkdir", "--quiet", folder});
