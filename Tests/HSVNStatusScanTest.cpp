@@ -302,6 +302,7 @@ TEST_F(EveryState, IsScannedAsSvnStatusTellsIt)
                                                      {"-v", "-u", "--no-ignore"},
                                                      {"--no-ignore", "--ignore-externals"},
                                                      {"--depth=immediates", "-v"},
+                                                     {"--depth=immediates", "-u"},
                                                      {"--depth=immediates"}};
     for (auto arguments : rows) {
         SCOPED_TRACE(testing::PrintToString(arguments));
@@ -402,6 +403,16 @@ TEST_F(EveryState, CombinesKindsAsTheUnionOfAllItemsBelow)
         }
         EXPECT_EQ(alone.abnormalCount, whole.abnormalCount);
     }
+}
+
+TEST_F(EveryState, CountsInTheWholeTreeWhenAllOfAFolderAloneIsCompared)
+{
+    const auto whole = scan(optionsFor({"-v", "-u"}));
+    const auto alone = scan(optionsFor({"-v", "-u", "--depth=immediates"}));
+    ASSERT_EQ(alone.names(), std::vector<std::string>{"wc"});
+    EXPECT_EQ(alone.root, alone.nodes.front());
+    EXPECT_EQ(alone.abnormalCount, whole.abnormalCount);
+    EXPECT_EQ(static_cast<const HSVNDirectory&>(*alone.root).aggregateChildStatus(), HSVNStatusKindNone);
 }
 
 TEST_F(EveryState, LeavesConflictFilesOutOfTheCountAndTheNodes)
