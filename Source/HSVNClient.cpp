@@ -51,6 +51,14 @@ HSVNClientRef HSVNClient::clientWithDelegate(const HSVNClientDelegateRef& delega
     return std::make_shared<HSVNClient>(delegate);
 }
 
+HSVNClientRef HSVNClient::clientOwningDelegate(HSVNClientDelegateRef delegate)
+{
+    HSVNAssertParameter(delegate != nullptr, "delegate != nil");
+    auto client = clientWithDelegate(delegate);
+    client->_ownedDelegate = std::move(delegate);
+    return client;
+}
+
 HSVNClient::HSVNClient(const HSVNClientDelegateRef& delegate) : HSVNClient{nullptr, delegate} {}
 
 HSVNClient::HSVNClient(const HSVNBundleRef& bundle, const HSVNClientDelegateRef& delegate)
@@ -100,8 +108,12 @@ void HSVNClient::setDelegate(const HSVNClientDelegateRef& delegate)
     _delegate = delegate;
     _hasDelegate = delegate != nullptr;
     _respondsToQueryContinue = answers;
-    if (delegate != _installedDelegate) {
-        _installedDelegate.reset();
+    if (delegate && delegate == _installedDelegate) {
+        return; // it hands on to the one of before
+    }
+    _installedDelegate.reset();
+    if (delegate != _ownedDelegate) {
+        _ownedDelegate.reset();
     }
 }
 
@@ -143,6 +155,11 @@ void HSVNClient::setupConfiguration()
     if (svn_error_t* error = HSVNClientInternals::readConfiguration(*this, nullptr)) {
         HSVNException::exceptionWithError(error)->raise();
     }
+    ignoreIcons();
+}
+
+void HSVNClient::ignoreIcons()
+{
     std::string patterns = globalIgnoreString().value_or("");
     patterns += patterns.empty() ? "" : " ";
     setOption(patterns + IconPattern, HSVNConfigOptionGlobalIgnores, HSVNConfigCategoryConfig,

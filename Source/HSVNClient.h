@@ -14,6 +14,7 @@
 #include <vector>
 
 class HSVNLogMessageDelegate;
+struct HSVNClientSettings;
 
 /// The context that operations are normally given: one Subversion line, the user's configuration and stored
 /// credentials, and a delegate that answers what Subversion asks while an operation runs.
@@ -26,6 +27,11 @@ class HSVN_EXPORT HSVNClient : public HSVNContext
     ///
     /// @param delegate  who answers; may be nil; not kept alive
     static HSVNClientRef clientWithDelegate(const HSVNClientDelegateRef& delegate);
+
+    /// The same for a delegate that nobody else keeps: the client keeps it alive until it is given another one.
+    ///
+    /// @param delegate  not nil ("delegate != nil"); must not itself keep the client alive
+    static HSVNClientRef clientOwningDelegate(HSVNClientDelegateRef delegate);
 
     /// A client of the loader's default bundle (`initWithDelegate:`).
     explicit HSVNClient(const HSVNClientDelegateRef& delegate = nullptr);
@@ -74,6 +80,15 @@ class HSVN_EXPORT HSVNClient : public HSVNContext
     /// @return how many are gone
     /// Stands for svn_config_walk_auth_data; not offered by lines before 1.8.
     std::size_t removeStoredCredentials(const std::function<bool(const HSVNStoredCredential&)>& isUnwanted);
+    /// Reads the configuration and opens the stores of credentials anew by the settings, which hold until the bundle
+    /// changes. `refreshConfiguration` reads the user's own area again, without the options.
+    ///
+    /// @throws HSVNException for a configuration that is malformed, and once all the rest is done for an area that the
+    ///         system does not let the client read: the client works then, without a configuration.
+    /// @throws HSVNUnsupportedFeatureException for settings that the line does not offer
+    /// @throws HSVNGenericException while a call on the client is under way, also from that call's callbacks
+    /// Stands for svn_config_ensure, svn_config_get_config, svn_auth_open and svn_cmdline_create_auth_baton2.
+    void applySettings(const HSVNClientSettings& settings);
 
     /// Hands a notification to the delegate, when it answers `notify`.
     ///
@@ -90,6 +105,7 @@ class HSVN_EXPORT HSVNClient : public HSVNContext
     friend struct HSVNClientInternals;
 
     void setupConfiguration();
+    void ignoreIcons();
     void setupAuthentication();
     void setupLogCallback();
     void setupNotificationCallback();
@@ -97,6 +113,7 @@ class HSVN_EXPORT HSVNClient : public HSVNContext
 
     std::unique_ptr<HSVNPool> _configurationPool; // in the context's pool; owns what ctx()->config points to
     std::weak_ptr<HSVNClientDelegate> _delegate;
+    HSVNClientDelegateRef _ownedDelegate;                       // when the client keeps it alive
     bool _hasDelegate = false;                                  // one was given, even if it is gone
     std::shared_ptr<HSVNLogMessageDelegate> _installedDelegate; // the library's own, left in place
     bool _respondsToQueryContinue = false;

@@ -155,28 +155,14 @@ class HSVN_EXPORT HSVNClientDelegate
 
 using HSVNClientDelegateRef = std::shared_ptr<HSVNClientDelegate>;
 
-/// Makes a delegate of an application's class, which declares whichever of `HSVNClientDelegate`'s functions it answers:
+/// Hands a client's messages on to an object of an application's class, those that the class answers.
 ///
-///     struct Listener
-///     {
-///         void notify(HSVNContext&, const HSVNNotificationRef& notification);
-///     };
-///     auto delegate = std::make_shared<HSVNClientDelegateFor<Listener>>(arguments of Listener's constructor...);
-///     auto client = HSVNClient::clientWithDelegate(delegate);
-///
-/// Only public members of the class count and are called. A public function that bears a message's name but cannot be
-/// called with the message's arguments does not compile.
-template <class Application>
-class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
+/// @tparam Self  the delegate's class, whose `application` answers the object
+template <class Application, class Self>
+class HSVNForwardingDelegate : public HSVNClientDelegate
 {
   public:
     // The parameters' names keep clear of the members of the application's class, which they would hide.
-
-    /// Hands the arguments on to the constructor of the application's class.
-    template <class... Arguments>
-    explicit HSVNClientDelegateFor(Arguments&&... theArguments) : Application{std::forward<Arguments>(theArguments)...}
-    {
-    }
 
     bool respondsTo(HSVNClientDelegateMessage theMessage) const override
     {
@@ -207,7 +193,7 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
                               const std::optional<std::string>& theRealm, bool& theMayStore) override
     {
         if constexpr (answersCredentials) {
-            return Application::promptForCredentials(theContext, theCredentials, theRealm, theMayStore);
+            return application().promptForCredentials(theContext, theCredentials, theRealm, theMayStore);
         } else {
             return HSVNClientDelegate::promptForCredentials(theContext, theCredentials, theRealm, theMayStore);
         }
@@ -219,8 +205,8 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
                                        bool& thePermanent) override
     {
         if constexpr (answersCertificates) {
-            return Application::promptForAuthenticationErrors(theContext, theFailures, theCertificate, theRealm,
-                                                              theMayStore, thePermanent);
+            return application().promptForAuthenticationErrors(theContext, theFailures, theCertificate, theRealm,
+                                                               theMayStore, thePermanent);
         } else {
             return HSVNClientDelegate::promptForAuthenticationErrors(theContext, theFailures, theCertificate, theRealm,
                                                                      theMayStore, thePermanent);
@@ -231,7 +217,7 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
                              const std::vector<HSVNCommitItemRef>& theItems) override
     {
         if constexpr (answersLogMessages) {
-            return Application::promptForLogMessage(theContext, theMessage, theItems);
+            return application().promptForLogMessage(theContext, theMessage, theItems);
         } else {
             return HSVNClientDelegate::promptForLogMessage(theContext, theMessage, theItems);
         }
@@ -240,7 +226,7 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
     void notify(HSVNContext& theContext, const HSVNNotificationRef& theNotification) override
     {
         if constexpr (answersNotifications) {
-            Application::notify(theContext, theNotification);
+            application().notify(theContext, theNotification);
         } else {
             HSVNClientDelegate::notify(theContext, theNotification);
         }
@@ -249,7 +235,7 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
     bool queryContinue(HSVNContext& theContext) override
     {
         if constexpr (answersContinuation) {
-            return Application::queryContinue(theContext);
+            return application().queryContinue(theContext);
         } else {
             return HSVNClientDelegate::queryContinue(theContext);
         }
@@ -259,7 +245,7 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
                            const std::optional<std::string>& theRealm, bool& theMayStore) override
     {
         if constexpr (answersUsername) {
-            return Application::promptForUsername(theContext, theUsername, theRealm, theMayStore);
+            return application().promptForUsername(theContext, theUsername, theRealm, theMayStore);
         } else {
             return HSVNClientDelegate::promptForUsername(theContext, theUsername, theRealm, theMayStore);
         }
@@ -269,7 +255,7 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
                                   const std::optional<std::string>& theRealm, bool& theMayStore) override
     {
         if constexpr (answersCertificateFile) {
-            return Application::promptForCertificateFile(theContext, theFile, theRealm, theMayStore);
+            return application().promptForCertificateFile(theContext, theFile, theRealm, theMayStore);
         } else {
             return HSVNClientDelegate::promptForCertificateFile(theContext, theFile, theRealm, theMayStore);
         }
@@ -279,7 +265,7 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
                                         const std::optional<std::string>& theRealm, bool& theMayStore) override
     {
         if constexpr (answersCertificatePassphrase) {
-            return Application::promptForCertificatePassphrase(theContext, thePassphrase, theRealm, theMayStore);
+            return application().promptForCertificatePassphrase(theContext, thePassphrase, theRealm, theMayStore);
         } else {
             return HSVNClientDelegate::promptForCertificatePassphrase(theContext, thePassphrase, theRealm, theMayStore);
         }
@@ -289,13 +275,15 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
                                    const std::optional<std::string>& theRealm) override
     {
         if constexpr (answersPlaintextStorage) {
-            return Application::promptForPlaintextStorage(theContext, theSecret, theRealm);
+            return application().promptForPlaintextStorage(theContext, theSecret, theRealm);
         } else {
             return HSVNClientDelegate::promptForPlaintextStorage(theContext, theSecret, theRealm);
         }
     }
 
   private:
+    Application& application() { return static_cast<Self&>(*this).application(); }
+
     static constexpr bool answersCredentials =
         requires(Application & a, HSVNContext& context, const HSVNCredentialsRef& credentials,
                  const std::optional<std::string>& realm, bool& mayStore)
@@ -354,4 +342,63 @@ class HSVNClientDelegateFor : public Application, public HSVNClientDelegate
     static_assert(answersCertificateFile || !requires { &Application::promptForCertificateFile; });
     static_assert(answersCertificatePassphrase || !requires { &Application::promptForCertificatePassphrase; });
     static_assert(answersPlaintextStorage || !requires { &Application::promptForPlaintextStorage; });
+};
+
+/// Makes a delegate of an application's class, which declares whichever of `HSVNClientDelegate`'s functions it answers:
+///
+///     struct Listener
+///     {
+///         void notify(HSVNContext&, const HSVNNotificationRef& notification);
+///     };
+///     auto delegate = std::make_shared<HSVNClientDelegateFor<Listener>>(arguments of Listener's constructor...);
+///     auto client = HSVNClient::clientWithDelegate(delegate);
+///
+/// Only public members of the class count and are called. A public function that bears a message's name but cannot be
+/// called with the message's arguments does not compile.
+template <class Application>
+class HSVNClientDelegateFor : public Application,
+                              public HSVNForwardingDelegate<Application, HSVNClientDelegateFor<Application>>
+{
+    using Forwarding = HSVNForwardingDelegate<Application, HSVNClientDelegateFor<Application>>;
+
+  public:
+    /// Hands the arguments on to the constructor of the application's class.
+    template <class... Arguments>
+    explicit HSVNClientDelegateFor(Arguments&&... theArguments) : Application{std::forward<Arguments>(theArguments)...}
+    {
+    }
+
+    // The messages, not the functions of their names in the application's class.
+    using Forwarding::notify;
+    using Forwarding::promptForAuthenticationErrors;
+    using Forwarding::promptForCertificateFile;
+    using Forwarding::promptForCertificatePassphrase;
+    using Forwarding::promptForCredentials;
+    using Forwarding::promptForLogMessage;
+    using Forwarding::promptForPlaintextStorage;
+    using Forwarding::promptForUsername;
+    using Forwarding::queryContinue;
+
+  private:
+    friend Forwarding;
+    Application& application() { return *this; }
+};
+
+/// Makes a delegate of an object that the application has already, of a class which may be final:
+///
+///     auto delegate = std::make_shared<HSVNClientDelegateOf<Window>>(window);
+///
+/// Otherwise as `HSVNClientDelegateFor`.
+template <class Application>
+class HSVNClientDelegateOf : public HSVNForwardingDelegate<Application, HSVNClientDelegateOf<Application>>
+{
+  public:
+    /// @param object  not nil; the delegate keeps it alive
+    explicit HSVNClientDelegateOf(std::shared_ptr<Application> object) : _object{std::move(object)} {}
+
+  private:
+    friend HSVNForwardingDelegate<Application, HSVNClientDelegateOf<Application>>;
+    Application& application() { return *_object; }
+
+    std::shared_ptr<Application> _object;
 };

@@ -1,5 +1,6 @@
 #include "HSVNClientSettings.h"
 
+#include "HSVNClient.h"
 #include "Internal/CString.h"
 #include "Internal/Client.h"
 #include "Internal/ExtensionCall.h"
@@ -51,32 +52,51 @@ void apply(const HSVNConfigurationOption& option, const HSVNOperation& operation
     }
 }
 
+HSVNBundleExtensions::Authentication authenticationOf(const HSVNOperation& operation,
+                                                      const HSVNClientSettings& settings, const char* directory)
+{
+    return {settings.prompts != HSVNPrompts::Terminal,
+            textOrNull(operation, settings.username),
+            textOrNull(operation, settings.password),
+            directory,
+            settings.noAuthCache,
+            settings.trustUnknownAuthority,
+            settings.trustHostnameMismatch,
+            settings.trustExpired,
+            settings.trustNotYetValid,
+            settings.trustOtherFailures};
+}
+
 } // namespace
 
-HSVNExceptionRef HSVNApplyClientSettings(const HSVNClientSettings& settings, const HSVNClientRef& client)
+void HSVNClient::applySettings(const HSVNClientSettings& settings)
 {
-    HSVNAssertParameter(client != nullptr, "client != nil");
-    HSVNOperation operation{client, "HSVNClient", "applySettings:", {{"client", client}}};
+    HSVNOperation operation{*this, "applySettings", {}};
     operation.requireOutermost("settings");
-    const char* const folder = textOrNull(operation, settings.configurationDirectory);
-    auto refused = readConfiguration(operation, *client, folder);
+    const bool asksDelegate = settings.prompts == HSVNPrompts::Delegate;
+    const auto setDefaults = asksDelegate ? operation.extension(&HSVNBundleExtensions::auth_set_defaults) : nullptr;
+    const auto openForTerminal =
+        asksDelegate ? nullptr : operation.extension(&HSVNBundleExtensions::cmdline_create_auth_baton);
+    const char* const directory = textOrNull(operation, settings.configurationDirectory);
+    const auto refused = readConfiguration(operation, *this, directory);
+    if (asksDelegate && !refused) {
+        ignoreIcons();
+    }
     for (const auto& option : settings.options) {
         if (!refused) {
             apply(option, operation);
         }
     }
-    const HSVNBundleExtensions::Authentication wishes{settings.nonInteractive,
-                                                      textOrNull(operation, settings.username),
-                                                      textOrNull(operation, settings.password),
-                                                      folder,
-                                                      settings.noAuthCache,
-                                                      settings.trustUnknownAuthority,
-                                                      settings.trustHostnameMismatch,
-                                                      settings.trustExpired,
-                                                      settings.trustNotYetValid,
-                                                      settings.trustOtherFailures};
-    operation.check(operation.extension(&HSVNBundleExtensions::cmdline_create_auth_baton)(
-        &client->ctx()->auth_baton, &wishes, configOf(operation, HSVNConfigCategoryConfig), client->ctx()->cancel_func,
-        client->ctx()->cancel_baton, client->pool()));
-    return refused;
+    const auto authentication = authenticationOf(operation, settings, directory);
+    if (asksDelegate) {
+        setupAuthentication();
+        operation.check(setDefaults(ctx()->auth_baton, &authentication, pool()));
+    } else {
+        operation.check(openForTerminal(&ctx()->auth_baton, &authentication,
+                                        configOf(operation, HSVNConfigCategoryConfig), ctx()->cancel_func,
+                                        ctx()->cancel_baton, pool()));
+    }
+    if (refused) {
+        refused->raise();
+    }
 }

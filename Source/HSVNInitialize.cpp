@@ -22,6 +22,23 @@ bool HSVNIsInitialized() { return startUp().test(); }
 
 void HSVNInitialize() { HSVNInitializeWithOptions({}); }
 
+void HSVNInitialize(HSVNNumericLocale numericLocale)
+{
+    const std::string before = std::setlocale(LC_NUMERIC, nullptr);
+    const auto restore = [&] {
+        if (numericLocale == HSVNNumericLocale::Unchanged) {
+            std::setlocale(LC_NUMERIC, before.c_str());
+        }
+    };
+    try {
+        HSVNInitialize();
+    } catch (...) {
+        restore();
+        throw;
+    }
+    restore();
+}
+
 void HSVNInitializeWithOptions(const HSVNUserInfo& /*options*/)
 {
     if (startUp().test_and_set()) {

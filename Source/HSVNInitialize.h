@@ -3,10 +3,21 @@
 #include "HSVNExport.h"
 #include "HSVNUserInfo.h"
 
+#include <cstdint>
 #include <string>
 
 /// Starts the library: `HSVNInitializeWithOptions` without options.
 HSVN_EXPORT void HSVNInitialize();
+
+/// What start-up does with the C locale's numeric category, which tells how the C library reads and writes fractions.
+enum class HSVNNumericLocale : std::uint8_t
+{
+    OfEnvironment, ///< as every other category
+    Unchanged      ///< as the program has it, for programs that read and write files with the C library's functions
+};
+
+/// `HSVNInitialize` with a choice of the numeric category.
+HSVN_EXPORT void HSVNInitialize(HSVNNumericLocale numericLocale);
 
 /// Starts the library: loads the version bundles that come with it, sets the C locale from the environment and makes
 /// the user's Subversion configuration area where it is missing. Only the newest bundle is opened.

@@ -465,7 +465,7 @@ TEST_F(CommitTest, WhatWouldTakeTheGroundFromACallIsRefusedInsideIt)
     const auto client = HSVNClient::clientWithDelegate(delegate);
     const std::vector<std::function<void()>> calls{
         [&] { client->setBundle(client->bundle()); }, [&] { client->refreshConfiguration(); },
-        [&] { client->closeWorkingCopies(); },        [&] { HSVNApplyClientSettings({}, client); },
+        [&] { client->closeWorkingCopies(); },        [&] { client->applySettings({}); },
         [&] { client->setBundle(nullptr); },
     };
     int refused = 0;
@@ -556,7 +556,7 @@ TEST(Client, ReadsItsConfigurationAgainAndKeepsTheFormerOneWhenThatFails)
     configuration.write(malformed);
     EXPECT_THROW(client->refreshConfiguration(), HSVNException);
     EXPECT_EQ(stores(), "no");
-    EXPECT_THROW(HSVNApplyClientSettings({}, client), HSVNException);
+    EXPECT_THROW(client->applySettings({}), HSVNException);
     EXPECT_EQ(stores(), "no");
     expectNothingLeaked(before);
 }

@@ -1,4 +1,5 @@
 #include "HSVNComparison.h"
+#include "HSVNClient.h"
 #include "HSVNClientSettings.h"
 #include "HSVNPlatformException.h"
 #include "TestRepository.h"
@@ -28,7 +29,7 @@ class Comparison : public testing::Test
         const auto client = HSVNClient::clientWithDelegate(nullptr);
         HSVNClientSettings settings;
         settings.options = {{"config", "helpers", "diff-cmd", "echo"}, program};
-        HSVNApplyClientSettings(settings, client);
+        client->applySettings(settings);
         std::string text;
         HSVNCompareRevisions(_repository.url(), HSVNRevision::HEAD(), bothRevisions, {},
                              {[&](std::string_view bytes) { text += bytes; }, {}}, client);

@@ -10,6 +10,7 @@
 #include "HSVNRepositoryOptions.h"
 #include "HSVNStringProperties.h"
 
+#include <clocale>
 #include <cstdlib>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -74,6 +75,19 @@ TEST_F(Initialize, StartsWithoutAWritableConfigurationArea)
         std::_Exit(0);
     };
     EXPECT_EXIT(start(), testing::ExitedWithCode(0), "");
+}
+
+TEST_F(Initialize, LeavesTheNumericCategoryAloneWhenAsked)
+{
+    const auto start = [](HSVNNumericLocale choice, const char* expected) {
+        setenv("LC_ALL", "C.UTF-8", 1);
+        HSVNInitialize(choice);
+        require(std::string{std::setlocale(LC_NUMERIC, nullptr)} == expected, "the numeric category");
+        require(std::string{std::setlocale(LC_CTYPE, nullptr)} == "C.UTF-8", "another category");
+        std::_Exit(0);
+    };
+    EXPECT_EXIT(start(HSVNNumericLocale::Unchanged, "C"), testing::ExitedWithCode(0), "");
+    EXPECT_EXIT(start(HSVNNumericLocale::OfEnvironment, "C.UTF-8"), testing::ExitedWithCode(0), "");
 }
 
 TEST_F(Initialize, FailsOnceWithoutALocale)

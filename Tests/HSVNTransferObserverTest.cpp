@@ -12,9 +12,9 @@ TEST(TransferObserver, HearsWhatIsTransferredForAsLongAsItLives)
     HSVNClientSettings settings;
     settings.username = "harry";
     settings.password = "harryssecret";
-    settings.nonInteractive = true;
+    settings.prompts = HSVNPrompts::Nobody;
     settings.noAuthCache = true;
-    HSVNApplyClientSettings(settings, client);
+    client->applySettings(settings);
     const auto list = [&] {
         HSVNListItems(
             server.url(), HSVNRevisionSpec::HEAD(), {}, [](const HSVNListedItem&) {}, client);

@@ -23,7 +23,7 @@ void checkStandaloneOptions(const Options& options)
     if (options.usedChange && options.oldTarget) {
         fail(ArgumentParsing, "Can't specify -c with --old");
     }
-    if (options.client.nonInteractive && options.forceInteractive) {
+    if (options.nonInteractive && options.forceInteractive) {
         fail(ArgumentParsing, "--non-interactive and --force-interactive are mutually exclusive");
     }
 }
@@ -94,8 +94,7 @@ void settleRevisions(const Subcommand& subcommand, Options& options)
 /// Without a terminal nobody is asked.
 void settleInteraction(Options& options)
 {
-    options.client.nonInteractive =
-        options.client.nonInteractive || (!options.forceInteractive && isatty(STDIN_FILENO) == 0);
+    options.nonInteractive = options.nonInteractive || (!options.forceInteractive && isatty(STDIN_FILENO) == 0);
 }
 
 /// Options that do not go together, of subcommands that accept both.
@@ -104,7 +103,7 @@ void checkExclusions(const Options& options)
     const HSVNClientSettings& client = options.client;
     const bool trusts = client.trustUnknownAuthority || client.trustHostnameMismatch || client.trustExpired ||
                         client.trustNotYetValid || client.trustOtherFailures;
-    if (trusts && !client.nonInteractive) {
+    if (trusts && !options.nonInteractive) {
         fail(ArgumentParsing, "--trust-server-cert-failures requires --non-interactive");
     }
     if (options.xml && options.json) {
@@ -116,7 +115,7 @@ void checkExclusions(const Options& options)
     if (options.diffCommand && options.internalDiff) {
         fail(ArgumentParsing, "--diff-cmd and --internal-diff are mutually exclusive");
     }
-    if (options.client.nonInteractive && (options.accept == Accept::Edit || options.accept == Accept::Launch)) {
+    if (options.nonInteractive && (options.accept == Accept::Edit || options.accept == Accept::Launch)) {
         fail(ArgumentParsing, fmt::format("--accept={} incompatible with --non-interactive",
                                           options.accept == Accept::Edit ? "edit" : "launch"));
     }
@@ -135,7 +134,7 @@ HSVNException advised(const HSVNException& exception, const Subcommand& subcomma
     if (exception.status() == WorkingCopyUpgradeRequired) {
         return wrapped(exception, fmt::format("Please see the '{} upgrade' command", program));
     }
-    if (exception.status() == AuthenticationFailed && options.client.nonInteractive) {
+    if (exception.status() == AuthenticationFailed && options.nonInteractive) {
         return wrapped(exception, "Authentication failed and interactive prompting is disabled; see the "
                                   "--force-interactive option");
     }

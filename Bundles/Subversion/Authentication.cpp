@@ -1,12 +1,16 @@
 #include "CredentialStores.h"
 #include "EntryPointTable.h"
 #include "ExtensionTable.h"
+#include "ExtensionTargets.h"
 
 namespace HSVNAdapter {
 namespace {
 
 /// How often Subversion asks again after a certificate or a passphrase that is no good.
 constexpr int retryLimit = 2;
+
+/// Set where the client shall store no credentials, whatever the configuration allows.
+constexpr const char* noStoringParameter = "hsvn:no-storing";
 
 void simpleProvider(svn_auth_provider_object_t** provider, apr_pool_t* pool) { *provider = passwordStores(pool); }
 
@@ -54,7 +58,30 @@ svn_error_t* setStoring(svn_auth_baton_t* baton, apr_hash_t* configuration,
         return SVN_NO_ERROR;
     }
     SVN_ERR(forbidUnless(SVN_CONFIG_OPTION_STORE_PASSWORDS, baton, SVN_AUTH_PARAM_DONT_STORE_PASSWORDS, configuration));
+    if (svn_auth_get_parameter(baton, noStoringParameter) != nullptr) {
+        return SVN_NO_ERROR;
+    }
     return forbidUnless(SVN_CONFIG_OPTION_STORE_AUTH_CREDS, baton, SVN_AUTH_PARAM_NO_AUTH_CACHE, configuration);
+}
+
+svn_error_t* setDefaults(svn_auth_baton_t* baton, const HSVNBundleExtensions::Authentication* wishes, apr_pool_t* pool)
+{
+    const char* directory = wishes->configFolder;
+    if (directory != nullptr) {
+        SVN_ERR(checkLocalTarget(&directory, pool));
+        svn_auth_set_parameter(baton, SVN_AUTH_PARAM_CONFIG_DIR, directory);
+    }
+    if (wishes->username != nullptr) {
+        svn_auth_set_parameter(baton, SVN_AUTH_PARAM_DEFAULT_USERNAME, wishes->username);
+    }
+    if (wishes->password != nullptr) {
+        svn_auth_set_parameter(baton, SVN_AUTH_PARAM_DEFAULT_PASSWORD, wishes->password);
+    }
+    if (wishes->noAuthCache) {
+        svn_auth_set_parameter(baton, noStoringParameter, "");
+        svn_auth_set_parameter(baton, SVN_AUTH_PARAM_NO_AUTH_CACHE, "");
+    }
+    return SVN_NO_ERROR;
 }
 
 } // namespace
@@ -74,6 +101,7 @@ void fillAuthenticationExtensions(HSVNBundleExtensions& table)
 {
     table.auth_add_providers = addProviders;
     table.auth_set_storing = setStoring;
+    table.auth_set_defaults = setDefaults;
 }
 
 } // namespace HSVNAdapter

@@ -524,6 +524,9 @@ struct HSVNBundleExtensions
                                             apr_pool_t* pool);
     /// svn_x509_parse_cert of a certificate in base-64 text, 1.9 and later
     svn_error_t* (*certificate_details)(CertificateDetails* details, const svn_string_t* text, apr_pool_t* pool);
+    /// The user name, the password, the configuration area and whether nothing is stored, of an authentication that asks
+    /// by prompts; the texts outlive it
+    svn_error_t* (*auth_set_defaults)(svn_auth_baton_t* baton, const Authentication* wishes, apr_pool_t* pool);
 };
 
 extern "C" {

@@ -473,7 +473,7 @@ constexpr std::array table{
            setClient<&HSVNClientSettings::noAuthCache>},
     Option{OptionId::NonInteractive, "non-interactive", nullptr, 0, nullptr,
            "do no interactive prompting (default is to prompt\nonly if standard input is a terminal device)",
-           setClient<&HSVNClientSettings::nonInteractive>},
+           set<&Options::nonInteractive>},
     Option{OptionId::ForceInteractive, "force-interactive", nullptr, 0, nullptr,
            "do interactive prompting even if standard input\nis not a terminal device",
            set<&Options::forceInteractive>},

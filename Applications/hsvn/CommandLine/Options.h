@@ -136,6 +136,7 @@ struct Options // NOLINT(clang-analyzer-optin.performance.Padding)
     // The client
     HSVNClientSettings client;
     bool forceInteractive = false;
+    bool nonInteractive = false;
     bool passwordFromInput = false;
 
     bool help = false;

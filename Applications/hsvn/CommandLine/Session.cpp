@@ -10,6 +10,7 @@
 #include "Output/Progress.h"
 #include "Output/Words.h"
 
+#include <cerrno>
 #include <fmt/format.h>
 
 namespace {
@@ -25,6 +26,12 @@ std::string passwordFromInput()
 {
     const std::string input = NativeText::toUTF8(contentsOfFile("-"));
     return input.substr(0, input.find_first_of("\n\r"));
+}
+
+/// Whether it is the system that keeps the configuration area from being used.
+bool isRefusedBySystem(const HSVNException& exception)
+{
+    return exception.status() == EACCES || exception.status() == ENOTDIR;
 }
 
 } // namespace
@@ -87,8 +94,14 @@ const HSVNClientRef& Session::client()
         settings.options.push_back(
             {HSVNConfigCategoryConfig, HSVNConfigSectionHelpers, "diff-cmd", options.diffCommand});
     }
-    if (const auto refused = HSVNApplyClientSettings(settings, client)) {
-        printWarning(*refused);
+    settings.prompts = options.nonInteractive ? HSVNPrompts::Nobody : HSVNPrompts::Terminal;
+    try {
+        client->applySettings(settings);
+    } catch (const HSVNException& refused) {
+        if (!isRefusedBySystem(refused)) {
+            throw;
+        }
+        printWarning(refused); // it works without a configuration
     }
     warnOfUnknownFiles();
     if (Display::isShown() && !options.quiet) {

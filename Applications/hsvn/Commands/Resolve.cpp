@@ -27,7 +27,7 @@ class ResolveRun
         if (options.accept == Accept::Postpone || options.accept == Accept::Edit || options.accept == Accept::Launch) {
             fail(ArgumentParsing, "invalid 'accept' ARG");
         }
-        const bool asks = options.accept == Accept::Unspecified && !options.client.nonInteractive;
+        const bool asks = options.accept == Accept::Unspecified && !options.nonInteractive;
         for (const auto& target : targets) {
             walk(target, options.depthOr(asks ? HSVNDepthInfinity : HSVNDepthEmpty));
         }

@@ -26,7 +26,7 @@ Accept acceptOf(Session& session)
     if (options.accept != Accept::Unspecified) {
         return options.accept;
     }
-    if (options.client.nonInteractive) {
+    if (options.nonInteractive) {
         return Accept::Recommended;
     }
     const auto asks = session.client()->optionForName("interactive-conflicts", HSVNConfigCategoryConfig,

@@ -82,7 +82,7 @@ bool LogMessage::answerOrThrow(std::string& message, const std::vector<HSVNCommi
     if (items.empty()) {
         return true;
     }
-    if (_session.options.client.nonInteractive) {
+    if (_session.options.nonInteractive) {
         fail(InsufficientArguments, "Cannot invoke editor to get log message when non-interactive");
     }
     return edit(message, items);
