@@ -230,7 +230,11 @@ HSVNBundleExtensions makeExtensions()
     fillAuthenticationExtensions(table);
     fillWorkingCopyExtensions(table);
     fillUpdateExtensions(table);
+    fillMergeInformation(table);
+    fillPatch(table);
+    fillPropertyCommits(table);
     fillRepositoryExtensions(table);
+    fillStoredCredentials(table);
     fillConflictExtensions(table);
     fillComparisonExtensions(table);
     return table;

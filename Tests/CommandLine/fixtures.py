@@ -1,6 +1,7 @@
 """The repository and working copies that the command lines run on."""
 
 import contextlib
+import hashlib
 import os
 import shutil
 import socket
@@ -399,6 +400,62 @@ def scribble(wc):
                                     "svn:log": b"\xed\xa0\x80 \xc0\x80 \3", "no-character": b"\xef\xbf\xbf"})
 
 
+def prepare_patches(wc):
+    """Patches of changes of every kind, beside a working copy that does not have them."""
+    root = os.path.dirname(wc)
+    lines = [f"line {number}\n" for number in range(1, 41)]
+    write(wc, "text", "".join(lines))
+    run_svn(wc, "add", "text")
+    run_svn(wc, "commit", "-m", "Add a text")
+    run_svn(wc, "update")
+    lines[9] = "patched 10\n"
+    lines[29:30] = ["patched 30\n", "and more\n"]
+    write(wc, "text", "".join(lines))
+    write(wc, "iota", "patched\n")
+    write(wc, "A/added", "added\n")
+    run_svn(wc, "add", "A/added")
+    run_svn(wc, "delete", "keywords")
+    run_svn(wc, "propset", "color", "patched\ngreen", "A/mu", "A")
+    run_svn(wc, "move", "A/C/moved", "A/B/moved")
+    for name, arguments in [("plain", []), ("git", ["--git"]), ("deep", ["--old=^/trunk", "--new=."])]:
+        write(root, name + ".patch", look(wc, "diff", *arguments))
+    run_svn(wc, "revert", "--remove-added", "-R", ".")
+    write(root, "bare.patch", "".join(["--- x/iota\n", "+++ x/iota\n", "@@ -1,2 +1,2 @@\n", " first\n", "-second\n",
+                                       "+patched\n"]))
+    write(root, "no.patch", "Nothing of a patch\n")
+
+
+def look(folder, *arguments):
+    return subprocess.run(["svn", *arguments], cwd=folder, env=environment(folder), check=True, capture_output=True,
+                          encoding="utf-8").stdout
+
+
+def store_credentials(wc):
+    """Credentials of every kind in the configuration area, a certificate that is none among them."""
+    root = os.path.dirname(wc)
+    key, certificate = (os.path.join(root, name) for name in ("key.pem", "certificate.pem"))
+    subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-subj", "/O=Example & Sons/CN=host",
+                    "-addext", "subjectAltName=DNS:host.example,DNS:Other.example", "-days", "2", "-keyout", key,
+                    "-out", certificate], check=True, stderr=subprocess.DEVNULL)
+    with open(certificate, encoding="ascii") as file:
+        text = "".join(file.read().split("\n")[1:-2])
+    store_credential(root, "simple", "<http://host:80> Realm", username="harry", password=SECRET, passtype="simple")
+    store_credential(root, "simple", "<svn://host:3690> Other", username="sally", passtype="gnome-keyring")
+    store_credential(root, "username", "uuid", username="harry")
+    store_credential(root, "ssl.server", "https://host:443", ascii_cert=text, failures="25")
+    store_credential(root, "ssl.server", "https://other:443", ascii_cert="none", failures="1073741826")
+    store_credential(root, "ssl.server", "https://third:443", ascii_cert=text, failures="0")
+    store_credential(root, "ssl.client-passphrase", "/certificate.p12", passphrase=SECRET, passtype="simple", further="x")
+
+
+def store_credential(root, kind, realm, **values):
+    folder = os.path.join(root, "home/.subversion/auth/svn." + kind)
+    os.makedirs(folder, exist_ok=True)
+    pairs = {**values, "svn:realmstring": realm}.items()
+    write(folder, hashlib.md5(realm.encode()).hexdigest(),
+          "".join(f"K {len(name)}\n{name}\nV {len(value)}\n{value}\n" for name, value in pairs) + "END\n")
+
+
 def set_revision_properties(wc, revision, properties):
     path = os.path.join(os.path.dirname(wc), f"repository/db/revprops/0/{revision}")
     os.chmod(path, 0o644)
@@ -473,4 +530,6 @@ PREPARATIONS = {
     "accented": accent,
     "scribbled": scribble,
     "decorated": decorate,
+    "patchable": prepare_patches,
+    "stored": store_credentials,
 }

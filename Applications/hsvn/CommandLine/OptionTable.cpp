@@ -181,6 +181,37 @@ void applyLimit(Session& /*session*/, Options& options, const std::string& argum
     options.limit = limit;
 }
 
+void applyStrip(Session& /*session*/, Options& options, const std::string& argument)
+{
+    const std::string text = NativeText::toUTF8(argument);
+    try {
+        options.strip = numberOf(text);
+    } catch (const HSVNException& exception) {
+        fail(ArgumentParsing, fmt::format("Invalid strip count '{}'", text), exception);
+    }
+    if (options.strip < 0) {
+        fail(MalformedNumber, "Argument to --strip must be positive");
+    }
+}
+
+void applyShowRevs(Session& /*session*/, Options& options, const std::string& argument)
+{
+    const std::string text = NativeText::toUTF8(argument);
+    if (text != "merged" && text != "eligible") {
+        fail(ArgumentParsing, fmt::format("'{}' is not a valid --show-revs value", text));
+    }
+    options.shownRevisions = text == "merged" ? ShownRevisions::Merged : ShownRevisions::Eligible;
+}
+
+void applyViewspec(Session& /*session*/, Options& options, const std::string& argument)
+{
+    const std::string text = NativeText::toUTF8(argument);
+    if (text != "classic" && text != "svn11") {
+        fail(ArgumentParsing, fmt::format("'{}' is not a valid --x-viewspec value", text));
+    }
+    options.viewspec = text == "classic" ? Viewspec::Classic : Viewspec::Svn11;
+}
+
 /// The last minor release that is to read a new repository.
 template <int Minor>
 void setCompatible(Session& /*session*/, Options& options, const std::string& /*argument*/)
@@ -442,6 +473,28 @@ constexpr std::array table{
            "patch tools; currently the same as\n"
            "--show-copies-as-adds --ignore-properties",
            set<&Options::patchCompatible>},
+    Option{OptionId::Diff, "diff", nullptr, 0, nullptr, "produce diff output", set<&Options::showDiff>},
+    Option{OptionId::Strip, "strip", nullptr, 0, "ARG",
+           "leave out the first ARG components of the paths in\n"
+           "the patch; a '/' at their beginning is one itself.\n"
+           "Of 'doc/guide/index.html', 1 leaves\n"
+           "'guide/index.html' and 2 leaves 'index.html'. By\n"
+           "default, 0, paths stay as they are",
+           applyStrip},
+    Option{OptionId::ReverseDiff, "reverse-diff", nullptr, 0, nullptr, "take the patch's changes back",
+           set<&Options::reverseDiff>},
+    Option{OptionId::IgnoreWhitespace, "ignore-whitespace", nullptr, 0, nullptr,
+           "find lines whatever white space is in them", set<&Options::ignoreWhitespace>},
+    Option{OptionId::ShowRevs, "show-revs", nullptr, 0, "ARG",
+           "which revisions to list: 'merged' ones, or\n'eligible' ones, which could be", applyShowRevs,
+           "merged eligible"},
+    Option{OptionId::Log, "log", nullptr, 0, nullptr, "show revision log message, author and date",
+           set<&Options::showLog>},
+    Option{OptionId::ShowPasswords, "show-passwords", nullptr, 0, nullptr, "show cached passwords",
+           set<&Options::showPasswords>},
+    Option{OptionId::Viewspec, "x-viewspec", nullptr, 0, "ARG",
+           "print the layout of the working copy, in the form\nARG: 'classic' or 'svn11'", applyViewspec,
+           "classic svn11"},
     Option{OptionId::FileSystemType, "fs-type", nullptr, 0, "ARG",
            "type of repository: 'fsfs' (default), 'bdb' or 'fsx'", setText<&Options::fileSystemType>, "fsfs bdb fsx"},
     Option{OptionId::CompatibleVersion, "compatible-version", nullptr, 0, "ARG",

@@ -30,6 +30,22 @@ enum class Accept : std::uint8_t
     Recommended
 };
 
+/// Which revisions --show-revs asks for.
+enum class ShownRevisions : std::uint8_t
+{
+    Unspecified,
+    Merged,
+    Eligible
+};
+
+/// How --x-viewspec writes the layout of a working copy down.
+enum class Viewspec : std::uint8_t
+{
+    Unspecified,
+    Classic, ///< as the script of that name reads it
+    Svn11    ///< as command lines that make it
+};
+
 /// A revision property of --with-revprop.
 struct RevisionPropertyArgument
 {
@@ -116,6 +132,12 @@ struct Options // NOLINT(clang-analyzer-optin.performance.Padding)
     bool summarize = false;
     bool gitFormat = false;
     bool patchCompatible = false;
+    bool showDiff = false;
+
+    // A patch
+    int strip = 0;
+    bool reverseDiff = false;
+    bool ignoreWhitespace = false;
 
     // A new repository
     std::optional<std::string> fileSystemType;
@@ -132,6 +154,10 @@ struct Options // NOLINT(clang-analyzer-optin.performance.Padding)
     bool humanReadable = false;
     bool noNewline = false;
     std::optional<std::string> showItem;
+    ShownRevisions shownRevisions = ShownRevisions::Unspecified;
+    bool showLog = false; ///< of merged revisions
+    bool showPasswords = false;
+    Viewspec viewspec = Viewspec::Unspecified;
 
     // The client
     HSVNClientSettings client;

@@ -30,15 +30,15 @@ std::string Subcommand::heading() const
 std::span<const Subcommand* const> subcommands()
 {
     static const std::array all{
-        &addSubcommand(),      &blameSubcommand(),    &catSubcommand(),     &changelistSubcommand(),
-        &checkoutSubcommand(), &cleanupSubcommand(),  &commitSubcommand(),  &copySubcommand(),
-        &createSubcommand(),   &deleteSubcommand(),   &diffSubcommand(),    &exportSubcommand(),
-        &helpSubcommand(),     &importSubcommand(),   &infoSubcommand(),    &listSubcommand(),
-        &lockSubcommand(),     &logSubcommand(),      &mergeSubcommand(),   &mkdirSubcommand(),
-        &moveSubcommand(),     &propdelSubcommand(),  &propgetSubcommand(), &proplistSubcommand(),
-        &propsetSubcommand(),  &relocateSubcommand(), &resolveSubcommand(), &resolvedSubcommand(),
-        &revertSubcommand(),   &statusSubcommand(),   &switchSubcommand(),  &unlockSubcommand(),
-        &updateSubcommand(),   &upgradeSubcommand()};
+        &addSubcommand(),        &authSubcommand(),     &blameSubcommand(),   &catSubcommand(),
+        &changelistSubcommand(), &checkoutSubcommand(), &cleanupSubcommand(), &commitSubcommand(),
+        &copySubcommand(),       &createSubcommand(),   &deleteSubcommand(),  &diffSubcommand(),
+        &exportSubcommand(),     &helpSubcommand(),     &importSubcommand(),  &infoSubcommand(),
+        &listSubcommand(),       &lockSubcommand(),     &logSubcommand(),     &mergeSubcommand(),
+        &mkdirSubcommand(),      &moveSubcommand(),     &patchSubcommand(),   &propdelSubcommand(),
+        &propgetSubcommand(),    &proplistSubcommand(), &propsetSubcommand(), &relocateSubcommand(),
+        &resolveSubcommand(),    &resolvedSubcommand(), &revertSubcommand(),  &statusSubcommand(),
+        &switchSubcommand(),     &unlockSubcommand(),   &updateSubcommand(),  &upgradeSubcommand()};
     return all;
 }
 

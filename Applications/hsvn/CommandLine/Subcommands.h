@@ -42,6 +42,7 @@ struct Subcommand
 
 // One source file each.
 const Subcommand& addSubcommand();
+const Subcommand& authSubcommand();
 const Subcommand& blameSubcommand();
 const Subcommand& catSubcommand();
 const Subcommand& changelistSubcommand();
@@ -62,6 +63,7 @@ const Subcommand& logSubcommand();
 const Subcommand& mergeSubcommand();
 const Subcommand& mkdirSubcommand();
 const Subcommand& moveSubcommand();
+const Subcommand& patchSubcommand();
 const Subcommand& propdelSubcommand();
 const Subcommand& propgetSubcommand();
 const Subcommand& proplistSubcommand();

@@ -2,12 +2,15 @@
 #include "CommandLine/RevisionArguments.h"
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/Targets.h"
+#include "CommandLine/TextFiles.h"
 #include "Output/LogPrinter.h"
 #include "Output/Output.h"
 #include "Output/XML.h"
 
 #include <array>
 #include <fmt/format.h>
+#include <functional>
+#include <utility>
 
 namespace {
 
@@ -21,6 +24,17 @@ void checkOptions(const Options& options)
             if (given && !options.json) {
                 fail(ArgumentParsing, fmt::format("'{}' option only valid in XML mode", name));
             }
+        }
+    }
+    if (options.showDiff && (options.xml || options.json)) {
+        fail(ArgumentParsing, fmt::format("'diff' option is not supported in {} mode", options.xml ? "XML" : "JSON"));
+    }
+    const std::array onlyWithDiff{
+        std::pair{options.diffCommand.has_value(), "diff-cmd"}, std::pair{options.internalDiff, "internal-diff"},
+        std::pair{options.extensions.has_value(), "extensions"}, std::pair{options.depth != HSVNDepthUnknown, "depth"}};
+    for (const auto& [given, name] : onlyWithDiff) {
+        if (given && !options.showDiff) {
+            fail(ArgumentParsing, fmt::format("'{}' option requires 'diff' option", name));
         }
     }
     if (options.usedChange && options.usedRevision) {
@@ -83,6 +97,42 @@ std::optional<std::vector<std::string>> wantedProperties(const Options& options)
     return names;
 }
 
+/// Prints what a revision changed at and below the target.
+class DiffPrinter
+{
+  public:
+    /// @param peg  where the target is looked up
+    DiffPrinter(Session& session, std::string target, const HSVNRevisionRef& peg)
+        : _session{session}, _target{std::move(target)}, _peg{!isUnspecified(peg) ? peg
+                                                              : isURL(_target)    ? HSVNRevision::HEAD()
+                                                                                  : HSVNRevision::WORKING()}
+    {
+        const Options& options = session.options;
+        _wishes.depth = options.depthOr(HSVNDepthInfinity);
+        _wishes.ignoreAncestry = false;
+        _wishes.omitDeleted = true;
+        if (options.extensions) {
+            _wishes.arguments = split(*options.extensions, " \t\n\r");
+        }
+    }
+
+    void print(HSVNRevisionNumber revision) const
+    {
+        Output::write("\n");
+        HSVNCompareRevisions(
+            _target, _peg, {HSVNRevision::revisionWithNumber(revision - 1), HSVNRevision::revisionWithNumber(revision)},
+            _wishes, {.output = [](std::string_view bytes) { Output::writeBytes(bytes); }, .errors = {}},
+            _session.client());
+        Output::write("\n");
+    }
+
+  private:
+    Session& _session;
+    std::string _target;
+    HSVNRevisionRef _peg;
+    HSVNComparisonOptions _wishes;
+};
+
 void runLog(Session& session)
 {
     const Options& options = session.options;
@@ -104,7 +154,9 @@ void runLog(Session& session)
         XML::writeHeader("log");
     }
     wishes.properties = wantedProperties(options);
-    LogPrinter printer{options};
+    const DiffPrinter diffs{session, first, peg};
+    LogPrinter printer{options, options.showDiff ? [&](HSVNRevisionNumber revision) { diffs.print(revision); }
+                                                 : std::function<void(HSVNRevisionNumber)>{}};
     HSVNReadLog(
         targets, peg, wishes, [&](const HSVNLogEntry& entry) { printer.print(entry); }, session.client());
     printer.finish();
@@ -136,12 +188,18 @@ const Subcommand& logSubcommand()
                                        "\n"
                                        "--search shows only revisions whose author, date or message, or with -v a\n"
                                        "path of which, the pattern is found in.  --limit then limits the revisions\n"
-                                       "that are searched, not those that are shown.",
-                                       {OptionId::Revision, OptionId::Change, OptionId::Quiet, OptionId::Verbose,
-                                        OptionId::UseMergeHistory, OptionId::Targets, OptionId::StopOnCopy,
-                                        OptionId::Incremental, OptionId::XML, OptionId::JSON, OptionId::Limit,
-                                        OptionId::WithAllRevprops, OptionId::WithNoRevprops, OptionId::WithRevprop,
-                                        OptionId::Search, OptionId::SearchAnd},
+                                       "that are searched, not those that are shown.\n"
+                                       "\n"
+                                       "--diff adds what each revision changed at and below the target, without\n"
+                                       "the lines of deleted files; --depth, --diff-cmd, --internal-diff and -x go\n"
+                                       "with it.",
+                                       {OptionId::Revision,       OptionId::Change,          OptionId::Quiet,
+                                        OptionId::Verbose,        OptionId::UseMergeHistory, OptionId::Targets,
+                                        OptionId::StopOnCopy,     OptionId::Incremental,     OptionId::XML,
+                                        OptionId::JSON,           OptionId::Limit,           OptionId::WithAllRevprops,
+                                        OptionId::WithNoRevprops, OptionId::WithRevprop,     OptionId::Depth,
+                                        OptionId::Diff,           OptionId::DiffCmd,         OptionId::InternalDiff,
+                                        OptionId::Extensions,     OptionId::Search,          OptionId::SearchAnd},
                                        {{OptionId::Quiet, "do not print the log message"},
                                         {OptionId::Verbose, "also print all affected paths"},
                                         {OptionId::WithRevprop, "retrieve revision property ARG"}},

@@ -153,6 +153,9 @@ void LogPrinter::printText(const HSVNLogEntry& entry) const
         text += '\n';
     }
     Output::write(_options.quiet ? text : text + "\n" + message + "\n");
+    if (_follow) {
+        _follow(entry.revision);
+    }
 }
 
 void LogPrinter::printXML(const HSVNLogEntry& entry) const

@@ -3,14 +3,20 @@
 #include "CommandLine/LogSearch.h"
 #include "CommandLine/Options.h"
 
+#include <functional>
 #include <nlohmann/json.hpp>
+#include <utility>
 #include <vector>
 
 /// Prints the entries of a log, those that a merge brought in marked as such.
 class LogPrinter
 {
   public:
-    explicit LogPrinter(const Options& options) : _options{options}, _search{options.search} {}
+    /// @param follow  prints what follows the text of a revision; may be null
+    explicit LogPrinter(const Options& options, std::function<void(HSVNRevisionNumber)> follow = {})
+        : _options{options}, _search{options.search}, _follow{std::move(follow)}
+    {
+    }
 
     void print(const HSVNLogEntry& entry);
     /// What follows the last entry.
@@ -26,6 +32,7 @@ class LogPrinter
 
     const Options& _options;
     LogSearch _search;
+    std::function<void(HSVNRevisionNumber)> _follow;
     std::vector<HSVNRevisionNumber> _mergedBy; ///< the entries that the next one was merged by, the outermost first
     nlohmann::ordered_json _records = nlohmann::ordered_json::array();
 };

@@ -3,6 +3,7 @@
 #include "CommandLine/Errors.h"
 #include "CommandLine/Targets.h"
 #include "Output/Display.h"
+#include "Output/HunkLine.h"
 #include "Output/Output.h"
 #include "Output/Progress.h"
 #include "Output/Words.h"
@@ -204,9 +205,11 @@ const char* skipFormat(const HSVNNotification& notification)
 bool isItem(const HSVNNotification& notification)
 {
     constexpr std::array others{
-        std::int32_t{HSVNNotifyActionCommitPostfixTXDelta},     std::int32_t{HSVNNotifyActionUpdateCompleted},
-        std::int32_t{HSVNNotifyActionUpdateOfPathStarted},      std::int32_t{HSVNNotifyActionCommitFinalizing},
-        std::int32_t{HSVNNotifyActionConflictResolverStarting}, std::int32_t{HSVNNotifyActionConflictResolverDone}};
+        std::int32_t{HSVNNotifyActionCommitPostfixTXDelta},    std::int32_t{HSVNNotifyActionUpdateCompleted},
+        std::int32_t{HSVNNotifyActionUpdateOfPathStarted},     std::int32_t{HSVNNotifyActionCommitFinalizing},
+        std::int32_t{HSVNNotifyActionPatchAppliedHunk},        std::int32_t{HSVNNotifyActionPatchRejectedHunk},
+        std::int32_t{HSVNNotifyActionPatchHunkAlreadyApplied}, std::int32_t{HSVNNotifyActionConflictResolverStarting},
+        std::int32_t{HSVNNotifyActionConflictResolverDone}};
     return std::find(others.begin(), others.end(), notification.action()) == others.end();
 }
 
@@ -276,7 +279,13 @@ std::string NotificationPrinter::textOfChange(const HSVNNotification& notificati
         return existing(notification);
     case HSVNNotifyActionUpdateUpdate:
     case HSVNNotifyActionMergeRecordInfo:
-        return update(notification);
+        return update(notification, 2);
+    case HSVNNotifyActionPatch:
+        return update(notification, 7);
+    case HSVNNotifyActionPatchAppliedHunk:
+    case HSVNNotifyActionPatchRejectedHunk:
+    case HSVNNotifyActionPatchHunkAlreadyApplied:
+        return hunkLine(notification);
     case HSVNNotifyActionTreeConflict:
         _conflicts.add(shownPath(notification), ConflictKind::Tree);
         return fmt::format("   C {}\n", shownPath(notification));
@@ -413,7 +422,7 @@ std::string NotificationPrinter::existing(const HSVNNotification& notification)
                        shownPath(notification));
 }
 
-std::string NotificationPrinter::update(const HSVNNotification& notification)
+std::string NotificationPrinter::update(const HSVNNotification& notification, std::size_t gap)
 {
     countConflicts(notification);
     const bool isFile = notification.nodeKind() == HSVNNodeKindFile;
@@ -424,7 +433,7 @@ std::string NotificationPrinter::update(const HSVNNotification& notification)
         return "";
     }
     _hasChange = true;
-    return fmt::format("{}  {}\n", columns, shownPath(notification));
+    return fmt::format("{}{}{}\n", columns, std::string(gap, ' '), shownPath(notification));
 }
 
 std::string NotificationPrinter::completion(const HSVNNotification& notification)

@@ -4,6 +4,7 @@
 
 #include <HSVN/HSVN.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
@@ -51,7 +52,8 @@ class NotificationPrinter
     std::string textOfResult(const HSVNNotification& notification);
     std::string addition(const HSVNNotification& notification);
     std::string existing(const HSVNNotification& notification);
-    std::string update(const HSVNNotification& notification);
+    /// @param gap  how many blanks stand between the columns and the path
+    std::string update(const HSVNNotification& notification, std::size_t gap);
     std::string completion(const HSVNNotification& notification);
     std::string endOfExternal();
     std::string completionLine(HSVNRevisionNumber revision, bool isExternal);
