@@ -13,25 +13,19 @@ namespace {
 /// Prints what happens and answers the questions that Subversion asks on the way.
 struct Narrator
 {
-    static constexpr int conflicted = 7; // a content state: the text is in conflict
-
     std::string message; // of the next commit
 
     void notify(HSVNContext& /*context*/, const HSVNNotificationRef& notification)
     {
-        if (notification->action() > HSVNNotifyActionFailedExternal &&
-            notification->action() < HSVNNotifyActionUpdateStarted) {
-            return; // an action of a newer Subversion line, which has no name here
-        }
-        std::cout << "  " << HSVNNotification::stringForAction(notification->action());
+        std::cout << "  " << HSVNTextOfNotifyAction(notification->action());
         if (notification->path()) {
             std::cout << "  " << *notification->path();
         }
         if (notification->revision() != HSVNInvalidRevision) {
             std::cout << "  r" << notification->revision();
         }
-        if (notification->contentState() == conflicted) {
-            std::cout << "  CONFLICT";
+        if (notification->contentState() == HSVNNotifyStateConflicted) {
+            std::cout << "  (" << HSVNTextOfNotifyState(notification->contentState()) << ')';
         }
         std::cout << '\n';
     }
@@ -115,7 +109,7 @@ void runFirstRoad(const HSVNLocalPathRef& folder, Narrator& narrator, const HSVN
     try {
         commit(first, "Try to commit a conflict", narrator, client);
     } catch (const HSVNMergeConflictException& exception) {
-        std::cout << "  refused: " << exception.reason() << '\n';
+        std::cout << "  refused: " << exception.fullMessage() << '\n';
     }
 
     chapter("The conflict is resolved and committed");
@@ -153,6 +147,9 @@ try {
     runFirstRoad(folder, *narrator, client);
     std::filesystem::remove_all(pattern);
     return 0;
+} catch (const HSVNPlatformException& exception) {
+    std::cerr << exception.fullMessage() << '\n';
+    return 1;
 } catch (const std::exception& exception) {
     std::cerr << exception.what() << '\n';
     return 1;

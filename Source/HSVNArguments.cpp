@@ -1,15 +1,14 @@
 #include "HSVNArguments.h"
 
 #include "Internal/ExtensionCall.h"
-#include "Internal/Text.h"
 
 namespace {
 
 std::vector<std::string> textsOf(const apr_array_header_t* array)
 {
     std::vector<std::string> texts;
-    for (int index = 0; array && index < array->nelts; ++index) {
-        texts.emplace_back(APR_ARRAY_IDX(array, index, const char*));
+    if (array) {
+        HSVNForEachText(array, [&](const char* text) { texts.emplace_back(text); });
     }
     return texts;
 }
@@ -68,15 +67,4 @@ std::optional<std::pair<HSVNRevisionRef, HSVNRevisionRef>> HSVNArguments::parseR
         return std::nullopt;
     }
     return std::pair{exactRevision(start), exactRevision(end)};
-}
-
-std::optional<std::string> HSVNArguments::URLOfTarget(const std::string& target, const HSVNContextRef& context)
-{
-    HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNOperation operation{
-        context, "HSVNArguments", "URLOfTarget:withContext:", {{"target", target}, {"context", context}}};
-    const char* url = nullptr;
-    operation.check(operation.extension(&HSVNBundleExtensions::client_url_from_path)(&url, operation.cString(target),
-                                                                                     operation.pool()));
-    return HSVNTextOrNil(url);
 }

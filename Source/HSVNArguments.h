@@ -14,7 +14,8 @@
 /// A target is a local path, absolute or relative to the current folder ("" is the folder itself), or a URL. The
 /// operations that take such targets report relative ones relative, and their messages name them as Subversion's do.
 /// They refuse a target with a NUL or an escaped zero byte in it (HSVNInvalidArgumentException, HSVNException), and,
-/// where the target is to be changed, one in the administrative area of a working copy (HSVNException, status 200025).
+/// where the target is to be changed, one in the administrative area of a working copy (HSVNException,
+/// `HSVNStatusCode::ReservedFileName`).
 namespace HSVNArguments {
 
 /// Arguments made canonical.
@@ -56,12 +57,5 @@ HSVN_EXPORT Pegged parse(const std::string& target, const HSVNContextRef& contex
 /// Stands for svn_opt_parse_revision.
 HSVN_EXPORT std::optional<std::pair<HSVNRevisionRef, HSVNRevisionRef>> parseRevisions(const std::string& text,
                                                                                       const HSVNContextRef& context);
-
-/// The URL of a working copy's item; a URL is its own, nil for an item that has none.
-///
-/// @param context  not nil ("context != nil")
-/// @throws HSVNException for every Subversion error
-/// Stands for svn_client_url_from_path.
-HSVN_EXPORT std::optional<std::string> URLOfTarget(const std::string& target, const HSVNContextRef& context);
 
 } // namespace HSVNArguments

@@ -13,5 +13,5 @@ struct HSVNCommitResult
     std::optional<std::string> date{};            ///< as the server writes it
     std::optional<std::string> author{};          ///< nil for none
     std::optional<std::string> postCommitError{}; ///< what the hook that ran afterwards complained of
-    bool messageRefused = false;                  ///< the delegate gave no log message, so nothing was committed
+    bool messageRefused = false;                  ///< the delegate gave no log message for what was to be committed
 };

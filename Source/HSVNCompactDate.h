@@ -24,10 +24,18 @@ class HSVNCompactDate
         return _microseconds == nil ? std::nullopt : std::optional{HSVNDate{_microseconds}};
     }
 
+    /// The date cut to the whole seconds, or nil.
+    constexpr std::optional<HSVNDate> seconds() const
+    {
+        return _microseconds == nil ? std::nullopt
+                                    : std::optional{HSVNDate{_microseconds - _microseconds % microsecondsPerSecond}};
+    }
+
     /// Order in time; nil comes first.
     friend constexpr auto operator<=>(const HSVNCompactDate&, const HSVNCompactDate&) = default; // NOLINT: no null
 
   private:
+    static constexpr std::int64_t microsecondsPerSecond = 1'000'000;
     static constexpr std::int64_t nil = std::numeric_limits<std::int64_t>::min();
     std::int64_t _microseconds = nil;
 };

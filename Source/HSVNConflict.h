@@ -1,5 +1,6 @@
 #pragma once
 
+#include "HSVNExport.h"
 #include "HSVNTypes.h"
 
 #include <cstdint>
@@ -56,6 +57,15 @@ enum class HSVNConflictOperation : std::int32_t
     Switch = 2,
     Merge = 3
 };
+
+/// What a conflict is about: "text", "property" or "tree".
+HSVN_EXPORT const char* HSVNTextOfConflictKind(HSVNConflictKind kind);
+/// What an operation tried to do: "edit", "add", "delete" or "replace".
+HSVN_EXPORT const char* HSVNTextOfConflictAction(HSVNConflictAction action);
+/// What kept it from doing so, such as "obstruction" or "moved away".
+HSVN_EXPORT const char* HSVNTextOfConflictReason(HSVNConflictReason reason);
+/// The operation: "update", "switch", "merge" or "none".
+HSVN_EXPORT const char* HSVNTextOfConflictOperation(HSVNConflictOperation operation);
 
 /// One conflict of a working copy's item.
 struct HSVNConflictRecord

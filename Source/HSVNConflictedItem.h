@@ -1,9 +1,8 @@
 #pragma once
 
 #include "HSVNConflict.h"
-#include "HSVNContents.h"
 #include "HSVNContext.h"
-#include "HSVNItemInfo.h"
+#include "HSVNReceiver.h"
 
 #include <cstdint>
 #include <memory>
@@ -83,7 +82,7 @@ class HSVN_EXPORT HSVNConflictedItem
     ///
     /// @param property  the property concerned; "" means all
     /// @param merged    the value of a property that was merged; nil otherwise
-    /// @throws HSVNException, status 195024, for a choice that does not apply
+    /// @throws HSVNException, `HSVNStatusCode::ConflictOptionNotApplicable`, for a choice that does not apply
     /// Stands for svn_client_conflict_text_resolve, svn_client_conflict_prop_resolve and
     /// svn_client_conflict_tree_resolve.
     void resolve(HSVNConflictKind kind, HSVNResolutionChoice choice, const std::string& property = {},

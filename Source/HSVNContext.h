@@ -44,6 +44,7 @@
 
 struct apr_pool_t;
 struct svn_client_ctx_t;
+class HSVNOperation;
 class HSVNPool;
 class HSVNTransferObserver;
 struct HSVNBlamedLine;
@@ -80,7 +81,7 @@ inline constexpr const char* HSVNConfigOptionGlobalIgnores = "global-ignores";
 /// only, that serves as long as the choices allow it, else the verb throws `HSVNUnsupportedFeatureException`, which
 /// names verb, choice and line. Verbs throw `HSVNException` for every Subversion error, and
 /// `HSVNInvalidArgumentException` for a target with a NUL in it; what changes items refuses those in an administrative
-/// area (status 200025).
+/// area (`HSVNStatusCode::ReservedFileName`).
 ///
 /// Choices are aggregates whose fields all have defaults, for designated initialisers. A release that adds a field
 /// changes their size, so it has a new `SOVERSION`, and programs are compiled anew for it; their sources stay as they
@@ -209,7 +210,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// @param root  the working copy's root
     /// @param from  what its URLs begin with until now
     /// @param to    what they begin with from now on
-    /// Stands for svn_client_relocate2 (svn_client_relocate).
+    /// Stands for svn_client_relocate2; not offered by lines before 1.7.
     void relocate(const HSVNTarget& root, const std::string& from, const std::string& to,
                   const HSVNRelocateChoices& choices = {});
     /// Applies a patch in the unified format, with Subversion's or Git's headers, or without any.
@@ -221,7 +222,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// Puts items into a changelist.
     ///
     /// @param targets     local paths
-    /// @param changelist  not empty ("[changelist length] > 0")
+    /// @param changelist  not empty, else HSVNException
     /// Stands for svn_client_add_to_changelist; not offered by lines before 1.5.
     void addToChangelist(const HSVNTargets& targets, const std::string& changelist,
                          const HSVNChangelistChoices& choices = {});
@@ -358,14 +359,13 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     // MARK: Changes that are committed
     // What is done to URLs is committed at once: the log message is a choice, else the delegate is asked for it, and
     // one that gives none leaves everything as it was. What is done to local paths is scheduled, and answers no
-    // revision.
+    // revision. A receiver, which may be nil, is called for each commit; its exception reaches the caller and undoes
+    // nothing.
 
     /// Commits local changes.
     ///
-    /// @param targets   local items, in one or several working copies
-    /// @param receiver  called for each commit once it is done; several repositories make several. An exception stops
-    ///                  the operation, not the commit. May be nil.
-    /// @return the last commit
+    /// @param targets   local items, in one or several working copies of one repository
+    /// @param receiver  called once the commit is done and written into the working copies; may be nil
     /// @throws HSVNException for a URL among the targets
     ///
     /// Sends HSVNNotifyActionCommitStarted and its like. Stands for svn_client_commit6 (svn_client_commit4,
@@ -384,6 +384,8 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
                                      const HSVNReceiver<const HSVNCommitResult&>& receiver = {});
     /// Deletes items, all local or all of repositories.
     ///
+    /// @param receiver  called for each commit: items of several repositories make several
+    /// @return the last commit
     /// Stands for svn_client_delete4 (svn_client_delete2).
     HSVNCommitResult remove(const HSVNTargets& targets, const HSVNDeleteChoices& choices = {},
                             const HSVNReceiver<const HSVNCommitResult&>& receiver = {});
@@ -463,7 +465,8 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// @param target    a local path or a URL
     /// @param revision  not nil ("revision != nil")
     /// @param receiver  not nil ("receiver != nil")
-    /// Stands for svn_client_info4; not offered by lines before 1.9.
+    /// Stands for svn_client_info4 (svn_client_info, which knows the depths empty and infinity, no externals and no
+    /// changelists).
     void info(const HSVNTarget& target, const HSVNRevisionSpecRef& revision, const HSVNInfoChoices& choices,
               const HSVNReceiver<const HSVNItemInfo&>& receiver);
     /// The same, all items at once.
@@ -474,7 +477,9 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     ///
     /// @param target    a local path, whose URL is listed, or a URL
     /// @param revision  not nil ("revision != nil")
-    /// @param receiver  not nil ("receiver != nil")
+    /// @param receiver  not nil ("receiver != nil"). A node's name is its path below the target, "." that of a
+    /// directory
+    ///                  which is the target itself.
     /// Stands for svn_client_list4 (svn_client_list).
     void list(const HSVNTarget& target, const HSVNRevisionSpecRef& revision, const HSVNListChoices& choices,
               const HSVNReceiver<const HSVNNodeRef&>& receiver);
@@ -496,7 +501,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// @param target    a local path or a URL
     /// @param revision  not nil ("revision != nil")
     /// @param receiver  not nil ("receiver != nil")
-    /// Stands for svn_client_cat3 (svn_client_cat2).
+    /// Stands for svn_client_cat3 (svn_client_cat2, which expands keywords).
     void contents(const HSVNTarget& target, const HSVNRevisionSpecRef& revision, const HSVNContentsChoices& choices,
                   const HSVNContentsReceiver& receiver);
     /// The same, all bytes at once.
@@ -508,11 +513,13 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// @param target    a local path or a URL, and by its peg revision where it is looked up
     /// @param range     how far to look back, and the revision whose lines are told; not nil ("revision != nil")
     /// @param receiver  called for each line, in order; not nil ("receiver != nil")
-    /// Stands for svn_client_blame6; not offered by lines before 1.12.
+    /// Stands for svn_client_blame6 (svn_client_blame5, svn_client_blame4 before 1.7, svn_client_blame3, which does not
+    /// follow merges, before 1.5).
     void blame(const HSVNTargetInRevision& target, const std::pair<HSVNRevisionRef, HSVNRevisionRef>& range,
                const HSVNBlameChoices& choices, const HSVNReceiver<const HSVNBlamedLine&>& receiver);
     /// Refuses arguments of `HSVNBlameChoices` that Subversion's own comparison of lines does not know.
     ///
+    /// @throws HSVNException naming the argument
     /// Stands for svn_diff_file_options_parse.
     void checkBlameArguments(const std::vector<std::string>& arguments);
 
@@ -590,7 +597,8 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     std::unique_ptr<HSVNPool> _pool; // owns what _ctx points to
     svn_client_ctx_t* _ctx = nullptr;
     const HSVNTransferObserver* _transferObserver = nullptr;
-    std::int64_t _countedBytes = 0;   // as Subversion last counted them
-    std::int64_t _operationBytes = 0; // of these, the outermost operation's
+    const HSVNOperation* _operation = nullptr; // the innermost one under way
+    std::int64_t _countedBytes = 0;            // as Subversion last counted them
+    std::int64_t _operationBytes = 0;          // of these, the outermost operation's
     std::exception_ptr _keptException;
 };

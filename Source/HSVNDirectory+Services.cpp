@@ -1,12 +1,13 @@
 #include "HSVNContext.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
-#include "HSVNFile.h"
 #include "HSVNLock.h"
 #include "HSVNRepositoryInfo.h"
 #include "HSVNRevisionSpec.h"
 #include "HSVNURL.h"
 #include "Internal/Browsing.h"
+#include "Internal/List.h"
+#include "Internal/MakeDirectories.h"
 #include "Internal/Operation.h"
 #include "Internal/PathKind.h"
 #include "Internal/RevisionNumber.h"
@@ -94,29 +95,10 @@ struct ListReceiver
 {
     HSVNContext& context;
     const HSVNPathRef& path;
-    HSVNURLRef url;
-    bool pathIsURL;
-    HSVNTextCache authors = {};
-    HSVNPathRef location = nullptr; // the children's, once there is one
+    HSVNListedNodeMaker maker;
     HSVNDirectoryRef directory = nullptr;
     std::vector<HSVNNodeRef> children = {};
 };
-
-HSVNNodeRef makeChild(ListReceiver& receiver, const char* name, const svn_dirent_t* dirent, const svn_lock_t* lock)
-{
-    const auto path = receiver.path->pathByNormalizingAndAddingComponent(name);
-    const auto urlPath =
-        receiver.pathIsURL || !receiver.url ? path : receiver.url->pathByNormalizingAndAddingComponent(name);
-    const auto url = std::dynamic_pointer_cast<const HSVNURL>(urlPath); // nil for a local path without a URL
-    if (!receiver.location) {
-        receiver.location = path->parent();
-    }
-    const auto author = receiver.authors.sharedText(dirent->last_author);
-    if (dirent->kind == svn_node_dir) {
-        return std::make_shared<HSVNDirectory>(name, path, url, dirent, lock, receiver.location, author);
-    }
-    return std::make_shared<HSVNFile>(name, path, url, dirent, lock, receiver.location, author);
-}
 
 svn_error_t* HSVNListFunc(void* baton, const char* relativePath, const svn_dirent_t* dirent, const svn_lock_t* lock,
                           const char*, apr_pool_t*)
@@ -124,25 +106,26 @@ svn_error_t* HSVNListFunc(void* baton, const char* relativePath, const svn_diren
     auto& receiver = *static_cast<ListReceiver*>(baton);
     return HSVNGuardCallback(receiver.context, [&]() -> svn_error_t* {
         if (*relativePath) {
-            receiver.children.push_back(makeChild(receiver, relativePath, dirent, lock));
+            receiver.children.push_back(receiver.maker.makeNode(relativePath, *dirent, lock));
         } else if (dirent->kind == svn_node_dir) {
-            receiver.directory = std::make_shared<HSVNDirectory>(receiver.path->denormalizedLastComponent(),
-                                                                 receiver.path, receiver.url, dirent, lock);
+            const auto name = receiver.path->denormalizedLastComponent();
+            receiver.directory =
+                std::static_pointer_cast<HSVNDirectory>(receiver.maker.makeNodeOfTarget(name, *dirent, lock));
         }
         return SVN_NO_ERROR;
     });
 }
 
-HSVNDirectoryRef directoryOfCommit(const HSVNURLRef& url, const svn_commit_info_t& commit, apr_pool_t* pool)
+HSVNDirectoryRef directoryOfCommit(const HSVNURLRef& url, const HSVNCommitResult& commit, apr_pool_t* pool)
 {
     auto directory = std::make_shared<HSVNDirectory>();
     directory->setName(url->denormalizedLastComponent());
     directory->setPath(url);
     directory->setLocation(url->parent());
     directory->setURL(url);
-    directory->setRevision(HSVNRevisionNumberFromSubversion(commit.revision));
-    directory->setAuthor(HSVNTextOrNil(commit.author));
-    directory->setDate(HSVNDate::dateWithISO8601CString(commit.date, pool));
+    directory->setRevision(commit.revision);
+    directory->setAuthor(commit.author);
+    directory->setDate(HSVNDate::dateWithISO8601CString(commit.date ? commit.date->c_str() : nullptr, pool));
     return directory;
 }
 
@@ -217,8 +200,7 @@ HSVNDirectoryRef HSVNDirectory::directoryAtPath(const HSVNPathRef& path, const H
                             "directoryAtPath:forRevision:children:withContext:",
                             {{"path", path}, {"revision", revision}, {"context", context}}};
     const HSVNRevisionRecords revisions{*revision};
-    ListReceiver receiver{*context, path, HSVNURLForListing(path, context),
-                          std::dynamic_pointer_cast<const HSVNURL>(path) != nullptr};
+    ListReceiver receiver{*context, path, {path, HSVNURLForListing(path, context)}};
     operation.check(operation->client_list(operation.cString(path->string()), &revisions.peg, &revisions.operative,
                                            false, allDirentFields, true, HSVNListFunc, &receiver, operation.ctx(),
                                            operation.pool()));
@@ -232,21 +214,19 @@ HSVNDirectoryRef HSVNDirectory::createDirectoryAtPath(const HSVNPathRef& path, c
 {
     HSVNAssertParameter(path != nullptr, "path != nil");
     HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNOperation operation{
+    HSVNRevisionChange change{
         context, "HSVNDirectory", "createDirectoryAtPath:withContext:", {{"path", path}, {"context", context}}};
-    // Stays null when the delegate refused the log message, which Subversion does not report as an error.
-    svn_commit_info_t* commit = nullptr;
-    svn_error_t* const error =
-        operation->client_mkdir2(&commit, operation.pathArray(*path), operation.ctx(), operation.pool());
-    operation.check(error, commit);
+    auto& operation = change.operation();
+    // Without a revision when the delegate refused the log message, which Subversion does not report as an error.
+    const auto commit = HSVNMakeDirectories(change, operation.pathArray(*path), {});
     const auto url = std::dynamic_pointer_cast<const HSVNURL>(path);
     if (!url) {
         return directoryAtPath(path, HSVNRevisionSpec::UNSPECIFIED(), context);
     }
-    if (!commit || commit->revision < 0) {
+    if (commit.revision == HSVNInvalidRevision) {
         HSVNOperationCancelledException::exceptionWithReason("Operation was cancelled", 0)->raise();
     }
-    return directoryOfCommit(url, *commit, operation.pool());
+    return directoryOfCommit(url, commit, operation.pool());
 }
 
 HSVNDirectoryRef HSVNDirectory::createPath(const HSVNPathRef& path, const HSVNPathRef& directory,

@@ -7,9 +7,9 @@
 #include "HSVNLocalPath.h"
 #include "HSVNPackage.h"
 #include "Internal/CanonicalPath.h"
+#include "Internal/CleanUp.h"
 #include "Internal/FileManager.h"
 #include "Internal/Operation.h"
-#include "Internal/ReplacedItem.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -126,7 +126,7 @@ void HSVNDirectory::cleanUpWorkingCopyAtPath(const HSVNPathRef& path, const HSVN
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{
         context, "HSVNDirectory", "cleanUpWorkingCopyAtPath:withContext:", {{"path", path}, {"context", context}}};
-    operation.check(operation->client_cleanup(operation.cString(path->string()), operation.ctx(), operation.pool()));
+    HSVNCleanUp(operation, path->string(), {});
     HSVNTellOfItemsSetAside(path->string());
 }
 

@@ -1,5 +1,6 @@
 #include "HSVNException.h"
 
+#include "HSVNStatusCodes.h"
 #include "Internal/Characters.h"
 #include "Internal/Pool.h"
 
@@ -56,41 +57,40 @@ struct StatusRow
     const HSVNExceptionClass* exceptionClass;
 };
 
-// The first row with a status decides. Numbers, not Subversion's names for them: the codes are the same in every line,
-// while the names of some came and went.
+// The first row with a status decides.
 constexpr std::array<StatusRow, 32> statusMap{{
-    {150000, &classOf<HSVNNoSuchEntryException>},                  // SVN_ERR_ENTRY_NOT_FOUND
-    {150002, &classOf<HSVNEntryExistsException>},                  // SVN_ERR_ENTRY_EXISTS
-    {EEXIST, &classOf<HSVNEntryExistsException>},                  //
-    {200005, &classOf<HSVNUnversionedResourceException>},          // SVN_ERR_UNVERSIONED_RESOURCE
-    {200007, &classOf<HSVNUnsupportedFeatureException>},           // SVN_ERR_UNSUPPORTED_FEATURE
-    {200015, &classOf<HSVNOperationCancelledException>},           // SVN_ERR_CANCELLED
-    {160028, &classOf<HSVNTransactionOutOfDateException>},         // SVN_ERR_FS_TXN_OUT_OF_DATE
-    {160020, &classOf<HSVNEntryExistsException>},                  // SVN_ERR_FS_ALREADY_EXISTS
-    {160008, &classOf<HSVNNoSuchEntryException>},                  // SVN_ERR_FS_NO_SUCH_ENTRY
-    {160013, &classOf<HSVNNoSuchEntryException>},                  // SVN_ERR_FS_NOT_FOUND
-    {160024, &classOf<HSVNVersionConflictException>},              // SVN_ERR_FS_CONFLICT
-    {160043, &classOf<HSVNUnsupportedRepositoryFormatException>},  // SVN_ERR_FS_UNSUPPORTED_FORMAT
-    {160029, &classOf<HSVNBerkeleyDBException>},                   // SVN_ERR_FS_BERKELEY_DB
-    {170001, &classOf<HSVNAuthorizationException>},                // SVN_ERR_RA_NOT_AUTHORIZED
-    {210002, &classOf<HSVNConnectionClosedException>},             // SVN_ERR_RA_SVN_CONNECTION_CLOSED
-    {EHOSTUNREACH, &classOf<HSVNHostUnreachableException>},        //
-    {ETIMEDOUT, &classOf<HSVNCommunicationTimeOutException>},      //
-    {ECONNREFUSED, &classOf<HSVNConnectionRefusedException>},      //
-    {210005, &classOf<HSVNRepositoryNotFoundException>},           // SVN_ERR_RA_SVN_REPOS_NOT_FOUND
-    {180001, &classOf<HSVNNotRepositoryException>},                // SVN_ERR_RA_LOCAL_REPOS_OPEN_FAILED
-    {175002, &classOf<HSVNCommunicationException>},                // SVN_ERR_RA_DAV_REQUEST_FAILED
-    {155004, &classOf<HSVNWorkingCopyLockedException>},            // SVN_ERR_WC_LOCKED
-    {155015, &classOf<HSVNMergeConflictException>},                // SVN_ERR_WC_FOUND_CONFLICT
-    {155005, &classOf<HSVNWorkingCopyNotLockedException>},         // SVN_ERR_WC_NOT_LOCKED
-    {155007, &classOf<HSVNNotWorkingCopyException>},               // SVN_ERR_WC_NOT_DIRECTORY
-    {155023, &classOf<HSVNInvalidScheduleException>},              // SVN_ERR_WC_INVALID_SCHEDULE
-    {155021, &classOf<HSVNUnsupportedWorkingCopyFormatException>}, // SVN_ERR_WC_UNSUPPORTED_FORMAT
-    {195006, &classOf<HSVNItemModifiedException>},                 // SVN_ERR_CLIENT_MODIFIED
-    {195005, &classOf<HSVNInvalidExternalsDescriptionException>},  // SVN_ERR_CLIENT_INVALID_EXTERNALS_DESCRIPTION
-    {160037, &classOf<HSVNEntryLockedException>},                  // SVN_ERR_FS_BAD_LOCK_TOKEN
-    {160039, &classOf<HSVNEntryLockedException>},                  // SVN_ERR_FS_LOCK_OWNER_MISMATCH
-    {160041, &classOf<HSVNLockExpiredException>},                  // SVN_ERR_FS_LOCK_EXPIRED
+    {HSVNStatusCode::EntryNotFound, &classOf<HSVNNoSuchEntryException>},
+    {HSVNStatusCode::EntryExists, &classOf<HSVNEntryExistsException>},
+    {EEXIST, &classOf<HSVNEntryExistsException>},
+    {HSVNStatusCode::UnversionedResource, &classOf<HSVNUnversionedResourceException>},
+    {HSVNStatusCode::UnsupportedFeature, &classOf<HSVNUnsupportedFeatureException>},
+    {HSVNStatusCode::Cancelled, &classOf<HSVNOperationCancelledException>},
+    {HSVNStatusCode::TransactionOutOfDate, &classOf<HSVNTransactionOutOfDateException>},
+    {HSVNStatusCode::NodeExists, &classOf<HSVNEntryExistsException>},
+    {HSVNStatusCode::NoSuchEntry, &classOf<HSVNNoSuchEntryException>},
+    {HSVNStatusCode::NodeNotFound, &classOf<HSVNNoSuchEntryException>},
+    {HSVNStatusCode::VersionConflict, &classOf<HSVNVersionConflictException>},
+    {HSVNStatusCode::UnsupportedRepositoryFormat, &classOf<HSVNUnsupportedRepositoryFormatException>},
+    {HSVNStatusCode::BerkeleyDB, &classOf<HSVNBerkeleyDBException>},
+    {HSVNStatusCode::NotAuthorized, &classOf<HSVNAuthorizationException>},
+    {HSVNStatusCode::ConnectionClosed, &classOf<HSVNConnectionClosedException>},
+    {EHOSTUNREACH, &classOf<HSVNHostUnreachableException>},
+    {ETIMEDOUT, &classOf<HSVNCommunicationTimeOutException>},
+    {ECONNREFUSED, &classOf<HSVNConnectionRefusedException>},
+    {HSVNStatusCode::RepositoryNotFound, &classOf<HSVNRepositoryNotFoundException>},
+    {HSVNStatusCode::RepositoryOpenFailed, &classOf<HSVNNotRepositoryException>},
+    {HSVNStatusCode::RequestFailed, &classOf<HSVNCommunicationException>},
+    {HSVNStatusCode::WorkingCopyLocked, &classOf<HSVNWorkingCopyLockedException>},
+    {HSVNStatusCode::FoundConflict, &classOf<HSVNMergeConflictException>},
+    {HSVNStatusCode::WorkingCopyNotLocked, &classOf<HSVNWorkingCopyNotLockedException>},
+    {HSVNStatusCode::WorkingCopyNotDirectory, &classOf<HSVNNotWorkingCopyException>},
+    {HSVNStatusCode::InvalidSchedule, &classOf<HSVNInvalidScheduleException>},
+    {HSVNStatusCode::UnsupportedWorkingCopyFormat, &classOf<HSVNUnsupportedWorkingCopyFormatException>},
+    {HSVNStatusCode::ClientModified, &classOf<HSVNItemModifiedException>},
+    {HSVNStatusCode::InvalidExternals, &classOf<HSVNInvalidExternalsDescriptionException>},
+    {HSVNStatusCode::BadLockToken, &classOf<HSVNEntryLockedException>},
+    {HSVNStatusCode::LockOwnerMismatch, &classOf<HSVNEntryLockedException>},
+    {HSVNStatusCode::LockExpired, &classOf<HSVNLockExpiredException>},
 }};
 
 std::string messageOf(const svn_error_t* error)

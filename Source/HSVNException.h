@@ -9,17 +9,6 @@
 
 struct svn_error_t;
 
-/// Keys of an exception's user information.
-inline constexpr const char* HSVNExceptionMessageKey = "message"; ///< text: the message
-inline constexpr const char* HSVNExceptionCauseKey = "cause";     ///< dictionary of the next error in the chain
-inline constexpr const char* HSVNExceptionLineNumberKey = "line"; ///< number: source line of the error
-inline constexpr const char* HSVNExceptionFileNameKey = "file";   ///< text: source file of the error
-inline constexpr const char* HSVNExceptionStatusKey = "status";   ///< number: status code of the error
-/// Number: the revision that an operation committed although it failed, as when a delegate throws at what it is told of
-/// the commit. Any `HSVNPlatformException` has it, also one of a delegate; exceptions outside that class reach the
-/// caller as they are.
-inline constexpr const char* HSVNExceptionRevisionKey = "revision";
-
 /// The status that stands for none in particular (APR_EGENERAL).
 inline constexpr std::int32_t HSVNExceptionGeneralStatus = 20014;
 

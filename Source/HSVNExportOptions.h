@@ -43,9 +43,9 @@ class HSVN_EXPORT HSVNExportOptions : public HSVNOptionsOf<HSVNExportOptions, HS
     const std::optional<std::string>& EOLMarkers() const { return _EOLMarkers; }
     void setEOLMarkers(std::optional<std::string> markers) { _EOLMarkers = std::move(markers); }
 
-    /// Shows every field but `initiatedByUser`, on purpose.
     /// The same choices for the verb `exportTree`.
     HSVNExportChoices choices() const;
+    /// Shows every field but `initiatedByUser`, on purpose.
     std::string description() const override;
 
   private:

@@ -4,6 +4,7 @@
 #include "HSVNStreams.h"
 #include "HSVNURL.h"
 #include "Internal/Browsing.h"
+#include "Internal/Contents.h"
 #include "Internal/Operation.h"
 
 #include <cstring>
@@ -132,8 +133,6 @@ void HSVNFile::catRevision(const HSVNRevisionSpecRef& revision, const HSVNPathRe
                             "HSVNFile",
                             "catRevision:ofFileAtPath:toOutputStream:withContext:",
                             {{"revision", revision}, {"path", path}, {"stream", stream}, {"context", context}}};
-    const HSVNRevisionRecords revisions{*revision};
     const AdaptedOutput output{operation, std::make_shared<WholeOutputStream>(*context, *stream)};
-    operation.check(operation->client_cat2(output.get(), operation.cString(path->string()), &revisions.peg,
-                                           &revisions.operative, operation.ctx(), operation.pool()));
+    HSVNContents(operation, output.get(), path->string(), *revision, {.expandKeywords = true});
 }

@@ -1,22 +1,23 @@
 #pragma once
 
 #include "HSVNConflict.h"
-#include "HSVNContext.h"
+#include "HSVNDate.h"
 #include "HSVNForward.h"
-#include "HSVNRevisionSpec.h"
 #include "HSVNStatusKind.h"
 #include "HSVNTypes.h"
-#include "HSVNWorkingCopyPlace.h"
 
 #include <cstdint>
-#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
 
 /// What only a working copy's item has.
-struct HSVNWorkingCopyInfo : HSVNWorkingCopyPlace
+struct HSVNWorkingCopyInfo
 {
+    std::optional<std::string> changelist;                     ///< that the item belongs to; nil for none
+    HSVNDepth depth = HSVNDepthUnknown;                        ///< of a directory
+    std::optional<std::string> movedFrom;                      ///< absolute path
+    std::optional<std::string> movedTo;                        ///< absolute path
     HSVNSchedule schedule = HSVNScheduleNormal;                ///< what the next commit will do with the item
     std::optional<std::string> copyFromURL;                    ///< what it is a copy of; nil for no copy
     HSVNRevisionNumber copyFromRevision = HSVNInvalidRevision; ///< none for no copy
@@ -43,26 +44,3 @@ struct HSVNItemInfo
     HSVNLockRef lock;                                             ///< of the item asked for; nil when it has none
     std::optional<HSVNWorkingCopyInfo> workingCopy;               ///< nil for an item of a repository
 };
-
-/// Which items are asked for.
-struct HSVNItemInfoOptions
-{
-    HSVNDepth depth = HSVNDepthEmpty;     ///< how far below the target
-    bool includeExternals = false;        ///< what externals definitions place, too
-    std::vector<std::string> changelists; ///< only items of these; none means all
-};
-
-using HSVNItemInfoReceiver = std::function<void(const HSVNItemInfo& info)>;
-
-/// Reports what is known of items, without asking the repository for a working copy's unless the revision needs it.
-///
-/// @param target    a local path or a URL; see HSVNArguments
-/// @param revision  not nil ("revision != nil")
-/// @param receiver  called for each item; an exception stops the operation and reaches the caller;
-///                  not nil ("receiver != nil")
-/// @param context   not nil ("context != nil")
-/// @throws HSVNException for every Subversion error
-/// Stands for svn_client_info4; not offered by lines before 1.9.
-HSVN_EXPORT void HSVNReadItemInfo(const std::string& target, const HSVNRevisionSpecRef& revision,
-                                  const HSVNItemInfoOptions& options, const HSVNItemInfoReceiver& receiver,
-                                  const HSVNContextRef& context);

@@ -2,10 +2,16 @@
 
 #include "HSVNDebug.h"
 #include "HSVNPlatformException.h"
+#include "Internal/Everlasting.h"
+#include "Internal/PathText.h"
 #include "Internal/Text.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 #include <iterator>
+
+// A log makes one of each for every revision and path: what few have is stored apart.
+static_assert(sizeof(void*) != 8 || (sizeof(HSVNLogItem) <= 168 && sizeof(HSVNLogPathChange) <= 56));
 
 namespace {
 
@@ -37,6 +43,29 @@ HSVNLogItem::HSVNLogItem(std::optional<std::string> message, HSVNRevisionNumber 
     }
 }
 
+void HSVNLogItem::setDate(const std::optional<HSVNDate>& date)
+{
+    _date = date;
+    _tellsSeconds = false;
+}
+
+void HSVNLogItem::setExactDate(const std::optional<HSVNDate>& date)
+{
+    _date = date;
+    _tellsSeconds = true;
+}
+
+const std::map<std::string, std::string>& HSVNLogItem::properties() const
+{
+    static const HSVNEverlasting<std::map<std::string, std::string>> none;
+    return _properties ? *_properties : *none;
+}
+
+void HSVNLogItem::setProperties(std::map<std::string, std::string> properties)
+{
+    _properties = std::make_shared<const std::map<std::string, std::string>>(std::move(properties));
+}
+
 std::vector<std::string> HSVNLogItem::changedPaths() const
 {
     std::vector<std::string> paths;
@@ -55,6 +84,14 @@ std::vector<HSVNLogPathChangeRef> HSVNLogItem::changes() const
         changes.push_back(change);
     }
     return changes;
+}
+
+std::vector<HSVNLogPathChangeRef> HSVNLogItem::sortedChanges() const
+{
+    auto sorted = changes();
+    std::sort(sorted.begin(), sorted.end(),
+              [](const auto& a, const auto& b) { return HSVNIsPathBefore(a->path(), b->path()); });
+    return sorted;
 }
 
 std::vector<HSVNLogPathChangeRef> HSVNLogItem::changesWithAction(HSVNLogAction action) const
@@ -113,13 +150,13 @@ bool HSVNLogItem::isInRange(const HSVNRevisionRangeRef& range) const
     if (range->isNumberRange()) {
         return range->containsNumber(_revision);
     }
-    return !range->isDateRange() || range->containsDate(_date);
+    return !range->isDateRange() || range->containsDate(date());
 }
 
 std::string HSVNLogItem::description() const
 {
     return fmt::format(R"({{ {} revision: {}, date: {}, author: "{}", message: "{}" }})", objectDescription(),
-                       _revision, HSVNDescription(_date), HSVNDescription(_author),
+                       _revision, HSVNDescription(date()), HSVNDescription(_author),
                        HSVNDescription(HSVNDebugSubstring(_message, describedMessageLength)));
 }
 
@@ -129,7 +166,7 @@ std::string HSVNLogItem::stringValue() const
     text += '\n';
     const auto output = std::back_inserter(text);
     fmt::format_to(output, "r{} | {} | {}\nChanged paths:\n", _revision, HSVNDescription(_author),
-                   HSVNDescription(_date));
+                   HSVNDescription(date()));
     for (const auto& [path, change] : _changes) {
         fmt::format_to(output, "  {} {}", HSVNCharFromLogAction(change->action()), *path);
         if (const auto copyPath = change->copyPath()) {

@@ -1,12 +1,13 @@
 #pragma once
 
-#include "HSVNDate.h"
+#include "HSVNCompactDate.h"
 #include "HSVNExport.h"
 #include "HSVNLogPathChange.h"
 #include "HSVNObject.h"
 #include "HSVNRevisionRange.h"
 #include "HSVNTypes.h"
 
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
@@ -34,16 +35,39 @@ class HSVN_EXPORT HSVNLogItem : public HSVNObject
     HSVNRevisionNumber revision() const { return _revision; }
     void setRevision(HSVNRevisionNumber revision) { _revision = revision; }
     /// When it was committed; nil when the repository does not say.
-    const std::optional<HSVNDate>& date() const { return _date; }
-    void setDate(std::optional<HSVNDate> date) { _date = date; }
+    std::optional<HSVNDate> date() const { return _tellsSeconds ? _date.seconds() : _date.value(); }
+    void setDate(const std::optional<HSVNDate>& date);
+    /// The same to the microsecond, where a log that was read leaves `date` the whole seconds.
+    std::optional<HSVNDate> exactDate() const { return _date.value(); }
+    /// Sets `date`, too, to the whole seconds.
+    void setExactDate(const std::optional<HSVNDate>& date);
     /// Who committed it; nil when the repository does not say.
     const std::optional<std::string>& author() const { return _author; }
     void setAuthor(std::optional<std::string> author) { _author = std::move(author); }
+
+    /// All revision properties that the verb `log` was asked for, by name; among them "svn:date" as the repository has
+    /// it, which need not be a date. Empty of an item that the class operation read.
+    const std::map<std::string, std::string>& properties() const;
+    void setProperties(std::map<std::string, std::string> properties);
+    /// Whether a log was asked for the changed paths and told them.
+    bool tellsChangedPaths() const { return _tellsChangedPaths; }
+    void setTellsChangedPaths(bool tells) { _tellsChangedPaths = tells; }
+    /// Whether the revisions that this one merged come next, up to the end of the children.
+    bool hasChildren() const { return _hasChildren; }
+    void setHasChildren(bool hasChildren) { _hasChildren = hasChildren; }
+    /// Whether it was merged in reverse.
+    bool isSubtractiveMerge() const { return _isSubtractiveMerge; }
+    void setSubtractiveMerge(bool isSubtractive) { _isSubtractiveMerge = isSubtractive; }
+    /// Whether it only ends the children of an earlier item; such an item has no revision.
+    bool isEndOfChildren() const { return _isEndOfChildren; }
+    void setEndOfChildren(bool isEnd) { _isEndOfChildren = isEnd; }
 
     /// The paths that changes are recorded under, in no particular order.
     std::vector<std::string> changedPaths() const;
     /// All changes, in no particular order.
     std::vector<HSVNLogPathChangeRef> changes() const;
+    /// All changes, those in a directory right after the directory's own.
+    std::vector<HSVNLogPathChangeRef> sortedChanges() const;
     /// The changes of one action.
     std::vector<HSVNLogPathChangeRef> changesWithAction(HSVNLogAction action) const;
     /// The changes that added a path, in no particular order, as in the next three.
@@ -98,9 +122,15 @@ class HSVN_EXPORT HSVNLogItem : public HSVNObject
 
     std::optional<std::string> _message;
     std::optional<std::string> _author;
-    std::optional<HSVNDate> _date;
+    HSVNCompactDate _date;
     HSVNRevisionNumber _revision = HSVNInvalidRevision;
-    std::map<HSVNSharedText, HSVNLogPathChangeRef, ByText> _changes; // by the path when it was recorded
+    bool _tellsSeconds : 1 = false; // alone of `_date`, as `date`
+    bool _tellsChangedPaths : 1 = false;
+    bool _hasChildren : 1 = false;
+    bool _isSubtractiveMerge : 1 = false;
+    bool _isEndOfChildren : 1 = false;
+    std::shared_ptr<const std::map<std::string, std::string>> _properties; // null for none
+    std::map<HSVNSharedText, HSVNLogPathChangeRef, ByText> _changes;       // by the path when it was recorded
 };
 
 using HSVNLogItemRef = std::shared_ptr<HSVNLogItem>;

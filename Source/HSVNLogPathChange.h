@@ -45,6 +45,15 @@ class HSVN_EXPORT HSVNLogPathChange : public HSVNObject
     /// The revision that the item was copied from; `HSVNInvalidRevision` when it was not copied.
     HSVNRevisionNumber copyRevision() const { return _copyRevision; }
     void setCopyRevision(HSVNRevisionNumber revision) { _copyRevision = revision; }
+    /// What the item is; unknown where the line or the server does not say, as in the next two.
+    HSVNNodeKind kind() const { return _kind; }
+    void setKind(HSVNNodeKind kind) { _kind = kind; }
+    /// Whether its text was modified; nil when not known.
+    std::optional<bool> textModified() const { return _textModified; }
+    void setTextModified(std::optional<bool> modified) { _textModified = modified; }
+    /// Whether its properties were modified; nil when not known.
+    std::optional<bool> propertiesModified() const { return _propertiesModified; }
+    void setPropertiesModified(std::optional<bool> modified) { _propertiesModified = modified; }
 
     /// Tells the change's path from another root, as when a repository's paths are shown below a folder of their own or
     /// a branch's paths without the branch.
@@ -60,6 +69,9 @@ class HSVN_EXPORT HSVNLogPathChange : public HSVNObject
   private:
     HSVNLogAction _action = HSVNLogActionNone;
     HSVNRevisionNumber _copyRevision = HSVNInvalidRevision;
+    HSVNNodeKind _kind = HSVNNodeKindUnknown;
+    std::optional<bool> _textModified;
+    std::optional<bool> _propertiesModified;
     HSVNSharedText _path;
     HSVNSharedText _copyPath;
 };

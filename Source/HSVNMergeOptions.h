@@ -19,7 +19,7 @@ struct HSVNMergeChoices
     bool forceDelete = false;             ///< delete items although they are changed or unversioned
     bool recordOnly = false;              ///< write down what was merged, and merge nothing else
     bool dryRun = false;                  ///< tell what would be done and leave the working copy as it is
-    bool allowMixedRevisions = false;     ///< merge into a working copy of several revisions
+    bool allowMixedRevisions = false;     ///< into a working copy of several; lines before 1.7 do in any case
     std::vector<std::string> arguments{}; ///< of the program, external or not, that merges texts
     HSVNConflictChooser chooser{};        ///< asked how each conflict is settled; nil leaves all
 };

@@ -11,9 +11,10 @@
 /// Choices of `HSVNContext::move`.
 struct HSVNMoveChoices
 {
-    bool asChild = false;                 ///< into the destination when that exists
-    bool makeParents = false;             ///< make missing parents of the destination
-    bool allowMixedRevisions = true;      ///< move directories whose items are of several revisions
+    bool asChild = false;     ///< into the destination when that exists
+    bool makeParents = false; ///< make missing parents of the destination
+    /// Move directories whose items are of several revisions, too; lines before 1.8 move them in any case.
+    bool allowMixedRevisions = false;
     std::optional<std::string> message{}; ///< the log message, UTF-8; nil asks the delegate
     std::map<std::string, std::string>
         revisionProperties{}; ///< further ones by name, values as bytes; none of Subversion's own

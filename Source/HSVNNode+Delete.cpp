@@ -1,14 +1,13 @@
 // Deletion in repositories and working copies: HSVNNode (Services).
 
-#include "HSVNDeleteOptions.h"
 #include "HSVNException.h"
 #include "HSVNNode.h"
 #include "HSVNNotification.h"
 #include "HSVNRevisionSpec.h"
 #include "Internal/CanonicalPath.h"
 #include "Internal/FileManager.h"
-#include "Internal/Operation.h"
 #include "Internal/PathKind.h"
+#include "Internal/Remove.h"
 #include "Internal/ReplacedItem.h"
 #include "Internal/ReservedName.h"
 
@@ -49,13 +48,12 @@ void removeUnversionedItem(const std::string& path, const HSVNDeleteOptions& opt
     context.notify(notification);
 }
 
-void deleteWorkingCopyNode(HSVNOperation& operation, const HSVNPath& path, const HSVNDeleteOptions& options)
+void deleteWorkingCopyNode(HSVNRevisionChange& change, const HSVNPath& path, const HSVNDeleteOptions& options)
 {
+    auto& operation = change.operation();
     const HSVNPool pool{operation.pool()};
-    svn_commit_info_t* info = nullptr;
     try {
-        operation.check(
-            operation->client_delete2(&info, operation.pathArray(path), options.force(), operation.ctx(), pool));
+        HSVNRemove(change, operation.pathArray(path), options.choices(), pool);
     } catch (const HSVNNotWorkingCopyException&) {
         removeUnversionedItem(path.string(), options, *operation.context());
     }
@@ -83,14 +81,12 @@ void HSVNNode::deleteRepositoryNodesAtURLs(const std::vector<HSVNPathRef>& nodeP
     if (nodePaths.empty()) {
         return;
     }
-    HSVNOperation operation{context,
-                            "HSVNNode",
-                            "deleteRepositoryNodesAtURLs:withOptions:withContext:",
-                            {{"nodePaths", nodePaths}, {"options", options}, {"context", context}}};
-    svn_commit_info_t* info = nullptr;
-    svn_error_t* const error = operation->client_delete2(&info, operation.pathArray(nodePaths), options->force(),
-                                                         operation.ctx(), operation.pool());
-    operation.check(error, info);
+    HSVNRevisionChange change{context,
+                              "HSVNNode",
+                              "deleteRepositoryNodesAtURLs:withOptions:withContext:",
+                              {{"nodePaths", nodePaths}, {"options", options}, {"context", context}}};
+    auto& operation = change.operation();
+    HSVNRemove(change, operation.pathArray(nodePaths), options->choices(), operation.pool());
 }
 
 void HSVNNode::deleteWorkingCopyNodesAtPaths(const std::vector<HSVNPathRef>& nodePaths,
@@ -100,16 +96,16 @@ void HSVNNode::deleteWorkingCopyNodesAtPaths(const std::vector<HSVNPathRef>& nod
     if (nodePaths.empty()) {
         return;
     }
-    HSVNOperation operation{context,
-                            "HSVNNode",
-                            "deleteWorkingCopyNodesAtPaths:withOptions:withContext:",
-                            {{"nodePaths", nodePaths}, {"options", options}, {"context", context}}};
-    operation.pathArray(nodePaths); // refuses reserved names before anything is deleted
+    HSVNRevisionChange change{context,
+                              "HSVNNode",
+                              "deleteWorkingCopyNodesAtPaths:withOptions:withContext:",
+                              {{"nodePaths", nodePaths}, {"options", options}, {"context", context}}};
+    change.operation().pathArray(nodePaths); // refuses reserved names before anything is deleted
     for (const auto& path : nodePaths) {
         HSVNRequireLocalPath(path); // Subversion would delete it in the repository at once
     }
     for (const auto& path : nodePaths) {
-        deleteWorkingCopyNode(operation, *path, *options);
+        deleteWorkingCopyNode(change, *path, *options);
     }
 }
 

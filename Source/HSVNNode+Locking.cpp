@@ -5,7 +5,7 @@
 #include "HSVNNode.h"
 #include "HSVNStatus.h"
 #include "HSVNUnlockOptions.h"
-#include "Internal/Operation.h"
+#include "Internal/Lock.h"
 
 void HSVNNode::lockNodes(const std::vector<HSVNPathRef>& nodePaths, const std::optional<std::string>& comment,
                          const HSVNLockOptionsRef& options, const HSVNContextRef& context)
@@ -19,9 +19,9 @@ void HSVNNode::lockNodes(const std::vector<HSVNPathRef>& nodePaths, const std::o
         return;
     }
     HSVNOperation operation{context, "HSVNNode", name, arguments};
-    const char* text = comment ? operation.cString(*comment) : nullptr;
-    operation.check(operation->client_lock(operation.pathArray(nodePaths), text, options->stealLocks(), operation.ctx(),
-                                           operation.pool()));
+    auto choices = options->choices();
+    choices.comment = comment;
+    HSVNLockTargets(operation, operation.pathArray(nodePaths), choices);
 }
 
 void HSVNNode::unlockNodes(const std::vector<HSVNPathRef>& nodePaths, const HSVNUnlockOptionsRef& options,
@@ -36,8 +36,7 @@ void HSVNNode::unlockNodes(const std::vector<HSVNPathRef>& nodePaths, const HSVN
         return;
     }
     HSVNOperation operation{context, "HSVNNode", name, arguments};
-    operation.check(operation->client_unlock(operation.pathArray(nodePaths), options->breakLocks(), operation.ctx(),
-                                             operation.pool()));
+    HSVNUnlockTargets(operation, operation.pathArray(nodePaths), options->choices());
 }
 
 HSVNLockRef HSVNNode::controllingLock() const

@@ -1,17 +1,16 @@
 // Moves and copies of one item: HSVNNode (Services).
 
-#include "HSVNCopyOptions.h"
 #include "HSVNDeleteOptions.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
-#include "HSVNMoveOptions.h"
 #include "HSVNNode.h"
 #include "HSVNRevision.h"
+#include "Internal/CleanUp.h"
+#include "Internal/Copy.h"
 #include "Internal/FileManager.h"
-#include "Internal/Operation.h"
+#include "Internal/Move.h"
 #include "Internal/PathKind.h"
 #include "Internal/ReplacedItem.h"
-#include "Internal/RevisionNumber.h"
 
 #include <fmt/format.h>
 
@@ -37,7 +36,7 @@ void copyOnDisk(const HSVNPath& source, const HSVNPath& destination, const char*
 void cleanUpParentOf(const HSVNPathRef& path, const HSVNContextRef& context)
 {
     try {
-        HSVNCleanUpFolderAlone(path->parent(), context);
+        HSVNCleanUpAlone(path->parent(), context);
     } catch (const HSVNException&) { // NOLINT(bugprone-empty-catch): the item is where it should be
     }
 }
@@ -72,17 +71,14 @@ bool isAnyOf(const HSVNException& exception)
 std::optional<HSVNRevisionNumber> moveWithSubversion(const HSVNPathRef& source, const HSVNPathRef& destination,
                                                      const HSVNMoveOptionsRef& options, const HSVNContextRef& context)
 {
-    HSVNOperation operation{
+    HSVNRevisionChange change{
         context,
         "HSVNNode",
         "moveNodeAtPath:toPath:withOptions:withContext:",
         {{"sourcePath", source}, {"destPath", destination}, {"options", options}, {"context", context}}};
-    svn_commit_info_t* info = nullptr;
+    HSVNRevisionNumber revision = HSVNInvalidRevision;
     try {
-        svn_error_t* const error = operation->client_move4(&info, operation.changed(source->string()),
-                                                           operation.changed(destination->string()), options->force(),
-                                                           operation.ctx(), operation.pool());
-        operation.check(error, info);
+        revision = HSVNMove(change, {source->string()}, destination->string(), {}, options->force()).revision;
     } catch (const HSVNException& exception) {
         const bool isMisplaced = isAnyOf<HSVNNoSuchEntryException, HSVNNotWorkingCopyException,
                                          HSVNWorkingCopyNotLockedException, HSVNInvalidScheduleException>(exception);
@@ -91,31 +87,24 @@ std::optional<HSVNRevisionNumber> moveWithSubversion(const HSVNPathRef& source, 
         }
         return std::nullopt;
     }
-    if (info) {
-        return HSVNRevisionNumberFromSubversion(info->revision);
-    }
-    if (!HSVNIsLocal(source)) {
+    if (revision == HSVNInvalidRevision && !HSVNIsLocal(source)) {
         throw HSVNOperationCancelledException("Move was canceled");
     }
-    return HSVNInvalidRevision;
+    return revision;
 }
 
 /// Asks Subversion for the copy; answers as `moveWithSubversion` does.
 std::optional<HSVNRevisionNumber> copyWithSubversion(const HSVNPathRef& source, const HSVNPathRef& destination,
                                                      const HSVNCopyOptionsRef& options, const HSVNContextRef& context)
 {
-    HSVNOperation operation{
+    HSVNRevisionChange change{
         context,
         "HSVNNode",
         "copyNodeAtPath:toPath:withOptions:withContext:",
         {{"sourcePath", source}, {"destPath", destination}, {"options", options}, {"context", context}}};
-    const svn_opt_revision_t revision = options->revision()->SVNRevision();
-    svn_commit_info_t* info = nullptr;
+    const HSVNTargetInRevision item{HSVNTarget::verbatim(source->string()), options->revision()};
     try {
-        svn_error_t* const error =
-            operation->client_copy3(&info, operation.changed(source->string()), &revision,
-                                    operation.changed(destination->string()), operation.ctx(), operation.pool());
-        operation.check(error, info);
+        return HSVNCopy(change, {item}, destination->string(), {}).revision;
     } catch (const HSVNException& exception) {
         const bool isMisplaced =
             isAnyOf<HSVNNoSuchEntryException, HSVNNotWorkingCopyException, HSVNInvalidScheduleException>(exception);
@@ -124,7 +113,6 @@ std::optional<HSVNRevisionNumber> copyWithSubversion(const HSVNPathRef& source, 
         }
         return std::nullopt;
     }
-    return info ? HSVNRevisionNumberFromSubversion(info->revision) : HSVNInvalidRevision;
 }
 
 } // namespace

@@ -8,31 +8,14 @@
 #include "HSVNStringExternals.h"
 #include "HSVNStringPaths.h"
 #include "HSVNStringProperties.h"
-#include "Internal/Browsing.h"
-#include "Internal/Operation.h"
+#include "Internal/Properties.h"
+#include "Internal/SetProperty.h"
 
 namespace {
 
 void checkPropertyName(const std::string& name)
 {
     HSVNAssertParameter(!name.empty(), "propName != nil && [propName length] > 0");
-}
-
-std::string valueOf(const svn_string_t& value) { return HSVNString::stringWithSVNString(&value); }
-
-/// The entries of a hash of counted strings by C-string keys.
-HSVNProperties::Map entriesOf(HSVNOperation& operation, apr_hash_t* hash)
-{
-    HSVNProperties::Map entries;
-    for (apr_hash_index_t* index = operation->apr_hash_first(operation.pool(), hash); index;
-         index = operation->apr_hash_next(index))
-    {
-        const void* key = nullptr;
-        void* value = nullptr;
-        operation->apr_hash_this(index, &key, nullptr, &value);
-        entries.emplace(static_cast<const char*>(key), valueOf(*static_cast<const svn_string_t*>(value)));
-    }
-    return entries;
 }
 
 } // namespace
@@ -48,9 +31,7 @@ void HSVNNode::setProperty(const std::string& propName, const std::optional<std:
         "HSVNNode",
         "setProperty:value:forNodeAtPath:withContext:",
         {{"propName", propName}, {"value", value.value_or("(null)")}, {"path", path}, {"context", context}}};
-    const svn_string_t* counted = value ? HSVNString::SVNStringUsingPool(*value, operation.pool()) : nullptr;
-    operation.check(operation->client_propset2(operation.cString(propName), counted, operation.changed(path->string()),
-                                               FALSE, FALSE, operation.ctx(), operation.pool()));
+    HSVNSetProperty(operation, operation.pathArray(*path), propName, value, {});
 }
 
 std::optional<std::string> HSVNNode::propertyWithName(const std::string& propName, const HSVNPathRef& path,
@@ -65,13 +46,8 @@ std::optional<std::string> HSVNNode::propertyWithName(const std::string& propNam
                             "HSVNNode",
                             "propertyWithName:forNodeAtPath:forRevision:withContext:",
                             {{"propName", propName}, {"path", path}, {"revision", revision}, {"context", context}}};
-    const HSVNRevisionRecords revisions{*revision};
-    apr_hash_t* values = nullptr;
-    operation.check(operation->client_propget2(&values, operation.cString(propName), operation.cString(path->string()),
-                                               &revisions.peg, &revisions.operative, FALSE, operation.ctx(),
-                                               operation.pool()));
-    const auto entries = values ? entriesOf(operation, values) : HSVNProperties::Map{};
-    return entries.empty() ? std::nullopt : std::optional{entries.begin()->second};
+    const auto values = HSVNReadProperty(operation, path->string(), propName, *revision, {}).values;
+    return values.empty() ? std::nullopt : std::optional{values.front().second};
 }
 
 HSVNProperties HSVNNode::propertiesForNodeAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
@@ -84,21 +60,12 @@ HSVNProperties HSVNNode::propertiesForNodeAtPath(const HSVNPathRef& path, const 
                             "HSVNNode",
                             "propertiesForNodeAtPath:forRevision:withContext:",
                             {{"path", path}, {"revision", revision}, {"context", context}}};
-    const HSVNRevisionRecords revisions{*revision};
-    apr_array_header_t* items = nullptr;
-    operation.check(operation->client_proplist2(&items, operation.cString(path->string()), &revisions.peg,
-                                                &revisions.operative, FALSE, operation.ctx(), operation.pool()));
-    if (!items) {
-        throw HSVNException("svn_client_proplist2 returned null array");
-    }
-    if (items->nelts == 0) {
-        return {};
-    }
-    const auto* item = APR_ARRAY_IDX(items, 0, const svn_client_proplist_item_t*);
-    if (!item) {
-        throw HSVNException("svn_client_proplist2 returned array with null item");
-    }
-    return HSVNProperties{entriesOf(operation, item->prop_hash)};
+    HSVNProperties::Map properties;
+    HSVNReadProperties(operation, path->string(), *revision, {}, [&](const HSVNItemProperties& item) {
+        properties = item.properties;
+        return false; // there is one item at most
+    });
+    return HSVNProperties{std::move(properties)};
 }
 
 std::vector<HSVNExternalDefinitionRef> HSVNNode::externalDefinitionsForNodeAtPath(const HSVNPathRef& path,

@@ -1,33 +1,14 @@
-#include "HSVNAddOptions.h"
-#include "HSVNCommitOptions.h"
 #include "HSVNNode.h"
 #include "HSVNPlatformException.h"
-#include "HSVNResolveOptions.h"
-#include "HSVNRevertOptions.h"
 #include "HSVNRevision.h"
 #include "HSVNUpdateOptions.h"
-#include "Internal/DepthTranslation.h"
+#include "Internal/Add.h"
+#include "Internal/Commit.h"
 #include "Internal/Operation.h"
 #include "Internal/OperationNotifications.h"
-#include "Internal/RevisionNumber.h"
+#include "Internal/Resolve.h"
+#include "Internal/Revert.h"
 #include "Internal/Update.h"
-
-namespace {
-
-svn_error_t* callCommit(HSVNOperation& operation, svn_commit_info_t** info, const apr_array_header_t* targets,
-                        const HSVNCommitOptions& options)
-{
-    const svn_boolean_t keepLocks = !options.releaseLocks();
-    if (operation.isAtLeast(HSVNVersion::version1_5())) {
-        return operation->client_commit4(info, targets, HSVNDepthForSubversion(options.depth()), keepLocks,
-                                         FALSE /* keep changelists */, nullptr /* changelists */,
-                                         nullptr /* revision properties */, operation.ctx(), operation.pool());
-    }
-    return operation->client_commit3(info, targets, HSVNRecurseForDepth(options.depth(), HSVNDepthEmpty), keepLocks,
-                                     operation.ctx(), operation.pool());
-}
-
-} // namespace
 
 void HSVNNode::add(const HSVNPathRef& path, const HSVNContextRef& context)
 {
@@ -44,8 +25,7 @@ void HSVNNode::add(const HSVNPathRef& path, const std::shared_ptr<const HSVNAddO
                             "HSVNNode",
                             "add:withOptions:withContext:",
                             {{"path", path}, {"options", options}, {"context", context}}};
-    operation.check(operation->client_add3(operation.changed(path->string()), options->recursive(), options->force(),
-                                           !options->matchIgnorePatterns(), operation.ctx(), operation.pool()));
+    HSVNAdd(operation, operation.pathArray(*path), options->choices());
 }
 
 void HSVNNode::revertNodes(const std::vector<HSVNPathRef>& nodePaths,
@@ -57,8 +37,7 @@ void HSVNNode::revertNodes(const std::vector<HSVNPathRef>& nodePaths,
                             "HSVNNode",
                             "revertNodes:withOptions:withContext:",
                             {{"nodePaths", nodePaths}, {"options", options}, {"context", context}}};
-    operation.check(operation->client_revert(operation.pathArray(nodePaths), options->recursive(), operation.ctx(),
-                                             operation.pool()));
+    HSVNRevert(operation, operation.pathArray(nodePaths), options->choices());
 }
 
 void HSVNNode::resolveNodeAtPath(const HSVNPathRef& path, const std::shared_ptr<const HSVNResolveOptions>& options,
@@ -71,8 +50,7 @@ void HSVNNode::resolveNodeAtPath(const HSVNPathRef& path, const std::shared_ptr<
                             "HSVNNode",
                             "resolveNodeAtPath:withOptions:withContext:",
                             {{"path", path}, {"options", options}, {"context", context}}};
-    operation.check(operation->client_resolved(operation.changed(path->string()), options->recursive(), operation.ctx(),
-                                               operation.pool()));
+    HSVNResolve(operation, operation.pathArray(*path), options->choices());
 }
 
 std::vector<HSVNRevisionNumber> HSVNNode::updateNodes(const std::vector<HSVNPathRef>& nodePaths,
@@ -103,19 +81,15 @@ HSVNRevisionNumber HSVNNode::commitChangesToNodes(const std::vector<HSVNPathRef>
     if (nodePaths.empty()) {
         return HSVNInvalidRevision;
     }
-    HSVNOperation operation{context,
-                            "HSVNNode",
-                            "commitChangesToNodes:withOptions:withContext:",
-                            {{"nodePaths", nodePaths}, {"options", options}, {"context", context}}};
+    HSVNRevisionChange change{context,
+                              "HSVNNode",
+                              "commitChangesToNodes:withOptions:withContext:",
+                              {{"nodePaths", nodePaths}, {"options", options}, {"context", context}}};
     HSVNOperationNotifications notifications{
         {HSVNNotifyActionCommitStarted, HSVNNotifyActionCommitSucceeded, HSVNNotifyActionCommitFailed}, nodePaths};
     return notifications.run(*context, [&] {
-        svn_commit_info_t* info = nullptr;
-        svn_error_t* const error = callCommit(operation, &info, operation.pathArray(nodePaths), *options);
-        operation.check(error, info);
-        // When nothing was committed, older lines leave the record out and newer ones put -1 into it.
-        const auto revision = info ? HSVNRevisionNumberFromSubversion(info->revision) : HSVNInvalidRevision;
-        notifications.succeeded().setRevision(revision);
-        return revision;
+        const auto result = HSVNCommit(change, change.operation().pathArray(nodePaths), options->choices());
+        notifications.succeeded().setRevision(result.revision);
+        return result.revision;
     });
 }

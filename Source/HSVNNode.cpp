@@ -13,7 +13,14 @@
 #include <system_error>
 
 // A scan keeps one node per item: see Documentation/Memory.md before a field is added.
-static_assert(sizeof(void*) != 8 || sizeof(HSVNNode) <= 144);
+static_assert(sizeof(void*) != 8 || sizeof(HSVNNode) <= 136);
+
+struct HSVNNode::Rare
+{
+    HSVNLockRef lock;
+    std::optional<std::string> externalParentURL;
+    std::optional<std::string> externalTarget;
+};
 
 namespace {
 
@@ -39,14 +46,20 @@ HSVNNode::HSVNNode(std::optional<std::string> name, HSVNPathRef path, HSVNURLRef
 
 HSVNNode::HSVNNode(std::optional<std::string> name, HSVNPathRef path, HSVNURLRef url, const svn_dirent_t* dirent,
                    const svn_lock_t* lock, HSVNPathRef location, HSVNSharedText author)
-    : _path{std::move(path)}, _location{std::move(location)}, _url{std::move(url)}, _author{std::move(author)},
-      _lock{lock ? std::make_shared<HSVNLock>(lock) : nullptr}
+    : _path{std::move(path)}, _location{std::move(location)}, _url{std::move(url)}, _author{std::move(author)}
 {
     HSVNAssertParameter(dirent != nullptr, "dirent != NULL");
     setName(std::move(name));
-    _size = static_cast<std::uint64_t>(dirent->size);
+    if (lock) {
+        setLock(std::make_shared<HSVNLock>(lock));
+    }
+    if (dirent->size < 0) {
+        setSizeUnknown();
+    } else {
+        setSize(static_cast<std::uint64_t>(dirent->size));
+    }
     _revision = HSVNRevisionNumberFromSubversion(dirent->created_rev);
-    _date = HSVNDate::dateWithAPRTime(dirent->time);
+    setExactDate(HSVNDateOrNil(dirent->time));
     _hasProperties = dirent->has_props != 0;
 }
 
@@ -85,6 +98,43 @@ void HSVNNode::setPath(HSVNPathRef path)
 
 void HSVNNode::setAuthor(std::optional<std::string> author) { _author = HSVNMakeSharedText(std::move(author)); }
 
+void HSVNNode::setSize(std::uint64_t size)
+{
+    _size = size;
+    _sizeIsUnknown = false;
+}
+
+void HSVNNode::setSizeUnknown()
+{
+    _size = 0;
+    _sizeIsUnknown = true;
+}
+
+void HSVNNode::setDate(const std::optional<HSVNDate>& date)
+{
+    _date = date;
+    _tellsSeconds = false;
+}
+
+void HSVNNode::setExactDate(const std::optional<HSVNDate>& date)
+{
+    _date = date;
+    _tellsSeconds = true;
+}
+
+// Fields stored apart
+
+const HSVNLockRef& HSVNNode::lock() const { return _rare.get(&Rare::lock); }
+void HSVNNode::setLock(HSVNLockRef lock) { _rare.set(&Rare::lock, std::move(lock)); }
+std::optional<std::string> HSVNNode::externalParentURL() const { return _rare.get(&Rare::externalParentURL); }
+std::optional<std::string> HSVNNode::externalTarget() const { return _rare.get(&Rare::externalTarget); }
+
+void HSVNNode::setExternal(std::optional<std::string> parentURL, std::optional<std::string> target)
+{
+    _rare.set(&Rare::externalParentURL, std::move(parentURL));
+    _rare.set(&Rare::externalTarget, std::move(target));
+}
+
 HSVNComparisonResult HSVNNode::compare(const HSVNNode* other) const
 {
     if (!other) {
@@ -99,7 +149,7 @@ HSVNComparisonResult HSVNNode::compare(const HSVNNode* other) const
     if (const auto order = ordered(_revision, other->_revision); order != HSVNOrderedSame) {
         return order;
     }
-    if (const auto order = ordered(_date, other->_date); order != HSVNOrderedSame) {
+    if (const auto order = ordered(HSVNCompactDate{date()}, HSVNCompactDate{other->date()}); order != HSVNOrderedSame) {
         return order;
     }
     if (const auto order = ordered(_size, other->_size); order != HSVNOrderedSame) {
@@ -131,9 +181,17 @@ void HSVNNode::encodeWithCoder(HSVNCoder* encoder) const
     encoder->encodeInteger(_revision, "revision");
     encoder->encodeDate(date(), "date");
     encoder->encodeString(author(), "author");
-    encoder->encodeObject(_lock, "lock");
+    encoder->encodeObject(lock(), "lock");
     encoder->encodeBool(_hasProperties, "hasProperties");
     encoder->encodeObject(_status, "status");
+    if (exactDate() != date()) {
+        encoder->encodeDate(exactDate(), "exactDate");
+    }
+    if (_sizeIsUnknown) {
+        encoder->encodeBool(true, "sizeIsUnknown");
+    }
+    encoder->encodeString(externalParentURL(), "externalParentURL");
+    encoder->encodeString(externalTarget(), "externalTarget");
 }
 
 HSVNNode::HSVNNode(HSVNCoder* decoder)
@@ -144,10 +202,16 @@ HSVNNode::HSVNNode(HSVNCoder* decoder)
     _location = decoder->decodeObject<HSVNPath>("location");
     _url = decoder->decodeObject<HSVNURL>("url");
     _size = decoder->decodeUnsigned("size");
+    _sizeIsUnknown = decoder->decodeBool("sizeIsUnknown");
     _revision = decoder->decodeInt32("revision");
-    _date = decoder->decodeDate("date");
+    if (decoder->containsValueForKey("exactDate")) {
+        setExactDate(decoder->decodeDate("exactDate"));
+    } else {
+        setDate(decoder->decodeDate("date"));
+    }
     setAuthor(decoder->decodeString("author"));
-    _lock = decoder->decodeObject<HSVNLock>("lock");
+    setLock(decoder->decodeObject<HSVNLock>("lock"));
+    setExternal(decoder->decodeString("externalParentURL"), decoder->decodeString("externalTarget"));
     _hasProperties = decoder->decodeBool("hasProperties");
     _status = decoder->decodeObject<HSVNStatus>("status");
 }
@@ -180,12 +244,12 @@ HSVNLockStatus HSVNNode::lockStatus() const
 {
     const HSVNLockRef repositoryLock = _status ? _status->repositoryLock() : nullptr;
     if (repositoryLock) {
-        if (!_lock) {
+        if (!lock()) {
             return HSVNLockStatusLockedElsewhere;
         }
-        return _lock->isEqualToLock(repositoryLock) ? HSVNLockStatusLockedHere : HSVNLockStatusStolen;
+        return lock()->isEqualToLock(repositoryLock) ? HSVNLockStatusLockedHere : HSVNLockStatusStolen;
     }
-    if (!_lock) {
+    if (!lock()) {
         return HSVNLockStatusNone;
     }
     const bool repositoryAsked = _status && _status->repositoryTextStatus() != HSVNStatusKindNone;

@@ -4,6 +4,7 @@
 #include "HSVNCompactDate.h"
 #include "HSVNExport.h"
 #include "HSVNForward.h"
+#include "HSVNRareFields.h"
 #include "HSVNSharedText.h"
 #include "HSVNTypes.h"
 
@@ -80,7 +81,7 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
 
     std::string className() const override { return "HSVNNode"; }
     /// Keys: "name", "path", "location", "url", "size", "revision", "date", "author", "lock", "hasProperties",
-    /// "status".
+    /// "status"; of the nodes that have it also "exactDate", "sizeIsUnknown", "externalParentURL", "externalTarget".
     void encodeWithCoder(HSVNCoder* encoder) const override;
     /// A new node of the same class; the status record is copied, other objects are shared. A subclass overrides it:
     /// the node is of its base class otherwise.
@@ -115,13 +116,20 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     void setURL(HSVNURLRef url) { _url = std::move(url); }
     /// In bytes; 0 when unknown.
     std::uint64_t size() const { return _size; }
-    void setSize(std::uint64_t size) { _size = size; }
+    void setSize(std::uint64_t size);
+    /// Whether Subversion told no size: of a directory, of a file that is not there, or because it was not asked.
+    bool sizeIsUnknown() const { return _sizeIsUnknown; }
+    void setSizeUnknown();
     /// Revision, date and author of the last change; `HSVNInvalidRevision` and nil when unknown.
     HSVNRevisionNumber revision() const { return _revision; }
     void setRevision(HSVNRevisionNumber revision) { _revision = revision; }
     /// When the item last changed; nil when unknown.
-    std::optional<HSVNDate> date() const { return _date.value(); }
-    void setDate(const std::optional<HSVNDate>& date) { _date = date; }
+    std::optional<HSVNDate> date() const { return _tellsSeconds ? _date.seconds() : _date.value(); }
+    void setDate(const std::optional<HSVNDate>& date);
+    /// The same to the microsecond, where Subversion's record leaves `date` the whole seconds.
+    std::optional<HSVNDate> exactDate() const { return _date.value(); }
+    /// Sets `date`, too, to the whole seconds.
+    void setExactDate(const std::optional<HSVNDate>& date);
     /// Who changed it last; nil when unknown.
     std::optional<std::string> author() const { return HSVNTextValue(_author); }
     void setAuthor(std::optional<std::string> author);
@@ -129,11 +137,18 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     const HSVNSharedText& sharedAuthor() const { return _author; }
     void setSharedAuthor(HSVNSharedText author) { _author = std::move(author); }
     /// The repository's lock for a repository node, the working copy's lock token for a working-copy node; may be nil.
-    const HSVNLockRef& lock() const { return _lock; }
-    void setLock(HSVNLockRef lock) { _lock = std::move(lock); }
+    const HSVNLockRef& lock() const;
+    void setLock(HSVNLockRef lock);
     /// Whether the item has any versioned property.
     bool hasProperties() const { return _hasProperties; }
     void setHasProperties(bool hasProperties) { _hasProperties = hasProperties; }
+    /// Of an item that an externals definition brings into a listing: the URL of the directory that has the
+    /// definition; nil for every other.
+    std::optional<std::string> externalParentURL() const;
+    /// Where the definition places what it brings, relative to that directory; nil for an item that no definition
+    /// brings.
+    std::optional<std::string> externalTarget() const;
+    void setExternal(std::optional<std::string> parentURL, std::optional<std::string> target);
     /// The working-copy status record; nil for nodes that no status scan made.
     const HSVNStatusRef& status() const { return _status; }
     void setStatus(HSVNStatusRef status) { _status = std::move(status); }
@@ -566,6 +581,8 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     void unshareStatus();
 
   private:
+    struct Rare;
+
     HSVNComparisonResult compareStatus(const HSVNNode& other) const;
 
     HSVNSharedText _name; // nil while `_nameIsLastComponent`
@@ -575,9 +592,11 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     std::uint64_t _size = 0;
     HSVNCompactDate _date;
     HSVNSharedText _author;
-    HSVNLockRef _lock;
     HSVNStatusRef _status;
+    HSVNRareFields<Rare> _rare;
     HSVNRevisionNumber _revision = HSVNInvalidRevision;
-    bool _hasProperties = false;
-    bool _nameIsLastComponent = false; // the name is read from the path, which most nodes' names equal
+    bool _tellsSeconds : 1 = false; // alone of `_date`, as `date`
+    bool _hasProperties : 1 = false;
+    bool _sizeIsUnknown : 1 = false;
+    bool _nameIsLastComponent : 1 = false; // the name is read from the path, which most nodes' names equal
 };

@@ -145,6 +145,13 @@ enum HSVNNotifyLockState : std::int32_t
     HSVNNotifyLockStateUnlocked = 4
 };
 
+/// What an action reports, as people read it, such as "updated" or "commit started". Takes a notification's `action()`.
+HSVN_EXPORT const char* HSVNTextOfNotifyAction(std::int32_t action);
+/// A state of an item's text or properties, such as "conflicted".
+HSVN_EXPORT const char* HSVNTextOfNotifyState(std::int32_t state);
+/// A state of an item's lock, such as "unlocked".
+HSVN_EXPORT const char* HSVNTextOfNotifyLockState(std::int32_t state);
+
 /// Where one change of a patch was applied or refused, in lines counted from 1.
 struct HSVNPatchHunk
 {

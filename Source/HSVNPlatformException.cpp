@@ -1,11 +1,30 @@
 #include "HSVNPlatformException.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 
 HSVNPlatformException::HSVNPlatformException(std::string name, std::string reason, HSVNUserInfo userInfo)
     : _name{std::move(name)}, _reason{std::move(reason)}, _userInfo{std::move(userInfo)}
 {
 }
+
+std::vector<std::string> HSVNPlatformException::messages() const
+{
+    std::vector<std::string> messages{_reason};
+    const HSVNUserInfo* link = &_userInfo;
+    while (link) {
+        const auto message = link->find(HSVNExceptionMessageKey);
+        const std::string* const text = message == link->end() ? nullptr : message->second.text();
+        if (text && !text->empty() && std::find(messages.begin(), messages.end(), *text) == messages.end()) {
+            messages.push_back(*text);
+        }
+        const auto cause = link->find(HSVNExceptionCauseKey);
+        link = cause == link->end() ? nullptr : cause->second.dictionary();
+    }
+    return messages;
+}
+
+std::string HSVNPlatformException::fullMessage() const { return fmt::format("{}", fmt::join(messages(), "\n")); }
 
 HSVNAssertionException::HSVNAssertionException(std::string reason)
     : HSVNPlatformException("NSInternalInconsistencyException", std::move(reason))

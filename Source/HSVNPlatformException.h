@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// Root of everything that the library throws: a name, a reason and a dictionary of user information.
 ///
@@ -22,10 +23,15 @@ class HSVN_EXPORT HSVNPlatformException : public std::exception
 
     /// The exception's name, such as "HSVNNotWorkingCopyException" or "NSInvalidArgumentException".
     const std::string& name() const noexcept { return _name; }
-    /// A text for people, UTF-8.
+    /// The outermost message, UTF-8; `fullMessage` says why, too.
     const std::string& reason() const noexcept { return _reason; }
     /// What else is known of the failure; empty when there is nothing.
     const HSVNUserInfo& userInfo() const noexcept { return _userInfo; }
+    /// All that there is to say: the reason, then what the causes in the user information add to it, the outermost
+    /// first. A text that stands above already is left out.
+    std::vector<std::string> messages() const;
+    /// The messages as one text for people, a line each, without a line end behind the last.
+    std::string fullMessage() const;
     const char* what() const noexcept override { return _reason.c_str(); }
 
     /// Name of the concrete C++ class, which an archive stores.

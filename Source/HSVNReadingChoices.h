@@ -32,7 +32,7 @@ struct HSVNListChoices
 /// Choices of `HSVNContext::contents`.
 struct HSVNContentsChoices
 {
-    bool expandKeywords = false; ///< translate keywords and line ends as in a working copy
+    bool expandKeywords = true; ///< translate keywords and line ends as in a working copy
 };
 
 /// Choices of `HSVNContext::blame`.

@@ -3,7 +3,6 @@
 #include "HSVNLock.h"
 #include "HSVNURL.h"
 #include "HSVNVersion.h"
-#include "Internal/Everlasting.h"
 #include "Internal/RevisionNumber.h"
 #include "Internal/Subversion.h"
 #include "Internal/SubversionURL.h"
@@ -33,6 +32,10 @@ struct HSVNStatus::Rare
     std::optional<std::string> propertyRejectFilePath;
     std::optional<std::string> checksum; // of an unusual form
     HSVNLockRef repositoryLock;
+    HSVNStatusKind repositoryNodeStatus = HSVNStatusKindNone;
+    std::optional<std::string> changelist;
+    std::optional<std::string> movedFrom;
+    std::optional<std::string> movedTo;
 };
 
 // A scan keeps one record per item: see Documentation/Memory.md before a field is added.
@@ -107,25 +110,77 @@ HSVNSchedule decodeSchedule(HSVNCoder& decoder, std::string_view key)
     return static_cast<HSVNSchedule>(value);
 }
 
+/// The flags that archives have only where they are set.
+struct FurtherFlag
+{
+    const char* key;
+    bool (HSVNStatus::*get)() const;
+    void (HSVNStatus::*set)(bool);
+};
+
+constexpr FurtherFlag furtherFlags[] = {
+    {"versioned", &HSVNStatus::versioned, &HSVNStatus::setVersioned},
+    {"textConflicted", &HSVNStatus::textConflicted, &HSVNStatus::setTextConflicted},
+    {"propertiesConflicted", &HSVNStatus::propertiesConflicted, &HSVNStatus::setPropertiesConflicted},
+    {"treeConflicted", &HSVNStatus::treeConflicted, &HSVNStatus::setTreeConflicted},
+    {"fileExternal", &HSVNStatus::fileExternal, &HSVNStatus::setFileExternal},
+    {"incomplete", &HSVNStatus::incomplete, &HSVNStatus::setIncomplete}};
+
+void encodeFurtherFields(HSVNCoder& encoder, const HSVNStatus& status)
+{
+    if (status.revision() != HSVNInvalidRevision) {
+        encoder.encodeInteger(status.revision(), "revision");
+    }
+    if (status.nodeStatus() != HSVNStatusKindNone) {
+        encoder.encodeInteger(status.nodeStatus(), "nodeStatus");
+    }
+    if (status.repositoryNodeStatus() != HSVNStatusKindNone) {
+        encoder.encodeInteger(status.repositoryNodeStatus(), "repositoryNodeStatus");
+    }
+    for (const auto& flag : furtherFlags) {
+        if ((status.*flag.get)()) {
+            encoder.encodeBool(true, flag.key);
+        }
+    }
+    encoder.encodeString(status.changelist(), "changelist");
+    encoder.encodeString(status.movedFrom(), "movedFrom");
+    encoder.encodeString(status.movedTo(), "movedTo");
+}
+
+void decodeFurtherFields(HSVNCoder& decoder, HSVNStatus& status)
+{
+    if (decoder.containsValueForKey("revision")) {
+        status.setRevision(decoder.decodeInt32("revision"));
+    }
+    status.setNodeStatus(decodeKind(decoder, "nodeStatus"));
+    status.setRepositoryNodeStatus(decodeKind(decoder, "repositoryNodeStatus"));
+    for (const auto& flag : furtherFlags) {
+        (status.*flag.set)(decoder.decodeBool(flag.key));
+    }
+    status.setChangelist(decoder.decodeString("changelist"));
+    status.setMovedFrom(decoder.decodeString("movedFrom"));
+    status.setMovedTo(decoder.decodeString("movedTo"));
+}
+
+/// The state of the item as a whole, which older records do not tell beside that of its text.
+HSVNStatusKind nodeStatusOf(HSVNStatusKind text, HSVNStatusKind properties)
+{
+    const bool mayBeOutdone = text == HSVNStatusKindNormal || text == HSVNStatusKindModified;
+    const bool outdoes = properties == HSVNStatusKindConflicted || properties == HSVNStatusKindModified;
+    return mayBeOutdone && outdoes ? properties : text;
+}
+
 } // namespace
 
 HSVNStatus::HSVNStatus() = default;
 HSVNStatus::~HSVNStatus() = default;
 
-HSVNStatus::HSVNStatus(const HSVNStatus& other)
-    : HSVNArchivable{other}, _textStatus{other._textStatus}, _propertyStatus{other._propertyStatus},
-      _repositoryTextStatus{other._repositoryTextStatus}, _repositoryPropertyStatus{other._repositoryPropertyStatus},
-      _schedule{other._schedule}, _depth{other._depth}, _lastChangedRevision{other._lastChangedRevision},
-      _flags{other._flags}, _lastChangedDate{other._lastChangedDate}, _lastChangedAuthor{other._lastChangedAuthor},
-      _upToDateTextDate{other._upToDateTextDate}, _upToDatePropertyDate{other._upToDatePropertyDate},
-      _packedChecksum{other._packedChecksum}, _rare{other._rare ? std::make_unique<Rare>(*other._rare) : nullptr}
-{
-}
+HSVNStatus::HSVNStatus(const HSVNStatus& other) = default;
 
 HSVNStatusRef HSVNStatus::copy() const
 {
     auto status = std::make_shared<HSVNStatus>(*this);
-    status->_depth = HSVNDepthUnknown;
+    status->setDepth(HSVNDepthUnknown);
     return status;
 }
 
@@ -161,72 +216,81 @@ HSVNRevisionNumber HSVNStatus::revisionFromFilename(const std::optional<std::str
 
 // Fields stored apart
 
-const HSVNStatus::Rare& HSVNStatus::rare() const
+HSVNRevisionNumber HSVNStatus::outOfDateLastCommitRevision() const
 {
-    static const HSVNEverlasting<Rare> none;
-    return _rare ? *_rare : *none;
+    return _rare.get(&Rare::outOfDateLastCommitRevision);
 }
-
-template <class Value>
-void HSVNStatus::setRare(Value Rare::*field, Value value)
-{
-    if (rare().*field == value) {
-        return;
-    }
-    if (!_rare) {
-        _rare = std::make_unique<Rare>();
-    }
-    (*_rare).*field = std::move(value);
-}
-
-HSVNRevisionNumber HSVNStatus::outOfDateLastCommitRevision() const { return rare().outOfDateLastCommitRevision; }
 void HSVNStatus::setOutOfDateLastCommitRevision(HSVNRevisionNumber revision)
 {
-    setRare(&Rare::outOfDateLastCommitRevision, revision);
+    _rare.set(&Rare::outOfDateLastCommitRevision, revision);
 }
-std::optional<HSVNDate> HSVNStatus::outOfDateLastCommitDate() const { return rare().outOfDateLastCommitDate.value(); }
+std::optional<HSVNDate> HSVNStatus::outOfDateLastCommitDate() const
+{
+    return _rare.get(&Rare::outOfDateLastCommitDate).value();
+}
 void HSVNStatus::setOutOfDateLastCommitDate(const std::optional<HSVNDate>& date)
 {
-    setRare(&Rare::outOfDateLastCommitDate, HSVNCompactDate{date});
+    _rare.set(&Rare::outOfDateLastCommitDate, HSVNCompactDate{date});
 }
-std::optional<std::string> HSVNStatus::outOfDateLastCommitAuthor() const { return rare().outOfDateLastCommitAuthor; }
+std::optional<std::string> HSVNStatus::outOfDateLastCommitAuthor() const
+{
+    return _rare.get(&Rare::outOfDateLastCommitAuthor);
+}
 void HSVNStatus::setOutOfDateLastCommitAuthor(std::optional<std::string> author)
 {
-    setRare(&Rare::outOfDateLastCommitAuthor, std::move(author));
+    _rare.set(&Rare::outOfDateLastCommitAuthor, std::move(author));
 }
 
-HSVNURLRef HSVNStatus::copyFromURL() const { return rare().copyFromURL; }
-void HSVNStatus::setCopyFromURL(HSVNURLRef url) { setRare(&Rare::copyFromURL, std::move(url)); }
-HSVNRevisionNumber HSVNStatus::copyFromRevision() const { return rare().copyFromRevision; }
-void HSVNStatus::setCopyFromRevision(HSVNRevisionNumber revision) { setRare(&Rare::copyFromRevision, revision); }
+HSVNURLRef HSVNStatus::copyFromURL() const { return _rare.get(&Rare::copyFromURL); }
+void HSVNStatus::setCopyFromURL(HSVNURLRef url) { _rare.set(&Rare::copyFromURL, std::move(url)); }
+HSVNRevisionNumber HSVNStatus::copyFromRevision() const { return _rare.get(&Rare::copyFromRevision); }
+void HSVNStatus::setCopyFromRevision(HSVNRevisionNumber revision) { _rare.set(&Rare::copyFromRevision, revision); }
 
-std::optional<std::string> HSVNStatus::conflictOldVersion() const { return rare().conflictOldVersion; }
+std::optional<std::string> HSVNStatus::conflictOldVersion() const { return _rare.get(&Rare::conflictOldVersion); }
 void HSVNStatus::setConflictOldVersion(std::optional<std::string> fileName)
 {
-    setRare(&Rare::conflictOldVersion, std::move(fileName));
+    _rare.set(&Rare::conflictOldVersion, std::move(fileName));
 }
-std::optional<std::string> HSVNStatus::conflictNewVersion() const { return rare().conflictNewVersion; }
+std::optional<std::string> HSVNStatus::conflictNewVersion() const { return _rare.get(&Rare::conflictNewVersion); }
 void HSVNStatus::setConflictNewVersion(std::optional<std::string> fileName)
 {
-    setRare(&Rare::conflictNewVersion, std::move(fileName));
+    _rare.set(&Rare::conflictNewVersion, std::move(fileName));
 }
-std::optional<std::string> HSVNStatus::conflictWorkingVersion() const { return rare().conflictWorkingVersion; }
+std::optional<std::string> HSVNStatus::conflictWorkingVersion() const
+{
+    return _rare.get(&Rare::conflictWorkingVersion);
+}
 void HSVNStatus::setConflictWorkingVersion(std::optional<std::string> fileName)
 {
-    setRare(&Rare::conflictWorkingVersion, std::move(fileName));
+    _rare.set(&Rare::conflictWorkingVersion, std::move(fileName));
 }
-std::optional<std::string> HSVNStatus::propertyRejectFilePath() const { return rare().propertyRejectFilePath; }
+std::optional<std::string> HSVNStatus::propertyRejectFilePath() const
+{
+    return _rare.get(&Rare::propertyRejectFilePath);
+}
 void HSVNStatus::setPropertyRejectFilePath(std::optional<std::string> fileName)
 {
-    setRare(&Rare::propertyRejectFilePath, std::move(fileName));
+    _rare.set(&Rare::propertyRejectFilePath, std::move(fileName));
 }
 
-HSVNLockRef HSVNStatus::repositoryLock() const { return rare().repositoryLock; }
-void HSVNStatus::setRepositoryLock(HSVNLockRef lock) { setRare(&Rare::repositoryLock, std::move(lock)); }
+HSVNLockRef HSVNStatus::repositoryLock() const { return _rare.get(&Rare::repositoryLock); }
+void HSVNStatus::setRepositoryLock(HSVNLockRef lock) { _rare.set(&Rare::repositoryLock, std::move(lock)); }
+
+HSVNStatusKind HSVNStatus::repositoryNodeStatus() const { return _rare.get(&Rare::repositoryNodeStatus); }
+void HSVNStatus::setRepositoryNodeStatus(HSVNStatusKind status) { _rare.set(&Rare::repositoryNodeStatus, status); }
+std::optional<std::string> HSVNStatus::changelist() const { return _rare.get(&Rare::changelist); }
+void HSVNStatus::setChangelist(std::optional<std::string> changelist)
+{
+    _rare.set(&Rare::changelist, std::move(changelist));
+}
+std::optional<std::string> HSVNStatus::movedFrom() const { return _rare.get(&Rare::movedFrom); }
+void HSVNStatus::setMovedFrom(std::optional<std::string> path) { _rare.set(&Rare::movedFrom, std::move(path)); }
+std::optional<std::string> HSVNStatus::movedTo() const { return _rare.get(&Rare::movedTo); }
+void HSVNStatus::setMovedTo(std::optional<std::string> path) { _rare.set(&Rare::movedTo, std::move(path)); }
 
 std::optional<std::string> HSVNStatus::checksum() const
 {
-    return _flags.hasPackedChecksum ? std::optional{unpacked(_packedChecksum)} : rare().checksum;
+    return _flags.hasPackedChecksum ? std::optional{unpacked(_packedChecksum)} : _rare.get(&Rare::checksum);
 }
 
 void HSVNStatus::setChecksum(std::optional<std::string> checksum)
@@ -234,7 +298,7 @@ void HSVNStatus::setChecksum(std::optional<std::string> checksum)
     const auto bytes = checksum ? packed(*checksum) : std::nullopt;
     _flags.hasPackedChecksum = bytes.has_value();
     _packedChecksum = bytes.value_or(PackedChecksum{});
-    setRare(&Rare::checksum, bytes ? std::nullopt : std::move(checksum));
+    _rare.set(&Rare::checksum, bytes ? std::nullopt : std::move(checksum));
 }
 
 void HSVNStatus::setLastChangedAuthor(std::optional<std::string> author)
@@ -261,22 +325,23 @@ void HSVNStatus::encodeWithCoder(HSVNCoder* encoder) const
     encoder->encodeBool(_flags.absent, "absent");
     encoder->encodeBool(_flags.hasProperties, "hasProperties");
     encoder->encodeBool(_flags.hasPropertyModifications, "hasPropertyModifications");
-    encoder->encodeInteger(rare().outOfDateLastCommitRevision, "outOfDateLastCommitRevision");
+    encoder->encodeInteger(_rare.get(&Rare::outOfDateLastCommitRevision), "outOfDateLastCommitRevision");
     encoder->encodeDate(outOfDateLastCommitDate(), "outOfDateLastCommitDate");
-    encoder->encodeString(rare().outOfDateLastCommitAuthor, "outOfDateLastCommitAuthor");
-    encoder->encodeObject(rare().repositoryRootURL, "repositoryRootURL");
-    encoder->encodeString(rare().repositoryUUID, "repositoryUUID");
-    encoder->encodeInteger(_schedule, "schedule");
-    encoder->encodeObject(rare().copyFromURL, "copyFromURL");
-    encoder->encodeInteger(rare().copyFromRevision, "copyFromRevision");
-    encoder->encodeString(rare().conflictOldVersion, "conflictOldVersion");
-    encoder->encodeString(rare().conflictNewVersion, "conflictNewVersion");
-    encoder->encodeString(rare().conflictWorkingVersion, "conflictWorkingVersion");
-    encoder->encodeString(rare().propertyRejectFilePath, "propertyRejectFilePath");
+    encoder->encodeString(_rare.get(&Rare::outOfDateLastCommitAuthor), "outOfDateLastCommitAuthor");
+    encoder->encodeObject(_rare.get(&Rare::repositoryRootURL), "repositoryRootURL");
+    encoder->encodeString(_rare.get(&Rare::repositoryUUID), "repositoryUUID");
+    encoder->encodeInteger(schedule(), "schedule");
+    encoder->encodeObject(_rare.get(&Rare::copyFromURL), "copyFromURL");
+    encoder->encodeInteger(_rare.get(&Rare::copyFromRevision), "copyFromRevision");
+    encoder->encodeString(_rare.get(&Rare::conflictOldVersion), "conflictOldVersion");
+    encoder->encodeString(_rare.get(&Rare::conflictNewVersion), "conflictNewVersion");
+    encoder->encodeString(_rare.get(&Rare::conflictWorkingVersion), "conflictWorkingVersion");
+    encoder->encodeString(_rare.get(&Rare::propertyRejectFilePath), "propertyRejectFilePath");
     encoder->encodeDate(upToDateTextDate(), "upToDateTextDate");
     encoder->encodeDate(upToDatePropertyDate(), "upToDatePropertyDate");
     encoder->encodeString(checksum(), "checksum");
-    encoder->encodeObject(rare().repositoryLock, "repositoryLock");
+    encoder->encodeObject(_rare.get(&Rare::repositoryLock), "repositoryLock");
+    encodeFurtherFields(*encoder, *this);
 }
 
 HSVNStatus::HSVNStatus(HSVNCoder* decoder)
@@ -299,9 +364,9 @@ HSVNStatus::HSVNStatus(HSVNCoder* decoder)
     setOutOfDateLastCommitRevision(decoder->decodeInt32("outOfDateLastCommitRevision"));
     setOutOfDateLastCommitDate(decoder->decodeDate("outOfDateLastCommitDate"));
     setOutOfDateLastCommitAuthor(decoder->decodeString("outOfDateLastCommitAuthor"));
-    setRare<HSVNURLRef>(&Rare::repositoryRootURL, decoder->decodeObject<HSVNURL>("repositoryRootURL"));
-    setRare(&Rare::repositoryUUID, decoder->decodeString("repositoryUUID"));
-    _schedule = decodeSchedule(*decoder, "schedule");
+    _rare.set(&Rare::repositoryRootURL, decoder->decodeObject<HSVNURL>("repositoryRootURL"));
+    _rare.set(&Rare::repositoryUUID, decoder->decodeString("repositoryUUID"));
+    setSchedule(decodeSchedule(*decoder, "schedule"));
     setCopyFromURL(decoder->decodeObject<HSVNURL>("copyFromURL"));
     setCopyFromRevision(decoder->decodeInt32("copyFromRevision"));
     setConflictOldVersion(decoder->decodeString("conflictOldVersion"));
@@ -312,7 +377,8 @@ HSVNStatus::HSVNStatus(HSVNCoder* decoder)
     _upToDatePropertyDate = decoder->decodeDate("upToDatePropertyDate");
     setChecksum(decoder->decodeString("checksum"));
     setRepositoryLock(decoder->decodeObject<HSVNLock>("repositoryLock"));
-    _depth = HSVNDepthEmpty; // archives have always been read so
+    decodeFurtherFields(*decoder, *this);
+    setDepth(HSVNDepthEmpty); // archives have always been read so
 }
 
 // Conversion
@@ -338,7 +404,34 @@ HSVNStatusRef HSVNStatus::statusWithSVNStatus(const svn_wc_status2_t* status, co
     if (status->repos_lock) {
         record->setRepositoryLock(std::make_shared<HSVNLock>(status->repos_lock));
     }
+    record->takeFurtherFields(*status, version);
     return record;
+}
+
+void HSVNStatus::takeFurtherFields(const svn_wc_status2_t& status, const HSVNVersion& version)
+{
+    _nodeStatus = nodeStatusOf(_textStatus, _propertyStatus);
+    _flags.textConflicted = _textStatus == HSVNStatusKindConflicted;
+    _flags.propertiesConflicted = _propertyStatus == HSVNStatusKindConflicted;
+    if (!version.isLessThan(HSVNVersion{1, 6})) { // whose record ends there before
+        _flags.treeConflicted = status.tree_conflict != nullptr;
+        _flags.fileExternal = status.file_external != 0;
+    }
+    _flags.incomplete = _textStatus == HSVNStatusKindIncomplete;
+    if (const auto node = nodeStatusOf(_repositoryTextStatus, _repositoryPropertyStatus);
+        node != HSVNStatusKindNone && node != HSVNStatusKindNormal)
+    {
+        setRepositoryNodeStatus(node);
+    }
+    if (!status.entry) {
+        return;
+    }
+    _flags.versioned = isVersioned() && _textStatus != HSVNStatusKindNone;
+    _flags.incomplete = _flags.incomplete || status.entry->incomplete;
+    _revision = HSVNRevisionNumberFromSubversion(status.entry->revision);
+    if (status.entry->changelist && !version.isLessThan(HSVNVersion::version1_5())) {
+        setChangelist(status.entry->changelist);
+    }
 }
 
 void HSVNStatus::takeEntry(const svn_wc_entry_t& entry, const HSVNVersion& version, HSVNTextCache* texts)
@@ -351,7 +444,7 @@ void HSVNStatus::takeEntry(const svn_wc_entry_t& entry, const HSVNVersion& versi
     _flags.absent = entry.absent != 0;
     _flags.hasProperties = entry.has_props != 0;
     _flags.hasPropertyModifications = entry.has_prop_mods != 0;
-    _schedule = HSVNConvertSchedule(entry.schedule);
+    setSchedule(HSVNConvertSchedule(entry.schedule));
     if (entry.copyfrom_url) {
         setCopyFromURL(HSVNURLWithSubversionText(entry.copyfrom_url));
     }
@@ -371,6 +464,6 @@ void HSVNStatus::takeEntry(const svn_wc_entry_t& entry, const HSVNVersion& versi
         setChecksum(HSVNTextOrNil(entry.checksum));
     }
     if (version.isGreaterThanOrEqualTo(HSVNVersion::version1_5())) {
-        _depth = static_cast<HSVNDepth>(entry.depth);
+        setDepth(static_cast<HSVNDepth>(entry.depth));
     }
 }

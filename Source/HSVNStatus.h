@@ -4,6 +4,7 @@
 #include "HSVNCompactDate.h"
 #include "HSVNExport.h"
 #include "HSVNForward.h"
+#include "HSVNRareFields.h"
 #include "HSVNSharedText.h"
 #include "HSVNStatusKind.h"
 #include "HSVNTypes.h"
@@ -46,7 +47,7 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     static HSVNStatusRef ignored();
 
     std::string className() const override { return "HSVNStatus"; }
-    /// Keys: see HSVNStatus.cpp; the depth is not archived.
+    /// Keys: see HSVNStatus.cpp; the depth is not archived, and of the fields further below those alone that are set.
     void encodeWithCoder(HSVNCoder* encoder) const override;
     /// A new record with every field but the depth, which is `HSVNDepthUnknown`; objects are shared.
     HSVNStatusRef copy() const;
@@ -121,8 +122,8 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     void setOutOfDateLastCommitAuthor(std::optional<std::string> author);
 
     /// What the next commit will do with the item.
-    HSVNSchedule schedule() const { return _schedule; }
-    void setSchedule(HSVNSchedule schedule) { _schedule = schedule; }
+    HSVNSchedule schedule() const { return static_cast<HSVNSchedule>(_schedule); }
+    void setSchedule(HSVNSchedule schedule) { _schedule = static_cast<std::int8_t>(schedule); }
     /// Where the item was copied from; nil unless it is added with history.
     HSVNURLRef copyFromURL() const;
     void setCopyFromURL(HSVNURLRef url);
@@ -154,8 +155,47 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     HSVNLockRef repositoryLock() const;
     void setRepositoryLock(HSVNLockRef lock);
     /// The folder's depth; `HSVNDepthUnknown` from a Subversion before 1.5.
-    HSVNDepth depth() const { return _depth; }
-    void setDepth(HSVNDepth depth) { _depth = depth; }
+    HSVNDepth depth() const { return static_cast<HSVNDepth>(_depth); }
+    void setDepth(HSVNDepth depth) { _depth = static_cast<std::int8_t>(depth); }
+
+    // Further fields, which no specified key or conversion knows: what lines before 1.7 do not tell keeps its default.
+
+    /// The revision that the working copy has of the item; `HSVNInvalidRevision` when it has none. Of an item that
+    /// goes, or that another took the place of, what was there until now.
+    HSVNRevisionNumber revision() const { return _revision; }
+    void setRevision(HSVNRevisionNumber revision) { _revision = revision; }
+    /// State of the item as a whole: of its text, or that its properties alone are modified or in conflict.
+    HSVNStatusKind nodeStatus() const { return _nodeStatus; }
+    void setNodeStatus(HSVNStatusKind status) { _nodeStatus = status; }
+    /// Change of the item as a whole in the repository; none when there is none, or the repository was not asked.
+    HSVNStatusKind repositoryNodeStatus() const;
+    void setRepositoryNodeStatus(HSVNStatusKind status);
+    /// Known to the working copy. `isVersioned` goes by the text status and takes a tree conflict's victim that is gone
+    /// for versioned.
+    bool versioned() const { return _flags.versioned; }
+    void setVersioned(bool versioned) { _flags.versioned = versioned; }
+    /// In conflict by its text, its properties, as a part of the tree, or in any way.
+    bool textConflicted() const { return _flags.textConflicted; }
+    void setTextConflicted(bool conflicted) { _flags.textConflicted = conflicted; }
+    bool propertiesConflicted() const { return _flags.propertiesConflicted; }
+    void setPropertiesConflicted(bool conflicted) { _flags.propertiesConflicted = conflicted; }
+    bool treeConflicted() const { return _flags.treeConflicted; }
+    void setTreeConflicted(bool conflicted) { _flags.treeConflicted = conflicted; }
+    bool conflicted() const { return textConflicted() || propertiesConflicted() || treeConflicted(); }
+    /// A file that an externals definition placed.
+    bool fileExternal() const { return _flags.fileExternal; }
+    void setFileExternal(bool fileExternal) { _flags.fileExternal = fileExternal; }
+    /// A directory whose update was interrupted.
+    bool incomplete() const { return _flags.incomplete; }
+    void setIncomplete(bool incomplete) { _flags.incomplete = incomplete; }
+    /// The changelist that the item belongs to; nil for none.
+    std::optional<std::string> changelist() const;
+    void setChangelist(std::optional<std::string> changelist);
+    /// Where the item was moved from, and where it went; absolute paths, nil unless it was moved.
+    std::optional<std::string> movedFrom() const;
+    void setMovedFrom(std::optional<std::string> path);
+    std::optional<std::string> movedTo() const;
+    void setMovedTo(std::optional<std::string> path);
 
     // Conversion
 
@@ -180,26 +220,32 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
         bool hasProperties : 1 = false;
         bool hasPropertyModifications : 1 = false;
         bool hasPackedChecksum : 1 = false;
+        bool versioned : 1 = false;
+        bool textConflicted : 1 = false;
+        bool propertiesConflicted : 1 = false;
+        bool treeConflicted : 1 = false;
+        bool fileExternal : 1 = false;
+        bool incomplete : 1 = false;
     };
 
-    const Rare& rare() const;
-    template <class Value>
-    void setRare(Value Rare::*field, Value value);
     static HSVNStatusRef withKinds(HSVNStatusKind text, HSVNStatusKind property);
     void takeEntry(const svn_wc_entry_t& entry, const HSVNVersion& version, HSVNTextCache* texts);
+    void takeFurtherFields(const svn_wc_status2_t& status, const HSVNVersion& version);
 
     HSVNStatusKind _textStatus = HSVNStatusKindNone;
     HSVNStatusKind _propertyStatus = HSVNStatusKindNone;
     HSVNStatusKind _repositoryTextStatus = HSVNStatusKindNone;
     HSVNStatusKind _repositoryPropertyStatus = HSVNStatusKindNone;
-    HSVNSchedule _schedule = HSVNScheduleNormal;
-    HSVNDepth _depth = HSVNDepthUnknown;
-    HSVNRevisionNumber _lastChangedRevision = HSVNInvalidRevision;
+    HSVNStatusKind _nodeStatus = HSVNStatusKindNone;
+    std::int8_t _schedule = HSVNScheduleNormal;
+    std::int8_t _depth = HSVNDepthUnknown;
     Flags _flags;
+    HSVNRevisionNumber _revision = HSVNInvalidRevision;
+    HSVNRevisionNumber _lastChangedRevision = HSVNInvalidRevision;
     HSVNCompactDate _lastChangedDate;
     HSVNSharedText _lastChangedAuthor;
     HSVNCompactDate _upToDateTextDate;
     HSVNCompactDate _upToDatePropertyDate;
     std::array<std::uint8_t, 16> _packedChecksum{}; // of the usual form: 32 lower-case hexadecimal digits
-    std::unique_ptr<Rare> _rare;
+    HSVNRareFields<Rare> _rare;
 };

@@ -66,3 +66,57 @@ bool HSVNIsAbnormalStatus(std::int32_t subversionKind)
         return true;
     }
 }
+
+const char* HSVNTextOfStatusKind(HSVNStatusKind kind)
+{
+    switch (kind) {
+    case HSVNStatusKindNone:
+        return "none";
+    case HSVNStatusKindUnversioned:
+        return "unversioned";
+    case HSVNStatusKindNormal:
+        return "normal";
+    case HSVNStatusKindAdded:
+        return "added";
+    case HSVNStatusKindMissing:
+        return "missing";
+    case HSVNStatusKindDeleted:
+        return "deleted";
+    case HSVNStatusKindReplaced:
+        return "replaced";
+    case HSVNStatusKindModified:
+        return "modified";
+    case HSVNStatusKindMerged:
+        return "merged";
+    case HSVNStatusKindConflicted:
+        return "conflicted";
+    case HSVNStatusKindIgnored:
+        return "ignored";
+    case HSVNStatusKindObstructed:
+        return "obstructed";
+    case HSVNStatusKindExternal:
+        return "external";
+    case HSVNStatusKindIncomplete:
+        return "incomplete";
+    case HSVNStatusKindUnknown:
+        break;
+    }
+    return "unknown";
+}
+
+const char* HSVNTextOfSchedule(HSVNSchedule schedule)
+{
+    switch (schedule) {
+    case HSVNScheduleNormal:
+        return "normal";
+    case HSVNScheduleAdd:
+        return "add";
+    case HSVNScheduleDelete:
+        return "delete";
+    case HSVNScheduleReplace:
+        return "replace";
+    case HSVNScheduleInvalid:
+        break;
+    }
+    return "none";
+}

@@ -38,6 +38,11 @@ enum HSVNSchedule : std::int32_t
     HSVNScheduleReplace = 3
 };
 
+/// A status kind as people read it, such as "modified"; "unknown" for a set of several.
+HSVN_EXPORT const char* HSVNTextOfStatusKind(HSVNStatusKind kind);
+/// A schedule, such as "add"; "none" for an invalid one.
+HSVN_EXPORT const char* HSVNTextOfSchedule(HSVNSchedule schedule);
+
 /// The kind of a Subversion `svn_wc_status_kind`; `HSVNStatusKindUnknown` for a value without a kind.
 HSVN_EXPORT HSVNStatusKind HSVNConvertStatusKind(std::int32_t subversionKind);
 

@@ -24,7 +24,7 @@ HSVNTarget::HSVNTarget(const HSVNPath* path) : _text{textOf(path)} {}
 
 HSVNTarget::HSVNTarget(const std::string& text) : _text{text}
 {
-    if (!isURL()) {
+    if (!text.empty() && !isURL()) {
         _text = HSVNLocalPath{text}.string();
     }
 }

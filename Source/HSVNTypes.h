@@ -1,5 +1,7 @@
 #pragma once
 
+#include "HSVNExport.h"
+
 #include <cstdint>
 
 /// A Subversion revision number as the library hands it out; -1 (`HSVNInvalidRevision`) means none.
@@ -27,6 +29,12 @@ enum HSVNNodeKind : std::int32_t
     HSVNNodeKindDirectory = 2,
     HSVNNodeKindUnknown = 3
 };
+
+/// A depth as people read it, such as "immediates". As the other functions of this name, it takes any value, answers
+/// "unknown" for one that it does not know, and may be called on any thread at any time.
+HSVN_EXPORT const char* HSVNTextOfDepth(HSVNDepth depth);
+/// A kind of item: "file", "directory", "none" or "unknown".
+HSVN_EXPORT const char* HSVNTextOfNodeKind(HSVNNodeKind kind);
 
 /// Order of two values, as `compare` answers it.
 enum HSVNComparisonResult : std::int32_t

@@ -1,4 +1,5 @@
 #include "HSVNException.h"
+#include "HSVNFile.h"
 #include "HSVNKeyedArchiver.h"
 #include "HSVNKeyedUnarchiver.h"
 #include "HSVNLock.h"
@@ -83,6 +84,15 @@ std::string directoryArchive()
         R"("aggregateChildStatus":64,"aggregateReposChildStatus":2})");
 }
 
+/// A node with every field that archives have of few nodes only.
+std::string listedNodeArchive()
+{
+    return archive(R"({"$class":"HSVNFile","name":"dir/f","path":{"$class":"HSVNURL","string":"svn://h/r/dir/f"},)"
+                   R"("size":0,"revision":3,"date":{"$date":7000000},"hasProperties":false,)"
+                   R"("exactDate":{"$date":7000009},"sizeIsUnknown":true,"externalParentURL":"svn://h/r",)"
+                   R"("externalTarget":"dir"})");
+}
+
 std::vector<HSVNArchivableRef> sampleObjects()
 {
     return {HSVNRevision::HEAD(),
@@ -144,6 +154,10 @@ TEST(Archive, WritesTheKeysOfEachClassInTheirOrder)
     EXPECT_EQ(
         HSVNKeyedArchiver::archivedDataWithRootObject(HSVNKeyedUnarchiver::unarchiveObjectWithData(directoryArchive())),
         directoryArchive());
+    const auto node = HSVNKeyedUnarchiver::unarchiveObjectOfClass<HSVNFile>(listedNodeArchive());
+    EXPECT_EQ(node->date(), HSVNDate{7'000'000});
+    EXPECT_EQ(node->exactDate(), HSVNDate{7'000'009});
+    EXPECT_EQ(HSVNKeyedArchiver::archivedDataWithRootObject(node->copy()), listedNodeArchive());
 }
 
 TEST(Archive, RestoresANotificationFieldByField)

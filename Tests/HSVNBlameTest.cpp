@@ -1,8 +1,11 @@
-#include "HSVNBlame.h"
+#include "AlteredBundle.h"
+#include "HSVNBlamedLine.h"
 #include "HSVNException.h"
 #include "HSVNPlatformException.h"
+#include "ReasonOf.h"
 #include "TestRepository.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 namespace {
@@ -21,28 +24,32 @@ TEST(Blame, EachLineComesWithTheRevisionThatChangedIt)
         EXPECT_EQ(line.change->properties.count("svn:date"), 1U);
         lines.push_back(std::to_string(line.change->revision) + " " + std::string{line.text});
     };
-    HSVNReadBlame(repository.url("file"), HSVNRevision::HEAD(), wholeRange, {}, receive,
-                  std::make_shared<HSVNContext>());
+    HSVNContext{}.blame(repository.url("file"), wholeRange, {}, receive);
     EXPECT_EQ(lines, (std::vector<std::string>{"1 old", std::string{"2 n\0w", 5}}));
 }
 
-TEST(Blame, AnExceptionOfTheReceiverReachesTheCaller)
+TEST(Blame, AReceiverStopsItByAnExceptionOrByFalse)
 {
     const TestRepository repository;
-    repository.put("file", "line\n");
-    const auto stop = [](const HSVNBlamedLine&) { throw std::range_error("enough"); };
-    const auto context = std::make_shared<HSVNContext>();
-    EXPECT_THROW(HSVNReadBlame(repository.url("file"), HSVNRevision::HEAD(), wholeRange, {}, stop, context),
-                 std::range_error);
+    repository.put("file", "line\nline\n");
+    const auto fail = [](const HSVNBlamedLine&) { throw std::range_error("enough"); };
+    HSVNContext context;
+    EXPECT_THROW(context.blame(repository.url("file"), wholeRange, {}, fail), std::range_error);
+    int lines = 0;
+    context.blame(repository.url("file"), wholeRange, {}, [&](const HSVNBlamedLine&) { return ++lines == 0; });
+    EXPECT_EQ(lines, 1);
 }
 
 TEST(Blame, WrongArgumentsAreRefused)
 {
-    const auto context = std::make_shared<HSVNContext>();
-    EXPECT_THROW(HSVNCheckBlameArguments({"-w", "--nonsense"}, context), HSVNException);
-    EXPECT_NO_THROW(HSVNCheckBlameArguments({"-w"}, context));
-    EXPECT_THROW(HSVNReadBlame("", nullptr, wholeRange, {}, {}, context), HSVNAssertionException);
-    EXPECT_THROW(HSVNReadBlame("", HSVNRevision::HEAD(), wholeRange, {}, {}, nullptr), HSVNAssertionException);
+    HSVNContext context;
+    const auto ignore = [](const HSVNBlamedLine&) {};
+    EXPECT_THROW(context.checkBlameArguments({"-w", "--nonsense"}), HSVNException);
+    EXPECT_NO_THROW(context.checkBlameArguments({"-w"}));
+    EXPECT_THROW(context.blame("", {nullptr, HSVNRevision::HEAD()}, {}, ignore), HSVNAssertionException);
+    EXPECT_THAT(reasonOf<HSVNUnsupportedFeatureException>(
+                    [&] { clientWithoutExtensions("1.4")->blame("", wholeRange, {}, ignore); }),
+                testing::HasSubstr("[HSVNContext blame] is not offered by the bundle of Subversion 1.4"));
 }
 
 } // namespace

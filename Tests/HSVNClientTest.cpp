@@ -10,13 +10,11 @@
 #include "HSVNLock.h"
 #include "HSVNNode.h"
 #include "HSVNNotification.h"
-#include "HSVNRepositoryChanges.h"
 #include "HSVNRevision.h"
 #include "HSVNRevisionSpec.h"
 #include "HSVNTransferObserver.h"
 #include "HSVNURL.h"
 #include "HSVNUpdateOptions.h"
-#include "HSVNWorkingCopyUpdates.h"
 #include "Internal/Client.h"
 #include "Internal/Pool.h"
 #include "ReasonOf.h"
@@ -448,13 +446,14 @@ TEST_F(CommitTest, ADelegateThatThrowsOnceTheCommitIsDoneLeavesItsRevisionInTheE
         EXPECT_EQ(mustRun({"svn", "status", workingCopy}), "");
         writeFile(workingCopy + "/a.txt", "again " + std::to_string(revision));
     }
-    EXPECT_EQ(revisionIn([&] { HSVNCommitItems({workingCopy}, {}, {}, client); }), ++revision);
+    EXPECT_EQ(revisionIn([&] { client->commit(workingCopy); }), ++revision);
     EXPECT_EQ(mustRun({"svn", "status", workingCopy}), "");
     delegate->notified = [](const auto&) {};
     writeFile(workingCopy + "/a.txt", "by a receiver\n");
     const auto throwing = [](const HSVNCommitResult&) { throwKind(0); };
-    EXPECT_EQ(revisionIn([&] { HSVNCommitItems({workingCopy}, {}, {{}, throwing}, client); }), ++revision);
+    EXPECT_EQ(revisionIn([&] { client->commit(workingCopy, {}, throwing); }), ++revision);
     EXPECT_EQ(repository.youngest(), revision);
+    EXPECT_EQ(mustRun({"svn", "status", workingCopy}), "") << "the working copy knows of it";
     delegate->notified = [](const auto&) { throwKind(0); };
     writeFile(workingCopy + "/a.txt", "not committed\n");
     EXPECT_EQ(revisionIn([&] { commit(workingCopy, client); }), -1) << "nothing was committed";
@@ -587,7 +586,7 @@ TEST(Client, ServesOneThreadAtATime)
     const auto client = HSVNClient::clientWithDelegate(delegate);
     const std::vector<std::function<void()>> calls{
         [&] { update(workingCopy, client); },
-        [&] { HSVNUpdateItems({workingCopy}, HSVNRevision::HEAD(), {}, client); },
+        [&] { client->update(workingCopy); },
         [&] { client->optionForName("name", "config", "section", "default"); },
         [&] { client->setOption("value", "name", "config", "section"); },
         [&] { client->optionsForCategory("config", "section"); },

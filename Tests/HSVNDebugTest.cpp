@@ -120,7 +120,6 @@ std::vector<std::pair<const char*, std::function<void()>>> loggedOperations()
     const std::vector<HSVNPathRef> paths{path, HSVNPath::pathWithString("/nowhere/b")};
     const std::vector<std::string> targets{"/nowhere/a", "/nowhere/b"};
     const auto head = HSVNRevision::HEAD();
-    const std::pair<std::string, HSVNRevisionRef> pegged{"/nowhere/a", head};
     return {
         {"[HSVNNode revertNodes:withOptions:withContext:] (nodePaths: (/nowhere/a, /nowhere/b), options: { <HSVNRevert",
          [=] { HSVNNode::revertNodes(paths, HSVNRevertOptions::defaults(), client); }},
@@ -129,48 +128,33 @@ std::vector<std::pair<const char*, std::function<void()>>> loggedOperations()
         {"[HSVNDirectory statusForNodesInDirectoryAtPath:withOptions:directory:abnormalItemCount:withContext:] (path: "
          "/nowhere/a, options: { <HSVNStatusOptions",
          [=] { HSVNDirectory::statusForNodesInDirectoryAtPath(path, HSVNStatusOptions::defaults(), client); }},
-        {"[HSVNItemStatus scanItemStatus:revision:withOptions:receiver:withContext:] (target: /nowhere/a, revision: "
-         "HEAD, context: <HSVNClient: 0x",
+        {"[HSVNContext status] (target: /nowhere/a, revision: HEAD)",
+         [=] { client->status(targets[0], {.revision = head}); }},
+        {"[HSVNContext log] (targets: (/nowhere/a, /nowhere/b), pegRevision: HEAD, ranges: ((HEAD, BASE)))",
          [=] {
-             HSVNScanItemStatus(
-                 targets[0], head, {}, [](const auto&) {}, client);
+             client->log(targets, {.pegRevision = head, .ranges = {{head, HSVNRevision::BASE()}}});
          }},
-        {"readLog:pegRevision:withOptions:receiver:withContext:] (targets: (/nowhere/a, /nowhere/b), pegRevision: "
-         "HEAD, "
-         "ranges: ((HEAD, BASE)), ",
+        {"[HSVNContext update] (targets: (/nowhere/a, /nowhere/b), revision: HEAD)", [=] { client->update(targets); }},
+        {"[HSVNContext revert] (targets: (/nowhere/a, /nowhere/b))", [=] { client->revert(targets); }},
+        {"[HSVNContext lock] (targets: (/nowhere/a, /nowhere/b))", [=] { client->lock(targets); }},
+        {"[HSVNContext unlock] (targets: (/nowhere/a, /nowhere/b))", [=] { client->unlock(targets); }},
+        {"[HSVNContext setProperty] (targets: (/nowhere/a, /nowhere/b), name: colour)",
+         [=] { client->setProperty(targets, "colour", "red"); }},
+        {"[HSVNContext addToChangelist] (targets: (/nowhere/a, /nowhere/b), changelist: list)",
+         [=] { client->addToChangelist(targets, "list"); }},
+        {"[HSVNContext commit] (targets: (/nowhere/a, /nowhere/b))", [=] { client->commit(targets); }},
+        {"[HSVNContext remove] (targets: (/nowhere/a, ", [=] { client->remove(targets); }},
+        {"[HSVNContext makeDirectories] (targets: (/nowhere/a, ", [=] { client->makeDirectories(targets); }},
+        {"[HSVNContext copy] (sources: ((/nowhere/a, HEAD@UNSPECIFIED)), destination: /nowhere/b)",
          [=] {
-             HSVNLogReadingOptions options;
-             options.ranges = {{head, HSVNRevision::BASE()}};
-             HSVNReadLog(
-                 targets, head, options, [](const auto&...) {}, client);
+             client->copy({{targets[0], head}}, targets[1]);
          }},
-        {"updateItems:toRevision:withOptions:withContext:] (targets: (/nowhere/a, /nowhere/b), revision: HEAD, ",
-         [=] { HSVNUpdateItems(targets, head, {}, client); }},
-        {"revertItems:withOptions:withContext:] (targets: (/nowhere/a, ",
-         [=] { HSVNRevertItems(targets, {}, client); }},
-        {"lockItems:comment:steal:withContext:] (targets: (/nowhere/a, ",
-         [=] { HSVNLockItems(targets, {}, false, client); }},
-        {"unlockItems:breakLock:withContext:] (targets: (/nowhere/a, ",
-         [=] { HSVNUnlockItems(targets, false, client); }},
-        {"changeProperty:value:targets:withOptions:withContext:] (name: colour, targets: (/nowhere/a, ",
-         [=] { HSVNChangeProperty("colour", "red", targets, {}, client); }},
-        {"changeChangelist:targets:depth:changelists:withContext:] (changelist: list, targets: (/nowhere/a, ",
-         [=] { HSVNChangeChangelist("list", targets, HSVNDepthEmpty, {}, client); }},
-        {"commitItems:withOptions:wishes:withContext:] (targets: (/nowhere/a, ",
-         [=] { HSVNCommitItems(targets, {}, {}, client); }},
-        {"deleteItems:withOptions:wishes:withContext:] (targets: (/nowhere/a, ",
-         [=] { HSVNDeleteItems(targets, {}, {}, client); }},
-        {"makeFolders:makeParents:wishes:withContext:] (targets: (/nowhere/a, ",
-         [=] { HSVNMakeFolders(targets, false, {}, client); }},
-        {"copyItems:destination:withOptions:wishes:withContext:] (sources: ((/nowhere/a, HEAD@UNSPECIFIED)), "
-         "destination: /nowhere/b, ",
+        {"[HSVNContext move] (sources: (/nowhere/a, /nowhere/b), destination: /nowhere/c)",
+         [=] { client->move(targets, "/nowhere/c"); }},
+        {"[HSVNContext mergeDifference] (first: (/nowhere/a, HEAD), second: (/nowhere/a, HEAD), target: /nowhere/b)",
          [=] {
-             HSVNCopyItems({{targets[0], HSVNRevisionSpec::HEAD()}}, targets[1], {}, {}, client);
+             client->mergeDifference({targets[0], head}, {targets[0], head}, targets[1]);
          }},
-        {"moveItems:destination:withOptions:wishes:withContext:] (sources: (/nowhere/a, /nowhere/b), destination: ",
-         [=] { HSVNMoveItems(targets, "/nowhere/c", {}, {}, client); }},
-        {"mergeTrees:target:withOptions:withContext:] (first: (/nowhere/a, HEAD), second: (/nowhere/a, HEAD), target: ",
-         [=] { HSVNMergeTrees(pegged, pegged, targets[1], {}, client); }},
         {"canonicalTargets:withContext:] (arguments: (/nowhere/a, ",
          [=] { HSVNArguments::canonicalTargets(targets, client); }},
     };

@@ -4,12 +4,12 @@
 #include "HSVNCopyOptions.h"
 #include "HSVNDeleteOptions.h"
 #include "HSVNDirectory.h"
+#include "HSVNItemsSetAside.h"
 #include "HSVNMoveHandler.h"
 #include "HSVNMoveOptions.h"
 #include "HSVNNode.h"
 #include "HSVNRevision.h"
 #include "HSVNRevisionSpec.h"
-#include "HSVNWorkingCopyChanges.h"
 #include "Internal/Pool.h"
 #include "ReasonOf.h"
 #include "WorkingCopyTest.h"
@@ -706,7 +706,7 @@ TEST_P(MoveBatch, ACleanUpNamesWhatAnEndedProgramHadSetAside)
     EXPECT_THAT(HSVNFindItemsSetAside(root), ElementsAre(folder));
     for (const auto& cleanUp :
          std::vector<std::function<void()>>{[&] { HSVNDirectory::cleanUpWorkingCopyAtPath(at(""), client); },
-                                            [&] { HSVNCleanUpFolder(root, {}, std::make_shared<HSVNClient>()); }})
+                                            [&] { std::make_shared<HSVNClient>()->cleanUp(root); }})
     {
         testing::internal::CaptureStderr();
         cleanUp();

@@ -146,6 +146,18 @@ TEST_F(SubversionErrors, NeedACurrentBundle)
     HSVNCurrentEntryPoints().error_clear(chain);
 }
 
+TEST_F(SubversionErrors, MessagesTellTheWholeChainOnce)
+{
+    const auto exception = HSVNException::exceptionWithError(
+        error(160028, "Commit failed (details follow):",
+              error(155011, "Commit failed (details follow):", error(170004, "Item '/a' is out of date"))));
+    EXPECT_EQ(exception->reason(), "Commit failed (details follow):");
+    EXPECT_EQ(exception->messages(),
+              (std::vector<std::string>{"Commit failed (details follow):", "Item '/a' is out of date"}));
+    EXPECT_EQ(exception->fullMessage(), "Commit failed (details follow):\nItem '/a' is out of date");
+    EXPECT_EQ(HSVNGenericException{"misused"}.messages(), std::vector<std::string>{"misused"});
+}
+
 TEST(ExceptionClass, IsMappedFromTheStatus)
 {
     std::istringstream rows{

@@ -35,8 +35,7 @@ std::string refusalOfLog(const HSVNBundleExtensions* extensions)
     const auto context =
         std::make_shared<HSVNContext>(std::make_shared<BundleWithExtensions>(installedBundle(), extensions));
     try {
-        HSVNReadLog(
-            {"file:///nowhere"}, HSVNRevision::HEAD(), {}, [](const HSVNLogEntry&) {}, context);
+        context->log("file:///nowhere", {.mergedRevisions = true});
     } catch (const HSVNUnsupportedFeatureException& exception) {
         return exception.reason();
     } catch (const HSVNException&) {
@@ -51,8 +50,7 @@ TEST(Extensions, AnOperationThatTheBundleDoesNotOfferNamesItselfAndTheLine)
     EXPECT_EQ(refusalOfLog(&table), "");
     table.client_log = nullptr;
     const std::string refusal = refusalOfLog(&table);
-    EXPECT_THAT(refusal, HasSubstr("[HSVNLogReading readLog:"));
-    EXPECT_THAT(refusal, HasSubstr("is not offered by the bundle of Subversion "));
+    EXPECT_THAT(refusal, HasSubstr("[HSVNContext log]: 'mergedRevisions' is not offered by the bundle of Subversion "));
     EXPECT_NE(refusalOfLog(nullptr), "");
 }
 
@@ -69,10 +67,6 @@ TEST(Extensions, ANullContextIsRefusedByEveryOperation)
 {
     const auto spec = HSVNRevisionSpec::HEAD();
     EXPECT_THROW(HSVNArguments::canonicalTargets({}, nullptr), HSVNAssertionException);
-    EXPECT_THROW(HSVNReadItemInfo("", spec, {}, {}, nullptr), HSVNAssertionException);
-    EXPECT_THROW(HSVNListItems("", spec, {}, {}, nullptr), HSVNAssertionException);
-    EXPECT_THROW(HSVNScanItemStatus("", HSVNRevision::HEAD(), {}, {}, nullptr), HSVNAssertionException);
-    EXPECT_THROW(HSVNReadContents("", spec, true, {}, nullptr), HSVNAssertionException);
 }
 
 TEST(Extensions, RevisionsAreReadAsTheCommandLineReadsThem)
@@ -89,13 +83,10 @@ TEST(Extensions, RevisionsAreReadAsTheCommandLineReadsThem)
 TEST(Extensions, AnExceptionOfAReceiverReachesTheCaller)
 {
     const TestRepository repository;
-    const auto stop = [](const HSVNListedItem&) { throw std::range_error("enough"); };
+    const auto stop = [](const HSVNNodeRef&) { throw std::range_error("enough"); };
     const auto context = std::make_shared<HSVNContext>();
-    HSVNListingOptions options;
-    options.depth = HSVNDepthInfinity;
     const auto list = [&] {
-        HSVNListItems(repository.url(), HSVNRevisionSpec::pegRevisionWithRevision(HSVNRevision::HEAD()), options, stop,
-                      context);
+        context->list(repository.url(), HSVNRevisionSpec::HEAD(), {.depth = HSVNDepthInfinity}, stop);
     };
     EXPECT_THROW(list(), std::range_error);
 }
@@ -104,11 +95,10 @@ TEST(Extensions, RelativeAndUncanonicalTargetsNeverAbortTheProcess)
 {
     const auto context = std::make_shared<HSVNContext>();
     const auto spec = HSVNRevisionSpec::UNSPECIFIED();
-    const auto ignore = [](const auto&) {};
     for (const char* const target : {"a//b/", "./x/", "/..", "file:///a//b/", "http://h/%zz", "\xff", "a/\xc0\x80"}) {
-        EXPECT_THROW(HSVNReadItemInfo(target, spec, {}, ignore, context), HSVNException) << target;
-        EXPECT_THROW(HSVNListItems(target, spec, {}, ignore, context), HSVNException) << target;
-        EXPECT_THROW(HSVNReadContents(target, spec, true, ignore, context), HSVNException) << target;
+        EXPECT_THROW(context->info(HSVNTarget::verbatim(target)), HSVNException) << target;
+        EXPECT_THROW(context->list(HSVNTarget::verbatim(target)), HSVNException) << target;
+        EXPECT_THROW(context->contents(HSVNTarget::verbatim(target)), HSVNException) << target;
     }
 }
 

@@ -11,13 +11,11 @@
 #include "HSVNMoveOptions.h"
 #include "HSVNNode.h"
 #include "HSVNProperties.h"
-#include "HSVNRepositoryChanges.h"
 #include "HSVNRevertOptions.h"
 #include "HSVNRevision.h"
 #include "HSVNRevisionSpec.h"
 #include "HSVNUnlockOptions.h"
 #include "HSVNUpdateOptions.h"
-#include "HSVNWorkingCopyUpdates.h"
 #include "ReasonOf.h"
 #include "WorkingCopyTest.h"
 
@@ -151,8 +149,8 @@ TEST_P(Failure, AnOperationStoppedAnywhereLeavesAUsableWorkingCopy)
                    [&] { HSVNNode::updateNodes({at("")}, revision(1), HSVNUpdateOptions::defaults(), client); });
     stopEverywhere("commit", modify,
                    [&] { HSVNNode::commitChangesToNodes({at("")}, HSVNCommitOptions::defaults(), client); });
-    stopEverywhere("update of items", nothing, [&] { HSVNUpdateItems({root}, revision(1), {}, client); });
-    stopEverywhere("commit of items", modify, [&] { HSVNCommitItems({root}, {}, {}, client); });
+    stopEverywhere("update of items", nothing, [&] { client->update(root, revision(1)); });
+    stopEverywhere("commit of items", modify, [&] { client->commit(root); });
     // Into a folder that was removed, though Subversion keeps the databases of working copies open.
     stopEverywhere("checkout", nothing, [&] {
         HSVNDirectory::checkoutDirectoryAtURL(url("trunk"), outside("out"), HSVNCheckOutOptions::defaults(), client);
@@ -224,7 +222,7 @@ TEST_P(Failure, ACheckOutGoesWhereAnEndedOneLeftAnAreaWithoutValue)
         [&] {
             HSVNDirectory::checkoutDirectoryAtURL(url("trunk"), outside("out"), HSVNCheckOutOptions::defaults(), fresh);
         },
-        [&] { HSVNCheckOutItem(url("trunk")->string(), out, HSVNRevisionSpec::HEAD(), {}, fresh); }};
+        [&] { fresh->checkout(url("trunk"), out); }};
     for (const auto& [content, isWithoutValue] : areas) {
         for (const auto& checkOut : run) {
             SCOPED_TRACE(content.rbegin()->first + (isWithoutValue ? ", without value" : ", of value"));

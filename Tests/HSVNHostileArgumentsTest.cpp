@@ -34,14 +34,6 @@ struct Operation
     std::function<void(const std::string& target)> run;
 };
 
-template <class Options>
-Options ofDepth(HSVNDepth depth)
-{
-    Options options;
-    options.depth = depth;
-    return options;
-}
-
 /// A row of the tables below: what is done with `target`.
 #define OPERATION(name, use, ...)                                                                                      \
     {                                                                                                                  \
@@ -76,6 +68,8 @@ class HostileArguments : public WorkingCopyTest
         return options;
     }
 
+    /// A target that the library does not look at.
+    static HSVNTarget verbatim(const std::string& text) { return HSVNTarget::verbatim(text); }
     /// Those that take texts.
     std::vector<Operation> newerOperations();
     /// Those of classes, which take paths.
@@ -107,87 +101,84 @@ class HostileArguments : public WorkingCopyTest
     const HSVNRevisionRef head = HSVNRevision::HEAD();
     const HSVNRevisionRef unspecified = HSVNRevision::UNSPECIFIED();
     const HSVNRevisionSpecRef spec = HSVNRevisionSpec::UNSPECIFIED();
+    const HSVNRevisionSpecRef peg = HSVNRevisionSpec::pegRevisionWithRevision(head);
+    const std::pair<HSVNRevisionRef, HSVNRevisionRef> both{head, head};
 };
 
 std::vector<Operation> HostileArguments::newerOperations()
 {
     const auto ignore = [](const auto&) {};
-    HSVNLogReadingOptions logOptions;
-    logOptions.ranges = {{head, head}};
+    const HSVNLogChoices logChoices{.pegRevision = head, .ranges = {{head, head}}};
     return {
-        OPERATION("add", Changes, HSVNAddItem(target, {}, client)),
-        OPERATION("add -f", Changes, HSVNAddItem(target, {.force = true}, client)),
-        OPERATION("revert", Changes, HSVNRevertItems({target}, {}, client)),
-        OPERATION("resolve", Changes, HSVNResolveItem(target, HSVNDepthInfinity, HSVNConflictChoiceMerged, client)),
-        OPERATION("find conflicts", Reads, HSVNFindConflicts(target, HSVNDepthInfinity, ignore, client)),
-        OPERATION("propset", Changes, HSVNChangeProperty("color", "red", {target}, {}, client)),
-        OPERATION("revpropset", Reads, HSVNChangeRevisionProperty("color", "red", target, head, false, client)),
-        OPERATION("lock", Changes, HSVNLockItems({target}, "", false, client)),
-        OPERATION("unlock", Changes, HSVNUnlockItems({target}, true, client)),
-        OPERATION("vacuum", Reads, HSVNVacuumFolder(target, {}, client)),
-        OPERATION("cleanup", Reads, HSVNCleanUpFolder(target, {}, client)),
-        OPERATION("upgrade", Reads, HSVNUpgradeFolder(target, client)),
-        OPERATION("relocate", Changes,
-                  HSVNRelocateFolder(target, repository.url(), repository.url("trunk"), false, client)),
-        OPERATION("relocate from", Reads, HSVNRelocateFolder(root, target, repository.url(), false, client)),
-        OPERATION("relocate to", Reads, HSVNRelocateFolder(root, repository.url(), target, false, client)),
-        OPERATION("changelist", Changes, HSVNChangeChangelist("list", {target}, HSVNDepthInfinity, {}, client)),
+        OPERATION("add", Changes, client->add(verbatim(target))),
+        OPERATION("add -f", Changes, client->add(verbatim(target), {.force = true})),
+        OPERATION("revert", Changes, client->revert(verbatim(target))),
+        OPERATION("resolve", Changes, client->resolve(verbatim(target), {.depth = HSVNDepthInfinity})),
+        OPERATION("find conflicts", Reads, client->conflicts(verbatim(target))),
+        OPERATION("propset", Changes, client->setProperty(verbatim(target), "color", "red")),
+        OPERATION("revpropset", Reads, client->setRevisionProperty(verbatim(target), "color", "red", head)),
+        OPERATION("lock", Changes, client->lock(verbatim(target), {.comment = ""})),
+        OPERATION("unlock", Changes, client->unlock(verbatim(target), {.breakLocks = true})),
+        OPERATION("vacuum", Reads, client->vacuum(verbatim(target), {})),
+        OPERATION("cleanup", Reads, client->cleanUp(verbatim(target))),
+        OPERATION("upgrade", Reads, client->upgrade(verbatim(target))),
+        OPERATION("relocate", Changes, client->relocate(verbatim(target), repository.url(), repository.url("trunk"))),
+        OPERATION("relocate from", Reads, client->relocate(root, target, repository.url())),
+        OPERATION("relocate to", Reads, client->relocate(root, repository.url(), target)),
+        OPERATION("changelist", Changes,
+                  client->addToChangelist(verbatim(target), "list", {.depth = HSVNDepthInfinity})),
         OPERATION("no changelist", Changes,
-                  HSVNChangeChangelist(std::nullopt, {target}, HSVNDepthInfinity, {}, client)),
-        OPERATION("commit", Changes, HSVNCommitItems({target}, {}, {}, client)),
-        OPERATION("import", Changes, HSVNImportItem(target, repository.url("new"), {}, {}, client)),
-        OPERATION("import to", Reads, HSVNImportItem(item("dir"), target, {}, {}, client)),
-        OPERATION("mkdir", Changes, HSVNMakeFolders({target}, false, {}, client)),
-        OPERATION("mkdir -p", Changes, HSVNMakeFolders({target}, true, {}, client)),
-        OPERATION("delete", Changes, HSVNDeleteItems({target}, {}, {}, client)),
-        OPERATION("delete -f", Changes, HSVNDeleteItems({target}, {.force = true}, {}, client)),
-        OPERATION("copy", Changes, HSVNCopyItems({{target, spec}}, item("new"), {}, {}, client)),
-        OPERATION("copy to", Changes, HSVNCopyItems({{item("a.txt"), spec}}, target, {}, {}, client)),
+                  client->removeFromChangelists(verbatim(target), {.depth = HSVNDepthInfinity})),
+        OPERATION("commit", Changes, client->commit(verbatim(target))),
+        OPERATION("import", Changes, client->importTree(verbatim(target), repository.url("new"))),
+        OPERATION("import to", Reads, client->importTree(item("dir"), verbatim(target))),
+        OPERATION("mkdir", Changes, client->makeDirectories(verbatim(target))),
+        OPERATION("mkdir -p", Changes, client->makeDirectories(verbatim(target), {.makeParents = true})),
+        OPERATION("delete", Changes, client->remove(verbatim(target))),
+        OPERATION("delete -f", Changes, client->remove(verbatim(target), {.force = true})),
+        OPERATION("copy", Changes, client->copy({verbatim(target)}, item("new"))),
+        OPERATION("copy to", Changes, client->copy({item("a.txt")}, verbatim(target))),
         OPERATION("copy -p to", Changes,
-                  HSVNCopyItems({{item("a.txt"), spec}}, target, {.asChild = true, .makeParents = true}, {}, client)),
+                  client->copy({item("a.txt")}, verbatim(target), {.asChild = true, .makeParents = true})),
         OPERATION("copy at URLs", Reads,
-                  HSVNCopyItems({{repository.url(), HSVNRevisionSpec::HEAD()}}, target, {}, {}, client)),
-        OPERATION("move", Changes, HSVNMoveItems({target}, item("new"), {}, {}, client)),
-        OPERATION("move to", Changes, HSVNMoveItems({item("a.txt")}, target, {}, {}, client)),
-        OPERATION("move at URLs", Reads, HSVNMoveItems({repository.url("trunk")}, target, {}, {}, client)),
-        OPERATION("update", Changes, HSVNUpdateItems({target}, head, {}, client)),
-        OPERATION("update -p", Changes, HSVNUpdateItems({target}, head, {.makeParents = true}, client)),
-        OPERATION("checkout", Reads,
-                  HSVNCheckOutItem(target, repository.beside("new"), spec, {.depth = HSVNDepthInfinity}, client)),
-        OPERATION(
-            "checkout into", Changes,
-            HSVNCheckOutItem(repository.url(), target, HSVNRevisionSpec::HEAD(), {.depth = HSVNDepthInfinity}, client)),
-        OPERATION("switch", Changes, HSVNSwitchItem(target, repository.url(), spec, {}, client)),
-        OPERATION("switch to", Reads, HSVNSwitchItem(root, target, spec, {}, client)),
-        OPERATION("export", Reads, HSVNExportItem(target, repository.beside("new"), spec, {}, client)),
-        OPERATION("export into", Changes, HSVNExportItem(root, target, spec, {.overwrite = true}, client)),
-        OPERATION("merge trees", Reads, HSVNMergeTrees({target, head}, {target, head}, root, {}, client)),
+                  client->copy({{repository.url(), HSVNRevisionSpec::HEAD()}}, verbatim(target))),
+        OPERATION("move", Changes, client->move(verbatim(target), item("new"))),
+        OPERATION("move to", Changes, client->move(item("a.txt"), verbatim(target))),
+        OPERATION("move at URLs", Reads, client->move(repository.url("trunk"), verbatim(target))),
+        OPERATION("update", Changes, client->update(verbatim(target))),
+        OPERATION("update -p", Changes, client->update(verbatim(target), head, {.makeParents = true})),
+        OPERATION("checkout", Reads, client->checkout(verbatim(target), repository.beside("new"), spec)),
+        OPERATION("checkout into", Changes, client->checkout(repository.url(), verbatim(target))),
+        OPERATION("switch", Changes, client->switchTo(verbatim(target), repository.url(), spec)),
+        OPERATION("switch to", Reads, client->switchTo(root, verbatim(target), spec)),
+        OPERATION("export", Reads, client->exportTree(verbatim(target), repository.beside("new"))),
+        OPERATION("export into", Changes, client->exportTree(root, verbatim(target), spec, {.overwrite = true})),
+        OPERATION("merge trees", Reads,
+                  client->mergeDifference({verbatim(target), head}, {verbatim(target), head}, root)),
         OPERATION("merge into", Changes,
-                  HSVNMergeTrees({repository.url(), head}, {repository.url(), head}, target, {}, client)),
-        OPERATION("merge changes", Reads, HSVNMergeChanges(target, head, std::nullopt, root, {}, client)),
-        OPERATION("merge changes into", Changes,
-                  HSVNMergeChanges(repository.url(), head, std::nullopt, target, {}, client)),
-        OPERATION("reintegrate", Reads, HSVNReintegrate(target, head, root, {}, client)),
-        OPERATION("reintegrate into", Changes, HSVNReintegrate(repository.url(), head, target, {}, client)),
-        OPERATION("diff", Reads, HSVNCompareItems({target, head}, {target, head}, {}, {ignore, ignore}, client)),
-        OPERATION("diff of revisions", Reads,
-                  HSVNCompareRevisions(target, head, {head, head}, {}, {ignore, ignore}, client)),
-        OPERATION("diff summary", Reads, HSVNSummarizeItems({target, head}, {target, head}, {}, ignore, client)),
-        OPERATION("diff summary of revisions", Reads,
-                  HSVNSummarizeRevisions(target, head, {head, head}, {}, ignore, client)),
-        OPERATION("blame", Reads, HSVNReadBlame(target, head, {head, head}, {}, ignore, client)),
-        OPERATION("cat", Reads, HSVNReadContents(target, spec, true, ignore, client)),
-        OPERATION("info", Reads, HSVNReadItemInfo(target, spec, {}, ignore, client)),
-        OPERATION("status", Reads, HSVNScanItemStatus(target, head, {}, ignore, client)),
-        OPERATION("list", Reads, HSVNListItems(target, spec, {}, ignore, client)),
-        OPERATION("log", Reads, HSVNReadLog({target}, head, logOptions, ignore, client)),
-        OPERATION("log below", Reads, HSVNReadLog({repository.url(), target}, head, logOptions, ignore, client)),
-        OPERATION("log beside", Reads, HSVNReadLog({root, target}, head, logOptions, ignore, client)),
-        OPERATION("proplist", Reads, HSVNReadProperties(target, spec, {}, ignore, client)),
-        OPERATION("propget", Reads, HSVNReadProperty("color", target, spec, {}, client)),
-        OPERATION("revproplist", Reads, HSVNReadRevisionProperties(target, head, nullptr, client)),
-        OPERATION("revpropget", Reads, HSVNReadRevisionProperty("color", target, head, nullptr, client)),
-        OPERATION("URL of", Reads, HSVNArguments::URLOfTarget(target, client)),
+                  client->mergeDifference({repository.url(), head}, {repository.url(), head}, verbatim(target))),
+        OPERATION("merge changes", Reads, client->merge(verbatim(target), root)),
+        OPERATION("merge changes into", Changes, client->merge(repository.url(), verbatim(target))),
+        OPERATION("reintegrate", Reads, client->reintegrate(verbatim(target), root)),
+        OPERATION("reintegrate into", Changes, client->reintegrate(repository.url(), verbatim(target))),
+        OPERATION("diff", Reads, client->diff({verbatim(target), head}, {verbatim(target), head}, {}, ignore, ignore)),
+        OPERATION("diff of revisions", Reads, client->diff({verbatim(target), peg}, both, {}, ignore, ignore)),
+        OPERATION("diff summary", Reads,
+                  client->diffSummary({verbatim(target), head}, {verbatim(target), head}, {}, ignore)),
+        OPERATION("diff summary of revisions", Reads, client->diffSummary({verbatim(target), peg}, both, {}, ignore)),
+        OPERATION("blame", Reads, client->blame({verbatim(target), peg}, both, {}, ignore)),
+        OPERATION("cat", Reads, client->contents(verbatim(target), spec, {}, ignore)),
+        OPERATION("info", Reads, client->info(verbatim(target), spec, {}, ignore)),
+        OPERATION("status", Reads, client->status(verbatim(target))),
+        OPERATION("list", Reads, client->list(verbatim(target))),
+        OPERATION("log", Reads, client->log(verbatim(target), logChoices)),
+        OPERATION("log below", Reads, client->log(HSVNTargets::verbatim({repository.url(), target}), logChoices)),
+        OPERATION("log beside", Reads, client->log(HSVNTargets::verbatim({root, target}), logChoices)),
+        OPERATION("proplist", Reads, client->properties(verbatim(target))),
+        OPERATION("propget", Reads, client->property(verbatim(target), "color")),
+        OPERATION("revproplist", Reads, client->revisionProperties(verbatim(target), head)),
+        OPERATION("revpropget", Reads, client->revisionProperty(verbatim(target), "color", head)),
+        OPERATION("URL of", Reads, client->URLOfTarget(verbatim(target))),
         OPERATION("peg of", Parses, HSVNArguments::parse(target, client)),
         OPERATION("targets", Parses, HSVNArguments::canonicalTargets({target}, client)),
         OPERATION("conflict", Reads, HSVNConflictedItem{target, client}),
@@ -302,7 +293,7 @@ TEST_P(HostileArguments, AWorkingCopyBelowAFolderOfThatNameIsNoneOfIt)
     std::filesystem::create_directories(repository.beside("outer/.svn"));
     root = repository.checkOut("outer/.svn/wc", "trunk");
     writeFile(item("new.txt"), "new\n");
-    HSVNAddItem(item("new.txt"), {}, client);
+    client->add(item("new.txt"));
     HSVNNode::deleteNodes({at("a.txt")}, HSVNDeleteOptions::defaults(), client);
     EXPECT_EQ(status(), "D       a.txt\nA       new.txt\n");
 }
@@ -334,19 +325,17 @@ TEST_P(HostileArguments, OtherTextsWithAZeroByteAreRefused)
     const std::string cut{"a\0b", 3};
     const auto before = everything();
     const std::vector<std::pair<const char*, std::function<void()>>> calls{
-        {"property", [&] { HSVNChangeProperty(cut, "x", {item("a.txt")}, {}, client); }},
+        {"property", [&] { client->setProperty(item("a.txt"), cut, "x"); }},
         {"class property", [&] { HSVNNode::setProperty(cut, "x", at("a.txt"), client); }},
-        {"read property", [&] { HSVNReadProperty(cut, item("a.txt"), spec, {}, client); }},
-        {"revision property", [&] { HSVNChangeRevisionProperty(cut, "x", repository.url(), head, false, client); }},
+        {"read property", [&] { client->property(item("a.txt"), cut); }},
+        {"revision property", [&] { client->setRevisionProperty(repository.url(), cut, "x", head); }},
         {"new revision property",
          [&] {
-             HSVNRevisionWishes wishes;
-             wishes.properties = {{cut, "x"}};
-             HSVNMakeFolders({repository.url("new")}, false, wishes, client);
+             client->makeDirectories(repository.url("new"), {.revisionProperties = {{cut, "x"}}});
          }},
-        {"changelist", [&] { HSVNChangeChangelist(cut, {item("a.txt")}, HSVNDepthEmpty, {}, client); }},
-        {"filter", [&] { HSVNRevertItems({item("a.txt")}, {.changelists = {cut}}, client); }},
-        {"lock", [&] { HSVNLockItems({item("a.txt")}, cut, false, client); }},
+        {"changelist", [&] { client->addToChangelist(item("a.txt"), cut); }},
+        {"filter", [&] { client->revert(item("a.txt"), {.changelists = {cut}}); }},
+        {"lock", [&] { client->lock(item("a.txt"), {.comment = cut}); }},
         {"class lock", [&] { HSVNNode::lockNodes({at("a.txt")}, cut, HSVNLockOptions::defaults(), client); }},
         {"pattern", [&] { HSVNString::matchesPatternInArray("a", {cut}); }},
         {"option", [&] { client->setOption(cut, "editor-cmd", HSVNConfigCategoryConfig, HSVNConfigSectionHelpers); }},
@@ -354,8 +343,9 @@ TEST_P(HostileArguments, OtherTextsWithAZeroByteAreRefused)
         {"log message",
          [&] {
              delegate->message = cut;
-             HSVNMakeFolders({repository.url("new")}, false, {}, client);
+             client->makeDirectories(repository.url("new"));
          }},
+        {"message of a choice", [&] { client->remove(item("a.txt"), {.message = cut}); }},
     };
     for (const auto& [name, call] : calls) {
         EXPECT_THAT(reasonOf<HSVNInvalidArgumentException>(call), HasSubstr(R"("a\x00b")")) << name;
@@ -363,7 +353,7 @@ TEST_P(HostileArguments, OtherTextsWithAZeroByteAreRefused)
     EXPECT_EQ(repository.youngest(), 1);
     EXPECT_EQ(status(), "");
     EXPECT_EQ(everything().size(), before.size());
-    HSVNChangeProperty("bytes", cut, {item("a.txt")}, {}, client);
+    client->setProperty(item("a.txt"), "bytes", cut);
     EXPECT_EQ(HSVNNode::propertyWithName("bytes", at("a.txt"), spec, client), cut) << "a value may hold any byte";
     HSVNNode::setProperty("bytes", cut + cut, at("a.txt"), client);
     EXPECT_EQ(property("bytes", "a.txt"), cut + cut);
@@ -376,30 +366,27 @@ TEST_P(HostileArguments, DepthsThatAreNoneAreRefused)
     const auto setDepth = [](HSVNDepth depth) { return [depth](auto& options) { options.setDepth(depth); }; };
     using Call = std::function<void(HSVNDepth)>;
     const std::vector<std::pair<const char*, Call>> calls{
-        WITH_DEPTH("add", HSVNAddItem(item("dir"), {.depth = depth, .force = true}, client)),
-        WITH_DEPTH("revert", HSVNRevertItems({item("dir")}, {.depth = depth, .changelists = {}}, client)),
-        WITH_DEPTH("resolve", HSVNResolveItem(root, depth, HSVNConflictChoiceMerged, client)),
-        WITH_DEPTH("conflicts", HSVNFindConflicts(root, depth, ignore, client)),
-        WITH_DEPTH("propset", HSVNChangeProperty("c", "x", {root}, {.depth = depth, .changelists = {}}, client)),
-        WITH_DEPTH("changelist", HSVNChangeChangelist("x", {root}, depth, {}, client)),
-        WITH_DEPTH("no changelist", HSVNChangeChangelist(std::nullopt, {root}, depth, {}, client)),
-        WITH_DEPTH("commit", HSVNCommitItems({root}, {.depth = depth, .changelists = {}}, {}, client)),
-        WITH_DEPTH("import", HSVNImportItem(item("dir"), repository.url("new"), {.depth = depth}, {}, client)),
-        WITH_DEPTH("update", HSVNUpdateItems({root}, head, {.depth = depth}, client)),
-        WITH_DEPTH("checkout",
-                   HSVNCheckOutItem(repository.url(), repository.beside("new"), spec, {.depth = depth}, client)),
-        WITH_DEPTH("switch", HSVNSwitchItem(root, repository.url("trunk"), spec, {.depth = depth}, client)),
-        WITH_DEPTH("export",
-                   HSVNExportItem(repository.url(), repository.beside("new"), spec, {.depth = depth}, client)),
-        WITH_DEPTH("merge", HSVNMergeTrees({repository.url("trunk"), number}, {repository.url("trunk"), head}, root,
-                                           {.depth = depth}, client)),
-        WITH_DEPTH("diff", HSVNSummarizeItems({root, HSVNRevision::BASE()}, {root, HSVNRevision::WORKING()},
-                                              ofDepth<HSVNComparisonOptions>(depth), ignore, client)),
-        WITH_DEPTH("status", HSVNScanItemStatus(root, head, ofDepth<HSVNItemStatusOptions>(depth), ignore, client)),
-        WITH_DEPTH("info", HSVNReadItemInfo(root, spec, ofDepth<HSVNItemInfoOptions>(depth), ignore, client)),
-        WITH_DEPTH("list", HSVNListItems(root, spec, ofDepth<HSVNListingOptions>(depth), ignore, client)),
-        WITH_DEPTH("proplist",
-                   HSVNReadProperties(root, spec, ofDepth<HSVNPropertyReadingOptions>(depth), ignore, client)),
+        WITH_DEPTH("add", client->add(item("dir"), {.depth = depth, .force = true})),
+        WITH_DEPTH("revert", client->revert(item("dir"), {.depth = depth})),
+        WITH_DEPTH("resolve", client->resolve(root, {.depth = depth})),
+        WITH_DEPTH("conflicts", client->conflicts(root, {.depth = depth})),
+        WITH_DEPTH("propset", client->setProperty(root, "c", "x", {.depth = depth})),
+        WITH_DEPTH("changelist", client->addToChangelist(root, "x", {.depth = depth})),
+        WITH_DEPTH("no changelist", client->removeFromChangelists(root, {.depth = depth})),
+        WITH_DEPTH("commit", client->commit(root, {.depth = depth})),
+        WITH_DEPTH("import", client->importTree(item("dir"), repository.url("new"), {.depth = depth})),
+        WITH_DEPTH("update", client->update(root, head, {.depth = depth})),
+        WITH_DEPTH("checkout", client->checkout(repository.url(), repository.beside("new"), spec, {.depth = depth})),
+        WITH_DEPTH("switch", client->switchTo(root, repository.url("trunk"), spec, {.depth = depth})),
+        WITH_DEPTH("export", client->exportTree(repository.url(), repository.beside("new"), spec, {.depth = depth})),
+        WITH_DEPTH("merge", client->mergeDifference({repository.url("trunk"), number}, {repository.url("trunk"), head},
+                                                    root, {.depth = depth})),
+        WITH_DEPTH("diff", client->diffSummary({root, HSVNRevision::BASE()}, {root, HSVNRevision::WORKING()},
+                                               {.depth = depth}, ignore)),
+        WITH_DEPTH("status", client->status(root, {.depth = depth})),
+        WITH_DEPTH("info", client->info(root, spec, {.depth = depth}, ignore)),
+        WITH_DEPTH("list", client->list(root, spec, {.depth = depth})),
+        WITH_DEPTH("proplist", client->properties(root, spec, {.depth = depth})),
         WITH_DEPTH("class update",
                    HSVNNode::updateNodes({at("")}, head, with<HSVNUpdateOptions>(setDepth(depth)), client)),
         WITH_DEPTH("class commit",
@@ -435,23 +422,23 @@ TEST_P(HostileArguments, DepthsThatAreNoneAreRefused)
 TEST_P(HostileArguments, ACommitOfUnknownDepthIsOneOfEverythingBelow)
 {
     writeFile(item("dir/c.txt"), "changed\n");
-    HSVNCommitItems({root}, {.depth = HSVNDepthUnknown, .changelists = {}}, {}, client);
+    client->commit(root, {.depth = HSVNDepthUnknown});
     EXPECT_EQ(repository.contents("trunk/dir/c.txt"), "changed\n");
 }
 
 TEST_P(HostileArguments, AReceiverIsNeeded)
 {
     const std::vector<std::pair<const char*, std::function<void()>>> calls{
-        CALL("conflicts", HSVNFindConflicts(root, HSVNDepthInfinity, nullptr, client)),
-        CALL("summary", HSVNSummarizeItems({root, head}, {root, head}, {}, nullptr, client)),
-        CALL("summary of revisions", HSVNSummarizeRevisions(root, head, {head, head}, {}, nullptr, client)),
-        CALL("blame", HSVNReadBlame(item("a.txt"), head, {head, head}, {}, nullptr, client)),
-        CALL("cat", HSVNReadContents(item("a.txt"), spec, true, HSVNContentsReceiver{}, client)),
-        CALL("info", HSVNReadItemInfo(root, spec, {}, nullptr, client)),
-        CALL("status", HSVNScanItemStatus(root, head, {}, nullptr, client)),
-        CALL("list", HSVNListItems(root, spec, {}, nullptr, client)),
-        CALL("log", HSVNReadLog({root}, head, {}, nullptr, client)),
-        CALL("proplist", HSVNReadProperties(root, spec, {}, nullptr, client)),
+        CALL("conflicts", client->conflicts(root, {}, {})),
+        CALL("summary", client->diffSummary({root, head}, {root, head}, {}, nullptr)),
+        CALL("summary of revisions", client->diffSummary(root, both, {}, nullptr)),
+        CALL("blame", client->blame(item("a.txt"), both, {}, nullptr)),
+        CALL("cat", client->contents(item("a.txt"), spec, {}, nullptr)),
+        CALL("info", client->info(root, spec, {}, nullptr)),
+        CALL("status", client->status(root, {}, {})),
+        CALL("list", client->list(root, spec, {}, {})),
+        CALL("log", client->log(root, {}, {})),
+        CALL("proplist", client->properties(root, spec, {}, {})),
         CALL("files", HSVNCompareFiles(item("a.txt"), item("b.txt"), "", "", HSVNContentsReceiver{}, client)),
         CALL("conflict", HSVNShowConflicts({}, {}, HSVNContentsReceiver{}, client)),
     };
@@ -470,7 +457,7 @@ TEST_P(HostileArguments, FoldersAreMadeBelowOneServer)
                                                       {"http://localhost/a", "http://localhost"}};
     for (const auto& urls : lists) {
         for (const bool makeParents : {false, true}) {
-            EXPECT_THAT(reasonOf<HSVNException>([&] { HSVNMakeFolders(urls, makeParents, {}, client); }),
+            EXPECT_THAT(reasonOf<HSVNException>([&] { client->makeDirectories(urls, {.makeParents = makeParents}); }),
                         AnyOf(HasSubstr("There is no valid URI above '"), HasSubstr("' are on different servers")));
         }
     }
@@ -484,27 +471,21 @@ TEST_P(HostileArguments, FoldersAreMadeBelowOneServer)
 
 TEST_P(HostileArguments, WhatSubversionAssertsIsAskedBefore)
 {
-    const auto ignore = [](const auto&) {};
     for (const auto& call : std::vector<std::function<void()>>{
-             [&] { HSVNChangeRevisionProperty("x", "y", repository.url(), unspecified, false, client); },
-             [&] { HSVNReadRevisionProperty("x", repository.url(), unspecified, nullptr, client); },
-             [&] { HSVNReadRevisionProperties(repository.url(), unspecified, nullptr, client); }})
+             [&] { client->setRevisionProperty(repository.url(), "x", "y", unspecified); },
+             [&] { client->revisionProperty(repository.url(), "x", unspecified); },
+             [&] { client->revisionProperties(repository.url(), unspecified); }})
     {
         EXPECT_EQ(reasonOf<HSVNException>(call), "A revision is needed");
     }
-    EXPECT_THAT(reasonOf([&] { HSVNCopyItems({}, item("new"), {}, {}, client); }), HasSubstr("[sources count] > 0"));
-    EXPECT_THAT(reasonOf([&] { HSVNMoveItems({}, item("new"), {}, {}, client); }), HasSubstr("[sources count] > 0"));
-    int told = 0;
-    HSVNReadItemInfo(
-        repository.url("trunk"), spec, {}, [&](const HSVNItemInfo&) { ++told; }, client);
-    EXPECT_EQ(told, 1) << "without a revision, a URL is one of HEAD";
-    HSVNLogReadingOptions options;
-    options.ranges = {{head, head}};
-    EXPECT_NO_THROW(HSVNReadLog({repository.url(), ".", "trunk//dir/"}, head, options, ignore, client));
-    EXPECT_EQ(reasonOf<HSVNException>([&] {
-                  HSVNReadLog({repository.url(), "/trunk"}, head, options, ignore, client);
-              }),
-              "'/trunk' is not a relative path");
+    EXPECT_THAT(reasonOf([&] { client->copy({}, item("new")); }), HasSubstr("[sources count] > 0"));
+    EXPECT_THAT(reasonOf([&] { client->move({}, item("new")); }), HasSubstr("[sources count] > 0"));
+    EXPECT_EQ(client->info(repository.url("trunk"), spec).size(), 1U) << "without a revision, a URL is one of HEAD";
+    const auto log = [&](const std::vector<std::string>& targets) {
+        client->log(HSVNTargets::verbatim(targets), {.ranges = {{head, head}}});
+    };
+    EXPECT_NO_THROW(log({repository.url(), ".", "trunk//dir/"}));
+    EXPECT_EQ(reasonOf<HSVNException>([&] { log({repository.url(), "/trunk"}); }), "'/trunk' is not a relative path");
 }
 
 TEST_P(HostileArguments, ARelocationPassesOverExternalsThatAreGone)
@@ -514,7 +495,7 @@ TEST_P(HostileArguments, ARelocationPassesOverExternalsThatAreGone)
     std::filesystem::remove_all(item("dir/gone"));
     std::filesystem::rename(repository.path(), repository.beside("moved"));
     const std::string moved = "file://" + repository.beside("moved");
-    HSVNRelocateFolder(root, repository.url(), moved, false, client);
+    client->relocate(root, repository.url(), moved);
     for (const char* name : {"", "dir/kept"}) {
         EXPECT_EQ(mustRun({"svn", "info", "--no-newline", "--show-item", "repos-root-url", item(name)}), moved);
     }
@@ -531,15 +512,12 @@ TEST_P(HostileArguments, AServerListsNothingButWhatItIsAskedFor)
     const char* const refusal = "The server lists an item that is not in '/trunk'";
     for (const bool fetchLocks : {false, true}) {
         std::vector<std::string> names;
-        HSVNListingOptions options;
-        options.fetchLocks = fetchLocks;
         const auto list = [&] {
-            HSVNListItems(
-                url, HSVNRevisionSpec::HEAD(), options, [&](const auto& found) { names.push_back(found.path); },
-                client);
+            client->list(url, HSVNRevisionSpec::HEAD(), {.fetchLocks = fetchLocks},
+                         [&](const HSVNNodeRef& found) { names.push_back(found->name().value_or("")); });
         };
         EXPECT_EQ(reasonOf<HSVNException>(list), refusal);
-        EXPECT_THAT(names, testing::ElementsAre("", "in-trunk"));
+        EXPECT_THAT(names, testing::ElementsAre(".", "in-trunk"));
     }
     std::vector<HSVNNodeRef> children;
     EXPECT_EQ(reasonOf<HSVNException>([&] {

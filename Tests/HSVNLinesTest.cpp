@@ -1,6 +1,7 @@
 // Every loaded line in one process, each on a working copy of its own format. A build with HSVN_SUBVERSION_ROOTS proves
 // the adapter on the real older lines with these tests; without, the installed line runs alone.
 
+#include "HSVNBlamedLine.h"
 #include "HSVNBundleLoader.h"
 #include "HSVNCheckOutOptions.h"
 #include "HSVNClient.h"
@@ -11,6 +12,7 @@
 #include "HSVNException.h"
 #include "HSVNExportOptions.h"
 #include "HSVNImportOptions.h"
+#include "HSVNItemInfo.h"
 #include "HSVNLocalPath.h"
 #include "HSVNLock.h"
 #include "HSVNLockOptions.h"
@@ -156,6 +158,30 @@ class LineUser
             << _line;
     }
 
+    void readInfoContentsAndBlame()
+    {
+        const auto revision = change(7);
+        update();
+        for (const HSVNPathRef& path : {HSVNPathRef{_file}, inRepository(_file->lastComponent())}) {
+            const auto items = _client->info(path);
+            ASSERT_EQ(items.size(), 1U) << _line;
+            EXPECT_EQ(items[0].url, inRepository(_file->lastComponent())->string()) << _line;
+            EXPECT_EQ(items[0].lastChangedRevision, revision) << _line;
+            EXPECT_EQ(items[0].workingCopy.has_value(), path == _file) << _line;
+            EXPECT_EQ(_client->contents(path), readFile(_file)) << _line;
+            std::vector<std::string> lines;
+            const std::pair range{HSVNRevision::revisionWithNumber(1), HSVNRevision::HEAD()};
+            _client->blame({path, HSVNRevisionSpec::HEAD()}, range, {}, [&](const HSVNBlamedLine& line) {
+                EXPECT_EQ(line.change->revision, revision) << _line;
+                EXPECT_EQ(line.change->properties.count("svn:date"), 1U) << _line;
+                lines.emplace_back(line.text);
+            });
+            EXPECT_EQ(lines, std::vector<std::string>{"round 7 of " + _line}) << _line;
+        }
+        const auto all = _client->info(_workingCopy, HSVNRevisionSpec::UNSPECIFIED(), {.depth = HSVNDepthInfinity});
+        EXPECT_GE(all.size(), 2U) << _line;
+    }
+
   private:
     HSVNPathRef at(const std::string& name) const { return _workingCopy->pathByAddingComponent(name); }
     HSVNPathRef inRepository(const std::string& name) const { return _url->pathByAddingComponent(name); }
@@ -231,6 +257,7 @@ TEST_F(LinesTest, DoEveryOperation)
 {
     for (const auto& line : _lines) {
         LineUser user{line, url(), folderOf(line)};
+        user.readInfoContentsAndBlame();
         user.copyMoveAndDelete();
         user.changeRepository();
         user.importExportAndMerge();

@@ -1,16 +1,20 @@
+#include "AlteredBundle.h"
 #include "HSVNException.h"
 #include "HSVNLogDelegate.h"
 #include "HSVNLogOptions.h"
 #include "HSVNNode.h"
 #include "HSVNPath.h"
 #include "HSVNRevision.h"
-#include "Internal/LogReceiver.h"
+#include "Internal/Log.h"
 #include "Internal/Operation.h"
 #include "ReadingClient.h"
 #include "ReasonOf.h"
 #include "SvnServer.h"
+#include "TestRepository.h"
 
 #include <algorithm>
+#include <filesystem>
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
@@ -24,6 +28,12 @@ namespace {
 HSVNLogPathChangeRef change(const char* path, HSVNLogAction action)
 {
     return std::make_shared<HSVNLogPathChange>(path, action);
+}
+
+/// A client of the installed line, or one that has only what an older line has.
+HSVNClientRef clientOfLine(const std::string& line)
+{
+    return line == "1.14" ? std::make_shared<HSVNClient>() : clientWithoutExtensions(line);
 }
 
 constexpr HSVNDate someDate = HSVNDate::dateWithTimeIntervalSince1970(1'000'000'000);
@@ -269,6 +279,34 @@ TEST_P(LogReadingTest, ADelegateSeesEveryItemAndCanStop)
     EXPECT_THAT(numbers(receiver.items), ElementsAre(5, 4)) << "the refused item is not collected";
 }
 
+TEST_P(LogReadingTest, TheVerbTellsTheSameOnEveryLine)
+{
+    std::vector<std::string> expected;
+    for (const auto& item : read("")) {
+        expected.push_back(item->stringValue());
+    }
+    for (const char* const line : {"1.14", "1.6", "1.5", "1.4"}) {
+        SCOPED_TRACE(line);
+        const auto client = clientOfLine(line);
+        client->setDelegate(reading.delegate);
+        std::vector<std::string> told;
+        for (const auto& item : client->log(target(""), {.changedPaths = true})) {
+            told.push_back(item->stringValue());
+            const auto date = item->properties().at("svn:date"); // such as 2026-11-22T08:37:00.123456Z
+            EXPECT_EQ(item->exactDate()->microsecondsSince1970() - item->date()->microsecondsSince1970(),
+                      std::stoi(date.substr(20, 6)));
+        }
+        EXPECT_EQ(told, expected);
+        int received = 0;
+        client->log(target(""), {}, [&](const HSVNLogItemRef& item) { return ++received < 2 || item->revision() > 4; });
+        EXPECT_EQ(received, 2) << "false stops it";
+        const auto plain = client->log(target(""), {.limit = 1, .properties = std::vector<std::string>{"svn:author"}});
+        EXPECT_FALSE(plain.front()->tellsChangedPaths());
+        EXPECT_EQ(plain.front()->properties().size(), 1U);
+        EXPECT_EQ(plain.front()->message(), std::nullopt);
+    }
+}
+
 TEST_P(LogReadingTest, UnfitArgumentsAreRefused)
 {
     EXPECT_THROW(HSVNNode::readLogForNodeAtPath(target(""), nullptr, nullptr, reading.client), HSVNAssertionException);
@@ -279,6 +317,62 @@ TEST_P(LogReadingTest, UnfitArgumentsAreRefused)
     EXPECT_THROW(read(""), HSVNException);
     options->setFromRevision(nullptr);
     EXPECT_THROW(read(""), HSVNAssertionException);
+}
+
+TEST(LogVerb, HandsOverADateThatIsNone)
+{
+    const TestRepository repository;
+    const auto file = repository.path() + "/db/revprops/0/0";
+    std::filesystem::permissions(file, std::filesystem::perms::owner_all);
+    writeFile(file, "K 8\nsvn:date\nV 10\nnot a date\nEND\n");
+    for (const char* const line : {"1.14", "1.4"}) {
+        const auto client = clientOfLine(line);
+        const auto item = client->log(repository.url()).front();
+        EXPECT_EQ(item->date(), std::nullopt);
+        EXPECT_EQ(item->properties().at("svn:date"), "not a date");
+        EXPECT_THROW(HSVNNode::readLogForNodeAtPath(HSVNPath::pathWithString(repository.url()), nullptr,
+                                                    HSVNLogOptions::defaults(), client),
+                     HSVNException);
+    }
+}
+
+TEST(LogVerb, TellsWhatEachPathIsAndWhatWasMerged)
+{
+    const TestRepository repository;
+    repository.makeFolder("trunk");                       // r1
+    repository.change({"cp", "HEAD", "trunk", "branch"}); // r2
+    repository.put("branch/a.txt", "one\n");              // r3
+    const auto workingCopy = repository.checkOut("wc", "trunk");
+    mustRun({"svn", "merge", "-q", repository.url("branch"), workingCopy});
+    mustRun({"svn", "commit", "-q", "-m", "merge", workingCopy}); // r4
+    const auto client = clientOfLine("1.14");
+    std::vector<std::string> told;
+    client->log(repository.url("trunk"), {.limit = 1, .changedPaths = true, .mergedRevisions = true},
+                [&](const HSVNLogItemRef& item) {
+                    const auto change = item->changeForPath("/trunk");
+                    told.push_back(fmt::format("{}{}{}{}", item->revision(), item->hasChildren() ? " children" : "",
+                                               item->isEndOfChildren() ? " end" : "",
+                                               change && change->propertiesModified() == true ? " properties" : ""));
+                    if (const auto file = item->changeForPath("/trunk/a.txt")) {
+                        EXPECT_EQ(file->kind(), HSVNNodeKindFile);
+                        EXPECT_EQ(file->propertiesModified(), false);
+                    }
+                });
+    EXPECT_THAT(told, ElementsAre("4 children properties", "3", "2", "-1 end"));
+}
+
+TEST(LogVerb, NamesChoicesThatALineDoesNotHave)
+{
+    const auto client = clientOfLine("1.5");
+    const auto head = HSVNRevision::HEAD();
+    for (const auto& [choice, choices] : std::vector<std::pair<std::string, HSVNLogChoices>>{
+             {"ranges", {.ranges = {{head, head}, {head, head}}}},
+             {"mergedRevisions", {.mergedRevisions = true}},
+             {"properties", {.properties = std::vector<std::string>{"svn:log", "color"}}}})
+    {
+        EXPECT_EQ(reasonOf<HSVNUnsupportedFeatureException>([&] { client->log("file:///none", choices); }),
+                  "[HSVNContext log]: '" + choice + "' is not offered by the bundle of Subversion 1.5");
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Log, LogReadingTest, testing::Values("file", "svn", "workingCopy"),

@@ -3,15 +3,11 @@
 #include "HSVNDirectory.h"
 #include "HSVNFile.h"
 #include "HSVNItemInfo.h"
-#include "HSVNItemStatus.h"
 #include "HSVNNode.h"
-#include "HSVNRepositoryChanges.h"
 #include "HSVNRevertOptions.h"
 #include "HSVNRevision.h"
 #include "HSVNRevisionSpec.h"
 #include "HSVNUpdateOptions.h"
-#include "HSVNWorkingCopyChanges.h"
-#include "HSVNWorkingCopyUpdates.h"
 #include "ReasonOf.h"
 #include "WorkingCopyTest.h"
 
@@ -129,34 +125,20 @@ const std::pair<const char*, Operation> operations[] = {
      }},
     {"reading of information",
      [](const std::string& place, const HSVNContextRef& context) {
-         std::string text;
-         HSVNReadItemInfo(
-             place + "/a.txt", HSVNRevisionSpec::UNSPECIFIED(), {},
-             [&](const HSVNItemInfo& info) { text += info.url.value_or("") + ' ' + std::to_string(info.revision); },
-             context);
-         return text;
+         const auto items = context->info(place + "/a.txt");
+         return items.at(0).url.value_or("") + ' ' + std::to_string(items.at(0).revision);
      }},
     {"scan of item status",
      [](const std::string& place, const HSVNContextRef& context) {
-         int items = 0;
-         HSVNScanItemStatus(
-             place, HSVNRevision::HEAD(), {}, [&](const HSVNItemStatus&) { ++items; }, context);
-         return std::to_string(items);
+         return std::to_string(context->status(place).size());
      }},
-    {"commit of items",
-     [](const std::string& place, const HSVNContextRef& context) {
-         std::string text;
-         HSVNCommitItems({place}, {}, {{}, [&](const HSVNCommitResult& info) { text = std::to_string(info.revision); }},
-                         context);
-         return text;
-     }},
+    {"commit of items", [](const std::string& place,
+                           const HSVNContextRef& context) { return std::to_string(context->commit(place).revision); }},
     {"update of items",
-     [](const std::string& place, const HSVNContextRef& context) {
-         return textOf(HSVNUpdateItems({place}, HSVNRevision::HEAD(), {}, context));
-     }},
+     [](const std::string& place, const HSVNContextRef& context) { return textOf(context->update(place)); }},
     {"revert of items",
      [](const std::string& place, const HSVNContextRef& context) {
-         HSVNRevertItems({place}, {}, context);
+         context->revert(place);
          return std::string{"reverted"};
      }},
 };
@@ -308,7 +290,7 @@ TEST_P(LongLivedClient, CleansUpAFolderThatItKnowsAlready)
     EXPECT_NO_THROW(HSVNDirectory::cleanUpWorkingCopyAtPath(path, turn.client));
     turn.meet("/folder");
     if (std::string_view{GetParam()} == "1.14") {
-        EXPECT_NO_THROW(HSVNCleanUpFolder(folder, {}, turn.client));
+        EXPECT_NO_THROW(turn.client->cleanUp(folder));
         turn.meet("/folder");
     }
 }

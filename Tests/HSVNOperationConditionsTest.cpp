@@ -92,6 +92,27 @@ TEST_F(OperationConditions, OfDeleteMoveAndCopy)
     });
 }
 
+TEST_F(OperationConditions, OfVerbsThatRead)
+{
+    expect({
+        {"revision != nil", [&] { context->list("/none", nullptr, {}, {}); }},
+        {"receiver != nil", [&] { context->list("/none", HSVNRevisionSpec::HEAD(), {}, {}); }},
+        {"receiver != nil",
+         [&] {
+             context->log("/none", {.ranges = {{nullptr, head}}}, {});
+         }},
+        {"revision != nil",
+         [&] {
+             context->log("/none", {.ranges = {{nullptr, head}}});
+         }},
+        {"revision != nil",
+         [&] {
+             context->log("/none", {.ranges = {{head, nullptr}}});
+         }},
+        {"receiver != nil", [&] { context->status("/none", {}, {}); }},
+    });
+}
+
 TEST_F(OperationConditions, OfImportExportAndMerge)
 {
     const auto exporting = HSVNExportOptions::defaults();

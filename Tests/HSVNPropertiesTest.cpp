@@ -12,7 +12,6 @@
 #include "HSVNStringExternals.h"
 #include "HSVNStringPatterns.h"
 #include "HSVNURL.h"
-#include "HSVNWorkingCopyChanges.h"
 #include "ReadingClient.h"
 #include "ReasonOf.h"
 #include "TestBundles.h"
@@ -309,9 +308,9 @@ TEST_P(NodeProperties, ThatSubversionKeepsAsTextEndTheirLinesInItsWay)
     writeFile(hook, "#!/bin/sh\n");
     std::filesystem::permissions(hook, std::filesystem::perms::owner_all);
     const auto change = [&](const std::string& name, const std::string& value) {
-        HSVNChangeProperty(name, value, {wc->string()}, {}, reading.client);
+        reading.client->setProperty(wc, name, value);
         EXPECT_EQ(get(name, wc, HSVNRevisionSpec::WORKING()), name == "svn:ignore" ? "a\nb\n" : value);
-        HSVNChangeProperty(name, std::nullopt, {wc->string()}, {}, reading.client);
+        reading.client->setProperty(wc, name, std::nullopt);
     };
     for (const std::string value : {"a\r\nb\r\n", "a\rb\r", "a\nb\n", "a\r\nb\n"}) {
         const auto set = [&](const char* name) { HSVNNode::setProperty(name, value, wc, reading.client); };
@@ -326,7 +325,7 @@ TEST_P(NodeProperties, ThatSubversionKeepsAsTextEndTheirLinesInItsWay)
         if (isNewest()) {
             change("svn:ignore", value);
             change("custom", value);
-            HSVNChangeRevisionProperty("svn:log", value, repository.url(), revision, false, reading.client);
+            reading.client->setRevisionProperty(repository.url(), "svn:log", value, revision);
             EXPECT_EQ(repository.logMessage(1), "a\nb\n");
         }
     }

@@ -184,32 +184,12 @@ const std::vector<Operation> readFolder{
      [](const Call& c) {
          HSVNNode::exportNodeAtPath(c.url(), local(c.at.fresh()), HSVNExportOptions::defaults(), c.client);
      }},
-    {"HSVNListItems",
-     [](const Call& c) {
-         HSVNListItems(
-             c.text(), HSVNRevisionSpec::HEAD(), {}, [](const auto&) {}, c.client);
-     }},
-    {"HSVNReadItemInfo",
-     [](const Call& c) {
-         HSVNReadItemInfo(
-             c.text(), HSVNRevisionSpec::HEAD(), {}, [](const auto&) {}, c.client);
-     }},
-    {"HSVNReadProperties",
-     [](const Call& c) {
-         HSVNReadProperties(
-             c.text(), HSVNRevisionSpec::HEAD(), {}, [](const auto&) {}, c.client);
-     }},
-    {"HSVNReadLog",
-     [](const Call& c) {
-         HSVNLogReadingOptions all;
-         all.ranges = {{HSVNRevision::HEAD(), HSVNRevision::revisionWithNumber(1)}};
-         HSVNReadLog(
-             {c.text()}, HSVNRevision::HEAD(), all, [](const auto&) {}, c.client);
-     }},
-    {"HSVNCheckOutItem",
-     [](const Call& c) { HSVNCheckOutItem(c.text(), c.at.fresh(), HSVNRevisionSpec::HEAD(), {}, c.client); }},
-    {"HSVNExportItem",
-     [](const Call& c) { HSVNExportItem(c.text(), c.at.fresh(), HSVNRevisionSpec::HEAD(), {}, c.client); }},
+    {"list", [](const Call& c) { c.client->list(c.text()); }},
+    {"info", [](const Call& c) { c.client->info(c.text(), HSVNRevisionSpec::HEAD()); }},
+    {"properties", [](const Call& c) { c.client->properties(c.text(), HSVNRevisionSpec::HEAD()); }},
+    {"log", [](const Call& c) { c.client->log(c.text()); }},
+    {"checkout", [](const Call& c) { c.client->checkout(c.text(), c.at.fresh()); }},
+    {"exportTree", [](const Call& c) { c.client->exportTree(c.text(), c.at.fresh()); }},
 };
 
 const std::vector<Operation> readContents{
@@ -217,11 +197,7 @@ const std::vector<Operation> readContents{
      [](const Call& c) {
          HSVNFile::catRevision(HSVNRevisionSpec::HEAD(), c.url(), std::make_shared<HSVNMemoryOutputStream>(), c.client);
      }},
-    {"HSVNReadContents",
-     [](const Call& c) {
-         HSVNReadContents(
-             c.text(), HSVNRevisionSpec::HEAD(), false, [](const auto&) {}, c.client);
-     }},
+    {"contents", [](const Call& c) { c.client->contents(c.text(), HSVNRevisionSpec::HEAD()); }},
 };
 
 const std::vector<Operation> writeFolder{
@@ -235,23 +211,20 @@ const std::vector<Operation> writeFolder{
          HSVNNode::copyNodeAtPath(HSVNURL::URLWithString(c.at.url("b.txt")), c.url("new"), HSVNCopyOptions::defaults(),
                                   c.client);
      }},
-    {"HSVNMakeFolders", [](const Call& c) { HSVNMakeFolders({c.text("new")}, false, {}, c.client); }},
-    {"HSVNImportItem", [](const Call& c) { HSVNImportItem(c.at.file(), c.text("new"), {}, {}, c.client); }},
-    {"HSVNCopyItems",
-     [](const Call& c) {
-         HSVNCopyItems({{c.at.url("b.txt"), HSVNRevisionSpec::HEAD()}}, c.text("new"), {}, {}, c.client);
-     }},
+    {"makeDirectories", [](const Call& c) { c.client->makeDirectories(c.text("new")); }},
+    {"importTree", [](const Call& c) { c.client->importTree(c.at.file(), c.text("new")); }},
+    {"copy", [](const Call& c) { c.client->copy({c.at.url("b.txt")}, c.text("new")); }},
 };
 
 const std::vector<Operation> deleteItem{
     {"deleteNodes", [](const Call& c) { HSVNNode::deleteNodes({c.url()}, HSVNDeleteOptions::defaults(), c.client); }},
-    {"HSVNDeleteItems", [](const Call& c) { HSVNDeleteItems({c.text()}, {}, {}, c.client); }},
+    {"remove", [](const Call& c) { c.client->remove(c.text()); }},
 };
 
 const std::vector<Operation> commitItem{
     {"commitChangesToNodes",
      [](const Call& c) { HSVNNode::commitChangesToNodes({c.path()}, HSVNCommitOptions::defaults(), c.client); }},
-    {"HSVNCommitItems", [](const Call& c) { HSVNCommitItems({c.at.wc(c.item)}, {}, {}, c.client); }},
+    {"commit", [](const Call& c) { c.client->commit(c.at.wc(c.item)); }},
 };
 
 const std::vector<Operation> updateItem{
@@ -259,7 +232,7 @@ const std::vector<Operation> updateItem{
      [](const Call& c) {
          HSVNNode::updateNodes({c.path()}, HSVNRevision::HEAD(), HSVNUpdateOptions::defaults(), c.client);
      }},
-    {"HSVNUpdateItems", [](const Call& c) { HSVNUpdateItems({c.at.wc(c.item)}, HSVNRevision::HEAD(), {}, c.client); }},
+    {"update", [](const Call& c) { c.client->update(c.at.wc(c.item)); }},
 };
 
 const std::vector<Operation> lockItem{
@@ -385,7 +358,7 @@ TEST_P(Refusals, OfLocksAreToldInNotifications)
     const auto ear = std::make_shared<HSVNClientDelegateFor<Ear>>();
     const auto client = HSVNClient::clientWithDelegate(ear);
     for (const std::string item : {"a.txt", "b.txt"}) {
-        HSVNLockItems({served(GetParam()).wc(item)}, {}, false, client);
+        client->lock(served(GetParam()).wc(item));
     }
     EXPECT_THAT(ear->classes, testing::ElementsAre("HSVNEntryLockedException", "HSVNTransactionOutOfDateException"));
 }
@@ -404,10 +377,7 @@ TEST(Servers, ThatAreNotThereAreToldApart)
     };
     for (const auto& [url, expected] : cases) {
         const Visitor visitor;
-        const auto read = [&, target = url] {
-            HSVNReadItemInfo(
-                target, HSVNRevisionSpec::HEAD(), {}, [](const auto&) {}, visitor.client);
-        };
+        const auto read = [&, target = url] { visitor.client->info(target, HSVNRevisionSpec::HEAD()); };
         EXPECT_EQ(classThrownBy(read), expected) << url;
         EXPECT_EQ(classThrownBy([&, target = url] {
                       HSVNNode::kindOfNodeAtPath(HSVNURL::URLWithString(target), HSVNRevisionSpec::HEAD(),

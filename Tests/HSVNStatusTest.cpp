@@ -229,6 +229,8 @@ std::set<std::string> flagsOf(const HSVNStatus& record)
     add("absent", record.absent());
     add("hasProperties", record.hasProperties());
     add("hasPropertyModifications", record.hasPropertyModifications());
+    add("fileExternal", record.fileExternal());
+    add("incomplete", record.incomplete());
     return names;
 }
 
@@ -243,7 +245,9 @@ TEST(StatusTest, EachFlagIsConvertedCopiedAndArchivedByItself)
                                                             {"deleted", &entry.deleted},
                                                             {"absent", &entry.absent},
                                                             {"hasProperties", &entry.has_props},
-                                                            {"hasPropertyModifications", &entry.has_prop_mods}};
+                                                            {"hasPropertyModifications", &entry.has_prop_mods},
+                                                            {"fileExternal", &status.file_external},
+                                                            {"incomplete", &entry.incomplete}};
     for (const auto& [name, field] : flags) {
         *field = 1;
         const auto record = HSVNStatus::statusWithSVNStatus(&status, HSVNVersion::version1_6());
@@ -253,6 +257,31 @@ TEST(StatusTest, EachFlagIsConvertedCopiedAndArchivedByItself)
         EXPECT_EQ(flagsOf(*record->copy()), expected);
         const auto archive = HSVNKeyedArchiver::archivedDataWithRootObject(record);
         EXPECT_EQ(flagsOf(*HSVNKeyedUnarchiver::unarchiveObjectOfClass<HSVNStatus>(archive)), expected);
+    }
+}
+
+TEST(StatusTest, FurtherFieldsAreCopiedAndArchived)
+{
+    HSVNStatus record;
+    record.setRevision(7);
+    record.setNodeStatus(HSVNStatusKindReplaced);
+    record.setRepositoryNodeStatus(HSVNStatusKindDeleted);
+    record.setVersioned(true);
+    record.setTreeConflicted(true);
+    record.setChangelist("list");
+    record.setMovedFrom("/a");
+    record.setMovedTo("/b");
+    const auto archive = HSVNKeyedArchiver::archivedDataWithRootObject(record.copy());
+    const auto decoded = HSVNKeyedUnarchiver::unarchiveObjectOfClass<HSVNStatus>(archive);
+    for (const auto& status : {record.copy(), HSVNStatusRef{decoded}}) {
+        EXPECT_EQ(status->revision(), 7);
+        EXPECT_EQ(status->nodeStatus(), HSVNStatusKindReplaced);
+        EXPECT_EQ(status->repositoryNodeStatus(), HSVNStatusKindDeleted);
+        EXPECT_TRUE(status->versioned() && status->treeConflicted() && status->conflicted());
+        EXPECT_FALSE(status->textConflicted() || status->propertiesConflicted());
+        EXPECT_EQ(status->changelist(), "list");
+        EXPECT_EQ(status->movedFrom(), "/a");
+        EXPECT_EQ(status->movedTo(), "/b");
     }
 }
 

@@ -218,8 +218,7 @@ TEST_F(StoredCredentials, FollowAConfigurationThatIsReadAgain)
         const auto client = HSVNClient::clientWithDelegate(keeper);
         configure("config", allowed ? "" : "[auth]\nstore-auth-creds = no\n");
         client->refreshConfiguration();
-        HSVNReadItemInfo(
-            svnServer().url(), HSVNRevisionSpec::HEAD(), {}, [](const auto&) {}, client);
+        client->info(svnServer().url(), HSVNRevisionSpec::HEAD());
         EXPECT_EQ(stored("svn.simple").has_value(), allowed);
     }
 }

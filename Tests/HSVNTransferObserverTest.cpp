@@ -15,10 +15,7 @@ TEST(TransferObserver, HearsWhatIsTransferredForAsLongAsItLives)
     settings.prompts = HSVNPrompts::Nobody;
     settings.noAuthCache = true;
     client->applySettings(settings);
-    const auto list = [&] {
-        HSVNListItems(
-            server.url(), HSVNRevisionSpec::HEAD(), {}, [](const HSVNListedItem&) {}, client);
-    };
+    const auto list = [&] { client->list(server.url()); };
 
     std::int64_t heard = 0;
     {

@@ -84,7 +84,7 @@ void settleRevisions(const Subcommand& subcommand, Options& options)
     if (subcommand.revisionUse == RevisionUse::One && !options.revisions.empty() &&
         !options.endRevision()->isEqual(HSVNRevision::UNSPECIFIED()))
     {
-        fail(ClientBadRevision, "Revision range is not allowed");
+        fail(RevisionRange, "Revision range is not allowed");
     }
     if (options.revisions.empty()) {
         options.revisions.emplace_back();
@@ -212,7 +212,7 @@ int runPrintingErrors(int count, char** words)
             printError(exception);
         }
     } catch (const HSVNPlatformException& exception) {
-        Output::writeError(fmt::format("{}: {}\n", programName(), exception.reason()));
+        Output::writeError(fmt::format("{}: {}\n", programName(), exception.fullMessage()));
     }
     return EXIT_FAILURE;
 }

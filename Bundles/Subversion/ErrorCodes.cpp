@@ -1,13 +1,12 @@
 #include "ErrorCodes.h"
 
+#include "HSVNStatusCodes.h"
+
 #include <array>
 #include <cerrno>
 
 namespace HSVNAdapter {
 namespace {
-
-/// SVN_ERR_RA_CANNOT_CREATE_SESSION, which lines before 1.9 do not name.
-constexpr apr_status_t cannotCreateSession = 170013;
 
 /// The cause that a prompt answered; null when no level of the error is one.
 svn_error_t* answerOfPrompt(svn_error_t* error)
@@ -22,7 +21,8 @@ svn_error_t* answerOfPrompt(svn_error_t* error)
 /// the connection and comes without the wrapping, as from the older lines.
 svn_error_t* withoutWrapping(svn_error_t* error)
 {
-    svn_error_t* const answer = error->apr_err == cannotCreateSession ? answerOfPrompt(error->child) : nullptr;
+    svn_error_t* const answer =
+        error->apr_err == HSVNStatusCode::CannotCreateSession ? answerOfPrompt(error->child) : nullptr;
     if (answer == nullptr) {
         return error;
     }
@@ -31,26 +31,26 @@ svn_error_t* withoutWrapping(svn_error_t* error)
     return cause;
 }
 
-// What svnserve and the older lines answer in one code, web servers and newer lines answer in several. Numbers, for
-// some names are younger than others.
+// What svnserve and the older lines answer in one code, web servers and newer lines answer in several, for some of
+// which older lines have no name.
 constexpr std::array meanings{
-    ErrorRule{215000, SVN_ERR_RA_NOT_AUTHORIZED},      // SVN_ERR_AUTHN_CREDS_UNAVAILABLE
-    ErrorRule{215001, SVN_ERR_RA_NOT_AUTHORIZED},      // SVN_ERR_AUTHN_NO_PROVIDER
-    ErrorRule{215002, SVN_ERR_RA_NOT_AUTHORIZED},      // SVN_ERR_AUTHN_PROVIDERS_EXHAUSTED
-    ErrorRule{215004, SVN_ERR_RA_NOT_AUTHORIZED},      // SVN_ERR_AUTHN_FAILED
-    ErrorRule{220000, SVN_ERR_RA_NOT_AUTHORIZED},      // SVN_ERR_AUTHZ_ROOT_UNREADABLE
-    ErrorRule{220001, SVN_ERR_RA_NOT_AUTHORIZED},      // SVN_ERR_AUTHZ_UNREADABLE
-    ErrorRule{220004, SVN_ERR_RA_NOT_AUTHORIZED},      // SVN_ERR_AUTHZ_UNWRITABLE
-    ErrorRule{175013, SVN_ERR_RA_NOT_AUTHORIZED},      // SVN_ERR_RA_DAV_FORBIDDEN
-    ErrorRule{155011, SVN_ERR_FS_TXN_OUT_OF_DATE},     // SVN_ERR_WC_NOT_UP_TO_DATE
-    ErrorRule{160042, SVN_ERR_FS_TXN_OUT_OF_DATE},     // SVN_ERR_FS_OUT_OF_DATE
-    ErrorRule{170004, SVN_ERR_FS_TXN_OUT_OF_DATE},     // SVN_ERR_RA_OUT_OF_DATE
-    ErrorRule{160035, SVN_ERR_FS_LOCK_OWNER_MISMATCH}, // SVN_ERR_FS_PATH_ALREADY_LOCKED
-    ErrorRule{160038, SVN_ERR_FS_BAD_LOCK_TOKEN},      // SVN_ERR_FS_NO_LOCK_TOKEN
-    ErrorRule{175003, SVN_ERR_RA_SVN_REPOS_NOT_FOUND}, // SVN_ERR_RA_DAV_OPTIONS_REQ_FAILED
-    ErrorRule{175007, SVN_ERR_FS_NOT_FOUND},           // SVN_ERR_RA_DAV_PATH_NOT_FOUND
-    ErrorRule{175012, ETIMEDOUT},                      // SVN_ERR_RA_DAV_CONN_TIMEOUT
-    ErrorRule{230001, SVN_ERR_RA_DAV_REQUEST_FAILED},  // SVN_ERR_RA_SERF_SSL_CERT_UNTRUSTED
+    ErrorRule{HSVNStatusCode::CredentialsUnavailable, SVN_ERR_RA_NOT_AUTHORIZED},
+    ErrorRule{HSVNStatusCode::NoCredentialsProvider, SVN_ERR_RA_NOT_AUTHORIZED},
+    ErrorRule{HSVNStatusCode::CredentialsExhausted, SVN_ERR_RA_NOT_AUTHORIZED},
+    ErrorRule{HSVNStatusCode::AuthenticationFailed, SVN_ERR_RA_NOT_AUTHORIZED},
+    ErrorRule{HSVNStatusCode::RootUnreadable, SVN_ERR_RA_NOT_AUTHORIZED},
+    ErrorRule{HSVNStatusCode::PathUnreadable, SVN_ERR_RA_NOT_AUTHORIZED},
+    ErrorRule{HSVNStatusCode::PathUnwritable, SVN_ERR_RA_NOT_AUTHORIZED},
+    ErrorRule{HSVNStatusCode::Forbidden, SVN_ERR_RA_NOT_AUTHORIZED},
+    ErrorRule{HSVNStatusCode::WorkingCopyNotUpToDate, SVN_ERR_FS_TXN_OUT_OF_DATE},
+    ErrorRule{HSVNStatusCode::OutOfDate, SVN_ERR_FS_TXN_OUT_OF_DATE},
+    ErrorRule{HSVNStatusCode::AccessOutOfDate, SVN_ERR_FS_TXN_OUT_OF_DATE},
+    ErrorRule{HSVNStatusCode::PathLocked, SVN_ERR_FS_LOCK_OWNER_MISMATCH},
+    ErrorRule{HSVNStatusCode::NoLockToken, SVN_ERR_FS_BAD_LOCK_TOKEN},
+    ErrorRule{HSVNStatusCode::OptionsRequestFailed, SVN_ERR_RA_SVN_REPOS_NOT_FOUND},
+    ErrorRule{HSVNStatusCode::ServerPathNotFound, SVN_ERR_FS_NOT_FOUND},
+    ErrorRule{HSVNStatusCode::ServerTimedOut, ETIMEDOUT},
+    ErrorRule{HSVNStatusCode::CertificateUntrusted, SVN_ERR_RA_DAV_REQUEST_FAILED},
 };
 
 /// The codes of the library that speaks HTTP for the newer lines.
@@ -69,6 +69,24 @@ bool hasCode(const svn_error_t* error, apr_status_t code)
     return false;
 }
 
+namespace {
+
+/// What keeps Subversion from the working copy's database at all; 0 for nothing of the kind.
+apr_status_t meaningOfDatabase([[maybe_unused]] const svn_error_t* error)
+{
+#if HSVN_LINE_MINOR >= 7
+    if (hasCode(error, SVN_ERR_SQLITE_BUSY)) {
+        return SVN_ERR_WC_LOCKED;
+    }
+    if (hasCode(error, SVN_ERR_WC_UPGRADE_REQUIRED)) {
+        return SVN_ERR_WC_UNSUPPORTED_FORMAT;
+    }
+#endif
+    return APR_SUCCESS;
+}
+
+} // namespace
+
 svn_error_t* withCode(apr_status_t code, svn_error_t* error)
 {
     std::array<char, 1024> buffer{};
@@ -81,17 +99,20 @@ apr_status_t meaningOf(const svn_error_t* error)
     if (hasCode(error, SVN_ERR_CANCELLED)) {
         return APR_SUCCESS;
     }
-    for (; error != nullptr; error = error->child) {
-        if (error->apr_err >= firstOfTransport && error->apr_err <= lastOfTransport) {
+    if (const apr_status_t ofDatabase = meaningOfDatabase(error)) {
+        return ofDatabase;
+    }
+    for (const auto* level = error; level != nullptr; level = level->child) {
+        if (level->apr_err >= firstOfTransport && level->apr_err <= lastOfTransport) {
             return SVN_ERR_RA_DAV_REQUEST_FAILED;
         }
         for (const auto& rule : meanings) {
-            if (error->apr_err == rule.given) {
+            if (level->apr_err == rule.given) {
                 return rule.expected;
             }
         }
     }
-    return APR_SUCCESS;
+    return error->apr_err == SVN_ERR_WC_PATH_NOT_FOUND ? SVN_ERR_ENTRY_NOT_FOUND : APR_SUCCESS;
 }
 
 svn_error_t* smoothed(svn_error_t* error, std::initializer_list<ErrorRule> rules)
@@ -100,26 +121,15 @@ svn_error_t* smoothed(svn_error_t* error, std::initializer_list<ErrorRule> rules
         return error;
     }
     error = withoutWrapping(error);
-    if (hasCode(error, SVN_ERR_CANCELLED)) {
-        return error;
-    }
-#if HSVN_LINE_MINOR >= 7
-    if (hasCode(error, SVN_ERR_SQLITE_BUSY)) {
-        return withCode(SVN_ERR_WC_LOCKED, error);
-    }
-    if (hasCode(error, SVN_ERR_WC_UPGRADE_REQUIRED)) {
-        return withCode(SVN_ERR_WC_UNSUPPORTED_FORMAT, error);
-    }
-#endif
-    for (const auto& rule : rules) {
-        if (error->apr_err == rule.given) {
-            return withCode(rule.expected, error);
+    if (meaningOfDatabase(error) == APR_SUCCESS && !hasCode(error, SVN_ERR_CANCELLED)) {
+        for (const auto& rule : rules) {
+            if (error->apr_err == rule.given) {
+                return withCode(rule.expected, error);
+            }
         }
     }
-    if (const apr_status_t meaning = meaningOf(error)) {
-        return withCode(meaning, error);
-    }
-    return error->apr_err == SVN_ERR_WC_PATH_NOT_FOUND ? withCode(SVN_ERR_ENTRY_NOT_FOUND, error) : error;
+    const apr_status_t meaning = meaningOf(error);
+    return meaning == APR_SUCCESS ? error : withCode(meaning, error);
 }
 
 } // namespace HSVNAdapter

@@ -8,17 +8,31 @@
 namespace HSVNAdapter {
 
 void fillAuthenticationExtensions(HSVNBundleExtensions& table);
-void fillComparisonExtensions(HSVNBundleExtensions& table);
+void fillBlame(HSVNBundleExtensions& table);
 void fillConflictExtensions(HSVNBundleExtensions& table);
+void fillDiff(HSVNBundleExtensions& table);
 #if HSVN_LINE_MINOR >= 7
 void fillOpenWorkingCopies(HSVNBundleExtensions& table);
 #endif
 void fillMergeInformation(HSVNBundleExtensions& table);
 void fillPatch(HSVNBundleExtensions& table);
 void fillPropertyCommits(HSVNBundleExtensions& table);
-void fillRepositoryExtensions(HSVNBundleExtensions& table);
+void fillLockExtensions(HSVNBundleExtensions& table);
+void fillPropertyExtensions(HSVNBundleExtensions& table);
+void fillList(HSVNBundleExtensions& table);
+void fillLog(HSVNBundleExtensions& table);
 void fillStoredCredentials(HSVNBundleExtensions& table);
-void fillUpdateExtensions(HSVNBundleExtensions& table);
+void fillStatus(HSVNBundleExtensions& table);
+void fillCheckOut(HSVNBundleExtensions& table);
+void fillCommit(HSVNBundleExtensions& table);
+void fillCopyAndMove(HSVNBundleExtensions& table);
+void fillExport(HSVNBundleExtensions& table);
+void fillImport(HSVNBundleExtensions& table);
+void fillMakeDirectories(HSVNBundleExtensions& table);
+void fillMerge(HSVNBundleExtensions& table);
+void fillRemove(HSVNBundleExtensions& table);
+void fillSwitchTo(HSVNBundleExtensions& table);
+void fillUpdate(HSVNBundleExtensions& table);
 void fillWorkingCopyExtensions(HSVNBundleExtensions& table);
 
 } // namespace HSVNAdapter

@@ -1,8 +1,6 @@
 #include "CanonicalPaths.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
-#include "ExtensionTargets.h"
-#include "ListingLocks.h"
 
 namespace HSVNAdapter {
 namespace {
@@ -47,72 +45,6 @@ svn_error_t* info(const char* target, const svn_opt_revision_t* pegRevision, con
     });
 }
 
-struct ListReceiver
-{
-    svn_client_list_func_t function;
-    void* baton;
-    ListingLocks* locks;
-};
-
-/// Newer lines report the size of a folder as -1, older ones as 0.
-svn_error_t* receiveListed(void* baton, const char* path, const svn_dirent_t* dirent, const svn_lock_t* lock,
-                           const char* absolutePath, apr_pool_t* pool)
-{
-    const auto* receiver = static_cast<const ListReceiver*>(baton);
-    SVN_ERR(checkListedPath(path, absolutePath));
-    SVN_ERR(receiver->locks->find(&lock, absolutePath, path));
-    if (dirent == nullptr || dirent->size >= 0) {
-        return receiver->function(receiver->baton, path, dirent, lock, absolutePath, pool);
-    }
-    svn_dirent_t sized = *dirent;
-    sized.size = 0;
-    return receiver->function(receiver->baton, path, &sized, lock, absolutePath, pool);
-}
-
-svn_error_t* list(const char* target, const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
-                  svn_boolean_t recurse, apr_uint32_t fields, svn_boolean_t fetchLocks, svn_client_list_func_t receiver,
-                  void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
-{
-    HSVN_CANONICAL_TARGET(target, pool);
-    ListingLocks locks{recurse ? svn_depth_infinity : svn_depth_immediates, ctx, pool};
-    ListReceiver sizing{receiver, baton, &locks};
-    svn_error_t* const error = locks.takeOver(&fetchLocks, target);
-    if (error != nullptr) {
-        return smoothed(error);
-    }
-    return smoothed(
-        svn_client_list(target, pegRevision, revision, recurse, fields, fetchLocks, receiveListed, &sizing, ctx, pool));
-}
-
-/// A path, or a URL that paths relative to it may follow.
-svn_error_t* canonicalizeLogTargets(const apr_array_header_t** targets, apr_pool_t* pool)
-{
-    if ((*targets)->nelts == 0) {
-        return svn_error_create(SVN_ERR_ILLEGAL_TARGET, nullptr, "A log needs a target");
-    }
-    auto* canonical = apr_array_copy(pool, *targets);
-    HSVN_CANONICAL_TARGET(APR_ARRAY_IDX(canonical, 0, const char*), pool);
-    const bool isRelative = isURL(APR_ARRAY_IDX(canonical, 0, const char*));
-    for (int index = 1; index < canonical->nelts; ++index) {
-        const char*& target = APR_ARRAY_IDX(canonical, index, const char*);
-        target = isRelative ? apr_pstrcat(pool, "/", target, nullptr) : target;
-        HSVN_CANONICAL_PATH(target, pool);
-        target += isRelative ? 1 : 0;
-    }
-    *targets = canonical;
-    return SVN_NO_ERROR;
-}
-
-svn_error_t* log3(const apr_array_header_t* targets, const svn_opt_revision_t* pegRevision,
-                  const svn_opt_revision_t* start, const svn_opt_revision_t* end, int limit,
-                  svn_boolean_t discoverChangedPaths, svn_boolean_t strictNodeHistory,
-                  svn_log_message_receiver_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
-{
-    SVN_ERR(canonicalizeLogTargets(&targets, pool));
-    return smoothed(svn_client_log3(targets, pegRevision, start, end, limit, discoverChangedPaths, strictNodeHistory,
-                                    receiver, baton, ctx, pool));
-}
-
 } // namespace
 
 void fillReadingOperations(HSVNBundleEntryPoints& table)
@@ -120,8 +52,6 @@ void fillReadingOperations(HSVNBundleEntryPoints& table)
     table.client_cat2 = cat2;
     table.client_diff_peg3 = diffPeg3;
     table.client_info = info;
-    table.client_list = list;
-    table.client_log3 = log3;
 }
 
 } // namespace HSVNAdapter

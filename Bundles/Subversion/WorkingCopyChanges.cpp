@@ -1,6 +1,5 @@
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
-#include "LineEnds.h"
 #include "OwnDatabases.h"
 #include "Relocation.h"
 
@@ -31,29 +30,7 @@ svn_error_t* removeFromChangelists(const apr_array_header_t* paths, svn_depth_t 
 }
 #endif
 
-#if HSVN_LINE_MINOR >= 6
-svn_error_t* revpropSet(const char* name, const svn_string_t* value, const char* url,
-                        const svn_opt_revision_t* revision, svn_revnum_t* number, svn_boolean_t force,
-                        svn_client_ctx_t* ctx, apr_pool_t* pool)
-{
-    HSVN_CANONICAL_URL(url, pool);
-    SVN_ERR(checkRevision(revision));
-    SVN_ERR(endLines(&value, name, pool));
-    return svn_client_revprop_set2(name, value, nullptr, url, revision, number, force, ctx, pool);
-}
-#endif
-
 #if HSVN_LINE_MINOR >= 7
-svn_error_t* propset(const char* name, const svn_string_t* value, const apr_array_header_t* targets, svn_depth_t depth,
-                     svn_boolean_t skipChecks, const apr_array_header_t* changelists, svn_client_ctx_t* ctx,
-                     apr_pool_t* pool)
-{
-    SVN_ERR(checkLocalTargets(&targets, pool));
-    SVN_ERR(settleWalkDepth(&depth));
-    SVN_ERR(endLines(&value, name, pool));
-    return svn_client_propset_local(name, value, targets, depth, skipChecks, changelists, ctx, pool);
-}
-
 svn_error_t* upgrade(const char* path, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTarget(&path, pool));
@@ -136,19 +113,6 @@ svn_error_t* revert(const apr_array_header_t* paths, svn_depth_t depth, const ap
 }
 #endif
 
-svn_error_t* lock(const apr_array_header_t* targets, const char* comment, svn_boolean_t steal, svn_client_ctx_t* ctx,
-                  apr_pool_t* pool)
-{
-    SVN_ERR(checkTargets(&targets, pool));
-    return targets->nelts == 0 ? SVN_NO_ERROR : svn_client_lock(targets, comment, steal, ctx, pool);
-}
-
-svn_error_t* unlock(const apr_array_header_t* targets, svn_boolean_t breakLock, svn_client_ctx_t* ctx, apr_pool_t* pool)
-{
-    SVN_ERR(checkTargets(&targets, pool));
-    return targets->nelts == 0 ? SVN_NO_ERROR : svn_client_unlock(targets, breakLock, ctx, pool);
-}
-
 svn_error_t* createRepository(const char* path, const apr_array_header_t* configuration, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTarget(&path, pool));
@@ -165,19 +129,13 @@ svn_error_t* createRepository(const char* path, const apr_array_header_t* config
 
 void fillWorkingCopyExtensions(HSVNBundleExtensions& table)
 {
-    table.client_lock = lock;
-    table.client_unlock = unlock;
     table.repos_create = createRepository;
 #if HSVN_LINE_MINOR >= 5
     table.client_resolve = resolve;
     table.client_add_to_changelist = addToChangelist;
     table.client_remove_from_changelists = removeFromChangelists;
 #endif
-#if HSVN_LINE_MINOR >= 6
-    table.client_revprop_set = revpropSet;
-#endif
 #if HSVN_LINE_MINOR >= 7
-    table.client_propset = propset;
     table.client_upgrade = upgrade;
     table.client_relocate = relocate;
 #endif

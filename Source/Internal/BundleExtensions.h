@@ -9,6 +9,7 @@
 struct svn_client_status_t;
 struct svn_client_info2_t;
 struct svn_log_entry_t;
+struct svn_wc_conflict_description2_t;
 // Objects that lines before 1.10 do not have.
 struct svn_client_conflict_t;
 struct svn_client_conflict_option_t;
@@ -82,16 +83,24 @@ struct HSVNBundleExtensions
         void* baton; ///< of all of them
     };
 
+    /// Asked how a conflict is settled while a function goes on, by a svn_wc_conflict_choice_t; 1.7 and later.
+    struct Choosing
+    {
+        svn_error_t* (*choose)(void* baton, int* choice, const svn_wc_conflict_description2_t* conflict);
+        void* baton;
+    };
+
     /// How an update, a check-out or a switch goes about; what a function has no use for is left false.
     struct Updating
     {
         svn_depth_t depth;
-        svn_boolean_t depthIsSticky;
-        svn_boolean_t ignoreExternals;
-        svn_boolean_t allowObstructions;
-        svn_boolean_t addsAsModification;
-        svn_boolean_t makeParents;
-        svn_boolean_t ignoreAncestry;
+        svn_boolean_t depthIsSticky = FALSE;
+        svn_boolean_t ignoreExternals = FALSE;
+        svn_boolean_t allowObstructions = FALSE;
+        svn_boolean_t addsAsModification = FALSE;
+        svn_boolean_t makeParents = FALSE;
+        svn_boolean_t ignoreAncestry = FALSE;
+        const Choosing* choosing = nullptr; ///< null leaves all conflicts
     };
 
     struct Exporting
@@ -113,9 +122,7 @@ struct HSVNBundleExtensions
         svn_boolean_t dryRun;
         svn_boolean_t allowMixedRevisions;
         const apr_array_header_t* arguments; ///< of the program that merges texts; may be null
-        /// Asked how a conflict of a svn_wc_conflict_kind_t is settled, by a svn_wc_conflict_choice_t; null leaves all.
-        svn_error_t* (*choose)(void* baton, int* choice, const char* path, int kind);
-        void* chooser; ///< its baton
+        const Choosing* choosing;            ///< null leaves all conflicts
     };
 
     /// How trees are compared. A summary has a use for the depth, the ancestry and the changelists only.
@@ -363,7 +370,7 @@ struct HSVNBundleExtensions
     svn_error_t* (*client_merge_peg)(const char* source, const apr_array_header_t* ranges,
                                      const svn_opt_revision_t* pegRevision, const char* target, const Merging* wishes,
                                      svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_client_merge_reintegrate, 1.5 and later; of the wishes only the dry run and the arguments count
+    /// svn_client_merge_reintegrate, 1.5 and later; only dry run, arguments and choosing count
     svn_error_t* (*client_merge_reintegrate)(const char* source, const svn_opt_revision_t* pegRevision,
                                              const char* target, const Merging* wishes, svn_client_ctx_t* ctx,
                                              apr_pool_t* pool);
@@ -464,8 +471,9 @@ struct HSVNBundleExtensions
                                               const svn_opt_revision_t* start, const svn_opt_revision_t* end,
                                               const Comparing* wishes, svn_client_diff_summarize_func_t receiver,
                                               void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_client_blame6 with arguments as svn_diff_file_options_parse reads them, 1.12 and later; what the range means
-    /// is stored before the first line
+    /// svn_client_blame6 with arguments as svn_diff_file_options_parse reads them; before 1.12 svn_client_blame5, which
+    /// cuts lines at a zero byte, before 1.7 svn_client_blame4, before 1.5 svn_client_blame3. What the range means is
+    /// stored before the first line is told, from 1.7 on
     svn_error_t* (*client_blame)(svn_revnum_t* first, svn_revnum_t* last, const char* target,
                                  const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* start,
                                  const svn_opt_revision_t* end, const apr_array_header_t* arguments,

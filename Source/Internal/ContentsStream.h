@@ -1,6 +1,6 @@
 #pragma once
 
-#include "HSVNContents.h"
+#include "HSVNReceiver.h"
 #include "Internal/Operation.h"
 
 /// A stream that hands what is written into it to a receiver. Lives as long as the operation.

@@ -3,9 +3,9 @@
 #include "HSVNRevision.h"
 #include "Internal/BundleExtensions.h"
 #include "Internal/Operation.h"
+#include "Internal/PathText.h"
 #include "Internal/ReservedName.h"
 
-#include <algorithm>
 #include <optional>
 #include <string>
 #include <type_traits>
@@ -41,6 +41,15 @@ inline apr_array_header_t* HSVNFilterArray(const HSVNOperation& operation, const
     return texts.empty() ? nullptr : HSVNTextArray(operation, texts);
 }
 
+/// Calls `body(text)` for every C string of an array, in order.
+template <class Body>
+void HSVNForEachText(const apr_array_header_t* array, Body body)
+{
+    for (int index = 0; index < array->nelts; ++index) {
+        body(APR_ARRAY_IDX(array, index, const char*));
+    }
+}
+
 /// The pairs of revisions as an array of `HSVNBundleExtensions::RevisionRange` values.
 inline apr_array_header_t* HSVNRangeArray(const HSVNOperation& operation,
                                           const std::vector<std::pair<HSVNRevisionRef, HSVNRevisionRef>>& ranges)
@@ -51,14 +60,6 @@ inline apr_array_header_t* HSVNRangeArray(const HSVNOperation& operation,
         *static_cast<Range*>(operation->apr_array_push(array)) = {start->SVNRevision(), end->SVNRevision()};
     }
     return array;
-}
-
-/// The order of Subversion's sorted paths: what lies in a folder comes right after it.
-inline bool HSVNIsPathBefore(const std::string& a, const std::string& b)
-{
-    const auto weight = [](char character) { return character == '/' ? 0 : static_cast<unsigned char>(character); };
-    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
-                                        [&](char x, char y) { return weight(x) < weight(y); });
 }
 
 /// Calls `body(text, value)` for every pair of a hash with text keys, in no particular order.

@@ -9,6 +9,7 @@
 #include <array>
 #include <fmt/format.h>
 #include <limits>
+#include <utility>
 
 namespace {
 
@@ -35,8 +36,9 @@ HSVNContextRef sharedContext(HSVNContext& context)
 
 void HSVNArgument::addLocalPaths(const std::string& target)
 {
-    constexpr std::array<std::string_view, 11> names{"target", "targets", "path",   "folder",  "from",       "to",
-                                                     "first",  "second",  "source", "sources", "destination"};
+    constexpr std::array<std::string_view, 13> names{"target", "targets", "path",       "folder", "directory",
+                                                     "root",   "from",    "to",         "first",  "second",
+                                                     "source", "sources", "destination"};
     const bool isItem = std::find(names.begin(), names.end(), name) != names.end();
     if (isItem && !target.empty() && target.find("://") == std::string::npos) {
         localPaths.push_back(target);
@@ -84,6 +86,7 @@ HSVNOperation::HSVNOperation(const HSVNContextRef& context, std::string_view cla
         refreshWorkingCopies();
     }
     noteWorkingCopies();
+    _outerOperation = std::exchange(_context->_operation, this); // last: the destructor takes it back
 }
 
 HSVNOperation::HSVNOperation(HSVNContext& context, std::string_view verb, const std::vector<HSVNArgument>& arguments)
@@ -94,6 +97,7 @@ HSVNOperation::HSVNOperation(HSVNContext& context, std::string_view verb, const 
 
 HSVNOperation::~HSVNOperation()
 {
+    _context->_operation = _outerOperation;
     noteWorkingCopies();
     _context->takeKeptException();
     _context->keepException(std::move(_outerException));

@@ -129,6 +129,8 @@ class HSVNOperation
     }
     /// Whether this is one of the context's verbs.
     bool isVerb() const { return _isVerb; }
+    /// Whether no other operation runs within this one: what Subversion asks then is asked for this one.
+    bool isInnermost() const { return _context->_operation == this; }
     /// Refuses a choice that the place of the first table which serves instead has no room for.
     ///
     /// @param isChosen  whether the caller chose what that place does not do
@@ -183,8 +185,10 @@ class HSVNOperation
     HSVNVersion _version;
     const HSVNBundleEntryPoints* _entryPoints;
     HSVNPool _pool;
-    apr_array_header_t* _targets;       // local paths
-    std::exception_ptr _outerException; // of an operation that a callback of this context interrupts
+    apr_array_header_t* _targets; // local paths
+    // Of an operation that a callback of this context interrupts.
+    std::exception_ptr _outerException;
+    const HSVNOperation* _outerOperation = nullptr;
 };
 
 /// The exception of an error, whose class the first of its levels that means anything to the library decides, also

@@ -1,6 +1,20 @@
 #include "Internal/OperationNotifications.h"
 
+#include "HSVNPlatformException.h"
 #include "Internal/CaughtException.h"
+
+namespace {
+
+HSVNPathRef pathOrNil(const HSVNTarget& target)
+{
+    try {
+        return HSVNPath::pathWithString(target.text());
+    } catch (const HSVNPlatformException&) {
+        return nullptr;
+    }
+}
+
+} // namespace
 
 HSVNOperationNotifications::HSVNOperationNotifications(const HSVNOperationActions& actions)
     : _started{HSVNNotification::notificationWithAction(actions.started)},
@@ -21,8 +35,20 @@ HSVNOperationNotifications::HSVNOperationNotifications(const HSVNOperationAction
                                                        const HSVNPathRef& alternatePath)
     : HSVNOperationNotifications{actions}
 {
-    nameItem(path.string());
-    _failed->setPath(path.string());
+    namePlaces(path.string(), alternatePath);
+}
+
+HSVNOperationNotifications::HSVNOperationNotifications(const HSVNOperationActions& actions, const HSVNTarget& path,
+                                                       const HSVNTarget& alternatePath)
+    : HSVNOperationNotifications{actions}
+{
+    namePlaces(path.text(), pathOrNil(alternatePath));
+}
+
+void HSVNOperationNotifications::namePlaces(const std::string& path, const HSVNPathRef& alternatePath)
+{
+    nameItem(path);
+    _failed->setPath(path);
     for (const auto& notification : {_started, _succeeded, _failed}) {
         notification->setAlternatePath(alternatePath);
     }

@@ -36,6 +36,9 @@ class HSVNOperationNotifications
     /// For an operation between two places, both named in all three.
     HSVNOperationNotifications(const HSVNOperationActions& actions, const HSVNPath& path,
                                const HSVNPathRef& alternatePath);
+    /// The same for targets; one that is no path, which Subversion refuses in its own words, is no alternate path.
+    HSVNOperationNotifications(const HSVNOperationActions& actions, const HSVNTarget& path,
+                               const HSVNTarget& alternatePath);
 
     HSVNNotification& started() { return *_started; }
     HSVNNotification& succeeded() { return *_succeeded; }
@@ -62,6 +65,7 @@ class HSVNOperationNotifications
   private:
     explicit HSVNOperationNotifications(const HSVNOperationActions& actions);
     void nameItem(const std::string& path);
+    void namePlaces(const std::string& path, const HSVNPathRef& alternatePath);
     void sendFailure(HSVNContext& context) noexcept;
 
     std::shared_ptr<HSVNNotification> _started;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -30,3 +31,11 @@ std::string percentDecodedBytes(std::string_view text);
 std::string percentDecoded(std::string_view text);
 
 } // namespace HSVNPathText
+
+/// The order of Subversion's sorted paths: what lies in a directory comes right after it.
+inline bool HSVNIsPathBefore(std::string_view a, std::string_view b)
+{
+    const auto weight = [](char character) { return character == '/' ? 0 : static_cast<unsigned char>(character); };
+    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
+                                        [&](char x, char y) { return weight(x) < weight(y); });
+}

@@ -14,8 +14,7 @@
 #include "HSVNRevisionSpec.h"
 #include "HSVNStatus.h"
 #include "HSVNStatusOptions.h"
-#include "HSVNWorkingCopyChanges.h"
-#include "Internal/Operation.h"
+#include "Internal/CleanUp.h"
 #include "Internal/PathKind.h"
 #include "Internal/Subversion.h"
 
@@ -91,27 +90,6 @@ bool comesByDeletion(HSVNSchedule schedule)
 }
 
 } // namespace
-
-std::vector<std::string> HSVNFindItemsSetAside(const std::string& folder)
-{
-    const auto area = HSVNDirectory::adminAreaInWorkingCopyAtPath(HSVNLocalPath::pathWithString(folder));
-    return HSVNSetAsideItem::left(folder, area->lastComponent());
-}
-
-void HSVNTellOfItemsSetAside(const std::string& folder)
-{
-    for (const auto& item : HSVNFindItemsSetAside(folder)) {
-        HSVNDebug::logAtLevel(HSVNDebugLevelNormal,
-                              "'%@' holds what was set aside by an operation that was interrupted", item);
-    }
-}
-
-void HSVNCleanUpFolderAlone(const HSVNPathRef& folder, const HSVNContextRef& context)
-{
-    HSVNOperation operation{
-        context, "HSVNDirectory", "cleanUpWorkingCopyAtPath:withContext:", {{"path", folder}, {"context", context}}};
-    operation.check(operation->client_cleanup(operation.cString(folder->string()), operation.ctx(), operation.pool()));
-}
 
 void HSVNCheckReplacement(const HSVNPathRef& path, const HSVNPathRef& source, const HSVNContextRef& context)
 {
@@ -259,7 +237,7 @@ bool HSVNReplacedItem::clearTheWay(HSVNReplacementFailure failure) noexcept
         if (mayBreakLocks) {
             // First of all: a database that could not be written may be left in a transaction, in which all that
             // follows seems to be done and is lost in the end. A clean-up opens it anew.
-            HSVNCleanUpFolderAlone(folderToCleanUp(), _context);
+            HSVNCleanUpAlone(folderToCleanUp(), _context);
         }
         takeBackChanges();
     });

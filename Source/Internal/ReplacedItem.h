@@ -16,12 +16,6 @@
 ///         contains the other; HSVNNoSuchEntryException when there is nothing at the source
 void HSVNCheckReplacement(const HSVNPathRef& path, const HSVNPathRef& source, const HSVNContextRef& context);
 
-/// Names in the log what interrupted operations had set aside in a folder.
-void HSVNTellOfItemsSetAside(const std::string& folder);
-
-/// A clean-up that tells nobody what is set aside: an operation that is under way still has it.
-void HSVNCleanUpFolderAlone(const HSVNPathRef& folder, const HSVNContextRef& context);
-
 /// What kept an item from taking the place of another one.
 enum class HSVNReplacementFailure
 {

@@ -1,6 +1,7 @@
 #include "Internal/ReservedName.h"
 
 #include "HSVNException.h"
+#include "HSVNStatusCodes.h"
 #include "Internal/Pool.h"
 
 #include <filesystem>
@@ -72,10 +73,9 @@ void HSVNRequireUnreserved(const std::string& target)
         name = error ? name : reservedNameIn(folder / path.filename());
     }
     if (!name.empty()) {
-        constexpr int reservedFileNameSpecified = 200025;
         HSVNException::exceptionWithReason(
             fmt::format("'{}' is reserved: '{}' is Subversion's administrative directory", target, name.string()),
-            reservedFileNameSpecified)
+            HSVNStatusCode::ReservedFileName)
             ->raise();
     }
 }

@@ -6,7 +6,7 @@
 /// working copy, also by way of a link: to change anything there is to lose the working copy.
 ///
 /// @param target  a local path, absolute or relative to the current folder, or a URL, which is never refused
-/// @throws HSVNException, status 200025 (SVN_ERR_RESERVED_FILENAME_SPECIFIED), that names the target
+/// @throws HSVNException, `HSVNStatusCode::ReservedFileName`, that names the target
 ///
 /// Which names these are is what svn_wc_is_adm_dir says of the current bundle.
 void HSVNRequireUnreserved(const std::string& target);

@@ -6,21 +6,45 @@
 
 #include <utility>
 
+namespace {
+
+const std::optional<std::string>* checked(const std::optional<std::string>& message)
+{
+    if (message) {
+        HSVNCString(*message);
+    }
+    return &message;
+}
+
+} // namespace
+
 HSVNRevisionChange::HSVNRevisionChange(HSVNContext& context, std::string_view verb,
                                        const std::vector<HSVNArgument>& arguments,
                                        const std::optional<std::string>& message,
                                        const std::map<std::string, std::string>& revisionProperties,
                                        const HSVNReceiver<const HSVNCommitResult&>& receiver)
-    : _operation{context, verb, arguments}, _properties{revisionProperties}, _receiver{receiver}, _message{message},
-      _outerAsk{std::exchange(_operation.ctx()->log_msg_func2, answerLogMessage)},
-      _outerBaton{std::exchange(_operation.ctx()->log_msg_baton2, this)}
+    : _operation{context, verb, arguments}, _message{checked(message)},
+      _properties{&revisionProperties}, _receiver{&receiver}, _outer{exchangeSource({answerLogMessage, this})}
+{
+}
+
+HSVNRevisionChange::HSVNRevisionChange(const HSVNContextRef& context, std::string_view className,
+                                       std::string_view operation, const std::vector<HSVNArgument>& arguments)
+    : _operation{context, className, operation, arguments}
 {
 }
 
 HSVNRevisionChange::~HSVNRevisionChange()
 {
-    _operation.ctx()->log_msg_func2 = _outerAsk;
-    _operation.ctx()->log_msg_baton2 = _outerBaton;
+    if (_outer) {
+        exchangeSource(*_outer);
+    }
+}
+
+HSVNRevisionChange::MessageSource HSVNRevisionChange::exchangeSource(const MessageSource& source)
+{
+    auto& ctx = *_operation.ctx();
+    return {std::exchange(ctx.log_msg_func2, source.ask), std::exchange(ctx.log_msg_baton2, source.baton)};
 }
 
 svn_error_t* HSVNRevisionChange::answerLogMessage(const char** message, const char** temporaryFile,
@@ -28,25 +52,37 @@ svn_error_t* HSVNRevisionChange::answerLogMessage(const char** message, const ch
                                                   apr_pool_t* pool) noexcept
 {
     auto& change = *static_cast<HSVNRevisionChange*>(baton);
+    return HSVNGuardCallback(*change._operation.context(),
+                             [&] { return change.ask(message, temporaryFile, items, pool); });
+}
+
+svn_error_t* HSVNRevisionChange::ask(const char** message, const char** temporaryFile, const apr_array_header_t* items,
+                                     apr_pool_t* pool)
+{
     *temporaryFile = nullptr;
-    if (!change._message && change._outerAsk) {
-        svn_error_t* const error = change._outerAsk(message, temporaryFile, items, change._outerBaton, pool);
-        change._result.messageRefused = !error && !*message && !*temporaryFile;
-        return error;
-    }
-    return HSVNGuardCallback(*change._operation.context(), [&]() -> svn_error_t* {
-        *message = change._operation->apr_pstrdup(pool, HSVNCString(change._message.value_or("")));
+    const bool isOwn = _operation.isInnermost();
+    if (isOwn && *_message) {
+        *message = _operation->apr_pstrdup(pool, (*_message)->c_str());
         return nullptr;
-    });
+    }
+    if (!_outer->ask) {
+        *message = ""; // as Subversion itself has it
+        return nullptr;
+    }
+    svn_error_t* const error = _outer->ask(message, temporaryFile, items, _outer->baton, pool);
+    if (isOwn && !error && !*message && !*temporaryFile) {
+        _isRefused = true;
+    }
+    return error;
 }
 
 apr_hash_t* HSVNRevisionChange::properties() const
 {
-    if (_properties.empty()) {
+    if (!_properties || _properties->empty()) {
         return nullptr;
     }
     auto* const hash = _operation->apr_hash_make(_operation.pool());
-    for (const auto& [name, value] : _properties) {
+    for (const auto& [name, value] : *_properties) {
         auto* const record =
             static_cast<svn_string_t*>(_operation->apr_palloc(_operation.pool(), sizeof(svn_string_t)));
         record->data = value.data(); // the properties outlive the call
@@ -56,31 +92,58 @@ apr_hash_t* HSVNRevisionChange::properties() const
     return hash;
 }
 
-svn_error_t* HSVNRevisionChange::received(const svn_commit_info_t* info, void* baton, apr_pool_t* /*pool*/)
+void HSVNRevisionChange::refuseProperties() const
 {
-    return static_cast<HSVNRevisionChange*>(baton)->receive(*info);
+    _operation.refuse(_properties && !_properties->empty(), "revisionProperties");
 }
 
-svn_error_t* HSVNRevisionChange::receive(const svn_commit_info_t& info)
+svn_error_t* HSVNRevisionChange::received(const svn_commit_info_t* info, void* baton, apr_pool_t* /*pool*/)
 {
-    return HSVNGuardCallback(*_operation.context(), [&]() -> svn_error_t* {
-        _result = {.revision = HSVNRevisionNumberFromSubversion(info.revision),
-                   .date = HSVNTextOrNil(info.date),
-                   .author = HSVNTextOrNil(info.author),
-                   .postCommitError = HSVNTextOrNil(info.post_commit_err)};
-        return _receiver ? HSVNHandOver(_operation, _receiver, _result) : nullptr;
+    auto& change = *static_cast<HSVNRevisionChange*>(baton);
+    return HSVNGuardCallback(*change._operation.context(), [&] {
+        change.note(*info);
+        return change.handOver(true);
     });
 }
 
-void HSVNRevisionChange::take(const svn_commit_info_t* info)
+svn_error_t* HSVNRevisionChange::noted(const svn_commit_info_t* info, void* baton, apr_pool_t* /*pool*/)
 {
-    if (info && info->revision >= 0) {
-        _operation.check(receive(*info), info);
-    }
+    auto& change = *static_cast<HSVNRevisionChange*>(baton);
+    return HSVNGuardCallback(*change._operation.context(), [&]() -> svn_error_t* {
+        change.note(*info);
+        return nullptr;
+    });
 }
 
-HSVNCommitResult HSVNRevisionChange::finish(svn_error_t* error)
+void HSVNRevisionChange::note(const svn_commit_info_t& info)
 {
+    _result = {.revision = HSVNRevisionNumberFromSubversion(info.revision),
+               .date = HSVNTextOrNil(info.date),
+               .author = HSVNTextOrNil(info.author),
+               .postCommitError = HSVNTextOrNil(info.post_commit_err)};
+    _isNoted = true;
+}
+
+svn_error_t* HSVNRevisionChange::handOver(bool mayStop)
+{
+    _isNoted = false;
+    const bool goesOn = !_receiver || !*_receiver || (*_receiver)(_result);
+    return goesOn || !mayStop ? nullptr : _operation.stop();
+}
+
+HSVNCommitResult HSVNRevisionChange::finish(svn_error_t* error, const svn_commit_info_t* info)
+{
+    if (info && info->revision >= 0) {
+        const auto failure = HSVNGuardCallback(*_operation.context(), [&]() -> svn_error_t* {
+            note(*info);
+            return nullptr;
+        });
+        _operation->error_clear(failure); // what it means is kept
+    }
+    if (_isNoted) {
+        _operation->error_clear(HSVNGuardCallback(*_operation.context(), [&] { return handOver(false); }));
+    }
     _operation.check(error, _result.revision);
+    _result.messageRefused = _isRefused;
     return _result;
 }

@@ -10,6 +10,7 @@
 #include "HSVNURL.h"
 #include "Internal/Operation.h"
 #include "Internal/PathText.h"
+#include "Internal/RevisionNumber.h"
 #include "Internal/Text.h"
 #include "Internal/TrustedText.h"
 
@@ -131,18 +132,23 @@ const HSVNPathRef& HSVNStatusNodeMaker::locationOf(const HSVNLocalPathRef& path)
     return _location;
 }
 
-svn_node_kind_t HSVNStatusNodeMaker::kindOf(const HSVNLocalPathRef& path, const svn_wc_status2_t& status) const
+namespace {
+
+/// The kind that a record tells, or else that of what is on the disk.
+svn_node_kind_t kindOf(const HSVNLocalPathRef& path, svn_node_kind_t told, apr_pool_t* pool)
 {
-    if (status.entry && (status.entry->kind == svn_node_dir || status.entry->kind == svn_node_file)) {
-        return status.entry->kind;
+    if (told == svn_node_dir || told == svn_node_file) {
+        return told;
     }
     svn_node_kind_t kind = svn_node_unknown;
-    svn_error_t* error = HSVNCurrentEntryPoints().io_check_path(path->string().c_str(), &kind, _pool);
+    svn_error_t* error = HSVNCurrentEntryPoints().io_check_path(path->string().c_str(), &kind, pool);
     if (error) {
         HSVNException::exceptionWithError(error)->raise();
     }
     return kind;
 }
+
+} // namespace
 
 std::uint64_t HSVNStatusNodeMaker::sizeOnDisk(const HSVNLocalPathRef& path)
 {
@@ -169,18 +175,20 @@ std::uint64_t HSVNStatusNodeMaker::sizeOnDisk(const HSVNLocalPathRef& path)
     return 0; // a missing item
 }
 
-HSVNNodeRef HSVNStatusNodeMaker::nodeOfKind(const HSVNLocalPathRef& path, const svn_wc_status2_t& status)
-{
-    if (kindOf(path, status) == svn_node_dir) {
-        return std::make_shared<HSVNDirectory>();
-    }
-    auto file = std::make_shared<HSVNFile>();
-    const auto size = recordedSize(status, _version);
-    file->setSize(size ? *size : sizeOnDisk(path));
-    return file;
-}
-
 namespace {
+
+/// A new object, or the last one made new again when nobody else has it.
+template <class Object>
+const std::shared_ptr<Object>& renewed(std::shared_ptr<Object>& last)
+{
+    if (last && last.use_count() == 1) {
+        std::destroy_at(last.get());
+        std::construct_at(last.get());
+    } else {
+        last = std::make_shared<Object>();
+    }
+    return last;
+}
 
 void setShownName(HSVNNode& node, std::string_view path)
 {
@@ -194,24 +202,70 @@ void setShownName(HSVNNode& node, std::string_view path)
 
 } // namespace
 
-HSVNNodeRef HSVNStatusNodeMaker::makeNode(const HSVNLocalPathRef& path, const svn_wc_status2_t& status)
+HSVNNodeRef HSVNStatusNodeMaker::newNode(bool isDirectory, const HSVNLocalPathRef& path)
 {
-    const HSVNPathRef location = locationOf(path);
     HSVNNodeRef node;
+    if (_refills) {
+        node = isDirectory ? HSVNNodeRef{renewed(_directory)} : HSVNNodeRef{renewed(_file)};
+    } else {
+        node = isDirectory ? HSVNNodeRef{std::make_shared<HSVNDirectory>()} : HSVNNodeRef{std::make_shared<HSVNFile>()};
+    }
+    node->setPath(path);
+    node->setLocation(_location);
+    setShownName(*node, path->string());
+    return node;
+}
+
+HSVNNodeRef HSVNStatusNodeMaker::nodeOfKind(const HSVNLocalPathRef& path, const svn_wc_status2_t& status)
+{
+    if (kindOf(path, status.entry ? status.entry->kind : svn_node_unknown, _pool) == svn_node_dir) {
+        return newNode(true, path);
+    }
+    const auto size = recordedSize(status, _version);
+    const auto bytes = size ? *size : sizeOnDisk(path);
+    auto file = newNode(false, path);
+    file->setSize(bytes);
+    return file;
+}
+
+HSVNNodeRef HSVNStatusNodeMaker::nodeOfKind(const HSVNLocalPathRef& path, const svn_client_status_t& status,
+                                            apr_pool_t* pool)
+{
+    const bool isFile = status.filesize >= 0 || kindOf(path, status.kind, pool) != svn_node_dir;
+    auto node = newNode(!isFile, path);
+    if (status.filesize >= 0) {
+        node->setSize(static_cast<std::uint64_t>(status.filesize));
+    } else {
+        node->setSizeUnknown();
+    }
+    return node;
+}
+
+namespace {
+
+/// What makes a node, whose failure is told in the log.
+template <class Make>
+HSVNNodeRef logged(const HSVNLocalPathRef& path, Make make)
+{
     try {
-        node = nodeOfKind(path, status);
+        return make();
     } catch (const HSVNPlatformException& exception) {
         HSVNDebug::logAtLevel(0, "Exception caught while creating node for '%@':", path->string());
         HSVNDebug::logAtLevel(0, "%@", exception.reason());
         throw;
     }
-    node->setPath(path);
-    node->setLocation(location);
-    setShownName(*node, path->string());
+}
+
+} // namespace
+
+HSVNNodeRef HSVNStatusNodeMaker::makeNode(const HSVNLocalPathRef& path, const svn_wc_status2_t& status)
+{
+    locationOf(path);
+    auto node = logged(path, [&] { return nodeOfKind(path, status); });
     auto record = HSVNStatus::statusWithSVNStatus(&status, _version, &_texts);
     if (const svn_wc_entry_t* entry = status.entry) {
         node->setRevision(record->lastChangedRevision());
-        node->setDate(record->lastChangedDate());
+        node->setExactDate(HSVNDateOrNil(entry->cmt_date));
         node->setSharedAuthor(record->sharedLastChangedAuthor());
         node->setHasProperties(record->hasProperties());
         node->setLock(HSVNLockOfEntry(path, *entry));
@@ -220,6 +274,105 @@ HSVNNodeRef HSVNStatusNodeMaker::makeNode(const HSVNLocalPathRef& path, const sv
         }
     }
     node->setStatus(std::move(record));
+    return node;
+}
+
+namespace {
+
+HSVNSchedule scheduleOf(svn_wc_status_kind node)
+{
+    switch (node) {
+    case svn_wc_status_added:
+        return HSVNScheduleAdd;
+    case svn_wc_status_deleted:
+        return HSVNScheduleDelete;
+    case svn_wc_status_replaced:
+        return HSVNScheduleReplace;
+    default:
+        return HSVNScheduleNormal;
+    }
+}
+
+/// Frees the record of a node that nobody else has.
+template <class Node>
+void dropStatus(const std::shared_ptr<Node>& node)
+{
+    if (node && node.use_count() == 1) {
+        node->setStatus(nullptr);
+    }
+}
+
+/// One state: that of the text where the item's own only says that something of it is modified or in conflict.
+HSVNStatusKind textStatusOf(svn_wc_status_kind node, svn_wc_status_kind text)
+{
+    const bool asksText = node == svn_wc_status_modified || node == svn_wc_status_conflicted;
+    return HSVNConvertStatusKind(asksText ? text : node);
+}
+
+void takeRepositorySide(HSVNStatus& record, const svn_client_status_t& status, const std::string& path)
+{
+    record.setRepositoryNodeStatus(HSVNConvertStatusKind(status.repos_node_status));
+    record.setRepositoryTextStatus(textStatusOf(status.repos_node_status, status.repos_text_status));
+    record.setRepositoryPropertyStatus(HSVNConvertStatusKind(status.repos_prop_status));
+    record.setRepositoryLock(HSVNLock::lockWithSVNLock(status.repos_lock, path));
+    record.setOutOfDateLastCommitRevision(HSVNRevisionNumberFromSubversion(status.ood_changed_rev));
+    record.setOutOfDateLastCommitDate(HSVNDate::dateWithAPRTime(status.ood_changed_date));
+    record.setOutOfDateLastCommitAuthor(HSVNTextOrNil(status.ood_changed_author));
+}
+
+void takeRecord(HSVNStatus& record, const svn_client_status_t& status)
+{
+    record.setNodeStatus(HSVNConvertStatusKind(status.node_status));
+    record.setTextStatus(textStatusOf(status.node_status, status.text_status));
+    record.setPropertyStatus(HSVNConvertStatusKind(status.prop_status));
+    record.setSchedule(scheduleOf(status.node_status));
+    record.setVersioned(status.versioned != 0);
+    record.setLocked(status.wc_is_locked != 0);
+    record.setCopied(status.copied != 0);
+    record.setSwitched(status.switched != 0);
+    record.setFileExternal(status.file_external != 0);
+    record.setIncomplete(status.node_status == svn_wc_status_incomplete);
+    record.setHasProperties(status.prop_status != svn_wc_status_none);
+    record.setHasPropertyModifications(status.prop_status == svn_wc_status_modified);
+    record.setDepth(static_cast<HSVNDepth>(status.depth));
+    record.setRevision(HSVNRevisionNumberFromSubversion(status.revision));
+    record.setLastChangedRevision(HSVNRevisionNumberFromSubversion(status.changed_rev));
+    record.setLastChangedDate(HSVNDate::dateWithAPRTime(status.changed_date));
+    record.setChangelist(HSVNTextOrNil(status.changelist));
+    record.setMovedFrom(HSVNTextOrNil(status.moved_from_abspath));
+    record.setMovedTo(HSVNTextOrNil(status.moved_to_abspath));
+}
+
+HSVNURLRef urlOf(const svn_client_status_t& status)
+{
+    if (!status.repos_root_url || !status.repos_relpath) {
+        return nullptr;
+    }
+    const std::string root = status.repos_root_url;
+    return HSVNURLOfTrustedText(*status.repos_relpath ? root + '/' + HSVNPathText::percentEncoded(status.repos_relpath)
+                                                      : root);
+}
+
+} // namespace
+
+HSVNNodeRef HSVNStatusNodeMaker::makeNode(const HSVNLocalPathRef& path, const svn_client_status_t& status,
+                                          apr_pool_t* pool)
+{
+    locationOf(path);
+    dropStatus(_file);
+    dropStatus(_directory);
+    auto node = logged(path, [&] { return nodeOfKind(path, status, pool); });
+    const auto record = _refills ? renewed(_record) : std::make_shared<HSVNStatus>();
+    takeRecord(*record, status);
+    takeRepositorySide(*record, status, path->string());
+    record->setSharedLastChangedAuthor(_texts.sharedText(status.changed_author));
+    node->setRevision(record->lastChangedRevision());
+    node->setExactDate(HSVNDateOrNil(status.changed_date));
+    node->setSharedAuthor(record->sharedLastChangedAuthor());
+    node->setHasProperties(record->hasProperties());
+    node->setLock(HSVNLock::lockWithSVNLock(status.lock, path->string()));
+    node->setURL(urlOf(status));
+    node->setStatus(record);
     return node;
 }
 

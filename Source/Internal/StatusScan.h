@@ -45,14 +45,23 @@ class HSVNStatusNodeMaker
     /// Needs the context's bundle to be current, and `pool` to outlive the maker.
     HSVNStatusNodeMaker(HSVNVersion version, apr_pool_t* pool);
 
+    /// From now on a node that nobody kept is filled anew for the next item, its status record, too.
+    void refillNodes() { _refills = true; }
     /// The node of one item. A failure to read the item on disk is logged and thrown.
     HSVNNodeRef makeNode(const HSVNLocalPathRef& path, const svn_wc_status2_t& status);
+    /// The same of the record of lines from 1.9 on, which tells more of an item's state, but not what it was copied
+    /// from, the files that a conflict left, and its checksum.
+    ///
+    /// @param pool  for the item
+    HSVNNodeRef makeNode(const HSVNLocalPathRef& path, const svn_client_status_t& status, apr_pool_t* pool);
     /// The item's path as Subversion reports it, with its folder remembered for `makeNode`.
     HSVNLocalPathRef makePath(const char* text);
 
   private:
+    /// An empty node of either kind with its place.
+    HSVNNodeRef newNode(bool isDirectory, const HSVNLocalPathRef& path);
     HSVNNodeRef nodeOfKind(const HSVNLocalPathRef& path, const svn_wc_status2_t& status);
-    svn_node_kind_t kindOf(const HSVNLocalPathRef& path, const svn_wc_status2_t& status) const;
+    HSVNNodeRef nodeOfKind(const HSVNLocalPathRef& path, const svn_client_status_t& status, apr_pool_t* pool);
     const HSVNPathRef& locationOf(const HSVNLocalPathRef& path);
     std::uint64_t sizeOnDisk(const HSVNLocalPathRef& path);
 
@@ -62,6 +71,11 @@ class HSVNStatusNodeMaker
     HSVNPathRef _location; // of the last item
     HSVNFolderHandle _folder;
     bool _folderIsOpen = false;
+    bool _refills = false;
+    // The last ones, while nodes are refilled.
+    HSVNFileRef _file;
+    HSVNDirectoryRef _directory;
+    HSVNStatusRef _record;
 };
 
 /// The kinds that occur below each folder of a scan.

@@ -1,6 +1,7 @@
 #include "Internal/Update.h"
 
 #include "HSVNRevision.h"
+#include "Internal/ConflictRecord.h"
 #include "Internal/DepthTranslation.h"
 #include "Internal/ExtensionCall.h"
 #include "Internal/RevisionNumber.h"
@@ -13,13 +14,14 @@ svn_error_t* callUpdate(HSVNOperation& operation, apr_array_header_t** results, 
                         const svn_opt_revision_t& revision, const HSVNUpdateChoices& choices)
 {
     if (const auto update = operation.newest(&HSVNBundleExtensions::client_update)) {
+        const HSVNConflictChoosing choosing{operation, choices.chooser};
         const HSVNBundleExtensions::Updating record{.depth = HSVNDepthForSubversion(choices.depth),
                                                     .depthIsSticky = choices.depthIsSticky,
                                                     .ignoreExternals = !choices.processExternals,
                                                     .allowObstructions = choices.allowObstructions,
                                                     .addsAsModification = choices.addsAsModification,
                                                     .makeParents = choices.makeParents,
-                                                    .ignoreAncestry = false};
+                                                    .choosing = choosing.record()};
         return update(results, targets, &revision, &record, operation.ctx(), operation.pool());
     }
     operation.refuse(choices.addsAsModification, "addsAsModification");

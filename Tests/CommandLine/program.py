@@ -187,6 +187,20 @@ class Program(unittest.TestCase):
                 self.assertRegex(ran.stderr, f"^hsvn: E0000..: Write error: {reason}\n$", command)
                 self.assertEqual(ran.returncode, 1, command)
 
+    def test_a_commit_whose_report_cannot_be_written_is_known_to_the_working_copy(self):
+        """svn leaves the file modified, and out of date."""
+        with tempfile.TemporaryDirectory() as folder:
+            subprocess.run(["svnadmin", "create", f"{folder}/repository"], check=True)
+            subprocess.run(["svn", "checkout", "-q", f"file://{folder}/repository", f"{folder}/wc"], check=True)
+            with open(f"{folder}/wc/file", "w", encoding="utf-8") as file:
+                file.write("text\n")
+            hsvn("add", "file", folder=f"{folder}/wc")
+            ran = subprocess.run(["/bin/bash", "-c", f"{shlex.quote(HSVN)} commit -m x > /dev/full"], cwd=f"{folder}/wc",
+                                 env=fixtures.environment(folder), capture_output=True, text=True, check=False)
+            self.assertIn("Write error: No space left on device", ran.stderr)
+            self.assertEqual(ran.returncode, 1)
+            self.assertEqual(hsvn("status", "-q", folder=f"{folder}/wc").stdout, "")
+
 
 if __name__ == "__main__":
     unittest.main(argv=sys.argv[:1])

@@ -8,13 +8,13 @@
 #include "HSVNDeleteOptions.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
+#include "HSVNItemsSetAside.h"
 #include "HSVNLocalPath.h"
 #include "HSVNMoveHandler.h"
 #include "HSVNMoveOptions.h"
 #include "HSVNRevision.h"
 #include "HSVNURL.h"
 #include "HSVNUpdateOptions.h"
-#include "HSVNWorkingCopyChanges.h"
 #include "RecordingDelegate.h"
 #include "SampleWorkingCopy.h"
 #include "TestRepository.h"
@@ -163,7 +163,7 @@ const std::vector<Scenario>& scenarios()
                   {"edit of b\n", "unversioned\n"}),
         {"Upgrade",
          takeOneOfAnOlderLine,
-         [](const Place& place) { HSVNUpgradeFolder(place.root, place.client); },
+         [](const Place& place) { place.client->upgrade(place.root); },
          {"edit of mine\n"},
          [](const Place& place) {
              HSVNDirectory::upgradeWorkingCopyAtPath(place.wc(), HSVNBundleLoader::sharedInstance().newestVersion(),

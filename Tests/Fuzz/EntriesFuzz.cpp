@@ -25,6 +25,6 @@ HSVN_FUZZ_TARGET
     passes([&] { HSVNDirectory::formatVersionForWorkingCopyAtPath(path); });
     passes([&] { HSVNDirectory::versionForWorkingCopyAtPath(path); });
     passes([&] { HSVNDirectory::statusForNodesInDirectoryAtPath(path, HSVNStatusOptions::defaults(), client); });
-    passes([&] { HSVNUpgradeFolder(path->string(), client); });
+    passes([&] { client->upgrade(path); });
     return 0;
 }

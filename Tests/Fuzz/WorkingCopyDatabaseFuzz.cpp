@@ -18,16 +18,14 @@ struct WorkingCopy
         folder = library.directory() / "wc";
         const auto path = HSVNLocalPath::pathWithString(folder.string());
         HSVNCreateRepository(repository.string(), {}, library.client());
-        HSVNCheckOutItem("file://" + repository.string(), folder.string(), HSVNRevisionSpec::HEAD(), {},
-                         library.client());
+        library.client()->checkout("file://" + repository.string(), folder.string());
         std::filesystem::create_directories(folder / "folder/inner");
         for (const auto* name : {"a", "folder/b", "folder/inner/c", "gone"}) {
             FuzzLibrary::write(folder / name, name);
         }
-        HSVNAddItem((folder / "folder").string(), {}, library.client());
-        HSVNAddItem((folder / "a").string(), {}, library.client());
-        HSVNAddItem((folder / "gone").string(), {}, library.client());
-        HSVNChangeProperty("colour", "red", {(folder / "a").string()}, {}, library.client());
+        const std::string file = folder / "a";
+        library.client()->add({(folder / "folder").string(), file, (folder / "gone").string()});
+        library.client()->setProperty(file, "colour", "red");
         database = folder / ".svn/wc.db";
         std::ifstream stream{database, std::ios::binary};
         bytes.assign(std::istreambuf_iterator<char>{stream}, {});
@@ -156,9 +154,6 @@ HSVN_FUZZ_TARGET
     options->setPropagateStatusToAncestor(true);
     passes([&] { HSVNDirectory::statusForNodesInDirectoryAtPath(path, options, client); });
     passes([&] { HSVNDirectory::formatVersionForWorkingCopyAtPath(path); });
-    passes([&] {
-        HSVNScanItemStatus(
-            path->string(), HSVNRevision::HEAD(), {.getAll = true}, [](const HSVNItemStatus&) {}, client);
-    });
+    passes([&] { client->status(path, {.getAll = true}); });
     return 0;
 }

@@ -9,62 +9,8 @@
 // Failures of the command line are HSVNExceptions with Subversion's own codes, so that they are printed as Subversion
 // prints them.
 
-/// Subversion's codes that the program itself raises or looks for.
-enum ErrorCode : std::int32_t
-{
-    EndOfFile = 70014,
-    BadFileName = 125001,
-    BadURL = 125002,
-    BadDate = 125003,
-    BadPropertyValue = 125005,
-    InconsistentLineEnds = 135000,
-    PipeWrite = 135007,
-    WorkingCopyLocked = 155004,
-    WorkingCopyNotDirectory = 155007,
-    WorkingCopyPathNotFound = 155010,
-    LeftLocalModifications = 155012,
-    ObstructedUpdate = 155000,
-    FoundConflict = 155015,
-    ConflictResolverFailure = 155027,
-    InvalidSwitch = 155025,
-    WorkingCopyUpgradeRequired = 155036,
-    InvalidOperationDepth = 155038,
-    IllegalURL = 170000,
-    AuthenticationFailed = 215004,
-    BadRevision = 195002,
-    ClientModified = 195006,
-    UnrelatedResources = 195012,
-    InvalidMergeInfo = 195021,
-    ClientIsDirectory = 195007,
-    ClientIsBinaryFile = 195004,
-    ClientBadRevision = 195008,
-    EntryNotFound = 150000,
-    EntryExists = 150002,
-    NodeNotFound = 160013,
-    NotDirectory = 160016,
-    NotFile = 160017,
-    PropertyName = 195011,
-    General = 200000,
-    UnversionedResource = 200005,
-    MalformedNumber = 200004,
-    UnsupportedFeature = 200007,
-    IllegalTarget = 200009,
-    PropertyNotFound = 200017,
-    MalformedVersion = 200037,
-    ExternalProgram = 200012,
-    Cancelled = 200015,
-    DatabaseBusy = 200033,
-    ArgumentParsing = 205000,
-    InsufficientArguments = 205001,
-    MutuallyExclusiveArguments = 205002,
-    LogMessageIsVersionedFile = 205004,
-    LogMessageIsPath = 205005,
-    NoEditor = 205007,
-    BadLogMessage = 205008,
-    UnnecessaryLogMessage = 205009,
-    NoMergeTool = 205010,
-    ExternalsProcessing = 205011
-};
+// Subversion's codes by their bare names.
+using enum HSVNStatusCode::Value;
 
 /// An exception with a code and a message.
 HSVNException failure(std::int32_t code, const std::string& message);

@@ -176,7 +176,7 @@ void applyLimit(Session& /*session*/, Options& options, const std::string& argum
         fail(ArgumentParsing, "Non-numeric limit argument given", exception);
     }
     if (limit <= 0) {
-        fail(MalformedNumber, "Argument to --limit must be positive");
+        fail(IncorrectParameters, "Argument to --limit must be positive");
     }
     options.limit = limit;
 }
@@ -190,7 +190,7 @@ void applyStrip(Session& /*session*/, Options& options, const std::string& argum
         fail(ArgumentParsing, fmt::format("Invalid strip count '{}'", text), exception);
     }
     if (options.strip < 0) {
-        fail(MalformedNumber, "Argument to --strip must be positive");
+        fail(IncorrectParameters, "Argument to --strip must be positive");
     }
 }
 

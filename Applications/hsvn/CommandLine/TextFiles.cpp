@@ -70,10 +70,10 @@ std::int32_t numberOf(const std::string& text)
     errno = 0;
     const auto number = std::strtoll(text.c_str(), &end, 10);
     if (text.empty() || *end != '\0' || errno != 0) {
-        fail(MalformedNumber, fmt::format("Could not convert '{}' into a number", text));
+        fail(IncorrectParameters, fmt::format("Could not convert '{}' into a number", text));
     }
     if (number < Limits::min() || number > Limits::max()) {
-        fail(MalformedNumber,
+        fail(IncorrectParameters,
              fmt::format("Number '{}' is out of range '[{}, {}]'", text, Limits::min(), Limits::max()));
     }
     return static_cast<std::int32_t>(number);

@@ -5,15 +5,13 @@
 
 namespace {
 
-HSVNItemAddOptions wishesOf(const Options& options)
+HSVNAddChoices choicesOf(const Options& options)
 {
-    HSVNItemAddOptions wishes;
-    wishes.depth = options.depthOr(HSVNDepthInfinity);
-    wishes.force = options.force;
-    wishes.matchIgnorePatterns = !options.noIgnore;
-    wishes.automaticProperties = !options.noAutoProperties;
-    wishes.addParents = options.parents;
-    return wishes;
+    return {.depth = options.depthOr(HSVNDepthInfinity),
+            .force = options.force,
+            .matchIgnorePatterns = !options.noIgnore,
+            .automaticProperties = !options.noAutoProperties,
+            .makeParents = options.parents};
 }
 
 /// Fails when some targets could not be added, for each reason once, the last one first.
@@ -39,7 +37,7 @@ void runAdd(Session& session)
     TargetFailures failures{session.options.quiet};
     for (const auto& target : targets) {
         failures.attempt({EntryExists, WorkingCopyPathNotFound},
-                         [&] { HSVNAddItem(target, wishesOf(session.options), session.client()); });
+                         [&] { session.client()->add(HSVNTarget::verbatim(target), choicesOf(session.options)); });
     }
     failForRefused(failures.codes());
 }

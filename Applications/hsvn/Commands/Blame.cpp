@@ -52,10 +52,10 @@ class BlameRun
         const Options& options = _session.options;
         const auto targets = requiredTargets(_session);
         settleRange();
-        _wishes.ignoreContentType = options.force;
-        _wishes.mergedRevisions = options.useMergeHistory;
-        _wishes.arguments = split(options.extensions.value_or(""), " \t\n\r");
-        HSVNCheckBlameArguments(_wishes.arguments, _session.client());
+        _choices = {.ignoreContentType = options.force,
+                    .mergedRevisions = options.useMergeHistory,
+                    .arguments = split(options.extensions.value_or(""), " \t\n\r")};
+        _session.client()->checkBlameArguments(_choices.arguments);
         checkOptions();
         const bool isDocument = options.xml && !options.incremental;
         if (isDocument) {
@@ -109,9 +109,9 @@ class BlameRun
             _lines.open("target", {{"path", localStyle(path)}});
         }
         try {
-            HSVNReadBlame(
-                path, peg, {_start, end}, _wishes,
-                [&, &shown = path](const HSVNBlamedLine& line) { print(line, shown); }, _session.client());
+            _session.client()->blame({HSVNTarget::verbatim(path), HSVNRevisionSpec::pegRevisionWithRevision(peg)},
+                                     {_start, end}, _choices,
+                                     [&, &shown = path](const HSVNBlamedLine& line) { print(line, shown); });
         } catch (const HSVNException& exception) {
             if (exception.status() != ClientIsBinaryFile) {
                 throw;
@@ -204,7 +204,7 @@ class BlameRun
     Session& _session;
     HSVNRevisionRef _start;
     HSVNRevisionRef _end;
-    HSVNBlameOptions _wishes;
+    HSVNBlameChoices _choices;
     XML _lines; // kept until the target is known to have been read whole
     nlohmann::ordered_json _records = nlohmann::ordered_json::array();
 };

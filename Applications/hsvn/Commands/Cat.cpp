@@ -10,8 +10,9 @@ namespace {
 void cat(Session& session, const std::string& target)
 {
     const auto [path, peg] = peggedTarget(session, target);
-    HSVNReadContents(path, HSVNRevisionSpec::revisionWithRevision(session.options.startRevision(), peg),
-                     !session.options.ignoreKeywords, Output::writeBytes, session.client());
+    session.client()->contents(HSVNTarget::verbatim(path),
+                               HSVNRevisionSpec::revisionWithRevision(session.options.startRevision(), peg),
+                               {.expandKeywords = !session.options.ignoreKeywords}, Output::writeBytes);
 }
 
 /// What is said of all targets together, the outermost first.

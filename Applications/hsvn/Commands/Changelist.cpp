@@ -31,7 +31,11 @@ void runChangelist(Session& session)
     printNotifications(session, printer);
     TargetFailures failures{options.quiet};
     failures.attempt({UnversionedResource, WorkingCopyPathNotFound}, [&] {
-        HSVNChangeChangelist(name, targets, options.depthOr(HSVNDepthEmpty), options.changelists, session.client());
+        const auto items = HSVNTargets::verbatim(targets);
+        const HSVNChangelistChoices choices{.depth = options.depthOr(HSVNDepthEmpty),
+                                            .changelists = options.changelists};
+        name ? session.client()->addToChangelist(items, *name, choices)
+             : session.client()->removeFromChangelists(items, choices);
     });
     failForRefused(failures.codes());
 }

@@ -1,7 +1,6 @@
 #include "CommandLine/Errors.h"
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/Targets.h"
-#include "Commands/UpdateWishes.h"
 #include "Output/NotificationListener.h"
 
 #include <fmt/format.h>
@@ -25,8 +24,12 @@ void checkOut(Session& session, const std::string& target, const std::string& fo
     const auto [url, peg] = peggedTarget(session, target);
     const bool isPegged = !peg->isEqual(HSVNRevision::UNSPECIFIED());
     const auto revision = options.usedRevision ? options.startRevision() : isPegged ? peg : HSVNRevision::HEAD();
-    HSVNCheckOutItem(url, isOneOfSeveral ? joined(folder, nameOfURL(url)) : folder,
-                     HSVNRevisionSpec::revisionWithRevision(revision, peg), updateWishes(options), session.client());
+    session.client()->checkout(HSVNTarget::verbatim(url),
+                               HSVNTarget::verbatim(isOneOfSeveral ? joined(folder, nameOfURL(url)) : folder),
+                               HSVNRevisionSpec::revisionWithRevision(revision, peg),
+                               {.depth = options.depthOfUpdate(),
+                                .processExternals = !options.ignoreExternals,
+                                .allowObstructions = options.force});
 }
 
 void runCheckout(Session& session)

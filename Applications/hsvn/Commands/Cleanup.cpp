@@ -15,20 +15,18 @@ bool vacuums(const Options& options)
 void vacuum(Session& session, const std::string& target)
 {
     const Options& options = session.options;
-    HSVNVacuumOptions wishes;
-    wishes.removeUnversioned = options.removeUnversioned;
-    wishes.removeIgnored = options.removeIgnored;
-    wishes.fixTimestamps = true;
-    wishes.vacuumPristines = options.vacuumPristines;
-    wishes.includeExternals = options.includeExternals;
-    HSVNVacuumFolder(absolutePath(target), wishes, session.client());
+    session.client()->vacuum(HSVNTarget::verbatim(absolutePath(target)),
+                             {.removeUnversioned = options.removeUnversioned,
+                              .removeIgnored = options.removeIgnored,
+                              .fixTimestamps = true,
+                              .vacuumPristines = options.vacuumPristines,
+                              .includeExternals = options.includeExternals});
 }
 
 void cleanUp(Session& session, const std::string& target)
 {
-    HSVNCleanUpOptions wishes;
-    wishes.includeExternals = session.options.includeExternals;
-    HSVNCleanUpFolder(absolutePath(target), wishes, session.client());
+    session.client()->cleanUp(HSVNTarget::verbatim(absolutePath(target)),
+                              {.includeExternals = session.options.includeExternals});
 }
 
 void cleanUpOrVacuum(Session& session, const std::string& target)

@@ -39,15 +39,16 @@ void runCommit(Session& session)
     options.noUnlock = options.noUnlock || session.isConfigured("no-unlock");
     CommitRun commit{session, true, NotifiedOperation::Other, folderOf(targets)};
     commit.printer().warnOfCopiesBelow(options.depthOr(HSVNDepthInfinity));
-    HSVNItemCommitOptions wishes;
-    wishes.depth = options.depthOr(HSVNDepthInfinity);
-    wishes.keepLocks = options.noUnlock;
-    wishes.keepChangelists = options.keepChangelists;
-    wishes.includeExternals = options.includeExternals;
-    wishes.changelists = options.changelists;
     try {
-        commit.run([&](const HSVNRevisionWishes& revision, const HSVNClientRef& client) {
-            HSVNCommitItems(targets, wishes, revision, client);
+        commit.run([&](HSVNClient& client) {
+            client.commit(HSVNTargets::verbatim(targets),
+                          {.depth = options.depthOr(HSVNDepthInfinity),
+                           .keepLocks = options.noUnlock,
+                           .keepChangelists = options.keepChangelists,
+                           .includeExternals = options.includeExternals,
+                           .changelists = options.changelists,
+                           .revisionProperties = commit.revisionProperties()},
+                          commit.receiver());
         });
     } catch (const HSVNException& exception) {
         throw commit.hasOwnFailure() ? wrapped(exception, "Commit failed (details follow):") : exception;

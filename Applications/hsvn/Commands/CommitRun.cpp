@@ -43,13 +43,9 @@ void printResult(const HSVNCommitResult& result)
 bool isVersioned(const std::string& path, const HSVNClientRef& client)
 {
     bool isVersioned = false;
-    HSVNItemStatusOptions options;
-    options.depth = HSVNDepthEmpty;
-    options.getAll = true;
     try {
-        HSVNScanItemStatus(
-            path, HSVNRevision::UNSPECIFIED(), options,
-            [&](const HSVNItemStatus& status) { isVersioned = isVersioned || status.versioned; }, client);
+        client->status(HSVNTarget::verbatim(path), {.depth = HSVNDepthEmpty, .getAll = true},
+                       [&](const HSVNNodeRef& node) { isVersioned = isVersioned || node->status()->versioned(); });
     } catch (const HSVNException&) { // NOLINT(bugprone-empty-catch): no working copy there
     }
     return isVersioned;
@@ -69,19 +65,27 @@ CommitRun::CommitRun(Session& session, bool commits, NotifiedOperation operation
     session.setDelegate(std::make_shared<HSVNClientDelegateFor<CommitListener>>(_printer, *_message));
 }
 
-void CommitRun::run(const std::function<void(const HSVNRevisionWishes& wishes, const HSVNClientRef& client)>& change)
+std::map<std::string, std::string> CommitRun::revisionProperties() const
 {
-    HSVNRevisionWishes wishes;
-    wishes.properties = revisionPropertiesOf(_session.options);
-    if (!_session.options.quiet) {
-        wishes.receiver = [this](const HSVNCommitResult& result) {
-            _failsToPrint = true;
-            printResult(result);
-            _failsToPrint = false;
-        };
+    return revisionPropertiesOf(_session.options);
+}
+
+HSVNReceiver<const HSVNCommitResult&> CommitRun::receiver()
+{
+    if (_session.options.quiet) {
+        return {};
     }
+    return [this](const HSVNCommitResult& result) {
+        _failsToPrint = true;
+        printResult(result);
+        _failsToPrint = false;
+    };
+}
+
+void CommitRun::run(const std::function<void(HSVNClient& client)>& change)
+{
     try {
-        change(wishes, _session.client());
+        change(*_session.client());
     } catch (const HSVNException& exception) {
         throw _message ? _message->withLeftFile(exception) : exception;
     }

@@ -6,6 +6,7 @@
 #include <HSVN/HSVN.h>
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 
@@ -23,7 +24,11 @@ class CommitRun
     /// Runs the change.
     ///
     /// @throws HSVNException what went wrong, and where an edited message was left
-    void run(const std::function<void(const HSVNRevisionWishes& wishes, const HSVNClientRef& client)>& change);
+    void run(const std::function<void(HSVNClient& client)>& change);
+    /// What --with-revprop gives the new revision.
+    std::map<std::string, std::string> revisionProperties() const;
+    /// Who prints the new revision; nil for nobody.
+    HSVNReceiver<const HSVNCommitResult&> receiver();
     /// Whether it failed for want of a log message or because the result could not be printed: failures of the program,
     /// which Subversion has not put into its words.
     bool hasOwnFailure() const { return _failsToPrint || (_message && _message->hasFailed()); }

@@ -8,16 +8,17 @@
 namespace {
 
 /// The sources, and the destination at the end, of copies and moves.
-std::pair<std::vector<HSVNCopySource>, std::string> sourcesAndDestination(Session& session)
+std::pair<std::vector<HSVNTargetInRevision>, std::string> sourcesAndDestination(Session& session)
 {
     auto targets = requiredTargets(session);
     if (targets.size() < 2) {
         fail(InsufficientArguments, "Not enough arguments provided");
     }
-    std::vector<HSVNCopySource> sources;
+    std::vector<HSVNTargetInRevision> sources;
     for (const auto& target : targets) {
         const auto [path, peg] = peggedTarget(session, target);
-        sources.push_back({path, HSVNRevisionSpec::revisionWithRevision(session.options.startRevision(), peg)});
+        sources.emplace_back(HSVNTarget::verbatim(path),
+                             HSVNRevisionSpec::revisionWithRevision(session.options.startRevision(), peg));
     }
     sources.pop_back();
     return {sources, unpeggedTargets({targets.back()}).front()};
@@ -38,14 +39,15 @@ void runCopy(Session& session)
     const auto& sources = arguments.first;
     const auto& destination = arguments.second;
     const bool toURL = isURL(destination);
-    CommitRun change{session, toURL, operationOf(isURL(sources.front().target), toURL)};
-    HSVNItemCopyOptions wishes;
-    wishes.asChild = true;
-    wishes.makeParents = options.parents;
-    wishes.ignoreExternals = options.ignoreExternals;
-    wishes.pinExternals = options.pinExternals;
-    change.run([&](const HSVNRevisionWishes& revision, const HSVNClientRef& client) {
-        HSVNCopyItems(sources, destination, wishes, revision, client);
+    CommitRun change{session, toURL, operationOf(isURL(sources.front().target.text()), toURL)};
+    change.run([&](HSVNClient& client) {
+        client.copy(sources, HSVNTarget::verbatim(destination),
+                    {.asChild = true,
+                     .makeParents = options.parents,
+                     .processExternals = !options.ignoreExternals,
+                     .pinExternals = options.pinExternals,
+                     .revisionProperties = change.revisionProperties()},
+                    change.receiver());
     });
 }
 

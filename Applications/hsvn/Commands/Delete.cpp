@@ -12,8 +12,12 @@ void runDelete(Session& session)
     CommitRun change{session, isURL(targets.front())};
     targets = unpeggedTargets(targets);
     try {
-        change.run([&](const HSVNRevisionWishes& revision, const HSVNClientRef& client) {
-            HSVNDeleteItems(targets, {options.force, options.keepLocal}, revision, client);
+        change.run([&](HSVNClient& client) {
+            client.remove(HSVNTargets::verbatim(targets),
+                          {.force = options.force,
+                           .keepLocal = options.keepLocal,
+                           .revisionProperties = change.revisionProperties()},
+                          change.receiver());
         });
     } catch (const HSVNException& exception) {
         const auto status = exception.status();

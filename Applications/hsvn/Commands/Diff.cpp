@@ -169,24 +169,20 @@ class DiffRun
         _isPegged = !isLocalRevision(_start) || !isLocalRevision(_end);
     }
 
-    HSVNComparisonOptions wishes() const
+    HSVNDiffChoices choices() const
     {
         const Options& options = _session.options;
-        HSVNComparisonOptions wishes;
-        wishes.depth = options.depth;
-        wishes.ignoreAncestry = !options.noticeAncestry;
-        wishes.changelists = options.changelists;
-        wishes.omitAdded = options.noDiffAdded;
-        wishes.omitDeleted = options.noDiffDeleted;
-        wishes.copiesAsAdds = options.showCopiesAsAdds || options.patchCompatible;
-        wishes.ignoreContentType = options.force || _session.isConfigured("diff-ignore-content-type");
-        wishes.ignoreProperties = options.ignoreProperties || options.patchCompatible;
-        wishes.propertiesOnly = options.propertiesOnly;
-        wishes.gitFormat = options.gitFormat;
-        if (options.extensions) {
-            wishes.arguments = split(*options.extensions, " \t\n\r");
-        }
-        return wishes;
+        return {.depth = options.depth,
+                .ignoreAncestry = !options.noticeAncestry,
+                .changelists = options.changelists,
+                .omitAdded = options.noDiffAdded,
+                .omitDeleted = options.noDiffDeleted,
+                .copiesAsAdds = options.showCopiesAsAdds || options.patchCompatible,
+                .ignoreContentType = options.force || _session.isConfigured("diff-ignore-content-type"),
+                .ignoreProperties = options.ignoreProperties || options.patchCompatible,
+                .propertiesOnly = options.propertiesOnly,
+                .gitFormat = options.gitFormat,
+                .arguments = options.extensions ? std::optional{split(*options.extensions, " \t\n\r")} : std::nullopt};
     }
 
     void compareItems(const std::string& target)
@@ -194,27 +190,29 @@ class DiffRun
         if (isURL(target)) {
             fail(ArgumentParsing, fmt::format("Path '{}' not relative to base URLs", target));
         }
-        const std::pair first{targetBelow(_old, target), _start};
-        const std::pair second{targetBelow(_new, target), _end};
+        const std::string below = targetBelow(_old, target);
+        const HSVNTargetInRevision first{HSVNTarget::verbatim(below), _start};
+        const HSVNTargetInRevision second{HSVNTarget::verbatim(targetBelow(_new, target)), _end};
         if (_session.options.summarize) {
-            HSVNSummarizeItems(first, second, wishes(), printerBelow(first.first), _session.client());
+            _session.client()->diffSummary(first, second, choices(), printerBelow(below));
         } else {
-            HSVNCompareItems(first, second, wishes(), {}, _session.client());
+            _session.client()->diff(first, second, choices(), {});
         }
     }
 
     void compareRevisions(const std::string& target)
     {
-        const auto [path, given] = peggedTarget(_session, target);
-        const auto peg = isUnspecified(given) ? newestOf(path, HSVNRevision::WORKING()) : given;
+        const auto [path, peg] = peggedTarget(_session, target);
+        const HSVNTargetInRevision item{HSVNTarget::verbatim(path), HSVNRevisionSpec::pegRevisionWithRevision(peg)};
+        const std::pair revisions{_start, _end};
         if (_session.options.summarize) {
-            HSVNSummarizeRevisions(path, peg, {_start, _end}, wishes(), printerBelow(path), _session.client());
+            _session.client()->diffSummary(item, revisions, choices(), printerBelow(path));
         } else {
-            HSVNCompareRevisions(path, peg, {_start, _end}, wishes(), {}, _session.client());
+            _session.client()->diff(item, revisions, choices(), {});
         }
     }
 
-    HSVNDifferenceReceiver printerBelow(const std::string& anchor)
+    HSVNReceiver<const HSVNDifference&> printerBelow(const std::string& anchor)
     {
         return [this, &anchor](const HSVNDifference& difference) {
             print(difference, localStyle(targetBelow(anchor, difference.path)));

@@ -16,17 +16,16 @@ void runExport(Session& session)
     const std::string to = targets.size() == 2 ? localTargets({targets.back()}).front()
                            : isURL(from)       ? nameOfURL(from)
                                                : baseName(from);
-    HSVNItemExportOptions wishes;
-    wishes.depth = options.depthOr(HSVNDepthInfinity);
-    wishes.overwrite = options.force;
-    wishes.processExternals = !options.ignoreExternals;
-    wishes.expandKeywords = !options.ignoreKeywords;
-    wishes.nativeEndOfLine = options.nativeEOL;
+    const HSVNExportChoices choices{.depth = options.depthOr(HSVNDepthInfinity),
+                                    .overwrite = options.force,
+                                    .processExternals = !options.ignoreExternals,
+                                    .expandKeywords = !options.ignoreKeywords,
+                                    .nativeEndOfLine = options.nativeEOL};
     NotificationPrinter printer{options.quiet, NotifiedOperation::Export};
     printNotifications(session, printer);
     try {
-        HSVNExportItem(from, to, HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg), wishes,
-                       session.client());
+        session.client()->exportTree(HSVNTarget::verbatim(from), HSVNTarget::verbatim(to),
+                                     HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg), choices);
     } catch (const HSVNException& exception) {
         if (exception.status() == ObstructedUpdate && !options.force) {
             throw wrapped(exception,

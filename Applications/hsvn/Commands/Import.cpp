@@ -24,13 +24,14 @@ void runImport(Session& session)
         fail(ArgumentParsing, fmt::format("Invalid URL '{}'", url));
     }
     CommitRun change{session, true};
-    HSVNItemImportOptions wishes;
-    wishes.depth = options.depthOr(HSVNDepthInfinity);
-    wishes.matchIgnorePatterns = !options.noIgnore;
-    wishes.automaticProperties = !options.noAutoProperties;
-    wishes.ignoreUnknownKinds = options.force;
-    change.run([&](const HSVNRevisionWishes& revision, const HSVNClientRef& client) {
-        HSVNImportItem(path, url, wishes, revision, client);
+    change.run([&](HSVNClient& client) {
+        client.importTree(HSVNTarget::verbatim(path), HSVNTarget::verbatim(url),
+                          {.depth = options.depthOr(HSVNDepthInfinity),
+                           .matchIgnorePatterns = !options.noIgnore,
+                           .automaticProperties = !options.noAutoProperties,
+                           .ignoreUnknownKinds = options.force,
+                           .revisionProperties = change.revisionProperties()},
+                          change.receiver());
     });
 }
 

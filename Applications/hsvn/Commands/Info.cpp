@@ -92,13 +92,12 @@ class InfoRun
         if (isURL(truePath) && peg->isEqual(HSVNRevision::UNSPECIFIED())) {
             peg = HSVNRevision::HEAD();
         }
-        HSVNItemInfoOptions wishes;
-        wishes.depth = options.depthOr(HSVNDepthEmpty);
-        wishes.includeExternals = options.includeExternals;
-        wishes.changelists = options.changelists;
-        HSVNReadItemInfo(
-            truePath, HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg), wishes,
-            [this](const HSVNItemInfo& info) { print(info); }, _session.client());
+        _session.client()->info(HSVNTarget::verbatim(truePath),
+                                HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg),
+                                {.depth = options.depthOr(HSVNDepthEmpty),
+                                 .includeExternals = options.includeExternals,
+                                 .changelists = options.changelists},
+                                [this](const HSVNItemInfo& info) { print(info); });
     }
 
     void print(const HSVNItemInfo& info)

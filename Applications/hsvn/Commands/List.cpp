@@ -64,31 +64,29 @@ class ListRun
     {
         const Options& options = _session.options;
         const auto [path, peg] = peggedTarget(_session, target);
-        HSVNListingOptions wishes;
-        wishes.depth = options.depthOr(HSVNDepthImmediates);
-        wishes.allFields = options.xml || options.json || options.verbose;
-        wishes.fetchLocks = wishes.allFields;
-        wishes.includeExternals = options.includeExternals;
+        const bool isDetailed = options.xml || options.json || options.verbose;
+        HSVNListChoices choices{.depth = options.depthOr(HSVNDepthImmediates),
+                                .allFields = isDetailed,
+                                .fetchLocks = isDetailed,
+                                .includeExternals = options.includeExternals};
         for (const auto& patterns : options.search) {
-            wishes.patterns.push_back(patterns.front());
+            choices.patterns.push_back(patterns.front());
         }
         _external.clear();
         if (options.xml) {
             Output::writeBytes(XML{}.open("list", {{"path", localStyle(path)}}).text());
         }
-        HSVNListItems(
-            path, HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg), wishes,
-            [&, &shown = path](const HSVNListedItem& item) { print(item, shown); }, _session.client());
+        _session.client()->list(HSVNTarget::verbatim(path),
+                                HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg), choices,
+                                [&, &shown = path](const HSVNNodeRef& node) { print(*node, shown); });
     }
 
-    void print(const HSVNListedItem& item, const std::string& target)
+    void print(const HSVNNode& item, const std::string& target)
     {
         const Options& options = _session.options;
-        std::string name = item.path;
-        if (name.empty() && item.kind == HSVNNodeKindFile) {
-            name = baseName(item.absolutePath);
-        } else if (name.empty() && (!options.verbose || options.xml || options.json)) {
-            return;
+        const std::string name = item.name().value_or("");
+        if (name == "." && (!options.verbose || options.xml || options.json)) {
+            return; // the folder that is listed
         }
         if (options.json) {
             _records.push_back(record(item, target, name));
@@ -99,22 +97,20 @@ class ListRun
             printXML(item, name);
             return;
         }
-        name = localStyle(name) + (item.kind == HSVNNodeKindDirectory ? "/" : "");
-        Output::write((options.verbose ? columns(item) : "") + name + "\n");
+        Output::write((options.verbose ? columns(item) : "") + localStyle(name) + (item.isDirectory() ? "/\n" : "\n"));
     }
 
     /// Says once where the following items come from.
-    void printExternal(const HSVNListedItem& item)
+    void printExternal(const HSVNNode& item)
     {
-        const std::string external =
-            item.externalTarget ? *item.externalTarget + '\n' + item.externalParentURL.value_or("") : "";
+        const std::string parent = item.externalParentURL().value_or("");
+        const std::string target = item.externalTarget().value_or("");
+        const std::string external = item.externalTarget() ? target + '\n' + parent : "";
         if (external == _external) {
             return;
         }
         const bool follows = !_external.empty();
         _external = external;
-        const std::string parent = item.externalParentURL.value_or("");
-        const std::string target = item.externalTarget.value_or("");
         if (_session.options.xml) {
             XML xml = follows ? XML{}.close("external") : XML{};
             Output::writeBytes(xml.open("external", {{"parent_url", parent}, {"target", target}}).text());
@@ -123,53 +119,54 @@ class ListRun
         }
     }
 
-    std::string columns(const HSVNListedItem& item) const
+    std::string columns(const HSVNNode& item) const
     {
         constexpr std::size_t authorWidth = 8;
         std::string size;
-        if (item.kind == HSVNNodeKindFile) {
-            size = _session.options.humanReadable ? humanSize(item.size, true) : std::to_string(item.size);
+        if (!item.isDirectory()) {
+            size = _session.options.humanReadable ? humanSize(static_cast<std::int64_t>(item.size()), true)
+                                                  : std::to_string(item.size());
         }
-        return fmt::format("{:>7} {:<8} {} {:>{}} {} ", item.revision,
-                           item.author.value_or(" ? ").substr(0, authorWidth), item.lock ? 'O' : ' ', size, sizeWidth,
-                           item.date ? listDate(*item.date) : "");
+        return fmt::format("{:>7} {:<8} {} {:>{}} {} ", item.revision(),
+                           item.author().value_or(" ? ").substr(0, authorWidth), item.lock() ? 'O' : ' ', size,
+                           sizeWidth, item.date() ? listDate(*item.date()) : "");
     }
 
-    static void printXML(const HSVNListedItem& item, const std::string& name)
+    static void printXML(const HSVNNode& item, const std::string& name)
     {
-        const bool isFile = item.kind == HSVNNodeKindFile;
+        const bool isFile = !item.isDirectory();
         XML xml;
         xml.open("entry", {{"kind", isFile ? "file" : "dir"}}).element("name", std::string_view{name});
         if (isFile) {
-            xml.element("size", std::string_view{std::to_string(item.size)});
+            xml.element("size", std::string_view{std::to_string(item.size())});
         }
-        addCommit(xml, item.revision, item.author, item.date);
-        if (item.lock) {
-            addLock(xml, *item.lock);
+        addCommit(xml, item.revision(), item.author(), item.exactDate());
+        if (item.lock()) {
+            addLock(xml, *item.lock());
         }
         xml.close("entry").write();
     }
 
-    static nlohmann::ordered_json record(const HSVNListedItem& item, const std::string& target, const std::string& name)
+    static nlohmann::ordered_json record(const HSVNNode& item, const std::string& target, const std::string& name)
     {
-        const bool isFile = item.kind == HSVNNodeKindFile;
+        const bool isFile = !item.isDirectory();
         nlohmann::ordered_json record{
             {"target", localStyle(target)}, {"name", name}, {"kind", isFile ? "file" : "dir"}};
         if (isFile) {
-            record["size"] = item.size;
+            record["size"] = item.size();
         }
-        record["revision"] = item.revision;
-        if (item.author) {
-            record["author"] = *item.author;
+        record["revision"] = item.revision();
+        if (const auto author = item.author()) {
+            record["author"] = *author;
         }
-        if (item.date) {
-            record["date"] = exactDate(*item.date);
+        if (const auto date = item.exactDate()) {
+            record["date"] = exactDate(*date);
         }
-        if (item.lock) {
-            record["lock"] = {{"token", item.lock->token()}, {"owner", item.lock->owner().value_or("")}};
+        if (const auto& lock = item.lock()) {
+            record["lock"] = {{"token", lock->token()}, {"owner", lock->owner().value_or("")}};
         }
-        if (item.externalTarget) {
-            record["external"] = *item.externalTarget;
+        if (const auto external = item.externalTarget()) {
+            record["external"] = *external;
         }
         return record;
     }

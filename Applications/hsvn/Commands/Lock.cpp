@@ -27,7 +27,7 @@ void runLock(Session& session)
     targets = unpeggedTargets(targets);
     NotificationPrinter printer{session.options.quiet};
     printNotifications(session, printer);
-    HSVNLockItems(targets, comment, session.options.force, session.client());
+    session.client()->lock(HSVNTargets::verbatim(targets), {.comment = comment, .steal = session.options.force});
     if (printer.hasWarned()) {
         fail(IllegalTarget, "One or more locks could not be obtained");
     }

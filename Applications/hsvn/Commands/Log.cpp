@@ -108,21 +108,21 @@ class DiffPrinter
                                                                                   : HSVNRevision::WORKING()}
     {
         const Options& options = session.options;
-        _wishes.depth = options.depthOr(HSVNDepthInfinity);
-        _wishes.ignoreAncestry = false;
-        _wishes.omitDeleted = true;
+        _choices.depth = options.depthOr(HSVNDepthInfinity);
+        _choices.ignoreAncestry = false;
+        _choices.omitDeleted = true;
         if (options.extensions) {
-            _wishes.arguments = split(*options.extensions, " \t\n\r");
+            _choices.arguments = split(*options.extensions, " \t\n\r");
         }
     }
 
     void print(HSVNRevisionNumber revision) const
     {
         Output::write("\n");
-        HSVNCompareRevisions(
-            _target, _peg, {HSVNRevision::revisionWithNumber(revision - 1), HSVNRevision::revisionWithNumber(revision)},
-            _wishes, {.output = [](std::string_view bytes) { Output::writeBytes(bytes); }, .errors = {}},
-            _session.client());
+        _session.client()->diff(
+            {HSVNTarget::verbatim(_target), HSVNRevisionSpec::pegRevisionWithRevision(_peg)},
+            {HSVNRevision::revisionWithNumber(revision - 1), HSVNRevision::revisionWithNumber(revision)}, _choices,
+            [](std::string_view bytes) { Output::writeBytes(bytes); });
         Output::write("\n");
     }
 
@@ -130,7 +130,7 @@ class DiffPrinter
     Session& _session;
     std::string _target;
     HSVNRevisionRef _peg;
-    HSVNComparisonOptions _wishes;
+    HSVNDiffChoices _choices;
 };
 
 void runLog(Session& session)
@@ -141,24 +141,24 @@ void runLog(Session& session)
     const auto [first, peg] = peggedTarget(session, targets.front());
     targets.front() = first;
     checkFurtherTargets(targets);
-    HSVNLogReadingOptions wishes;
+    HSVNLogChoices choices{.pegRevision = peg,
+                           .limit = options.limit.value_or(0),
+                           .changedPaths = options.verbose,
+                           .stopOnCopy = options.stopOnCopy,
+                           .mergedRevisions = options.useMergeHistory};
     for (const auto& revision : options.revisions) {
-        wishes.ranges.push_back(completed(options.usedChange ? changeAsRange(revision) : revision));
+        choices.ranges.push_back(completed(options.usedChange ? changeAsRange(revision) : revision));
     }
-    wishes.limit = options.limit.value_or(0);
-    wishes.changedPaths = options.verbose;
-    wishes.stopOnCopy = options.stopOnCopy;
-    wishes.mergedRevisions = options.useMergeHistory;
     const bool isDocument = options.xml && !options.incremental;
     if (isDocument) {
         XML::writeHeader("log");
     }
-    wishes.properties = wantedProperties(options);
+    choices.properties = wantedProperties(options);
     const DiffPrinter diffs{session, first, peg};
     LogPrinter printer{options, options.showDiff ? [&](HSVNRevisionNumber revision) { diffs.print(revision); }
                                                  : std::function<void(HSVNRevisionNumber)>{}};
-    HSVNReadLog(
-        targets, peg, wishes, [&](const HSVNLogEntry& entry) { printer.print(entry); }, session.client());
+    session.client()->log(HSVNTargets::verbatim(targets), choices,
+                          [&](const HSVNLogItemRef& item) { printer.print(*item); });
     printer.finish();
     if (isDocument) {
         XML::writeFooter("log");

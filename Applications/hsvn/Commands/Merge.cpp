@@ -124,7 +124,7 @@ class MergeRun
             return;
         }
         const std::string name = isURL(_source.first) ? nameOfURL(_source.first) : baseName(_source.first);
-        const auto here = HSVNArguments::URLOfTarget("", _session.client());
+        const auto here = _session.client()->URLOfTarget(HSVNTarget::verbatim(""));
         const bool isHere = here && nameOfURL(*here) == name;
         _target = name == nameOfURL(_second.first) && !isHere && isFile(name) ? name : "";
     }
@@ -155,33 +155,35 @@ class MergeRun
     /// Whether -r or -c names revisions; a list of -c may be empty.
     bool hasRanges() const { return !isUnspecified(_session.options.startRevision()); }
 
-    HSVNItemMergeOptions wishes()
+    HSVNMergeChoices choices()
     {
         const Options& options = _session.options;
-        HSVNItemMergeOptions wishes;
-        wishes.depth = options.depth;
-        wishes.ignoreMergeInfo = options.ignoreAncestry;
-        wishes.diffIgnoreAncestry = options.ignoreAncestry;
-        wishes.forceDelete = options.force;
-        wishes.recordOnly = options.recordOnly;
-        wishes.dryRun = options.dryRun;
-        wishes.allowMixedRevisions = options.allowMixedRevisions;
-        wishes.arguments = split(options.extensions.value_or(""), " \t\n\r");
+        HSVNMergeChoices choices{.depth = options.depth,
+                                 .ignoreMergeInfo = options.ignoreAncestry,
+                                 .diffIgnoreAncestry = options.ignoreAncestry,
+                                 .forceDelete = options.force,
+                                 .recordOnly = options.recordOnly,
+                                 .dryRun = options.dryRun,
+                                 .allowMixedRevisions = options.allowMixedRevisions,
+                                 .arguments = split(options.extensions.value_or(""), " \t\n\r")};
         if (const auto choice = choiceForAll(options.accept)) {
-            wishes.chooser = [this, choice](const std::string& path, HSVNConflictKind kind) {
+            choices.chooser = [this, choice](const std::string& path, const HSVNConflictRecord& conflict) {
                 // What cannot be settled so ends the merge; it counts as settled all the same.
-                _printer.conflicts().resolve(relativeToCurrentFolder(path), kind);
+                _printer.conflicts().resolve(relativeToCurrentFolder(path), conflict.kind);
                 return *choice;
             };
         }
-        return wishes;
+        return choices;
     }
 
     void merge()
     {
         const auto& client = _session.client();
+        const auto target = HSVNTarget::verbatim(_target);
+        const HSVNTargetInRevision source{HSVNTarget::verbatim(_source.first),
+                                          HSVNRevisionSpec::pegRevisionWithRevision(_source.second)};
         if (_session.options.reintegrate) {
-            HSVNReintegrate(_source.first, _source.second, _target, wishes(), client);
+            client->reintegrate(source, target, choices());
             return;
         }
         if (_hasTwoSources && isURL(_source.first) != isURL(_second.first)) {
@@ -191,11 +193,14 @@ class MergeRun
             Output::write("--- Merging\n");
             Output::flush();
         }
-        if (!_hasTwoSources) {
-            HSVNMergeChanges(_source.first, _source.second, _ranges, _target, wishes(), client);
-            return;
+        if (_hasTwoSources) {
+            client->mergeDifference({HSVNTarget::verbatim(_source.first), _source.second},
+                                    {HSVNTarget::verbatim(_second.first), _second.second}, target, choices());
+        } else if (_ranges) {
+            client->merge(source, *_ranges, target, choices());
+        } else {
+            client->merge(source, target, choices());
         }
-        HSVNMergeTrees(_source, _second, _target, wishes(), client);
     }
 
     /// Merges what is not merged yet and settles the conflicts.

@@ -28,8 +28,11 @@ void runMkdir(Session& session)
     CommitRun change{session, isURL(targets.front())};
     targets = unpeggedTargets(targets);
     try {
-        change.run([&](const HSVNRevisionWishes& revision, const HSVNClientRef& client) {
-            HSVNMakeFolders(targets, session.options.parents, revision, client);
+        change.run([&](HSVNClient& client) {
+            client.makeDirectories(
+                HSVNTargets::verbatim(targets),
+                {.makeParents = session.options.parents, .revisionProperties = change.revisionProperties()},
+                change.receiver());
         });
     } catch (const HSVNException& exception) {
         throw advised(exception, session.options);

@@ -20,12 +20,13 @@ void runMove(Session& session)
     const std::string destination = targets.back();
     targets.pop_back();
     targets = unpeggedTargets(targets);
-    HSVNItemMoveOptions wishes;
-    wishes.asChild = true;
-    wishes.makeParents = options.parents;
-    wishes.allowMixedRevisions = options.allowMixedRevisions;
-    change.run([&](const HSVNRevisionWishes& newRevision, const HSVNClientRef& client) {
-        HSVNMoveItems(targets, destination, wishes, newRevision, client);
+    change.run([&](HSVNClient& client) {
+        client.move(HSVNTargets::verbatim(targets), HSVNTarget::verbatim(destination),
+                    {.asChild = true,
+                     .makeParents = options.parents,
+                     .allowMixedRevisions = options.allowMixedRevisions,
+                     .revisionProperties = change.revisionProperties()},
+                    change.receiver());
     });
 }
 

@@ -12,7 +12,8 @@ void changeRevisionProperty(Session& session, const std::string& name, const std
     const auto target = revisionPropertyTarget(session, unpeggedTargets(targetsOrCurrentFolder(session)));
     NotificationPrinter printer{session.options.quiet};
     printNotifications(session, printer);
-    HSVNChangeRevisionProperty(name, value, target.url, target.revision, session.options.force, session.client());
+    session.client()->setRevisionProperty(HSVNTarget::verbatim(target.url), name, value, target.revision,
+                                          {.force = session.options.force});
 }
 
 void changeProperty(Session& session, const std::string& name, const std::optional<std::string>& value,
@@ -24,11 +25,10 @@ void changeProperty(Session& session, const std::string& name, const std::option
                                 ? "Targets must be working copy paths"
                                 : "Cannot mix repository and working copy targets");
     }
-    HSVNPropertyChangeOptions wishes;
-    wishes.depth = session.options.depthOr(HSVNDepthEmpty);
-    wishes.force = session.options.force;
-    wishes.changelists = session.options.changelists;
     NotificationPrinter printer{session.options.quiet};
     printNotifications(session, printer);
-    HSVNChangeProperty(name, value, targets, wishes, session.client());
+    session.client()->setProperty(HSVNTargets::verbatim(targets), name, value,
+                                  {.depth = session.options.depthOr(HSVNDepthEmpty),
+                                   .force = session.options.force,
+                                   .changelists = session.options.changelists});
 }

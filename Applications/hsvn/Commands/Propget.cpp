@@ -50,7 +50,8 @@ class PropgetRun
     void printRevisionProperty(const RevisionPropertyTarget& target)
     {
         HSVNRevisionNumber number = HSVNInvalidRevision;
-        const auto value = HSVNReadRevisionProperty(_name, target.url, target.revision, &number, _session.client());
+        const auto value =
+            _session.client()->revisionProperty(HSVNTarget::verbatim(target.url), _name, target.revision, &number);
         if (!value) {
             fail(PropertyNotFound,
                  fmt::format("Property '{}' not found on revision {}", _name, shown(*target.revision)));
@@ -86,12 +87,10 @@ class PropgetRun
         }
         for (const auto& target : targets) {
             const auto [path, peg] = peggedTarget(_session, target);
-            HSVNPropertyReadingOptions wishes;
-            wishes.depth = depth;
-            wishes.inherited = options.showInheritedProperties;
-            wishes.changelists = options.changelists;
             const auto spec = HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg);
-            const auto found = HSVNReadProperty(_name, path, spec, wishes, _session.client());
+            const auto found = _session.client()->property(
+                HSVNTarget::verbatim(path), _name, spec,
+                {.depth = depth, .inherited = options.showInheritedProperties, .changelists = options.changelists});
             if (found.values.empty() && !options.showInheritedProperties && depth == HSVNDepthEmpty) {
                 warnMissing(target);
             }

@@ -58,7 +58,8 @@ class ProplistRun
     {
         const Options& options = _session.options;
         HSVNRevisionNumber number = HSVNInvalidRevision;
-        const auto properties = HSVNReadRevisionProperties(target.url, target.revision, &number, _session.client());
+        const auto properties =
+            _session.client()->revisionProperties(HSVNTarget::verbatim(target.url), target.revision, &number);
         if (options.xml) {
             XML::writeHeader("properties");
             XML xml;
@@ -79,13 +80,12 @@ class ProplistRun
     {
         const Options& options = _session.options;
         const auto [path, peg] = peggedTarget(_session, target);
-        HSVNPropertyReadingOptions wishes;
-        wishes.depth = options.depthOr(HSVNDepthEmpty);
-        wishes.inherited = options.showInheritedProperties;
-        wishes.changelists = options.changelists;
-        HSVNReadProperties(
-            path, HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg), wishes,
-            [this](const HSVNItemProperties& item) { print(item); }, _session.client());
+        _session.client()->properties(HSVNTarget::verbatim(path),
+                                      HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg),
+                                      {.depth = options.depthOr(HSVNDepthEmpty),
+                                       .inherited = options.showInheritedProperties,
+                                       .changelists = options.changelists},
+                                      [this](const HSVNItemProperties& item) { print(item); });
     }
 
     void print(const HSVNItemProperties& item)

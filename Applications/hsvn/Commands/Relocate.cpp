@@ -16,7 +16,7 @@ void runRelocate(Session& session)
     std::string from;
     if (isWhole) {
         targets.resize(2);
-        const auto url = HSVNArguments::URLOfTarget(targets[1], session.client());
+        const auto url = session.client()->URLOfTarget(HSVNTarget::verbatim(targets[1]));
         if (!url) {
             fail(WorkingCopyPathNotFound, "'" + targets[1] + "' has no URL");
         }
@@ -28,7 +28,8 @@ void runRelocate(Session& session)
         requireLocal({targets.begin() + 1, targets.end()});
     }
     for (std::size_t index = 1; index < targets.size(); ++index) {
-        HSVNRelocateFolder(targets[index], from, targets.front(), session.options.ignoreExternals, session.client());
+        session.client()->relocate(HSVNTarget::verbatim(targets[index]), from, targets.front(),
+                                   {.processExternals = !session.options.ignoreExternals});
     }
 }
 

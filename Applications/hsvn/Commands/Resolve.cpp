@@ -6,10 +6,6 @@
 
 namespace {
 
-struct EndOfWalk
-{
-};
-
 /// One run of `resolve`.
 class ResolveRun
 {
@@ -47,16 +43,8 @@ class ResolveRun
             return;
         }
         try {
-            HSVNFindConflicts(
-                target, depth,
-                [this](const std::string& path) {
-                    if (!settle(path)) {
-                        throw EndOfWalk{};
-                    }
-                },
-                _session.client());
-        } catch (const EndOfWalk&) {
-            return;
+            _session.client()->conflicts(HSVNTarget::verbatim(target), {.depth = depth},
+                                         [this](const std::string& path) { return settle(path); });
         } catch (const HSVNException& exception) {
             if (exception.status() != WorkingCopyPathNotFound) {
                 warn(exception);

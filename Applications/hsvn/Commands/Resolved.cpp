@@ -12,8 +12,7 @@ void runResolved(Session& session)
     printNotifications(session, printer);
     for (const auto& target : targets) {
         try {
-            HSVNResolveItem(target, session.options.depthOr(HSVNDepthEmpty), HSVNConflictChoiceMerged,
-                            session.client());
+            session.client()->resolve(HSVNTarget::verbatim(target), {.depth = session.options.depthOr(HSVNDepthEmpty)});
         } catch (const HSVNException& exception) {
             if (exception.status() == Cancelled) {
                 throw;

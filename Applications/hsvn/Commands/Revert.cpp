@@ -11,14 +11,13 @@ void runRevert(Session& session)
 {
     const Options& options = session.options;
     const auto targets = localTargets(requiredTargets(session));
-    HSVNItemRevertOptions wishes;
-    wishes.depth = options.depthOr(HSVNDepthEmpty);
-    wishes.changelists = options.changelists;
-    wishes.keepAddedItems = !options.removeAdded;
+    const HSVNRevertChoices choices{.depth = options.depthOr(HSVNDepthEmpty),
+                                    .changelists = options.changelists,
+                                    .keepAddedItems = !options.removeAdded};
     NotificationPrinter printer{options.quiet};
     printNotifications(session, printer);
     try {
-        HSVNRevertItems(targets, wishes, session.client());
+        session.client()->revert(HSVNTargets::verbatim(targets), choices);
     } catch (const HSVNException& exception) {
         if (hasCause(exception, InvalidOperationDepth) && options.depth != HSVNDepthInfinity) {
             throw wrapped(exception, fmt::format("Try '{} revert --depth infinity' instead?", programName()));

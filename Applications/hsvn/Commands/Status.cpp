@@ -33,7 +33,7 @@ struct StatusListener
 struct KeptItem
 {
     std::string target;
-    HSVNItemStatus status;
+    HSVNNodeRef node;
 };
 
 /// One run of `status`.
@@ -89,71 +89,72 @@ class StatusRun
     void scan(const std::string& target)
     {
         const Options& options = _session.options;
-        HSVNItemStatusOptions wishes;
-        wishes.depth = options.depthOr(HSVNDepthInfinity);
-        wishes.getAll = options.verbose;
-        wishes.contactRepository = options.showUpdates;
-        wishes.matchIgnorePatterns = !options.noIgnore;
-        wishes.processExternals = !options.ignoreExternals;
-        wishes.changelists = options.changelists;
+        const HSVNStatusChoices choices{.depth = options.depthOr(HSVNDepthInfinity),
+                                        .getAll = options.verbose,
+                                        .contactRepository = options.showUpdates,
+                                        .revision = options.usedRevision ? options.startRevision() : nullptr,
+                                        .matchIgnorePatterns = !options.noIgnore,
+                                        .processExternals = !options.ignoreExternals,
+                                        .changelists = options.changelists};
         _printer.setTarget(target);
         _target = target;
         if (options.xml) {
             Output::writeBytes(XML{}.open("target", {{"path", localStyle(target)}}).text());
         }
-        const auto revision =
-            options.showUpdates && !options.usedRevision ? HSVNRevision::HEAD() : options.startRevision();
-        const auto against = HSVNScanItemStatus(
-            target, revision, wishes, [this](const HSVNItemStatus& status) { receive(status); }, _session.client());
+        const auto against = _session.client()->status(HSVNTarget::verbatim(target), choices,
+                                                       [this](const HSVNNodeRef& node) { receive(node); });
         if (options.xml && against != HSVNInvalidRevision) {
             XML{}.empty("against", {{"revision", std::to_string(against)}}).write();
         }
     }
 
     /// Whether the item only marks the place of an external, of which -q wants no word.
-    bool isPlaceholder(const HSVNItemStatus& status) const
+    bool isPlaceholder(const HSVNNode& node) const
     {
-        if (!_session.options.quiet || _session.options.verbose || status.conflicted ||
-            status.repositoryNodeStatus != HSVNStatusKindNone)
+        const HSVNStatus& status = *node.status();
+        if (!_session.options.quiet || _session.options.verbose || status.conflicted() ||
+            status.repositoryNodeStatus() != HSVNStatusKindNone)
         {
             return false;
         }
         const auto isNormal = [](HSVNStatusKind kind) {
             return kind == HSVNStatusKindNormal || kind == HSVNStatusKindNone;
         };
-        const bool isUnchangedFile = status.fileExternal && isNormal(status.nodeStatus) &&
-                                     isNormal(status.propertyStatus) && !status.changelist && !status.lock &&
-                                     !status.locked;
-        return status.nodeStatus == HSVNStatusKindExternal || isUnchangedFile;
+        const bool isUnchangedFile = status.fileExternal() && isNormal(status.nodeStatus()) &&
+                                     isNormal(status.propertyStatus()) && !status.changelist() && !node.lock() &&
+                                     !status.locked();
+        return status.nodeStatus() == HSVNStatusKindExternal || isUnchangedFile;
     }
 
-    void receive(const HSVNItemStatus& status)
+    void receive(const HSVNNodeRef& node)
     {
-        if (isPlaceholder(status)) {
+        if (isPlaceholder(*node)) {
             return;
         }
-        if (status.changelist && !_session.options.json) {
-            _changelists[*status.changelist].push_back({_target, status});
+        const auto changelist = node->status()->changelist();
+        if (changelist && !_session.options.json) {
+            _changelists[*changelist].push_back({_target, node});
             return;
         }
-        print(status);
+        print(*node);
     }
 
-    void print(const HSVNItemStatus& status)
+    void print(const HSVNNode& node)
     {
+        const HSVNStatus& status = *node.status();
         const bool isNothing =
-            status.nodeStatus == HSVNStatusKindNone && status.repositoryNodeStatus == HSVNStatusKindNone;
-        const bool isUnwanted = _session.options.quiet && !status.versioned && !status.conflicted &&
-                                status.nodeStatus != HSVNStatusKindExternal;
+            status.nodeStatus() == HSVNStatusKindNone && status.repositoryNodeStatus() == HSVNStatusKindNone;
+        const bool isUnwanted = _session.options.quiet && !status.versioned() && !status.conflicted() &&
+                                status.nodeStatus() != HSVNStatusKindExternal;
         if (isNothing || (isUnwanted && !_session.options.xml)) {
             return;
         }
         if (_session.options.xml) {
-            _printer.printXML(status);
+            _printer.printXML(node);
         } else if (_session.options.json) {
-            _records.push_back(_printer.record(status));
+            _records.push_back(_printer.record(node));
         } else {
-            _printer.printLine(status);
+            _printer.printLine(node);
         }
     }
 
@@ -167,7 +168,7 @@ class StatusRun
             }
             for (const auto& item : items) {
                 _printer.setTarget(item.target);
-                print(item.status);
+                print(*item.node);
             }
             if (_session.options.xml) {
                 Output::writeBytes(XML{}.close("changelist").text());

@@ -1,7 +1,6 @@
 #include "CommandLine/Errors.h"
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/Targets.h"
-#include "Commands/UpdateWishes.h"
 #include "Interaction/ConflictResolution.h"
 #include "Output/NotificationListener.h"
 
@@ -16,15 +15,13 @@ void relocate(Session& session, const std::vector<std::string>& targets)
         fail(InsufficientArguments, "Not enough arguments provided");
     }
     if (isURL(targets[0]) != isURL(targets[1])) {
-        fail(MalformedNumber, fmt::format("'{}' to '{}' is not a valid relocation", targets[0], targets[1]));
+        fail(IncorrectParameters, fmt::format("'{}' to '{}' is not a valid relocation", targets[0], targets[1]));
     }
-    const bool ignoreExternals = session.options.ignoreExternals;
-    if (targets.size() == 2) {
-        HSVNRelocateFolder("", targets[0], targets[1], ignoreExternals, session.client());
-        return;
-    }
-    for (std::size_t index = 2; index < targets.size(); ++index) {
-        HSVNRelocateFolder(targets[index], targets[0], targets[1], ignoreExternals, session.client());
+    const bool isHere = targets.size() == 2;
+    const std::vector<std::string> roots{targets.begin() + 2, targets.end()};
+    for (const auto& root : isHere ? std::vector<std::string>{""} : roots) {
+        session.client()->relocate(HSVNTarget::verbatim(root), targets[0], targets[1],
+                                   {.processExternals = !session.options.ignoreExternals});
     }
 }
 
@@ -58,11 +55,15 @@ void runSwitch(Session& session)
                           : peg->isEqual(HSVNRevision::UNSPECIFIED()) ? HSVNRevision::HEAD()
                                                                       : peg;
     try {
-        HSVNSwitchItem(path, url, HSVNRevisionSpec::revisionWithRevision(revision, peg), updateWishes(options),
-                       session.client());
+        session.client()->switchTo(HSVNTarget::verbatim(path), HSVNTarget::verbatim(url),
+                                   HSVNRevisionSpec::revisionWithRevision(revision, peg),
+                                   {.depth = options.depthOfUpdate(),
+                                    .depthIsSticky = options.setDepth != HSVNDepthUnknown,
+                                    .processExternals = !options.ignoreExternals,
+                                    .allowObstructions = options.force,
+                                    .ignoreAncestry = options.ignoreAncestry});
     } catch (const HSVNException& exception) {
-        constexpr int otherRepository = 170009; // SVN_ERR_RA_UUID_MISMATCH
-        if (exception.status() == InvalidSwitch || exception.status() == otherRepository) {
+        if (exception.status() == InvalidSwitch || exception.status() == OtherRepository) {
             throw wrapped(exception, fmt::format("'{} switch' does not support switching a working copy to a different "
                                                  "repository",
                                                  programName()));

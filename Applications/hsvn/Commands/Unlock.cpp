@@ -11,7 +11,7 @@ void runUnlock(Session& session)
     requireOneKind(targets);
     NotificationPrinter printer{session.options.quiet};
     printNotifications(session, printer);
-    HSVNUnlockItems(targets, session.options.force, session.client());
+    session.client()->unlock(HSVNTargets::verbatim(targets), {.breakLocks = session.options.force});
     if (printer.hasWarned()) {
         fail(IllegalTarget, "One or more locks could not be released");
     }

@@ -12,14 +12,12 @@ namespace {
 /// The members of the changelists at or below the targets.
 std::vector<std::string> changelistMembers(Session& session, const std::vector<std::string>& targets)
 {
-    HSVNItemInfoOptions wishes;
-    wishes.depth = session.options.depthOr(HSVNDepthInfinity);
-    wishes.changelists = session.options.changelists;
+    const HSVNInfoChoices choices{.depth = session.options.depthOr(HSVNDepthInfinity),
+                                  .changelists = session.options.changelists};
     std::vector<std::string> members;
     for (const auto& target : targets) {
-        HSVNReadItemInfo(
-            target, HSVNRevisionSpec::UNSPECIFIED(), wishes,
-            [&](const HSVNItemInfo& info) { members.push_back(info.target); }, session.client());
+        session.client()->info(HSVNTarget::verbatim(target), HSVNRevisionSpec::UNSPECIFIED(), choices,
+                               [&](const HSVNItemInfo& info) { members.push_back(info.target); });
     }
     return members;
 }

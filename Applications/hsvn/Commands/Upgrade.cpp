@@ -10,7 +10,7 @@ void runUpgrade(Session& session)
     NotificationPrinter printer{session.options.quiet};
     printNotifications(session, printer);
     for (const auto& target : targets) {
-        HSVNUpgradeFolder(target, session.client());
+        session.client()->upgrade(HSVNTarget::verbatim(target));
     }
 }
 

@@ -43,8 +43,6 @@ std::optional<std::string> humanDateOf(const std::optional<HSVNDate>& date)
     return date ? std::optional{humanDate(*date)} : std::nullopt;
 }
 
-const char* longWordOf(HSVNNodeKind kind) { return kind == HSVNNodeKindDirectory ? "directory" : wordOf(kind); }
-
 std::string sizeOf(std::int64_t size, const Options& options)
 {
     return options.humanReadable ? humanSize(size, false) : std::to_string(size);
@@ -102,9 +100,9 @@ void addLockLines(std::string& text, const HSVNLock& lock)
 
 void addWorkingCopyLines(std::string& text, const HSVNWorkingCopyInfo& copy)
 {
-    addLine(text, "Schedule", wordOf(copy.schedule));
+    addLine(text, "Schedule", HSVNTextOfSchedule(copy.schedule));
     if (copy.depth != HSVNDepthUnknown && copy.depth != HSVNDepthInfinity) {
-        addLine(text, "Depth", wordOf(copy.depth));
+        addLine(text, "Depth", HSVNTextOfDepth(copy.depth));
     }
     addLine(text, "Copied From URL", copy.copyFromURL);
     addLine(text, "Copied From Rev", textOf(copy.copyFromRevision));
@@ -145,7 +143,7 @@ void printInfo(const HSVNItemInfo& info, const Options& options)
     addLine(text, "Repository Root", info.repositoryRootURL);
     addLine(text, "Repository UUID", info.uuid);
     addLine(text, "Revision", textOf(info.revision));
-    addLine(text, "Node Kind", longWordOf(info.kind));
+    addLine(text, "Node Kind", HSVNTextOfNodeKind(info.kind));
     if (info.kind == HSVNNodeKindFile && info.size >= 0) {
         addLine(text, "Size in Repository", sizeOf(info.size, options));
     }
@@ -197,9 +195,9 @@ std::optional<std::string> valueOf(const HSVNItemInfo& info, InfoItem item, cons
     case InfoItem::WorkingCopyRoot:
         return copy ? copy->rootPath : std::nullopt;
     case InfoItem::Schedule:
-        return copy ? std::optional<std::string>{wordOf(copy->schedule)} : std::nullopt;
+        return copy ? std::optional<std::string>{HSVNTextOfSchedule(copy->schedule)} : std::nullopt;
     case InfoItem::Depth:
-        return copy && info.kind == HSVNNodeKindDirectory ? std::optional<std::string>{wordOf(copy->depth)}
+        return copy && info.kind == HSVNNodeKindDirectory ? std::optional<std::string>{HSVNTextOfDepth(copy->depth)}
                                                           : std::nullopt;
     case InfoItem::Changelist:
         return copy ? copy->changelist : std::nullopt;

@@ -21,7 +21,8 @@ void addVersion(XML& xml, const char* side, const std::optional<HSVNConflictVers
 void addConflict(XML& xml, const HSVNConflictRecord& conflict)
 {
     const bool isText = conflict.kind == HSVNConflictKind::Text;
-    xml.open("conflict", {{"operation", wordOf(conflict.operation)}, {"type", isText ? "text" : "property"}});
+    xml.open("conflict",
+             {{"operation", HSVNTextOfConflictOperation(conflict.operation)}, {"type", isText ? "text" : "property"}});
     addVersion(xml, "source-left", conflict.sourceLeft);
     addVersion(xml, "source-right", conflict.sourceRight);
     if (isText) {
@@ -37,8 +38,8 @@ void addTreeConflict(XML& xml, const HSVNConflictRecord& conflict, const std::st
 {
     xml.open("tree-conflict", {{"victim", victim},
                                {"kind", wordOf(conflict.nodeKind)},
-                               {"operation", wordOf(conflict.operation)},
-                               {"action", wordOf(conflict.action)},
+                               {"operation", HSVNTextOfConflictOperation(conflict.operation)},
+                               {"action", HSVNTextOfConflictAction(conflict.action)},
                                {"reason", wordOf(conflict.reason)}});
     addVersion(xml, "source-left", conflict.sourceLeft);
     addVersion(xml, "source-right", conflict.sourceRight);
@@ -70,10 +71,10 @@ std::optional<std::string> pathInWorkingCopy(const HSVNWorkingCopyInfo& copy,
 void addWorkingCopy(XML& xml, const HSVNWorkingCopyInfo& copy, HSVNNodeKind kind)
 {
     xml.open("wc-info").element("wcroot-abspath", copy.rootPath);
-    xml.element("schedule", std::string_view{wordOf(copy.schedule)});
+    xml.element("schedule", std::string_view{HSVNTextOfSchedule(copy.schedule)});
     // A file has no depth of its own and is told to be whole, unless it is left out.
     const bool isWhole = kind == HSVNNodeKindFile && copy.depth != HSVNDepthExclude;
-    xml.element("depth", std::string_view{wordOf(isWhole ? HSVNDepthInfinity : copy.depth)});
+    xml.element("depth", std::string_view{HSVNTextOfDepth(isWhole ? HSVNDepthInfinity : copy.depth)});
     xml.element("copy-from-url", copy.copyFromURL).element("copy-from-rev", textOf(copy.copyFromRevision));
     if (copy.textTime) {
         xml.element("text-updated", std::string_view{exactDate(*copy.textTime)});

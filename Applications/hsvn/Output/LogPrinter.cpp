@@ -16,16 +16,16 @@ namespace {
 constexpr const char* noAuthor = "(no author)";
 constexpr const char* separator = "------------------------------------------------------------------------\n";
 
-std::optional<std::string> propertyOf(const HSVNLogEntry& entry, const char* name)
+std::optional<std::string> propertyOf(const HSVNLogItem& item, const char* name)
 {
-    const auto property = entry.properties.find(name);
-    return property == entry.properties.end() ? std::nullopt : std::optional{property->second};
+    const auto property = item.properties().find(name);
+    return property == item.properties().end() ? std::nullopt : std::optional{property->second};
 }
 
 /// All but author, date and message.
-HSVNPropertyMap furtherProperties(const HSVNLogEntry& entry)
+HSVNPropertyMap furtherProperties(const HSVNLogItem& item)
 {
-    HSVNPropertyMap further = entry.properties;
+    HSVNPropertyMap further = item.properties();
     for (const char* const name : {"svn:author", "svn:date", "svn:log"}) {
         further.erase(name);
     }
@@ -44,35 +44,35 @@ std::optional<std::string> withoutDeletes(std::optional<std::string> text)
     return text;
 }
 
-std::string humanDateOf(const HSVNLogEntry& entry)
+std::string humanDateOf(const HSVNLogItem& item)
 {
-    const auto text = propertyOf(entry, "svn:date");
+    const auto text = propertyOf(item, "svn:date");
     return text && !text->empty() ? humanDate(*text) : "(no date)";
 }
 
-void addChangedPath(XML& xml, const HSVNChangedPath& change)
+void addChangedPath(XML& xml, const HSVNLogPathChange& change)
 {
     const auto flag = [](const std::optional<bool>& value) { return value.value_or(false) ? "true" : "false"; };
-    XML::Attributes attributes{{"action", std::string{change.action}},
-                               {"kind", change.kind == HSVNNodeKindUnknown ? "" : wordOf(change.kind)}};
-    if (change.copyFromPath) {
-        attributes.emplace_back("copyfrom-path", *change.copyFromPath);
-        attributes.emplace_back("copyfrom-rev", std::to_string(change.copyFromRevision));
+    XML::Attributes attributes{{"action", HSVNStringFromLogAction(change.action())},
+                               {"kind", change.kind() == HSVNNodeKindUnknown ? "" : wordOf(change.kind())}};
+    if (const auto copyPath = change.copyPath()) {
+        attributes.emplace_back("copyfrom-path", *copyPath);
+        attributes.emplace_back("copyfrom-rev", std::to_string(change.copyRevision()));
     }
-    if (change.textModified) {
-        attributes.emplace_back("text-mods", flag(change.textModified));
+    if (change.textModified()) {
+        attributes.emplace_back("text-mods", flag(change.textModified()));
     }
-    if (change.propertiesModified) {
-        attributes.emplace_back("prop-mods", flag(change.propertiesModified));
+    if (change.propertiesModified()) {
+        attributes.emplace_back("prop-mods", flag(change.propertiesModified()));
     }
-    xml.element("path", std::string_view{change.path}, attributes);
+    xml.element("path", std::string_view{change.path()}, attributes);
 }
 
 } // namespace
 
-void LogPrinter::print(const HSVNLogEntry& entry)
+void LogPrinter::print(const HSVNLogItem& item)
 {
-    const bool endsMerged = entry.revision == HSVNInvalidRevision;
+    const bool endsMerged = item.isEndOfChildren();
     if (endsMerged && _options.xml && !_mergedBy.empty()) {
         XML{}.close("logentry").write();
     }
@@ -83,22 +83,22 @@ void LogPrinter::print(const HSVNLogEntry& entry)
         return;
     }
     // Revision 0 has nothing to tell.
-    if ((entry.revision != 0 || propertyOf(entry, "svn:log")) &&
-        (_options.search.empty() || _search.finds(textsOf(entry)))) {
+    if ((item.revision() != 0 || propertyOf(item, "svn:log")) &&
+        (_options.search.empty() || _search.finds(textsOf(item)))) {
         if (_options.json) {
-            _records.push_back(record(entry));
+            _records.push_back(record(item));
         } else if (_options.xml) {
-            printXML(entry);
+            printXML(item);
         } else {
-            printText(entry);
+            printText(item);
         }
     }
-    if (entry.hasChildren) {
-        _mergedBy.push_back(entry.revision);
+    if (item.hasChildren()) {
+        _mergedBy.push_back(item.revision());
     }
 }
 
-std::vector<std::string> LogPrinter::textsOf(const HSVNLogEntry& entry) const
+std::vector<std::string> LogPrinter::textsOf(const HSVNLogItem& item) const
 {
     std::vector<std::string> texts;
     const bool isForPeople = !_options.xml && !_options.json;
@@ -107,13 +107,13 @@ std::vector<std::string> LogPrinter::textsOf(const HSVNLogEntry& entry) const
             texts.push_back(*text);
         }
     };
-    const auto author = propertyOf(entry, "svn:author");
+    const auto author = propertyOf(item, "svn:author");
     add(isForPeople ? author.value_or(noAuthor) : author);
-    add(isForPeople ? humanDateOf(entry) : propertyOf(entry, "svn:date"));
-    add(propertyOf(entry, "svn:log"));
-    for (const auto& change : entry.changedPaths.value_or(std::vector<HSVNChangedPath>{})) {
-        add(change.path);
-        add(change.copyFromPath);
+    add(isForPeople ? humanDateOf(item) : propertyOf(item, "svn:date"));
+    add(propertyOf(item, "svn:log"));
+    for (const auto& change : item.sortedChanges()) {
+        add(change->path());
+        add(change->copyPath());
     }
     return texts;
 }
@@ -127,26 +127,26 @@ void LogPrinter::finish() const
     }
 }
 
-void LogPrinter::printText(const HSVNLogEntry& entry) const
+void LogPrinter::printText(const HSVNLogItem& item) const
 {
-    const std::string message = propertyOf(entry, "svn:log").value_or("");
-    std::string text = fmt::format("{}r{} | {} | {}", separator, entry.revision,
-                                   propertyOf(entry, "svn:author").value_or(noAuthor), humanDateOf(entry));
+    const std::string message = propertyOf(item, "svn:log").value_or("");
+    std::string text = fmt::format("{}r{} | {} | {}", separator, item.revision(),
+                                   propertyOf(item, "svn:author").value_or(noAuthor), humanDateOf(item));
     if (!_options.quiet) {
         const auto lines = std::count(message.begin(), message.end(), '\n') + 1;
         text += fmt::format(" | {} {}", lines, lines == 1 ? "line" : "lines");
     }
     text += '\n';
-    if (entry.changedPaths) {
+    if (item.tellsChangedPaths()) {
         text += "Changed paths:\n";
-        for (const auto& change : *entry.changedPaths) {
-            const std::string source =
-                change.copyFromPath ? fmt::format(" (from {}:{})", *change.copyFromPath, change.copyFromRevision) : "";
-            text += fmt::format("   {} {}{}\n", change.action, change.path, source);
+        for (const auto& change : item.sortedChanges()) {
+            const auto copyPath = change->copyPath();
+            const std::string source = copyPath ? fmt::format(" (from {}:{})", *copyPath, change->copyRevision()) : "";
+            text += fmt::format("   {} {}{}\n", HSVNCharFromLogAction(change->action()), change->path(), source);
         }
     }
     if (!_mergedBy.empty()) {
-        text += entry.isSubtractiveMerge ? "Reverse merged via:" : "Merged via:";
+        text += item.isSubtractiveMerge() ? "Reverse merged via:" : "Merged via:";
         for (const HSVNRevisionNumber revision : _mergedBy) {
             text += fmt::format("{} r{}", text.ends_with(':') ? "" : ",", revision);
         }
@@ -154,58 +154,59 @@ void LogPrinter::printText(const HSVNLogEntry& entry) const
     }
     Output::write(_options.quiet ? text : text + "\n" + message + "\n");
     if (_follow) {
-        _follow(entry.revision);
+        _follow(item.revision());
     }
 }
 
-void LogPrinter::printXML(const HSVNLogEntry& entry) const
+void LogPrinter::printXML(const HSVNLogItem& item) const
 {
-    XML::Attributes attributes{{"revision", std::to_string(entry.revision)}};
+    XML::Attributes attributes{{"revision", std::to_string(item.revision())}};
     if (!_mergedBy.empty()) {
-        attributes.emplace_back("reverse-merge", entry.isSubtractiveMerge ? "true" : "false");
+        attributes.emplace_back("reverse-merge", item.isSubtractiveMerge() ? "true" : "false");
     }
     XML xml;
-    xml.open("logentry", attributes).element("author", withoutDeletes(propertyOf(entry, "svn:author")));
-    if (const auto date = withoutDeletes(propertyOf(entry, "svn:date")); date != "") {
+    xml.open("logentry", attributes).element("author", withoutDeletes(propertyOf(item, "svn:author")));
+    if (const auto date = withoutDeletes(propertyOf(item, "svn:date")); date != "") {
         xml.element("date", date);
     }
-    if (entry.changedPaths) {
+    if (item.tellsChangedPaths()) {
         xml.open("paths");
-        for (const auto& change : *entry.changedPaths) {
-            addChangedPath(xml, change);
+        for (const auto& change : item.sortedChanges()) {
+            addChangedPath(xml, *change);
         }
         xml.close("paths");
     }
-    xml.element("msg", withoutDeletes(propertyOf(entry, "svn:log")));
-    if (const auto further = furtherProperties(entry); !further.empty()) {
+    xml.element("msg", withoutDeletes(propertyOf(item, "svn:log")));
+    if (const auto further = furtherProperties(item); !further.empty()) {
         xml.open("revprops");
         addProperties(xml, "property", further, true);
         xml.close("revprops");
     }
-    if (!entry.hasChildren) {
+    if (!item.hasChildren()) {
         xml.close("logentry");
     }
     xml.write();
 }
 
-nlohmann::ordered_json LogPrinter::record(const HSVNLogEntry& entry) const
+nlohmann::ordered_json LogPrinter::record(const HSVNLogItem& item) const
 {
-    nlohmann::ordered_json result{{"revision", entry.revision}};
+    nlohmann::ordered_json result{{"revision", item.revision()}};
     constexpr std::array names{std::pair{"author", "svn:author"}, std::pair{"date", "svn:date"},
                                std::pair{"message", "svn:log"}};
     for (const auto& [name, property] : names) {
-        if (const auto value = propertyOf(entry, property)) {
+        if (const auto value = propertyOf(item, property)) {
             result[name] = *value;
         }
     }
-    if (const auto further = furtherProperties(entry); !further.empty()) {
+    if (const auto further = furtherProperties(item); !further.empty()) {
         result["properties"] = propertyRecord(further);
     }
-    for (const auto& change : entry.changedPaths.value_or(std::vector<HSVNChangedPath>{})) {
-        nlohmann::ordered_json path{
-            {"action", std::string{change.action}}, {"path", change.path}, {"kind", wordOf(change.kind)}};
-        if (change.copyFromPath) {
-            path["copyFrom"] = {{"path", *change.copyFromPath}, {"revision", change.copyFromRevision}};
+    for (const auto& change : item.sortedChanges()) {
+        nlohmann::ordered_json path{{"action", HSVNStringFromLogAction(change->action())},
+                                    {"path", change->path()},
+                                    {"kind", wordOf(change->kind())}};
+        if (const auto copyPath = change->copyPath()) {
+            path["copyFrom"] = {{"path", *copyPath}, {"revision", change->copyRevision()}};
         }
         result["paths"].push_back(std::move(path));
     }

@@ -8,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-/// Prints the entries of a log, those that a merge brought in marked as such.
+/// Prints the items of a log, those that a merge brought in marked as such.
 class LogPrinter
 {
   public:
@@ -18,21 +18,21 @@ class LogPrinter
     {
     }
 
-    void print(const HSVNLogEntry& entry);
-    /// What follows the last entry.
+    void print(const HSVNLogItem& item);
+    /// What follows the last item.
     void finish() const;
 
   private:
-    void printText(const HSVNLogEntry& entry) const;
-    void printXML(const HSVNLogEntry& entry) const;
-    nlohmann::ordered_json record(const HSVNLogEntry& entry) const;
+    void printText(const HSVNLogItem& item) const;
+    void printXML(const HSVNLogItem& item) const;
+    nlohmann::ordered_json record(const HSVNLogItem& item) const;
 
     /// What a search looks at.
-    std::vector<std::string> textsOf(const HSVNLogEntry& entry) const;
+    std::vector<std::string> textsOf(const HSVNLogItem& item) const;
 
     const Options& _options;
     LogSearch _search;
     std::function<void(HSVNRevisionNumber)> _follow;
-    std::vector<HSVNRevisionNumber> _mergedBy; ///< the entries that the next one was merged by, the outermost first
+    std::vector<HSVNRevisionNumber> _mergedBy; ///< the revisions that the next one was merged by, the outermost first
     nlohmann::ordered_json _records = nlohmann::ordered_json::array();
 };

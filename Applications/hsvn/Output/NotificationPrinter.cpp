@@ -374,7 +374,7 @@ std::string NotificationPrinter::copyWarning(const HSVNNotification& notificatio
     }
     return fmt::format("{}: The depth of this commit is '{}', but copies are always performed recursively in the "
                        "repository.\n",
-                       programName(), wordOf(std::exchange(_commitDepth, HSVNDepthInfinity)));
+                       programName(), HSVNTextOfDepth(std::exchange(_commitDepth, HSVNDepthInfinity)));
 }
 
 void NotificationPrinter::warn(const HSVNNotification& notification)

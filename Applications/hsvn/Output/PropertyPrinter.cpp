@@ -82,7 +82,7 @@ RevisionPropertyTarget revisionPropertyTarget(Session& session, const std::vecto
     if (targets.size() != 1) {
         fail(ArgumentParsing, "Wrong number of targets specified");
     }
-    const auto url = HSVNArguments::URLOfTarget(targets.front(), session.client());
+    const auto url = session.client()->URLOfTarget(HSVNTarget::verbatim(targets.front()));
     if (!url) {
         fail(UnversionedResource, "Either a URL or versioned item is required");
     }

@@ -13,53 +13,60 @@
 
 namespace {
 
-/// One state for the first column: that of the text where the node's own only says that something is modified.
-HSVNStatusKind combinedStatus(const HSVNItemStatus& status)
+/// The state for the first column.
+HSVNStatusKind shownStatus(const HSVNNode& node)
 {
-    if (status.nodeStatus == HSVNStatusKindConflicted && !status.versioned && status.conflicted) {
+    const HSVNStatus& status = *node.status();
+    if (status.nodeStatus() == HSVNStatusKindConflicted && !status.versioned() && status.conflicted()) {
         // A tree conflict's victim that is gone, unless something else took its place.
-        return std::filesystem::exists(std::filesystem::symlink_status(NativeText::fromUTF8(status.absolutePath)))
+        return std::filesystem::exists(std::filesystem::symlink_status(NativeText::fromUTF8(node.path()->string())))
                    ? HSVNStatusKindUnversioned
                    : HSVNStatusKindMissing;
     }
-    const bool asksText = status.nodeStatus == HSVNStatusKindConflicted || status.nodeStatus == HSVNStatusKindModified;
-    return asksText ? status.textStatus : status.nodeStatus;
+    return status.textStatus();
 }
 
 /// The second column: the properties of what is new as a whole are new with it.
-char propertyLetter(const HSVNItemStatus& status)
+char propertyLetter(const HSVNStatus& status)
 {
-    const bool isNew = status.nodeStatus == HSVNStatusKindAdded && status.propertyStatus == HSVNStatusKindModified;
-    return isNew ? ' ' : letterOf(status.propertyStatus);
+    const bool isNew = status.nodeStatus() == HSVNStatusKindAdded && status.propertyStatus() == HSVNStatusKindModified;
+    return isNew ? ' ' : letterOf(status.propertyStatus());
 }
 
-HSVNStatusKind combinedRepositoryStatus(const HSVNItemStatus& status)
+/// A state of the repository's side: what is known to be unchanged is none of its changes.
+const char* repositoryWord(HSVNStatusKind kind)
 {
-    return status.repositoryNodeStatus == HSVNStatusKindModified ? status.repositoryTextStatus
-                                                                 : status.repositoryNodeStatus;
+    return wordOf(kind == HSVNStatusKindNormal ? HSVNStatusKindNone : kind);
 }
 
-char switchLetter(const HSVNItemStatus& status) { return status.switched ? 'S' : status.fileExternal ? 'X' : ' '; }
+char switchLetter(const HSVNStatus& status) { return status.switched() ? 'S' : status.fileExternal() ? 'X' : ' '; }
 
 /// The lock column when the repository was asked.
-char lockLetter(const HSVNItemStatus& status)
+char lockLetter(const HSVNNode& node)
 {
-    if (!status.repositoryLock) {
-        return status.lock ? 'B' : ' ';
-    }
-    if (!status.lock) {
+    switch (node.lockStatus()) {
+    case HSVNLockStatusLockedElsewhere:
         return 'O';
+    case HSVNLockStatusLockedHere:
+        return 'K';
+    case HSVNLockStatusStolen:
+        return 'T';
+    case HSVNLockStatusBroken:
+    case HSVNLockStatusLockedLocally:
+        return 'B';
+    case HSVNLockStatusNone:
+        break;
     }
-    return status.lock->isEqualToLock(status.repositoryLock) ? 'K' : 'T';
+    return ' ';
 }
 
-std::string workingRevision(const HSVNItemStatus& status)
+std::string workingRevision(const HSVNStatus& status)
 {
-    if (!status.versioned) {
+    if (!status.versioned()) {
         return "";
     }
-    if (status.revision != HSVNInvalidRevision) {
-        return std::to_string(status.revision);
+    if (status.revision() != HSVNInvalidRevision) {
+        return std::to_string(status.revision());
     }
     return "-";
 }
@@ -104,31 +111,35 @@ std::string StatusPrinter::shown(const std::string& absolute) const
     return localStyle(relative.starts_with("../") ? relative : joined(_target, relative));
 }
 
-std::string StatusPrinter::detailedColumns(const HSVNItemStatus& status) const
+std::string StatusPrinter::detailedColumns(const HSVNNode& node) const
 {
     const Options& options = _session.options;
-    const char locks = options.showUpdates ? lockLetter(status) : status.lock ? 'K' : ' ';
-    const char tree = status.treeConflicted ? 'C' : ' ';
-    const char outOfDate = status.repositoryNodeStatus != HSVNStatusKindNone ? '*' : ' ';
+    const HSVNStatus& status = *node.status();
+    const char locks = options.showUpdates ? lockLetter(node) : node.lock() ? 'K' : ' ';
+    const char tree = status.treeConflicted() ? 'C' : ' ';
+    const char outOfDate = status.repositoryNodeStatus() != HSVNStatusKindNone ? '*' : ' ';
     std::string columns = fmt::format("{}{} {} {:>8} ", locks, tree, outOfDate, workingRevision(status));
     if (!options.verbose) {
         return columns + "  ";
     }
-    return columns + fmt::format("{:>8} {:<12} ", column(revisionText(status.changedRevision), status.versioned),
-                                 column(status.changedAuthor, status.versioned));
+    return columns + fmt::format("{:>8} {:<12} ", column(revisionText(node.revision()), status.versioned()),
+                                 column(node.author(), status.versioned()));
 }
 
-std::string StatusPrinter::moveLines(const HSVNItemStatus& status) const
+std::string StatusPrinter::moveLines(const HSVNStatus& status) const
 {
-    if (status.movedFrom && status.movedFrom == status.movedTo) {
-        return fmt::format("\n        > swapped places with {}", shown(*status.movedFrom));
+    const auto from = status.movedFrom();
+    const auto to = status.movedTo();
+    if (from && from == to) {
+        return fmt::format("\n        > swapped places with {}", shown(*from));
     }
-    const std::string to = status.movedTo ? fmt::format("\n        > moved to {}", shown(*status.movedTo)) : "";
-    return status.movedFrom ? to + fmt::format("\n        > moved from {}", shown(*status.movedFrom)) : to;
+    const std::string lines = to ? fmt::format("\n        > moved to {}", shown(*to)) : "";
+    return from ? lines + fmt::format("\n        > moved from {}", shown(*from)) : lines;
 }
 
-std::string StatusPrinter::treeConflictLine(const HSVNItemStatus& status)
+std::string StatusPrinter::treeConflictLine(const HSVNNode& node)
 {
+    const HSVNStatus& status = *node.status();
     std::string line;
     const auto describe = [&](const HSVNItemInfo& info) {
         for (const auto& conflict : info.workingCopy ? info.workingCopy->conflicts : std::vector<HSVNConflictRecord>{})
@@ -138,124 +149,127 @@ std::string StatusPrinter::treeConflictLine(const HSVNItemStatus& status)
             }
         }
     };
-    if (status.treeConflicted) {
-        HSVNReadItemInfo(status.absolutePath, HSVNRevisionSpec::UNSPECIFIED(), {}, describe, _session.context());
+    if (status.treeConflicted()) {
+        _session.context()->info(HSVNTarget::verbatim(node.path()->string()), HSVNRevisionSpec::UNSPECIFIED(), {},
+                                 describe);
     }
     return line;
 }
 
-void StatusPrinter::countConflicts(const HSVNItemStatus& status)
+void StatusPrinter::countConflicts(const HSVNStatus& status)
 {
     const auto count = [this](ConflictKind kind) { ++_conflicts.at(static_cast<std::size_t>(kind)).remaining; };
     // Each item counts once, as the first of these.
-    if (status.treeConflicted) {
+    if (status.treeConflicted()) {
         count(ConflictKind::Tree);
-    } else if (status.conflicted && status.textStatus == HSVNStatusKindConflicted) {
+    } else if (status.textConflicted()) {
         count(ConflictKind::Text);
-    } else if (status.conflicted && status.propertyStatus == HSVNStatusKindConflicted) {
+    } else if (status.propertiesConflicted()) {
         count(ConflictKind::Property);
     }
 }
 
-void StatusPrinter::printLine(const HSVNItemStatus& status)
+void StatusPrinter::printLine(const HSVNNode& node)
 {
+    const HSVNStatus& status = *node.status();
     countConflicts(status);
     const bool detailed = _session.options.verbose || _session.options.showUpdates;
-    const std::string columns = detailed
-                                    ? detailedColumns(status)
-                                    : fmt::format("{}{} ", status.lock ? 'K' : ' ', status.treeConflicted ? 'C' : ' ');
-    Output::write(Display::colouredLine(
-        fmt::format("{}{}{}{}{}{}{}{}{}\n", letterOf(combinedStatus(status)), propertyLetter(status),
-                    status.locked ? 'L' : ' ', status.copied ? '+' : ' ', switchLetter(status), columns,
-                    localStyle(status.path), moveLines(status), treeConflictLine(status))));
+    const std::string columns =
+        detailed ? detailedColumns(node)
+                 : fmt::format("{}{} ", node.lock() ? 'K' : ' ', status.treeConflicted() ? 'C' : ' ');
+    Output::write(Display::colouredLine(fmt::format("{}{}{}{}{}{}{}{}{}\n", letterOf(shownStatus(node)),
+                                                    propertyLetter(status), status.locked() ? 'L' : ' ',
+                                                    status.copied() ? '+' : ' ', switchLetter(status), columns,
+                                                    shown(node), moveLines(status), treeConflictLine(node))));
 }
 
-void StatusPrinter::printXML(const HSVNItemStatus& status)
+void StatusPrinter::printXML(const HSVNNode& node)
 {
-    XML::Attributes attributes{{"item", wordOf(combinedStatus(status))}, {"props", wordOf(status.propertyStatus)}};
+    const HSVNStatus& status = *node.status();
+    XML::Attributes attributes{{"item", wordOf(shownStatus(node))}, {"props", wordOf(status.propertyStatus())}};
     const auto flag = [&](bool holds, const char* name) {
         if (holds) {
             attributes.emplace_back(name, "true");
         }
     };
-    flag(status.locked, "wc-locked");
-    flag(status.copied, "copied");
-    flag(status.switched, "switched");
-    flag(status.fileExternal, "file-external");
-    if (status.versioned && !status.copied) {
-        attributes.emplace_back("revision", std::to_string(status.revision));
+    flag(status.locked(), "wc-locked");
+    flag(status.copied(), "copied");
+    flag(status.switched(), "switched");
+    flag(status.fileExternal(), "file-external");
+    if (status.versioned() && !status.copied()) {
+        attributes.emplace_back("revision", std::to_string(status.revision()));
     }
-    flag(status.treeConflicted, "tree-conflicted");
-    if (status.movedFrom) {
-        attributes.emplace_back("moved-from", shown(*status.movedFrom));
+    flag(status.treeConflicted(), "tree-conflicted");
+    if (const auto from = status.movedFrom()) {
+        attributes.emplace_back("moved-from", shown(*from));
     }
-    if (status.movedTo) {
-        attributes.emplace_back("moved-to", shown(*status.movedTo));
+    if (const auto to = status.movedTo()) {
+        attributes.emplace_back("moved-to", shown(*to));
     }
     XML xml;
-    xml.open("entry", {{"path", localStyle(status.path)}}).open("wc-status", attributes);
-    if (status.changedRevision != HSVNInvalidRevision) {
-        addCommit(xml, status.changedRevision, status.changedAuthor, status.changedDate.value_or(HSVNDate{}));
+    xml.open("entry", {{"path", shown(node)}}).open("wc-status", attributes);
+    if (node.revision() != HSVNInvalidRevision) {
+        addCommit(xml, node.revision(), node.author(), node.exactDate().value_or(HSVNDate{}));
     }
-    if (status.lock) {
-        addLock(xml, *status.lock);
+    if (node.lock()) {
+        addLock(xml, *node.lock());
     }
     xml.close("wc-status");
-    if (status.repositoryNodeStatus != HSVNStatusKindNone || status.repositoryLock) {
-        xml.open("repos-status", {{"props", wordOf(status.repositoryPropertyStatus)},
-                                  {"item", wordOf(combinedRepositoryStatus(status))}});
-        if (status.repositoryLock) {
-            addLock(xml, *status.repositoryLock);
+    if (status.repositoryNodeStatus() != HSVNStatusKindNone || status.repositoryLock()) {
+        xml.open("repos-status", {{"props", repositoryWord(status.repositoryPropertyStatus())},
+                                  {"item", repositoryWord(status.repositoryTextStatus())}});
+        if (status.repositoryLock()) {
+            addLock(xml, *status.repositoryLock());
         }
         xml.close("repos-status");
     }
     xml.close("entry").write();
 }
 
-nlohmann::ordered_json StatusPrinter::record(const HSVNItemStatus& status) const
+nlohmann::ordered_json StatusPrinter::record(const HSVNNode& node) const
 {
-    nlohmann::ordered_json record{{"path", localStyle(status.path)},
-                                  {"item", wordOf(combinedStatus(status))},
-                                  {"properties", wordOf(status.propertyStatus)}};
+    const HSVNStatus& status = *node.status();
+    nlohmann::ordered_json record{
+        {"path", shown(node)}, {"item", wordOf(shownStatus(node))}, {"properties", wordOf(status.propertyStatus())}};
     const auto flag = [&](bool holds, const char* name) {
         if (holds) {
             record[name] = true;
         }
     };
-    flag(status.locked, "locked");
-    flag(status.copied, "copied");
-    flag(status.switched, "switched");
-    flag(status.fileExternal, "fileExternal");
-    flag(status.treeConflicted, "treeConflicted");
-    if (status.versioned && status.revision != HSVNInvalidRevision) {
-        record["revision"] = status.revision;
+    flag(status.locked(), "locked");
+    flag(status.copied(), "copied");
+    flag(status.switched(), "switched");
+    flag(status.fileExternal(), "fileExternal");
+    flag(status.treeConflicted(), "treeConflicted");
+    if (status.versioned() && status.revision() != HSVNInvalidRevision) {
+        record["revision"] = status.revision();
     }
-    if (status.changedRevision != HSVNInvalidRevision) {
-        auto& commit = record["commit"] = {{"revision", status.changedRevision}};
-        if (status.changedAuthor) {
-            commit["author"] = *status.changedAuthor;
+    if (node.revision() != HSVNInvalidRevision) {
+        auto& commit = record["commit"] = {{"revision", node.revision()}};
+        if (const auto author = node.author()) {
+            commit["author"] = *author;
         }
-        if (status.changedDate) {
-            commit["date"] = exactDate(*status.changedDate);
+        if (const auto date = node.exactDate()) {
+            commit["date"] = exactDate(*date);
         }
     }
-    if (status.lock) {
-        record["lock"] = lockRecord(*status.lock);
+    if (node.lock()) {
+        record["lock"] = lockRecord(*node.lock());
     }
-    if (status.changelist) {
-        record["changelist"] = *status.changelist;
+    if (const auto changelist = status.changelist()) {
+        record["changelist"] = *changelist;
     }
-    if (status.movedFrom) {
-        record["movedFrom"] = shown(*status.movedFrom);
+    if (const auto from = status.movedFrom()) {
+        record["movedFrom"] = shown(*from);
     }
-    if (status.movedTo) {
-        record["movedTo"] = shown(*status.movedTo);
+    if (const auto to = status.movedTo()) {
+        record["movedTo"] = shown(*to);
     }
-    if (status.repositoryNodeStatus != HSVNStatusKindNone || status.repositoryLock) {
-        auto& repository = record["repository"] = {{"item", wordOf(combinedRepositoryStatus(status))},
-                                                   {"properties", wordOf(status.repositoryPropertyStatus)}};
-        if (status.repositoryLock) {
-            repository["lock"] = lockRecord(*status.repositoryLock);
+    if (status.repositoryNodeStatus() != HSVNStatusKindNone || status.repositoryLock()) {
+        auto& repository = record["repository"] = {{"item", repositoryWord(status.repositoryTextStatus())},
+                                                   {"properties", repositoryWord(status.repositoryPropertyStatus())}};
+        if (status.repositoryLock()) {
+            repository["lock"] = lockRecord(*status.repositoryLock());
         }
     }
     return record;

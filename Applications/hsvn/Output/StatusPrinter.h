@@ -15,18 +15,19 @@ class StatusPrinter
 
     /// The target that the following items belong to.
     void setTarget(const std::string& target);
-    void printLine(const HSVNItemStatus& status);
-    void printXML(const HSVNItemStatus& status);
-    nlohmann::ordered_json record(const HSVNItemStatus& status) const;
+    void printLine(const HSVNNode& node);
+    void printXML(const HSVNNode& node);
+    nlohmann::ordered_json record(const HSVNNode& node) const;
     /// How many conflicts there were, by kind; nothing without any.
     void printConflictSummary() const;
 
   private:
-    std::string detailedColumns(const HSVNItemStatus& status) const;
-    std::string moveLines(const HSVNItemStatus& status) const;
-    std::string treeConflictLine(const HSVNItemStatus& status);
-    void countConflicts(const HSVNItemStatus& status);
-    /// The other end of a move: as the target's items are shown, or the way there from the target.
+    std::string detailedColumns(const HSVNNode& node) const;
+    std::string moveLines(const HSVNStatus& status) const;
+    std::string treeConflictLine(const HSVNNode& node);
+    void countConflicts(const HSVNStatus& status);
+    std::string shown(const HSVNNode& node) const { return shown(node.path()->string()); }
+    /// A path as the target's items are shown, or the way there from the target: the other end of a move.
     std::string shown(const std::string& absolute) const;
 
     Session& _session;

@@ -24,16 +24,8 @@ std::string kindPrefix(HSVNNodeKind kind)
 /// A reason as a conflict's description says it.
 const char* longWordOf(HSVNConflictReason reason, HSVNConflictOperation operation)
 {
-    switch (reason) {
-    case HSVNConflictReason::Missing:
-        return operation == HSVNConflictOperation::Merge ? "missing or deleted or moved away" : "missing";
-    case HSVNConflictReason::MovedAway:
-        return "moved away";
-    case HSVNConflictReason::MovedHere:
-        return "moved here";
-    default:
-        return wordOf(reason);
-    }
+    const bool isMissingInMerge = reason == HSVNConflictReason::Missing && operation == HSVNConflictOperation::Merge;
+    return isMissingInMerge ? "missing or deleted or moved away" : HSVNTextOfConflictReason(reason);
 }
 
 std::string incomingWords(HSVNConflictAction action, HSVNNodeKind kind)
@@ -51,50 +43,6 @@ std::string incomingWords(HSVNConflictAction action, HSVNNodeKind kind)
                                                : "replace";
     }
     return "";
-}
-
-/// A status kind's word and the letter of its column.
-struct StatusName
-{
-    const char* word;
-    char letter;
-};
-
-StatusName nameOf(HSVNStatusKind status)
-{
-    switch (status) {
-    case HSVNStatusKindNone:
-        return {"none", ' '};
-    case HSVNStatusKindNormal:
-        return {"normal", ' '};
-    case HSVNStatusKindAdded:
-        return {"added", 'A'};
-    case HSVNStatusKindMissing:
-        return {"missing", '!'};
-    case HSVNStatusKindIncomplete:
-        return {"incomplete", '!'};
-    case HSVNStatusKindDeleted:
-        return {"deleted", 'D'};
-    case HSVNStatusKindReplaced:
-        return {"replaced", 'R'};
-    case HSVNStatusKindModified:
-        return {"modified", 'M'};
-    case HSVNStatusKindConflicted:
-        return {"conflicted", 'C'};
-    case HSVNStatusKindObstructed:
-        return {"obstructed", '~'};
-    case HSVNStatusKindIgnored:
-        return {"ignored", 'I'};
-    case HSVNStatusKindExternal:
-        return {"external", 'X'};
-    case HSVNStatusKindUnversioned:
-        return {"unversioned", '?'};
-    case HSVNStatusKindMerged:
-        return {"merged", 'G'};
-    case HSVNStatusKindUnknown:
-        break;
-    }
-    return {"none", '?'};
 }
 
 /// Whether a configuration's value is one of the words, in capitals or not.
@@ -125,113 +73,70 @@ const char* wordOf(HSVNNodeKind kind)
     return "unknown";
 }
 
-const char* wordOf(HSVNDepth depth)
+const char* wordOf(HSVNStatusKind status)
 {
-    switch (depth) {
-    case HSVNDepthExclude:
-        return "exclude";
-    case HSVNDepthEmpty:
-        return "empty";
-    case HSVNDepthFiles:
-        return "files";
-    case HSVNDepthImmediates:
-        return "immediates";
-    case HSVNDepthInfinity:
-        return "infinity";
-    case HSVNDepthUnknown:
-        break;
-    }
-    return "unknown";
+    return status == HSVNStatusKindUnknown ? "none" : HSVNTextOfStatusKind(status);
 }
 
-const char* wordOf(HSVNSchedule schedule)
+char letterOf(HSVNStatusKind status)
 {
-    switch (schedule) {
-    case HSVNScheduleAdd:
-        return "add";
-    case HSVNScheduleDelete:
-        return "delete";
-    case HSVNScheduleReplace:
-        return "replace";
-    case HSVNScheduleNormal:
-        return "normal";
-    case HSVNScheduleInvalid:
+    switch (status) {
+    case HSVNStatusKindNone:
+    case HSVNStatusKindNormal:
+        return ' ';
+    case HSVNStatusKindAdded:
+        return 'A';
+    case HSVNStatusKindMissing:
+    case HSVNStatusKindIncomplete:
+        return '!';
+    case HSVNStatusKindDeleted:
+        return 'D';
+    case HSVNStatusKindReplaced:
+        return 'R';
+    case HSVNStatusKindModified:
+        return 'M';
+    case HSVNStatusKindConflicted:
+        return 'C';
+    case HSVNStatusKindObstructed:
+        return '~';
+    case HSVNStatusKindIgnored:
+        return 'I';
+    case HSVNStatusKindExternal:
+        return 'X';
+    case HSVNStatusKindMerged:
+        return 'G';
+    case HSVNStatusKindUnversioned:
+    case HSVNStatusKindUnknown:
         break;
     }
-    return "none";
-}
-
-const char* wordOf(HSVNStatusKind status) { return nameOf(status).word; }
-
-char letterOf(HSVNStatusKind status) { return nameOf(status).letter; }
-
-const char* wordOf(HSVNConflictOperation operation)
-{
-    switch (operation) {
-    case HSVNConflictOperation::Update:
-        return "update";
-    case HSVNConflictOperation::Switch:
-        return "switch";
-    case HSVNConflictOperation::Merge:
-        return "merge";
-    case HSVNConflictOperation::NoOperation:
-        break;
-    }
-    return "none";
-}
-
-const char* wordOf(HSVNConflictAction action)
-{
-    switch (action) {
-    case HSVNConflictAction::Edit:
-        return "edit";
-    case HSVNConflictAction::Add:
-        return "add";
-    case HSVNConflictAction::Delete:
-        return "delete";
-    case HSVNConflictAction::Replace:
-        break;
-    }
-    return "replace";
+    return '?';
 }
 
 const char* wordOf(HSVNConflictReason reason)
 {
     switch (reason) {
-    case HSVNConflictReason::Edited:
-        return "edit";
-    case HSVNConflictReason::Obstructed:
-        return "obstruction";
-    case HSVNConflictReason::Deleted:
-        return "delete";
-    case HSVNConflictReason::Missing:
-        return "missing";
-    case HSVNConflictReason::Unversioned:
-        return "unversioned";
-    case HSVNConflictReason::Added:
-        return "add";
-    case HSVNConflictReason::Replaced:
-        return "replace";
     case HSVNConflictReason::MovedAway:
         return "moved-away";
     case HSVNConflictReason::MovedHere:
-        break;
+        return "moved-here";
+    default:
+        return HSVNTextOfConflictReason(reason);
     }
-    return "moved-here";
 }
 
 std::string descriptionOfIncomingEdit(const HSVNConflictRecord& conflict)
 {
     const auto kind = conflict.sourceLeft ? conflict.sourceLeft->kind : HSVNNodeKindUnknown;
     return fmt::format("incoming {} upon {}", incomingWords(HSVNConflictAction::Edit, kind),
-                       wordOf(conflict.operation));
+                       HSVNTextOfConflictOperation(conflict.operation));
 }
 
 std::string descriptionOfTreeConflict(const HSVNConflictRecord& conflict)
 {
     return fmt::format("local {}{}, incoming {} upon {}", kindPrefix(conflict.nodeKind),
                        longWordOf(conflict.reason, conflict.operation),
-                       incomingWords(conflict.action, incomingKind(conflict)), wordOf(conflict.operation));
+                       incomingWords(conflict.action, incomingKind(conflict)),
+                       HSVNTextOfConflictOperation(conflict.operation));
 }
 
 bool isBinaryMIMEType(std::string_view type)

@@ -5,11 +5,9 @@
 #include <string>
 #include <string_view>
 
-// The words by which Subversion's output names kinds, states and depths.
+// The words of Subversion's output where they are not those of the library (HSVNTextOfDepth and its like).
 
 const char* wordOf(HSVNNodeKind kind);
-const char* wordOf(HSVNDepth depth);
-const char* wordOf(HSVNSchedule schedule);
 const char* wordOf(HSVNStatusKind status);
 /// Whether a configuration's value says yes.
 bool isTrueWord(const std::string& value);
@@ -18,8 +16,6 @@ bool isFalseWord(const std::string& value);
 /// The letter of a status column.
 char letterOf(HSVNStatusKind status);
 
-const char* wordOf(HSVNConflictOperation operation);
-const char* wordOf(HSVNConflictAction action);
 const char* wordOf(HSVNConflictReason reason);
 
 /// "incoming file edit upon update", of a text or property conflict

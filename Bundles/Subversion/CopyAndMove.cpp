@@ -1,0 +1,171 @@
+#include "CanonicalPaths.h"
+#include "CommitInformation.h"
+#include "EntryPointTable.h"
+#include "ErrorCodes.h"
+#include "ExtensionTable.h"
+#include "ExtensionTargets.h"
+#include "ItemsOnDisk.h"
+#include "LineEnds.h"
+
+#include <algorithm>
+#include <array>
+
+namespace HSVNAdapter {
+namespace {
+
+/// Of a source that does not exist.
+constexpr ErrorRule sourceOfNoKind{SVN_ERR_NODE_UNKNOWN_KIND, SVN_ERR_ENTRY_NOT_FOUND};
+
+/// Whether an error says that an item is in no working copy or in no revision, or cannot be what it is to be there: the
+/// file manager then puts it where it is to go.
+bool startsFallBack(const svn_error_t* error)
+{
+    constexpr std::array codes{SVN_ERR_ENTRY_NOT_FOUND,  SVN_ERR_FS_NOT_FOUND,  SVN_ERR_FS_NO_SUCH_ENTRY,
+                               SVN_ERR_WC_NOT_DIRECTORY, SVN_ERR_WC_NOT_LOCKED, SVN_ERR_WC_INVALID_SCHEDULE};
+    return std::ranges::any_of(codes, [&](apr_status_t code) { return hasCode(error, code); });
+}
+
+/// The error of a move or a copy. A local source that is not on disk cannot be put anywhere by the file manager either.
+svn_error_t* transferError(svn_error_t* error, const char* source, apr_pool_t* pool)
+{
+    error = smoothed(error, {sourceOfNoKind});
+    if (error != nullptr && startsFallBack(error) && !isURL(source) && kindOnDisk(source, pool) == svn_node_none) {
+        svn_error_clear(error);
+        return nothingAt(source);
+    }
+    return error;
+}
+
+/// Whether a revision of a local item is read in the repository, and so is not what is on disk.
+bool isOfRepository(const svn_opt_revision_t& revision)
+{
+    return revision.kind != svn_opt_revision_unspecified && revision.kind != svn_opt_revision_base &&
+           revision.kind != svn_opt_revision_working;
+}
+
+svn_error_t* ignoreInfo(void* /*baton*/, const char* /*path*/, const svn_info_t* /*info*/, apr_pool_t* /*pool*/)
+{
+    return SVN_NO_ERROR;
+}
+
+/// An error without a code that would have today's item copied in place of the one that was asked for.
+svn_error_t* withoutFallBack(svn_error_t* error)
+{
+    if (!startsFallBack(error) && !hasCode(error, SVN_ERR_WC_PATH_NOT_FOUND)) {
+        return error;
+    }
+    // Not around the former one, with which it would go: errors of a chain live in one pool.
+    std::array<char, 1024> buffer{};
+    svn_error_t* const alone = svn_error_create(SVN_ERR_CLIENT_UNRELATED_RESOURCES, nullptr,
+                                                svn_err_best_message(error, buffer.data(), buffer.size()));
+    svn_error_clear(error);
+    return alone;
+}
+
+/// Goes on where a copy of a local item as it was in the repository failed. An item that lay elsewhere then is copied
+/// from there; one that was nowhere is an error.
+svn_error_t* copyOldItem(svn_error_t* failure, svn_commit_info_t** info, const char* source,
+                         const svn_opt_revision_t& revision, const char* destination, svn_client_ctx_t* ctx,
+                         apr_pool_t* pool)
+{
+    const svn_opt_revision_t working{svn_opt_revision_working, {0}};
+    if (svn_error_t* absent = svn_client_info(source, &working, &revision, ignoreInfo, nullptr, FALSE, ctx, pool)) {
+        svn_error_clear(failure);
+        return withoutFallBack(absent);
+    }
+    if (!hasCode(failure, SVN_ERR_FS_NOT_FOUND)) {
+        return transferError(failure, source, pool);
+    }
+#if HSVN_LINE_MINOR >= 5
+    svn_error_clear(failure);
+    svn_client_copy_source_t record{source, &revision, &working};
+    auto* const sources = apr_array_make(pool, 1, sizeof(svn_client_copy_source_t*));
+    APR_ARRAY_PUSH(sources, svn_client_copy_source_t*) = &record;
+    return transferError(svn_client_copy4(info, sources, destination, FALSE, FALSE, nullptr, ctx, pool), source, pool);
+#else
+    static_cast<void>(info);
+    static_cast<void>(destination);
+    return withoutFallBack(failure);
+#endif
+}
+
+svn_error_t* copy3(svn_commit_info_t** info, const char* source, const svn_opt_revision_t* sourceRevision,
+                   const char* destination, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    const CommitInformation information{info};
+    const LogMessageTap messages{ctx};
+    HSVN_CANONICAL_TARGET(source, pool);
+    HSVN_CANONICAL_TARGET(destination, pool);
+    const auto revision = revisionForTarget(source, sourceRevision);
+    svn_error_t* error = smoothed(svn_client_copy3(info, source, &revision, destination, ctx, pool), {sourceOfNoKind});
+    if (error != nullptr && !isURL(source) && isOfRepository(revision) && startsFallBack(error)) {
+        return copyOldItem(error, info, source, revision, destination, ctx, pool);
+    }
+    return transferError(error, source, pool);
+}
+
+svn_error_t* move4(svn_commit_info_t** info, const char* source, const char* destination, svn_boolean_t force,
+                   svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    const CommitInformation information{info};
+    const LogMessageTap messages{ctx};
+    HSVN_CANONICAL_TARGET(source, pool);
+    HSVN_CANONICAL_TARGET(destination, pool);
+    return transferError(svn_client_move4(info, source, destination, force, ctx, pool), source, pool);
+}
+
+#if HSVN_LINE_MINOR >= 8
+svn_error_t* move(const apr_array_header_t* sources, const char* destination, svn_boolean_t asChild,
+                  svn_boolean_t makeParents, svn_boolean_t allowMixedRevisions, const apr_hash_t* revisionProperties,
+                  svn_commit_callback2_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    const LogMessageTap messages{ctx};
+    SVN_ERR(checkTargets(&sources, pool));
+    SVN_ERR(checkTarget(&destination, pool));
+    return svn_client_move7(sources, destination, asChild, makeParents, allowMixedRevisions, FALSE, revisionProperties,
+                            receiver, baton, ctx, pool);
+}
+#endif
+
+#if HSVN_LINE_MINOR >= 9
+svn_error_t* copy(const apr_array_header_t* sources, const char* destination, svn_boolean_t asChild,
+                  svn_boolean_t makeParents, svn_boolean_t ignoreExternals, svn_boolean_t pinExternals,
+                  const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
+                  svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    const LogMessageTap messages{ctx};
+    SVN_ERR(checkTarget(&destination, pool));
+    auto* pointers = apr_array_make(pool, sources->nelts, sizeof(svn_client_copy_source_t*));
+    for (int index = 0; index < sources->nelts; ++index) {
+        const auto& source = APR_ARRAY_IDX(sources, index, HSVNBundleExtensions::CopySource);
+        auto* pointer = static_cast<svn_client_copy_source_t*>(apr_pcalloc(pool, sizeof(svn_client_copy_source_t)));
+        pointer->path = source.path;
+        SVN_ERR(checkTarget(&pointer->path, pool));
+        pointer->revision = &source.revision;
+        pointer->peg_revision = &source.pegRevision;
+        APR_ARRAY_PUSH(pointers, svn_client_copy_source_t*) = pointer;
+    }
+    return svn_client_copy7(pointers, destination, asChild, makeParents, ignoreExternals, FALSE, pinExternals, nullptr,
+                            revisionProperties, receiver, baton, ctx, pool);
+}
+#endif
+
+} // namespace
+
+void fillCopyAndMove(HSVNBundleEntryPoints& table)
+{
+    table.client_copy3 = copy3;
+    table.client_move4 = move4;
+}
+
+void fillCopyAndMove([[maybe_unused]] HSVNBundleExtensions& table)
+{
+#if HSVN_LINE_MINOR >= 8
+    table.client_move = move;
+#endif
+#if HSVN_LINE_MINOR >= 9
+    table.client_copy = copy;
+#endif
+}
+
+} // namespace HSVNAdapter

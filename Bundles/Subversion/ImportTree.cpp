@@ -1,0 +1,47 @@
+#include "CanonicalPaths.h"
+#include "CommitInformation.h"
+#include "EntryPointTable.h"
+#include "ErrorCodes.h"
+#include "ExtensionTable.h"
+#include "ExtensionTargets.h"
+#include "LineEnds.h"
+
+namespace HSVNAdapter {
+namespace {
+
+svn_error_t* import2(svn_commit_info_t** info, const char* path, const char* url, svn_boolean_t nonRecursive,
+                     svn_boolean_t noIgnore, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    const CommitInformation information{info};
+    const LogMessageTap messages{ctx};
+    HSVN_CANONICAL_PATH(path, pool);
+    HSVN_CANONICAL_URL(url, pool);
+    return smoothed(svn_client_import2(info, path, url, nonRecursive, noIgnore, ctx, pool));
+}
+
+#if HSVN_LINE_MINOR >= 8
+svn_error_t* importTree(const char* path, const char* url, svn_depth_t depth, svn_boolean_t noIgnore,
+                        svn_boolean_t noAutoProperties, svn_boolean_t ignoreUnknownKinds,
+                        const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
+                        svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    const LogMessageTap messages{ctx};
+    SVN_ERR(checkLocalTarget(&path, pool));
+    HSVN_CANONICAL_URL(url, pool);
+    return svn_client_import5(path, url, depth, noIgnore, noAutoProperties, ignoreUnknownKinds, revisionProperties,
+                              nullptr, nullptr, receiver, baton, ctx, pool);
+}
+#endif
+
+} // namespace
+
+void fillImport(HSVNBundleEntryPoints& table) { table.client_import2 = import2; }
+
+void fillImport([[maybe_unused]] HSVNBundleExtensions& table)
+{
+#if HSVN_LINE_MINOR >= 8
+    table.client_import = importTree;
+#endif
+}
+
+} // namespace HSVNAdapter

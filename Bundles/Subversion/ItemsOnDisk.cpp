@@ -1,0 +1,18 @@
+#include "ItemsOnDisk.h"
+
+namespace HSVNAdapter {
+
+svn_node_kind_t kindOnDisk(const char* path, apr_pool_t* pool)
+{
+    svn_node_kind_t kind = svn_node_none;
+    svn_boolean_t isSpecial = FALSE;
+    svn_error_clear(svn_io_check_special_path(path, &kind, &isSpecial, pool));
+    return kind;
+}
+
+svn_error_t* nothingAt(const char* path)
+{
+    return svn_error_createf(SVN_ERR_NODE_UNKNOWN_KIND, nullptr, "'%s' does not exist", path);
+}
+
+} // namespace HSVNAdapter

@@ -1,0 +1,151 @@
+#include "CanonicalPaths.h"
+#include "EntryPointTable.h"
+#include "ErrorCodes.h"
+#include "ExtensionTable.h"
+#include "ExtensionTargets.h"
+#include "ExternalsSearch.h"
+#include "LineEnds.h"
+#include "VersionedFolders.h"
+
+#include <cstring>
+
+#include <svn_props.h>
+
+namespace HSVNAdapter {
+namespace {
+
+/// Whether the question is for the working copy's own properties of a whole tree, as scans ask it.
+bool asksForWholeTree(const char* target, const svn_opt_revision_t& pegRevision, const svn_opt_revision_t& revision,
+                      svn_boolean_t recurse)
+{
+    return recurse && !isURL(target) && pegRevision.kind == svn_opt_revision_unspecified &&
+           revision.kind == svn_opt_revision_working;
+}
+
+svn_error_t* propget2(apr_hash_t** properties, const char* name, const char* target,
+                      const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision, svn_boolean_t recurse,
+                      svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_TARGET(target, pool);
+    const bool ofWholeTree = asksForWholeTree(target, *pegRevision, *revision, recurse);
+#ifdef HSVN_FAST_STATUS
+    if (ofWholeTree && std::strcmp(name, SVN_PROP_EXTERNALS) == 0 && haveNoExternals(target, pool)) {
+        *properties = apr_hash_make(pool);
+        return SVN_NO_ERROR;
+    }
+#endif
+    svn_error_t* error = svn_client_propget2(properties, name, target, pegRevision, revision, recurse, ctx, pool);
+    if (ofWholeTree && hasCode(error, SVN_ERR_WC_NOT_LOCKED)) {
+        // A line before 1.7 fails for the whole tree where a folder is missing or obstructed.
+        svn_error_clear(error);
+        *properties = apr_hash_make(pool);
+        error = readPropertyBelow(*properties, name, target, ctx, pool);
+    }
+    return smoothed(error);
+}
+
+svn_error_t* proplist2(apr_array_header_t** properties, const char* target, const svn_opt_revision_t* pegRevision,
+                       const svn_opt_revision_t* revision, svn_boolean_t recurse, svn_client_ctx_t* ctx,
+                       apr_pool_t* pool)
+{
+    HSVN_CANONICAL_TARGET(target, pool);
+    return smoothed(svn_client_proplist2(properties, target, pegRevision, revision, recurse, ctx, pool));
+}
+
+svn_error_t* propset2(const char* name, const svn_string_t* value, const char* target, svn_boolean_t recurse,
+                      svn_boolean_t skipChecks, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_PATH(target, pool);
+    SVN_ERR(endLines(&value, name, pool));
+    return smoothed(svn_client_propset2(name, value, target, recurse, skipChecks, ctx, pool));
+}
+
+#if HSVN_LINE_MINOR >= 8
+svn_error_t* propget(apr_hash_t** properties, apr_array_header_t** inherited, const char* name, const char* target,
+                     const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision, svn_depth_t depth,
+                     const apr_array_header_t* changelists, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkAbsoluteTarget(&target, pool));
+    SVN_ERR(checkWalkDepth(depth));
+    return svn_client_propget5(properties, inherited, name, target, pegRevision, revision, nullptr, depth, changelists,
+                               ctx, pool, pool);
+}
+
+svn_error_t* proplist(const char* target, const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
+                      svn_depth_t depth, const apr_array_header_t* changelists, svn_boolean_t inherited,
+                      HSVNBundleExtensions::PropertiesReceiver receiver, void* baton, svn_client_ctx_t* ctx,
+                      apr_pool_t* pool)
+{
+    SVN_ERR(checkTarget(&target, pool));
+    SVN_ERR(checkWalkDepth(depth));
+    return svn_client_proplist4(target, pegRevision, revision, depth, changelists, inherited, receiver, baton, ctx,
+                                pool);
+}
+#endif
+
+svn_error_t* revpropGet(const char* name, svn_string_t** value, const char* url, const svn_opt_revision_t* revision,
+                        svn_revnum_t* number, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_URL(url, pool);
+    SVN_ERR(checkRevision(revision));
+    return svn_client_revprop_get(name, value, url, revision, number, ctx, pool);
+}
+
+svn_error_t* revpropList(apr_hash_t** properties, const char* url, const svn_opt_revision_t* revision,
+                         svn_revnum_t* number, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_URL(url, pool);
+    SVN_ERR(checkRevision(revision));
+    return svn_client_revprop_list(properties, url, revision, number, ctx, pool);
+}
+
+#if HSVN_LINE_MINOR >= 6
+svn_error_t* revpropSet(const char* name, const svn_string_t* value, const char* url,
+                        const svn_opt_revision_t* revision, svn_revnum_t* number, svn_boolean_t force,
+                        svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_URL(url, pool);
+    SVN_ERR(checkRevision(revision));
+    SVN_ERR(endLines(&value, name, pool));
+    return svn_client_revprop_set2(name, value, nullptr, url, revision, number, force, ctx, pool);
+}
+#endif
+
+#if HSVN_LINE_MINOR >= 7
+svn_error_t* propset(const char* name, const svn_string_t* value, const apr_array_header_t* targets, svn_depth_t depth,
+                     svn_boolean_t skipChecks, const apr_array_header_t* changelists, svn_client_ctx_t* ctx,
+                     apr_pool_t* pool)
+{
+    SVN_ERR(checkLocalTargets(&targets, pool));
+    SVN_ERR(settleWalkDepth(&depth));
+    SVN_ERR(endLines(&value, name, pool));
+    return svn_client_propset_local(name, value, targets, depth, skipChecks, changelists, ctx, pool);
+}
+#endif
+
+} // namespace
+
+void fillProperties(HSVNBundleEntryPoints& table)
+{
+    table.client_propget2 = propget2;
+    table.client_proplist2 = proplist2;
+    table.client_propset2 = propset2;
+}
+
+void fillPropertyExtensions(HSVNBundleExtensions& table)
+{
+    table.client_revprop_get = revpropGet;
+    table.client_revprop_list = revpropList;
+#if HSVN_LINE_MINOR >= 6
+    table.client_revprop_set = revpropSet;
+#endif
+#if HSVN_LINE_MINOR >= 7
+    table.client_propset = propset;
+#endif
+#if HSVN_LINE_MINOR >= 8
+    table.client_propget = propget;
+    table.client_proplist = proplist;
+#endif
+}
+
+} // namespace HSVNAdapter

@@ -1,0 +1,30 @@
+#include "ConflictSettler.h"
+#include "ExtensionTable.h"
+#include "ExtensionTargets.h"
+
+namespace HSVNAdapter {
+namespace {
+
+#if HSVN_LINE_MINOR >= 7
+svn_error_t* switchTo(svn_revnum_t* result, const char* path, const char* url, const svn_opt_revision_t* pegRevision,
+                      const svn_opt_revision_t* revision, const HSVNBundleExtensions::Updating* choices,
+                      svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_URL(url, pool);
+    SVN_ERR(checkLocalTarget(&path, pool));
+    const ConflictSettler settler{ctx, choices->choosing};
+    return svn_client_switch3(result, path, url, pegRevision, revision, choices->depth, choices->depthIsSticky,
+                              choices->ignoreExternals, choices->allowObstructions, choices->ignoreAncestry, ctx, pool);
+}
+#endif
+
+} // namespace
+
+void fillSwitchTo([[maybe_unused]] HSVNBundleExtensions& table)
+{
+#if HSVN_LINE_MINOR >= 7
+    table.client_switch = switchTo;
+#endif
+}
+
+} // namespace HSVNAdapter

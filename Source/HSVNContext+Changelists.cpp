@@ -1,0 +1,21 @@
+#include "HSVNContext.h"
+#include "Internal/DepthTranslation.h"
+#include "Internal/ExtensionCall.h"
+
+void HSVNContext::addToChangelist(const HSVNTargets& targets, const std::string& changelist,
+                                  const HSVNChangelistChoices& choices)
+{
+    HSVNOperation operation{*this, "addToChangelist", {{"targets", targets.texts()}, {"changelist", changelist}}};
+    const auto add = operation.extension(&HSVNBundleExtensions::client_add_to_changelist);
+    operation.check(add(HSVNChangedArray(operation, targets.texts()), operation.cString(changelist),
+                        HSVNDepthForSubversion(choices.depth), HSVNFilterArray(operation, choices.changelists),
+                        operation.ctx(), operation.pool()));
+}
+
+void HSVNContext::removeFromChangelists(const HSVNTargets& targets, const HSVNChangelistChoices& choices)
+{
+    HSVNOperation operation{*this, "removeFromChangelists", {{"targets", targets.texts()}}};
+    const auto remove = operation.extension(&HSVNBundleExtensions::client_remove_from_changelists);
+    operation.check(remove(HSVNChangedArray(operation, targets.texts()), HSVNDepthForSubversion(choices.depth),
+                           HSVNFilterArray(operation, choices.changelists), operation.ctx(), operation.pool()));
+}

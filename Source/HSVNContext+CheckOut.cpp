@@ -1,0 +1,16 @@
+#include "HSVNContext.h"
+#include "Internal/CheckOut.h"
+#include "Internal/OperationNotifications.h"
+
+HSVNRevisionNumber HSVNContext::checkout(const HSVNTarget& url, const HSVNTarget& path,
+                                         const HSVNRevisionSpecRef& revision, const HSVNCheckOutChoices& choices)
+{
+    HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNOperation operation{*this, "checkout", {{"url", url.text()}, {"path", path.text()}, {"revision", revision}}};
+    HSVNOperationNotifications notifications{
+        {HSVNNotifyActionCheckOutStarted, HSVNNotifyActionCheckOutSucceeded, HSVNNotifyActionCheckOutFailed},
+        path,
+        url};
+    return notifications.run(*this,
+                             [&] { return HSVNCheckOut(operation, url.text(), path.text(), *revision, choices); });
+}

@@ -1,0 +1,19 @@
+#include "HSVNContext.h"
+#include "Internal/Info.h"
+
+void HSVNContext::info(const HSVNTarget& target, const HSVNRevisionSpecRef& revision, const HSVNInfoChoices& choices,
+                       const HSVNReceiver<const HSVNItemInfo&>& receiver)
+{
+    HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNAssertParameter(receiver != nullptr, "receiver != nil");
+    HSVNOperation operation{*this, "info", {{"target", target.text()}, {"revision", revision}}};
+    HSVNInfo(operation, target.text(), *revision, choices, receiver);
+}
+
+std::vector<HSVNItemInfo> HSVNContext::info(const HSVNTarget& target, const HSVNRevisionSpecRef& revision,
+                                            const HSVNInfoChoices& choices)
+{
+    std::vector<HSVNItemInfo> items;
+    info(target, revision, choices, [&items](const HSVNItemInfo& item) { items.push_back(item); });
+    return items;
+}

@@ -1,0 +1,19 @@
+#include "HSVNContext.h"
+#include "Internal/List.h"
+
+void HSVNContext::list(const HSVNTarget& target, const HSVNRevisionSpecRef& revision, const HSVNListChoices& choices,
+                       const HSVNReceiver<const HSVNNodeRef&>& receiver)
+{
+    HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNAssertParameter(receiver != nullptr, "receiver != nil");
+    HSVNOperation operation{*this, "list", {{"target", target.text()}, {"revision", revision}}};
+    HSVNList(operation, target.text(), *revision, choices, receiver);
+}
+
+std::vector<HSVNNodeRef> HSVNContext::list(const HSVNTarget& target, const HSVNRevisionSpecRef& revision,
+                                           const HSVNListChoices& choices)
+{
+    std::vector<HSVNNodeRef> nodes;
+    list(target, revision, choices, [&](const HSVNNodeRef& node) { nodes.push_back(node); });
+    return nodes;
+}

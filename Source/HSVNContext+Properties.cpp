@@ -1,0 +1,37 @@
+#include "HSVNContext.h"
+#include "Internal/ExtensionCall.h"
+#include "Internal/Properties.h"
+#include "Internal/SetProperty.h"
+
+void HSVNContext::properties(const HSVNTarget& target, const HSVNRevisionSpecRef& revision,
+                             const HSVNPropertiesChoices& choices,
+                             const HSVNReceiver<const HSVNItemProperties&>& receiver)
+{
+    HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNAssertParameter(receiver != nullptr, "receiver != nil");
+    HSVNOperation operation{*this, "properties", {{"target", target.text()}, {"revision", revision}}};
+    HSVNReadProperties(operation, target.text(), *revision, choices, receiver);
+}
+
+std::vector<HSVNItemProperties> HSVNContext::properties(const HSVNTarget& target, const HSVNRevisionSpecRef& revision,
+                                                        const HSVNPropertiesChoices& choices)
+{
+    std::vector<HSVNItemProperties> items;
+    properties(target, revision, choices, [&](const HSVNItemProperties& item) { items.push_back(item); });
+    return items;
+}
+
+HSVNPropertyValues HSVNContext::property(const HSVNTarget& target, const std::string& name,
+                                         const HSVNRevisionSpecRef& revision, const HSVNPropertiesChoices& choices)
+{
+    HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNOperation operation{*this, "property", {{"target", target.text()}, {"name", name}, {"revision", revision}}};
+    return HSVNReadProperty(operation, target.text(), name, *revision, choices);
+}
+
+void HSVNContext::setProperty(const HSVNTargets& targets, const std::string& name,
+                              const std::optional<std::string>& value, const HSVNSetPropertyChoices& choices)
+{
+    HSVNOperation operation{*this, "setProperty", {{"targets", targets.texts()}, {"name", name}}};
+    HSVNSetProperty(operation, HSVNChangedArray(operation, targets.texts()), name, value, choices);
+}

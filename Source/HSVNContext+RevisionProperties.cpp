@@ -1,0 +1,61 @@
+#include "HSVNContext.h"
+#include "Internal/Properties.h"
+#include "Internal/PropertyValue.h"
+#include "Internal/RevisionNumber.h"
+
+namespace {
+
+void store(HSVNRevisionNumber* number, svn_revnum_t value)
+{
+    if (number) {
+        *number = HSVNRevisionNumberFromSubversion(value);
+    }
+}
+
+} // namespace
+
+std::map<std::string, std::string>
+HSVNContext::revisionProperties(const HSVNTarget& url, const HSVNRevisionRef& revision, HSVNRevisionNumber* number)
+{
+    HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNOperation operation{*this, "revisionProperties", {{"url", url.text()}, {"revision", revision}}};
+    const auto list = operation.extension(&HSVNBundleExtensions::client_revprop_list);
+    const auto record = revision->SVNRevision();
+    apr_hash_t* properties = nullptr;
+    svn_revnum_t found = HSVNInvalidRevision;
+    operation.check(
+        list(&properties, operation.cString(url.text()), &record, &found, operation.ctx(), operation.pool()));
+    store(number, found);
+    return HSVNPropertiesOfHash(operation, properties);
+}
+
+std::optional<std::string> HSVNContext::revisionProperty(const HSVNTarget& url, const std::string& name,
+                                                         const HSVNRevisionRef& revision, HSVNRevisionNumber* number)
+{
+    HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNOperation operation{*this, "revisionProperty", {{"url", url.text()}, {"name", name}, {"revision", revision}}};
+    const auto get = operation.extension(&HSVNBundleExtensions::client_revprop_get);
+    const auto record = revision->SVNRevision();
+    svn_string_t* value = nullptr;
+    svn_revnum_t found = HSVNInvalidRevision;
+    operation.check(get(operation.cString(name), &value, operation.cString(url.text()), &record, &found,
+                        operation.ctx(), operation.pool()));
+    store(number, found);
+    return value ? std::optional{std::string{value->data, value->len}} : std::nullopt;
+}
+
+HSVNRevisionNumber HSVNContext::setRevisionProperty(const HSVNTarget& url, const std::string& name,
+                                                    const std::optional<std::string>& value,
+                                                    const HSVNRevisionRef& revision,
+                                                    const HSVNSetRevisionPropertyChoices& choices)
+{
+    HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNOperation operation{
+        *this, "setRevisionProperty", {{"url", url.text()}, {"name", name}, {"revision", revision}}};
+    const auto set = operation.extension(&HSVNBundleExtensions::client_revprop_set);
+    const auto record = revision->SVNRevision();
+    svn_revnum_t number = HSVNInvalidRevision;
+    operation.check(set(operation.cString(name), HSVNPropertyValue{value}.get(), operation.cString(url.text()), &record,
+                        &number, choices.force, operation.ctx(), operation.pool()));
+    return HSVNRevisionNumberFromSubversion(number);
+}
