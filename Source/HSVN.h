@@ -44,6 +44,7 @@
 #include "HSVNItemsSetAside.h"
 #include "HSVNKeyedArchiver.h"
 #include "HSVNKeyedUnarchiver.h"
+#include "HSVNLayoutItem.h"
 #include "HSVNLocalPath.h"
 #include "HSVNLock.h"
 #include "HSVNLockOptions.h"

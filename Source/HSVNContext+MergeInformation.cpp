@@ -1,7 +1,35 @@
 #include "HSVNContext.h"
 #include "HSVNMergingSummary.h"
+#include "HSVNRevision.h"
+#include "Internal/DepthTranslation.h"
 #include "Internal/ExtensionCall.h"
+#include "Internal/Log.h"
 #include "Internal/RevisionNumber.h"
+
+namespace {
+
+struct RevisionsCall
+{
+    HSVNOperation& operation;
+    const HSVNReceiver<const HSVNLogItemRef&>& receiver;
+    HSVNTextCache paths = {};
+};
+
+svn_error_t* receiveRevision(void* baton, svn_log_entry_t* record, apr_pool_t* pool)
+{
+    auto& call = *static_cast<RevisionsCall*>(baton);
+    return HSVNGuardCallback(*call.operation.context(), [&]() -> svn_error_t* {
+        return HSVNHandOver(call.operation, call.receiver,
+                            HSVNLogItemOfEntry(call.operation, *record, call.paths, pool));
+    });
+}
+
+svn_opt_revision_t recordOf(const HSVNRevisionRef& revision)
+{
+    return (revision ? revision : HSVNRevision::UNSPECIFIED())->SVNRevision();
+}
+
+} // namespace
 
 HSVNMergingSummary HSVNContext::mergingSummary(const HSVNTargetInRevision& source, const HSVNTargetInRevision& target)
 {
@@ -23,4 +51,33 @@ HSVNMergingSummary HSVNContext::mergingSummary(const HSVNTargetInRevision& sourc
             .target = place(found.targetURL, found.targetRevision),
             .repositoryRoot = found.repositoryRoot,
             .reintegrates = found.reintegrates != 0};
+}
+
+void HSVNContext::mergedRevisions(const HSVNTargetInRevision& source, const HSVNTargetInRevision& target,
+                                  const HSVNMergedRevisionsChoices& choices,
+                                  const HSVNReceiver<const HSVNLogItemRef&>& receiver)
+{
+    HSVNAssertParameter(receiver != nullptr, "receiver != nil");
+    HSVNOperation operation{
+        *this, "mergedRevisions", {{"source", source.target.text()}, {"target", target.target.text()}}};
+    const auto function = operation.extension(&HSVNBundleExtensions::client_mergeinfo_log);
+    const auto sourceRevision = source.revision->pegRevision()->SVNRevision();
+    const auto targetRevision = target.revision->pegRevision()->SVNRevision();
+    const auto start = recordOf(choices.range.first);
+    const auto end = recordOf(choices.range.second);
+    RevisionsCall call{operation, receiver};
+    operation.check(function(!choices.eligible, operation.cString(target.target.text()), &targetRevision,
+                             operation.cString(source.target.text()), &sourceRevision, &start, &end,
+                             choices.changedPaths, HSVNDepthForSubversion(choices.depth),
+                             choices.properties ? HSVNTextArray(operation, *choices.properties) : nullptr,
+                             receiveRevision, &call, operation.ctx(), operation.pool()));
+}
+
+std::vector<HSVNLogItemRef> HSVNContext::mergedRevisions(const HSVNTargetInRevision& source,
+                                                         const HSVNTargetInRevision& target,
+                                                         const HSVNMergedRevisionsChoices& choices)
+{
+    std::vector<HSVNLogItemRef> items;
+    mergedRevisions(source, target, choices, [&](const HSVNLogItemRef& item) { items.push_back(item); });
+    return items;
 }

@@ -52,10 +52,18 @@ HSVNRevisionNumber HSVNContext::setRevisionProperty(const HSVNTarget& url, const
     HSVNAssertParameter(revision != nullptr, "revision != nil");
     HSVNOperation operation{
         *this, "setRevisionProperty", {{"url", url.text()}, {"name", name}, {"revision", revision}}};
-    const auto set = operation.extension(&HSVNBundleExtensions::client_revprop_set);
+    const char* const nameText = operation.cString(name);
+    const char* const urlText = operation.cString(url.text());
     const auto record = revision->SVNRevision();
     svn_revnum_t number = HSVNInvalidRevision;
-    operation.check(set(operation.cString(name), HSVNPropertyValue{value}.get(), operation.cString(url.text()), &record,
-                        &number, choices.force, operation.ctx(), operation.pool()));
+    if (choices.formerValue) {
+        const auto replace = operation.extension(&HSVNBundleExtensions::client_revprop_replace);
+        operation.check(replace(nameText, HSVNPropertyValue{value}.get(), HSVNPropertyValue{*choices.formerValue}.get(),
+                                urlText, &record, &number, choices.force, operation.ctx(), operation.pool()));
+    } else {
+        const auto set = operation.extension(&HSVNBundleExtensions::client_revprop_set);
+        operation.check(set(nameText, HSVNPropertyValue{value}.get(), urlText, &record, &number, choices.force,
+                            operation.ctx(), operation.pool()));
+    }
     return HSVNRevisionNumberFromSubversion(number);
 }

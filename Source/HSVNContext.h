@@ -51,6 +51,7 @@ struct HSVNBlamedLine;
 struct HSVNDifference;
 struct HSVNItemInfo;
 struct HSVNItemProperties;
+struct HSVNLayoutItem;
 struct HSVNMergingSummary;
 struct HSVNPropertyValues;
 
@@ -242,6 +243,14 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// @param targets  either local paths or URLs; all in one repository
     /// Stands for svn_client_unlock.
     void unlock(const HSVNTargets& targets, const HSVNUnlockChoices& choices = {});
+
+    /// Tells of which revisions, URLs and depths a working copy is made, without asking the repository: the directory
+    /// itself first, then each item that is not as the one above it says, as Subversion tells a server.
+    ///
+    /// @param directory  a local path
+    /// @param receiver   not nil ("receiver != nil")
+    /// Stands for svn_wc_crawl_revisions5; not offered by lines before 1.7.
+    void layout(const HSVNTarget& directory, const HSVNReceiver<const HSVNLayoutItem&>& receiver);
 
     // MARK: Conflicts
 

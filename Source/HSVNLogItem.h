@@ -58,6 +58,9 @@ class HSVN_EXPORT HSVNLogItem : public HSVNObject
     /// Whether it was merged in reverse.
     bool isSubtractiveMerge() const { return _isSubtractiveMerge; }
     void setSubtractiveMerge(bool isSubtractive) { _isSubtractiveMerge = isSubtractive; }
+    /// Whether it is merged, of what `mergedRevisions` tells, into some of what lies below the target only.
+    bool isPartlyMerged() const { return _isPartlyMerged; }
+    void setPartlyMerged(bool isPartly) { _isPartlyMerged = isPartly; }
     /// Whether it only ends the children of an earlier item; such an item has no revision.
     bool isEndOfChildren() const { return _isEndOfChildren; }
     void setEndOfChildren(bool isEnd) { _isEndOfChildren = isEnd; }
@@ -129,6 +132,7 @@ class HSVN_EXPORT HSVNLogItem : public HSVNObject
     bool _hasChildren : 1 = false;
     bool _isSubtractiveMerge : 1 = false;
     bool _isEndOfChildren : 1 = false;
+    bool _isPartlyMerged : 1 = false;
     std::shared_ptr<const std::map<std::string, std::string>> _properties; // null for none
     std::map<HSVNSharedText, HSVNLogPathChangeRef, ByText> _changes;       // by the path when it was recorded
 };

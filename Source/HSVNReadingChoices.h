@@ -73,7 +73,7 @@ struct HSVNDiffChoices
 struct HSVNMergedRevisionsChoices
 {
     bool eligible = false; ///< those that could be merged instead of those that are
-    /// Which of the source's changes are asked for, as in `HSVNRevisionRange`s of a merge; nil at an end means all.
+    /// Only revisions of the source from the first to the second, both among them; nil at both ends means all.
     std::pair<HSVNRevisionRef, HSVNRevisionRef> range{};
     HSVNDepth depth = HSVNDepthEmpty;                     ///< also what was merged below the target
     bool changedPaths = true;                             ///< tell which paths each revision changed

@@ -1,5 +1,6 @@
 #include "AlteredBundle.h"
 #include "HSVN.h"
+#include "ReasonOf.h"
 #include "SvnServer.h"
 #include "TemporaryFolder.h"
 #include "WebServer.h"
@@ -207,6 +208,34 @@ TEST_F(StoredCredentials, HoldNoPlainPasswordUnlessTheDelegateAllowsIt)
     list(svnServer().url(), refusing);
     list(svnServer().url(), refusing);
     EXPECT_EQ(refusing->passwords, 3) << "what is stored is not asked for";
+}
+
+TEST_F(StoredCredentials, AreToldAndRemoved)
+{
+    const auto willing = std::make_shared<HSVNClientDelegateFor<OpenKeeper>>();
+    willing->stores = true;
+    list(svnServer().url(), willing);
+    const auto client = HSVNClient::clientWithDelegate(willing);
+    const auto told = client->storedCredentials();
+    ASSERT_EQ(told.size(), 1U);
+    EXPECT_EQ(told.front().kind, "svn.simple");
+    EXPECT_THAT(told.front().realm, HasSubstr("svn://127.0.0.1:"));
+    EXPECT_EQ(told.front().values.at("username"), "harry");
+    EXPECT_EQ(told.front().values.at("password"), "");
+    EXPECT_EQ(client->storedCredentials({.secrets = true}).front().values.at("password"), "harryssecret");
+
+    const auto remove = [&](bool isUnwanted) {
+        return client->removeStoredCredentials([&](const HSVNStoredCredential& credential) {
+            EXPECT_EQ(credential.values.at("password"), "");
+            return isUnwanted;
+        });
+    };
+    EXPECT_EQ(remove(false), 0U);
+    EXPECT_TRUE(stored("svn.simple"));
+    EXPECT_EQ(remove(true), 1U);
+    EXPECT_FALSE(stored("svn.simple"));
+    EXPECT_EQ(reasonOf([&] { client->storedCredentials(HSVNStoredCredentialsChoices{}, nullptr); }),
+              "Invalid parameter not satisfying: receiver != nil");
 }
 
 TEST_F(StoredCredentials, FollowAConfigurationThatIsReadAgain)

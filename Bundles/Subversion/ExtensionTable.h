@@ -14,6 +14,7 @@ void fillDiff(HSVNBundleExtensions& table);
 #if HSVN_LINE_MINOR >= 7
 void fillOpenWorkingCopies(HSVNBundleExtensions& table);
 #endif
+void fillLayout(HSVNBundleExtensions& table);
 void fillMergeInformation(HSVNBundleExtensions& table);
 void fillPatch(HSVNBundleExtensions& table);
 void fillPropertyCommits(HSVNBundleExtensions& table);

@@ -113,6 +113,7 @@ HSVNBundleExtensions makeExtensions()
     fillWorkingCopyExtensions(table);
     fillLockExtensions(table);
     fillPropertyExtensions(table);
+    fillLayout(table);
     fillMergeInformation(table);
     fillPatch(table);
     fillPropertyCommits(table);

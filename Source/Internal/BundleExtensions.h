@@ -231,6 +231,17 @@ struct HSVNBundleExtensions
     using CredentialReceiver = svn_error_t* (*)(svn_boolean_t* remove, void* baton, const char* kind, const char* realm,
                                                 apr_hash_t* values, apr_pool_t* pool);
 
+    /// An item that a working copy does not have as its directory says; its path is below the one asked for.
+    struct LayoutItem
+    {
+        const char* path;
+        const char* url; ///< of a switched item; null for the others
+        svn_revnum_t revision;
+        svn_depth_t depth;
+        svn_boolean_t isPresent; ///< otherwise revision and depth are none
+    };
+    using LayoutReceiver = svn_error_t* (*)(void* baton, const LayoutItem* item, apr_pool_t* pool);
+
     /// Size of the table in bytes, these two fields included.
     std::uint32_t size;
     /// 1; raised when a place changes its meaning, which a library that expects the former one then refuses.
@@ -532,8 +543,11 @@ struct HSVNBundleExtensions
                                             apr_pool_t* pool);
     /// svn_x509_parse_cert of a certificate in base-64 text, 1.9 and later
     svn_error_t* (*certificate_details)(CertificateDetails* details, const svn_string_t* text, apr_pool_t* pool);
-    /// The user name, the password, the configuration area and whether nothing is stored, of an authentication that asks
-    /// by prompts; the texts outlive it
+    /// svn_wc_crawl_revisions5 of what is below a path, 1.7 and later; the path itself comes first
+    svn_error_t* (*wc_layout)(const char* path, LayoutReceiver receiver, void* baton, svn_client_ctx_t* ctx,
+                              apr_pool_t* pool);
+    /// The user name, the password, the configuration area and whether nothing is stored, of an authentication that
+    /// asks by prompts; the texts outlive it
     svn_error_t* (*auth_set_defaults)(svn_auth_baton_t* baton, const Authentication* wishes, apr_pool_t* pool);
 };
 

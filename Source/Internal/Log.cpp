@@ -104,25 +104,8 @@ svn_error_t* receiveEntry(void* baton, svn_log_entry_t* record, apr_pool_t* pool
 {
     auto& call = *static_cast<LogCall*>(baton);
     return HSVNGuardCallback(*call.operation.context(), [&]() -> svn_error_t* {
-        // Lines before 1.7 end both records earlier.
-        const bool isWhole = call.operation.isAtLeast(HSVNVersion{1, 7});
-        std::map<std::string, std::string> properties;
-        HSVNForEach<svn_string_t>(call.operation, record->revprops, [&](std::string name, const svn_string_t* value) {
-            properties.emplace(std::move(name), std::string{value->data, value->len});
-        });
-        const auto item = itemOf(std::move(properties), record->revision, pool);
-        item->setHasChildren(record->has_children != 0);
-        item->setSubtractiveMerge(isWhole && record->subtractive_merge);
-        item->setEndOfChildren(record->revision == SVN_INVALID_REVNUM);
-        addChanges<svn_log_changed_path2_t>(*item, record->changed_paths2, call.paths, pool,
-                                            [&](HSVNLogPathChange& change, const auto& path) {
-                                                change.setKind(static_cast<HSVNNodeKind>(path.node_kind));
-                                                if (isWhole) {
-                                                    change.setTextModified(certainty(path.text_modified));
-                                                    change.setPropertiesModified(certainty(path.props_modified));
-                                                }
-                                            });
-        return HSVNHandOver(call.operation, call.receiver, item);
+        return HSVNHandOver(call.operation, call.receiver,
+                            HSVNLogItemOfEntry(call.operation, *record, call.paths, pool));
     });
 }
 
@@ -168,6 +151,31 @@ std::vector<std::pair<HSVNRevisionRef, HSVNRevisionRef>> rangesOf(const HSVNLogC
 }
 
 } // namespace
+
+HSVNLogItemRef HSVNLogItemOfEntry(const HSVNOperation& operation, const svn_log_entry_t& record, HSVNTextCache& paths,
+                                  apr_pool_t* pool)
+{
+    // Lines before 1.7 end both records earlier.
+    const bool isWhole = operation.isAtLeast(HSVNVersion{1, 7});
+    std::map<std::string, std::string> properties;
+    HSVNForEach<svn_string_t>(operation, record.revprops, [&](std::string name, const svn_string_t* value) {
+        properties.emplace(std::move(name), std::string{value->data, value->len});
+    });
+    auto item = itemOf(std::move(properties), record.revision, pool);
+    item->setHasChildren(record.has_children != 0);
+    item->setSubtractiveMerge(isWhole && record.subtractive_merge);
+    item->setPartlyMerged(isWhole && record.non_inheritable);
+    item->setEndOfChildren(record.revision == SVN_INVALID_REVNUM);
+    addChanges<svn_log_changed_path2_t>(*item, record.changed_paths2, paths, pool,
+                                        [&](HSVNLogPathChange& change, const auto& path) {
+                                            change.setKind(static_cast<HSVNNodeKind>(path.node_kind));
+                                            if (isWhole) {
+                                                change.setTextModified(certainty(path.text_modified));
+                                                change.setPropertiesModified(certainty(path.props_modified));
+                                            }
+                                        });
+    return item;
+}
 
 void HSVNLog(HSVNOperation& operation, const apr_array_header_t* targets, const HSVNLogChoices& choices,
              const HSVNReceiver<const HSVNLogItemRef&>& receiver)

@@ -14,6 +14,12 @@
 void HSVNLog(HSVNOperation& operation, const apr_array_header_t* targets, const HSVNLogChoices& choices,
              const HSVNReceiver<const HSVNLogItemRef&>& receiver);
 
+/// The item of one revision that Subversion's newer functions report, with everything that the record tells.
+///
+/// @param paths  the texts of the paths, which the items of a log share
+HSVNLogItemRef HSVNLogItemOfEntry(const HSVNOperation& operation, const svn_log_entry_t& record, HSVNTextCache& paths,
+                                  apr_pool_t* pool);
+
 /// The same through place 49, which takes one range, tells author, date and message of each revision, and is handed
 /// what it reports to: for the class operation, and for the verb on lines before 1.6.
 ///
