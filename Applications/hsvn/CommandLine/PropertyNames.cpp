@@ -22,13 +22,13 @@ constexpr std::array revisionNames{
     "author",    "log",           "date",           "autoversioned",        "original-date",
     "sync-lock", "sync-from-url", "sync-from-uuid", "sync-last-merged-rev", "sync-currently-copying"};
 
-[[noreturn]] void failSuggesting(const std::string& name, const std::vector<std::string>& meant)
+[[noreturn]] void failSuggesting(const std::string& name, const std::vector<std::string>& meant, const char* verb)
 {
     const auto begin = fmt::format("'{}' is not a valid {} property name; ", name, prefix);
     if (meant.empty()) {
-        fail(PropertyName, begin + "use '--force' to set it");
+        fail(PropertyName, begin + fmt::format("use '--force' to {} it", verb));
     }
-    fail(PropertyName, fmt::format("Use '--force' to set the '{}' property.", name),
+    fail(PropertyName, fmt::format("Use '--force' to {} the '{}' property.", verb, name),
          failure(PropertyName, fmt::format("{}did you mean {}?", begin, choiceOf(meant, prefix))));
 }
 
@@ -52,7 +52,7 @@ void requirePropertyName(const std::string& name)
     }
 }
 
-void requireKnownPropertyName(const std::string& name, bool isOfRevision)
+void requireKnownPropertyName(const std::string& name, bool isOfRevision, const char* verb)
 {
     const auto known =
         isOfRevision ? std::span<const char* const>{revisionNames} : std::span<const char* const>{itemNames};
@@ -66,10 +66,10 @@ void requireKnownPropertyName(const std::string& name, bool isOfRevision)
     const std::string rest = name.substr(prefix.size());
     const bool isKnown = std::find(known.begin(), known.end(), rest) != known.end();
     if (hasPrefix && !isKnown) {
-        failSuggesting(name, namesLike(rest, known));
+        failSuggesting(name, namesLike(rest, known), verb);
     }
     if (isMisspelled && isKnown) {
-        failSuggesting(name, {rest});
+        failSuggesting(name, {rest}, verb);
     }
 }
 

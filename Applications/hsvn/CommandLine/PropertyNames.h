@@ -11,8 +11,9 @@ void requirePropertyName(const std::string& name);
 /// Refuses a name that is reserved without being known, or that is close to a known one, and tells which was meant.
 ///
 /// @param isOfRevision  whether revisions, not files and folders, are to have the property
+/// @param verb          what is to be done to the property
 /// @throws HSVNException
-void requireKnownPropertyName(const std::string& name, bool isOfRevision);
+void requireKnownPropertyName(const std::string& name, bool isOfRevision, const char* verb = "set");
 
 /// Whether the property holds by being there, whatever its value.
 bool isBooleanProperty(std::string_view name);

@@ -35,10 +35,11 @@ std::span<const Subcommand* const> subcommands()
         &copySubcommand(),       &createSubcommand(),   &deleteSubcommand(),  &diffSubcommand(),
         &exportSubcommand(),     &helpSubcommand(),     &importSubcommand(),  &infoSubcommand(),
         &listSubcommand(),       &lockSubcommand(),     &logSubcommand(),     &mergeSubcommand(),
-        &mkdirSubcommand(),      &moveSubcommand(),     &patchSubcommand(),   &propdelSubcommand(),
-        &propgetSubcommand(),    &proplistSubcommand(), &propsetSubcommand(), &relocateSubcommand(),
-        &resolveSubcommand(),    &resolvedSubcommand(), &revertSubcommand(),  &statusSubcommand(),
-        &switchSubcommand(),     &unlockSubcommand(),   &updateSubcommand(),  &upgradeSubcommand()};
+        &mergeinfoSubcommand(),  &mkdirSubcommand(),    &moveSubcommand(),    &patchSubcommand(),
+        &propdelSubcommand(),    &propeditSubcommand(), &propgetSubcommand(), &proplistSubcommand(),
+        &propsetSubcommand(),    &relocateSubcommand(), &resolveSubcommand(), &resolvedSubcommand(),
+        &revertSubcommand(),     &statusSubcommand(),   &switchSubcommand(),  &unlockSubcommand(),
+        &updateSubcommand(),     &upgradeSubcommand()};
     return all;
 }
 

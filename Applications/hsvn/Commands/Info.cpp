@@ -5,6 +5,7 @@
 #include "Output/InfoPrinter.h"
 #include "Output/JSON.h"
 #include "Output/Output.h"
+#include "Output/Viewspec.h"
 #include "Output/XML.h"
 
 #include <fmt/format.h>
@@ -130,7 +131,14 @@ class InfoRun
     nlohmann::ordered_json _records = nlohmann::ordered_json::array();
 };
 
-void runInfo(Session& session) { InfoRun{session}.run(); }
+void runInfo(Session& session)
+{
+    if (session.options.viewspec != Viewspec::Unspecified) {
+        printViewspec(session, targetsOf(session));
+    } else {
+        InfoRun{session}.run();
+    }
+}
 
 } // namespace
 
@@ -144,11 +152,14 @@ const Subcommand& infoSubcommand()
                                        "A path is described as it stands in the working copy, a URL as it is in\n"
                                        "HEAD, unless REV names another revision to look it up in.\n"
                                        "\n"
-                                       "With --show-item, one item of this information and nothing else.",
+                                       "With --show-item, one item of this information and nothing else.\n"
+                                       "\n"
+                                       "With --x-viewspec, how the working copy TARGET is put together: its\n"
+                                       "revisions, depths and switched items.",
                                        {OptionId::Revision, OptionId::Recursive, OptionId::HumanReadable,
                                         OptionId::Depth, OptionId::Targets, OptionId::Incremental, OptionId::XML,
                                         OptionId::JSON, OptionId::Changelist, OptionId::IncludeExternals,
-                                        OptionId::ShowItem, OptionId::NoNewline},
+                                        OptionId::ShowItem, OptionId::NoNewline, OptionId::Viewspec},
                                        {{OptionId::HumanReadable, "show file sizes with base-2 unit suffixes\n"
                                                                   "(Byte, Kilobyte, Megabyte, Gigabyte, Terabyte\n"
                                                                   "and Petabyte), limiting the number of digits\n"

@@ -5,24 +5,12 @@
 #include "CommandLine/Targets.h"
 #include "CommandLine/TextFiles.h"
 #include "Commands/PropertyChanges.h"
-#include "Output/Output.h"
-#include "Output/Words.h"
+#include "Commands/PropertyWarnings.h"
 
 #include <algorithm>
-#include <filesystem>
 #include <fmt/format.h>
 
 namespace {
-
-/// Whether Subversion accepts a text as a MIME type: of what stands before any parameters, it wants one "/".
-bool isMIMEType(std::string_view text)
-{
-    const auto type = text.substr(0, text.find_first_of("; "));
-    return std::count(type.begin(), type.end(), '/') == 1 && std::all_of(type.begin(), type.end(), [](char character) {
-               return character > ' ' && character < '\x7f' &&
-                      std::string_view{"()<>@,;:\\\"[]?="}.find(character) == std::string_view::npos;
-           });
-}
 
 /// One run of `propset`.
 class PropsetRun
@@ -75,45 +63,10 @@ class PropsetRun
                      ? "Explicit target argument required"
                      : fmt::format("Explicit target required ('{}' interpreted as prop value)", _given));
         }
-        warnOfBinaryType(targets);
+        warnOfBinaryType(_session, _name, _value, targets);
         changeProperty(_session, _name, _value, targets);
-        warnOfOff();
-    }
-
-    void warnOfBinaryType(const std::vector<std::string>& targets) const
-    {
-        const auto types = split(_value, "\n");
-        if (_name != "svn:mime-type" || types.empty() || !isMIMEType(types.front()) || !isBinaryMIMEType(types.front()))
-        {
-            return;
-        }
-        for (const auto& target : targets) {
-            if (!isURL(target) && looksLikeText(target)) {
-                Output::writeError(fmt::format("{}: warning: '{}' is a binary mime-type but file '{}' looks like text; "
-                                               "diff, merge, blame, and other operations will stop working on this "
-                                               "file\n",
-                                               programName(), types.front(), absolutePath(target)));
-            }
-        }
-    }
-
-    bool looksLikeText(const std::string& target) const
-    {
-        std::error_code ignored;
-        if (!std::filesystem::is_regular_file(NativeText::fromUTF8(localStyle(target)), ignored)) {
-            return false;
-        }
-        const auto type =
-            HSVNNode::MIMETypeForNodeAtPath(HSVNLocalPath::pathWithString(absolutePath(target)), _session.client());
-        return !type || !isBinaryMIMEType(*type);
-    }
-
-    void warnOfOff() const
-    {
-        if (!_session.options.quiet && isBooleanProperty(_name) && looksLikeOff(_value)) {
-            printWarning(failure(BadPropertyValue, fmt::format("To turn off the {} property, use '{} propdel';\n"
-                                                               "setting the property to '{}' will not turn it off.",
-                                                               _name, programName(), _value)));
+        if (!_session.options.quiet) {
+            warnOfOff(_name, _value);
         }
     }
 

@@ -86,8 +86,12 @@ class WorkingFolder
   public:
     explicit WorkingFolder(const std::string& folder) : _former{std::filesystem::current_path()}
     {
+        std::error_code failure;
         if (!folder.empty()) {
-            std::filesystem::current_path(NativeText::fromUTF8(folder));
+            std::filesystem::current_path(NativeText::fromUTF8(folder), failure);
+        }
+        if (failure) {
+            failWith(failure.value(), "change working directory to", localStyle(folder));
         }
     }
     ~WorkingFolder()
@@ -111,27 +115,34 @@ Editor::Editor(Session& session, std::string folder, std::string baseName)
 
 std::optional<std::string> Editor::edit(const std::string& text)
 {
+    const auto& encoding = _session.options.encoding;
+    const auto edited = editAsBytes(NativeText::fromUTF8(text, encoding));
+    try {
+        return edited ? std::optional{withUnixLineEnds(NativeText::toUTF8(*edited, encoding))} : std::nullopt;
+    } catch (const HSVNException& exception) {
+        throw wrapped(exception, "Error normalizing edited contents to internal format");
+    }
+}
+
+std::optional<std::string> Editor::editAsBytes(const std::string& bytes)
+{
     using namespace std::chrono_literals;
     const std::string program = command();
-    const auto& encoding = _session.options.encoding;
-    const std::string contents = NativeText::fromUTF8(text, encoding);
+    {
+        const WorkingFolder reachable{_folder};
+    }
     const auto [name, descriptor] = makeFile(_folder, _baseName);
     _file = joined(_folder, name);
     const std::filesystem::path native = NativeText::fromUTF8(_file);
-    writeAndClose(descriptor, contents, _file);
+    writeAndClose(descriptor, bytes, _file);
     // A file that is saved within the clock's tick, at the same size, is still seen to have changed.
     std::filesystem::last_write_time(native, std::filesystem::last_write_time(native) - 2000s);
     const auto time = std::filesystem::last_write_time(native);
     run(program, name);
-    if (std::filesystem::last_write_time(native) == time && std::filesystem::file_size(native) == contents.size()) {
+    if (std::filesystem::last_write_time(native) == time && std::filesystem::file_size(native) == bytes.size()) {
         return std::nullopt;
     }
-    const std::string edited = contentsOfFile(_file);
-    try {
-        return withUnixLineEnds(NativeText::toUTF8(edited, encoding));
-    } catch (const HSVNException& exception) {
-        throw wrapped(exception, "Error normalizing edited contents to internal format");
-    }
+    return contentsOfFile(_file);
 }
 
 void Editor::editFile(Session& session, const std::string& path)

@@ -22,6 +22,9 @@ class Editor
     /// The file stays.
     std::optional<std::string> edit(const std::string& text);
 
+    /// The same for bytes that are no text, or whose encoding is nobody's business.
+    std::optional<std::string> editAsBytes(const std::string& bytes);
+
     /// Has a file edited where it is.
     ///
     /// @param path  absolute

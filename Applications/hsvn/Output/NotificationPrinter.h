@@ -27,6 +27,8 @@ class NotificationPrinter
     {
     }
 
+    /// Prints nothing from now on.
+    void beQuiet() { _isQuiet = true; }
     /// Leaves out the lines that begin and end an update or checkout.
     void leaveOutFirstAndLastLines() { _leavesOutFrame = true; }
     /// Says once, even when quiet, that a commit of limited depth makes the copies of folders whole all the same.
