@@ -3,6 +3,7 @@
 #include "CanonicalPaths.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
+#include "StandIns.h"
 
 #include <charconv>
 #include <cstdint>
@@ -106,3 +107,20 @@ void fillWorkingCopyFormat(HSVNBundleEntryPoints& table)
 }
 
 } // namespace HSVNAdapter
+
+#ifdef HSVN_STANDS_IN_FRONT
+// The text files of a working copy state the formats before those of databases. For any other, Subversion looks into
+// the database that is not there, which ends the process.
+HSVN_STAND_IN svn_error_t* svn_io_read_version_file(int* version, const char* path, apr_pool_t* pool)
+{
+    constexpr int newestOfTextFiles = 12;
+    SVN_ERR(HSVN_BEHIND(svn_io_read_version_file)(version, path, pool));
+    const std::string area = std::string{"/"} + svn_wc_get_adm_dir(pool) + "/";
+    const std::string_view file = path;
+    if (*version > newestOfTextFiles && (file.ends_with(area + "entries") || file.ends_with(area + "format"))) {
+        return svn_error_createf(SVN_ERR_BAD_VERSION_FILE_FORMAT, nullptr,
+                                 "'%s' states a format, %d, that has no such file", path, *version);
+    }
+    return SVN_NO_ERROR;
+}
+#endif
