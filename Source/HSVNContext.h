@@ -486,9 +486,8 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     ///
     /// @param target    a local path, whose URL is listed, or a URL
     /// @param revision  not nil ("revision != nil")
-    /// @param receiver  not nil ("receiver != nil"). A node's name is its path below the target, "." that of a
-    /// directory
-    ///                  which is the target itself.
+    /// @param receiver  not nil ("receiver != nil"). A node's name is its path below the target; that of a directory
+    ///                  which is the target itself is ".".
     /// Stands for svn_client_list4 (svn_client_list).
     void list(const HSVNTarget& target, const HSVNRevisionSpecRef& revision, const HSVNListChoices& choices,
               const HSVNReceiver<const HSVNNodeRef&>& receiver);
