@@ -22,6 +22,7 @@
 #include <functional>
 #include <gmock/gmock.h>
 #include <map>
+#include <thread>
 
 // What fails or is interrupted leaves a working copy that can be worked on, and what was done before stays.
 
@@ -40,6 +41,7 @@ struct Countdown : Recorder
     int left = 0;
     bool throws = false;
     bool countsNotifications = false;
+    int pauses = 0; // before answers that stop
 
     void notify(HSVNContext&, const HSVNNotificationRef&)
     {
@@ -55,6 +57,9 @@ struct Countdown : Recorder
         }
         if (throws) {
             throw ApplicationsOwn{};
+        }
+        if (pauses-- > 0) {
+            std::this_thread::sleep_for(std::chrono::milliseconds{400});
         }
         return false;
     }
@@ -198,6 +203,26 @@ TEST_P(Failure, AnOperationStoppedAnywhereLeavesAUsableWorkingCopy)
         [&] {
             mustRun({"svn", "cleanup", root});
         });
+}
+
+TEST_P(Failure, AStopWaitsForTheQueueHoweverBusyTheMachineIs)
+{
+    for (const std::string name : {"a.txt", "b.txt", "dir/c.txt"}) {
+        repository.put("trunk/" + name, "second\n");
+    }
+    for (const int left : {3, 5, 7}) {
+        reset();
+        const auto countdown = std::make_shared<HSVNClientDelegateFor<Countdown>>();
+        countdown->left = left;
+        countdown->pauses = 2;
+        client->setDelegate(countdown);
+        EXPECT_THROW(
+            HSVNNode::updateNodes({at("")}, HSVNRevision::revisionWithNumber(1), HSVNUpdateOptions::defaults(), client),
+            HSVNOperationCancelledException)
+            << left;
+        client->setDelegate(delegate);
+        expectUsable();
+    }
 }
 
 TEST_P(Failure, ACheckOutGoesWhereAnEndedOneLeftAnAreaWithoutValue)

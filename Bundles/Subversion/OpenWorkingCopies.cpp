@@ -7,6 +7,7 @@
 #if HSVN_LINE_MINOR >= 7
 
 #include <algorithm>
+#include <ctime>
 #include <memory>
 #include <set>
 #include <sys/stat.h>
@@ -19,8 +20,17 @@ namespace {
 constexpr const char* poolKey = "HSVNAdapter::OpenWorkingCopies";
 /// A client that visits more of them would sooner or later run out of descriptors.
 constexpr std::size_t mostOpen = 64;
-/// How long a stop waits for the queue of work to be empty.
+/// How long a stop waits for the queue of work to be empty: of the time that the thread itself works, so that it waits
+/// for as much on a busy machine, and by the clock.
 constexpr std::chrono::milliseconds patience{300};
+constexpr std::chrono::seconds longestWait{3};
+
+std::chrono::nanoseconds timeOf(clockid_t clock)
+{
+    timespec time{};
+    clock_gettime(clock, &time);
+    return std::chrono::seconds{time.tv_sec} + std::chrono::nanoseconds{time.tv_nsec};
+}
 
 apr_status_t forget(void* record)
 {
@@ -164,11 +174,11 @@ svn_error_t* OpenWorkingCopies::close(apr_pool_t* pool)
 
 bool OpenWorkingCopies::hasUnfinishedWork(const std::string& path)
 {
-    const auto now = std::chrono::steady_clock::now();
-    if (now - _askedForWork.value_or(now) > patience) {
+    const Moment now{timeOf(CLOCK_THREAD_CPUTIME_ID), timeOf(CLOCK_MONOTONIC)};
+    _askedForWork = _askedForWork.value_or(now);
+    if (now.worked - _askedForWork->worked > patience || now.passed - _askedForWork->passed > longestWait) {
         return false;
     }
-    _askedForWork = _askedForWork.value_or(now);
     std::set<std::string> roots{workingCopyRoot(path, _contextPool)};
     for (const auto& target : _targets) {
         roots.insert(workingCopyRoot(target, _contextPool));

@@ -43,6 +43,12 @@ class OpenWorkingCopies
         apr_time_t changed = 0; // when externals were last looked for, the database's time of change then
     };
 
+    struct Moment
+    {
+        std::chrono::nanoseconds worked; // by this thread
+        std::chrono::nanoseconds passed;
+    };
+
     OpenWorkingCopies(svn_client_ctx_t* ctx, apr_pool_t* contextPool) : _ctx{ctx}, _contextPool{contextPool} {}
 
     bool isStale(apr_pool_t* pool) const;
@@ -55,7 +61,7 @@ class OpenWorkingCopies
     apr_pool_t* _generationPool = nullptr; // of the working-copy context; null for the client context's first one
     std::map<std::string, Seen> _seen;     // by root
     std::vector<std::string> _targets;     // of the last refresh, absolute
-    std::optional<std::chrono::steady_clock::time_point> _askedForWork; // for the first time since then
+    std::optional<Moment> _askedForWork;   // for the first time since then
 };
 
 } // namespace HSVNAdapter
