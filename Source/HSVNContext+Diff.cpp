@@ -1,5 +1,6 @@
 #include "HSVNContext.h"
 #include "HSVNDifference.h"
+#include "Internal/Browsing.h"
 #include "Internal/ContentsStream.h"
 #include "Internal/DepthTranslation.h"
 #include "Internal/ExtensionCall.h"
@@ -30,20 +31,10 @@ struct Sides
     svn_opt_revision_t second;
 };
 
-/// No revision at all is the target's present state.
-svn_opt_revision_t recordOf(const HSVNTarget& target, const HSVNRevision& revision)
-{
-    auto record = revision.SVNRevision();
-    if (record.kind == svn_opt_revision_unspecified) {
-        record.kind = target.isURL() ? svn_opt_revision_head : svn_opt_revision_working;
-    }
-    return record;
-}
-
 Sides sidesOf(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second)
 {
-    return {recordOf(first.target, *first.revision->operativeRevision()),
-            recordOf(second.target, *second.revision->operativeRevision())};
+    return {HSVNRevisionOfTarget(first.target, *first.revision->operativeRevision()),
+            HSVNRevisionOfTarget(second.target, *second.revision->operativeRevision())};
 }
 
 Sides sidesOf(const Revisions& revisions) { return {revisions.first->SVNRevision(), revisions.second->SVNRevision()}; }
@@ -122,7 +113,7 @@ void HSVNContext::diff(const HSVNTargetInRevision& target, const Revisions& revi
     requireRevisions(revisions);
     HSVNOperation operation{*this, "diff", {{"target", target.target.text()}, {"revisions", revisions}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_diff_peg);
-    const auto peg = recordOf(target.target, *target.revision->pegRevision());
+    const auto peg = HSVNRevisionOfTarget(target.target, *target.revision->pegRevision());
     const auto sides = sidesOf(revisions);
     const auto record = recordOf(operation, choices);
     const Output out{operation, output};
@@ -152,7 +143,7 @@ void HSVNContext::diffSummary(const HSVNTargetInRevision& target, const Revision
     HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNOperation operation{*this, "diffSummary", {{"target", target.target.text()}, {"revisions", revisions}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_diff_summarize_peg);
-    const auto peg = recordOf(target.target, *target.revision->pegRevision());
+    const auto peg = HSVNRevisionOfTarget(target.target, *target.revision->pegRevision());
     const auto sides = sidesOf(revisions);
     const auto record = recordOf(operation, choices);
     Summary summary{operation, receiver};

@@ -2,6 +2,7 @@
 
 #include "HSVNForward.h"
 #include "HSVNRevisionSpec.h"
+#include "HSVNTarget.h"
 #include "Internal/Subversion.h"
 
 /// The two records that Subversion takes for a revision specification.
@@ -15,6 +16,16 @@ struct HSVNRevisionRecords
     svn_opt_revision_t peg;
     svn_opt_revision_t operative;
 };
+
+/// The record of a target's revision: without any, HEAD of a URL and what the working copy holds of a local path.
+inline svn_opt_revision_t HSVNRevisionOfTarget(const HSVNTarget& target, const HSVNRevision& revision)
+{
+    auto record = revision.SVNRevision();
+    if (record.kind == svn_opt_revision_unspecified) {
+        record.kind = target.isURL() ? svn_opt_revision_head : svn_opt_revision_working;
+    }
+    return record;
+}
 
 /// The repository URL of an item that is to be listed: a URL is its own answer, also for an item that is gone from
 /// HEAD and can only be found in an older revision; for a local path `HSVNNode::URLForNodeAtPath` is asked.

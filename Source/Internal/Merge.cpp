@@ -2,6 +2,7 @@
 
 #include "HSVNNotification.h"
 #include "HSVNRevision.h"
+#include "Internal/Browsing.h"
 #include "Internal/DepthTranslation.h"
 #include "Internal/ExtensionCall.h"
 
@@ -52,9 +53,7 @@ HSVNMergeRecord::HSVNMergeRecord(HSVNOperation& operation, const HSVNMergeChoice
 
 HSVNMergeSource HSVNMergeSourceOf(HSVNOperation& operation, const HSVNTarget& target, const HSVNRevision& revision)
 {
-    const auto& present = target.isURL() ? HSVNRevision::HEAD() : HSVNRevision::WORKING();
-    const bool isGiven = !revision.isEqual(HSVNRevision::UNSPECIFIED());
-    return {operation.cString(target.text()), isGiven ? revision.SVNRevision() : present->SVNRevision()};
+    return {operation.cString(target.text()), HSVNRevisionOfTarget(target, revision)};
 }
 
 void HSVNMergeDifference(HSVNOperation& operation, const HSVNMergeSource& first, const HSVNMergeSource& second,

@@ -58,20 +58,7 @@ bool isTrueWord(const std::string& value) { return isOneOf(value, {"true", "yes"
 
 bool isFalseWord(const std::string& value) { return isOneOf(value, {"false", "no", "off", "0"}); }
 
-const char* wordOf(HSVNNodeKind kind)
-{
-    switch (kind) {
-    case HSVNNodeKindNone:
-        return "none";
-    case HSVNNodeKindFile:
-        return "file";
-    case HSVNNodeKindDirectory:
-        return "dir";
-    case HSVNNodeKindUnknown:
-        break;
-    }
-    return "unknown";
-}
+const char* wordOf(HSVNNodeKind kind) { return kind == HSVNNodeKindDirectory ? "dir" : HSVNTextOfNodeKind(kind); }
 
 const char* wordOf(HSVNStatusKind status)
 {
