@@ -28,6 +28,8 @@
 #include "HSVNDebug.h"
 #include "HSVNDeleteOptions.h"
 #include "HSVNDiffOptions.h"
+#include "HSVNDiffSection.h"
+#include "HSVNDiffWords.h"
 #include "HSVNDifference.h"
 #include "HSVNDirectory.h"
 #include "HSVNEndOfLine.h"
