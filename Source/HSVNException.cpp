@@ -1,8 +1,6 @@
 #include "HSVNException.h"
 
 #include "HSVNStatusCodes.h"
-#include "Internal/Characters.h"
-#include "Internal/Pool.h"
 
 #include <algorithm>
 #include <array>
@@ -93,38 +91,6 @@ constexpr std::array<StatusRow, 32> statusMap{{
     {HSVNStatusCode::LockExpired, &classOf<HSVNLockExpiredException>},
 }};
 
-std::string messageOf(const svn_error_t* error)
-{
-    HSVNAssertParameter(error != nullptr, "error != NULL");
-    std::array<char, 1024> buffer{};
-    return HSVNText::decoded(HSVNCurrentEntryPoints().err_best_message(error, buffer.data(), buffer.size()));
-}
-
-/// The status map's answer for `HSVNException`, the receiver itself for any other class.
-const HSVNExceptionClass* classForStatus(const HSVNExceptionClass& receiver, std::int32_t status)
-{
-    return &receiver == &classOf<HSVNException> ? HSVNException::mapClassToAPRStatus(status) : &receiver;
-}
-
-/// Releases a Subversion error when the scope ends, if asked to.
-class ErrorScope
-{
-  public:
-    ErrorScope(svn_error_t* error, bool clear) : _error{clear ? error : nullptr} {}
-    ~ErrorScope()
-    {
-        if (_error) {
-            _entryPoints.error_clear(_error);
-        }
-    }
-    ErrorScope(const ErrorScope&) = delete;
-    ErrorScope& operator=(const ErrorScope&) = delete;
-
-  private:
-    const HSVNBundleEntryPoints& _entryPoints = HSVNCurrentEntryPoints();
-    svn_error_t* _error;
-};
-
 } // namespace
 
 HSVNException::HSVNException(std::string reason)
@@ -137,35 +103,9 @@ HSVNException::HSVNException(std::string reason, HSVNUserInfo userInfo)
 {
 }
 
-// Braces: the message is asked for first.
-HSVNException::HSVNException(const svn_error_t* error) : HSVNException{messageOf(error), dictionaryForError(error)} {}
-
 HSVNException::HSVNException(std::string className, std::string reason, HSVNUserInfo userInfo)
     : HSVNPlatformException(std::move(className), std::move(reason), std::move(userInfo))
 {
-}
-
-HSVNExceptionRef HSVNException::exceptionWithError(svn_error_t* error, bool clear)
-{
-    return exceptionWithError(error, clear, classOf<HSVNException>);
-}
-
-HSVNExceptionRef HSVNException::exceptionWithError(svn_error_t* error) { return exceptionWithError(error, true); }
-
-HSVNExceptionRef HSVNException::exceptionWithError(svn_error_t* error, bool clear, const HSVNExceptionClass& receiver)
-{
-    HSVNAssertParameter(error != nullptr, "error != NULL");
-    const ErrorScope scope{error, clear};
-    const HSVNExceptionClass* chosen = nullptr;
-    for (const svn_error_t* link = error; link && !chosen; link = link->child) {
-        chosen = classForStatus(receiver, link->apr_err);
-    }
-    if (!chosen) {
-        chosen = &classOf<HSVNException>;
-    } else if (chosen == &classOf<HSVNCommunicationException>) {
-        chosen = classForCommunicationError(error);
-    }
-    return chosen->make(messageOf(error), dictionaryForError(error));
 }
 
 HSVNExceptionRef HSVNException::exceptionWithReason(const std::string& reason)
@@ -180,21 +120,6 @@ HSVNExceptionRef HSVNException::exceptionWithReason(const std::string& reason, s
         .make(reason, {{HSVNExceptionMessageKey, reason}, {HSVNExceptionStatusKey, std::int64_t{status}}});
 }
 
-HSVNUserInfo HSVNException::dictionaryForError(const svn_error_t* error)
-{
-    HSVNAssertParameter(error != nullptr, "error != nil");
-    HSVNUserInfo userInfo{{HSVNExceptionMessageKey, messageOf(error)},
-                          {HSVNExceptionStatusKey, std::int64_t{error->apr_err}}};
-    if (error->file) {
-        userInfo.emplace(HSVNExceptionFileNameKey, HSVNText::decoded(error->file));
-        userInfo.emplace(HSVNExceptionLineNumberKey, std::int64_t{error->line});
-    }
-    if (error->child) {
-        userInfo.emplace(HSVNExceptionCauseKey, std::make_shared<const HSVNUserInfo>(dictionaryForError(error->child)));
-    }
-    return userInfo;
-}
-
 const HSVNExceptionClass* HSVNException::classForAPRStatus(std::int32_t status) { return mapClassToAPRStatus(status); }
 
 const HSVNExceptionClass* HSVNException::mapClassToAPRStatus(std::int32_t status)
@@ -202,14 +127,6 @@ const HSVNExceptionClass* HSVNException::mapClassToAPRStatus(std::int32_t status
     const auto* const row = std::find_if(statusMap.begin(), statusMap.end(),
                                          [&](const StatusRow& candidate) { return candidate.status == status; });
     return row == statusMap.end() ? nullptr : row->exceptionClass;
-}
-
-const HSVNExceptionClass* HSVNException::classForCommunicationError(const svn_error_t* error)
-{
-    const std::string_view message = error && error->message ? error->message : "";
-    const bool isRefusal = HSVNText::containsIgnoringCase(message, "401 Authorization Required") ||
-                           HSVNText::containsIgnoringCase(message, "403 Forbidden");
-    return isRefusal ? &classOf<HSVNAuthorizationException> : &classOf<HSVNCommunicationException>;
 }
 
 std::int32_t HSVNException::status() const

@@ -1,7 +1,6 @@
 #include "HSVNLocalPath.h"
 
 #include "HSVNPlatformException.h"
-#include "HSVNURL.h"
 #include "Internal/Everlasting.h"
 #include "Internal/PathText.h"
 #include "Internal/TrustedText.h"
@@ -101,14 +100,6 @@ HSVNLocalPathRef HSVNLocalPath::parent() const
 {
     const auto container = HSVNPathText::deletingLastComponent(_path);
     return container.empty() || _path == "/" ? nullptr : HSVNLocalPathOfTrustedText(std::string{container});
-}
-
-HSVNURLRef HSVNLocalPath::URL() const
-{
-    if (!_path.starts_with('/')) {
-        throw HSVNInvalidArgumentException(fmt::format("\"{}\" is not an absolute path", _path));
-    }
-    return HSVNURL::URLEncodeString("file://" + _path);
 }
 
 HSVNLocalPathRef HSVNLocalPath::resolve(bool* wasLink) const

@@ -1,8 +1,6 @@
 #include "HSVNPath.h"
 
-#include "HSVNLocalPath.h"
 #include "HSVNPlatformException.h"
-#include "HSVNURL.h"
 #include "Internal/PathText.h"
 #include "Internal/Unicode.h"
 
@@ -13,8 +11,6 @@
 #include <utility>
 
 namespace {
-
-bool isURLText(const std::string& text) { return text.find("://") != std::string::npos; }
 
 std::optional<std::string> convertedFromUTF8(const std::string& text, const std::string& encoding)
 {
@@ -43,22 +39,6 @@ std::string wayDown(const HSVNPath& path, const HSVNPathRef& ancestor)
 } // namespace
 
 HSVNPath::HSVNPath(HSVNCoder* decoder) { HSVNRequireKeyedUnarchiver(decoder); }
-
-HSVNPathRef HSVNPath::pathWithString(const std::string& string)
-{
-    if (isURLText(string)) {
-        return HSVNURL::URLWithString(string);
-    }
-    return HSVNLocalPath::pathWithString(string);
-}
-
-HSVNPathRef HSVNPath::pathWithDenormalizedString(const std::string& string)
-{
-    if (isURLText(string)) {
-        return HSVNURL::URLEncodeString(string);
-    }
-    return HSVNLocalPath::pathWithString(string);
-}
 
 HSVNPathRef HSVNPath::commonAncestorForPaths(const std::vector<HSVNPathRef>& paths)
 {

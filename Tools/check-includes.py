@@ -1,7 +1,9 @@
 #!/usr/bin/env python3
-"""Fails on include circles, on a header from behind the library's wall, Subversion's or APR's in a public header, and on
-a public header that the umbrella lacks. Reads the sources as text; needs nothing built."""
+"""Fails on circles of units (a header with the source of its name), on an include against the floors that
+Documentation/Architecture.md lists, on a header from behind the library's wall, Subversion's or APR's in a public header,
+and on a public header that the umbrella lacks. Reads the sources as text; needs nothing built."""
 
+import fnmatch
 import pathlib
 import re
 import sys
@@ -28,8 +30,22 @@ def resolve(path, name, headers):
     return None
 
 
+def units_of(headers):
+    """What each unit includes of other units: {tree-relative name without suffix: {names}}, one dictionary for each tree."""
+    for tree in TREES:
+        units = {}
+        for path in sorted(tree.rglob("*")):
+            if path.suffix not in (".h", ".cpp") or path == LIBRARY / "HSVN.h":
+                continue
+            unit = str(path.relative_to(tree).with_suffix(""))
+            included = {resolve(path, name, headers) for name in includes_of(path)} - {None}
+            names = {str(header.relative_to(tree).with_suffix("")) for header in included if header.is_relative_to(tree)}
+            units.setdefault(unit, set()).update(names - {unit})
+        yield tree, units
+
+
 def find_cycle(graph):
-    """A list of headers that include each other in a circle, or None."""
+    """A list of units that include each other in a circle, or None."""
     done, trail = set(), []
 
     def visit(name):
@@ -38,7 +54,7 @@ def find_cycle(graph):
         if name in done:
             return None
         trail.append(name)
-        for included in graph.get(name, []):
+        for included in sorted(graph.get(name, [])):
             cycle = visit(included)
             if cycle:
                 return cycle
@@ -53,6 +69,31 @@ def find_cycle(graph):
     return None
 
 
+def read_floors():
+    """The floors of the library, the lowest first: (name, patterns of units)."""
+    text = (ROOT / "Documentation/Architecture.md").read_text(encoding="utf-8")
+    table = text[text.index("| floor | knows | units |"):].split("\n\n")[0]
+    rows = [line.strip("|").split("|") for line in table.splitlines()[2:]]
+    return [(name.strip(), re.findall(r"`([^`]+)`", units)) for name, _, units in rows]
+
+
+def floor_faults(units, floors):
+    def floor_of(unit):
+        fitting = [(len(pattern), index) for index, (_, patterns) in enumerate(floors) for pattern in patterns
+                   if fnmatch.fnmatchcase(unit, pattern)]
+        return max(fitting)[1]
+
+    for unit, included in units.items():
+        for other in sorted(included):
+            if floor_of(other) > floor_of(unit):
+                yield (f"{unit} ({floors[floor_of(unit)][0]}) includes {other}, which stands above it "
+                       f"({floors[floor_of(other)][0]})")
+    for name, patterns in floors:
+        for pattern in patterns:
+            if not any(fnmatch.fnmatchcase(unit, pattern) for unit in units):
+                yield f"Architecture.md: no unit is called {pattern} ({name})"
+
+
 def public_header_faults(path, names):
     for name in names:
         if FOREIGN.match(name):
@@ -65,12 +106,13 @@ def public_header_faults(path, names):
 
 def main():
     headers = {path for tree in TREES for path in tree.rglob("*.h")}
-    graph = {path: [found for name in includes_of(path) if (found := resolve(path, name, headers))]
-             for path in sorted(headers)}
     faults = []
-    cycle = find_cycle(graph)
-    if cycle:
-        faults.append("include circle: " + " -> ".join(str(path.relative_to(ROOT)) for path in cycle))
+    for tree, units in units_of(headers):
+        cycle = find_cycle(units)
+        if cycle:
+            faults.append(f"circle in {tree.relative_to(ROOT)}: " + " -> ".join(cycle))
+        if tree == LIBRARY:
+            faults.extend(floor_faults(units, read_floors()))
     public = {path for path in headers if path.parent == LIBRARY}
     for path in sorted(public):
         faults.extend(public_header_faults(path, includes_of(path)))

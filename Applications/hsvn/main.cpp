@@ -1,10 +1,10 @@
 #include "CommandLine/Cancellation.h"
 #include "CommandLine/CommandLineParser.h"
-#include "CommandLine/Errors.h"
 #include "CommandLine/NativeText.h"
 #include "CommandLine/Session.h"
 #include "CommandLine/Subcommands.h"
 #include "Commands/CommitRun.h"
+#include "Output/ErrorOutput.h"
 #include "Output/Output.h"
 
 #include <algorithm>

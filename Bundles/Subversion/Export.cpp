@@ -2,6 +2,7 @@
 
 #include "CanonicalPaths.h"
 #include "ExportEditor.h"
+#include "ExportedFile.h"
 #include "ExternalURLs.h"
 
 #include <algorithm>

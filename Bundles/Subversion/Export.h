@@ -1,25 +1,12 @@
 #pragma once
 
-#include "SubversionLine.h"
-
-#include <set>
-#include <string>
+#include "ExportedTree.h"
 
 // Subversion's own export writes wherever the names lead that a server sends: "../x" comes to lie beside the target. So
 // exports of a repository are driven here, with an editor that takes plain names only. What is a working copy's own is
 // left to Subversion.
 
 namespace HSVNAdapter {
-
-/// How a tree is exported.
-struct ExportChoices
-{
-    svn_depth_t depth;
-    svn_boolean_t overwrite;
-    svn_boolean_t ignoreExternals;
-    svn_boolean_t ignoreKeywords;
-    const char* nativeEOL; ///< null for the system's own
-};
 
 /// Exports a URL, or a working copy's item in a revision that the repository has, with everything that Subversion tells
 /// and answers for it.

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ExportEditor.h"
+#include "ExportedTree.h"
 
 #include <array>
 
@@ -60,5 +60,11 @@ class ExportedFile
     bool _isExecutable = false;
     bool _isSpecial = false;
 };
+
+/// Writes the session's item, a file, to the tree's target.
+///
+/// @param name  of the item in a target that is a folder
+svn_error_t* exportFile(struct svn_ra_session_t* session, const char* name, svn_revnum_t revision, ExportedTree* tree,
+                        apr_pool_t* pool);
 
 } // namespace HSVNAdapter

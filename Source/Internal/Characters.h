@@ -23,6 +23,12 @@ std::string_view trimmed(std::string_view text);
 /// The pieces between the characters of `separators`, each of which is one byte; empty pieces are kept.
 std::vector<std::string_view> split(std::string_view text, std::string_view separators);
 
+/// An ASCII letter in lower case, any other byte as it is.
+constexpr char lowered(char character)
+{
+    return character >= 'A' && character <= 'Z' ? static_cast<char>(character - 'A' + 'a') : character;
+}
+
 /// Whether two texts are equal but for the case of ASCII letters.
 bool equalIgnoringCase(std::string_view a, std::string_view b);
 

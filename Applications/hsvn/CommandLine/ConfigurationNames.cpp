@@ -1,7 +1,7 @@
 #include "CommandLine/ConfigurationNames.h"
 
-#include "CommandLine/Errors.h"
 #include "CommandLine/Similarity.h"
+#include "Output/ErrorOutput.h"
 
 #include <algorithm>
 #include <array>

@@ -24,6 +24,15 @@ HSVNException failure(std::int32_t code, const std::string& message, const HSVNE
 HSVNException wrapped(const HSVNException& exception, const std::string& message);
 /// An exception with further messages below its innermost one, of the same code.
 HSVNException extended(const HSVNException& exception, const std::vector<std::string>& messages);
+/// One error of a chain.
+struct ErrorLink
+{
+    std::int32_t code = 0;
+    std::string message;
+    const HSVNUserInfo* cause = nullptr; ///< what the next one is made of; null for the last
+};
+/// The exception's chain of errors, the outermost first; it points into the exception.
+std::vector<ErrorLink> chainOf(const HSVNException& exception);
 /// Whether an error of the chain has the code.
 bool hasCause(const HSVNException& exception, std::int32_t code);
 
@@ -39,50 +48,3 @@ struct UsageError
 /// Names the program in messages; set once, first.
 void setProgramName(const std::string& name);
 const std::string& programName();
-
-/// Prints the chain of errors, as "PROGRAM: E155007: message" lines.
-void printError(const HSVNException& exception);
-/// The same with another text before the codes.
-void printError(const HSVNException& exception, const std::string& prefix);
-/// Prints the errors of an operation that a signal ended.
-void printInterruption(const HSVNException& exception);
-/// Prints "PROGRAM: warning: W155007: message", the outermost error only.
-void printWarning(const HSVNException& exception);
-/// The same, of the innermost error only.
-void printWarningOfRoot(const HSVNException& exception);
-/// Prints the whole chain in that form.
-void printWarnings(const HSVNException& exception);
-
-/// Says why an editor or a merge tool could not be used; rethrows what is another failure.
-void reportFailedProgram(const HSVNException& exception);
-
-/// Gathers what went wrong with some of several targets, so that the others are still served.
-class TargetFailures
-{
-  public:
-    /// @param isQuiet  nothing is printed of what is remembered
-    explicit TargetFailures(bool isQuiet = false) : _isQuiet{isQuiet} {}
-    /// Runs the body; an error with one of the codes is printed as a warning and remembered.
-    ///
-    /// @return whether there was none
-    template <class Body>
-    bool attempt(const std::vector<std::int32_t>& tolerated, Body body)
-    {
-        try {
-            body();
-            return true;
-        } catch (const HSVNException& exception) {
-            tolerate(exception, tolerated);
-            return false;
-        }
-    }
-    bool any() const { return !_codes.empty(); }
-    /// The codes of what went wrong, each once, in the order in which they were met.
-    const std::vector<std::int32_t>& codes() const { return _codes; }
-
-  private:
-    void tolerate(const HSVNException& exception, const std::vector<std::int32_t>& tolerated);
-
-    bool _isQuiet;
-    std::vector<std::int32_t> _codes;
-};

@@ -2,10 +2,10 @@
 
 #include "CommandLine/Cancellation.h"
 #include "CommandLine/ConfigurationNames.h"
-#include "CommandLine/Errors.h"
 #include "CommandLine/NativeText.h"
 #include "CommandLine/TextFiles.h"
 #include "Output/Display.h"
+#include "Output/ErrorOutput.h"
 #include "Output/Output.h"
 #include "Output/Progress.h"
 #include "Output/Words.h"

@@ -1,7 +1,7 @@
 #include "CommandLine/Targets.h"
 
-#include "CommandLine/Errors.h"
 #include "CommandLine/NativeText.h"
+#include "Output/ErrorOutput.h"
 
 #include <algorithm>
 #include <filesystem>

@@ -1,8 +1,8 @@
-#include "CommandLine/Errors.h"
 #include "CommandLine/NativeText.h"
 #include "CommandLine/Session.h"
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/TextFiles.h"
+#include "Output/ErrorOutput.h"
 #include "Output/Output.h"
 
 #include <algorithm>

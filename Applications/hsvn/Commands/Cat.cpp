@@ -1,6 +1,6 @@
-#include "CommandLine/Errors.h"
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/Targets.h"
+#include "Output/ErrorOutput.h"
 #include "Output/Output.h"
 
 #include <fmt/format.h>

@@ -1,7 +1,7 @@
-#include "CommandLine/Errors.h"
 #include "CommandLine/NativeText.h"
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/Targets.h"
+#include "Output/ErrorOutput.h"
 #include "Output/NotificationListener.h"
 
 #include <fmt/format.h>

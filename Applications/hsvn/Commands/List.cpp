@@ -1,7 +1,7 @@
 #include "CommandLine/Dates.h"
-#include "CommandLine/Errors.h"
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/Targets.h"
+#include "Output/ErrorOutput.h"
 #include "Output/JSON.h"
 #include "Output/Output.h"
 #include "Output/Sizes.h"

@@ -1,10 +1,10 @@
 #include "Commands/PropertyWarnings.h"
 
-#include "CommandLine/Errors.h"
 #include "CommandLine/NativeText.h"
 #include "CommandLine/PropertyNames.h"
 #include "CommandLine/Targets.h"
 #include "CommandLine/TextFiles.h"
+#include "Output/ErrorOutput.h"
 #include "Output/Output.h"
 #include "Output/Words.h"
 

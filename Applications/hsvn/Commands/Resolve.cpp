@@ -1,7 +1,7 @@
-#include "CommandLine/Errors.h"
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/Targets.h"
 #include "Interaction/ConflictResolution.h"
+#include "Output/ErrorOutput.h"
 #include "Output/NotificationListener.h"
 
 namespace {

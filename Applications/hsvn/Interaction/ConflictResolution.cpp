@@ -1,10 +1,10 @@
 #include "Interaction/ConflictResolution.h"
 
-#include "CommandLine/Errors.h"
 #include "CommandLine/Targets.h"
 #include "Interaction/ConflictPrompts.h"
 #include "Interaction/Editor.h"
 #include "Interaction/MergeTool.h"
+#include "Output/ErrorOutput.h"
 #include "Output/Output.h"
 #include "Output/Words.h"
 

@@ -1,11 +1,11 @@
 #include "Interaction/FileMerge.h"
 
-#include "CommandLine/Errors.h"
 #include "CommandLine/NativeText.h"
 #include "CommandLine/Targets.h"
 #include "CommandLine/TextFiles.h"
 #include "Interaction/Editor.h"
 #include "Interaction/Terminal.h"
+#include "Output/ErrorOutput.h"
 #include "Output/Output.h"
 
 #include <algorithm>

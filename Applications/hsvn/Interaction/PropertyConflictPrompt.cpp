@@ -1,8 +1,8 @@
 #include "Interaction/ConflictPrompts.h"
 
-#include "CommandLine/Errors.h"
 #include "CommandLine/Targets.h"
 #include "Interaction/Editor.h"
+#include "Output/ErrorOutput.h"
 #include "Output/Output.h"
 
 #include <fmt/format.h>

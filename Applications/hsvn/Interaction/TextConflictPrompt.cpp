@@ -1,10 +1,10 @@
 #include "Interaction/ConflictPrompts.h"
 
-#include "CommandLine/Errors.h"
 #include "CommandLine/Targets.h"
 #include "Interaction/Editor.h"
 #include "Interaction/FileMerge.h"
 #include "Interaction/MergeTool.h"
+#include "Output/ErrorOutput.h"
 #include "Output/Output.h"
 #include "Output/Words.h"
 

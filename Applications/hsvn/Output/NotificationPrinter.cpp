@@ -1,8 +1,8 @@
 #include "Output/NotificationPrinter.h"
 
-#include "CommandLine/Errors.h"
 #include "CommandLine/Targets.h"
 #include "Output/Display.h"
+#include "Output/ErrorOutput.h"
 #include "Output/HunkLine.h"
 #include "Output/Output.h"
 #include "Output/Progress.h"

@@ -1,0 +1,98 @@
+#include "HSVNException.h"
+#include "Internal/Characters.h"
+#include "Internal/Pool.h"
+
+#include <array>
+
+namespace {
+
+/// The class that is named so in what an exception can be made of.
+template <class Concrete>
+const HSVNExceptionClass* classOf()
+{
+    static const HSVNExceptionClass* const found = HSVNExceptionClass::named(Concrete::staticClassName);
+    return found;
+}
+
+std::string messageOf(const svn_error_t* error)
+{
+    HSVNAssertParameter(error != nullptr, "error != NULL");
+    std::array<char, 1024> buffer{};
+    return HSVNText::decoded(HSVNCurrentEntryPoints().err_best_message(error, buffer.data(), buffer.size()));
+}
+
+/// The status map's answer for `HSVNException`, the receiver itself for any other class.
+const HSVNExceptionClass* classForStatus(const HSVNExceptionClass& receiver, std::int32_t status)
+{
+    return &receiver == classOf<HSVNException>() ? HSVNException::mapClassToAPRStatus(status) : &receiver;
+}
+
+/// Releases a Subversion error when the scope ends, if asked to.
+class ErrorScope
+{
+  public:
+    ErrorScope(svn_error_t* error, bool clear) : _error{clear ? error : nullptr} {}
+    ~ErrorScope()
+    {
+        if (_error) {
+            _entryPoints.error_clear(_error);
+        }
+    }
+    ErrorScope(const ErrorScope&) = delete;
+    ErrorScope& operator=(const ErrorScope&) = delete;
+
+  private:
+    const HSVNBundleEntryPoints& _entryPoints = HSVNCurrentEntryPoints();
+    svn_error_t* _error;
+};
+
+} // namespace
+
+// Braces: the message is asked for first.
+HSVNException::HSVNException(const svn_error_t* error) : HSVNException{messageOf(error), dictionaryForError(error)} {}
+
+HSVNExceptionRef HSVNException::exceptionWithError(svn_error_t* error, bool clear)
+{
+    return exceptionWithError(error, clear, *classOf<HSVNException>());
+}
+
+HSVNExceptionRef HSVNException::exceptionWithError(svn_error_t* error) { return exceptionWithError(error, true); }
+
+HSVNExceptionRef HSVNException::exceptionWithError(svn_error_t* error, bool clear, const HSVNExceptionClass& receiver)
+{
+    HSVNAssertParameter(error != nullptr, "error != NULL");
+    const ErrorScope scope{error, clear};
+    const HSVNExceptionClass* chosen = nullptr;
+    for (const svn_error_t* link = error; link && !chosen; link = link->child) {
+        chosen = classForStatus(receiver, link->apr_err);
+    }
+    if (!chosen) {
+        chosen = classOf<HSVNException>();
+    } else if (chosen == classOf<HSVNCommunicationException>()) {
+        chosen = classForCommunicationError(error);
+    }
+    return chosen->make(messageOf(error), dictionaryForError(error));
+}
+
+HSVNUserInfo HSVNException::dictionaryForError(const svn_error_t* error)
+{
+    HSVNAssertParameter(error != nullptr, "error != nil");
+    HSVNUserInfo userInfo{{HSVNExceptionMessageKey, messageOf(error)},
+                          {HSVNExceptionStatusKey, std::int64_t{error->apr_err}}};
+    if (error->file) {
+        userInfo.emplace(HSVNExceptionFileNameKey, HSVNText::decoded(error->file));
+        userInfo.emplace(HSVNExceptionLineNumberKey, std::int64_t{error->line});
+    }
+    if (error->child) {
+        userInfo.emplace(HSVNExceptionCauseKey, std::make_shared<const HSVNUserInfo>(dictionaryForError(error->child)));
+    }
+    return userInfo;
+}
+
+const HSVNExceptionClass* HSVNException::classForCommunicationError(const svn_error_t* error)
+{
+    const std::string_view message = error && error->message ? error->message : "";
+    const bool isRefusal = HSVNText::containsIgnoringCase(message, "401 Authorization Required") ||
+                           HSVNText::containsIgnoringCase(message, "403 Forbidden");
+    return isRefusal ? classOf<HSVNAuthorizationException>() : classOf<HSVNCommunicationException>();
+}
