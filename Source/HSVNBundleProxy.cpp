@@ -54,7 +54,7 @@ bool isIn(const std::array<std::size_t, Size>& places, std::size_t place)
 /// Whether a bundle of the version must fill the place: of an operation's two forms, the one of its line.
 bool mustBeFilled(std::size_t place, const HSVNVersion& version)
 {
-    // Free, or never called by the library.
+    // Free, never called by the library, or for the comparison of texts alone.
     constexpr std::array<std::size_t, 15> unused{0, 1, 2, 5, 6, 7, 42, 63, 72, 73, 74, 77, 79, 89, 90};
     constexpr std::array<std::size_t, 5> recursive{34, 37, 43, 60, 61};   // of 1.4
     constexpr std::array<std::size_t, 5> depthTaking{35, 38, 44, 59, 62}; // of 1.5 and later

@@ -159,6 +159,25 @@ HSVNConflictSides HSVNConflictedItem::propertyValues(const std::string& property
     return {textOrNil(values.base), textOrNil(values.mine), textOrNil(values.theirOld), textOrNil(values.theirNew)};
 }
 
+HSVNThreeWayDiff HSVNConflictedItem::textComparison(const HSVNDiffOptionsRef& options)
+{
+    const auto compared = files();
+    const auto targetOf = [](const std::optional<std::string>& file) {
+        return file ? std::optional{HSVNTarget::verbatim(*file)} : std::nullopt;
+    };
+    HSVNAssertParameter(compared.mine && compared.theirNew, "files != nil");
+    return HSVNThreeWayDiff::ofFiles(targetOf(compared.base ? compared.base : compared.theirOld),
+                                     *targetOf(compared.mine), *targetOf(compared.theirNew), _conflict->context,
+                                     options);
+}
+
+HSVNThreeWayDiff HSVNConflictedItem::propertyComparison(const std::string& property, const HSVNDiffOptionsRef& options)
+{
+    const auto values = propertyValues(property);
+    return HSVNThreeWayDiff::ofTexts(values.theirOld.value_or(""), values.mine.value_or(""),
+                                     values.theirNew.value_or(""), _conflict->context, options);
+}
+
 std::vector<std::string> HSVNConflictedItem::moveTargets(HSVNResolutionChoice choice, HSVNMovePlace place)
 {
     HSVNOperation operation{

@@ -2,7 +2,8 @@
 
 #include "HSVNConflict.h"
 #include "HSVNContext.h"
-#include "HSVNReceiver.h"
+#include "HSVNDiffOptions.h"
+#include "HSVNThreeWayDiff.h"
 
 #include <cstdint>
 #include <memory>
@@ -71,6 +72,13 @@ class HSVN_EXPORT HSVNConflictedItem
     std::pair<std::string, std::string> descriptionOfTreeConflict();
     HSVNConflictSides files();
     HSVNConflictSides propertyValues(const std::string& property);
+    /// Compares the files of a text conflict, section by section; their common ancestor is empty where there is none.
+    ///
+    /// @param options  not nil ("options != nil"), as in the operation below
+    HSVNThreeWayDiff textComparison(const HSVNDiffOptionsRef& options = HSVNDiffOptions::defaults());
+    /// Compares the values of a property in conflict; one that there is not is empty.
+    HSVNThreeWayDiff propertyComparison(const std::string& property,
+                                        const HSVNDiffOptionsRef& options = HSVNDiffOptions::defaults());
 
     /// Where the item may have been moved to, for a choice that leaves that open; empty for any other choice.
     std::vector<std::string> moveTargets(HSVNResolutionChoice choice, HSVNMovePlace place);
@@ -92,56 +100,3 @@ class HSVN_EXPORT HSVNConflictedItem
     struct Conflict;
     std::unique_ptr<Conflict> _conflict;
 };
-
-/// Labels of the sides of a comparison.
-struct HSVNSideLabels
-{
-    std::string base;
-    std::string mine;
-    std::string theirs;
-};
-
-/// Compares two files and hands out the difference in the unified form, line ends aside.
-///
-/// @param context  not nil ("context != nil"), as in the functions below
-/// @throws HSVNException for every Subversion error
-/// Stands for svn_diff_file_output_unified4; not offered by lines before 1.9, as the functions below.
-HSVN_EXPORT void HSVNCompareFiles(const std::string& original, const std::string& modified,
-                                  const std::string& originalLabel, const std::string& modifiedLabel,
-                                  const HSVNContentsReceiver& receiver, const HSVNContextRef& context);
-
-/// Hands out the conflicts between my file and theirs, with the numbers of their lines.
-///
-/// @param files  base, mine and theirNew are used; only the base may be nil, and is empty then
-/// Stands for svn_diff_file_output_merge3.
-HSVN_EXPORT void HSVNShowConflicts(const HSVNConflictSides& files, const HSVNSideLabels& labels,
-                                   const HSVNContentsReceiver& receiver, const HSVNContextRef& context);
-
-/// Merges my value and theirs, with conflict markers where both changed.
-///
-/// @param values  base, mine and theirNew are used; nil is the empty value
-/// Stands for svn_diff_mem_string_output_merge3.
-HSVN_EXPORT std::string HSVNMergeValues(const HSVNConflictSides& values, const HSVNSideLabels& labels,
-                                        const HSVNContextRef& context);
-
-/// A stretch of lines of a three-way merge: how many lines from where on, the first line being 0.
-struct HSVNMergeStretch
-{
-    struct Lines
-    {
-        std::int64_t start = -1; ///< -1 where the result does not come from the file
-        std::int64_t count = 0;
-    };
-    bool isConflict = false;
-    Lines base;   ///< of a conflict only
-    Lines mine;   ///< of a conflict, and of what I changed or nobody
-    Lines theirs; ///< of a conflict, and of what only they changed
-};
-
-/// Compares three files.
-///
-/// @param files  base, mine and theirNew are used; only the base may be nil, and is empty then
-/// @return the stretches of the merged file, in order
-/// Stands for svn_diff_file_diff3_2.
-HSVN_EXPORT std::vector<HSVNMergeStretch> HSVNMergeStretches(const HSVNConflictSides& files,
-                                                             const HSVNContextRef& context);

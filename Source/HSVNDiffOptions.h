@@ -2,6 +2,7 @@
 
 #include "HSVNExport.h"
 #include "HSVNOptions.h"
+#include "HSVNReadingChoices.h"
 
 #include <cstdint>
 #include <memory>
@@ -21,6 +22,16 @@ class HSVN_EXPORT HSVNDiffOptions : public HSVNOptionsOf<HSVNDiffOptions>
     /// Compare everything below a folder. Initially `true`.
     bool recursive() const { return _recursive; }
     void setRecursive(bool recursive) { _recursive = recursive; }
+    /// Name the function that each difference is in, in a unified text. Initially `false`.
+    bool showFunctions() const { return _showFunctions; }
+    void setShowFunctions(bool showFunctions) { _showFunctions = showFunctions; }
+    /// How many common lines a unified text shows before and after each difference; negative ones are 3. Initially `3`.
+    std::int32_t contextLines() const { return _contextLines; }
+    void setContextLines(std::int32_t contextLines) { _contextLines = contextLines; }
+
+    /// The same choices for the verb `diff`. A line that cannot show functions, before 1.5, or another number of lines,
+    /// before 1.9, says so when it is asked to.
+    HSVNDiffChoices choices() const;
 
   protected:
     std::shared_ptr<HSVNOptions> makeCopy() const override { return defaults(); }
@@ -29,6 +40,8 @@ class HSVN_EXPORT HSVNDiffOptions : public HSVNOptionsOf<HSVNDiffOptions>
     std::int32_t _whitespaceCompareBehavior = 0;
     bool _ignoreEOLStyle = false;
     bool _recursive = true;
+    bool _showFunctions = false;
+    std::int32_t _contextLines = 3;
 };
 
 using HSVNDiffOptionsRef = std::shared_ptr<const HSVNDiffOptions>;

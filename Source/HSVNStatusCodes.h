@@ -100,6 +100,7 @@ struct HSVNStatusCode
         RootUnreadable = 220000,               ///< SVN_ERR_AUTHZ_ROOT_UNREADABLE
         PathUnreadable = 220001,               ///< SVN_ERR_AUTHZ_UNREADABLE
         PathUnwritable = 220004,               ///< SVN_ERR_AUTHZ_UNWRITABLE
+        DiffSourceModified = 225000,           ///< SVN_ERR_DIFF_DATASOURCE_MODIFIED
         CertificateUntrusted = 230001          ///< SVN_ERR_RA_SERF_SSL_CERT_UNTRUSTED
     };
 };

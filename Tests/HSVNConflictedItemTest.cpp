@@ -134,18 +134,22 @@ TEST_P(ConflictedItem, RefusesWhatDoesNotApply)
                 testing::AllOf(HasSubstr("[HSVNConflictedItem initWithPath:context:]"), HasSubstr("Subversion 1.6")));
 }
 
-TEST_P(ConflictedItem, ComparesFilesWithoutACommonAncestor)
+TEST_P(ConflictedItem, IsSettledSectionBySection)
 {
-    writeFile(item("mine"), "mine\nsame\n");
-    writeFile(item("theirs"), "theirs\nsame\n");
-    const HSVNConflictSides files{std::nullopt, item("mine"), std::nullopt, item("theirs")};
-    const auto stretches = HSVNMergeStretches(files, client);
-    ASSERT_FALSE(stretches.empty());
-    EXPECT_TRUE(stretches.front().isConflict);
-    EXPECT_EQ(stretches.front().base.count, 0);
-    EXPECT_THROW(HSVNMergeStretches({std::nullopt, item("mine"), std::nullopt, std::nullopt}, client),
-                 HSVNAssertionException);
-    EXPECT_EQ(HSVNMergeValues({std::nullopt, "m", std::nullopt, "t"},
-                              {"||||||| base", "<<<<<<< mine", ">>>>>>> theirs"}, client),
-              "<<<<<<< mine\nm||||||| base\n=======\nt>>>>>>> theirs\n");
+    conflict();
+    HSVNConflictedItem conflicted{item("a.txt"), client};
+    const auto diff = conflicted.textComparison();
+    std::vector<HSVNSectionChoice> choices;
+    for (const auto& section : diff.sections()) {
+        EXPECT_EQ(section.kind, HSVNDiffSectionKind::Conflict);
+        EXPECT_EQ(diff.text(section, HSVNDiffSide::Base), "a.txt\n");
+        choices.push_back({HSVNMergePart::TheirsThenMine});
+    }
+    writeFile(item("a.txt"), diff.merged(choices));
+    conflicted.resolve(Kind::Text, Choice::MergedText);
+    EXPECT_EQ(readFile(item("a.txt")), "theirs\nmine\n");
+    EXPECT_EQ(conflicted.propertyComparison("color").merged(),
+              "<<<<<<< mine\nmine||||||| base\n=======\ntheirs>>>>>>> theirs\n");
+    HSVNConflictedItem settled{item("a.txt"), client};
+    EXPECT_THROW(settled.textComparison(), HSVNPlatformException);
 }

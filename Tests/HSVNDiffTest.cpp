@@ -1,3 +1,4 @@
+#include "HSVNDiff.h"
 #include "HSVNClient.h"
 #include "HSVNClientSettings.h"
 #include "HSVNDifference.h"
@@ -32,6 +33,11 @@ class Diff : public testing::Test
         client->applySettings(settings);
         std::string text;
         client->diff(_repository.url(), bothRevisions, {}, [&](std::string_view bytes) { text += bytes; });
+        const HSVNTarget file{_repository.url("file")};
+        std::string ofService;
+        HSVNDiff::ofItems({file, bothRevisions.first}, {file, bothRevisions.second}, client)
+            .writeUnified("a", "b", [&](std::string_view bytes) { ofService += bytes; });
+        EXPECT_EQ(ofService, "--- a\n+++ b\n@@ -1 +1 @@\n-first\n+second\n") << "a program was run";
         return text;
     }
 

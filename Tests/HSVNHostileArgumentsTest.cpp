@@ -182,7 +182,10 @@ std::vector<Operation> HostileArguments::newerOperations()
         OPERATION("peg of", Parses, HSVNArguments::parse(target, client)),
         OPERATION("targets", Parses, HSVNArguments::canonicalTargets({target}, client)),
         OPERATION("conflict", Reads, HSVNConflictedItem{target, client}),
-        OPERATION("compare files", Reads, HSVNCompareFiles(target, target, "", "", ignore, client)),
+        OPERATION("compare files", Reads, HSVNDiff::ofFiles(verbatim(target), verbatim(target), client)),
+        OPERATION("compare three files", Reads,
+                  HSVNThreeWayDiff::ofFiles(verbatim(target), verbatim(target), verbatim(target), client)),
+        OPERATION("compare items", Reads, HSVNDiff::ofItems({verbatim(target), head}, verbatim(target), client)),
     };
 }
 
@@ -439,8 +442,10 @@ TEST_P(HostileArguments, AReceiverIsNeeded)
         CALL("list", client->list(root, spec, {}, {})),
         CALL("log", client->log(root, {}, {})),
         CALL("proplist", client->properties(root, spec, {}, {})),
-        CALL("files", HSVNCompareFiles(item("a.txt"), item("b.txt"), "", "", HSVNContentsReceiver{}, client)),
-        CALL("conflict", HSVNShowConflicts({}, {}, HSVNContentsReceiver{}, client)),
+        CALL("unified", HSVNDiff::ofTexts("", "", client).writeUnified("", "", nullptr)),
+        CALL("lines", HSVNDiff::ofTexts("", "", client).readLines(HSVNDiffSide::Original, {}, nullptr)),
+        CALL("merge", HSVNThreeWayDiff::ofTexts("", "", "", client).merge({}, {}, nullptr)),
+        CALL("conflict", HSVNThreeWayDiff::ofTexts("", "", "", client).showConflicts({}, nullptr)),
     };
     for (const auto& [name, call] : calls) {
         EXPECT_EQ(reasonOf<HSVNAssertionException>(call), "Invalid parameter not satisfying: receiver != nil") << name;

@@ -1,9 +1,6 @@
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
 
-#include <svn_diff.h>
-#include <svn_utf.h>
-
 namespace HSVNAdapter {
 namespace {
 
@@ -143,116 +140,10 @@ svn_error_t* chooseMoveTarget(svn_client_conflict_t* conflict, int id, svn_boole
 }
 #endif
 
-#if HSVN_LINE_MINOR >= 9
-svn_error_t* diffFiles(svn_stream_t* out, const char* original, const char* modified, const char* originalLabel,
-                       const char* modifiedLabel, svn_client_ctx_t* ctx, apr_pool_t* pool)
-{
-    HSVN_CANONICAL_PATH(original, pool);
-    HSVN_CANONICAL_PATH(modified, pool);
-    auto* const wishes = svn_diff_file_options_create(pool);
-    wishes->ignore_eol_style = TRUE;
-    svn_diff_t* diff = nullptr;
-    SVN_ERR(svn_diff_file_diff_2(&diff, original, modified, wishes, pool));
-    return svn_diff_file_output_unified4(out, diff, original, modified, originalLabel, modifiedLabel,
-                                         SVN_APR_LOCALE_CHARSET, nullptr, wishes->show_c_function, wishes->context_size,
-                                         ctx->cancel_func, ctx->cancel_baton, pool);
-}
-
-using Files = HSVNBundleExtensions::ConflictSides<const char*>;
-
-/// Compares the common ancestor, my file and theirs. Without an ancestor, an empty file takes its place.
-svn_error_t* diff3(svn_diff_t** diff, Files& files, svn_diff_file_options_t* wishes, apr_pool_t* pool)
-{
-    if (files.base == nullptr) {
-        SVN_ERR(svn_io_open_unique_file3(nullptr, &files.base, nullptr, svn_io_file_del_on_pool_cleanup, pool, pool));
-    }
-    HSVN_CANONICAL_PATH(files.base, pool);
-    HSVN_CANONICAL_PATH(files.mine, pool);
-    HSVN_CANONICAL_PATH(files.theirNew, pool);
-    return svn_diff_file_diff3_2(diff, files.base, files.mine, files.theirNew, wishes, pool);
-}
-
-svn_error_t* diffConflicts(svn_stream_t* out, const Files* files, const Files* labels, svn_client_ctx_t* ctx,
-                           apr_pool_t* pool)
-{
-    Files checked = *files;
-    auto* const wishes = svn_diff_file_options_create(pool);
-    wishes->ignore_eol_style = TRUE;
-    svn_diff_t* diff = nullptr;
-    SVN_ERR(diff3(&diff, checked, wishes, pool));
-    return svn_diff_file_output_merge3(
-        out, diff, checked.base, checked.mine, checked.theirNew, labels->base, labels->mine, labels->theirNew,
-        "=======", svn_diff_conflict_display_only_conflicts, ctx->cancel_func, ctx->cancel_baton, pool);
-}
-
-svn_error_t* diffValues(svn_stream_t* out, const HSVNBundleExtensions::ConflictSides<const svn_string_t*>* values,
-                        const Files* labels, svn_client_ctx_t* ctx, apr_pool_t* pool)
-{
-    auto* const wishes = svn_diff_file_options_create(pool);
-    svn_diff_t* diff = nullptr;
-    SVN_ERR(svn_diff_mem_string_diff3(&diff, values->base, values->mine, values->theirNew, wishes, pool));
-    return svn_diff_mem_string_output_merge3(
-        out, diff, values->base, values->mine, values->theirNew, labels->base, labels->mine, labels->theirNew,
-        "=======", svn_diff_conflict_display_modified_original_latest, ctx->cancel_func, ctx->cancel_baton, pool);
-}
-
-/// Keeps one stretch; where a file's lines do not enter the result, the merge begins at -1 in it.
-void keep(void* baton, bool isConflict, const apr_int64_t (&start)[3], const apr_int64_t (&length)[3])
-{
-    auto& stretch = APR_ARRAY_PUSH(static_cast<apr_array_header_t*>(baton), HSVNBundleExtensions::MergeStretch);
-    stretch.isConflict = isConflict;
-    for (int side = 0; side < 3; ++side) {
-        stretch.start[side] = start[side];
-        stretch.length[side] = length[side];
-    }
-}
-
-/// A stretch that all have in common, or that only I changed, or both in the same way: mine is the result.
-svn_error_t* keepMine(void* baton, apr_off_t, apr_off_t, apr_off_t start, apr_off_t length, apr_off_t, apr_off_t)
-{
-    keep(baton, false, {-1, start, -1}, {0, length, 0});
-    return SVN_NO_ERROR;
-}
-
-svn_error_t* keepTheirs(void* baton, apr_off_t, apr_off_t, apr_off_t, apr_off_t, apr_off_t start, apr_off_t length)
-{
-    keep(baton, false, {-1, -1, start}, {0, 0, length});
-    return SVN_NO_ERROR;
-}
-
-svn_error_t* keepConflict(void* baton, apr_off_t baseStart, apr_off_t baseLength, apr_off_t myStart, apr_off_t myLength,
-                          apr_off_t theirStart, apr_off_t theirLength, svn_diff_t*)
-{
-    keep(baton, true, {baseStart, myStart, theirStart}, {baseLength, myLength, theirLength});
-    return SVN_NO_ERROR;
-}
-
-svn_error_t* diffStretches(apr_array_header_t** stretches, const Files* files, svn_client_ctx_t* ctx, apr_pool_t* pool)
-{
-    Files checked = *files;
-    svn_diff_t* diff = nullptr;
-    SVN_ERR(diff3(&diff, checked, svn_diff_file_options_create(pool), pool));
-    *stretches = apr_array_make(pool, 0, sizeof(HSVNBundleExtensions::MergeStretch));
-    svn_diff_output_fns_t receivers{};
-    receivers.output_common = keepMine;
-    receivers.output_diff_modified = keepMine;
-    receivers.output_diff_latest = keepTheirs;
-    receivers.output_diff_common = keepMine;
-    receivers.output_conflict = keepConflict;
-    return svn_diff_output2(diff, *stretches, &receivers, ctx->cancel_func, ctx->cancel_baton);
-}
-#endif
-
 } // namespace
 
 void fillConflictExtensions([[maybe_unused]] HSVNBundleExtensions& table)
 {
-#if HSVN_LINE_MINOR >= 9
-    table.diff_files = diffFiles;
-    table.diff_conflicts = diffConflicts;
-    table.diff_values = diffValues;
-    table.diff_stretches = diffStretches;
-#endif
 #if HSVN_LINE_MINOR >= 10
     table.conflict_get = get;
     table.conflict_state = state;

@@ -10,6 +10,7 @@ namespace HSVNAdapter {
 void fillAuthenticationExtensions(HSVNBundleExtensions& table);
 void fillBlame(HSVNBundleExtensions& table);
 void fillConflictExtensions(HSVNBundleExtensions& table);
+void fillContents(HSVNBundleExtensions& table);
 void fillDiff(HSVNBundleExtensions& table);
 #if HSVN_LINE_MINOR >= 7
 void fillOpenWorkingCopies(HSVNBundleExtensions& table);
@@ -24,6 +25,7 @@ void fillList(HSVNBundleExtensions& table);
 void fillLog(HSVNBundleExtensions& table);
 void fillStoredCredentials(HSVNBundleExtensions& table);
 void fillStatus(HSVNBundleExtensions& table);
+void fillTextComparison(HSVNBundleExtensions& table);
 void fillCheckOut(HSVNBundleExtensions& table);
 void fillCommit(HSVNBundleExtensions& table);
 void fillCopyAndMove(HSVNBundleExtensions& table);

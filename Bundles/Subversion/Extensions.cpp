@@ -70,14 +70,6 @@ svn_error_t* info(const char* target, const svn_opt_revision_t* pegRevision, con
     return svn_client_info4(target, &peg, revision, depth, TRUE, TRUE, includeExternals, changelists, receiver, baton,
                             ctx, pool);
 }
-
-svn_error_t* cat(svn_stream_t* out, const char* target, const svn_opt_revision_t* pegRevision,
-                 const svn_opt_revision_t* revision, svn_boolean_t expandKeywords, svn_client_ctx_t* ctx,
-                 apr_pool_t* pool)
-{
-    SVN_ERR(checkTarget(&target, pool));
-    return svn_client_cat3(nullptr, out, target, pegRevision, revision, expandKeywords, ctx, pool, pool);
-}
 #endif
 
 svn_error_t* urlFromPath(const char** url, const char* target, apr_pool_t* pool)
@@ -107,7 +99,6 @@ HSVNBundleExtensions makeExtensions()
 #endif
 #if HSVN_LINE_MINOR >= 9
     table.client_info = info;
-    table.client_cat = cat;
 #endif
     fillAuthenticationExtensions(table);
     fillWorkingCopyExtensions(table);
@@ -134,6 +125,8 @@ HSVNBundleExtensions makeExtensions()
     fillStatus(table);
     fillBlame(table);
     fillDiff(table);
+    fillContents(table);
+    fillTextComparison(table);
     return table;
 }
 

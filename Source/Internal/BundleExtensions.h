@@ -193,14 +193,6 @@ struct HSVNBundleExtensions
         Value theirNew;
     };
 
-    /// A stretch of lines of a three-way comparison: where it begins in each file, and how many lines it has there.
-    struct MergeStretch
-    {
-        svn_boolean_t isConflict;
-        apr_int64_t start[3]; ///< in the common ancestor, mine, theirs; -1 where the result does not come from it
-        apr_int64_t length[3];
-    };
-
     /// How far one branch is merged into another.
     struct MergingSummary
     {
@@ -282,7 +274,7 @@ struct HSVNBundleExtensions
                                svn_boolean_t stopOnCopy, svn_boolean_t mergedRevisions,
                                const apr_array_header_t* revisionProperties, LogReceiver receiver, void* baton,
                                svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_client_cat3, 1.9 and later
+    /// svn_client_cat3; before 1.9 svn_client_cat2, whose expanded keywords are taken back unless they are wanted
     svn_error_t* (*client_cat)(svn_stream_t* out, const char* target, const svn_opt_revision_t* pegRevision,
                                const svn_opt_revision_t* revision, svn_boolean_t expandKeywords, svn_client_ctx_t* ctx,
                                apr_pool_t* pool);
@@ -447,18 +439,19 @@ struct HSVNBundleExtensions
     /// svn_client_conflict_option_set_moved_to_abspath2 or its like for the repository, 1.11 and later
     svn_error_t* (*conflict_choose_move_target)(svn_client_conflict_t* conflict, int option, svn_boolean_t inRepository,
                                                 int index, svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_diff_file_output_unified4, 1.9 and later
-    svn_error_t* (*diff_files)(svn_stream_t* out, const char* original, const char* modified, const char* originalLabel,
-                               const char* modifiedLabel, svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_diff_file_output_merge3, conflicts only with their lines' numbers, 1.9 and later
-    svn_error_t* (*diff_conflicts)(svn_stream_t* out, const ConflictSides<const char*>* files,
-                                   const ConflictSides<const char*>* labels, svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_diff_mem_string_output_merge3, 1.9 and later
-    svn_error_t* (*diff_values)(svn_stream_t* out, const ConflictSides<const svn_string_t*>* values,
-                                const ConflictSides<const char*>* labels, svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_diff_file_diff3_2, 1.9 and later: the stretches of a merge, as `MergeStretch` values
-    svn_error_t* (*diff_stretches)(apr_array_header_t** stretches, const ConflictSides<const char*>* files,
-                                   svn_client_ctx_t* ctx, apr_pool_t* pool);
+    /// svn_diff_file_diff3_2; place 73 of the first table puts out what it finds
+    svn_error_t* (*diff_file_diff3)(svn_diff_t** diff, const char* base, const char* mine, const char* theirs,
+                                    const svn_diff_file_options_t* options, apr_pool_t* pool);
+    /// svn_diff_mem_string_diff3, or svn_diff_mem_string_diff where the latest text is null, 1.5 and later; for place
+    /// 73, too
+    svn_error_t* (*diff_texts)(svn_diff_t** diff, const svn_string_t* original, const svn_string_t* modified,
+                               const svn_string_t* latest, const svn_diff_file_options_t* options, apr_pool_t* pool);
+    /// svn_diff_file_output_unified4, 1.9 and later: what place 74 of the first table does, with functions and another
+    /// number of context lines
+    svn_error_t* (*diff_output_unified)(svn_stream_t* out, svn_diff_t* diff, const char* original, const char* modified,
+                                        const char* originalLabel, const char* modifiedLabel, const char* encoding,
+                                        svn_boolean_t showFunctions, int contextLines, svn_client_ctx_t* ctx,
+                                        apr_pool_t* pool);
     /// svn_client_conflict_walk, 1.10 and later; the receiver gets each conflict's absolute path
     svn_error_t* (*conflict_walk)(const char* path, svn_depth_t depth, ConflictReceiver receiver, void* baton,
                                   svn_client_ctx_t* ctx, apr_pool_t* pool);

@@ -65,8 +65,6 @@ class Converter
     iconv_t _descriptor;
 };
 
-const char* localeEncoding() { return nl_langinfo(CODESET); }
-
 bool isUTF8(const char* encoding) { return strcasecmp(encoding, "UTF-8") == 0; }
 
 /// The text with its bytes outside ASCII written as ?\HH.
@@ -144,8 +142,8 @@ std::string NativeText::toUTF8(std::string_view native)
     if (isASCII(native)) {
         return std::string{native};
     }
-    const std::size_t length = Converter{"UTF-8", localeEncoding()}.convert(native, result);
-    if (length < native.size() && isUTF8(localeEncoding())) {
+    const std::size_t length = Converter{"UTF-8", NativeText::localeEncoding()}.convert(native, result);
+    if (length < native.size() && isUTF8(NativeText::localeEncoding())) {
         failAsInvalid(native, length);
     }
     if (length < native.size()) {
@@ -170,13 +168,15 @@ std::string NativeText::fromUTF8(std::string_view text, const std::optional<std:
     return converted(text, "UTF-8", encoding->c_str());
 }
 
+const char* NativeText::localeEncoding() { return nl_langinfo(CODESET); }
+
 std::string NativeText::fromUTF8(std::string_view text)
 {
-    if (isASCII(text) || isUTF8(localeEncoding())) {
+    if (isASCII(text) || isUTF8(NativeText::localeEncoding())) {
         return std::string{text};
     }
     std::string result;
-    if (Converter{localeEncoding(), "UTF-8"}.convert(text, result) == text.size()) {
+    if (Converter{NativeText::localeEncoding(), "UTF-8"}.convert(text, result) == text.size()) {
         return result;
     }
     return HSVNString::plainASCIIString(text).value_or(escaped(text));

@@ -25,6 +25,9 @@ std::string fromUTF8(std::string_view text, const std::optional<std::string>& en
 /// UTF-8 as the locale writes it; text with characters that the locale lacks is approximated.
 std::string fromUTF8(std::string_view text);
 
+/// Name of the locale's encoding.
+const char* localeEncoding();
+
 /// Number of columns that UTF-8 text takes on a terminal.
 std::size_t width(std::string_view text);
 

@@ -17,6 +17,7 @@
 namespace {
 
 using Lines = std::vector<std::string>;
+using Side = HSVNDiffSide;
 
 constexpr const char* choices = "Select: (1) use their version, (2) use your version,\n"
                                 "        (12) their version first, then yours,\n"
@@ -26,33 +27,6 @@ constexpr const char* choices = "Select: (1) use their version, (2) use your ver
                                 "        (eb) edit both versions and use the result,\n"
                                 "        (p) postpone this conflicting section leaving conflict markers,\n"
                                 "        (a) abort file merge and return to main menu: ";
-
-Lines linesOf(const std::string& text)
-{
-    Lines lines;
-    for (std::size_t start = 0; start < text.size();) {
-        const auto end = std::min(text.find('\n', start), text.size() - 1) + 1;
-        lines.push_back(text.substr(start, end - start));
-        start = end;
-    }
-    return lines;
-}
-
-Lines partOf(const Lines& lines, const HSVNMergeStretch::Lines& range)
-{
-    const auto size = static_cast<std::int64_t>(lines.size());
-    const auto start = std::clamp<std::int64_t>(range.start, 0, size);
-    return {lines.begin() + start, lines.begin() + std::clamp<std::int64_t>(start + range.count, start, size)};
-}
-
-std::string textOf(const Lines& lines)
-{
-    std::string text;
-    for (const auto& line : lines) {
-        text += line;
-    }
-    return text;
-}
 
 /// Columns of a side: half of the terminal's width, of at most 80.
 std::size_t columnWidth()
@@ -76,18 +50,19 @@ std::string column(std::string line, std::size_t width)
     return line.append(width - NativeText::width(line), ' ');
 }
 
-std::string sideBySide(const Lines& theirs, const Lines& mine, const HSVNMergeStretch& stretch)
+std::string sideBySide(const HSVNThreeWayDiff& diff, const HSVNDiffSection& section)
 {
     const std::size_t width = columnWidth();
+    const Lines theirs = diff.lines(section, Side::Theirs);
+    const Lines mine = diff.lines(section, Side::Mine);
     // Counts the lines that are complete; the last of a file may not be.
-    const auto header = [&](const char* whose, const HSVNMergeStretch::Lines& range, const Lines& lines) {
+    const auto header = [&](const char* whose, const HSVNDiffLines& range, const Lines& lines) {
         const bool isCut = !lines.empty() && lines.back().back() != '\n';
-        return column(fmt::format("{} version (at line {})", whose, range.start + range.count - (isCut ? 1 : 0)),
-                      width);
+        return column(fmt::format("{} version (at line {})", whose, range.end() - (isCut ? 1 : 0)), width);
     };
     const std::string rule = std::string(width, '-') + "+" + std::string(width, '-') + "\n";
-    std::string text = "Conflicting section found during merge:\n" + header("(1) their", stretch.theirs, theirs) + "|" +
-                       header("(2) your", stretch.mine, mine) + "\n" + rule;
+    std::string text = "Conflicting section found during merge:\n" + header("(1) their", section.theirs, theirs) + "|" +
+                       header("(2) your", section.modified, mine) + "\n" + rule;
     for (std::size_t index = 0; index < std::max(theirs.size(), mine.size()); ++index) {
         text += column(index < theirs.size() ? theirs[index] : "", width) + "|" +
                 column(index < mine.size() ? mine[index] : "", width) + "\n";
@@ -97,9 +72,8 @@ std::string sideBySide(const Lines& theirs, const Lines& mine, const HSVNMergeSt
 
 } // namespace
 
-FileMerge::FileMerge(Session& session, const HSVNConflictSides& files, std::string path)
-    : _session{session}, _files{files}, _path{std::move(path)}, _mine{linesOf(contentsOfFile(files.mine.value_or("")))},
-      _theirs{linesOf(contentsOfFile(files.theirNew.value_or("")))}
+FileMerge::FileMerge(Session& session, HSVNConflictedItem& item, std::string path)
+    : _session{session}, _diff{item.textComparison()}, _path{std::move(path)}
 {
 }
 
@@ -109,13 +83,12 @@ bool FileMerge::run()
     Output::write(fmt::format("Merging '{}'.\n", shown));
     Output::flush();
     bool remains = false;
-    for (const auto& stretch : HSVNMergeStretches(_files, _session.client())) {
-        if (!stretch.isConflict) {
-            _result +=
-                textOf(stretch.theirs.start >= 0 ? partOf(_theirs, stretch.theirs) : partOf(_mine, stretch.mine));
+    for (const auto& section : _diff.sections()) {
+        _choices.emplace_back();
+        if (section.kind != HSVNDiffSectionKind::Conflict) {
             continue;
         }
-        const Answer answer = askAbout(stretch);
+        const Answer answer = askAbout(section);
         if (answer == Answer::Aborted) {
             Output::write(fmt::format("Merge of '{}' aborted.\n", shown));
             Output::flush();
@@ -123,32 +96,31 @@ bool FileMerge::run()
         }
         remains = remains || answer == Answer::LeftInConflict;
     }
-    writeFile(_path, _result);
+    writeFile(_path, _diff.merged(_choices));
     Output::write(fmt::format("Merge of '{}' completed{}.\n", shown, remains ? " (remains in conflict)" : ""));
     Output::flush();
     return !remains;
 }
 
-FileMerge::Answer FileMerge::askAbout(const HSVNMergeStretch& stretch)
+FileMerge::Answer FileMerge::askAbout(const HSVNDiffSection& section)
 {
-    const Lines theirLines = partOf(_theirs, stretch.theirs);
-    const Lines myLines = partOf(_mine, stretch.mine);
-    const std::string theirs = textOf(theirLines);
-    const std::string mine = textOf(myLines);
+    const std::string theirs = _diff.text(section, Side::Theirs);
+    const std::string mine = _diff.text(section, Side::Mine);
     const std::string both = "<<<<<<<\n" + theirs + "=======\n" + mine + ">>>>>>>\n";
-    const std::string question = sideBySide(theirLines, myLines, stretch) + choices;
+    const std::string question = sideBySide(_diff, section) + choices;
+    HSVNSectionChoice& choice = _choices.back();
     for (;;) {
         const std::string answer = Terminal::ask(question);
         if (answer == "1" || answer == "12") {
-            _result += theirs + (answer == "12" ? mine : "");
+            choice.part = answer == "1" ? HSVNMergePart::Theirs : HSVNMergePart::TheirsThenMine;
             return Answer::Taken;
         }
         if (answer == "2" || answer == "21") {
-            _result += mine + (answer == "21" ? theirs : "");
+            choice.part = answer == "2" ? HSVNMergePart::Mine : HSVNMergePart::MineThenTheirs;
             return Answer::Taken;
         }
         if (answer == "p") {
-            _result += both;
+            choice = {HSVNMergePart::Other, both};
             return Answer::LeftInConflict;
         }
         if (answer == "a") {
@@ -156,7 +128,9 @@ FileMerge::Answer FileMerge::askAbout(const HSVNMergeStretch& stretch)
         }
         if (answer == "e1" || answer == "e2" || answer == "eb") {
             try {
-                _result += Editor::editBytes(_session, answer == "e1" ? theirs : answer == "e2" ? mine : both);
+                choice = {HSVNMergePart::Other, Editor::editBytes(_session, answer == "e1"   ? theirs
+                                                                            : answer == "e2" ? mine
+                                                                                             : both)};
                 return Answer::Taken;
             } catch (const HSVNException& exception) {
                 reportFailedProgram(exception);

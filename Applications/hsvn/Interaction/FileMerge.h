@@ -9,9 +9,9 @@
 class FileMerge
 {
   public:
-    /// @param files  base, mine and theirNew are used
-    /// @param path   the merged file, absolute
-    FileMerge(Session& session, const HSVNConflictSides& files, std::string path);
+    /// @param item  has a text conflict
+    /// @param path  the merged file, absolute
+    FileMerge(Session& session, HSVNConflictedItem& item, std::string path);
 
     /// Asks about each section and writes the merged file, unless the user gives up.
     ///
@@ -25,12 +25,10 @@ class FileMerge
         LeftInConflict,
         Aborted
     };
-    Answer askAbout(const HSVNMergeStretch& stretch);
+    Answer askAbout(const HSVNDiffSection& section);
 
     Session& _session;
-    HSVNConflictSides _files;
+    HSVNThreeWayDiff _diff;
     std::string _path;
-    std::vector<std::string> _mine;   // lines with their ends
-    std::vector<std::string> _theirs; // lines with their ends
-    std::string _result;
+    std::vector<HSVNSectionChoice> _choices;
 };

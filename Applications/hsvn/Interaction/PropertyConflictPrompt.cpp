@@ -61,11 +61,11 @@ std::vector<PromptAnswer> PropertyConflictPrompt::shortAnswers() const
 
 std::string PropertyConflictPrompt::merged() const
 {
-    HSVNConflictSides values = _item.propertyValues(_property);
-    // What was edited takes the place of mine.
-    values.mine = _edited ? _edited : values.mine;
-    values.base = values.theirOld;
-    return HSVNMergeValues(values, {"||||||| ORIGINAL", "<<<<<<< MINE", ">>>>>>> THEIRS"}, _session.client());
+    const HSVNConflictSides values = _item.propertyValues(_property);
+    const auto& mine = _edited ? _edited : values.mine;
+    return HSVNThreeWayDiff::ofTexts(values.theirOld.value_or(""), mine.value_or(""), values.theirNew.value_or(""),
+                                     _session.client())
+        .merged({}, {.mine = "<<<<<<< MINE", .base = "||||||| ORIGINAL", .theirs = ">>>>>>> THEIRS"});
 }
 
 void PropertyConflictPrompt::edit()

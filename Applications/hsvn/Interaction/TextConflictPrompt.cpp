@@ -1,5 +1,6 @@
 #include "Interaction/ConflictPrompts.h"
 
+#include "CommandLine/NativeText.h"
 #include "CommandLine/Targets.h"
 #include "Interaction/Editor.h"
 #include "Interaction/FileMerge.h"
@@ -13,6 +14,13 @@
 namespace {
 
 bool isBinary(const std::optional<std::string>& mimeType) { return mimeType && isBinaryMIMEType(*mimeType); }
+
+HSVNDiffOptionsRef ignoringLineEnds()
+{
+    auto options = HSVNDiffOptions::defaults();
+    options->setIgnoreEOLStyle(true);
+    return options;
+}
 
 const PromptAnswer quitAnswer{"q", "Quit resolution", "postpone all remaining conflicts"};
 
@@ -127,17 +135,21 @@ void TextConflictPrompt::showDifference()
     // A merge changes my file, an update the file that came in.
     const bool isMerge = _item.operation() == HSVNConflictOperation::Merge;
     const std::string original = (isMerge ? _files.mine : _files.theirNew).value_or("");
-    HSVNCompareFiles(original, _path, relativeToCurrentFolder(original) + (isMerge ? "\t- MINE" : "\t- THEIRS"),
-                     _shown + "\t- MERGED", Output::writeBytes, _session.client());
+    HSVNDiff::ofFiles(HSVNTarget::verbatim(original), HSVNTarget::verbatim(_path), _session.client(),
+                      ignoringLineEnds())
+        .writeUnified(relativeToCurrentFolder(original) + (isMerge ? "\t- MINE" : "\t- THEIRS"), _shown + "\t- MERGED",
+                      Output::writeBytes, NativeText::localeEncoding());
     Output::flush();
     _mayBeResolved = true;
 }
 
 void TextConflictPrompt::showConflicts()
 {
-    HSVNShowConflicts(_files,
-                      {"||||||| ORIGINAL", "<<<<<<< MINE (select with 'mc')", ">>>>>>> THEIRS (select with 'tc')"},
-                      Output::writeBytes, _session.client());
+    _item.textComparison(ignoringLineEnds())
+        .showConflicts({.mine = "<<<<<<< MINE (select with 'mc')",
+                        .base = "||||||| ORIGINAL",
+                        .theirs = ">>>>>>> THEIRS (select with 'tc')"},
+                       Output::writeBytes);
     Output::flush();
     _mayBeResolved = true;
 }
@@ -147,7 +159,7 @@ void TextConflictPrompt::merge(bool useTool)
     if (useTool) {
         launchMergeTool(_session, _files, _path);
         _mayBeResolved = true;
-    } else if (FileMerge{_session, _files, _path}.run()) {
+    } else if (FileMerge{_session, _item, _path}.run()) {
         _mayBeResolved = true;
     }
 }

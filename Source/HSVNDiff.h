@@ -1,0 +1,60 @@
+#pragma once
+
+#include "HSVNComparison.h"
+#include "HSVNDiffOptions.h"
+#include "HSVNExport.h"
+#include "HSVNForward.h"
+#include "HSVNReceiver.h"
+#include "HSVNTarget.h"
+
+#include <string>
+
+/// Two texts compared: the sections that they have in common, and those that are changed.
+///
+/// This is Subversion's own comparison on every line, whatever the texts hold; the program that the user's
+/// configuration names to compare files ("diff-cmd") serves `HSVNContext::diff` alone.
+class HSVN_EXPORT HSVNDiff : public HSVNComparison
+{
+  public:
+    static constexpr const char* staticClassName = "HSVNDiff";
+
+    /// Compares two files.
+    ///
+    /// @param original  a local path; it need not be versioned
+    /// @param modified  as well
+    /// @param context   not nil ("context != nil"), as in the operations below; used by its thread, and kept
+    /// @param options   not nil ("options != nil"), as in the operations below
+    /// @throws HSVNException for a URL, what cannot be read and what is no file
+    /// Stands for svn_diff_file_diff_2.
+    static HSVNDiff ofFiles(const HSVNTarget& original, const HSVNTarget& modified, const HSVNContextRef& context,
+                            const HSVNDiffOptionsRef& options = HSVNDiffOptions::defaults());
+    /// Compares two texts in memory, whatever bytes they are.
+    ///
+    /// Stands for svn_diff_mem_string_diff, on lines before 1.5 for svn_diff_file_diff_2 on files that nobody else can
+    /// read.
+    static HSVNDiff ofTexts(std::string original, std::string modified, const HSVNContextRef& context,
+                            const HSVNDiffOptionsRef& options = HSVNDiffOptions::defaults());
+    /// Compares two states of a versioned file, or two such files, as `HSVNContext::contents` reads them but with
+    /// keywords as the repository has them, which is how Subversion compares. Without a revision a local path is what
+    /// the working copy holds, and a URL HEAD.
+    ///
+    /// Stands for svn_client_cat3 (svn_client_cat2) and svn_diff_file_diff_2.
+    static HSVNDiff ofItems(const HSVNTargetInRevision& original, const HSVNTargetInRevision& modified,
+                            const HSVNContextRef& context,
+                            const HSVNDiffOptionsRef& options = HSVNDiffOptions::defaults());
+
+    /// Hands out the differences in the unified form; nothing where there are none. The texts are compared once more.
+    ///
+    /// @param originalLabel  of the header, UTF-8
+    /// @param receiver       not nil ("receiver != nil")
+    /// @param encoding       of header and signs in front of the lines, as iconv names it
+    /// @throws HSVNUnsupportedFeatureException for functions or another number of context lines, `HSVNDiffOptions`, on
+    /// a
+    ///                                         line before 1.9
+    /// Stands for svn_diff_file_output_unified4 (svn_diff_file_output_unified2).
+    void writeUnified(const std::string& originalLabel, const std::string& modifiedLabel,
+                      const HSVNContentsReceiver& receiver, const std::string& encoding = "UTF-8") const;
+
+  private:
+    using HSVNComparison::HSVNComparison;
+};
