@@ -83,6 +83,17 @@ LibraryOutcome cat(const HSVNPathRef& path, const HSVNContextRef& context)
     return {stream->count, stream};
 }
 
+LibraryOutcome compare(const HSVNPathRef& path, const HSVNContextRef& context)
+{
+    const auto diff = std::make_shared<const HSVNDiff>(
+        HSVNDiff::ofFiles(path->string() + "/before.txt", path->string() + "/after.txt", context));
+    std::size_t lines = 0;
+    for (const auto& section : diff->sections()) {
+        lines += static_cast<std::size_t>(section.original.count);
+    }
+    return {lines, diff};
+}
+
 LibraryOutcome start(const HSVNPathRef&, const HSVNContextRef& context) { return {1, context}; }
 
 HSVNPathRef pathOf(const std::string& target)
@@ -111,6 +122,7 @@ LibraryOutcome LibraryClient::run(const std::string& operation, const std::strin
                                                              {"log", readLog},
                                                              {"list", list},
                                                              {"cat", cat},
+                                                             {"compare", compare},
                                                              {"start", start}};
     const auto found = operations.find(operation);
     if (found == operations.end()) {

@@ -5,6 +5,7 @@
 #include <string.h>
 #include <svn_client.h>
 #include <svn_config.h>
+#include <svn_diff.h>
 #include <svn_dirent_uri.h>
 #include <svn_fs.h>
 #include <svn_opt.h>
@@ -104,6 +105,31 @@ static svn_error_t* cat(long* count, const char* target, svn_client_ctx_t* ctx, 
     return svn_client_cat2(stream, target, &head, &head, ctx, pool);
 }
 
+static svn_error_t* countOriginalLines(void* count, apr_off_t originalStart, apr_off_t originalLength,
+                                       apr_off_t modifiedStart, apr_off_t modifiedLength, apr_off_t latestStart,
+                                       apr_off_t latestLength)
+{
+    (void)originalStart;
+    (void)modifiedStart;
+    (void)modifiedLength;
+    (void)latestStart;
+    (void)latestLength;
+    *(long*)count += (long)originalLength;
+    return SVN_NO_ERROR;
+}
+
+static svn_error_t* compare(long* count, const char* target, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    svn_diff_t* diff = NULL;
+    svn_diff_output_fns_t receivers = {0};
+    receivers.output_common = countOriginalLines;
+    receivers.output_diff_modified = countOriginalLines;
+    (void)ctx;
+    SVN_ERR(svn_diff_file_diff_2(&diff, svn_dirent_join(target, "before.txt", pool),
+                                 svn_dirent_join(target, "after.txt", pool), svn_diff_file_options_create(pool), pool));
+    return svn_diff_output2(diff, count, &receivers, NULL, NULL);
+}
+
 static svn_error_t* start(long* count, const char* target, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     (void)target;
@@ -128,6 +154,7 @@ static Operation findOperation(const char* name)
                       {"log", readLog},
                       {"list", list},
                       {"cat", cat},
+                      {"compare", compare},
                       {"start", start}};
     for (size_t index = 0; index < sizeof operations / sizeof *operations; ++index) {
         if (strcmp(operations[index].name, name) == 0) {

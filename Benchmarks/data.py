@@ -268,3 +268,34 @@ class FileData(DataSet):
     def _make(self):
         load_repository(self.repository, self._write)
         return {"items": self._size}
+
+
+class PairData(DataSet):
+    """A working copy of two text files: the second one is the first with changes, four in a hundred lines."""
+
+    def __init__(self, cache, lines):
+        super().__init__(cache, f"pair-{lines}")
+        self._lines = lines
+
+    def _texts(self):
+        chance = random.Random(self.name)
+        before = [f"{number} " + " ".join(chance.choices(WORDS, k=8)) + "\n" for number in range(self._lines)]
+        after = list(before)
+        changed = range(12, self._lines, 25)
+        for number, line in enumerate(reversed(changed)):
+            replaced, new = [(1, ["another line\n"]), (0, ["one more line\n"]), (1, [])][number % 3]
+            after[line:line + replaced] = new
+        return "".join(before).encode(), "".join(after).encode(), len(changed)
+
+    def _make(self):
+        before, after, changes = self._texts()
+
+        def write(stream):
+            dump = Dump(stream, self.name)
+            dump.revision()
+            dump.add_file("before.txt", before)
+            dump.add_file("after.txt", after)
+
+        load_repository(self.repository, write)
+        run("svn", "checkout", "--quiet", self.url(), self.working_copy)
+        return {"items": self._lines, "changes": changes}

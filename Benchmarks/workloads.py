@@ -13,12 +13,13 @@ class Sizes:
     folder: int
     revisions: int
     file: int
+    lines: int  # of each of two compared files
     others: tuple  # sizes of the other trees whose status shows how time and memory grow
 
 
-FULL = Sizes(tree=50_000, folder=20_000, revisions=20_000, file=100_000_000, others=(5_000, 200_000))
-QUICK = Sizes(tree=4_000, folder=1_000, revisions=600, file=10_000_000, others=(1_000,))
-TINY = Sizes(tree=200, folder=100, revisions=60, file=100_000, others=(100,))
+FULL = Sizes(tree=50_000, folder=20_000, revisions=20_000, file=100_000_000, lines=50_000, others=(5_000, 200_000))
+QUICK = Sizes(tree=4_000, folder=1_000, revisions=600, file=10_000_000, lines=10_000, others=(1_000,))
+TINY = Sizes(tree=200, folder=100, revisions=60, file=100_000, lines=500, others=(100,))
 
 PER_FOLDER = 20
 
@@ -116,6 +117,14 @@ def reading_workloads(folder, history, large, server):
                    ("cat", large.url("large.txt")), size, Goals(call=1.1), svn_items=len)
 
 
+def comparing_workloads(pair):
+    lines = pair.record["items"]
+    before, after = pair.working_copy / "before.txt", pair.working_copy / "after.txt"
+    yield Workload("compare", f"comparison of two files of {lines:,} lines with {pair.record['changes']:,} changes",
+                   "compare", str(pair.working_copy),
+                   ("diff", "--internal-diff", f"--old={before}", f"--new={after}"), lines, Goals(call=1.2, bytes=20))
+
+
 def start_workloads():
     for bundles in (1, 4):
         yield Workload(f"start-{bundles}", f"start-up with {bundles} bundle{'s' if bundles > 1 else ''}", "start",
@@ -137,10 +146,11 @@ class DataSets:
         self.folder = data.TreeData(cache, sizes.folder, sizes.folder, True)
         self.history = data.LogData(cache, sizes.revisions)
         self.large = data.FileData(cache, sizes.file)
+        self.pair = data.PairData(cache, sizes.lines)
         self.others = [data.TreeData(cache, files, PER_FOLDER, False) for files in sizes.others]
 
     def make(self, log):
-        for data_set in [self.tree, self.folder, self.history, self.large] + self.others:
+        for data_set in [self.tree, self.folder, self.history, self.large, self.pair] + self.others:
             data_set.make(log)
 
 
@@ -156,4 +166,5 @@ def all_workloads(data_sets, server):
     yield from start_workloads()
     yield from status_workloads(data_sets.tree, data_sets.folder)
     yield from reading_workloads(data_sets.folder, data_sets.history, data_sets.large, server)
+    yield from comparing_workloads(data_sets.pair)
     yield from growth_workloads(data_sets.others)
