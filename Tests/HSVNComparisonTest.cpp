@@ -4,6 +4,7 @@
 #include "HSVNDiff.h"
 #include "HSVNStatusCodes.h"
 #include "HSVNThreeWayDiff.h"
+#include "Internal/FileState.h"
 #include "RandomTexts.h"
 #include "ReasonOf.h"
 #include "TestBundles.h"
@@ -15,6 +16,7 @@
 #include <gmock/gmock.h>
 #include <map>
 #include <sys/stat.h>
+#include <tuple>
 
 namespace {
 
@@ -344,6 +346,23 @@ TEST_F(ComparedFile, MustBeThereAndAFile)
     }
     EXPECT_EQ(reasonOf([&] { HSVNDiff::ofTexts("", "", nullptr); }),
               "Invalid parameter not satisfying: context != nil");
+}
+
+TEST_F(ComparedFile, IsStampedBeforeTheClockThatWouldStampAChange)
+{
+    for (int round = 0; round < 20; ++round) {
+        const std::string file = folder / "file";
+        writeFile(file, "text\n");
+        const auto state = HSVNFileState::of(file);
+        timespec now{};
+        clock_gettime(CLOCK_REALTIME_COARSE, &now);
+        struct stat status
+        {
+        };
+        ASSERT_EQ(stat(file.c_str(), &status), 0);
+        EXPECT_GT(std::tie(now.tv_sec, now.tv_nsec), std::tie(status.st_ctim.tv_sec, status.st_ctim.tv_nsec));
+        state.requireSame(file);
+    }
 }
 
 TEST_P(ChangedFile, IsNoOtherText)
