@@ -1,45 +1,16 @@
 #include "HSVNContext.h"
 #include "HSVNDifference.h"
+#include "HSVNException.h"
+#include "HSVNStatusCodes.h"
+#include "HSVNTreeDiff.h"
 #include "Internal/Browsing.h"
-#include "Internal/ContentsStream.h"
-#include "Internal/DepthTranslation.h"
+#include "Internal/Diff.h"
 #include "Internal/ExtensionCall.h"
+#include "Internal/PatchSource.h"
 
 namespace {
 
-using Revisions = std::pair<HSVNRevisionRef, HSVNRevisionRef>;
-
-HSVNBundleExtensions::Comparing recordOf(const HSVNOperation& operation, const HSVNDiffChoices& choices)
-{
-    return {.depth = HSVNDepthForSubversion(choices.depth),
-            .ignoreAncestry = choices.ignoreAncestry,
-            .omitAdded = choices.omitAdded,
-            .omitDeleted = choices.omitDeleted,
-            .copiesAsAdds = choices.copiesAsAdds,
-            .ignoreContentType = choices.ignoreContentType,
-            .ignoreProperties = choices.ignoreProperties,
-            .propertiesOnly = choices.propertiesOnly,
-            .gitFormat = choices.gitFormat,
-            .arguments = choices.arguments ? HSVNTextArray(operation, *choices.arguments) : nullptr,
-            .changelists = HSVNFilterArray(operation, choices.changelists)};
-}
-
-/// An item in two revisions, or two items each in its own, as Subversion takes them.
-struct Sides
-{
-    svn_opt_revision_t first;
-    svn_opt_revision_t second;
-};
-
-Sides sidesOf(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second)
-{
-    return {HSVNRevisionOfTarget(first.target, *first.revision->operativeRevision()),
-            HSVNRevisionOfTarget(second.target, *second.revision->operativeRevision())};
-}
-
-Sides sidesOf(const Revisions& revisions) { return {revisions.first->SVNRevision(), revisions.second->SVNRevision()}; }
-
-void requireRevisions(const Revisions& revisions)
+void requireRevisions(const HSVNDiffRevisions& revisions)
 {
     HSVNAssertParameter(revisions.first != nullptr && revisions.second != nullptr, "revision != nil");
 }
@@ -59,21 +30,6 @@ HSVNStatusKind statusOf(svn_client_diff_summarize_kind_t kind)
     return HSVNStatusKindNone;
 }
 
-/// What takes a text; nil stands for the process's own stream.
-class Output
-{
-  public:
-    Output(HSVNOperation& operation, const HSVNContentsReceiver& receiver)
-        : _stream{operation, receiver}, _isChosen{receiver != nullptr}
-    {
-    }
-    svn_stream_t* streamOrNull() const { return _isChosen ? static_cast<svn_stream_t*>(_stream) : nullptr; }
-
-  private:
-    HSVNContentsStream _stream;
-    bool _isChosen;
-};
-
 struct Summary
 {
     HSVNOperation& operation;
@@ -90,6 +46,58 @@ svn_error_t* receiveDifference(const svn_client_diff_summarize_t* record, void* 
     });
 }
 
+/// Lets Subversion compare by itself: the configuration's program is set aside until the object goes.
+class InternalComparison
+{
+  public:
+    explicit InternalComparison(HSVNOperation& operation) : _operation{operation}
+    {
+        const auto program = operation.context()->optionForName(option, HSVNConfigCategoryConfig,
+                                                                HSVNConfigSectionHelpers, std::nullopt);
+        if (program) {
+            _program = *program;
+            auto* const configuration =
+                operation->apr_hash_get(operation.ctx()->config, HSVNConfigCategoryConfig, APR_HASH_KEY_STRING);
+            _configuration = static_cast<svn_config_t*>(configuration);
+            operation->config_set(_configuration, HSVNConfigSectionHelpers, option, nullptr);
+        }
+    }
+    ~InternalComparison()
+    {
+        if (_configuration) {
+            _operation->config_set(_configuration, HSVNConfigSectionHelpers, option, _program.c_str());
+        }
+    }
+    InternalComparison(const InternalComparison&) = delete;
+    InternalComparison& operator=(const InternalComparison&) = delete;
+
+  private:
+    static constexpr const char* option = "diff-cmd";
+
+    HSVNOperation& _operation;
+    std::string _program;
+    svn_config_t* _configuration = nullptr;
+};
+
+/// The choices of a text that objects are read from: Git's headers, and no arguments of another program.
+HSVNDiffChoices readableChoices(HSVNDiffChoices choices)
+{
+    choices.gitFormat = true;
+    choices.arguments = choices.arguments.value_or(std::vector<std::string>{});
+    return choices;
+}
+
+/// Writes how the sides differ, two items or one in two revisions, into a temporary file.
+template <class Sides>
+HSVNPatchSourceRef spooledDiff(HSVNOperation& operation, const HSVNTargetInRevision& item, const Sides& other,
+                               const HSVNDiffChoices& choices)
+{
+    HSVNPatchSpool spool;
+    const HSVNContentsReceiver output = [&](std::string_view bytes) { spool.write(bytes); };
+    HSVNWriteDiff(operation, item, other, choices, {output, output, "UTF-8"});
+    return spool.source();
+}
+
 } // namespace
 
 void HSVNContext::diff(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
@@ -97,29 +105,50 @@ void HSVNContext::diff(const HSVNTargetInRevision& first, const HSVNTargetInRevi
                        const HSVNContentsReceiver& errors)
 {
     HSVNOperation operation{*this, "diff", {{"first", first.target.text()}, {"second", second.target.text()}}};
-    const auto function = operation.extension(&HSVNBundleExtensions::client_diff);
-    const auto sides = sidesOf(first, second);
-    const auto record = recordOf(operation, choices);
-    const Output out{operation, output};
-    const Output err{operation, errors};
-    operation.check(function(out.streamOrNull(), err.streamOrNull(), operation.cString(first.target.text()),
-                             &sides.first, operation.cString(second.target.text()), &sides.second, &record,
-                             operation.ctx(), operation.pool()));
+    HSVNWriteDiff(operation, first, second, choices, {output, errors});
 }
 
-void HSVNContext::diff(const HSVNTargetInRevision& target, const Revisions& revisions, const HSVNDiffChoices& choices,
-                       const HSVNContentsReceiver& output, const HSVNContentsReceiver& errors)
+void HSVNContext::diff(const HSVNTargetInRevision& target, const HSVNDiffRevisions& revisions,
+                       const HSVNDiffChoices& choices, const HSVNContentsReceiver& output,
+                       const HSVNContentsReceiver& errors)
 {
     requireRevisions(revisions);
     HSVNOperation operation{*this, "diff", {{"target", target.target.text()}, {"revisions", revisions}}};
-    const auto function = operation.extension(&HSVNBundleExtensions::client_diff_peg);
-    const auto peg = HSVNRevisionOfTarget(target.target, *target.revision->pegRevision());
-    const auto sides = sidesOf(revisions);
-    const auto record = recordOf(operation, choices);
-    const Output out{operation, output};
-    const Output err{operation, errors};
-    operation.check(function(out.streamOrNull(), err.streamOrNull(), operation.cString(target.target.text()), &peg,
-                             &sides.first, &sides.second, &record, operation.ctx(), operation.pool()));
+    HSVNWriteDiff(operation, target, revisions, choices, {output, errors});
+}
+
+HSVNTreeDiffRef HSVNContext::treeDiff(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
+                                      const HSVNDiffChoices& choices)
+{
+    HSVNOperation operation{*this, "treeDiff", {{"first", first.target.text()}, {"second", second.target.text()}}};
+    const InternalComparison internal{operation};
+    auto readable = readableChoices(choices);
+    try {
+        const auto source = spooledDiff(operation, first, second, readable);
+        return std::make_shared<const HSVNTreeDiff>(source, true);
+    } catch (const HSVNException& exception) {
+        if (exception.status() != HSVNStatusCode::WorkingCopyPathNotFound || readable.copiesAsAdds) {
+            throw;
+        }
+    }
+    // Below the repository's root, Subversion looks for the sources of a working copy's copies where they are not.
+    readable.copiesAsAdds = true;
+    return std::make_shared<const HSVNTreeDiff>(spooledDiff(operation, first, second, readable), false);
+}
+
+HSVNTreeDiffRef HSVNContext::treeDiff(const HSVNTargetInRevision& target, const HSVNDiffRevisions& revisions,
+                                      const HSVNDiffChoices& choices)
+{
+    requireRevisions(revisions);
+    HSVNOperation operation{*this, "treeDiff", {{"target", target.target.text()}, {"revisions", revisions}}};
+    const InternalComparison internal{operation};
+    if (operation.newest(&HSVNBundleExtensions::client_diff_peg)) {
+        const auto source = spooledDiff(operation, target, revisions, readableChoices(choices));
+        return std::make_shared<const HSVNTreeDiff>(source, true);
+    }
+    HSVNPatchSpool spool;
+    HSVNWriteOlderDiff(operation, target, revisions, choices, spool.path());
+    return std::make_shared<const HSVNTreeDiff>(spool.source(), false);
 }
 
 void HSVNContext::diffSummary(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
@@ -128,15 +157,15 @@ void HSVNContext::diffSummary(const HSVNTargetInRevision& first, const HSVNTarge
     HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNOperation operation{*this, "diffSummary", {{"first", first.target.text()}, {"second", second.target.text()}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_diff_summarize);
-    const auto sides = sidesOf(first, second);
-    const auto record = recordOf(operation, choices);
+    const auto ends = HSVNEndsOf(first, second);
+    const auto record = HSVNRecordOfChoices(operation, choices);
     Summary summary{operation, receiver};
-    operation.check(function(operation.cString(first.target.text()), &sides.first,
-                             operation.cString(second.target.text()), &sides.second, &record, receiveDifference,
+    operation.check(function(operation.cString(first.target.text()), &ends.first,
+                             operation.cString(second.target.text()), &ends.second, &record, receiveDifference,
                              &summary, operation.ctx(), operation.pool()));
 }
 
-void HSVNContext::diffSummary(const HSVNTargetInRevision& target, const Revisions& revisions,
+void HSVNContext::diffSummary(const HSVNTargetInRevision& target, const HSVNDiffRevisions& revisions,
                               const HSVNDiffChoices& choices, const HSVNReceiver<const HSVNDifference&>& receiver)
 {
     requireRevisions(revisions);
@@ -144,9 +173,9 @@ void HSVNContext::diffSummary(const HSVNTargetInRevision& target, const Revision
     HSVNOperation operation{*this, "diffSummary", {{"target", target.target.text()}, {"revisions", revisions}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_diff_summarize_peg);
     const auto peg = HSVNRevisionOfTarget(target.target, *target.revision->pegRevision());
-    const auto sides = sidesOf(revisions);
-    const auto record = recordOf(operation, choices);
+    const auto ends = HSVNEndsOf(revisions);
+    const auto record = HSVNRecordOfChoices(operation, choices);
     Summary summary{operation, receiver};
-    operation.check(function(operation.cString(target.target.text()), &peg, &sides.first, &sides.second, &record,
+    operation.check(function(operation.cString(target.target.text()), &peg, &ends.first, &ends.second, &record,
                              receiveDifference, &summary, operation.ctx(), operation.pool()));
 }

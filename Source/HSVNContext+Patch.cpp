@@ -1,11 +1,39 @@
 #include "HSVNContext.h"
+#include "HSVNException.h"
+#include "HSVNPatchedItem.h"
 #include "Internal/ExtensionCall.h"
+#include "Internal/PatchGuard.h"
+#include "Internal/PatchOutcomes.h"
+#include "Internal/PatchSource.h"
 
-void HSVNContext::patch(const HSVNTarget& file, const HSVNTarget& directory, const HSVNPatchChoices& choices)
+namespace {
+
+/// The patch for the library to read; nil for what Subversion refuses to open, and says why.
+std::optional<HSVNPatchFile> openedPatch(const std::string& path)
+{
+    try {
+        return HSVNOpenPatch(path);
+    } catch (const HSVNException&) {
+        return std::nullopt;
+    }
+}
+
+} // namespace
+
+std::vector<HSVNPatchedItem> HSVNContext::patch(const HSVNTarget& file, const HSVNTarget& directory,
+                                                const HSVNPatchChoices& choices)
 {
     HSVNOperation operation{*this, "patch", {{"path", file.text()}, {"target", directory.text()}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_patch);
-    operation.check(function(operation.cString(file.text()), operation.changed(directory.text()), choices.dryRun,
-                             choices.strip, choices.reverse, choices.ignoreWhitespace, operation.ctx(),
-                             operation.pool()));
+    const char* const target = operation.changed(directory.text());
+    const char* path = operation.cString(file.text());
+    const auto patch = openedPatch(file.text());
+    if (patch) {
+        HSVNRequireHarmlessPatch(*patch->source, directory.text(), choices);
+        path = operation.cString(patch->path);
+    }
+    HSVNPatchOutcomes outcomes{operation};
+    operation.check(function(path, target, choices.dryRun, choices.strip, choices.reverse, choices.ignoreWhitespace,
+                             operation.ctx(), operation.pool()));
+    return outcomes.take();
 }

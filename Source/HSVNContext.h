@@ -47,13 +47,16 @@ struct svn_client_ctx_t;
 class HSVNOperation;
 class HSVNPool;
 class HSVNTransferObserver;
+class HSVNTreeDiff;
 struct HSVNBlamedLine;
 struct HSVNDifference;
 struct HSVNItemInfo;
 struct HSVNItemProperties;
 struct HSVNLayoutItem;
 struct HSVNMergingSummary;
+struct HSVNPatchedItem;
 struct HSVNPropertyValues;
+using HSVNTreeDiffRef = std::shared_ptr<const HSVNTreeDiff>;
 
 /// Names in Subversion's run-time configuration.
 inline constexpr const char* HSVNConfigCategoryConfig = "config";
@@ -218,8 +221,14 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     ///
     /// @param file       the patch, a local path
     /// @param directory  the working copy's directory that the patch's paths are relative to
+    /// @return  what became of each item, in the order of the notifications, which tell the same
+    /// @throws HSVNException for a patch that would change what is not the working copy's: an item in an administrative
+    ///         area (`HSVNStatusCode::ReservedFileName`), a move by way of a symbolic link, or a name with a NUL in it
+    ///         (`HSVNStatusCode::IllegalTarget`); also for the change of a property without a name. Nothing is done
+    ///         then. Items outside of the directory, by "../" or an absolute name, and below links are skipped.
     /// Stands for svn_client_patch; not offered by lines before 1.7.
-    void patch(const HSVNTarget& file, const HSVNTarget& directory, const HSVNPatchChoices& choices = {});
+    std::vector<HSVNPatchedItem> patch(const HSVNTarget& file, const HSVNTarget& directory,
+                                       const HSVNPatchChoices& choices = {});
     /// Puts items into a changelist.
     ///
     /// @param targets     local paths
@@ -553,6 +562,20 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     void diff(const HSVNTargetInRevision& target, const std::pair<HSVNRevisionRef, HSVNRevisionRef>& revisions,
               const HSVNDiffChoices& choices, const HSVNContentsReceiver& output,
               const HSVNContentsReceiver& errors = {});
+    /// The same differences as `diff` writes, as objects: each item with what was done to it, its properties and its
+    /// sections. The configuration's own program is left out; names are those of Git's headers, of which
+    /// `choices.gitFormat` makes no difference.
+    ///
+    /// Stands for svn_client_diff7; not offered by lines before 1.11.
+    HSVNTreeDiffRef treeDiff(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
+                             const HSVNDiffChoices& choices = {});
+    /// The same of one item in two revisions.
+    ///
+    /// Stands for svn_client_diff_peg7, on lines before 1.11 for svn_client_diff_peg3, which knows nothing of copies
+    /// (`HSVNTreeDiff::knowsCopySources`) and compares no local changes.
+    HSVNTreeDiffRef treeDiff(const HSVNTargetInRevision& target,
+                             const std::pair<HSVNRevisionRef, HSVNRevisionRef>& revisions,
+                             const HSVNDiffChoices& choices = {});
     /// Tells which items differ, without comparing their lines; otherwise as `diff`.
     ///
     /// @param receiver  not nil ("receiver != nil")

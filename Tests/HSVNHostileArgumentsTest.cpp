@@ -163,6 +163,8 @@ std::vector<Operation> HostileArguments::newerOperations()
         OPERATION("reintegrate into", Changes, client->reintegrate(repository.url(), verbatim(target))),
         OPERATION("diff", Reads, client->diff({verbatim(target), head}, {verbatim(target), head}, {}, ignore, ignore)),
         OPERATION("diff of revisions", Reads, client->diff({verbatim(target), peg}, both, {}, ignore, ignore)),
+        OPERATION("tree diff", Reads, client->treeDiff({verbatim(target), head}, {verbatim(target), head})),
+        OPERATION("tree diff of revisions", Reads, client->treeDiff({verbatim(target), peg}, both)),
         OPERATION("diff summary", Reads,
                   client->diffSummary({verbatim(target), head}, {verbatim(target), head}, {}, ignore)),
         OPERATION("diff summary of revisions", Reads, client->diffSummary({verbatim(target), peg}, both, {}, ignore)),

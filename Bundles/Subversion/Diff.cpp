@@ -37,6 +37,11 @@ svn_error_t* settleStreams(svn_stream_t** out, svn_stream_t** errors, apr_pool_t
     return *errors == nullptr ? svn_stream_for_stderr(errors, pool) : SVN_NO_ERROR;
 }
 
+const char* headerEncoding(const HSVNBundleExtensions::Comparing& choices)
+{
+    return choices.headerEncoding != nullptr ? choices.headerEncoding : SVN_APR_LOCALE_CHARSET;
+}
+
 svn_error_t* diff(svn_stream_t* out, svn_stream_t* errors, const char* target1, const svn_opt_revision_t* revision1,
                   const char* target2, const svn_opt_revision_t* revision2,
                   const HSVNBundleExtensions::Comparing* choices, svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -47,7 +52,7 @@ svn_error_t* diff(svn_stream_t* out, svn_stream_t* errors, const char* target1, 
     return svn_client_diff7(choices->arguments, target1, revision1, target2, revision2, nullptr, choices->depth,
                             choices->ignoreAncestry, choices->omitAdded, choices->omitDeleted, choices->copiesAsAdds,
                             choices->ignoreContentType, choices->ignoreProperties, choices->propertiesOnly,
-                            choices->gitFormat, TRUE, SVN_APR_LOCALE_CHARSET, out, errors, choices->changelists, ctx,
+                            choices->gitFormat, TRUE, headerEncoding(*choices), out, errors, choices->changelists, ctx,
                             pool);
 }
 
@@ -60,8 +65,8 @@ svn_error_t* diffPeg(svn_stream_t* out, svn_stream_t* errors, const char* target
     return svn_client_diff_peg7(choices->arguments, target, pegRevision, start, end, nullptr, choices->depth,
                                 choices->ignoreAncestry, choices->omitAdded, choices->omitDeleted,
                                 choices->copiesAsAdds, choices->ignoreContentType, choices->ignoreProperties,
-                                choices->propertiesOnly, choices->gitFormat, TRUE, SVN_APR_LOCALE_CHARSET, out, errors,
-                                choices->changelists, ctx, pool);
+                                choices->propertiesOnly, choices->gitFormat, TRUE, headerEncoding(*choices), out,
+                                errors, choices->changelists, ctx, pool);
 }
 #endif
 

@@ -139,6 +139,7 @@ struct HSVNBundleExtensions
         svn_boolean_t gitFormat;
         const apr_array_header_t* arguments;   ///< of the program that compares files; null for the configuration's
         const apr_array_header_t* changelists; ///< may be null
+        const char* headerEncoding = nullptr;  ///< of names in a text; null for the locale's
     };
 
     /// A library that Subversion is linked to; statically where there is no runtime version.

@@ -11,20 +11,6 @@ namespace {
 
 namespace files = std::filesystem;
 
-/// Subversion knows two names: its own, and one that a program can choose in its place.
-bool isReserved(const files::path& name)
-{
-    if (name == ".svn") {
-        return true;
-    }
-    if (name != "_svn") {
-        return false;
-    }
-    const HSVNPool pool;
-    const char* const chosen = HSVNCurrentEntryPoints().wc_get_adm_dir(pool);
-    return chosen && name == chosen;
-}
-
 /// Whether a folder holds what Subversion keeps of a working copy, and not just bears the name.
 bool isAdministrativeArea(const files::path& folder)
 {
@@ -38,7 +24,7 @@ files::path reservedNameIn(const files::path& path)
     files::path walked;
     for (auto name = path.begin(); name != path.end(); ++name) {
         walked /= *name;
-        if (isReserved(*name) && (std::next(name) == path.end() || isAdministrativeArea(walked))) {
+        if (HSVNIsReservedName(*name) && (std::next(name) == path.end() || isAdministrativeArea(walked))) {
             return *name;
         }
     }
@@ -57,6 +43,20 @@ bool isURL(const std::string& target)
 }
 
 } // namespace
+
+bool HSVNIsReservedName(const std::string& name)
+{
+    // Subversion knows two names: its own, and one that a program can choose in its place.
+    if (name == ".svn") {
+        return true;
+    }
+    if (name != "_svn") {
+        return false;
+    }
+    const HSVNPool pool;
+    const char* const chosen = HSVNCurrentEntryPoints().wc_get_adm_dir(pool);
+    return chosen && name == chosen;
+}
 
 void HSVNRequireUnreserved(const std::string& target)
 {

@@ -10,3 +10,8 @@
 ///
 /// Which names these are is what svn_wc_is_adm_dir says of the current bundle.
 void HSVNRequireUnreserved(const std::string& target);
+
+/// Whether a name is that of an administrative directory.
+///
+/// Stands for svn_wc_is_adm_dir.
+bool HSVNIsReservedName(const std::string& name);

@@ -20,9 +20,10 @@ import fixtures
 
 HSVN, DOCUMENTS, TABLES = sys.argv[1:4]
 
-# What svn does not have: a subcommand of svnadmin, and an option.
+# What svn does not have: a subcommand of svnadmin, and options.
 OWN_SUBCOMMANDS = {"create"}
-OWN_JSON = {"blame", "diff", "info", "list", "log", "propget", "proplist", "status"}
+OWN_OPTIONS = {**{name: {"--json"} for name in ("blame", "info", "list", "log", "propget", "proplist", "status")},
+               "diff": {"--json", "--word"}}
 
 
 def hsvn(*arguments, folder=".", **options):
@@ -74,8 +75,9 @@ class Documents(unittest.TestCase):
             mine = [row for row in words if any(each in row[:4] for each in names)]
             missing += [] if mine else [name]
             for spellings in own:
-                # JSON is nothing that svn could be asked for, and help speaks for itself.
-                if name != "help" and "--json" not in spellings and not any(is_used(spellings, row) for row in mine):
+                # Its own options are nothing that svn could be asked for, and help speaks for itself.
+                is_own = not OWN_OPTIONS.get(name, set()).isdisjoint(spellings)
+                if name != "help" and not is_own and not any(is_used(spellings, row) for row in mine):
                     missing.append(f"{name} {spellings[-1]}")
             missing += [spellings[-1] for spellings in shared if not any(is_used(spellings, row) for row in words)]
         self.assertEqual(sorted(set(missing)), [])
@@ -89,8 +91,7 @@ class Documents(unittest.TestCase):
                           for part in options_of(name, "svn")]
             ours = [{spelling for each in part for spelling in each if spelling.startswith("--")}
                     for part in self.subcommands[name][1:]]
-            own = {"--json"} if name in OWN_JSON else set()
-            self.assertEqual(ours, [long_names[0] | own, long_names[1]], name)
+            self.assertEqual(ours, [long_names[0] | OWN_OPTIONS.get(name, set()), long_names[1]], name)
 
     def test_bash_completes_subcommands_options_and_values(self):
         for name, (_, own, shared) in self.subcommands.items():
@@ -197,6 +198,75 @@ class Program(unittest.TestCase):
             shown = on_terminal(["status"], self.wc, environment)
             self.assertEqual(re.sub(r"\x1b\[\d*m", "", shown), plain)
             self.assertEqual("\x1b[32mA       A/new\x1b[0m\n" in shown, is_coloured, environment)
+
+    def test_json_of_a_comparison_tells_every_line(self):
+        with tempfile.TemporaryDirectory() as folder:
+            wc = fixtures.make_repository(os.path.realpath(folder))
+            lines = [f"line {number}\n" for number in range(1, 21)]
+            fixtures.write(wc, "text", "".join(lines))
+            fixtures.run_svn(wc, "add", "text")
+            fixtures.run_svn(wc, "commit", "-m", "Add a text")
+            fixtures.run_svn(wc, "update")
+            fixtures.write(wc, "text", "".join(["patched\n", *lines[1:9], "patched 10\n", *lines[10:], "more\n"]))
+            fixtures.write(wc, "added", "added\n")
+            fixtures.run_svn(wc, "add", "added")
+            fixtures.run_svn(wc, "propset", "colour", "two\nlines", "A")
+            fixtures.run_svn(wc, "move", "iota", "A/moved")
+            listed = {item["path"]: item for item in json.loads(hsvn("diff", "--json", folder=wc).stdout)}
+            plain = hsvn("diff", folder=wc).stdout
+        self.assertEqual(list(listed), re.findall(r"(?m)^Index: (.*)", plain))
+        lines = {mark: re.findall(rf"(?m)^[{mark}](?!--|\+\+ )(.*\n)", plain) for mark in " +-"}
+        sections = [section for item in listed.values() for section in item["sections"]]
+        for mark, key, value in [(" ", "lines", ""), ("-", "removed", "before"), ("+", "added", "after")]:
+            told = [line for section in sections for line in section.get(key, [])]
+            told += [line for item in listed.values() for change in item["properties"]
+                     for line in change.get(value, "").splitlines()]
+            self.assertCountEqual([line.rstrip("\n") for line in told], [line[:-1] for line in lines[mark]])
+        self.assertEqual({path: item["change"] for path, item in listed.items()},
+                         {"A": "properties only", "A/moved": "moved", "added": "added", "iota": "deleted",
+                          "text": "modified"})
+        self.assertTrue(listed["A/moved"]["copied-from"].endswith("iota"))
+        self.assertEqual(listed["A"]["properties"], [{"name": "colour", "change": "added", "after": "two\nlines"}])
+        self.assertEqual(listed["text"]["sections"][3],
+                         {"kind": "changed", "original": {"first": 10, "count": 1},
+                          "modified": {"first": 10, "count": 1}, "removed": ["line 10\n"], "added": ["patched 10\n"]})
+
+    def test_words_that_differ_are_coloured_on_a_terminal(self):
+        with tempfile.TemporaryDirectory() as folder:
+            wc = fixtures.make_repository(os.path.realpath(folder))
+            fixtures.write(wc, "words", "common\none two \u00e4 three\n-- gone\nlast")
+            fixtures.run_svn(wc, "add", "words")
+            fixtures.run_svn(wc, "commit", "-m", "Add words")
+            fixtures.write(wc, "words", "common\none 2 \u00e4 three four\nlast line\n")
+            plain = hsvn("diff", "--word", folder=wc).stdout
+            self.assertEqual(plain, hsvn("diff", folder=wc).stdout)
+            shown = on_terminal(["diff", "--word"], wc, {"TERM": "xterm"})
+            self.assertEqual(re.sub(r"\x1b\[\d*m", "", shown), plain)
+            self.assertIn("-one \x1b[31mtwo\x1b[0m \u00e4 three\n", shown)
+            self.assertRegex(shown, "\\+one \x1b.32m2\x1b.0m \u00e4 three ?\x1b.32m ?four\x1b.0m\n")
+            for arguments, environment in [(["diff"], {"TERM": "xterm"}),
+                                           (["diff", "--word"], {"TERM": "xterm", "NO_COLOR": "1"})]:
+                self.assertEqual(on_terminal(arguments, wc, environment), plain)
+
+    def test_a_patch_that_leads_out_of_the_working_copy_is_refused(self):
+        with tempfile.TemporaryDirectory() as folder:
+            wc = fixtures.make_repository(os.path.realpath(folder))
+            outside = os.path.join(folder, "outside")
+            os.mkdir(outside)
+            os.symlink(outside, os.path.join(wc, "link"))
+            for name, text in [("administrative area", "--- A/.svn/x\n+++ A/.svn/x\n@@ -0,0 +1 @@\n+x\n"),
+                               ("symbolic link", "diff --git a/iota b/link/x\nrename from iota\nrename to link/x\n"),
+                               ("NUL", "--- iota\0\n+++ iota\0\n@@ -1 +1 @@\n-x\n+y\n"),
+                               ("changes a property, but", "--- iota\n+++ iota\n## -0,0 +1 ##\n+x\n")]:
+                fixtures.write(folder, "hostile.patch", text)
+                for source in ["../hostile.patch", "<(cat ../hostile.patch)"]:
+                    ran = subprocess.run(["/bin/bash", "-c", f"{shlex.quote(HSVN)} patch {source}"], cwd=wc, check=False,
+                                         env=fixtures.environment(wc), capture_output=True, text=True, timeout=60)
+                    self.assertEqual((ran.returncode, ran.stdout), (1, ""), name)
+                    self.assertIn(name, ran.stderr)
+                    self.assertEqual(os.listdir(outside), [])
+                    self.assertFalse(os.path.exists(os.path.join(wc, "A/.svn")))
+            self.assertEqual(hsvn("status", folder=wc).stdout, "?       link\n")
 
     def test_the_administrative_area_is_refused_by_name(self):
         for words in [("mkdir", ".svn/new"), ("export", "iota", ".svn/new")]:

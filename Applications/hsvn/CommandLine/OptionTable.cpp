@@ -474,6 +474,8 @@ constexpr std::array table{
            "--show-copies-as-adds --ignore-properties",
            set<&Options::patchCompatible>},
     Option{OptionId::Diff, "diff", nullptr, 0, nullptr, "produce diff output", set<&Options::showDiff>},
+    Option{OptionId::Word, "word", nullptr, 0, nullptr, "on a terminal, colour the words that differ",
+           set<&Options::colourWords>},
     Option{OptionId::Strip, "strip", nullptr, 0, "ARG",
            "leave out the first ARG components of the paths in\n"
            "the patch; a '/' at their beginning is one itself.\n"

@@ -83,6 +83,7 @@ enum class OptionId : std::uint8_t
     Git,
     PatchCompatible,
     Diff,
+    Word,
     Strip,
     ReverseDiff,
     IgnoreWhitespace,

@@ -133,6 +133,7 @@ struct Options // NOLINT(clang-analyzer-optin.performance.Padding)
     bool gitFormat = false;
     bool patchCompatible = false;
     bool showDiff = false;
+    bool colourWords = false;
 
     // A patch
     int strip = 0;

@@ -3,8 +3,11 @@
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/Targets.h"
 #include "CommandLine/TextFiles.h"
+#include "Output/DiffRecord.h"
+#include "Output/Display.h"
 #include "Output/JSON.h"
 #include "Output/Output.h"
+#include "Output/WordColours.h"
 #include "Output/Words.h"
 #include "Output/XML.h"
 
@@ -72,9 +75,8 @@ class DiffRun
     void checkDocument() const
     {
         const Options& options = _session.options;
-        if ((options.xml || options.json) && !options.summarize) {
-            fail(ArgumentParsing,
-                 fmt::format("'--{}' option only valid with '--summarize' option", options.xml ? "xml" : "json"));
+        if (options.xml && !options.summarize) {
+            fail(ArgumentParsing, "'--xml' option only valid with '--summarize' option");
         }
     }
 
@@ -88,7 +90,8 @@ class DiffRun
                                     std::pair{options.diffCommand.has_value(), "diff-cmd"},
                                     std::pair{options.noDiffAdded, "no-diff-added"},
                                     std::pair{options.noDiffDeleted, "no-diff-deleted"},
-                                    std::pair{options.force, "force"}};
+                                    std::pair{options.force, "force"},
+                                    std::pair{options.colourWords, "word"}};
         for (const auto& [given, name] : onlyInText) {
             if (given && options.summarize) {
                 fail(ArgumentParsing, fmt::format("'--{}' not valid with '--summarize' option", name));
@@ -196,7 +199,7 @@ class DiffRun
         if (_session.options.summarize) {
             _session.client()->diffSummary(first, second, choices(), printerBelow(below));
         } else {
-            _session.client()->diff(first, second, choices(), {});
+            compare(first, second);
         }
     }
 
@@ -208,7 +211,24 @@ class DiffRun
         if (_session.options.summarize) {
             _session.client()->diffSummary(item, revisions, choices(), printerBelow(path));
         } else {
-            _session.client()->diff(item, revisions, choices(), {});
+            compare(item, revisions);
+        }
+    }
+
+    /// Shows how the sides differ: two items, or one in two revisions.
+    template <class Sides>
+    void compare(const HSVNTargetInRevision& item, const Sides& other)
+    {
+        if (_session.options.json) {
+            _session.client()->treeDiff(item, other, choices())->readItems([&](const HSVNPatchItem& changed) {
+                _records.push_back(diffRecord(changed));
+            });
+        } else if (_session.options.colourWords && Display::isColoured()) {
+            WordColours colours;
+            _session.client()->diff(item, other, choices(), [&](std::string_view bytes) { colours.take(bytes); });
+            colours.finish();
+        } else {
+            _session.client()->diff(item, other, choices(), {});
         }
     }
 
@@ -276,7 +296,11 @@ const Subcommand& diffSubcommand()
                                        "   Paths may be unversioned ones, which have no revisions and cannot be\n"
                                        "   compared with URLs.  Both targets are files, or both are folders.\n"
                                        "\n"
-                                       "4. to 6. Short forms of '--old=OLD-URL --new=NEW-URL' and its like.",
+                                       "4. to 6. Short forms of '--old=OLD-URL --new=NEW-URL' and its like.\n"
+                                       "\n"
+                                       "With --json, items are printed with what was done to them, their lines in\n"
+                                       "sections that are common or changed, and their properties.  No program\n"
+                                       "other than the one that is built in compares files then.",
                                        {OptionId::Revision,
                                         OptionId::Change,
                                         OptionId::Old,
@@ -297,6 +321,7 @@ const Subcommand& diffSubcommand()
                                         OptionId::Force,
                                         OptionId::XML,
                                         OptionId::JSON,
+                                        OptionId::Word,
                                         OptionId::Git,
                                         OptionId::PatchCompatible},
                                        {{OptionId::NonRecursive, "obsolete; same as --depth=files"},

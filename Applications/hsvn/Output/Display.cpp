@@ -39,12 +39,6 @@ std::string_view colourOf(char letter)
     }
 }
 
-bool isColoured()
-{
-    static const bool is = Display::isShown() && !std::getenv("NO_COLOR");
-    return is;
-}
-
 } // namespace
 
 bool Display::isShown()
@@ -54,6 +48,18 @@ bool Display::isShown()
         return isatty(STDOUT_FILENO) == 1 && kind && std::string_view{kind} != "dumb";
     }();
     return is;
+}
+
+bool Display::isColoured()
+{
+    static const bool is = isShown() && !std::getenv("NO_COLOR");
+    return is;
+}
+
+std::string Display::coloured(std::string_view text, Colour colour)
+{
+    std::string shown{colour == Colour::Removed ? red : green};
+    return shown.append(text).append(plain);
 }
 
 std::string Display::colouredLine(std::string line)

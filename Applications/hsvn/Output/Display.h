@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -8,8 +9,20 @@ namespace Display {
 
 /// Whether standard output is a terminal that understands control sequences.
 bool isShown();
-/// A line of items, coloured by the letter in its first columns; any other text as it is. Not coloured either when the
-/// environment sets NO_COLOR.
+/// Whether text in colours is wanted there: the environment does not set NO_COLOR.
+bool isColoured();
+
+/// What a stretch of text is.
+enum class Colour : std::uint8_t
+{
+    Removed,
+    Added
+};
+
+/// A text in a colour, whether or not one is wanted.
+std::string coloured(std::string_view text, Colour colour);
+/// A line of items, coloured by the letter in its first columns; any other text as it is. Not coloured either where
+/// `isColoured` says no.
 std::string colouredLine(std::string line);
 
 } // namespace Display

@@ -54,15 +54,19 @@ void addProperties(XML& xml, const char* element, const HSVNPropertyMap& propert
     }
 }
 
+nlohmann::ordered_json propertyValueRecord(const std::string& value)
+{
+    if (XML::isSafe(value)) {
+        return value;
+    }
+    return {{"encoding", "base64"}, {"value", XML::base64(value)}};
+}
+
 nlohmann::ordered_json propertyRecord(const HSVNPropertyMap& properties)
 {
     auto record = nlohmann::ordered_json::object();
     for (const auto& [name, value] : properties) {
-        if (XML::isSafe(value)) {
-            record[name] = value;
-        } else {
-            record[name] = {{"encoding", "base64"}, {"value", XML::base64(value)}};
-        }
+        record[name] = propertyValueRecord(value);
     }
     return record;
 }

@@ -14,7 +14,9 @@ void printProperties(const HSVNPropertyMap& properties, bool withValues);
 void printValue(const std::string& name, const std::string& value);
 /// Elements of names, or of names and values.
 void addProperties(XML& xml, const char* element, const HSVNPropertyMap& properties, bool withValues);
-/// Values by name; bytes that are no text as base64 in an object that says so.
+/// A value; bytes that are no text as base64 in an object that says so.
+nlohmann::ordered_json propertyValueRecord(const std::string& value);
+/// Values by name.
 nlohmann::ordered_json propertyRecord(const HSVNPropertyMap& properties);
 
 /// The URL and the revision that an operation on a revision property is about.
