@@ -39,7 +39,7 @@ std::string_view HSVNPatchLines::bytesAt(std::uint64_t offset)
         return {};
     }
     if (offset < _blockOffset || offset >= _blockOffset + _block.size()) {
-        _block.resize(blockSize);
+        _block.resize(static_cast<std::size_t>(std::min<std::uint64_t>(blockSize, _end - offset)));
         _block.resize(_source.read(offset, _block.data(), _block.size()));
         _blockOffset = offset;
     }

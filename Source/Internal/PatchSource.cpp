@@ -135,7 +135,7 @@ std::unique_ptr<HSVNPatchSpool> copyOf(int descriptor, const std::string& path)
 
 void HSVNPatchSource::read(std::uint64_t offset, std::uint64_t size, const HSVNContentsReceiver& receiver) const
 {
-    std::array<char, blockSize> buffer;
+    std::string buffer(static_cast<std::size_t>(std::min<std::uint64_t>(size, blockSize)), '\0');
     while (size > 0) {
         const auto count =
             read(offset, buffer.data(), static_cast<std::size_t>(std::min<std::uint64_t>(size, buffer.size())));
