@@ -196,7 +196,7 @@ HSVNNotificationRef notificationOf(const HSVNClient& client, const svn_wc_notify
         notification->setError(HSVNExceptionOfError(client, record.err, false));
     }
     if (record.lock) {
-        notification->setLock(std::make_shared<HSVNLock>(record.lock));
+        notification->setLock(HSVNLock::lockWithSVNLock(record.lock, HSVNTextOrNil(record.path).value_or("")));
     }
     notification->setLockState(record.lock_state);
     notification->setNodeKind(record.kind);

@@ -41,7 +41,8 @@ HSVNLockRef HSVNLock::lockWithSVNLock(const svn_lock_t* lock, const std::string&
     if (!lock) {
         return nullptr;
     }
-    auto place = HSVNPath::pathWithString(lock->path ? lock->path : path);
+    // Over HTTP, that of an item asked for twice is empty.
+    auto place = HSVNPath::pathWithString(lock->path && *lock->path != '\0' ? lock->path : path);
     return HSVNLockRef{new HSVNLock{*lock, std::move(place)}}; // make_shared cannot reach the constructor
 }
 

@@ -1,6 +1,7 @@
 #include "CommandLine/Cancellation.h"
 #include "CommandLine/CommandLineParser.h"
 #include "CommandLine/NativeText.h"
+#include "CommandLine/RevisionArguments.h"
 #include "CommandLine/Session.h"
 #include "CommandLine/Subcommands.h"
 #include "Commands/CommitRun.h"
@@ -17,32 +18,13 @@
 
 namespace {
 
-/// Options that do not go together, looked at before the subcommand.
-void checkStandaloneOptions(const Options& options)
+/// Without a terminal nobody is asked.
+void settleInteraction(Options& options)
 {
-    if (options.usedChange && options.oldTarget) {
-        fail(ArgumentParsing, "Can't specify -c with --old");
-    }
     if (options.nonInteractive && options.forceInteractive) {
         fail(ArgumentParsing, "--non-interactive and --force-interactive are mutually exclusive");
     }
-}
-
-/// Options that do not go together, looked at before the revisions.
-void checkCombinations(const Options& options)
-{
-    if (options.depth != HSVNDepthUnknown && options.setDepth != HSVNDepthUnknown) {
-        fail(ArgumentParsing, "--depth and --set-depth are mutually exclusive");
-    }
-    if (options.allRevisionProperties && options.noRevisionProperties) {
-        fail(ArgumentParsing, "--with-all-revprops and --with-no-revprops are mutually exclusive");
-    }
-    if (!options.revisionProperties.empty() && options.noRevisionProperties) {
-        fail(ArgumentParsing, "--with-revprop and --with-no-revprops are mutually exclusive");
-    }
-    if (options.file && options.message) {
-        fail(ArgumentParsing, "--message (-m) and --file (-F) are mutually exclusive");
-    }
+    options.nonInteractive = options.nonInteractive || (!options.forceInteractive && isatty(STDIN_FILENO) == 0);
 }
 
 const Subcommand& chooseSubcommand(const CommandLine& line, const Options& options)
@@ -76,50 +58,72 @@ void checkOptions(const Subcommand& subcommand, const CommandLine& line, const O
     }
 }
 
-void settleRevisions(const Subcommand& subcommand, Options& options)
+/// Options that do not go together, looked at before the configuration is read.
+void checkCombinations(const Subcommand& subcommand, const Options& options)
 {
     if (subcommand.revisionUse != RevisionUse::Ranges && options.revisions.size() > 1) {
         fail(ArgumentParsing, "Multiple revision arguments encountered; can't specify -c twice, or both -c and -r");
     }
-    if (subcommand.revisionUse == RevisionUse::One && !options.revisions.empty() &&
-        !options.endRevision()->isEqual(HSVNRevision::UNSPECIFIED()))
-    {
-        fail(RevisionRange, "Revision range is not allowed");
+    if (options.depth != HSVNDepthUnknown && options.setDepth != HSVNDepthUnknown) {
+        fail(ArgumentParsing, "--depth and --set-depth are mutually exclusive");
     }
-    if (options.revisions.empty()) {
-        options.revisions.emplace_back();
+    if (options.allRevisionProperties && options.noRevisionProperties) {
+        fail(ArgumentParsing, "--with-all-revprops and --with-no-revprops are mutually exclusive");
     }
-}
-
-/// Without a terminal nobody is asked.
-void settleInteraction(Options& options)
-{
-    options.nonInteractive = options.nonInteractive || (!options.forceInteractive && isatty(STDIN_FILENO) == 0);
-}
-
-/// Options that do not go together, of subcommands that accept both.
-void checkExclusions(const Options& options)
-{
+    if (!options.revisionProperties.empty() && options.noRevisionProperties) {
+        fail(ArgumentParsing, "--with-revprop and --with-no-revprops are mutually exclusive");
+    }
+    if (options.file && options.message) {
+        fail(ArgumentParsing, "--message (-m) and --file (-F) are mutually exclusive");
+    }
     const HSVNClientSettings& client = options.client;
     const bool trusts = client.trustUnknownAuthority || client.trustHostnameMismatch || client.trustExpired ||
                         client.trustNotYetValid || client.trustOtherFailures;
     if (trusts && !options.nonInteractive) {
         fail(ArgumentParsing, "--trust-server-cert-failures requires --non-interactive");
     }
-    if (options.xml && options.json) {
-        fail(ArgumentParsing, "--xml and --json are mutually exclusive");
-    }
-    if (options.autoProperties && options.noAutoProperties) {
-        fail(MutuallyExclusiveArguments, "--auto-props and --no-auto-props are mutually exclusive");
+    if (options.passwordFromInput && !options.nonInteractive) {
+        fail(ArgumentParsing, "--password-from-stdin requires --non-interactive");
     }
     if (options.diffCommand && options.internalDiff) {
         fail(ArgumentParsing, "--diff-cmd and --internal-diff are mutually exclusive");
+    }
+    if (options.xml && options.json) {
+        fail(ArgumentParsing, "--xml and --json are mutually exclusive");
+    }
+}
+
+void settleRevisionsAndDepth(const Subcommand& subcommand, Options& options)
+{
+    if (options.relocate && (options.depth != HSVNDepthUnknown || options.nonRecursive)) {
+        fail(MutuallyExclusiveArguments,
+             fmt::format("--relocate and {} are mutually exclusive",
+                         options.depth != HSVNDepthUnknown ? "--depth" : "--non-recursive (-N)"));
+    }
+    if (options.revisions.empty()) {
+        options.revisions.emplace_back();
+    }
+    if (subcommand.revisionUse == RevisionUse::One && !isUnspecified(options.endRevision())) {
+        fail(RevisionRange, "Revision range is not allowed");
+    }
+    if (options.nonRecursive) {
+        options.depth = subcommand.nonRecursiveDepth;
+    }
+}
+
+/// Options that do not go together, looked at after everything else.
+void checkChoices(const Options& options)
+{
+    if (options.autoProperties && options.noAutoProperties) {
+        fail(MutuallyExclusiveArguments, "--auto-props and --no-auto-props are mutually exclusive");
     }
     if (options.nonInteractive && (options.accept == Accept::Edit || options.accept == Accept::Launch)) {
         fail(ArgumentParsing, fmt::format("--accept={} incompatible with --non-interactive",
                                           options.accept == Accept::Edit ? "edit" : "launch"));
     }
 }
+
+constexpr std::int32_t tunnelNotCreated = 170012; // SVN_ERR_RA_CANNOT_CREATE_TUNNEL, which the library has no name for
 
 /// Adds to an error what the user can do about it.
 HSVNException advised(const HSVNException& exception, const Subcommand& subcommand, const Options& options)
@@ -135,8 +139,11 @@ HSVNException advised(const HSVNException& exception, const Subcommand& subcomma
         return wrapped(exception, fmt::format("Please see the '{} upgrade' command", program));
     }
     if (exception.status() == AuthenticationFailed && options.nonInteractive) {
-        return wrapped(exception, "Authentication failed and interactive prompting is disabled; see the "
-                                  "--force-interactive option");
+        const auto refused = wrapped(exception, "Authentication failed and interactive prompting is disabled; see the "
+                                                "--force-interactive option");
+        return options.file != "-" ? refused
+                                   : wrapped(refused, "Reading file from standard input because of -F option; this "
+                                                      "can interfere with interactive prompting");
     }
     if (hasCause(exception, DatabaseBusy)) {
         return wrapped(exception, "Another process is blocking the working copy database, or the underlying "
@@ -146,6 +153,10 @@ HSVNException advised(const HSVNException& exception, const Subcommand& subcomma
     if (hasCause(exception, WorkingCopyLocked)) {
         return wrapped(exception,
                        fmt::format("Run '{0} cleanup' to remove locks (type '{0} help cleanup' for details)", program));
+    }
+    if (hasCause(exception, tunnelNotCreated) && (options.client.username || options.client.password)) {
+        return wrapped(exception, "When using svn+ssh:// URLs, keep in mind that the --username and --password "
+                                  "options are ignored because authentication is performed by SSH, not Subversion");
     }
     return exception;
 }
@@ -160,26 +171,34 @@ void readConfiguration(Session& session)
     }
 }
 
+/// The subcommand, its options looked at; a refused one leaves a configuration area all the same, as Subversion does.
+const Subcommand& checkedSubcommand(const CommandLine& line, Session& session)
+{
+    try {
+        const Subcommand& subcommand = chooseSubcommand(line, session.options);
+        session.subcommand = &subcommand;
+        checkOptions(subcommand, line, session.options);
+        checkCombinations(subcommand, session.options);
+        return subcommand;
+    } catch (...) {
+        session.ensureConfigurationArea();
+        throw;
+    }
+}
+
 void run(int count, char** words)
 {
     Session session;
     const CommandLine line = parseCommandLine(count, words, session);
-    checkStandaloneOptions(session.options);
-    const Subcommand& subcommand = chooseSubcommand(line, session.options);
-    session.subcommand = &subcommand;
-    checkOptions(subcommand, line, session.options);
-    checkCombinations(session.options);
-    settleRevisions(subcommand, session.options);
     settleInteraction(session.options);
-    checkExclusions(session.options);
-    if (session.options.nonRecursive) {
-        session.options.depth = subcommand.nonRecursiveDepth;
-    }
+    const Subcommand& subcommand = checkedSubcommand(line, session);
     const bool isNamed = !line.arguments.empty() && !session.options.help;
     session.arguments.assign(line.arguments.begin() + (isNamed ? 1 : 0), line.arguments.end());
+    readConfiguration(session);
+    settleRevisionsAndDepth(subcommand, session.options);
+    checkMessageSource(session);
+    checkChoices(session.options);
     try {
-        readConfiguration(session);
-        checkMessageSource(session);
         subcommand.run(session);
         Output::flush();
     } catch (const HSVNException& exception) {

@@ -25,11 +25,8 @@ struct Location
 
 bool isOnDisk(svn_opt_revision_kind kind)
 {
-    return kind == svn_opt_revision_unspecified || kind == svn_opt_revision_base || kind == svn_opt_revision_working
-#if HSVN_LINE_MINOR < 7
-           || kind == svn_opt_revision_committed
-#endif
-        ;
+    return kind == svn_opt_revision_unspecified || kind == svn_opt_revision_base || kind == svn_opt_revision_working ||
+           kind == svn_opt_revision_committed;
 }
 
 svn_opt_revision_t completed(const svn_opt_revision_t& revision, const svn_opt_revision_t& otherwise)
@@ -71,6 +68,11 @@ svn_error_t* revisionNumber(svn_revnum_t* number, const svn_opt_revision_t& revi
                : svn_ra_get_latest_revnum(session, number, pool);
 }
 
+svn_error_t* refuseNowhere(const char* from)
+{
+    return svn_error_createf(SVN_ERR_RA_ILLEGAL_URL, nullptr, "URL '%s' doesn't exist", from);
+}
+
 /// Opens a session at the place where the item is in its revision.
 svn_error_t* openSession(svn_ra_session_t** session, Location* location, const char* from,
                          const svn_opt_revision_t& peg, const svn_opt_revision_t& revision, svn_client_ctx_t* ctx,
@@ -82,7 +84,12 @@ svn_error_t* openSession(svn_ra_session_t** session, Location* location, const c
         return revisionNumber(&location->revision, revision, *session, pool);
     }
     // An item of another name or revision is traced as for any other question about it.
-    SVN_ERR(svn_client_info(from, &peg, &revision, takeLocation, location, FALSE, ctx, pool));
+    svn_error_t* const error = svn_client_info(from, &peg, &revision, takeLocation, location, FALSE, ctx, pool);
+    if (error != nullptr && error->apr_err == SVN_ERR_RA_ILLEGAL_URL) {
+        svn_error_clear(error);
+        return refuseNowhere(from);
+    }
+    SVN_ERR(error);
     HSVN_CANONICAL_URL(location->url, pool);
     return svn_client_open_ra_session(session, location->url, ctx, pool);
 }
@@ -237,7 +244,7 @@ svn_error_t* exportItem(svn_revnum_t* result, const char* from, const char* to, 
     svn_node_kind_t kind = svn_node_none;
     SVN_ERR(svn_ra_check_path(session, "", location.revision, &kind, pool));
     if (kind == svn_node_none) {
-        return svn_error_createf(SVN_ERR_RA_ILLEGAL_URL, nullptr, "URL '%s' doesn't exist", from);
+        return refuseNowhere(from);
     }
     if (kind == svn_node_file) {
         SVN_ERR(exportFile(session, svn_path_uri_decode(svn_path_basename(fromURL, pool), pool), location.revision,

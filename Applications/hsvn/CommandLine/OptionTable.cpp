@@ -150,6 +150,14 @@ void applyNativeEOL(Session& /*session*/, Options& options, const std::string& a
     options.nativeEOL = argument;
 }
 
+void applyOld(Session& /*session*/, Options& options, const std::string& argument)
+{
+    if (options.usedChange) {
+        fail(ArgumentParsing, "Can't specify -c with --old");
+    }
+    options.oldTarget = argument;
+}
+
 void applyFile(Session& /*session*/, Options& options, const std::string& argument)
 {
     options.file = NativeText::toUTF8(argument);
@@ -451,7 +459,7 @@ constexpr std::array table{
            "  -U ARG, --context ARG: show ARG lines of context\n"
            "  -p, --show-c-function: show C function name",
            setText<&Options::extensions>},
-    Option{OptionId::Old, "old", nullptr, 0, "ARG", "use ARG as the older target", setBytes<&Options::oldTarget>},
+    Option{OptionId::Old, "old", nullptr, 0, "ARG", "use ARG as the older target", applyOld},
     Option{OptionId::New, "new", nullptr, 0, "ARG", "use ARG as the newer target", setBytes<&Options::newTarget>},
     Option{OptionId::NoDiffAdded, "no-diff-added", nullptr, 0, nullptr, "do not print differences for added files",
            set<&Options::noDiffAdded>},

@@ -73,8 +73,12 @@ void applyRevision(Session& session, Options& options, const std::string& argume
 
 void applyChange(Session& /*session*/, Options& options, const std::string& argument)
 {
-    options.usedChange = true;
-    for (const auto& change : split(NativeText::toUTF8(argument), ", \n\r\t\v")) {
+    const auto changes = split(NativeText::toUTF8(argument), ", \n\r\t\v");
+    if (options.oldTarget) {
+        fail(ArgumentParsing, "Can't specify -c with --old");
+    }
+    for (const auto& change : changes) {
         options.revisions.push_back(changeRange(change));
+        options.usedChange = true;
     }
 }

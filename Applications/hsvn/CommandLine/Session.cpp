@@ -112,6 +112,17 @@ const HSVNClientRef& Session::client()
     return _client;
 }
 
+void Session::ensureConfigurationArea()
+{
+    try {
+        loadBundles();
+        HSVNClient::clientWithDelegate(_delegate)->applySettings(
+            {.configurationDirectory = options.client.configurationDirectory});
+    } catch (const HSVNException&) { // NOLINT(bugprone-empty-catch)
+        // What goes wrong beside it is what the user is told.
+    }
+}
+
 void Session::setDelegate(HSVNClientDelegateRef delegate)
 {
     _delegate = std::move(delegate);

@@ -23,6 +23,8 @@ class Session
     ///
     /// @throws HSVNException for a configuration that cannot be used
     const HSVNClientRef& client();
+    /// Makes the configuration area where there is none yet, silently, for who does not come to need a client.
+    void ensureConfigurationArea();
     /// Whether the configuration turns an option of its section [miscellany] on.
     bool isConfigured(const std::string& option);
     /// Whoever hears the client's notifications and answers its questions; by default only cancellation is answered.

@@ -2,6 +2,7 @@
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/Targets.h"
 #include "Output/ErrorOutput.h"
+#include "Output/InfoFields.h"
 #include "Output/InfoPrinter.h"
 #include "Output/JSON.h"
 #include "Output/Output.h"
@@ -90,6 +91,7 @@ class InfoRun
     {
         const Options& options = _session.options;
         auto [truePath, peg] = peggedTarget(_session, target);
+        _isPath = !isURL(truePath);
         if (isURL(truePath) && peg->isEqual(HSVNRevision::UNSPECIFIED())) {
             peg = HSVNRevision::HEAD();
         }
@@ -108,7 +110,8 @@ class InfoRun
         } else if (_session.options.xml) {
             printInfoXML(info);
         } else if (_item) {
-            printInfoItem(info, *_item, _session.options, _showsPaths);
+            const auto shown = _isPath ? shownTarget(info) : info.url.value_or("");
+            printInfoItem(info, *_item, _session.options, _showsPaths ? std::optional{shown} : std::nullopt);
         } else {
             printInfo(info, _session.options);
         }
@@ -128,6 +131,7 @@ class InfoRun
     Session& _session;
     std::optional<InfoItem> _item;
     bool _showsPaths = false;
+    bool _isPath = false; // whether the target is one, and not a URL
     nlohmann::ordered_json _records = nlohmann::ordered_json::array();
 };
 

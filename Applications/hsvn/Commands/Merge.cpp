@@ -15,6 +15,12 @@ namespace {
 
 bool isFile(const std::string& path) { return std::filesystem::is_regular_file(NativeText::fromUTF8(path)); }
 
+/// Whether a revision is one that the repository knows without a working copy.
+bool isOfRepository(const HSVNRevisionRef& revision)
+{
+    return revision->number() != HSVNInvalidRevision || revision->date() || revision->isEqual(HSVNRevision::HEAD());
+}
+
 /// One run of `merge`.
 class MergeRun
 {
@@ -84,11 +90,11 @@ class MergeRun
 
     void takeRanges()
     {
+        if (isUnspecified(_session.options.endRevision())) {
+            fail(InsufficientArguments, "Second revision required");
+        }
         auto& ranges = _ranges.emplace();
         for (const auto& [start, end] : _session.options.revisions) {
-            if (isUnspecified(start) || isUnspecified(end)) {
-                fail(InsufficientArguments, "Second revision required");
-            }
             ranges.emplace_back(start, end);
         }
     }
@@ -99,7 +105,7 @@ class MergeRun
             fail(ArgumentParsing, "Too many arguments given");
         }
         for (const auto* const side : {&_source, &_second}) {
-            if (isUnspecified(side->second) && !isURL(side->first)) {
+            if (!isURL(side->first) && !isOfRepository(side->second)) {
                 fail(BadRevision, fmt::format("Invalid merge source '{}'; a working copy path can only be used with a "
                                               "repository revision (a number, a date, or head)",
                                               localStyle(side->first)));
@@ -140,15 +146,15 @@ class MergeRun
                  fmt::format("--reintegrate cannot be used with {}",
                              options.ignoreAncestry ? "--ignore-ancestry" : "--record-only"));
         }
-        const char* const excluded = options.depth != HSVNDepthUnknown ? "--depth"
-                                     : options.force                   ? "--force"
-                                     : options.allowMixedRevisions     ? "--allow-mixed-revisions"
-                                                                       : nullptr;
-        if (excluded) {
-            fail(MutuallyExclusiveArguments, fmt::format("{} cannot be used with --reintegrate", excluded));
+        if (options.depth != HSVNDepthUnknown || options.force) {
+            fail(MutuallyExclusiveArguments, fmt::format("{} cannot be used with --reintegrate",
+                                                         options.depth == HSVNDepthUnknown ? "--force" : "--depth"));
         }
         if (_hasTwoSources) {
             fail(ArgumentParsing, "--reintegrate can only be used with a single merge source");
+        }
+        if (options.allowMixedRevisions) {
+            fail(MutuallyExclusiveArguments, "--allow-mixed-revisions cannot be used with --reintegrate");
         }
     }
 

@@ -137,7 +137,9 @@ class PropeditRun
         if (!value) {
             return;
         }
-        warnOfBinaryType(_session, _name, former, {path});
+        if (!former.empty()) {
+            warnOfBinaryType(_session, _name, former, {path});
+        }
         _session.client()->setProperty(HSVNTargets::verbatim({path}), _name, value, {.force = _session.options.force});
         tell(localStyle(path));
     }

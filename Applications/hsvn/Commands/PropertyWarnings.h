@@ -10,6 +10,7 @@
 /// Warns of a binary type for files that look like text.
 ///
 /// @param value  of the property of that name
+/// @throws HSVNException for a type that is none, where a target is a file, forced or not
 void warnOfBinaryType(Session& session, const std::string& name, const std::string& value,
                       const std::vector<std::string>& targets);
 

@@ -80,6 +80,7 @@ class ProplistRun
     {
         const Options& options = _session.options;
         const auto [path, peg] = peggedTarget(_session, target);
+        _inheritingURL = options.showInheritedProperties && isURL(path) ? std::optional{path} : std::nullopt;
         _session.client()->properties(HSVNTarget::verbatim(path),
                                       HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg),
                                       {.depth = options.depthOr(HSVNDepthEmpty),
@@ -102,7 +103,8 @@ class ProplistRun
         for (const auto& [folder, properties] : item.inherited) {
             printOne(item, folder, properties, true);
         }
-        if (!item.properties.empty() || (_session.options.xml && isNamedAlways(item))) {
+        if (!item.properties.empty() || (_session.options.xml && (item.path == _inheritingURL || isNamedAlways(item))))
+        {
             printOne(item, localStyle(item.path), item.properties, false);
         }
     }
@@ -127,6 +129,7 @@ class ProplistRun
     }
 
     Session& _session;
+    std::optional<std::string> _inheritingURL; // is named in XML whether it has properties or not
     nlohmann::ordered_json _records = nlohmann::ordered_json::array();
 };
 

@@ -108,11 +108,12 @@ class StatusRun
         }
     }
 
-    /// Whether the item only marks the place of an external, of which -q wants no word.
+    /// Whether the item only marks the place of an external, of which -q wants no word outside of documents.
     bool isPlaceholder(const HSVNNode& node) const
     {
         const HSVNStatus& status = *node.status();
-        if (!_session.options.quiet || _session.options.verbose || status.conflicted() ||
+        const Options& options = _session.options;
+        if (!options.quiet || options.verbose || options.xml || status.conflicted() ||
             status.repositoryNodeStatus() != HSVNStatusKindNone)
         {
             return false;

@@ -28,10 +28,6 @@ void relocate(Session& session, const std::vector<std::string>& targets)
 void runSwitch(Session& session)
 {
     const Options& options = session.options;
-    if (options.relocate && options.depth != HSVNDepthUnknown) {
-        fail(MutuallyExclusiveArguments, fmt::format("--relocate and {} are mutually exclusive",
-                                                     options.nonRecursive ? "--non-recursive (-N)" : "--depth"));
-    }
     const auto targets = targetsOf(session);
     if (options.relocate) {
         relocate(session, targets);

@@ -125,13 +125,16 @@ void ConflictResolution::resolveCounted()
         const std::string path = std::move(paths.back());
         paths.pop_back();
         try {
-            resolve(path);
+            resolveBelow(path);
         } catch (const HSVNException& exception) {
             if (exception.status() == Cancelled) {
                 throw;
             }
-            printWarningOfRoot(exception);
-            hasFailed = true;
+            // To settle a conflict may take the items of others away.
+            if (!hasCause(exception, WorkingCopyPathNotFound)) {
+                printWarningOfRoot(exception);
+                hasFailed = true;
+            }
         }
         for (auto& raised : untriedPaths()) {
             paths.push_back(std::move(raised));
@@ -139,6 +142,20 @@ void ConflictResolution::resolveCounted()
     }
     if (hasFailed) {
         fail(ConflictResolverFailure, "Failure occurred resolving one or more conflicts");
+    }
+}
+
+void ConflictResolution::resolveBelow(const std::string& path)
+{
+    const HSVNDepth depth = _session.options.depthOr(HSVNDepthInfinity);
+    if (depth == HSVNDepthEmpty) {
+        resolve(path);
+        return;
+    }
+    for (const auto& found : _session.client()->conflicts(HSVNTarget::verbatim(path), {.depth = depth})) {
+        if (!_hasQuit) {
+            resolve(relativeToCurrentFolder(found));
+        }
     }
 }
 

@@ -36,6 +36,8 @@ class ConflictResolution
         Recommend,
         Ask
     };
+    /// Settles the conflicts of an item and, as deep as the command line says, of what is below it: older ones too.
+    void resolveBelow(const std::string& path);
     /// The items with conflicts that were not tried yet, the last one first; they count as tried then.
     std::vector<std::string> untriedPaths();
     Next next(HSVNConflictedItem& item, const std::string& path);

@@ -37,8 +37,6 @@ void printError(const HSVNException& exception, const std::string& prefix)
     }
 }
 
-void printWarnings(const HSVNException& exception) { printChain(exception, programName() + ": warning: W"); }
-
 void printInterruption(const HSVNException& exception)
 {
     for (const ErrorLink& link : chainOf(exception)) {

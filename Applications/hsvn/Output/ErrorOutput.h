@@ -12,8 +12,6 @@ void printInterruption(const HSVNException& exception);
 void printWarning(const HSVNException& exception);
 /// The same, of the innermost error only.
 void printWarningOfRoot(const HSVNException& exception);
-/// Prints the whole chain in that form.
-void printWarnings(const HSVNException& exception);
 
 /// Says why an editor or a merge tool could not be used; rethrows what is another failure.
 void reportFailedProgram(const HSVNException& exception);

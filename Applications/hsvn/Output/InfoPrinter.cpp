@@ -207,12 +207,13 @@ std::optional<std::string> valueOf(const HSVNItemInfo& info, InfoItem item, cons
 
 } // namespace
 
-void printInfoItem(const HSVNItemInfo& info, InfoItem item, const Options& options, bool withPath)
+void printInfoItem(const HSVNItemInfo& info, InfoItem item, const Options& options,
+                   const std::optional<std::string>& name)
 {
     const auto value = valueOf(info, item, options);
     if (item == InfoItem::RepositorySize && !value) {
         // Only the repository knows sizes, and only those of files.
-        if (info.kind == HSVNNodeKindFile && !withPath) {
+        if (info.kind == HSVNNodeKindFile && !name) {
             fail(UnsupportedFeature,
                  fmt::format("can't show in-repository size of working copy file '{}'", shownTarget(info)));
         }
@@ -220,8 +221,7 @@ void printInfoItem(const HSVNItemInfo& info, InfoItem item, const Options& optio
     }
     const std::string text = value.value_or("");
     const char* const end = options.noNewline ? "" : "\n";
-    const std::string shown = info.workingCopy ? shownTarget(info) : info.url.value_or("");
-    Output::write(withPath ? fmt::format("{:<10} {}\n", text, shown) : text + end);
+    Output::write(name ? fmt::format("{:<10} {}\n", text, *name) : text + end);
 }
 
 nlohmann::ordered_json infoRecord(const HSVNItemInfo& info)

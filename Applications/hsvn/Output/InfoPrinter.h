@@ -29,7 +29,8 @@ InfoItem infoItemNamed(const std::string& name);
 
 /// The paragraph of one item.
 void printInfo(const HSVNItemInfo& info, const Options& options);
-/// One fact, followed by the item's path and a line end when several items are printed.
-void printInfoItem(const HSVNItemInfo& info, InfoItem item, const Options& options, bool withPath);
+/// One fact, followed by what tells its item from the others when several items are printed.
+void printInfoItem(const HSVNItemInfo& info, InfoItem item, const Options& options,
+                   const std::optional<std::string>& name);
 void printInfoXML(const HSVNItemInfo& info);
 nlohmann::ordered_json infoRecord(const HSVNItemInfo& info);

@@ -385,12 +385,10 @@ void NotificationPrinter::warn(const HSVNNotification& notification)
     }
     if (notification.action() == HSVNNotifyActionFailedExternal && _externalsUnderWay == 0) {
         // The line that says what is fetched names the external otherwise.
-        printWarnings(failure(ExternalsProcessing,
-                              fmt::format("Error handling externals definition for '{}':", shownPath(notification)),
-                              *error));
-    } else {
-        printWarning(*error);
+        printWarning(failure(ExternalsProcessing,
+                             fmt::format("Error handling externals definition for '{}':", shownPath(notification))));
     }
+    printWarning(*error);
 }
 
 /// Conflicts of text and properties are counted wherever they show.
