@@ -122,6 +122,14 @@ class InstalledPackage(unittest.TestCase):
         self.assertTrue((package / "Resources/Scripts/change-svn-wc-format.py").exists())
         self.assertTrue(list(package.glob("Subversion/*.bundle/Info.json")))
 
+    def test_a_copy_of_the_program_finds_its_library_from_anywhere(self):
+        copy = self.work / "elsewhere/svn"
+        copy.parent.mkdir()
+        shutil.copy(self.prefix / "bin/hsvn", copy)
+        paths = run("readelf", "-d", str(copy))
+        self.assertNotIn(BUILD, paths)
+        self.assertRegex(run(str(copy), "--version", "--quiet", env=self.environment), r"^\d+\.\d+\.\d+\n$")
+
     def test_a_package_without_its_unicode_module_says_so_where_it_is_needed(self):
         module = self.prefix / "lib/HSVN/Versions/A/Unicode.bundle"
         module.rename(self.work / "moved")
