@@ -270,7 +270,7 @@ def main():
         for program, binary in zip(programs, [shutil.which("svn"), os.path.realpath(sys.argv[1], strict=True)]):
             os.mkdir(program)
             os.symlink(binary, os.path.join(program, "svn"))
-        states = {name: compare.State(os.path.join(folder, name), fixtures.PREPARATIONS[name])
+        states = {name: compare.State(os.path.join(folder, name), name)
                   for name in {"clean", "served", *(name for name, _, _ in CONVERSATIONS)}}
         failures = sum(report(f"svn {command} {answers}", *converse(states[name], programs, command, answers))
                        for name, command, answers in CONVERSATIONS)

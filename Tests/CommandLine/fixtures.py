@@ -1,6 +1,7 @@
 """The repository and working copies that the command lines run on."""
 
 import contextlib
+import glob
 import hashlib
 import os
 import shutil
@@ -8,6 +9,7 @@ import socket
 import sqlite3
 import subprocess
 import tarfile
+import tempfile
 
 import webserver
 
@@ -48,7 +50,8 @@ def write_program(folder, name, script):
 
 
 def write_messages(root):
-    """Log messages in files, and editors that write one."""
+    """A list of targets, log messages in files, and editors that write one."""
+    write(root, "list", "iota\nA/mu\n")
     write(root, "message", "From a file\n")
     write(root, "windows-message", "Two\r\nlines\r\n")
     write(root, "mixed-message", "Two\r\nkinds\n")
@@ -319,27 +322,55 @@ def cross(wc):
 
 def serve(wc):
     """A working copy of a server that wants a password, which `server_of` starts, with a change."""
-    root = os.path.dirname(wc)
-    configuration = os.path.join(root, "repository/conf")
-    write(configuration, "svnserve.conf", "[general]\nanon-access=none\nauth-access=write\npassword-db=passwd\n")
-    write(configuration, "passwd", f"[users]\nharry = {SECRET}\n")
+    demand_password(os.path.dirname(wc))
     move_to_server(wc, "svn")
     write(wc, "iota", "changed\n")
 
 
+def demand_password(root):
+    configuration = os.path.join(root, "repository/conf")
+    write(configuration, "svnserve.conf", "[general]\nanon-access=none\nauth-access=write\npassword-db=passwd\n")
+    write(configuration, "passwd", f"[users]\nharry = {SECRET}\n")
+
+
 def serve_to_web(wc):
-    """The same of a web server, where the changed file has a newer revision."""
+    """The same of a web server, where the changed file has a newer revision.
+
+    Harry changes nothing of `/branches/one` and sees nothing of a folder in it.
+    """
     run_svn(wc, "update", "-q", "-r", "3", "iota")
     move_to_server(wc, "http")
     write(wc, "iota", "changed\n")
+    write(os.path.dirname(wc), "rules", webserver.RULES + "[/branches/one]\n* = r\n[/branches/one/A/C]\n* =\n")
 
 
 def move_to_server(wc, scheme):
+    """Makes the working copies that are beside each other those of a server that does not run yet; its URL."""
     root = os.path.dirname(wc)
-    url = f"{scheme}://127.0.0.1:{free_port()}/repository"
-    write(root, "server", url)
-    with contextlib.closing(sqlite3.connect(os.path.join(wc, ".svn/wc.db"))) as database, database:
-        database.execute("update REPOSITORY set root = ?", [url])
+    server = f"{scheme}://127.0.0.1:{free_port()}"
+    write(root, "server", server + "/repository")
+    for database_path in glob.glob(os.path.join(root, "*/.svn/wc.db")):
+        with contextlib.closing(sqlite3.connect(database_path)) as database, database:
+            database.execute("update REPOSITORY set root = ?", [server + "/repository"])
+    return server
+
+
+def put_behind_server(wc, scheme):
+    """Makes a state of a local repository one of a server, whose password is stored; the repository's URL.
+
+    States that have a server, or have lost their repository, and working copies without a database stay as they are.
+    """
+    root = os.path.dirname(wc)
+    repository = os.path.join(root, "repository")
+    stays = os.path.exists(os.path.join(root, "server")) or not os.path.exists(os.path.join(wc, ".svn/wc.db"))
+    if stays or not os.path.exists(repository):
+        return "file://" + repository
+    demand_password(root)
+    server = move_to_server(wc, scheme)
+    identity = subprocess.run(["svnlook", "uuid", repository], check=True, capture_output=True, text=True).stdout.strip()
+    store_credential(root, "simple", f"<{server}> " + ("Web Realm" if scheme == "http" else identity), username="harry",
+                     password=SECRET, passtype="simple")
+    return server + "/repository"
 
 
 def free_port():
@@ -456,6 +487,16 @@ def store_credential(root, kind, realm, **values):
           "".join(f"K {len(name)}\n{name}\nV {len(value)}\n{value}\n" for name, value in pairs) + "END\n")
 
 
+def forbid(wc):
+    """Folders and files that others than root may not write, or not read."""
+    write(wc, "iota", "changed\n")
+    write(wc, "A/mu", "changed\n")
+    run_svn(wc, "update", "-q", "-r", "3", "name with space", "A/B")
+    if os.geteuid() == 0:  # who else could put them back?
+        for name, mode in [("A", 0o555), ("A/C", 0), ("iota", 0), ("keywords", 0o444), ("../repository/locks", 0o555)]:
+            os.chmod(os.path.join(wc, name), mode)
+
+
 def set_revision_properties(wc, revision, properties):
     path = os.path.join(os.path.dirname(wc), f"repository/db/revprops/0/{revision}")
     os.chmod(path, 0o644)
@@ -474,8 +515,11 @@ def server_of(root):
     url = server_url(root)
     port = int(url.split(":")[2].split("/")[0])
     if url.startswith("http"):
-        os.mkdir(root + ".server")
-        with webserver.running(root + ".server", os.path.join(root, "repository"), port, SECRET):
+        rules = webserver.RULES
+        with contextlib.suppress(FileNotFoundError), open(os.path.join(root, "rules"), encoding="ascii") as file:
+            rules = file.read()
+        with tempfile.TemporaryDirectory() as folder, webserver.running(folder, os.path.join(root, "repository"), port,
+                                                                        SECRET, rules=rules):
             # A server that refuses everything would make everything equal.
             subprocess.run(["svn", "ls", "--non-interactive", "--no-auth-cache", "--username", "harry", "--password",
                             SECRET, url], check=True, stdout=subprocess.DEVNULL)
@@ -532,4 +576,8 @@ PREPARATIONS = {
     "decorated": decorate,
     "patchable": prepare_patches,
     "stored": store_credentials,
+    "forbidden": forbid,
 }
+# What these forbid, nothing forbids root: its programs run as somebody else then.
+FORBIDDING = {"forbidden"}
+NOBODY = 65534

@@ -76,7 +76,7 @@ def main():
     with tempfile.TemporaryDirectory() as folder:
         folder = os.path.realpath(folder)
         programs = compare.programs_in(folder, sys.argv[1])
-        states = {name: compare.State(os.path.join(folder, name), fixtures.PREPARATIONS[name])
+        states = {name: compare.State(os.path.join(folder, name), name)
                   for name in {conversation[0] for conversation in CONVERSATIONS}}
         for name, command, conversation in CONVERSATIONS:
             expected, actual = (run(states[name], program, command, conversation) for program in programs)

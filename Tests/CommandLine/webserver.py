@@ -2,12 +2,13 @@
 
 import contextlib
 import os
-import shutil
+import pwd
 import socket
 import subprocess
 import time
 
 MODULES = "/usr/lib/apache2/modules"
+RULES = "[/]\n* = rw\n"
 # Who the server is when root starts it.
 USER = "www-data"
 
@@ -47,16 +48,27 @@ SSLCACertificateFile {folder}/server.pem
 
 def hand_over(repository):
     """Makes a repository the server's own; the folders above it can be passed."""
-    if os.geteuid() != 0:
-        return
-    above = os.path.dirname(repository)
+    if os.geteuid() == 0:
+        make_passable(repository)
+        give(repository, USER)
+
+
+def make_passable(path):
+    """Lets every user through the folders above."""
+    above = os.path.dirname(path)
     while above != "/":
         if os.stat(above).st_mode & 0o11 != 0o11:
             os.chmod(above, 0o755)
         above = os.path.dirname(above)
-    for base, folders, names in os.walk(repository):
-        for name in [".", *folders, *names]:
-            shutil.chown(os.path.join(base, name), USER, USER)
+
+
+def give(path, user):
+    """Makes a user the owner of a file, or of a folder and of all that is in it."""
+    if isinstance(user, str):
+        user = pwd.getpwnam(user).pw_uid
+    inside = [os.path.join(base, name) for base, folders, names in os.walk(path) for name in folders + names]
+    for each in [path, *inside]:
+        os.lchown(each, user, user)
 
 
 def wait_for(port):
@@ -79,18 +91,17 @@ def write_certificates(folder, passphrase):
 
 
 @contextlib.contextmanager
-def running(folder, repository, port, password, with_certificates=False):
+def running(folder, repository, port, password, with_certificates=False, rules=RULES):
     """A server of the repository at `/repository` until the end; its only user is harry.
 
-    It keeps its files in the folder, which is there already, and so are its certificates. Harry changes nothing of
-    `/branches/one` and sees nothing of a folder in it.
+    It keeps its files in the folder, which is there already, and so are its certificates.
     """
     crypted = subprocess.run(["openssl", "passwd", "-apr1", password], check=True, capture_output=True,
                              text=True).stdout
     modules = ["mpm_prefork", "authn_core", "authn_file", "auth_basic", "authz_core", "authz_user", "dav", "dav_svn",
                "authz_svn", *(["ssl"] if with_certificates else [])]
     texts = {"passwords": "harry:" + crypted,
-             "rules": "[/]\n* = rw\n[/branches/one]\n* = r\n[/branches/one/A/C]\n* =\n",
+             "rules": rules,
              "configuration": CONFIGURATION.format(
                  folder=folder, port=port, repository=repository,
                  user=f"User {USER}\nGroup {USER}" if os.geteuid() == 0 else "",
@@ -100,6 +111,8 @@ def running(folder, repository, port, password, with_certificates=False):
         with open(os.path.join(folder, name), "w", encoding="ascii") as file:
             file.write(text)
     hand_over(repository)
+    if os.geteuid() == 0:
+        make_passable(os.path.join(folder, "rules"))
     # It ends its whole group of processes when it ends.
     server = subprocess.Popen(["/usr/sbin/apache2", "-DFOREGROUND", "-f", os.path.join(folder, "configuration")],
                               start_new_session=True)

@@ -1,0 +1,307 @@
+#!/usr/bin/python
+"""Makes command lines up, the same ones for the same seed, and compares svn and hsvn on them as compare.py does.
+
+usage: generate.py HSVN [--count N] [--seed N] [--part K/N] [--states A,B] [--over svn|http]
+                   [--user NUMBER] [--order] [--list]
+
+Options come from what `svn help` lists, targets from the files of the state; every line that differs is printed as a
+row of a table, beside a count of the roots of what was expected to differ. What svn itself answers in several ways is
+run again, until an answer is common to both or none is likely to be.
+"""
+
+import argparse
+import collections
+import os
+import random
+import re
+import shlex
+import subprocess
+import sys
+import tempfile
+import time
+
+import compare
+import fixtures
+
+# What is meant to differ: of the command line, of the lines that differ, and why.
+REASONS = [
+    ("", r"(?m)^--6$|^-.*assertion failed|^-.* Aborted  ", "svn ends the process by an assertion"),
+    ("^forbidden ", r"(?m)^\+.*A/C/\.svn': Permission denied$", "of what must not be read, the folder is tried first"),
+    (r"^scribbled .*\bexport\b", "Bogus date", "an export reads the date of what it exports"),
+]
+
+# How often a line that differs is run: an answer that svn gives every other time is missed once in a thousand lines.
+ATTEMPTS = 6
+
+REVISIONS = ["1", "2", "3", "4", "5", "6", "r3", "HEAD", "BASE", "COMMITTED", "PREV", "head", "{2099-01-01}"]
+ODD_REVISIONS = ["0", "99", "{1999-12-31}", "{2020-02-30}", "{nonsense}", "-1", "3.5", "foo", "", "WORKING", "2:", ":3"]
+TEXTS = ["x", "two words", "a\nb", "", "<&>", "\u00fc"]
+NAMES = ["color", "svn:ignore", "svn:keywords", "svn:eol-style", "svn:executable", "svn:mime-type", "svn:externals",
+         "svn:needs-lock", "svn:mergeinfo", "svn:global-ignores", "svn:auto-props", "svn:log", "svn:author", "svn:date",
+         "svn:bogus", "binary-property", "a b", "svn:kewords", "none"]
+VALUES = ["x", "native", "CRLF", "Rev Author", "*.o\n*.tmp", "^/branches/one/A/B there", "^/branches/one/iota file",
+          "/branches/one:2-4", "text/plain", "*", "", "a\r\nb", "nonsense", "2020-01-01T00:00:00.000000Z", "*.x = color=y"]
+GOOD = {
+    "--depth": ["empty", "files", "immediates", "infinity"],
+    "--set-depth": ["exclude", "empty", "files", "immediates", "infinity"],
+    "--accept": ["postpone", "working", "base", "mine-conflict", "theirs-conflict", "mine-full", "theirs-full",
+                 "recommended", "p", "mf", "tf"],
+    "--message": TEXTS, "--file": ["../message", "../windows-message", "iota", "../latin-message"],
+    "--encoding": ["UTF-8", "ISO-8859-1"],
+    "--editor-cmd": ["../editor", "../emptying-editor", "../second-time-editor", "true"],
+    "--diff-cmd": ["echo", "true", "cat"], "--diff3-cmd": ["true", "cat"],
+    "--extensions": ["-u", "-b", "-w", "-p", "-U1", "--ignore-eol-style", "-u -w", "-U 0"],
+    "--limit": ["1", "2", "100"], "--strip": ["0", "1"], "--show-revs": ["merged", "eligible"],
+    "--targets": ["../list", "../list"], "--with-revprop": ["color=x", "color", "svn:author=me", "empty="],
+    "--search": ["*iota*", "Change", "*"], "--search-and": ["*mu*", "change*"], "--changelist": ["list", "other"],
+    "--native-eol": ["LF", "CR", "CRLF"], "--old": ["^/trunk", ".", "iota", "^/branches/one@3"],
+    "--new": ["^/branches/one", ".", "A", "^/trunk@2"],
+    "--show-item": ["kind", "url", "relative-url", "repos-root-url", "repos-uuid", "revision", "last-changed-revision",
+                    "last-changed-author", "wc-root", "schedule", "depth", "repos-size"],
+    "--x-viewspec": ["classic", "svn11"], "--username": ["harry", "sally"], "--password": ["x"],
+    "--trust-server-cert-failures": ["unknown-ca", "expired,other"], "--config-dir": ["../config", "ROOT/home/other"],
+    "--config-option": ["config:miscellany:global-ignores=i*", "config:miscellany:enable-auto-props=yes",
+                        "config:helpers:editor-cmd=../editor", "config:auto-props:*=color=auto",
+                        "config:miscellany:use-commit-times=yes", "servers:global:store-passwords=no",
+                        "config:miscellany:log-encoding=ISO-8859-1", "config:working-copy:exclusive-locking=true",
+                        "config:helpers:diff-cmd=echo", "config:miscellany:preserved-conflict-file-exts=*"]}
+ODD = {"--targets": ["nowhere", "iota", "/dev/null"], "--encoding": ["nothing"], "--message": ["a\0b", "iota"],
+       "--file": ["nowhere", "../zero-message", "A", "../mixed-message"], "--changelist": ["none"],
+       "--editor-cmd": ["false", "nowhere"], "--diff-cmd": ["false", "nowhere"], "--diff3-cmd": ["false", "nowhere"]}
+OPTIONAL = {"--version", "--help", "--password-from-stdin"}
+
+# What follows a subcommand: kinds of words, "?" none or one, "+" some, "*" none or some.
+FORMS = {
+    "add": ["path+", "new"], "auth": ["text?"], "blame": ["file+", "any"], "cat": ["file+", "any+"],
+    "changelist": ["text path+"], "checkout": ["url new", "url path", "url", "url url new", "url"],
+    "cleanup": ["path?"], "commit": ["path*", "", ""], "copy": ["any new", "any newurl", "any any", "any+ any"],
+    "delete": ["any+", "path+", "url+"], "diff": ["any?", "any", "any any", "url url", "url path", "path*", ""],
+    "export": ["any new", "any path", "any"], "import": ["path newurl", "path url", "newurl", "new newurl"],
+    "info": ["any*"], "list": ["any*", "url"], "lock": ["file+", "url"], "log": ["any?", "url path*", "any"],
+    "merge": ["url", "url path", "url url", "any any path", "any"], "mergeinfo": ["url", "url any", "any"],
+    "mkdir": ["new+", "newurl+", "path"], "move": ["any new", "url newurl", "path path", "path new", "any+ any"],
+    "patch": ["patch path?", "patch"], "propdel": ["name any*", "name path"], "propedit": ["name any", "name path"],
+    "propget": ["name any*", "name any"], "proplist": ["any*"], "propset": ["name value path+", "name value any"],
+    "relocate": ["url url", "url", "url url path", "url path"], "resolve": ["path*", "path"], "resolved": ["path+"],
+    "revert": ["path+", "path"], "status": ["path*", ""], "switch": ["url path?", "url"], "unlock": ["file+", "url"],
+    "update": ["path*", ""], "upgrade": ["path*"]}
+# What these do without a message is to open an editor that fails.
+COMMITTING = {"commit", "import", "mkdir", "delete", "copy", "move"}
+PRIORITIES = {"status": 3, "update": 3, "commit": 2, "diff": 3, "log": 3, "info": 2, "merge": 3, "copy": 2, "move": 2}
+
+
+class Grammar:
+    """Options of every subcommand, as svn lists them."""
+
+    def __init__(self):
+        self.options = {name: self.listed(name) for name in FORMS}
+        self.shared = self.listed("info", "Global options:")
+
+    @staticmethod
+    def listed(name, heading="Valid options:"):
+        text = subprocess.run(["svn", "help", "--verbose", name], check=True, capture_output=True, encoding="utf-8",
+                              env=fixtures.environment(".")).stdout.partition(heading)[2].partition("\n\n")[0]
+        return [(long or letter, letter if long else None, bool(argument)) for letter, long, argument in
+                re.findall(r"^  (-\w|--[\w-]+)(?: \[(--[\w-]+)\])?( ARG)?", text, re.MULTILINE)]
+
+
+class Lines:
+    """Makes up the command lines of one state."""
+
+    def __init__(self, grammar, state, chance, wc):
+        self.grammar, self.state, self.chance = grammar, state, chance
+        self.paths, self.files = ["."], []
+        for base, folders, names in os.walk(wc):
+            folders[:] = sorted(name for name in folders if name != ".svn")
+            found = sorted(os.path.relpath(os.path.join(base, name), wc) for name in folders + names)
+            self.files += [name for name in found if os.path.isfile(os.path.join(wc, name)) and is_text(name)]
+            self.paths += [name for name in found if is_text(name)]
+
+    def one_of(self, *weighted):
+        choices, weights = zip(*weighted)
+        return self.chance.choices(choices, weights)[0]
+
+    def often(self, probability):
+        return self.chance.random() < probability
+
+    def revision(self):
+        return self.chance.choice(ODD_REVISIONS if self.often(0.06) else REVISIONS)
+
+    def pegged(self, target, probability=0.15):
+        escaped = target + "@" if "@" in target and self.often(0.9) else target
+        return escaped + "@" + self.revision() if self.often(probability) and escaped == target else escaped
+
+    def path(self):
+        odd = ["nowhere", "A/nowhere", "iota/below", "", "/nowhere", "A/../iota", "./A//B/", "ROOT/wc", "ROOT/wc/iota",
+               "../tree", "../fresh", "ROOT/repository", ".svn", "A/.svn/x", "@", "iota@@", "-", "~", "^", "..", "x:y"]
+        return self.chance.choice(odd) if self.often(0.1) else self.chance.choice(self.paths)
+
+    def url(self):
+        odd = ["^/", "^", "^/nowhere", "^/trunk/../branches", "REPOSITORY", "REPOSITORY/trunk", "^/trunk/iota/below",
+               "REPOSITORY/../none", "http:/x", "file://ROOT/none", "^/trunk/", "^//trunk", "file:///", "bogus://x/y"]
+        if self.often(0.15):
+            return self.chance.choice(odd)
+        name = self.chance.choice(self.paths + ["A/B/lambda", "A/C/doomed"])
+        branch = self.one_of(("^/trunk", 6), ("^/branches/one", 3), ("REPOSITORY/trunk", 1))
+        return branch if self.often(0.4) or name == "." else branch + "/" + name
+
+    def word(self, kind):
+        if kind == "any":
+            kind = self.one_of(("path", 3), ("url", 2))
+        if kind == "file" and (self.often(0.1) or not self.files):
+            kind = "path"
+        if kind == "newurl":
+            return self.chance.choice(["^/trunk/made", "^/branches/two", "^/trunk/A/made", "^/none/made", "^/made"])
+        if kind == "new":
+            return self.chance.choice(["made", "A/made", "../fresh", "none/made", "A/B/made", "with space", "odd@", "."])
+        if kind == "text":
+            return self.chance.choice(["list", "other", "a b", "*"])
+        if kind == "name":
+            return self.chance.choice(NAMES)
+        if kind == "value":
+            return self.chance.choice(VALUES)
+        if kind == "patch":
+            return self.chance.choice(["../plain.patch", "../git.patch", "../deep.patch", "../no.patch", "iota", "none"])
+        word = {"path": self.path, "url": self.url, "file": lambda: self.chance.choice(self.files)}[kind]()
+        return self.pegged(word)
+
+    def words(self, subcommand):
+        if self.often(0.03):
+            return [self.word("any") for _ in range(self.chance.randrange(4))]
+        found = []
+        for kind in self.chance.choice(FORMS[subcommand]).split():
+            count = {"?": self.chance.randrange(2), "+": self.one_of((1, 6), (2, 3), (3, 1)),
+                     "*": self.one_of((0, 4), (1, 4), (2, 2))}.get(kind[-1], 1)
+            found += [self.word(kind.strip("?+*")) for _ in range(count)]
+        return found
+
+    def argument(self, option):
+        if option == "--revision":
+            return self.revision() + (":" + self.revision() if self.often(0.4) else "")
+        if option == "--change":
+            return self.one_of((self.revision(), 5), ("-" + self.revision(), 2), ("2-4", 1), ("2,4", 1), ("5-3", 1))
+        if option not in GOOD or self.often(0.04):
+            return self.chance.choice(["foo", "", "-1", *ODD.get(option, [])])
+        return self.chance.choice(GOOD[option])
+
+    def option(self, found):
+        long, letter, takes = found
+        name = letter if letter and self.often(0.5) else long
+        if not takes:
+            return [name]
+        text = self.argument(long)
+        if self.often(0.2):
+            return [name + text if name == letter else name + "=" + text]
+        return [name, text]
+
+    def command(self):
+        names = list(FORMS)
+        name = self.chance.choices(names, [PRIORITIES.get(each, 1) for each in names])[0]
+        own = [each for each in self.grammar.options[name] if each[0] not in OPTIONAL]
+        chosen = [self.chance.choice(own) for _ in range(self.one_of((0, 3), (1, 4), (2, 3), (3, 2), (4, 1))) if own]
+        if self.often(0.08):
+            chosen.append(self.chance.choice([each for each in self.grammar.shared if each[0] not in OPTIONAL]))
+        if self.often(0.01):
+            chosen.append(self.chance.choice(self.grammar.options[self.chance.choice(names)]))
+        options = [self.option(each) for each in chosen]
+        words = [[word] for word in self.words(name)]
+        if name in COMMITTING and self.often(0.85) and not any(each[0] in ("--message", "--file") for each in chosen):
+            options.append(["-m", "message"])
+        if name in {"propdel", "propget", "propset", "propedit", "proplist"} and self.often(0.1):
+            options.append(["--revprop"])
+        if name == "propedit" and self.often(0.8):
+            options.append(["--editor-cmd", "../editor"])
+        if self.state in ("served", "webserved") and self.often(0.9):
+            options.append(["HARRY"])
+        # The order of targets counts; options stand anywhere among them.
+        for option in options:
+            words.insert(self.chance.randrange(len(words) + 1), option)
+        return " ".join(quoted(word) for part in [[name], *words] for word in part)
+
+    def line(self):
+        line = "; svn ".join(self.command() for _ in range(self.one_of((1, 6), (2, 3), (3, 1))))
+        return "--version -q; LC_ALL=C svn " + line if self.state == "accented" and self.often(0.2) else line
+
+
+def is_text(name):
+    try:
+        name.encode()
+        return True
+    except UnicodeEncodeError:
+        return False
+
+
+def quoted(word):
+    if "\n" in word or "\r" in word:
+        return "$'" + word.replace("\r", "\\r").replace("\n", "\\n") + "'"
+    return shlex.quote(word.replace("\0", ""))
+
+
+class TimelessRuns:
+    """Takes out of results what no two runs have in common: the times of the run, tokens, names of temporary files."""
+
+    VARYING = re.compile(r"(\d{4}-\d\d-\d\d[T ]\d\d:\d\d:\d\d)(?:\.\d+Z?| [+-]\d{4} \([^)]*\)|Z)?"
+                         r"|[A-Z][a-z]{2} \d\d (?:\d\d:\d\d| \d{4})|opaquelocktoken:[0-9a-f-]*|svn-\w{6}\b|\b\d+-\w+/svn")
+
+    def __init__(self, state):
+        self.made = time.strftime("%Y-%m-%d %H:%M:%S", time.gmtime())
+        self.run = state.run
+
+    def __call__(self, program, command):
+        result, raw = self.run(program, command)
+        return {key: self.cleaned(value) for key, value in result.items()}, raw
+
+    def cleaned(self, value):
+        if isinstance(value, str):
+            return self.VARYING.sub(
+                lambda found: "..." if not found[1] or found[1].replace("T", " ") >= self.made else found[0], value)
+        if isinstance(value, bytes):
+            return self.cleaned(value.decode("latin-1")).encode("latin-1")
+        if isinstance(value, dict):
+            return {key: self.cleaned(each) for key, each in value.items()}
+        return [self.cleaned(each) for each in value] if isinstance(value, list) else value
+
+
+def reason_of(command, text):
+    return next((reason for line, part, reason in REASONS if re.search(line, command) and re.search(part, text)), None)
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("hsvn")
+    parser.add_argument("--count", type=int, default=400, help="how many lines, over all states")
+    parser.add_argument("--seed", default="1")
+    parser.add_argument("--part", default="1/1", help="only these states' lines: the Kth of N parts")
+    parser.add_argument("--states", default=",".join(fixtures.PREPARATIONS), help="of these states only")
+    parser.add_argument("--over", choices=["svn", "http"], help="put the repositories behind a server")
+    parser.add_argument("--user", type=int, help="run as this user, without the rights of root")
+    parser.add_argument("--order", action="store_true", help="the order of lines counts too")
+    parser.add_argument("--list", action="store_true", help="print the lines, run nothing")
+    arguments = parser.parse_args()
+    names = arguments.states.split(",")
+    part, parts = map(int, arguments.part.split("/"))
+    count = arguments.count // compare.EVERY
+    shares = {name: count * (index + 1) // len(names) - count * index // len(names) for index, name in enumerate(names)}
+    grammar = Grammar()
+    counts = collections.Counter()
+    with tempfile.TemporaryDirectory() as folder:
+        folder = os.path.realpath(folder)
+        programs = compare.programs_in(folder, arguments.hsvn)
+        for name, state in compare.states_in(folder, names[part - 1::parts], over=arguments.over, user=arguments.user):
+            state.run, state.is_one_command = TimelessRuns(state), False
+            lines = Lines(grammar, name, random.Random(f"{arguments.seed} {name}"), state.wc)
+            for line in [lines.line() for _ in range(shares[name])]:
+                counts["lines"] += 1
+                if arguments.list:
+                    print(f"{name} | {line}")
+                elif text := compare.differs(state, line, programs, arguments.order, ATTEMPTS):
+                    reason = reason_of(f"{name} | {line}", text)
+                    counts[reason or "unexplained"] += 1
+                    if not reason:
+                        print(f"{name} | {line}\n{text}", flush=True)
+    print(*(f"{number} {what}" for what, number in counts.items()), sep=", ")
+    sys.exit(counts["unexplained"] != 0)
+
+
+if __name__ == "__main__":
+    main()
