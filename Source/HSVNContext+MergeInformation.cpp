@@ -12,15 +12,13 @@ struct RevisionsCall
 {
     HSVNOperation& operation;
     const HSVNReceiver<const HSVNLogItemRef&>& receiver;
-    HSVNTextCache paths = {};
 };
 
 svn_error_t* receiveRevision(void* baton, svn_log_entry_t* record, apr_pool_t* pool)
 {
     auto& call = *static_cast<RevisionsCall*>(baton);
     return HSVNGuardCallback(*call.operation.context(), [&]() -> svn_error_t* {
-        return HSVNHandOver(call.operation, call.receiver,
-                            HSVNLogItemOfEntry(call.operation, *record, call.paths, pool));
+        return HSVNHandOver(call.operation, call.receiver, HSVNLogItemOfEntry(call.operation, *record, pool));
     });
 }
 

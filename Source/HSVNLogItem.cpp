@@ -3,6 +3,7 @@
 #include "HSVNDebug.h"
 #include "HSVNPlatformException.h"
 #include "Internal/Everlasting.h"
+#include "Internal/LogChanges.h"
 #include "Internal/PathText.h"
 #include "Internal/Text.h"
 
@@ -11,7 +12,7 @@
 #include <iterator>
 
 // A log makes one of each for every revision and path: what few have is stored apart.
-static_assert(sizeof(void*) != 8 || (sizeof(HSVNLogItem) <= 168 && sizeof(HSVNLogPathChange) <= 56));
+static_assert(sizeof(void*) != 8 || (sizeof(HSVNLogItem) <= 136 && sizeof(HSVNLogPathChange) <= 56));
 
 namespace {
 
@@ -30,6 +31,22 @@ std::string_view withoutLastComponent(std::string_view path)
         return {};
     }
     return path.substr(0, separator == 0 ? 1 : separator);
+}
+
+/// The changes as objects; null has none.
+const HSVNLogChanges::Map& objectsOf(const std::shared_ptr<HSVNLogChanges>& changes)
+{
+    static const HSVNEverlasting<HSVNLogChanges::Map> none;
+    return changes ? std::as_const(*changes).objects() : *none;
+}
+
+/// The same to be changed; what other items have, too, they keep.
+HSVNLogChanges::Map& ownObjects(std::shared_ptr<HSVNLogChanges>& changes)
+{
+    if (!changes || changes.use_count() > 1) {
+        changes = std::make_shared<HSVNLogChanges>(objectsOf(changes));
+    }
+    return changes->objects();
 }
 
 } // namespace
@@ -69,8 +86,7 @@ void HSVNLogItem::setProperties(std::map<std::string, std::string> properties)
 std::vector<std::string> HSVNLogItem::changedPaths() const
 {
     std::vector<std::string> paths;
-    paths.reserve(_changes.size());
-    for (const auto& [path, change] : _changes) {
+    for (const auto& [path, change] : objectsOf(_changes)) {
         paths.push_back(*path);
     }
     return paths;
@@ -78,9 +94,10 @@ std::vector<std::string> HSVNLogItem::changedPaths() const
 
 std::vector<HSVNLogPathChangeRef> HSVNLogItem::changes() const
 {
+    const auto& objects = objectsOf(_changes);
     std::vector<HSVNLogPathChangeRef> changes;
-    changes.reserve(_changes.size());
-    for (const auto& [path, change] : _changes) {
+    changes.reserve(objects.size());
+    for (const auto& [path, change] : objects) {
         changes.push_back(change);
     }
     return changes;
@@ -89,8 +106,11 @@ std::vector<HSVNLogPathChangeRef> HSVNLogItem::changes() const
 std::vector<HSVNLogPathChangeRef> HSVNLogItem::sortedChanges() const
 {
     auto sorted = changes();
-    std::sort(sorted.begin(), sorted.end(),
-              [](const auto& a, const auto& b) { return HSVNIsPathBefore(a->path(), b->path()); });
+    const auto isBefore = [](const auto& a, const auto& b) { return HSVNIsPathBefore(a->path(), b->path()); };
+    // The order of their bytes, which they come in, is mostly that one.
+    if (!std::is_sorted(sorted.begin(), sorted.end(), isBefore)) {
+        std::sort(sorted.begin(), sorted.end(), isBefore);
+    }
     return sorted;
 }
 
@@ -103,8 +123,9 @@ std::vector<HSVNLogPathChangeRef> HSVNLogItem::changesWithAction(HSVNLogAction a
 
 HSVNLogPathChangeRef HSVNLogItem::changeForPath(std::string_view path) const
 {
-    const auto found = _changes.find(path);
-    return found == _changes.end() ? nullptr : found->second;
+    const auto& objects = objectsOf(_changes);
+    const auto found = objects.find(path);
+    return found == objects.end() ? nullptr : found->second;
 }
 
 HSVNLogPathChangeRef HSVNLogItem::changeForAncestorOfPath(const std::optional<std::string>& path) const
@@ -121,7 +142,7 @@ HSVNLogPathChangeRef HSVNLogItem::changeForAncestorOfPath(const std::optional<st
 void HSVNLogItem::addChange(const HSVNLogPathChangeRef& change)
 {
     HSVNAssertParameter(change != nullptr, "change != nil");
-    _changes.insert_or_assign(change->sharedPath(), change);
+    ownObjects(_changes).insert_or_assign(change->sharedPath(), change);
 }
 
 void HSVNLogItem::removeChange(const HSVNLogPathChangeRef& change)
@@ -132,9 +153,9 @@ void HSVNLogItem::removeChange(const HSVNLogPathChangeRef& change)
 
 void HSVNLogItem::removeChangeWithPath(std::string_view path)
 {
-    const auto found = _changes.find(path);
-    if (found != _changes.end()) {
-        _changes.erase(found);
+    auto& objects = ownObjects(_changes);
+    if (const auto found = objects.find(path); found != objects.end()) {
+        objects.erase(found);
     }
 }
 
@@ -167,7 +188,7 @@ std::string HSVNLogItem::stringValue() const
     const auto output = std::back_inserter(text);
     fmt::format_to(output, "r{} | {} | {}\nChanged paths:\n", _revision, HSVNDescription(_author),
                    HSVNDescription(date()));
-    for (const auto& [path, change] : _changes) {
+    for (const auto& [path, change] : objectsOf(_changes)) {
         fmt::format_to(output, "  {} {}", HSVNCharFromLogAction(change->action()), *path);
         if (const auto copyPath = change->copyPath()) {
             fmt::format_to(output, " (from {}:{})", *copyPath, change->copyRevision());

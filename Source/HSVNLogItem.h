@@ -16,6 +16,8 @@
 #include <utility>
 #include <vector>
 
+class HSVNLogChanges;
+
 /// One revision of a node's history: number, author, date, message and the paths changed in it.
 class HSVN_EXPORT HSVNLogItem : public HSVNObject
 {
@@ -96,7 +98,9 @@ class HSVN_EXPORT HSVNLogItem : public HSVNObject
     /// Removes what is recorded under a path; does nothing when that is nothing.
     void removeChangeWithPath(std::string_view path);
     /// Removes every recorded change.
-    void removeAllChanges() { _changes.clear(); }
+    void removeAllChanges() { _changes = nullptr; }
+    /// Takes the changes that a log was read with, in place of all others; nil for none.
+    void setReadChanges(std::shared_ptr<HSVNLogChanges> changes) { _changes = std::move(changes); }
 
     /// Takes over revision, date, author, message and the changes of another item, not nil ("item != nil").
     void assignFrom(const std::shared_ptr<const HSVNLogItem>& item);
@@ -115,14 +119,6 @@ class HSVN_EXPORT HSVNLogItem : public HSVNObject
     std::string stringValue() const;
 
   private:
-    struct ByText
-    {
-        using is_transparent = void;
-        bool operator()(const HSVNSharedText& a, const HSVNSharedText& b) const { return *a < *b; }
-        bool operator()(const HSVNSharedText& a, std::string_view b) const { return *a < b; }
-        bool operator()(std::string_view a, const HSVNSharedText& b) const { return a < *b; }
-    };
-
     std::optional<std::string> _message;
     std::optional<std::string> _author;
     HSVNCompactDate _date;
@@ -134,7 +130,7 @@ class HSVN_EXPORT HSVNLogItem : public HSVNObject
     bool _isEndOfChildren : 1 = false;
     bool _isPartlyMerged : 1 = false;
     std::shared_ptr<const std::map<std::string, std::string>> _properties; // null for none
-    std::map<HSVNSharedText, HSVNLogPathChangeRef, ByText> _changes;       // by the path when it was recorded
+    std::shared_ptr<HSVNLogChanges> _changes; // by the path when it was recorded; null for none
 };
 
 using HSVNLogItemRef = std::shared_ptr<HSVNLogItem>;

@@ -6,6 +6,7 @@
 #include "HSVNPath.h"
 #include "HSVNRevision.h"
 #include "Internal/Log.h"
+#include "Internal/LogChanges.h"
 #include "Internal/Operation.h"
 #include "ReadingClient.h"
 #include "ReasonOf.h"
@@ -18,6 +19,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
+#include <thread>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -109,6 +111,40 @@ TEST(LogItem, KeepsOneChangeAPathAndFindsThoseOfAncestors)
     item.removeChangeWithPath("/missing");
     EXPECT_THAT(item.changedPaths(), ElementsAre("/trunk/a"));
     EXPECT_EQ(assigned.changes().size(), 3U) << "copies have a dictionary of their own";
+}
+
+TEST(LogItem, MakesTheChangesThatItWasReadWithOnceForAllCopiesAndThreads)
+{
+    std::vector<HSVNLogChanges::Record> records;
+    for (const char* const path : {"/b", "/a", "/a-b", "/a/c"}) {
+        auto& record = records.emplace_back();
+        record.path = path;
+        record.action = HSVNLogActionAdded;
+        record.textModified = true;
+    }
+    records.back().copyPath = "/b";
+    records.back().copyRevision = 3;
+    HSVNLogItem item;
+    item.setReadChanges(std::make_shared<HSVNLogChanges>(std::move(records)));
+    HSVNLogItem copy{item};
+    std::vector<HSVNLogPathChangeRef> onAThread;
+    std::thread reader{[&] { onAThread = item.sortedChanges(); }};
+    const auto ofTheCopy = copy.sortedChanges();
+    reader.join();
+    EXPECT_EQ(onAThread, ofTheCopy);
+    ASSERT_EQ(ofTheCopy.size(), 4U);
+    const auto& last = *ofTheCopy[1];
+    EXPECT_EQ(last.path(), "/a/c");
+    EXPECT_EQ(last.copyPath(), "/b");
+    EXPECT_EQ(last.copyRevision(), 3);
+    EXPECT_EQ(last.textModified(), true);
+    EXPECT_EQ(last.propertiesModified(), std::nullopt);
+    EXPECT_EQ(ofTheCopy[0]->copyPath(), std::nullopt);
+    copy.removeChangeWithPath("/b");
+    copy.addChange(change("/new", HSVNLogActionDeleted));
+    EXPECT_THAT(item.changedPaths(), UnorderedElementsAre("/a", "/a-b", "/a/c", "/b"));
+    EXPECT_THAT(copy.changedPaths(), UnorderedElementsAre("/a", "/a-b", "/a/c", "/new"));
+    EXPECT_EQ(copy.changeForPath("/a"), item.changeForPath("/a"));
 }
 
 TEST(LogItem, LiesInRangesOfItsNumberOrItsDate)

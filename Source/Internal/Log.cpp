@@ -3,6 +3,7 @@
 #include "HSVNException.h"
 #include "HSVNRevision.h"
 #include "Internal/ExtensionCall.h"
+#include "Internal/LogChanges.h"
 #include "Internal/RevisionNumber.h"
 #include "Internal/Text.h"
 
@@ -29,12 +30,9 @@ svn_error_t* setDate(HSVNLogItem& item, const char* text, apr_pool_t* pool)
     return error;
 }
 
-template <class Record>
-HSVNLogPathChangeRef changeOf(const void* path, const Record& record, HSVNTextCache& paths)
+std::optional<bool> certainty(svn_tristate_t value)
 {
-    return std::make_shared<HSVNLogPathChange>(
-        paths.sharedText(static_cast<const char*>(path)), HSVNLogActionFromChar(record.action),
-        paths.sharedText(record.copyfrom_path), HSVNRevisionNumberFromSubversion(record.copyfrom_rev));
+    return value == svn_tristate_unknown ? std::nullopt : std::optional{value == svn_tristate_true};
 }
 
 /// Adds the changes of a hash of records by path; null is one that was not asked for. Allocates nothing in the pool but
@@ -42,30 +40,34 @@ HSVNLogPathChangeRef changeOf(const void* path, const Record& record, HSVNTextCa
 ///
 /// @param complete  called with each change and its record
 template <class Record, class Complete>
-void addChanges(HSVNLogItem& item, apr_hash_t* changedPaths, HSVNTextCache& paths, apr_pool_t* pool, Complete complete)
+void addChanges(HSVNLogItem& item, apr_hash_t* changedPaths, apr_pool_t* pool, Complete complete)
 {
     item.setTellsChangedPaths(changedPaths != nullptr);
     const auto& entryPoints = HSVNCurrentEntryPoints();
     auto* index = changedPaths ? entryPoints.apr_hash_first(pool, changedPaths) : nullptr;
+    std::vector<HSVNLogChanges::Record> changes;
     for (; index; index = entryPoints.apr_hash_next(index)) {
         const void* path = nullptr;
         void* value = nullptr;
         entryPoints.apr_hash_this(index, &path, nullptr, &value);
         const auto& record = *static_cast<const Record*>(value);
-        const auto change = changeOf(path, record, paths);
-        complete(*change, record);
-        item.addChange(change);
+        auto& change = changes.emplace_back();
+        change.path = static_cast<const char*>(path);
+        change.action = HSVNLogActionFromChar(record.action);
+        if (record.copyfrom_path) {
+            change.copyPath = record.copyfrom_path;
+        }
+        change.copyRevision = HSVNRevisionNumberFromSubversion(record.copyfrom_rev);
+        complete(change, record);
+    }
+    if (!changes.empty()) {
+        item.setReadChanges(std::make_shared<HSVNLogChanges>(std::move(changes)));
     }
 }
 
-void addPlainChanges(HSVNLogItem& item, apr_hash_t* changedPaths, HSVNTextCache& paths, apr_pool_t* pool)
+void addPlainChanges(HSVNLogItem& item, apr_hash_t* changedPaths, apr_pool_t* pool)
 {
-    addChanges<svn_log_changed_path_t>(item, changedPaths, paths, pool, [](const auto&...) {});
-}
-
-std::optional<bool> certainty(svn_tristate_t value)
-{
-    return value == svn_tristate_unknown ? std::nullopt : std::optional{value == svn_tristate_true};
+    addChanges<svn_log_changed_path_t>(item, changedPaths, pool, [](const auto&...) {});
 }
 
 /// What a verb tells of a revision; a date that cannot be read is there as it stands in the properties alone.
@@ -91,7 +93,6 @@ struct LogCall
     HSVNOperation& operation;
     const HSVNLogChoices& choices;
     const HSVNReceiver<const HSVNLogItemRef&>& receiver;
-    HSVNTextCache paths = {};
 
     bool wants(const char* name) const
     {
@@ -104,8 +105,7 @@ svn_error_t* receiveEntry(void* baton, svn_log_entry_t* record, apr_pool_t* pool
 {
     auto& call = *static_cast<LogCall*>(baton);
     return HSVNGuardCallback(*call.operation.context(), [&]() -> svn_error_t* {
-        return HSVNHandOver(call.operation, call.receiver,
-                            HSVNLogItemOfEntry(call.operation, *record, call.paths, pool));
+        return HSVNHandOver(call.operation, call.receiver, HSVNLogItemOfEntry(call.operation, *record, pool));
     });
 }
 
@@ -123,7 +123,7 @@ svn_error_t* receiveMessage(void* baton, apr_hash_t* changedPaths, svn_revnum_t 
             }
         }
         const auto item = itemOf(std::move(properties), revision, pool);
-        addPlainChanges(*item, changedPaths, call.paths, pool);
+        addPlainChanges(*item, changedPaths, pool);
         return HSVNHandOver(call.operation, call.receiver, item);
     });
 }
@@ -152,8 +152,7 @@ std::vector<std::pair<HSVNRevisionRef, HSVNRevisionRef>> rangesOf(const HSVNLogC
 
 } // namespace
 
-HSVNLogItemRef HSVNLogItemOfEntry(const HSVNOperation& operation, const svn_log_entry_t& record, HSVNTextCache& paths,
-                                  apr_pool_t* pool)
+HSVNLogItemRef HSVNLogItemOfEntry(const HSVNOperation& operation, const svn_log_entry_t& record, apr_pool_t* pool)
 {
     // Lines before 1.7 end both records earlier.
     const bool isWhole = operation.isAtLeast(HSVNVersion{1, 7});
@@ -166,12 +165,12 @@ HSVNLogItemRef HSVNLogItemOfEntry(const HSVNOperation& operation, const svn_log_
     item->setSubtractiveMerge(isWhole && record.subtractive_merge);
     item->setPartlyMerged(isWhole && record.non_inheritable);
     item->setEndOfChildren(record.revision == SVN_INVALID_REVNUM);
-    addChanges<svn_log_changed_path2_t>(*item, record.changed_paths2, paths, pool,
-                                        [&](HSVNLogPathChange& change, const auto& path) {
-                                            change.setKind(static_cast<HSVNNodeKind>(path.node_kind));
+    addChanges<svn_log_changed_path2_t>(*item, record.changed_paths2, pool,
+                                        [&](HSVNLogChanges::Record& change, const auto& path) {
+                                            change.kind = static_cast<HSVNNodeKind>(path.node_kind);
                                             if (isWhole) {
-                                                change.setTextModified(certainty(path.text_modified));
-                                                change.setPropertiesModified(certainty(path.props_modified));
+                                                change.textModified = certainty(path.text_modified);
+                                                change.propertiesModified = certainty(path.props_modified);
                                             }
                                         });
     return item;
@@ -207,14 +206,14 @@ void HSVNLogMessages(HSVNOperation& operation, const apr_array_header_t* targets
 }
 
 HSVNLogItemRef HSVNCreateLogItem(apr_hash_t* changedPaths, svn_revnum_t revision, const char* author, const char* date,
-                                 const char* message, HSVNTextCache& paths, apr_pool_t* pool)
+                                 const char* message, apr_pool_t* pool)
 {
     auto item = std::make_shared<HSVNLogItem>(HSVNTextOrNil(message), HSVNRevisionNumberFromSubversion(revision),
                                               std::nullopt, HSVNTextOrNil(author));
     if (svn_error_t* const error = setDate(*item, date, pool)) {
         HSVNException::exceptionWithError(error)->raise();
     }
-    addPlainChanges(*item, changedPaths, paths, pool);
+    addPlainChanges(*item, changedPaths, pool);
     return item;
 }
 
@@ -223,7 +222,7 @@ svn_error_t* HSVNLogReceiver::receive(void* baton, apr_hash_t* changedPaths, svn
 {
     auto& receiver = *static_cast<HSVNLogReceiver*>(baton);
     return HSVNGuardCallback(receiver.context, [&]() -> svn_error_t* {
-        auto item = HSVNCreateLogItem(changedPaths, revision, author, date, message, receiver.paths, pool);
+        auto item = HSVNCreateLogItem(changedPaths, revision, author, date, message, pool);
         if (receiver.delegate && !receiver.delegate->logItemReceived(item)) {
             return HSVN_SUBVERSION_ERROR(SVN_ERR_CANCELLED, "Operation was cancelled");
         }

@@ -15,10 +15,7 @@ void HSVNLog(HSVNOperation& operation, const apr_array_header_t* targets, const 
              const HSVNReceiver<const HSVNLogItemRef&>& receiver);
 
 /// The item of one revision that Subversion's newer functions report, with everything that the record tells.
-///
-/// @param paths  the texts of the paths, which the items of a log share
-HSVNLogItemRef HSVNLogItemOfEntry(const HSVNOperation& operation, const svn_log_entry_t& record, HSVNTextCache& paths,
-                                  apr_pool_t* pool);
+HSVNLogItemRef HSVNLogItemOfEntry(const HSVNOperation& operation, const svn_log_entry_t& record, apr_pool_t* pool);
 
 /// The same through place 49, which takes one range, tells author, date and message of each revision, and is handed
 /// what it reports to: for the class operation, and for the verb on lines before 1.6.
@@ -33,7 +30,6 @@ struct HSVNLogReceiver
     HSVNContext& context;
     HSVNLogDelegate* delegate; ///< may be null
     std::vector<HSVNLogItemRef> items = {};
-    HSVNTextCache paths = {}; ///< the same few change again and again
 
     /// What Subversion is handed, with a receiver as the baton: collects an item unless the delegate refuses it.
     static svn_error_t* receive(void* baton, apr_hash_t* changedPaths, svn_revnum_t revision, const char* author,
@@ -42,7 +38,6 @@ struct HSVNLogReceiver
 
 /// The item of one reported revision, through the current bundle; texts and changes may be null.
 ///
-/// @param paths  the texts of the paths, which the items of a log share
 /// @throws HSVNException for a date that Subversion cannot read
 HSVNLogItemRef HSVNCreateLogItem(apr_hash_t* changedPaths, svn_revnum_t revision, const char* author, const char* date,
-                                 const char* message, HSVNTextCache& paths, apr_pool_t* pool);
+                                 const char* message, apr_pool_t* pool);

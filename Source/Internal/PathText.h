@@ -36,6 +36,6 @@ std::string percentDecoded(std::string_view text);
 inline bool HSVNIsPathBefore(std::string_view a, std::string_view b)
 {
     const auto weight = [](char character) { return character == '/' ? 0 : static_cast<unsigned char>(character); };
-    return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(),
-                                        [&](char x, char y) { return weight(x) < weight(y); });
+    const auto [x, y] = std::mismatch(a.begin(), a.end(), b.begin(), b.end());
+    return y != b.end() && (x == a.end() || weight(*x) < weight(*y));
 }

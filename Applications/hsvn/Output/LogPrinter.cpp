@@ -140,9 +140,11 @@ void LogPrinter::printText(const HSVNLogItem& item) const
     if (item.tellsChangedPaths()) {
         text += "Changed paths:\n";
         for (const auto& change : item.sortedChanges()) {
-            const auto copyPath = change->copyPath();
-            const std::string source = copyPath ? fmt::format(" (from {}:{})", *copyPath, change->copyRevision()) : "";
-            text += fmt::format("   {} {}{}\n", HSVNCharFromLogAction(change->action()), change->path(), source);
+            text.append("   ").append(1, HSVNCharFromLogAction(change->action())).append(1, ' ').append(change->path());
+            if (const auto copyPath = change->copyPath()) {
+                text += fmt::format(" (from {}:{})", *copyPath, change->copyRevision());
+            }
+            text += '\n';
         }
     }
     if (!_mergedBy.empty()) {
