@@ -7,6 +7,8 @@
 #include <dlfcn.h>
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <map>
+#include <sys/inotify.h>
 #include <tuple>
 #include <unistd.h>
 
@@ -92,6 +94,33 @@ void receive(void* baton, const char* path, svn_wc_status2_t* status)
     }
 }
 
+/// Counts how often a file is opened while it lives.
+class OpenedFile
+{
+  public:
+    explicit OpenedFile(const std::string& path) : _descriptor{inotify_init1(IN_NONBLOCK | IN_CLOEXEC)}
+    {
+        // Between two openings it is read: equal events would become one.
+        inotify_add_watch(_descriptor, path.c_str(), IN_OPEN | IN_ACCESS);
+    }
+    ~OpenedFile() { close(_descriptor); }
+    OpenedFile(const OpenedFile&) = delete;
+    OpenedFile& operator=(const OpenedFile&) = delete;
+
+    int times() const
+    {
+        int count = 0;
+        inotify_event event{};
+        while (read(_descriptor, &event, sizeof event) == sizeof event) {
+            count += (event.mask & IN_OPEN) != 0 ? 1 : 0;
+        }
+        return count;
+    }
+
+  private:
+    int _descriptor;
+};
+
 /// A working copy with every kind of item; made with the installed tools.
 class StatusRecords : public testing::Test
 {
@@ -131,7 +160,9 @@ class StatusRecords : public testing::Test
             writeFile(layout + "/copiedtree/deep/" + name, name);
         }
         for (const char* name : {"propdir", "missingdir", "obstructeddir", "sparse", "switchedto", "deleteddir",
-                                 "deletedsparse", "keptdir", "externals", "dirconflict"})
+                                 "deletedsparse", "keptdir", "externals", "dirconflict", "conflictsinside",
+                                 "treeconflictsinside", "replaceddir", "replacedlocked", "mixedtree/deep",
+                                 "mixedtree/old", "deletedexternals", "lostexternals", "copiedexternals"})
         {
             writeFile(layout + "/" + name + "/child", name);
         }
@@ -140,17 +171,21 @@ class StatusRecords : public testing::Test
         suite->checkOut("wc");
         svn({"propset", "svn:eol-style", "native", item("normal"), item("dir/modified")});
         svn({"propset", "svn:externals", "^/dir extdir\n^/normal extfile\n-r2 ^/modified@2 pinned", item("externals")});
+        svn({"propset", "mentions", "svn:externals", item("propdir")});
         svn({"propset", "svn:ignore", "*.o", wc()});
         svn({"propset", "color", "red", item("deletedlisted"), item("deletedtree"), item("deletedtree/deep/normal")});
         svn({"commit", wc(), "-m", "properties"});
         svn({"update", wc()});
+        svn({"propset", "svn:externals", "^/normal external", item("deletedexternals"), item("lostexternals"),
+             item("copiedexternals")});
+        svn({"commit", wc(), "-m", "externals that are never checked out"});
     }
 
     static void makeChanges()
     {
         const std::string other = suite->checkOut("other");
-        for (const char* name :
-             {"textconflict", "bothconflict", "goneconflict", "cleanconflict", "outofdate", "resolvedbyhand"})
+        for (const char* name : {"textconflict", "bothconflict", "goneconflict", "cleanconflict", "outofdate",
+                                 "resolvedbyhand", "conflictsinside/child", "treeconflictsinside/child"})
         {
             writeFile(other + "/" + name, "theirs");
         }
@@ -162,14 +197,16 @@ class StatusRecords : public testing::Test
 
         for (const char* name :
              {"modified", "bothmod", "dir/modified", "textconflict", "bothconflict", "goneconflict", "cleanconflict",
-              "treeconflict", "propconflict", "resolvedbyhand", "copiedtree/deep/modified"})
+              "treeconflict", "propconflict", "resolvedbyhand", "copiedtree/deep/modified", "conflictsinside/child"})
         {
             writeFile(item(name), "mine");
         }
         svn({"propset", "color", "mine", item("propmod"), item("bothmod"), item("propdir"), item("propconflict"),
              item("dirconflict"), item("bothconflict")});
-        svn({"update", item("textconflict"), item("bothconflict"), item("goneconflict"), item("cleanconflict"),
-             item("propconflict"), item("treeconflict"), item("dirconflict"), item("resolvedbyhand")});
+        svn({"remove", item("treeconflictsinside/child")});
+        svn({"update", item("conflictsinside"), item("treeconflictsinside"), item("textconflict"), item("bothconflict"),
+             item("goneconflict"), item("cleanconflict"), item("propconflict"), item("treeconflict"),
+             item("dirconflict"), item("resolvedbyhand")});
         for (const auto& entry : fs::directory_iterator{wc()}) {
             const auto name = entry.path().filename().string();
             if (name.starts_with("resolvedbyhand.")) {
@@ -181,6 +218,7 @@ class StatusRecords : public testing::Test
         fs::remove(item("goneconflict"));
         writeFile(item("cleanconflict"), "theirs");
         makeDeletionsAndAdditions();
+        svn({"mkdir", item("added")});
         fs::remove(item("missing"));
         fs::remove_all(item("missingdir"));
         svn({"remove", item("replaced")});
@@ -194,6 +232,8 @@ class StatusRecords : public testing::Test
         writeFile(item("copyoftree/deep/added"), "new in the copy");
         svn({"add", item("copyoftree/deep/added")});
         svn({"copy", suite->url("dir") + "@1", item("copyfromurl")});
+        svn({"propset", "color", "red", item("copyfromurl/modified")});
+        makeReplacementsAndCopies();
         svn({"lock", item("locked"), item("dir/locked"), "-m", "mine"});
         svn({"lock", item("broken")});
         svn({"unlock", "--force", suite->url("broken")});
@@ -206,7 +246,6 @@ class StatusRecords : public testing::Test
         svn({"update", "--set-depth", "empty", item("sparse")});
         svn({"update", "--set-depth", "exclude", item("dir/copied")});
         svn({"switch", "--ignore-ancestry", suite->url("dir"), item("switchedto")});
-        svn({"mkdir", item("added")});
         writeFile(item("added/child"), "child");
         svn({"add", item("added/child")});
         writeFile(item("unversioned/child"), "child");
@@ -216,6 +255,27 @@ class StatusRecords : public testing::Test
         fs::create_symlink("modified", item("link"));
         mustRun({"sqlite3", item(".svn/wc.db"),
                  "UPDATE nodes SET presence = 'incomplete' WHERE local_relpath = 'copiedtree/deep'"});
+    }
+
+    static void makeReplacementsAndCopies()
+    {
+        svn({"lock", item("replacedlocked/child")});
+        for (const char* name : {"replaceddir", "replacedlocked/child"}) {
+            svn({"remove", "--force", item(name)});
+        }
+        svn({"mkdir", item("replaceddir")});
+        for (const char* name : {"replaceddir/child", "replacedlocked/child"}) {
+            writeFile(item(name), "new");
+            svn({"add", item(name)});
+        }
+        svn({"update", "-r1", item("mixedtree/old")});
+        svn({"copy", item("mixedtree"), item("mixedcopy")});
+        svn({"copy", item("mixedcopy/deep"), item("mixedcopy/again")});
+        svn({"move", item("copyfromurl/deleted"), item("copyfromurl/movedwithin")});
+        svn({"copy", item("copiedexternals"), item("copyofexternals")});
+        svn({"remove", item("deletedexternals")});
+        svn({"propdel", "svn:externals", item("lostexternals")});
+        svn({"propset", "svn:externals", "^/normal new", item("added")});
     }
 
     static void makeDeletionsAndAdditions()
@@ -266,6 +326,23 @@ class StatusRecords : public testing::Test
             }
         }
         return reported;
+    }
+
+    template <class Function>
+    std::map<std::string, std::string> externals(Function function, const std::string& path) const
+    {
+        apr_hash_t* values = nullptr;
+        bundle.succeeds(function(&values, "svn:externals", path.c_str(),
+                                 LoadedBundle::revision(svn_opt_revision_unspecified),
+                                 LoadedBundle::revision(svn_opt_revision_working), TRUE, bundle.ctx(), bundle.pool()));
+        std::map<std::string, std::string> found;
+        for (auto* index = bundle->apr_hash_first(bundle.pool(), values); index; index = bundle->apr_hash_next(index)) {
+            const void* item = nullptr;
+            void* value = nullptr;
+            bundle->apr_hash_this(index, &item, nullptr, &value);
+            found[static_cast<const char*>(item)] = static_cast<const svn_string_t*>(value)->data;
+        }
+        return found;
     }
 
     template <class Function>
@@ -327,6 +404,28 @@ TEST_F(StatusRecords, EqualThoseOfTheOlderFunctionForEverySingleItem)
                       reportByOlderFunction(path, false, true, false).records);
         }
     }
+}
+
+TEST_F(StatusRecords, OpenTheDatabaseAsOftenForManyUnusualItemsAsForNone)
+{
+    const auto timesOpened = [this](const std::string& root) {
+        const OpenedFile database{root + "/.svn/wc.db"};
+        report(bundle->client_status2, root, true, true, false);
+        return database.times();
+    };
+    const int onceOpened = timesOpened(suite->checkOut("plainwc"));
+    EXPECT_GE(onceOpened, 2);
+    EXPECT_LE(timesOpened(wc()), onceOpened + 1);
+}
+
+TEST_F(StatusRecords, GoWithTheExternalsThatTheOlderFunctionFinds)
+{
+    using PropertyFunction = decltype(HSVNBundleEntryPoints::client_propget2);
+    const auto older = installed<PropertyFunction>("svn_client_propget2");
+    for (const char* folder : {"", "/externals", "/added", "/copyofexternals", "/lostexternals", "/propdir"}) {
+        EXPECT_EQ(externals(bundle->client_propget2, wc() + folder), externals(older, wc() + folder)) << folder;
+    }
+    EXPECT_EQ(externals(bundle->client_propget2, wc()).size(), 4U);
 }
 
 TEST_F(StatusRecords, KnowFileExternalsAndAdministrativeLocks)

@@ -22,6 +22,28 @@ bool asksForWholeTree(const char* target, const svn_opt_revision_t& pegRevision,
            revision.kind == svn_opt_revision_working;
 }
 
+#ifdef HSVN_FAST_STATUS
+/// The externals of a whole tree from those items alone that may have any; null for the long way.
+apr_hash_t* externalsBelow(const char* target, const svn_opt_revision_t& pegRevision,
+                           const svn_opt_revision_t& revision, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    const auto items = itemsThatMayHaveExternals(target, pool);
+    apr_hash_t* all = items ? apr_hash_make(pool) : nullptr;
+    for (std::size_t index = 0; all != nullptr && index < items->size(); ++index) {
+        apr_hash_t* found = nullptr;
+        const char* const item = apr_pstrdup(pool, (*items)[index].c_str());
+        if (svn_error_t* const error =
+                svn_client_propget2(&found, SVN_PROP_EXTERNALS, item, &pegRevision, &revision, FALSE, ctx, pool))
+        {
+            svn_error_clear(error);
+            return nullptr;
+        }
+        all = apr_hash_overlay(pool, found, all);
+    }
+    return all;
+}
+#endif
+
 svn_error_t* propget2(apr_hash_t** properties, const char* name, const char* target,
                       const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision, svn_boolean_t recurse,
                       svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -29,9 +51,11 @@ svn_error_t* propget2(apr_hash_t** properties, const char* name, const char* tar
     HSVN_CANONICAL_TARGET(target, pool);
     const bool ofWholeTree = asksForWholeTree(target, *pegRevision, *revision, recurse);
 #ifdef HSVN_FAST_STATUS
-    if (ofWholeTree && std::strcmp(name, SVN_PROP_EXTERNALS) == 0 && haveNoExternals(target, pool)) {
-        *properties = apr_hash_make(pool);
-        return SVN_NO_ERROR;
+    if (ofWholeTree && std::strcmp(name, SVN_PROP_EXTERNALS) == 0) {
+        if (auto* const externals = externalsBelow(target, *pegRevision, *revision, ctx, pool)) {
+            *properties = externals;
+            return SVN_NO_ERROR;
+        }
     }
 #endif
     svn_error_t* error = svn_client_propget2(properties, name, target, pegRevision, revision, recurse, ctx, pool);

@@ -77,6 +77,26 @@ svn_wc_entry_t unchangedEntry(const UnchangedNode& node, const char* path, const
     return entry;
 }
 
+svn_wc_entry_t copiedEntry(const UnchangedNode& node, const char* path, const char* url,
+                           const svn_client_status_t& status, apr_pool_t* pool)
+{
+    svn_wc_entry_t entry = unchangedEntry(node, path, url, status, pool);
+    entry.revision = node.revision;
+    entry.copied = TRUE;
+    return entry;
+}
+
+svn_wc_entry_t replacementEntry(svn_revnum_t replaced, const char* path, const char* url,
+                                const svn_client_status_t& status)
+{
+    svn_client_status_t addition = status;
+    addition.lock = nullptr; // which is on what was there
+    svn_wc_entry_t entry = additionEntry(path, url, addition);
+    entry.revision = replaced;
+    entry.schedule = svn_wc_schedule_replace;
+    return entry;
+}
+
 svn_wc_entry_t additionEntry(const char* path, const char* url, const svn_client_status_t& status)
 {
     svn_wc_entry_t entry = entryFromRecord(status, url, status.kind == svn_node_dir ? "" : nameIn(path));

@@ -20,8 +20,16 @@ svn_wc_entry_t emptyEntry();
 svn_wc_entry_t unchangedEntry(const UnchangedNode& node, const char* path, const char* url,
                               const svn_client_status_t& status, apr_pool_t* pool);
 
+/// The entry of an item that came with the copy of a folder.
+svn_wc_entry_t copiedEntry(const UnchangedNode& node, const char* path, const char* url,
+                           const svn_client_status_t& status, apr_pool_t* pool);
+
 /// The entry of an item that was added without a history and lies on disk.
 svn_wc_entry_t additionEntry(const char* path, const char* url, const svn_client_status_t& status);
+
+/// The same where it takes the place of one of that revision.
+svn_wc_entry_t replacementEntry(svn_revnum_t replaced, const char* path, const char* url,
+                                const svn_client_status_t& status);
 
 /// The entry of a deleted item in whose place no folder lies.
 svn_wc_entry_t deletionEntry(const DeletedNode& node, const char* path, const svn_client_status_t& status,

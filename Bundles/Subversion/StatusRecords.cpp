@@ -16,6 +16,9 @@ namespace {
 /// The walk asks once a folder whether it is cancelled; in a large folder that would be seldom.
 constexpr std::size_t itemsBetweenQuestions = 256;
 
+/// So many entries of a folder are read one by one before the rest are read together.
+constexpr std::size_t mostSingleEntries = 6;
+
 /// Databases of fewer bytes are read faster than a thread is made.
 constexpr off_t worthAThread = 1024 * 1024L;
 
@@ -100,26 +103,11 @@ struct StatusRecords::Folder
     Folder(const Folder&) = delete;
     Folder& operator=(const Folder&) = delete;
 
-    svn_error_t* open(svn_client_ctx_t* ctx)
-    {
-        return access != nullptr ? SVN_NO_ERROR
-                                 : svn_wc_adm_open3(&access, nullptr, path.c_str(), FALSE, 0, ctx->cancel_func,
-                                                    ctx->cancel_baton, pool);
-    }
-    /// Items that are hidden, such as deleted ones, among them.
-    svn_error_t* readEntries(svn_client_ctx_t* ctx)
-    {
-        if (entries == nullptr) {
-            SVN_ERR(open(ctx));
-            SVN_ERR(svn_wc_entries_read(&entries, access, TRUE, pool));
-        }
-        return SVN_NO_ERROR;
-    }
-
     std::string path;
     apr_pool_t* pool;
     WorkingCopyDatabase* database = nullptr;
     std::optional<UnchangedNodes> nodes; ///< once it is read
+    std::size_t entriesRead = 0;         ///< one by one
     svn_wc_adm_access_t* access = nullptr;
     apr_hash_t* entries = nullptr;
 };
@@ -171,8 +159,11 @@ svn_error_t* StatusRecords::receive(const char* path, const svn_client_status_t&
 std::optional<svn_wc_entry_t> StatusRecords::makeEntry(const char* path, const char* url,
                                                        const svn_client_status_t& status, apr_pool_t* pool)
 {
-    if (status.copied || status.file_external || url == nullptr) {
+    if (status.file_external || url == nullptr) {
         return std::nullopt;
+    }
+    if (status.copied) {
+        return makeCopiedEntry(path, url, status, pool);
     }
     switch (status.node_status) {
     case svn_wc_status_normal:
@@ -182,6 +173,8 @@ std::optional<svn_wc_entry_t> StatusRecords::makeEntry(const char* path, const c
         return status.kind == svn_node_file ? makeUnchangedEntry(path, url, status, pool) : std::nullopt;
     case svn_wc_status_added:
         return makeAdditionEntry(path, url, status);
+    case svn_wc_status_replaced:
+        return makeReplacementEntry(path, url, status);
     case svn_wc_status_deleted:
         return makeDeletionEntry(path, status, pool);
     default:
@@ -208,6 +201,26 @@ std::optional<svn_wc_entry_t> StatusRecords::makeAdditionEntry(const char* path,
         return std::nullopt;
     }
     return additionEntry(path, url, status);
+}
+
+std::optional<svn_wc_entry_t> StatusRecords::makeReplacementEntry(const char* path, const char* url,
+                                                                  const svn_client_status_t& status)
+{
+    auto* database = folder(folderOf(path)).database;
+    const auto replaced = database != nullptr ? database->plainlyReplaced(relativePath(*database, path)) : std::nullopt;
+    return replaced ? std::optional{replacementEntry(*replaced, path, url, status)} : std::nullopt;
+}
+
+std::optional<svn_wc_entry_t> StatusRecords::makeCopiedEntry(const char* path, const char* url,
+                                                             const svn_client_status_t& status, apr_pool_t* pool)
+{
+    auto* database = folder(folderOf(path)).database;
+    const bool isAsCopied = status.node_status == svn_wc_status_normal || status.node_status == svn_wc_status_modified;
+    const auto node =
+        database != nullptr && isAsCopied ? database->copiedNode(relativePath(*database, path)) : std::nullopt;
+    return node && node->changedRevision == status.changed_rev
+               ? std::optional{copiedEntry(*node, path, url, status, pool)}
+               : std::nullopt;
 }
 
 std::optional<svn_wc_entry_t> StatusRecords::makeDeletionEntry(const char* path, const svn_client_status_t& status,
@@ -251,19 +264,49 @@ svn_error_t* StatusRecords::readEntry(const svn_wc_entry_t** entry, const char* 
     // A folder on disk tells of itself; whatever is missing or in another's way is told of by its folder. A root that a
     // link leads to is a folder on disk, and what the link lies in knows nothing of it.
     const bool tellsOfItself = status.kind == svn_node_dir && (kindOnDisk == svn_node_dir || isRoot(path));
-    auto& teller = folder(tellsOfItself ? std::string_view{path} : folderOf(path));
-    svn_error_t* error = teller.readEntries(_ctx);
-    if (error == nullptr) {
-        const auto name = tellsOfItself ? std::string{} : std::string{nameOf(path)};
-        *entry = static_cast<const svn_wc_entry_t*>(apr_hash_get(teller.entries, name.c_str(), APR_HASH_KEY_STRING));
-        if (*entry != nullptr) {
-            return SVN_NO_ERROR;
+    // One by one as long as reading all of the folder's would take longer.
+    if (!tellsOfItself && ++folder(folderOf(path)).entriesRead > mostSingleEntries) {
+        auto& teller = folder(folderOf(path));
+        svn_error_t* error = readEntries(teller);
+        if (error == nullptr) {
+            *entry = static_cast<const svn_wc_entry_t*>(
+                apr_hash_get(teller.entries, nameOf(path).data(), APR_HASH_KEY_STRING));
+            if (*entry != nullptr) {
+                return SVN_NO_ERROR;
+            }
         }
+        svn_error_clear(error);
     }
-    svn_error_clear(error);
     svn_wc_status2_t* record = nullptr;
     SVN_ERR(readRecord(&record, path, pool));
     *entry = record->entry;
+    return SVN_NO_ERROR;
+}
+
+svn_error_t* StatusRecords::openFolder(Folder& folder)
+{
+    if (folder.access == nullptr && _opener != nullptr && _openerPath == folder.path) {
+        folder.access = _opener;
+    }
+    if (folder.access != nullptr) {
+        return SVN_NO_ERROR;
+    }
+    // All share the first one's database.
+    SVN_ERR(svn_wc_adm_open3(&folder.access, _opener, folder.path.c_str(), FALSE, 0, _ctx->cancel_func,
+                             _ctx->cancel_baton, _opener != nullptr ? folder.pool : _pool));
+    if (_opener == nullptr) {
+        _opener = folder.access;
+        _openerPath = folder.path;
+    }
+    return SVN_NO_ERROR;
+}
+
+svn_error_t* StatusRecords::readEntries(Folder& folder)
+{
+    if (folder.entries == nullptr) {
+        SVN_ERR(openFolder(folder));
+        SVN_ERR(svn_wc_entries_read(&folder.entries, folder.access, TRUE, folder.pool));
+    }
     return SVN_NO_ERROR;
 }
 
@@ -314,11 +357,11 @@ svn_error_t* StatusRecords::readRecord(svn_wc_status2_t** record, const char* pa
 {
     // Any folder of the working copy that is on disk opens it; a root may be reached through a link from outside.
     std::string_view opener = isRoot(path) ? std::string_view{path} : folderOf(path);
-    svn_error_t* error = folder(opener).open(_ctx);
+    svn_error_t* error = openFolder(folder(opener));
     while (error != nullptr && opener != "/") {
         svn_error_clear(error);
         opener = folderOf(opener);
-        error = folder(opener).open(_ctx);
+        error = openFolder(folder(opener));
     }
     SVN_ERR(error);
     return svn_wc_status2(record, path, folder(opener).access, pool);

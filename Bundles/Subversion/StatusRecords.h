@@ -52,10 +52,17 @@ class StatusRecords
                                                      const svn_client_status_t& status, apr_pool_t* pool);
     std::optional<svn_wc_entry_t> makeAdditionEntry(const char* path, const char* url,
                                                     const svn_client_status_t& status);
+    std::optional<svn_wc_entry_t> makeReplacementEntry(const char* path, const char* url,
+                                                       const svn_client_status_t& status);
+    std::optional<svn_wc_entry_t> makeCopiedEntry(const char* path, const char* url, const svn_client_status_t& status,
+                                                  apr_pool_t* pool);
     std::optional<svn_wc_entry_t> makeDeletionEntry(const char* path, const svn_client_status_t& status,
                                                     apr_pool_t* pool);
     svn_error_t* readEntry(const svn_wc_entry_t** entry, const char* path, const svn_client_status_t& status,
                            apr_pool_t* pool);
+    svn_error_t* openFolder(Folder& folder);
+    /// Items that are hidden, such as deleted ones, among them.
+    svn_error_t* readEntries(Folder& folder);
     svn_error_t* readConflicts(svn_wc_status2_t& record, const char* path, const svn_client_status_t& status,
                                apr_pool_t* pool);
     svn_error_t* readConflictedRecord(svn_wc_status2_t& record, const char* path, apr_pool_t* pool);
@@ -78,7 +85,9 @@ class StatusRecords
     apr_pool_t* _pool;
     std::size_t _received = 0; ///< items
     ItemURLs _urls;
-    std::pair<std::string, bool> _asked;           ///< the folder last asked whether it is a root, and the answer
+    std::pair<std::string, bool> _asked;    ///< the folder last asked whether it is a root, and the answer
+    svn_wc_adm_access_t* _opener = nullptr; ///< the first folder opened, whose database the others share
+    std::string _openerPath;
     std::vector<std::unique_ptr<Folder>> _folders; ///< those that the walk is in, outermost first
     /// By root; null for one that cannot be used.
     std::vector<std::pair<std::string, std::unique_ptr<WorkingCopyDatabase>>> _databases;

@@ -33,8 +33,11 @@ enum Column
 
 constexpr const char* nodeQuery = HSVN_NODES "local_relpath = ?1 ORDER BY op_depth";
 constexpr const char* foldersQuery = HSVN_NODES "parent_relpath >= ?1 ORDER BY parent_relpath, local_relpath, op_depth";
+// A folder tells of the tree conflicts of what it holds. A conflict that only mentions the word sends the folder the
+// slow way.
 constexpr const char* conflictQuery =
-    "SELECT local_relpath, parent_relpath FROM actual_node WHERE wc_id = 1 AND conflict_data IS NOT NULL";
+    "SELECT local_relpath FROM actual_node WHERE wc_id = 1 AND conflict_data IS NOT NULL UNION ALL"
+    " SELECT parent_relpath FROM actual_node WHERE wc_id = 1 AND instr(conflict_data, CAST('tree' AS BLOB)) > 0";
 
 enum ScheduledColumn
 {
@@ -49,12 +52,14 @@ enum ScheduledColumn
     ScheduledChangedAuthor,
     ScheduledPropertiesLength,
     ScheduledDepth,
+    ScheduledTextTime,
+    ScheduledTextSize,
     ScheduledPristine
 };
 
 constexpr const char* scheduledQuery =
     "SELECT op_depth, presence, file_external, root, repos_path, revision, changed_revision, changed_date,"
-    " changed_author, length(properties), depth, checksum"
+    " changed_author, length(properties), depth, last_mod_time, translated_size, checksum"
     " FROM nodes LEFT JOIN repository ON repository.id = repos_id"
     " WHERE wc_id = 1 AND local_relpath = ?1 ORDER BY op_depth";
 
@@ -88,6 +93,28 @@ bool isPlainBase(sqlite3_stmt* row)
     return sqlite3_column_int(row, ScheduledOperationDepth) == 0 && hasPresence(row, "normal") &&
            isNull(row, ScheduledFileExternal) && !isNull(row, ScheduledRepositoryRoot) &&
            !isNull(row, ScheduledRepositoryPath) && (depth.empty() || depth == "infinity");
+}
+
+bool isAddedWithoutHistory(sqlite3_stmt* row)
+{
+    return sqlite3_column_int(row, ScheduledOperationDepth) > 0 && hasPresence(row, "normal") &&
+           isNull(row, ScheduledRepositoryPath) && isNull(row, ScheduledPristine);
+}
+
+bool isCopied(sqlite3_stmt* row)
+{
+    return sqlite3_column_int(row, ScheduledOperationDepth) > 0 && hasPresence(row, "normal") &&
+           isNull(row, ScheduledFileExternal) && !isNull(row, ScheduledRepositoryPath);
+}
+
+/// The path's so many first components; all of them when there are fewer.
+std::string_view upperPath(std::string_view path, int components)
+{
+    std::size_t end = 0;
+    for (int count = 0; count < components && end != std::string_view::npos; ++count) {
+        end = path.find('/', count == 0 ? 0 : end + 1);
+    }
+    return path.substr(0, end);
 }
 
 /// Whether no folder that comes after this one in the order of bytes can lie below the first.
@@ -135,7 +162,6 @@ bool WorkingCopyDatabase::readConflicts()
     int result = SQLITE_DONE;
     while ((result = sqlite3_step(rows.get())) == SQLITE_ROW) {
         _conflicted.emplace(textInColumn(rows.get(), 0));
-        _conflicted.emplace(textInColumn(rows.get(), 1));
     }
     return result == SQLITE_DONE;
 }
@@ -202,11 +228,79 @@ bool WorkingCopyDatabase::isPlainAddition(std::string_view relativePath)
     if (row == nullptr) {
         return false;
     }
-    const bool result = sqlite3_step(row) == SQLITE_ROW && sqlite3_column_int(row, ScheduledOperationDepth) > 0 &&
-                        hasPresence(row, "normal") && isNull(row, ScheduledRepositoryPath) &&
-                        isNull(row, ScheduledPristine) && sqlite3_step(row) == SQLITE_DONE;
+    const bool result =
+        sqlite3_step(row) == SQLITE_ROW && isAddedWithoutHistory(row) && sqlite3_step(row) == SQLITE_DONE;
     sqlite3_reset(row);
     return result;
+}
+
+std::optional<svn_revnum_t> WorkingCopyDatabase::plainlyReplaced(std::string_view relativePath)
+{
+    auto* row = hasConflict(relativePath) ? nullptr : scheduledRows(relativePath);
+    if (row == nullptr) {
+        return std::nullopt;
+    }
+    std::optional<svn_revnum_t> result;
+    if (sqlite3_step(row) == SQLITE_ROW && isPlainBase(row)) {
+        result = static_cast<svn_revnum_t>(numberIn(row, ScheduledRevision, SVN_INVALID_REVNUM));
+        if (sqlite3_step(row) != SQLITE_ROW || !isAddedWithoutHistory(row) || sqlite3_step(row) != SQLITE_DONE) {
+            result.reset();
+        }
+    }
+    sqlite3_reset(row);
+    return result;
+}
+
+std::optional<UnchangedNode> WorkingCopyDatabase::copiedNode(std::string_view relativePath)
+{
+    auto* row = hasConflict(relativePath) ? nullptr : scheduledRows(relativePath);
+    if (row == nullptr) {
+        return std::nullopt;
+    }
+    std::optional<UnchangedNode> result;
+    std::string_view copy;
+    std::string source;
+    if (sqlite3_step(row) == SQLITE_ROW && isCopied(row)) {
+        copy = upperPath(relativePath, sqlite3_column_int(row, ScheduledOperationDepth));
+        source = textInColumn(row, ScheduledRepositoryPath);
+        result = copiedNodeIn(row);
+    }
+    const bool isAll = result && sqlite3_step(row) == SQLITE_DONE && copy.size() < relativePath.size();
+    sqlite3_reset(row);
+    // What was copied from elsewhere or another revision than the copy's root tells of itself.
+    const bool isOfTheCopy = isAll && copiedFrom(copy) && _copy.revision == result->revision &&
+                             source == _copy.source + std::string{relativePath.substr(copy.size())};
+    return isOfTheCopy ? result : std::nullopt;
+}
+
+bool WorkingCopyDatabase::copiedFrom(std::string_view copy)
+{
+    if (_copy.path != copy) {
+        _copy = {};
+        _copy.path = copy;
+        auto* row = hasConflict(copy) ? nullptr : scheduledRows(copy);
+        while (row != nullptr && sqlite3_step(row) == SQLITE_ROW) {
+            if (upperPath(copy, sqlite3_column_int(row, ScheduledOperationDepth)) == copy && isCopied(row)) {
+                _copy.source = textInColumn(row, ScheduledRepositoryPath);
+                _copy.revision = static_cast<svn_revnum_t>(numberIn(row, ScheduledRevision, SVN_INVALID_REVNUM));
+            }
+        }
+        sqlite3_reset(row);
+    }
+    return !_copy.source.empty();
+}
+
+UnchangedNode WorkingCopyDatabase::copiedNodeIn(sqlite3_stmt* row)
+{
+    UnchangedNode node;
+    node.revision = static_cast<svn_revnum_t>(numberIn(row, ScheduledRevision, SVN_INVALID_REVNUM));
+    node.changedRevision = static_cast<svn_revnum_t>(numberIn(row, ScheduledChangedRevision, SVN_INVALID_REVNUM));
+    node.textTime = numberIn(row, ScheduledTextTime, 0);
+    node.textSize = numberIn(row, ScheduledTextSize, -1);
+    if (const auto sha1 = sha1DigestFromText(textInColumn(row, ScheduledPristine))) {
+        node.checksum = _checksums.md5(*sha1);
+    }
+    return node;
 }
 
 UnchangedNodes WorkingCopyDatabase::takeNodesInFolder(const std::string& relativePath)

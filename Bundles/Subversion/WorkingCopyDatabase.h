@@ -55,6 +55,10 @@ class WorkingCopyDatabase
     std::optional<DeletedNode> deletedNode(std::string_view relativePath, apr_pool_t* pool);
     /// Whether an item was added without a history where nothing was before.
     bool isPlainAddition(std::string_view relativePath);
+    /// The revision of what an item was in whose place another was added without a history.
+    std::optional<svn_revnum_t> plainlyReplaced(std::string_view relativePath);
+    /// One item that came with the copy of a folder, whole and of one revision with it.
+    std::optional<UnchangedNode> copiedNode(std::string_view relativePath);
     /// All unchanged items of a folder; nothing when reading fails.
     ///
     /// Folders are read in batches, in the order in which a walk goes on, so that a walk makes few queries.
@@ -78,6 +82,9 @@ class WorkingCopyDatabase
     sqlite3_stmt* scheduledRows(std::string_view relativePath);
     bool hasConflict(std::string_view relativePath) const;
     bool isUnchanged(sqlite3_stmt* row, std::string_view relativePath) const;
+    /// Whether the item is a copy, which is then in `_copy`.
+    bool copiedFrom(std::string_view copy);
+    UnchangedNode copiedNodeIn(sqlite3_stmt* row);
     DeletedNode deletedNodeIn(sqlite3_stmt* row, apr_pool_t* pool);
     void addRow(UnchangedNodes& nodes, sqlite3_stmt* row, std::size_t folderLength);
     UnchangedNode nodeIn(sqlite3_stmt* row);
@@ -89,6 +96,13 @@ class WorkingCopyDatabase
     SQLiteStatement _node;
     SQLiteStatement _scheduled; ///< prepared when first needed
     SQLiteStatement _folders;
+    struct Copy
+    {
+        std::string path;
+        std::string source; ///< in the repository; empty when it is none
+        svn_revnum_t revision = SVN_INVALID_REVNUM;
+    };
+    Copy _copy; ///< the last asked for
     PristineChecksums _checksums;
     std::unordered_set<std::string> _conflicted;
     std::unordered_map<std::string, UnchangedNodes> _batch; ///< those not yet taken
