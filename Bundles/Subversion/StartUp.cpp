@@ -13,11 +13,6 @@
 namespace HSVNAdapter {
 namespace {
 
-#if HSVN_LINE_MINOR >= 7
-/// With the default 16 MiB a long-lived process over file:// commits ever more slowly.
-constexpr apr_uint64_t fileSystemCacheSize = 128ULL * 1024 * 1024;
-#endif
-
 svn_error_t* startSubversion(apr_pool_t* pool)
 {
 #if HSVN_LINE_MINOR >= 6
@@ -30,7 +25,6 @@ svn_error_t* startSubversion(apr_pool_t* pool)
     svn_utf_initialize(pool);
 #if HSVN_LINE_MINOR >= 7
     svn_cache_config_t settings = *svn_cache_config_get();
-    settings.cache_size = fileSystemCacheSize;
     settings.single_threaded = FALSE;
     svn_cache_config_set(&settings);
 #endif
