@@ -11,7 +11,7 @@ import shutil
 import subprocess
 import tempfile
 
-FORMAT = 2  # of the data; a data set of another format is made anew
+FORMAT = 3  # of the data; a data set of another format is made anew
 PATH_LENGTH = 60  # characters of an item's absolute path, where the cache folder's own path leaves room for it
 AUTHORS = [f"author-{number:02}" for number in range(12)]
 WORDS = "the fix of a node path revision merge folder client answers when reading older status records again".split()
@@ -240,7 +240,7 @@ class LogData(DataSet):
                 dump.add_file(files[-1], b"later\n")
             if last % 90 == 0:
                 dump.node(files.pop(chance.randrange(len(files) - 1)), "file", "delete")
-            for name in chance.sample(files[:-1], chance.randint(1, 6)):
+            for name in chance.sample(files[:-1], chance.randint(1, 20)):
                 dump.node(name, "file", "change", f"as of {last}\n".encode())
 
     def _make(self):

@@ -5,6 +5,7 @@ import os
 import platform
 import subprocess
 
+BUSY = 1.5  # the load average from which on others have worked beside the benchmarks, which load one processor
 BEGIN = "<!-- Tools/bench writes from here -->"
 END = "<!-- to here -->"
 
@@ -123,6 +124,14 @@ def section(title, titles, rows):
     return [f"### {title}", "", *table(titles, rows)] if rows else []
 
 
+def goals(results, cancelled):
+    """What was reached of the goals; nothing is judged where other programs have used the machine."""
+    load = os.getloadavg()[0]
+    if load > BUSY:
+        return ["### Goals", "", f"Not judged: the machine was busy, with a load average of {load:.1f}.", ""]
+    return section("Goals", ["benchmark", "figure", "measured", "at most", ""], goal_rows(results, cancelled))
+
+
 def report(results, cancelled, path_length, with_goals):
     """The whole report as Markdown; the goals are those of the full sizes."""
     text = [circumstances(results, path_length), ""]
@@ -139,7 +148,7 @@ def report(results, cancelled, path_length, with_goals):
     text += section("Cancelling a status scan", ["milliseconds", "times", "whole scan", "median wait", "longest wait"],
                     cancelling_rows(cancelled))
     if with_goals:
-        text += section("Goals", ["benchmark", "figure", "measured", "at most", ""], goal_rows(results, cancelled))
+        text += goals(results, cancelled)
     return "\n".join(text)
 
 

@@ -3,6 +3,7 @@
 from dataclasses import dataclass
 
 import data
+import livedin
 
 
 @dataclass(frozen=True)
@@ -19,7 +20,7 @@ class Sizes:
 
 FULL = Sizes(tree=50_000, folder=20_000, revisions=20_000, file=100_000_000, lines=50_000, others=(5_000, 200_000))
 QUICK = Sizes(tree=4_000, folder=1_000, revisions=600, file=10_000_000, lines=10_000, others=(1_000,))
-TINY = Sizes(tree=200, folder=100, revisions=60, file=100_000, lines=500, others=(100,))
+TINY = Sizes(tree=400, folder=100, revisions=60, file=100_000, lines=500, others=(100,))
 
 PER_FOLDER = 20
 
@@ -68,16 +69,18 @@ def log_entries(output):
 
 STATUS_ALL = Goals(call=1.6, svn=1.3, bytes=700)
 STATUS_CHANGED = Goals(call=1.15, svn=1.3)
+LIVED_IN_ALL = Goals(call=1.3, svn=1.3, bytes=700)
+LIVED_IN_CHANGED = Goals(call=1.12, svn=1.3)
 
 
-def status_all(name, title, path, items, goals=STATUS_ALL, shows_growth=False):
-    return Workload(name, title, "status-all", str(path), ("status", "-v", str(path)), items, goals, svn_items=lines,
-                    shows_growth=shows_growth)
+def status_all(name, title, path, items, goals=STATUS_ALL, shows_growth=False, svn_items=lines):
+    return Workload(name, title, "status-all", str(path), ("status", "-v", str(path)), items, goals,
+                    svn_items=svn_items, shows_growth=shows_growth)
 
 
-def status_changed(name, title, path, changed):
-    return Workload(name, title, "status-changed", str(path), ("status", str(path)), changed, STATUS_CHANGED,
-                    svn_items=lines)
+def status_changed(name, title, path, changed, goals=STATUS_CHANGED, svn_items=lines):
+    return Workload(name, title, "status-changed", str(path), ("status", str(path)), changed, goals,
+                    svn_items=svn_items)
 
 
 def aggregating_workloads(title, path, items):
@@ -99,6 +102,12 @@ def status_workloads(tree, folder):
     title = f"status of {edited:,} items, {tree.record['changed']:,} changed"
     yield status_all("status-edited-all", f"{title}, all", tree.edited_copy, edited)
     yield status_changed("status-edited-changed", f"{title}, those", tree.edited_copy, tree.record["changed"])
+    lived_in, unusual = tree.record["lived-in items"], tree.record["unusual"]
+    title = f"status of {lived_in:,} lived-in items, {unusual:,} unusual"
+    # Conflicts, externals and moves take further lines of svn's.
+    yield status_all("status-lived-in-all", f"{title}, all", tree.lived_in_copy, lived_in, LIVED_IN_ALL, svn_items=None)
+    yield status_changed("status-lived-in-changed", f"{title}, those", tree.lived_in_copy, unusual, LIVED_IN_CHANGED,
+                         svn_items=None)
     title = f"status of one folder of {folder.record['edited items']:,} items, {folder.record['changed']:,} changed"
     yield status_all("status-edited-one-folder", f"{title}, all", folder.edited_copy, folder.record["edited items"])
 
@@ -142,7 +151,7 @@ class DataSets:
     """The data sets of a run."""
 
     def __init__(self, cache, sizes):
-        self.tree = data.TreeData(cache, sizes.tree, PER_FOLDER, True)
+        self.tree = livedin.LivedInData(cache, sizes.tree, PER_FOLDER, True)
         self.folder = data.TreeData(cache, sizes.folder, sizes.folder, True)
         self.history = data.LogData(cache, sizes.revisions)
         self.large = data.FileData(cache, sizes.file)
