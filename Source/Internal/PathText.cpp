@@ -161,13 +161,14 @@ std::string HSVNPathText::abbreviatingHome(std::string_view path)
 std::string HSVNPathText::percentEncoded(std::string_view text)
 {
     constexpr std::string_view digits = "0123456789ABCDEF";
+    const auto isEscaped = [](char letter) { return !unescapedBytes[static_cast<unsigned char>(letter)]; };
     std::string result;
-    result.reserve(text.size());
-    for (const char letter : text) {
-        const auto byte = static_cast<unsigned char>(letter);
-        if (unescapedBytes[byte]) {
-            result += letter;
-        } else {
+    for (auto rest = text.begin(); rest != text.end();) {
+        const auto next = std::find_if(rest, text.end(), isEscaped); // most texts have nothing to escape
+        result.append(rest, next);
+        rest = next;
+        if (rest != text.end()) {
+            const auto byte = static_cast<unsigned char>(*rest++);
             result += {'%', digits[byte >> 4U], digits[byte & 15U]};
         }
     }

@@ -127,7 +127,7 @@ const HSVNPathRef& HSVNStatusNodeMaker::locationOf(const HSVNLocalPathRef& path)
                              text.compare(0, slash, _location->string()) == 0;
     if (!isNeighbour) {
         _location = path->parent();
-        _folderIsOpen = false;
+        _sizesAsked = 0;
     }
     return _location;
 }
@@ -152,17 +152,17 @@ svn_node_kind_t kindOf(const HSVNLocalPathRef& path, svn_node_kind_t told, apr_p
 
 std::uint64_t HSVNStatusNodeMaker::sizeOnDisk(const HSVNLocalPathRef& path)
 {
-    if (_location && !_folderIsOpen) {
+    // A folder's second file pays for opening it.
+    if (_location && ++_sizesAsked == 2) {
         _folder.open(_location->string());
-        _folderIsOpen = true;
     }
-    const bool isRelative = _location && _folder.descriptor() != AT_FDCWD;
+    const bool isRelative = _location && _sizesAsked >= 2 && _folder.descriptor() != AT_FDCWD;
     const std::string& text = path->string();
     const char* name = isRelative ? text.c_str() + text.rfind('/') + 1 : text.c_str();
     struct stat attributes
     {
     };
-    if (::fstatat(_folder.descriptor(), name, &attributes, AT_SYMLINK_NOFOLLOW) == 0) {
+    if (::fstatat(isRelative ? _folder.descriptor() : AT_FDCWD, name, &attributes, AT_SYMLINK_NOFOLLOW) == 0) {
         // A folder in the file's way has no size of the file's.
         return S_ISDIR(attributes.st_mode) ? 0 : static_cast<std::uint64_t>(attributes.st_size);
     }
@@ -348,9 +348,11 @@ HSVNURLRef urlOf(const svn_client_status_t& status)
     if (!status.repos_root_url || !status.repos_relpath) {
         return nullptr;
     }
-    const std::string root = status.repos_root_url;
-    return HSVNURLOfTrustedText(*status.repos_relpath ? root + '/' + HSVNPathText::percentEncoded(status.repos_relpath)
-                                                      : root);
+    std::string url = status.repos_root_url;
+    if (*status.repos_relpath) {
+        url.append(1, '/').append(HSVNPathText::percentEncoded(status.repos_relpath));
+    }
+    return HSVNURLOfTrustedText(std::move(url));
 }
 
 } // namespace

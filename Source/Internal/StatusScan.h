@@ -70,7 +70,7 @@ class HSVNStatusNodeMaker
     HSVNTextCache _texts;
     HSVNPathRef _location; // of the last item
     HSVNFolderHandle _folder;
-    bool _folderIsOpen = false;
+    std::size_t _sizesAsked = 0; // in that folder
     bool _refills = false;
     // The last ones, while nodes are refilled.
     HSVNFileRef _file;

@@ -5,22 +5,14 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdint>
+#include <cstring>
 #include <fmt/format.h>
 #include <iconv.h>
 #include <langinfo.h>
 #include <strings.h>
 
 namespace {
-
-bool isASCII(std::string_view text)
-{
-    for (const char byte : text) {
-        if (static_cast<unsigned char>(byte) >= 0x80) {
-            return false;
-        }
-    }
-    return true;
-}
 
 /// One direction of the system's conversion.
 class Converter
@@ -108,7 +100,7 @@ std::string digitsOf(std::string_view bytes)
 std::string onlyASCII(std::string_view text)
 {
     for (std::size_t index = 0; index < text.size(); ++index) {
-        if (!isASCII(text.substr(index, 1))) {
+        if (!NativeText::isASCII(text.substr(index, 1))) {
             const auto byte = static_cast<unsigned char>(text[index]);
             fail(EINVAL,
                  index == 0
@@ -135,6 +127,20 @@ std::string converted(std::string_view text, const char* from, const char* to)
 }
 
 } // namespace
+
+bool NativeText::isASCII(std::string_view text)
+{
+    // All that is printed goes through here: eight bytes at a time.
+    constexpr std::uint64_t highBits = 0x8080808080808080U;
+    for (; text.size() >= sizeof highBits; text.remove_prefix(sizeof highBits)) {
+        std::uint64_t bytes = 0;
+        std::memcpy(&bytes, text.data(), sizeof bytes);
+        if ((bytes & highBits) != 0) {
+            return false;
+        }
+    }
+    return std::all_of(text.begin(), text.end(), [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+}
 
 std::string NativeText::toUTF8(std::string_view native)
 {

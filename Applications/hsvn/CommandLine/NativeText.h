@@ -28,6 +28,9 @@ std::string fromUTF8(std::string_view text);
 /// Name of the locale's encoding.
 const char* localeEncoding();
 
+/// Whether no character needs a conversion.
+bool isASCII(std::string_view text);
+
 /// Number of columns that UTF-8 text takes on a terminal.
 std::size_t width(std::string_view text);
 

@@ -117,20 +117,29 @@ void requireOneKind(const std::vector<std::string>& targets)
 
 bool isURL(const std::string& target) { return target.find("://") != std::string::npos; }
 
-std::string localStyle(const std::string& path) { return path.empty() ? "." : path; }
-
-std::optional<std::string> pathBelow(const std::string& path, const std::string& folder)
+std::string localStyle(std::string path)
 {
-    if (path == folder) {
-        return "";
+    if (path.empty()) {
+        path = '.';
     }
-    const std::string prefix = folder == "/" ? folder : folder + "/";
-    return path.starts_with(prefix) ? std::optional{path.substr(prefix.size())} : std::nullopt;
+    return path;
+}
+
+std::optional<std::string_view> pathBelow(std::string_view path, std::string_view folder)
+{
+    if (!path.starts_with(folder)) {
+        return std::nullopt;
+    }
+    const std::string_view rest = path.substr(folder.size());
+    if (rest.empty() || folder == "/") {
+        return rest;
+    }
+    return rest.front() == '/' ? std::optional{rest.substr(1)} : std::nullopt;
 }
 
 std::string relativeToCurrentFolder(const std::string& path)
 {
-    return localStyle(pathBelow(path, currentFolder()).value_or(path));
+    return localStyle(std::string{pathBelow(path, currentFolder()).value_or(path)});
 }
 
 std::string absolutePath(const std::string& path)
@@ -145,10 +154,9 @@ std::string absolutePath(const std::string& path)
 std::string relativePath(const std::string& path, const std::string& folder)
 {
     std::string up;
-    for (std::string base = folder;; base = base.substr(0, base.rfind('/'))) {
-        const std::string common = base.empty() ? "/" : base;
-        if (const auto rest = pathBelow(path, common)) {
-            return rest->empty() && !up.empty() ? up.substr(0, up.size() - 1) : up + *rest;
+    for (std::string_view base{folder};; base = base.substr(0, base.rfind('/'))) {
+        if (const auto rest = pathBelow(path, base.empty() ? "/" : base)) {
+            return rest->empty() && !up.empty() ? up.substr(0, up.size() - 1) : up.append(*rest);
         }
         up += "../";
     }

@@ -41,9 +41,10 @@ void requireOneKind(const std::vector<std::string>& targets);
 
 bool isURL(const std::string& target);
 /// A path as it is shown: "." for the current folder.
-std::string localStyle(const std::string& path);
-/// What follows the folder in the path, without the "/"; nil when the path is not the folder or below it.
-std::optional<std::string> pathBelow(const std::string& path, const std::string& folder);
+std::string localStyle(std::string path);
+/// What follows the folder in the path, without the "/", a part of the path's text; nil when the path is not the folder
+/// or below it.
+std::optional<std::string_view> pathBelow(std::string_view path, std::string_view folder);
 /// An absolute path below the current folder as relative to it, any other as it is.
 std::string relativeToCurrentFolder(const std::string& path);
 /// The absolute form of a canonical local path.

@@ -136,7 +136,7 @@ std::string LogMessage::lineOf(const HSVNCommitItem& item) const
     std::string name;
     if (item.path()) {
         name = item.path()->string();
-        name = _folder.empty() ? name : localStyle(pathBelow(name, _folder).value_or(name));
+        name = _folder.empty() ? name : localStyle(std::string{pathBelow(name, _folder).value_or(name)});
     } else if (item.URL()) {
         name = item.URL()->string();
     }

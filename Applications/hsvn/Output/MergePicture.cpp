@@ -60,9 +60,9 @@ Part tips(const HSVNMergingSummary& summary, bool isWorkingCopy)
 /// Where in the repository a branch is.
 std::string placeOf(const HSVNPlaceInRevision& branch, const HSVNMergingSummary& summary)
 {
-    return pathBelow(HSVNURL::URLWithString(branch.url)->denormalizedRelativePath(),
-                     HSVNURL::URLWithString(summary.repositoryRoot)->denormalizedRelativePath())
-        .value_or("");
+    const std::string path = HSVNURL::URLWithString(branch.url)->denormalizedRelativePath();
+    return std::string{
+        pathBelow(path, HSVNURL::URLWithString(summary.repositoryRoot)->denormalizedRelativePath()).value_or("")};
 }
 
 } // namespace

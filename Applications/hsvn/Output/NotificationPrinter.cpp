@@ -35,7 +35,7 @@ std::string shownPath(const HSVNNotification& notification)
     }
     const std::string path = notification.path().value_or("");
     if (const auto& prefix = notification.pathPrefix()) {
-        return localStyle(pathBelow(path, *prefix).value_or(path));
+        return localStyle(std::string{pathBelow(path, *prefix).value_or(path)});
     }
     return relativeToCurrentFolder(path);
 }

@@ -39,7 +39,14 @@ void Output::reserveStandardStreams()
     }
 }
 
-void Output::write(std::string_view text) { writeBytes(NativeText::fromUTF8(text)); }
+void Output::write(std::string_view text)
+{
+    if (NativeText::isASCII(text)) {
+        writeBytes(text);
+    } else {
+        writeBytes(NativeText::fromUTF8(text));
+    }
+}
 
 void Output::writeBytes(std::string_view bytes)
 {

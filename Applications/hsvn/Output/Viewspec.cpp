@@ -38,7 +38,7 @@ struct Root
         const auto path = [](const std::string& text) {
             return HSVNURL::URLWithString(text)->denormalizedRelativePath();
         };
-        return "^/" + pathBelow(path(itsURL), path(repository)).value_or("");
+        return fmt::format("^/{}", pathBelow(path(itsURL), path(repository)).value_or(""));
     }
 };
 
