@@ -56,6 +56,7 @@ void storeAggregates(HSVNStatusScan& scan)
             auto& directory = static_cast<HSVNDirectory&>(*node);
             directory.setAggregateChildStatus(kinds.local);
             directory.setAggregateRepositoryChildStatus(kinds.repository);
+            directory.setChildTreeConflictCount(kinds.treeConflicts);
         }
     }
 }
@@ -287,8 +288,7 @@ struct HSVNDirectoryStatusScan
     std::string targetPath;
     HSVNPathRef path;
     HSVNStatusRef status = {};
-    HSVNStatusKinds childKinds = HSVNStatusKindNone;
-    HSVNStatusKinds repositoryChildKinds = HSVNStatusKindNone;
+    HSVNStatusAggregates::Kinds childKinds = {};
     HSVNURLRef url = {};
     HSVNRevisionNumber lastChangedRevision = HSVNInvalidRevision;
     std::optional<HSVNDate> lastChangedDate = {};
@@ -320,9 +320,7 @@ void HSVNDirectoryStatusFunc(void* baton, const char* path, svn_wc_status2_t* st
             }
             return;
         }
-        scan.childKinds |= HSVNConvertStatusKind(status->text_status) | HSVNConvertStatusKind(status->prop_status);
-        scan.repositoryChildKinds |=
-            HSVNConvertStatusKind(status->repos_text_status) | HSVNConvertStatusKind(status->repos_prop_status);
+        HSVNStatusAggregates::unite(scan.childKinds, HSVNStatusAggregates::kindsOf(*status, scan.version));
     });
 }
 
@@ -382,8 +380,9 @@ HSVNDirectoryRef makeDirectory(const HSVNPathRef& path, const HSVNDirectoryStatu
     auto status = scan.status ? scan.status : HSVNStatus::normal();
     status->setDepth(info.depth);
     directory->setStatus(std::move(status));
-    directory->setAggregateChildStatus(scan.childKinds);
-    directory->setAggregateRepositoryChildStatus(scan.repositoryChildKinds);
+    directory->setAggregateChildStatus(scan.childKinds.local);
+    directory->setAggregateRepositoryChildStatus(scan.childKinds.repository);
+    directory->setChildTreeConflictCount(scan.childKinds.treeConflicts);
     directory->setURL(info.url);
     return directory;
 }

@@ -28,7 +28,7 @@ class HSVN_EXPORT HSVNDirectory : public HSVNNode
     explicit HSVNDirectory(HSVNCoder* decoder);
 
     std::string className() const override { return "HSVNDirectory"; }
-    /// Adds the keys "aggregateChildStatus" and "aggregateReposChildStatus".
+    /// Adds the keys "aggregateChildStatus" and "aggregateReposChildStatus", and "treeConflictCount" where it is not 0.
     void encodeWithCoder(HSVNCoder* encoder) const override;
     HSVNNodeRef copy() const override;
     bool isDirectory() const override { return true; }
@@ -39,6 +39,11 @@ class HSVN_EXPORT HSVNDirectory : public HSVNNode
     /// The repository-side kinds that occur below the folder; none unless the repository was asked.
     HSVNStatusKinds aggregateRepositoryChildStatus() const { return _aggregateReposChildStatus; }
     void setAggregateRepositoryChildStatus(HSVNStatusKinds kinds) { _aggregateReposChildStatus = kinds; }
+
+    /// How many items below the folder are in a tree conflict, which is no kind of a text's or a property's; 0 on lines
+    /// before 1.6, which have none.
+    std::uint32_t childTreeConflictCount() const { return _childTreeConflictCount; }
+    void setChildTreeConflictCount(std::uint32_t count) { _childTreeConflictCount = count; }
 
     // Working copy
 
@@ -56,7 +61,8 @@ class HSVN_EXPORT HSVNDirectory : public HSVNNode
     bool hasReplacedNodes() const { return hasNodesWithStatus(HSVNStatusKindReplaced); }
     /// Whether a modified item lies below the folder.
     bool hasModifiedNodes() const { return hasNodesWithStatus(HSVNStatusKindModified); }
-    /// Whether a conflicted item lies below the folder.
+    /// Whether an item whose text or properties are in conflict lies below the folder; `childTreeConflictCount` tells of
+    /// tree conflicts.
     bool hasConflictedNodes() const { return hasNodesWithStatus(HSVNStatusKindConflicted); }
     /// Whether the repository-side kinds are anything but none and normal alone.
     bool hasNodesChangedInRepository() const
@@ -258,4 +264,5 @@ class HSVN_EXPORT HSVNDirectory : public HSVNNode
 
     HSVNStatusKinds _aggregateChildStatus = HSVNStatusKindNone;
     HSVNStatusKinds _aggregateReposChildStatus = HSVNStatusKindNone;
+    std::uint32_t _childTreeConflictCount = 0;
 };

@@ -3,6 +3,7 @@
 #include "HSVNLock.h"
 #include "HSVNURL.h"
 #include "HSVNVersion.h"
+#include "Internal/Hexadecimal.h"
 #include "Internal/RevisionNumber.h"
 #include "Internal/Subversion.h"
 #include "Internal/SubversionURL.h"
@@ -45,44 +46,11 @@ namespace {
 
 using PackedChecksum = std::array<std::uint8_t, 16>;
 
-constexpr std::string_view hexadecimalDigits = "0123456789abcdef";
-
-/// The value of each digit; more than 15 for every other character.
-constexpr auto hexadecimalValues = [] {
-    std::array<std::uint8_t, 256> values{};
-    values.fill(0xFF);
-    for (std::size_t value = 0; value < hexadecimalDigits.size(); ++value) {
-        values[static_cast<unsigned char>(hexadecimalDigits[value])] = static_cast<std::uint8_t>(value);
-    }
-    return values;
-}();
-
 // Runs for every file of a scan.
 std::optional<PackedChecksum> packed(std::string_view checksum)
 {
     PackedChecksum bytes{};
-    if (checksum.size() != 2 * bytes.size()) {
-        return std::nullopt;
-    }
-    unsigned seen = 0;
-    for (std::size_t index = 0; index < bytes.size(); ++index) {
-        const unsigned high = hexadecimalValues[static_cast<unsigned char>(checksum[2 * index])];
-        const unsigned low = hexadecimalValues[static_cast<unsigned char>(checksum[2 * index + 1])];
-        seen |= high | low;
-        bytes[index] = static_cast<std::uint8_t>(high << 4U | low);
-    }
-    return seen < 16 ? std::optional{bytes} : std::nullopt;
-}
-
-std::string unpacked(const PackedChecksum& bytes)
-{
-    std::string text;
-    text.reserve(2 * bytes.size());
-    for (const unsigned byte : bytes) {
-        text += hexadecimalDigits[byte >> 4U];
-        text += hexadecimalDigits[byte & 15U];
-    }
-    return text;
+    return HSVNHexadecimal::read(checksum, bytes) ? std::optional{bytes} : std::nullopt;
 }
 
 bool isOrdinary(HSVNStatusKind kind)
@@ -290,7 +258,8 @@ void HSVNStatus::setMovedTo(std::optional<std::string> path) { _rare.set(&Rare::
 
 std::optional<std::string> HSVNStatus::checksum() const
 {
-    return _flags.hasPackedChecksum ? std::optional{unpacked(_packedChecksum)} : _rare.get(&Rare::checksum);
+    return _flags.hasPackedChecksum ? std::optional{HSVNHexadecimal::textOf(_packedChecksum)}
+                                    : _rare.get(&Rare::checksum);
 }
 
 void HSVNStatus::setChecksum(std::optional<std::string> checksum)

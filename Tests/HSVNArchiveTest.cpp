@@ -70,7 +70,7 @@ std::string archive(const std::string& root)
 }
 
 /// The archive of a folder with its status, every key in its order.
-std::string directoryArchive()
+std::string directoryArchive(const std::string& furtherKeys = {})
 {
     return archive(
         R"({"$class":"HSVNDirectory","name":"d","path":{"$class":"HSVNLocalPath","path":"/w/d"},)"
@@ -81,7 +81,8 @@ std::string directoryArchive()
         R"("lastChangedAuthor":"sally","locked":true,"copied":false,"switched":true,"deleted":false,"absent":false,)"
         R"("hasProperties":true,"hasPropertyModifications":false,"outOfDateLastCommitRevision":-1,"schedule":1,)"
         R"("copyFromURL":{"$class":"HSVNURL","string":"svn://h/r/c"},"copyFromRevision":2,"checksum":"d41d8c"},)"
-        R"("aggregateChildStatus":64,"aggregateReposChildStatus":2})");
+        R"("aggregateChildStatus":64,"aggregateReposChildStatus":2)" +
+        furtherKeys + "}");
 }
 
 /// A node with every field that archives have of few nodes only.
@@ -151,9 +152,10 @@ TEST(Archive, WritesTheKeysOfEachClassInTheirOrder)
     EXPECT_EQ(HSVNKeyedArchiver::archivedDataWithRootObject(spec),
               archive(R"({"$class":"HSVNRevisionSpec","operativeRevision":{"$class":"HSVNNumberedRevision",)"
                       R"("number":5},"pegRevision":{"$class":"HSVNRelativeRevision","kind":5,"description":"BASE"}})"));
-    EXPECT_EQ(
-        HSVNKeyedArchiver::archivedDataWithRootObject(HSVNKeyedUnarchiver::unarchiveObjectWithData(directoryArchive())),
-        directoryArchive());
+    for (const auto& text : {directoryArchive(), directoryArchive(R"(,"treeConflictCount":3)")}) {
+        EXPECT_EQ(HSVNKeyedArchiver::archivedDataWithRootObject(HSVNKeyedUnarchiver::unarchiveObjectWithData(text)),
+                  text);
+    }
     const auto node = HSVNKeyedUnarchiver::unarchiveObjectOfClass<HSVNFile>(listedNodeArchive());
     EXPECT_EQ(node->date(), HSVNDate{7'000'000});
     EXPECT_EQ(node->exactDate(), HSVNDate{7'000'009});

@@ -377,15 +377,18 @@ TEST_F(EveryState, CombinesKindsAsTheUnionOfAllItemsBelow)
             }
             HSVNStatusKinds local = HSVNStatusKindNone;
             HSVNStatusKinds remote = HSVNStatusKindNone;
+            std::uint32_t treeConflicts = 0;
             for (const auto& node : whole.nodes) {
                 if (node->path()->string().starts_with(folder->path()->string() + "/")) {
                     local |= node->status()->textStatus() | node->status()->propertyStatus();
                     remote |= node->status()->repositoryTextStatus() | node->status()->repositoryPropertyStatus();
+                    treeConflicts += node->status()->treeConflicted() ? 1 : 0;
                 }
             }
             const auto& directory = dynamic_cast<const HSVNDirectory&>(*folder);
             EXPECT_EQ(directory.aggregateChildStatus(), local) << folder->path()->string();
             EXPECT_EQ(directory.aggregateRepositoryChildStatus(), remote) << folder->path()->string();
+            EXPECT_EQ(directory.childTreeConflictCount(), treeConflicts) << folder->path()->string();
             combined += local != HSVNStatusKindNone ? 1 : 0;
         }
         EXPECT_GT(combined, arguments.empty() ? 2U : 8U);
@@ -396,6 +399,9 @@ TEST_F(EveryState, CombinesKindsAsTheUnionOfAllItemsBelow)
         EXPECT_EQ(alone.root->path()->string(), wc->string());
         const auto& root = dynamic_cast<const HSVNDirectory&>(*alone.root);
         EXPECT_TRUE(root.hasMissingNodes() && root.hasConflictedNodes() && root.hasReplacedNodes());
+        EXPECT_GT(root.childTreeConflictCount(), 0U);
+        EXPECT_EQ(HSVNDirectory::workingCopyWithStatusAtPath(wc, reading.client)->childTreeConflictCount(),
+                  root.childTreeConflictCount());
         if (whole.root) {
             const auto& wholeRoot = dynamic_cast<const HSVNDirectory&>(*whole.root);
             EXPECT_EQ(root.aggregateChildStatus(), wholeRoot.aggregateChildStatus());

@@ -64,20 +64,20 @@ svn_error_t* setStoring(svn_auth_baton_t* baton, apr_hash_t* configuration,
     return forbidUnless(SVN_CONFIG_OPTION_STORE_AUTH_CREDS, baton, SVN_AUTH_PARAM_NO_AUTH_CACHE, configuration);
 }
 
-svn_error_t* setDefaults(svn_auth_baton_t* baton, const HSVNBundleExtensions::Authentication* wishes, apr_pool_t* pool)
+svn_error_t* setDefaults(svn_auth_baton_t* baton, const HSVNBundleExtensions::Authentication* choices, apr_pool_t* pool)
 {
-    const char* directory = wishes->configFolder;
+    const char* directory = choices->configFolder;
     if (directory != nullptr) {
         SVN_ERR(checkLocalTarget(&directory, pool));
         svn_auth_set_parameter(baton, SVN_AUTH_PARAM_CONFIG_DIR, directory);
     }
-    if (wishes->username != nullptr) {
-        svn_auth_set_parameter(baton, SVN_AUTH_PARAM_DEFAULT_USERNAME, wishes->username);
+    if (choices->username != nullptr) {
+        svn_auth_set_parameter(baton, SVN_AUTH_PARAM_DEFAULT_USERNAME, choices->username);
     }
-    if (wishes->password != nullptr) {
-        svn_auth_set_parameter(baton, SVN_AUTH_PARAM_DEFAULT_PASSWORD, wishes->password);
+    if (choices->password != nullptr) {
+        svn_auth_set_parameter(baton, SVN_AUTH_PARAM_DEFAULT_PASSWORD, choices->password);
     }
-    if (wishes->noAuthCache) {
+    if (choices->noAuthCache) {
         svn_auth_set_parameter(baton, noStoringParameter, "");
         svn_auth_set_parameter(baton, SVN_AUTH_PARAM_NO_AUTH_CACHE, "");
     }

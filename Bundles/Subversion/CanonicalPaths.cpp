@@ -1,5 +1,7 @@
 #include "CanonicalPaths.h"
 
+#include "Internal/Hexadecimal.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
@@ -90,22 +92,17 @@ char lowerCaseLetter(char letter)
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
-int hexadecimalDigit(char digit)
-{
-    static constexpr std::string_view digits = "0123456789abcdef";
-    const auto position = digits.find(lowerCaseLetter(digit));
-    return position == std::string_view::npos ? -1 : static_cast<int>(position);
-}
-
 /// The text with its escapes replaced by the bytes they stand for; a percent sign that begins none stays.
 std::string unescaped(std::string_view text)
 {
     std::string result;
     for (std::size_t index = 0; index < text.size(); ++index) {
-        const int high = text[index] == '%' && index + 2 < text.size() ? hexadecimalDigit(text[index + 1]) : -1;
-        const int low = high >= 0 ? hexadecimalDigit(text[index + 2]) : -1;
-        if (low >= 0) {
-            result += static_cast<char>(high * 16 + low);
+        const bool mayBegin = text[index] == '%' && index + 2 < text.size();
+        const std::array escape{lowerCaseLetter(mayBegin ? text[index + 1] : '%'),
+                                lowerCaseLetter(mayBegin ? text[index + 2] : '%')};
+        std::array<unsigned char, 1> byte{};
+        if (HSVNHexadecimal::read({escape.data(), escape.size()}, byte)) {
+            result += static_cast<char>(byte[0]);
             index += 2;
         } else {
             result += text[index];

@@ -37,22 +37,22 @@ int parseRevision(svn_opt_revision_t* start, svn_opt_revision_t* end, const char
 }
 
 #if HSVN_LINE_MINOR >= 6
-svn_error_t* createAuthBaton(svn_auth_baton_t** baton, const HSVNBundleExtensions::Authentication* wishes,
+svn_error_t* createAuthBaton(svn_auth_baton_t** baton, const HSVNBundleExtensions::Authentication* choices,
                              svn_config_t* config, HSVNBundleExtensions::CancelFunction cancel, void* cancelBaton,
                              apr_pool_t* pool)
 {
-    const char* folder = wishes->configFolder;
+    const char* folder = choices->configFolder;
     if (folder != nullptr) {
         SVN_ERR(checkLocalTarget(&folder, pool));
     }
 #if HSVN_LINE_MINOR >= 9
-    return svn_cmdline_create_auth_baton2(baton, wishes->nonInteractive, wishes->username, wishes->password, folder,
-                                          wishes->noAuthCache, wishes->trustUnknownAuthority,
-                                          wishes->trustHostnameMismatch, wishes->trustExpired, wishes->trustNotYetValid,
-                                          wishes->trustOther, config, cancel, cancelBaton, pool);
+    return svn_cmdline_create_auth_baton2(
+        baton, choices->nonInteractive, choices->username, choices->password, folder, choices->noAuthCache,
+        choices->trustUnknownAuthority, choices->trustHostnameMismatch, choices->trustExpired,
+        choices->trustNotYetValid, choices->trustOther, config, cancel, cancelBaton, pool);
 #else
-    return svn_cmdline_create_auth_baton(baton, wishes->nonInteractive, wishes->username, wishes->password, folder,
-                                         wishes->noAuthCache, wishes->trustUnknownAuthority, config, cancel,
+    return svn_cmdline_create_auth_baton(baton, choices->nonInteractive, choices->username, choices->password, folder,
+                                         choices->noAuthCache, choices->trustUnknownAuthority, config, cancel,
                                          cancelBaton, pool);
 #endif
 }

@@ -2,6 +2,8 @@
 
 #ifdef HSVN_FAST_STATUS
 
+#include "Internal/Hexadecimal.h"
+
 #include <bit>
 #include <cstring>
 #include <string>
@@ -15,53 +17,27 @@ constexpr std::size_t readAheadShare = 64;
 constexpr std::size_t answersPerPortion = 32;
 constexpr int rowsPerPortion = 4 * answersPerPortion;
 
-/// Values of the digits; -1 for every other character.
-constexpr auto hexadecimalValues = [] {
-    std::array<std::int8_t, 256> values{};
-    values.fill(-1);
-    for (std::int8_t value = 0; value < 16; ++value) {
-        values[static_cast<unsigned char>("0123456789abcdef"[value])] = value;
-    }
-    return values;
-}();
-
-int hexadecimalValue(char digit) { return hexadecimalValues[static_cast<unsigned char>(digit)]; }
+constexpr std::string_view sha1Mark = "$sha1$";
+constexpr std::string_view md5Mark = "$md5 $";
 
 template <class Digest>
-std::optional<Digest> digestFromText(std::string_view text, std::string_view prefix)
+std::optional<Digest> digestFromText(std::string_view text, std::string_view mark)
 {
     Digest digest{};
-    if (text.size() != prefix.size() + 2 * digest.size() || !text.starts_with(prefix)) {
-        return std::nullopt;
-    }
-    text.remove_prefix(prefix.size());
-    for (std::size_t index = 0; index < digest.size(); ++index) {
-        const int high = hexadecimalValue(text[2 * index]);
-        const int low = hexadecimalValue(text[2 * index + 1]);
-        if (high < 0 || low < 0) {
-            return std::nullopt;
-        }
-        digest[index] = static_cast<std::uint8_t>(high * 16 + low);
-    }
-    return digest;
+    const bool isDigest = text.starts_with(mark) && HSVNHexadecimal::read(text.substr(mark.size()), digest);
+    return isDigest ? std::optional{digest} : std::nullopt;
 }
 
 std::string textFromSHA1Digest(const SHA1Digest& digest)
 {
-    static constexpr std::string_view digits = "0123456789abcdef";
-    std::string text = "$sha1$";
-    for (const unsigned byte : digest) {
-        text += digits[byte >> 4U];
-        text += digits[byte & 15U];
-    }
-    return text;
+    return std::string{sha1Mark} + HSVNHexadecimal::textOf(digest);
 }
 
 } // namespace
 
 std::optional<SHA1Digest> sha1DigestFromText(std::string_view text)
 {
-    return digestFromText<SHA1Digest>(text, "$sha1$");
+    return digestFromText<SHA1Digest>(text, sha1Mark);
 }
 
 bool PristineChecksums::open(sqlite3* database)
@@ -110,7 +86,7 @@ std::optional<MD5Digest> PristineChecksums::lookUp(const SHA1Digest& sha1)
     sqlite3_bind_text(_one.get(), 1, text.data(), static_cast<int>(text.size()), SQLITE_STATIC);
     std::optional<MD5Digest> result;
     if (sqlite3_step(_one.get()) == SQLITE_ROW) {
-        result = digestFromText<MD5Digest>(textInColumn(_one.get(), 0), "$md5 $");
+        result = digestFromText<MD5Digest>(textInColumn(_one.get(), 0), md5Mark);
     }
     sqlite3_reset(_one.get());
     return result;
@@ -139,7 +115,7 @@ bool PristineChecksums::takeNextRow()
     }
     _lastRow = sqlite3_column_int64(_further.get(), 0);
     const auto sha1 = sha1DigestFromText(textInColumn(_further.get(), 1));
-    const auto md5 = digestFromText<MD5Digest>(textInColumn(_further.get(), 2), "$md5 $");
+    const auto md5 = digestFromText<MD5Digest>(textInColumn(_further.get(), 2), md5Mark);
     if (sha1 && md5) {
         slotFor(*sha1) = {*sha1, *md5, true};
         ++_taken;

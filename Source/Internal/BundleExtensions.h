@@ -249,7 +249,7 @@ struct HSVNBundleExtensions
     svn_error_t* (*client_args_to_target_array)(apr_array_header_t** targets, const apr_array_header_t* arguments,
                                                 svn_client_ctx_t* ctx, apr_pool_t* pool);
     /// svn_cmdline_create_auth_baton, from 1.6 on: Subversion's own prompts on the terminal, stores and trust.
-    svn_error_t* (*cmdline_create_auth_baton)(svn_auth_baton_t** baton, const Authentication* wishes,
+    svn_error_t* (*cmdline_create_auth_baton)(svn_auth_baton_t** baton, const Authentication* choices,
                                               svn_config_t* config, CancelFunction cancel, void* cancelBaton,
                                               apr_pool_t* pool);
     /// svn_client_status6, 1.9 and later
@@ -352,31 +352,31 @@ struct HSVNBundleExtensions
     svn_error_t* (*repos_create)(const char* path, const apr_array_header_t* configuration, apr_pool_t* pool);
     /// svn_client_update4, 1.7 and later
     svn_error_t* (*client_update)(apr_array_header_t** revisions, const apr_array_header_t* targets,
-                                  const svn_opt_revision_t* revision, const Updating* wishes, svn_client_ctx_t* ctx,
+                                  const svn_opt_revision_t* revision, const Updating* choices, svn_client_ctx_t* ctx,
                                   apr_pool_t* pool);
     /// svn_client_checkout3, 1.5 and later
     svn_error_t* (*client_checkout)(svn_revnum_t* result, const char* url, const char* path,
                                     const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
-                                    const Updating* wishes, svn_client_ctx_t* ctx, apr_pool_t* pool);
+                                    const Updating* choices, svn_client_ctx_t* ctx, apr_pool_t* pool);
     /// svn_client_switch3, 1.7 and later
     svn_error_t* (*client_switch)(svn_revnum_t* result, const char* path, const char* url,
                                   const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
-                                  const Updating* wishes, svn_client_ctx_t* ctx, apr_pool_t* pool);
+                                  const Updating* choices, svn_client_ctx_t* ctx, apr_pool_t* pool);
     /// svn_client_export5, 1.7 and later
     svn_error_t* (*client_export)(svn_revnum_t* result, const char* from, const char* to,
                                   const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
-                                  const Exporting* wishes, svn_client_ctx_t* ctx, apr_pool_t* pool);
+                                  const Exporting* choices, svn_client_ctx_t* ctx, apr_pool_t* pool);
     /// svn_client_merge5, 1.8 and later
     svn_error_t* (*client_merge)(const char* source1, const svn_opt_revision_t* revision1, const char* source2,
-                                 const svn_opt_revision_t* revision2, const char* target, const Merging* wishes,
+                                 const svn_opt_revision_t* revision2, const char* target, const Merging* choices,
                                  svn_client_ctx_t* ctx, apr_pool_t* pool);
     /// svn_client_merge_peg5, 1.8 and later; the ranges are `RevisionRange` values, or null for a complete merge
     svn_error_t* (*client_merge_peg)(const char* source, const apr_array_header_t* ranges,
-                                     const svn_opt_revision_t* pegRevision, const char* target, const Merging* wishes,
+                                     const svn_opt_revision_t* pegRevision, const char* target, const Merging* choices,
                                      svn_client_ctx_t* ctx, apr_pool_t* pool);
     /// svn_client_merge_reintegrate, 1.5 and later; only dry run, arguments and choosing count
     svn_error_t* (*client_merge_reintegrate)(const char* source, const svn_opt_revision_t* pegRevision,
-                                             const char* target, const Merging* wishes, svn_client_ctx_t* ctx,
+                                             const char* target, const Merging* choices, svn_client_ctx_t* ctx,
                                              apr_pool_t* pool);
     /// svn_version_extended and svn_ra_print_modules, 1.8 and later; the folder null for the user's own
     svn_error_t* (*version_details)(VersionDetails* details, const char* configurationFolder, svn_boolean_t withSystem,
@@ -459,22 +459,22 @@ struct HSVNBundleExtensions
     /// svn_client_diff7, headers in the locale's encoding, 1.11 and later; null streams are the process's own
     svn_error_t* (*client_diff)(svn_stream_t* out, svn_stream_t* errors, const char* target1,
                                 const svn_opt_revision_t* revision1, const char* target2,
-                                const svn_opt_revision_t* revision2, const Comparing* wishes, svn_client_ctx_t* ctx,
+                                const svn_opt_revision_t* revision2, const Comparing* choices, svn_client_ctx_t* ctx,
                                 apr_pool_t* pool);
     /// svn_client_diff_peg7 in the same way, 1.11 and later
     svn_error_t* (*client_diff_peg)(svn_stream_t* out, svn_stream_t* errors, const char* target,
                                     const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* start,
-                                    const svn_opt_revision_t* end, const Comparing* wishes, svn_client_ctx_t* ctx,
+                                    const svn_opt_revision_t* end, const Comparing* choices, svn_client_ctx_t* ctx,
                                     apr_pool_t* pool);
     /// svn_client_diff_summarize2, 1.5 and later
     svn_error_t* (*client_diff_summarize)(const char* target1, const svn_opt_revision_t* revision1, const char* target2,
-                                          const svn_opt_revision_t* revision2, const Comparing* wishes,
+                                          const svn_opt_revision_t* revision2, const Comparing* choices,
                                           svn_client_diff_summarize_func_t receiver, void* baton, svn_client_ctx_t* ctx,
                                           apr_pool_t* pool);
     /// svn_client_diff_summarize_peg2, 1.5 and later
     svn_error_t* (*client_diff_summarize_peg)(const char* target, const svn_opt_revision_t* pegRevision,
                                               const svn_opt_revision_t* start, const svn_opt_revision_t* end,
-                                              const Comparing* wishes, svn_client_diff_summarize_func_t receiver,
+                                              const Comparing* choices, svn_client_diff_summarize_func_t receiver,
                                               void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool);
     /// svn_client_blame6 with arguments as svn_diff_file_options_parse reads them; before 1.12 svn_client_blame5, which
     /// cuts lines at a zero byte, before 1.7 svn_client_blame4, before 1.5 svn_client_blame3. What the range means is
@@ -542,7 +542,7 @@ struct HSVNBundleExtensions
                               apr_pool_t* pool);
     /// The user name, the password, the configuration area and whether nothing is stored, of an authentication that
     /// asks by prompts; the texts outlive it
-    svn_error_t* (*auth_set_defaults)(svn_auth_baton_t* baton, const Authentication* wishes, apr_pool_t* pool);
+    svn_error_t* (*auth_set_defaults)(svn_auth_baton_t* baton, const Authentication* choices, apr_pool_t* pool);
 };
 
 extern "C" {

@@ -5,26 +5,21 @@
 #include "Internal/ConflictRecord.h"
 #include "Internal/DepthTranslation.h"
 #include "Internal/ExtensionCall.h"
+#include "Internal/Hexadecimal.h"
 #include "Internal/RevisionNumber.h"
 #include "Internal/Text.h"
 
-#include <array>
+#include <span>
 #include <svn_checksum.h>
 
 namespace {
 
-constexpr std::size_t sha1Digits = 40;
+constexpr std::size_t sha1Size = 20;
 
 std::string hexadecimal(const svn_checksum_t& checksum)
 {
-    constexpr std::array sizes{std::size_t{16}, sha1Digits / 2}; // MD5 and SHA-1
-    constexpr std::string_view digits = "0123456789abcdef";
-    std::string text;
-    for (std::size_t index = 0; index < sizes.at(checksum.kind == svn_checksum_sha1 ? 1 : 0); ++index) {
-        text += digits[checksum.digest[index] >> 4U];
-        text += digits[checksum.digest[index] & 15U];
-    }
-    return text;
+    constexpr std::size_t md5Size = 16;
+    return HSVNHexadecimal::textOf(std::span{checksum.digest, checksum.kind == svn_checksum_sha1 ? sha1Size : md5Size});
 }
 
 HSVNWorkingCopyInfo workingCopyOf(const svn_wc_info_t& record)
@@ -145,7 +140,7 @@ HSVNItemInfo infoOf(const HSVNOperation& operation, const char* target, const sv
     workingCopy.copyFromURL = HSVNTextOrNil(record.copyfrom_url);
     workingCopy.copyFromRevision = HSVNRevisionNumberFromSubversion(record.copyfrom_rev);
     workingCopy.checksum = HSVNTextOrNil(record.checksum);
-    workingCopy.checksumIsSHA1 = workingCopy.checksum && workingCopy.checksum->size() == sha1Digits;
+    workingCopy.checksumIsSHA1 = workingCopy.checksum && workingCopy.checksum->size() == 2 * sha1Size;
     workingCopy.textTime = HSVNDateOrNil(record.text_time);
     workingCopy.conflicts = conflictsOf(info, record, isAtLeast1_6);
     if (isAtLeast1_5) {

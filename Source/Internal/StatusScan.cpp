@@ -391,13 +391,22 @@ std::string_view folderOf(std::string_view path)
     return path.substr(0, slash == 0 ? 1 : slash);
 }
 
-void unite(HSVNStatusAggregates::Kinds& into, const HSVNStatusAggregates::Kinds& kinds)
+} // namespace
+
+HSVNStatusAggregates::Kinds HSVNStatusAggregates::kindsOf(const svn_wc_status2_t& status, const HSVNVersion& version)
+{
+    const bool tellsTrees = !version.isLessThan(HSVNVersion{1, 6}); // whose record ends before
+    return {HSVNConvertStatusKind(status.text_status) | HSVNConvertStatusKind(status.prop_status),
+            HSVNConvertStatusKind(status.repos_text_status) | HSVNConvertStatusKind(status.repos_prop_status),
+            tellsTrees && status.tree_conflict ? 1U : 0U};
+}
+
+void HSVNStatusAggregates::unite(Kinds& into, const Kinds& kinds)
 {
     into.local |= kinds.local;
     into.repository |= kinds.repository;
+    into.treeConflicts += kinds.treeConflicts;
 }
-
-} // namespace
 
 void HSVNStatusAggregates::add(std::string_view itemPath, Kinds kinds)
 {
@@ -426,9 +435,10 @@ HSVNStatusAggregates::Kinds HSVNStatusAggregates::kindsBelow(const std::string& 
 
 // MARK: HSVNStatusScan
 
-HSVNStatusScan::HSVNStatusScan(HSVNContextRef scanContext, apr_pool_t* scanPool, const HSVNVersion& version,
+HSVNStatusScan::HSVNStatusScan(HSVNContextRef scanContext, apr_pool_t* scanPool, const HSVNVersion& scanVersion,
                                HSVNLocalPathRef scanRootPath)
-    : context{std::move(scanContext)}, pool{scanPool}, maker{version, scanPool}, rootPath{std::move(scanRootPath)}
+    : context{std::move(scanContext)}, pool{scanPool}, version{scanVersion}, maker{scanVersion, scanPool},
+      rootPath{std::move(scanRootPath)}
 {
 }
 
@@ -491,10 +501,7 @@ void scanItem(HSVNStatusScan& scan, const char* text, svn_wc_status2_t& status)
     const bool isRoot = path->string() == scan.rootPath->string();
     if (!isRoot) {
         if (scan.propagatesStatus) {
-            scan.aggregates.add(
-                path->string(),
-                {HSVNConvertStatusKind(status.text_status) | HSVNConvertStatusKind(status.prop_status),
-                 HSVNConvertStatusKind(status.repos_text_status) | HSVNConvertStatusKind(status.repos_prop_status)});
+            scan.aggregates.add(path->string(), HSVNStatusAggregates::kindsOf(status, scan.version));
         }
         if (scan.aggregatesOnly) {
             return;

@@ -89,7 +89,13 @@ class HSVNStatusAggregates
     {
         HSVNStatusKinds local = HSVNStatusKindNone;
         HSVNStatusKinds repository = HSVNStatusKindNone;
+        std::uint32_t treeConflicts = 0;
     };
+
+    /// The kinds of one item.
+    static Kinds kindsOf(const svn_wc_status2_t& status, const HSVNVersion& version);
+    /// Puts kinds together.
+    static void unite(Kinds& into, const Kinds& kinds);
 
     /// Adds an item's kinds to its folder.
     void add(std::string_view itemPath, Kinds kinds);
@@ -123,11 +129,12 @@ std::set<std::string> HSVNExternalPathsBelow(HSVNOperation& operation, const std
 /// The state that the per-item callback shares with a scan; one per scan, on the caller's stack.
 struct HSVNStatusScan
 {
-    HSVNStatusScan(HSVNContextRef scanContext, apr_pool_t* scanPool, const HSVNVersion& version,
+    HSVNStatusScan(HSVNContextRef scanContext, apr_pool_t* scanPool, const HSVNVersion& scanVersion,
                    HSVNLocalPathRef scanRootPath);
 
     HSVNContextRef context;
     apr_pool_t* pool;
+    HSVNVersion version;
     HSVNStatusNodeMaker maker;
     HSVNNodeRef rootNode;
     HSVNLocalPathRef rootPath;

@@ -52,12 +52,12 @@ void runCreate(Session& session)
     const Options& options = session.options;
     const std::string path = pathOfRepository(session);
     checkType(options.fileSystemType.value_or("fsfs"), options.compatibleVersion);
-    HSVNRepositoryCreationOptions wishes;
-    wishes.type = options.fileSystemType;
-    wishes.compatibleVersion = options.compatibleVersion;
-    wishes.syncAtTransactionCommit = !options.bdbTransactionNoSync;
-    wishes.automaticLogFileRemoval = !options.bdbLogKeep;
-    HSVNCreateRepository(path, wishes, session.context());
+    HSVNRepositoryCreationOptions choices;
+    choices.type = options.fileSystemType;
+    choices.compatibleVersion = options.compatibleVersion;
+    choices.syncAtTransactionCommit = !options.bdbTransactionNoSync;
+    choices.automaticLogFileRemoval = !options.bdbLogKeep;
+    HSVNCreateRepository(path, choices, session.context());
 }
 
 } // namespace
