@@ -3,6 +3,7 @@
 #include "CanonicalPaths.h"
 #include "DatabaseConnections.h"
 #include "ExtensionTable.h"
+#include "RelativePaths.h"
 
 #if HSVN_LINE_MINOR >= 7
 
@@ -88,7 +89,10 @@ std::vector<std::string> externalsIn(const std::string& root, const std::string&
                          ? prepareStatement(connection.get(), "SELECT local_relpath FROM externals WHERE kind = 'dir'")
                          : nullptr;
     while (row && sqlite3_step(row.get()) == SQLITE_ROW) {
-        folders.push_back(root + '/' + reinterpret_cast<const char*>(sqlite3_column_text(row.get(), 0)));
+        const auto path = textInColumn(row.get(), 0);
+        if (!path.empty() && isRelativePath(path)) { // anyone may have written it
+            folders.push_back(root + '/' + std::string{path});
+        }
     }
     return folders;
 }
@@ -222,7 +226,11 @@ void OpenWorkingCopies::noteExternals(const std::string& root, Seen& seen, apr_p
         return;
     }
     for (const auto& folder : externalsIn(root, database)) {
-        if (identityOf(databaseOf(folder, pool)) != FileIdentity{}) {
+        const auto identity = identityOf(databaseOf(folder, pool));
+        // Symbolic links may lead to one and the same working copy in endless ways.
+        const bool isSeen = std::any_of(_seen.begin(), _seen.end(),
+                                        [&](const auto& other) { return other.second.identity == identity; });
+        if (identity != FileIdentity{} && !isSeen) {
             noteRoot(folder, pool);
         }
     }

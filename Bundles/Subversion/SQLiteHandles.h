@@ -1,5 +1,7 @@
 #pragma once
 
+#include "StandIns.h"
+
 #include <memory>
 #include <sqlite3.h>
 #include <string_view>
@@ -25,8 +27,13 @@ inline SQLiteStatement prepareStatement(sqlite3* database, const char* text)
 /// The column's text, valid until the next step; empty for NULL.
 inline std::string_view textInColumn(sqlite3_stmt* row, int column)
 {
+#ifdef HSVN_STANDS_IN_FRONT
+    const auto bytesAt = HSVN_BEHIND(sqlite3_column_blob); // the one in front looks at what Subversion reads
+#else
+    const auto bytesAt = sqlite3_column_blob;
+#endif
     // Unlike the text, the bytes are not copied to get a zero at their end.
-    const auto* text = static_cast<const char*>(sqlite3_column_blob(row, column));
+    const auto* text = static_cast<const char*>(bytesAt(row, column));
     return text == nullptr ? std::string_view{}
                            : std::string_view{text, static_cast<std::size_t>(sqlite3_column_bytes(row, column))};
 }

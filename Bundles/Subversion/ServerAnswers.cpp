@@ -1,3 +1,4 @@
+#include "RelativePaths.h"
 #include "ServerDrive.h"
 #include "StandIns.h"
 
@@ -85,10 +86,10 @@ HSVN_STAND_IN const char* svn_uri_canonicalize(const char* uri, apr_pool_t* pool
     return svn_path_is_url(uri) ? HSVN_BEHIND(svn_uri_canonicalize)(uri, pool) : "svn://malformed.invalid";
 }
 
-// Paths that merges are told of, relative to the session's: one that is not canonical is below none.
+// Paths that merges are told of, relative to the session's: one that leads elsewhere is below none.
 HSVN_STAND_IN const char* svn_relpath_skip_ancestor(const char* parent, const char* child)
 {
-    return svn_relpath_is_canonical(child) ? HSVN_BEHIND(svn_relpath_skip_ancestor)(parent, child) : nullptr;
+    return HSVNAdapter::isRelativePath(child) ? HSVN_BEHIND(svn_relpath_skip_ancestor)(parent, child) : nullptr;
 }
 
 // What is told of a path below none.
