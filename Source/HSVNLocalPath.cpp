@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include <filesystem>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
@@ -34,6 +35,13 @@ std::string decodedPath(HSVNCoder* decoder)
     }
     HSVNPathText::requireText(path);
     return path;
+}
+
+/// The text of what contains an item, which begins the item's own; nil for what lies in nothing.
+std::optional<std::string_view> parentText(std::string_view path)
+{
+    const auto container = HSVNPathText::deletingLastComponent(path);
+    return container.empty() || path == "/" ? std::nullopt : std::optional{container};
 }
 
 /// Where a link leads, every link on the way resolved as far as the items exist.
@@ -98,8 +106,8 @@ HSVNLocalPathRef HSVNLocalPath::pathByAddingComponent(const std::string& compone
 
 HSVNLocalPathRef HSVNLocalPath::parent() const
 {
-    const auto container = HSVNPathText::deletingLastComponent(_path);
-    return container.empty() || _path == "/" ? nullptr : HSVNLocalPathOfTrustedText(std::string{container});
+    const auto container = parentText(_path);
+    return container ? HSVNLocalPathOfTrustedText(std::string{*container}) : nullptr;
 }
 
 HSVNLocalPathRef HSVNLocalPath::resolve(bool* wasLink) const
@@ -150,3 +158,27 @@ HSVNPathRef HSVNLocalPath::childByNormalizingAndAdding(const std::string& compon
 }
 
 HSVNURLRef HSVNLocalPath::itemURL() const { return URL(); }
+
+HSVNPathRef HSVNLocalPath::pathAtRelative(const std::string& path) const
+{
+    HSVNPathText::requireText(path);
+    std::optional<std::string> text = _path;
+    HSVNPathText::forEachStep(path, [&](const std::string& step) {
+        if (step != "..") {
+            text->append(text->ends_with('/') ? "" : "/").append(step);
+        } else if (const auto container = parentText(*text)) {
+            text->resize(container->size());
+        } else {
+            text.reset();
+        }
+        return text.has_value();
+    });
+    return !text ? nullptr : *text == _path ? selfPath() : HSVNLocalPathOfTrustedText(*std::move(text));
+}
+
+std::vector<std::size_t> HSVNLocalPath::ancestorSizes() const { return HSVNSizesOfAncestors(_path, parentText); }
+
+HSVNPathRef HSVNLocalPath::ancestorOfSize(std::size_t size) const
+{
+    return size == _path.size() ? selfPath() : HSVNLocalPathOfTrustedText(_path.substr(0, size));
+}

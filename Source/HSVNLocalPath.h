@@ -4,10 +4,12 @@
 #include "HSVNForward.h"
 #include "HSVNPath.h"
 
+#include <cstddef>
 #include <functional>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 /// A file or folder on the disk: an absolute path without a trailing "/", except for the root "/". The item need not
 /// exist. Immutable; may be shared between threads.
@@ -84,6 +86,9 @@ class HSVN_EXPORT HSVNLocalPath : public HSVNPath
     HSVNLocalPathRef itemLocalPath() const override { return selfPath(); }
     HSVNPathRef resolvedPath(bool* wasLink) const override { return resolve(wasLink); }
     HSVNPathRef freshCopy() const override { return copy(); }
+    HSVNPathRef pathAtRelative(const std::string& path) const override;
+    std::vector<std::size_t> ancestorSizes() const override;
+    HSVNPathRef ancestorOfSize(std::size_t size) const override;
 
     std::string _path;
 };

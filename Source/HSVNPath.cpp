@@ -6,7 +6,9 @@
 
 #include <fmt/format.h>
 
-#include <array>
+#include <algorithm>
+#include <functional>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -25,6 +27,27 @@ std::optional<std::string> convertedFromUTF8(const std::string& text, const std:
 std::optional<std::string> textAfter(const std::string& path, const std::string& base)
 {
     return path.starts_with(base) ? std::optional{path.substr(base.size())} : std::nullopt;
+}
+
+/// The deepest of the ancestors of two paths, whatever their classes.
+HSVNPathRef commonAncestorByParents(HSVNPathRef own, HSVNPathRef other)
+{
+    while (own && other && !own->isEqualToPath(other)) {
+        // An ancestor's text is the shorter one.
+        auto& longer = own->string().size() > other->string().size() ? own : other;
+        longer = longer->parent();
+    }
+    return own ? other : nullptr;
+}
+
+/// The largest of the sizes that are in both, which are ordered downwards, and not above a limit; nil for none.
+std::optional<std::size_t> largestCommon(const std::vector<std::size_t>& sizes, const std::vector<std::size_t>& others,
+                                         std::size_t limit)
+{
+    std::vector<std::size_t> common;
+    std::ranges::set_intersection(sizes, others, std::back_inserter(common), std::greater{});
+    const auto found = std::ranges::lower_bound(common, limit, std::greater{});
+    return found == common.end() ? std::nullopt : std::optional{*found};
 }
 
 /// The way from an ancestor down to a path: empty or begun with a "/", also below a root whose text ends with one.
@@ -128,14 +151,14 @@ bool HSVNPath::isEqualToPathOrDescendentOf(const HSVNPathRef& other) const
 HSVNPathRef HSVNPath::commonAncestorFor(const HSVNPathRef& path) const
 {
     HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNPathRef own = self();
-    HSVNPathRef ancestor = path;
-    while (own && ancestor && !own->isEqualToPath(ancestor)) {
-        // An ancestor's text is the shorter one.
-        auto& longer = own->string().size() > ancestor->string().size() ? own : ancestor;
-        longer = longer->parent();
+    const auto sizes = ancestorSizes();
+    const auto others = path->ancestorSizes();
+    if (sizes.empty() || others.empty()) {
+        return commonAncestorByParents(self(), path);
     }
-    return own ? ancestor : nullptr;
+    const auto sameUntil = std::ranges::mismatch(string(), path->string()).in1;
+    const auto size = largestCommon(sizes, others, static_cast<std::size_t>(sameUntil - string().begin()));
+    return size ? path->ancestorOfSize(*size) : nullptr;
 }
 
 std::optional<std::string> HSVNPath::pathRelativeTo(const HSVNPathRef& base) const
@@ -168,26 +191,37 @@ std::optional<std::string> HSVNPath::pathWithSymlinksRelativeTo(const HSVNPathRe
         return std::nullopt;
     }
     std::string relative;
-    for (auto step = base; step && !step->isEqualToPath(ancestor); step = step->parent()) {
+    for (auto steps = stepsUp(base, *ancestor); steps > 0; --steps) {
         relative += relative.empty() ? ".." : "/..";
     }
     return relative + wayDown(*this, ancestor);
 }
 
-HSVNPathRef HSVNPath::pathByAddingRelativePathWithSymlinks(const std::string& path) const
+HSVNPathRef HSVNPath::pathAtRelative(const std::string& path) const
 {
     HSVNPathRef current = self();
-    for (std::size_t start = 0; start < path.size() && current;) {
-        const auto end = std::min(path.find('/', start), path.size());
-        const auto part = path.substr(start, end - start);
-        start = end + 1;
-        if (part == "..") {
-            current = current->parent();
-        } else if (!part.empty() && part != ".") {
-            current = current->pathByAddingComponent(part);
-        }
-    }
+    HSVNPathText::forEachStep(path, [&](const std::string& step) {
+        current = step == ".." ? current->parent() : current->pathByAddingComponent(step);
+        return current != nullptr;
+    });
     return current;
+}
+
+HSVNPathRef HSVNPath::ancestorOfSize(std::size_t /*size*/) const { return nullptr; }
+
+/// How many parents lie between the two, or how many the path has at all when the other is none of them.
+std::size_t HSVNPath::stepsUp(const HSVNPathRef& path, const HSVNPath& ancestor)
+{
+    const auto& text = ancestor.string();
+    if (const auto sizes = path->ancestorSizes(); !sizes.empty()) {
+        const auto found = path->string().starts_with(text) ? std::ranges::find(sizes, text.size()) : sizes.end();
+        return static_cast<std::size_t>(found - sizes.begin());
+    }
+    std::size_t steps = 0;
+    for (auto step = path; step && step->string() != text; step = step->parent()) {
+        ++steps;
+    }
+    return steps;
 }
 
 HSVNPathRef HSVNPath::resolve() const

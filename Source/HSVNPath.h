@@ -102,7 +102,7 @@ class HSVN_EXPORT HSVNPath : public HSVNArchivable, public std::enable_shared_fr
     /// added as a normalized name.
     ///
     /// @return nil when it leads above the top
-    HSVNPathRef pathByAddingRelativePathWithSymlinks(const std::string& path) const;
+    HSVNPathRef pathByAddingRelativePathWithSymlinks(const std::string& path) const { return pathAtRelative(path); }
 
     /// The form by which the spellings of one server are the same; a local path is its own.
     HSVNPathRef canonicalize() const { return canonicalPath(); }
@@ -173,6 +173,14 @@ class HSVN_EXPORT HSVNPath : public HSVNArchivable, public std::enable_shared_fr
     virtual HSVNPathRef pathWithoutUser() const { return self(); }
     virtual HSVNPathRef resolvedPath(bool* wasLink) const;
     virtual HSVNPathRef freshCopy() const = 0;
+    virtual HSVNPathRef pathAtRelative(const std::string& path) const;
+
+    /// Where the texts of this path and of its ancestors end in `string`, the deepest first, so that they are compared
+    /// without objects for all of them. Empty for a class whose ancestors' texts do not begin its own.
+    virtual std::vector<std::size_t> ancestorSizes() const { return {}; }
+    /// The one of them whose text has the size.
+    virtual HSVNPathRef ancestorOfSize(std::size_t size) const;
+    static std::size_t stepsUp(const HSVNPathRef& path, const HSVNPath& ancestor);
 };
 
 template <>

@@ -146,6 +146,37 @@ HSVNURLRef derivedURL(std::string url)
     return url.ends_with('/') ? HSVNURL::URLWithString(url) : HSVNURLOfTrustedText(std::move(url));
 }
 
+/// The text of a URL's parent, which begins the URL's own; nil at the top.
+std::optional<std::string_view> parentText(std::string_view url)
+{
+    const auto server = url.find(schemeEnd) + schemeEnd.size();
+    const auto slash = url.rfind('/');
+    if (HSVNText::equalIgnoringCase(url, fileRoot) || slash < server) {
+        return std::nullopt;
+    }
+    const auto parent = url.substr(0, std::max(slash, server + 1));
+    const bool hasSlashLeft = parent.ends_with('/') && !HSVNText::equalIgnoringCase(parent, fileRoot);
+    return parent.substr(0, parent.size() - (hasSlashLeft ? 1 : 0));
+}
+
+/// Makes a URL's text that of its child.
+void appendChild(std::string& url, const std::string& component)
+{
+    // The child is looked at below the shortest URL, lest a long one be parsed for each. After a bare scheme it is a
+    // host.
+    const std::string shortest{url.ends_with(schemeEnd) ? std::string_view{url} : fileRoot};
+    const auto child = [&] {
+        try {
+            return normalized(HSVNPathText::joined(shortest, component));
+        } catch (const HSVNInvalidArgumentException&) {
+            HSVNURL::URLWithString(url)->pathByAddingComponent(component); // whose failure names it
+            throw;
+        }
+    }();
+    url += child.size() == shortest.size() || url.ends_with('/') ? "" : "/";
+    url += std::string_view{child}.substr(shortest.size());
+}
+
 std::optional<std::string> encodedUserOf(const HSVNParsedURL& url)
 {
     const auto user = url.encodedUser();
@@ -304,19 +335,8 @@ HSVNURLRef HSVNURL::pathByNormalizingAndAddingComponent(const std::string& compo
 
 HSVNURLRef HSVNURL::parent() const
 {
-    if (HSVNText::equalIgnoringCase(_url, fileRoot)) {
-        return nullptr;
-    }
-    const auto separator = _url.find(schemeEnd);
-    const auto afterSeparator = separator + schemeEnd.size();
-    const auto slash = _url.rfind('/');
-    if (slash < afterSeparator) {
-        return nullptr;
-    }
-    if (slash == afterSeparator) {
-        return URLWithString(_url.substr(0, separator) + ":///");
-    }
-    return derivedURL(_url.substr(0, slash));
+    const auto text = parentText(_url);
+    return text ? HSVNURLOfTrustedText(std::string{*text}) : nullptr;
 }
 
 HSVNLocalPathRef HSVNURL::localPath() const
@@ -390,3 +410,26 @@ HSVNURLRef HSVNURL::selfURL() const { return std::static_pointer_cast<const HSVN
 HSVNParsedURL HSVNURL::parsed() const { return parsedURL(_url, _url); }
 
 HSVNLocalPathRef HSVNURL::itemLocalPath() const { return localPath(); }
+
+HSVNPathRef HSVNURL::pathAtRelative(const std::string& path) const
+{
+    std::optional<std::string> text = _url;
+    HSVNPathText::forEachStep(path, [&](const std::string& step) {
+        if (step != "..") {
+            appendChild(*text, step);
+        } else if (const auto parent = parentText(*text)) {
+            text->resize(parent->size());
+        } else {
+            text.reset();
+        }
+        return text.has_value();
+    });
+    return !text ? nullptr : *text == _url ? selfURL() : HSVNURLOfTrustedText(*std::move(text));
+}
+
+std::vector<std::size_t> HSVNURL::ancestorSizes() const { return HSVNSizesOfAncestors(_url, parentText); }
+
+HSVNPathRef HSVNURL::ancestorOfSize(std::size_t size) const
+{
+    return size == _url.size() ? selfURL() : HSVNURLOfTrustedText(_url.substr(0, size));
+}

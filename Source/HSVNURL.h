@@ -170,6 +170,9 @@ class HSVN_EXPORT HSVNURL : public HSVNPath
     HSVNPathRef canonicalPath() const override { return canonicalize(); }
     HSVNPathRef pathWithoutUser() const override { return stripUser(); }
     HSVNPathRef freshCopy() const override { return copy(); }
+    HSVNPathRef pathAtRelative(const std::string& path) const override;
+    std::vector<std::size_t> ancestorSizes() const override;
+    HSVNPathRef ancestorOfSize(std::size_t size) const override;
 
     std::string _url;
 };

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <algorithm>
+#include <cstddef>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 /// The texts of paths and URLs: their components, the home directory's "~" and percent escapes.
 namespace HSVNPathText {
@@ -30,7 +32,31 @@ std::string percentDecodedBytes(std::string_view text);
 /// The text with escapes decoded, those left that are no UTF-8 or a NUL.
 std::string percentDecoded(std::string_view text);
 
+/// Gives the parts of a relative path to a receiver, "." and empty ones aside, until it answers false.
+template <class Receiver>
+void forEachStep(std::string_view path, Receiver receiver)
+{
+    bool goesOn = true;
+    while (!path.empty() && goesOn) {
+        const auto part = path.substr(0, path.find('/'));
+        path.remove_prefix(std::min(part.size() + 1, path.size()));
+        goesOn = part.empty() || part == "." || receiver(std::string{part});
+    }
+}
+
 } // namespace HSVNPathText
+
+/// Begin with the text itself, and end with the text that has no parent: how long those are that `parentOf` answers one
+/// after the other, each the beginning of the one before.
+template <class ParentOf>
+std::vector<std::size_t> HSVNSizesOfAncestors(std::string_view text, ParentOf parentOf)
+{
+    std::vector<std::size_t> sizes{text.size()};
+    while (const std::optional<std::string_view> parent = parentOf(text.substr(0, sizes.back()))) {
+        sizes.push_back(parent->size());
+    }
+    return sizes;
+}
 
 /// The order of Subversion's sorted paths: what lies in a directory comes right after it.
 inline bool HSVNIsPathBefore(std::string_view a, std::string_view b)
