@@ -3,11 +3,12 @@
 #include <optional>
 #include <string>
 
-// Styles of line ends, as the property svn:eol-style and exports name them.
+// Styles of line ends, as the property svn:eol-style and exports name them. They are never destroyed: an application's
+// static objects may use them in their destructors.
 
 /// No style: the file's own line ends.
-inline const std::optional<std::string> HSVNEndOfLineDefault = std::nullopt;
-inline const std::optional<std::string> HSVNEndOfLineNative = "native";
-inline const std::optional<std::string> HSVNEndOfLineCRLF = "CRLF";
-inline const std::optional<std::string> HSVNEndOfLineCR = "CR";
-inline const std::optional<std::string> HSVNEndOfLineLF = "LF";
+inline const std::optional<std::string>& HSVNEndOfLineDefault = *new std::optional<std::string>{};
+inline const std::optional<std::string>& HSVNEndOfLineNative = *new std::optional<std::string>{"native"};
+inline const std::optional<std::string>& HSVNEndOfLineCRLF = *new std::optional<std::string>{"CRLF"};
+inline const std::optional<std::string>& HSVNEndOfLineCR = *new std::optional<std::string>{"CR"};
+inline const std::optional<std::string>& HSVNEndOfLineLF = *new std::optional<std::string>{"LF"};

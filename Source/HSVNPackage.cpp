@@ -121,15 +121,15 @@ LibraryFile findLibraryFile()
 }
 
 /// Found when the library is loaded: the loader may know it by a path relative to the folder that is current then.
-const LibraryFile libraryFile = findLibraryFile();
+const HSVNEverlasting<LibraryFile> libraryFile{findLibraryFile()};
 
 /// <prefix>/lib/HSVN of <prefix>/lib/HSVN/Versions/A/libHSVN.so.
 std::string findLibraryPath()
 {
-    if (!libraryFile.failure.empty()) {
-        throw HSVNException("Failed to find the library's own package: " + libraryFile.failure, HSVNUserInfo{});
+    if (!(*libraryFile).failure.empty()) {
+        throw HSVNException("Failed to find the library's own package: " + (*libraryFile).failure, HSVNUserInfo{});
     }
-    return libraryFile.path.parent_path().parent_path().parent_path();
+    return (*libraryFile).path.parent_path().parent_path().parent_path();
 }
 
 } // namespace

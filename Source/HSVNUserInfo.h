@@ -15,7 +15,7 @@ inline constexpr const char* HSVNExceptionFileNameKey = "file";   ///< text: sou
 inline constexpr const char* HSVNExceptionStatusKey = "status";   ///< number: status code of the error
 /// Number: the revision that an operation committed although it failed, as when a delegate throws at what it is told of
 /// the commit. Any `HSVNPlatformException` has it, also one of a delegate; exceptions outside that class reach the
-/// caller as they are.
+/// caller as they are, and the system log tells the revision.
 inline constexpr const char* HSVNExceptionRevisionKey = "revision";
 
 struct HSVNUserInfoValue;

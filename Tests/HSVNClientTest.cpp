@@ -4,17 +4,21 @@
 #include "HSVNClientSettings.h"
 #include "HSVNCommitItem.h"
 #include "HSVNCommitOptions.h"
+#include "HSVNEndOfLine.h"
 #include "HSVNException.h"
 #include "HSVNInitialize.h"
 #include "HSVNLocalPath.h"
 #include "HSVNLock.h"
 #include "HSVNNode.h"
 #include "HSVNNotification.h"
+#include "HSVNPackage.h"
 #include "HSVNRevision.h"
 #include "HSVNRevisionSpec.h"
+#include "HSVNStatus.h"
 #include "HSVNTransferObserver.h"
 #include "HSVNURL.h"
 #include "HSVNUpdateOptions.h"
+#include "HSVNVersion.h"
 #include "Internal/Client.h"
 #include "Internal/Pool.h"
 #include "ReasonOf.h"
@@ -448,6 +452,18 @@ TEST_F(CommitTest, ADelegateThatThrowsOnceTheCommitIsDoneLeavesItsRevisionInTheE
     }
     EXPECT_EQ(revisionIn([&] { client->commit(workingCopy); }), ++revision);
     EXPECT_EQ(mustRun({"svn", "status", workingCopy}), "");
+    for (const int kind : {1, 2, 3}) {
+        writeFile(workingCopy + "/a.txt", "with an exception of kind " + std::to_string(kind));
+        delegate->notified = [kind](const HSVNNotificationRef& notification) {
+            if (notification->action() == HSVNNotifyActionCommitSucceeded) {
+                throwKind(kind);
+            }
+        };
+        testing::internal::CaptureStderr();
+        EXPECT_EQ(kindThrownBy([&] { commit(workingCopy, client); }), kind);
+        EXPECT_THAT(testing::internal::GetCapturedStderr(),
+                    testing::HasSubstr("Revision " + std::to_string(++revision) + " is committed"));
+    }
     delegate->notified = [](const auto&) {};
     writeFile(workingCopy + "/a.txt", "by a receiver\n");
     const auto throwing = [](const HSVNCommitResult&) { throwKind(0); };
@@ -618,11 +634,23 @@ TEST(Client, ServesOneThreadAtATime)
 
 namespace {
 
+/// What the library's shared objects say.
+std::string sharedTexts()
+{
+    const auto version = [](const HSVNVersion& shared) { return shared.versionString() + '\n'; };
+    return version(HSVNVersion::version1_4()) + version(HSVNVersion::version1_5()) +
+           version(HSVNVersion::version1_6()) + version(HSVNBundleLoader::sharedInstance().newestVersion().value()) +
+           HSVNRevision::HEAD()->description() + '\n' + HSVNRevisionSpec::WORKING()->description() + '\n' +
+           HSVNLocalPath::fileSystemRoot()->string() + '\n' + HSVNPackage::libraryPath() + '\n' +
+           HSVNEndOfLineNative.value() + '\n' + HSVNStatus::normal()->checksum().value_or("no checksum");
+}
+
 /// Works with the library when the process ends. Made before anything of the library, it goes after all of that.
 struct LateUser
 {
     HSVNClientRef client;
     std::string workingCopy;
+    std::string texts;
     ~LateUser()
     {
         if (client) {
@@ -632,7 +660,7 @@ struct LateUser
                 update(workingCopy, client);
                 HSVNClient::clientWithDelegate(nullptr);
                 HSVNURL::URLWithString("svn://example.org/%C3%A4");
-                std::fputs("worked", stderr);
+                std::fputs(sharedTexts() == texts ? "worked" : "other texts", stderr);
             } catch (const std::exception& exception) {
                 std::fputs(exception.what(), stderr);
             }
@@ -654,7 +682,8 @@ TEST(ClientDeathTest, WorksInADestructorOfAStaticObject)
             HSVNInitialize();
             lateUser.client = HSVNClient::clientWithDelegate(nullptr);
             lateUser.workingCopy = workingCopy;
-            std::exit(0); // NOLINT(concurrency-mt-unsafe): it is the end that is tested
+            lateUser.texts = sharedTexts(); // which makes them all
+            std::exit(0);                   // NOLINT(concurrency-mt-unsafe): it is the end that is tested
         },
         testing::ExitedWithCode(0), "^worked$");
 }

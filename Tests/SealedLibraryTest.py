@@ -74,6 +74,14 @@ class SealedLibrary(unittest.TestCase):
                   if re.match(r"(?:\w+ for )?(HSVN\w+)", name).group(1) not in self.internal}
         self.assertEqual(hidden, set())
 
+    def test_no_static_object_is_destroyed_when_the_process_ends(self):
+        """An application's own static objects may use the library in their destructors."""
+        folders = ("Source/CMakeFiles/hsvn_objects.dir", "Source/Unicode", "Bundles/CMakeFiles")
+        objects = [path for folder in folders for path in (BUILD / folder).rglob("*.o")
+                   if path.stem != "HSVNParsedURL.cpp"]  # Boost's own, which hold nothing
+        self.assertGreater(len(objects), 100)
+        self.assertEqual([str(path) for path in objects if "__cxa_atexit" in output_of("nm", "--undefined-only", path)], [])
+
     def test_modules_export_what_they_are_known_by(self):
         # Version bundles also what stands in front of their libraries' own functions.
         standing_in = set(re.findall(r"(\w+);", (SOURCE.parent / "cmake/HSVNBundle.map").read_text(encoding="utf-8")))

@@ -1,18 +1,23 @@
 #include "EntryPointTable.h"
 #include "StartUp.h"
 
-#include <string>
+#include <array>
+#include <cstdio>
 
 namespace {
 
+/// Kept in an array, which is there for as long as the process: applications may ask in the destructors of static
+/// objects.
 const char* versionText()
 {
-    static const std::string text = [] {
+    static const std::array<char, 64> text = [] {
         const svn_version_t* version = svn_client_version();
-        return std::to_string(version->major) + "." + std::to_string(version->minor) + "." +
-               std::to_string(version->patch) + version->tag;
+        std::array<char, 64> made{};
+        std::snprintf(made.data(), made.size(), "%d.%d.%d%s", version->major, version->minor, version->patch,
+                      version->tag);
+        return made;
     }();
-    return text.c_str();
+    return text.data();
 }
 
 } // namespace

@@ -1,6 +1,8 @@
 #include "Internal/CommittedRevision.h"
 
+#include "HSVNDebug.h"
 #include "HSVNException.h"
+#include "Internal/CaughtException.h"
 
 void HSVNCommittedRevision::tell(HSVNRevisionNumber revision)
 {
@@ -11,6 +13,9 @@ void HSVNCommittedRevision::tell(HSVNRevisionNumber revision)
         throw;
     } catch (HSVNPlatformException& exception) {
         exception._userInfo.insert_or_assign(HSVNExceptionRevisionKey, std::int64_t{revision});
-    } catch (...) { // NOLINT(bugprone-empty-catch): nowhere to write it
+    } catch (...) {
+        // The application's own, to be passed on as it is.
+        HSVNDebug::logAtLevel(HSVNDebugLevelOff, "Revision %d is committed, though a delegate threw: %@", revision,
+                              HSVNCaughtException()->reason());
     }
 }

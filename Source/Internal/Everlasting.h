@@ -1,5 +1,8 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
+#include <memory>
 #include <utility>
 
 /// An object that is made once and never destroyed, for the static objects that functions of the library share.
@@ -10,19 +13,18 @@ class HSVNEverlasting
 {
   public:
     template <class... Arguments>
-    explicit HSVNEverlasting(Arguments&&... arguments) : _value{std::forward<Arguments>(arguments)...}
+    explicit HSVNEverlasting(Arguments&&... arguments)
+        : _value{std::construct_at(reinterpret_cast<Value*>(_place.data()), std::forward<Arguments>(arguments)...)}
     {
     }
-    ~HSVNEverlasting() {} // NOLINT(modernize-use-equals-default): the value stays
+    ~HSVNEverlasting() = default; // the value stays
     HSVNEverlasting(const HSVNEverlasting&) = delete;
     HSVNEverlasting& operator=(const HSVNEverlasting&) = delete;
 
-    Value& operator*() { return _value; }
-    const Value& operator*() const { return _value; }
+    Value& operator*() { return *_value; }
+    const Value& operator*() const { return *_value; }
 
   private:
-    union
-    {
-        Value _value;
-    };
+    alignas(Value) std::array<std::byte, sizeof(Value)> _place;
+    Value* _value;
 };
