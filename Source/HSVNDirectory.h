@@ -61,8 +61,8 @@ class HSVN_EXPORT HSVNDirectory : public HSVNNode
     bool hasReplacedNodes() const { return hasNodesWithStatus(HSVNStatusKindReplaced); }
     /// Whether a modified item lies below the folder.
     bool hasModifiedNodes() const { return hasNodesWithStatus(HSVNStatusKindModified); }
-    /// Whether an item whose text or properties are in conflict lies below the folder; `childTreeConflictCount` tells of
-    /// tree conflicts.
+    /// Whether an item whose text or properties are in conflict lies below the folder; `childTreeConflictCount` tells
+    /// of tree conflicts.
     bool hasConflictedNodes() const { return hasNodesWithStatus(HSVNStatusKindConflicted); }
     /// Whether the repository-side kinds are anything but none and normal alone.
     bool hasNodesChangedInRepository() const

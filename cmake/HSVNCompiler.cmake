@@ -23,8 +23,9 @@ if(HSVN_CCACHE AND HSVN_CCACHE_PROGRAM)
   endif()
 endif()
 
+# The presets make errors of them; a build of another kind is not stopped by what a newer compiler warns of.
 add_library(hsvn_warnings INTERFACE)
-target_compile_options(hsvn_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Werror)
+target_compile_options(hsvn_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 
 if(HSVN_SANITIZE)
   if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
