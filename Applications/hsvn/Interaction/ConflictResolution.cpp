@@ -10,7 +10,6 @@
 
 #include <algorithm>
 #include <fmt/format.h>
-#include <functional>
 #include <utility>
 #include <vector>
 
@@ -243,31 +242,17 @@ ConflictResolution::Next ConflictResolution::launch(HSVNConflictedItem& item, co
 void ConflictResolution::ask(HSVNConflictedItem& item, const std::string& path)
 {
     printSummaryOnce();
-    std::vector<std::function<PromptEnd()>> questions;
+    const auto note = [this](PromptEnd end) { _hasQuit = end == PromptEnd::Quit; };
     if (item.hasTextConflict()) {
-        questions.emplace_back([&] { return TextConflictPrompt{_session, item, path}.ask(); });
+        note(TextConflictPrompt{_session, item, path}.ask());
     }
     for (const auto& property : item.conflictedProperties()) {
-        questions.emplace_back([&] { return PropertyConflictPrompt{_session, item, path, property}.ask(); });
-    }
-    if (item.hasTreeConflict()) {
-        questions.emplace_back([&] { return TreeConflictPrompt{item, path}.ask(); });
-    }
-    // What was put off is asked again as long as the last answer settled something.
-    PromptEnd end = PromptEnd::Settled;
-    while (!questions.empty() && end == PromptEnd::Settled) {
-        std::vector<std::function<PromptEnd()>> left;
-        for (auto& question : questions) {
-            end = question();
-            if (end == PromptEnd::Quit) {
-                _hasQuit = true;
-                return;
-            }
-            if (end == PromptEnd::Postponed) {
-                left.push_back(std::move(question));
-            }
+        if (!_hasQuit) {
+            note(PropertyConflictPrompt{_session, item, path, property}.ask());
         }
-        questions = std::move(left);
+    }
+    if (item.hasTreeConflict() && !_hasQuit) {
+        note(TreeConflictPrompt{item, path}.ask());
     }
 }
 
