@@ -178,3 +178,47 @@ TEST_P(WorkingCopyVerbs, RefuseWhatTheLineCannotDo)
     EXPECT_EQ(reasonOf<HSVNInvalidArgumentException>([&] { client->resolve(here, {.choice = beyond}); }),
               "Invalid conflict choice 8");
 }
+
+TEST_P(WorkingCopyVerbs, LeaveWhatALinkInTheirPlaceLeadsTo)
+{
+    const auto target = repository.beside("elsewhere");
+    const auto forced = HSVNDeleteOptions::defaults();
+    forced->setForce(true);
+    const auto removal = [&](const char* name) { return [&, name] { client->remove(at(name), {.force = true}); }; };
+    const auto deletion = [&](const char* name) {
+        return [&, name] { HSVNNode::deleteNodes({at(name)}, forced, client); };
+    };
+    const auto vacuuming = [&](HSVNVacuumChoices choices) { return [&, choices] { client->vacuum(root, choices); }; };
+    mustRun({"svn", "mkdir", "--quiet", item("added")});
+    mustRun({"svn", "copy", "--quiet", item("dir"), item("copied")});
+    const std::vector<std::tuple<const char*, std::string, Call>> calls{
+        {"remove a versioned directory", "dir", removal("dir")},
+        {"delete a versioned directory", "dir", deletion("dir")},
+        {"remove an added directory", "added", removal("added")},
+        {"delete an added directory", "added", deletion("added")},
+        {"remove a copied directory", "copied", removal("copied")},
+        {"delete a copied directory", "copied", deletion("copied")},
+        {"remove an unversioned one", "new link", removal("new link")},
+        {"delete an unversioned one", "new link", deletion("new link")},
+        {"vacuum unversioned items", "dir", vacuuming({.removeUnversioned = true})},
+        {"vacuum ignored items", "dir", vacuuming({.removeIgnored = true})},
+        {"vacuum a new link", "new link", vacuuming({.removeUnversioned = true})},
+        {"purge", "dir", [&] { HSVNDirectory::purgeAdminDirectoriesInPath(at("")); }},
+    };
+    const auto kept = repository.beside("kept");
+    std::filesystem::rename(root, kept);
+    for (const auto& [name, place, call] : calls) {
+        SCOPED_TRACE(name);
+        std::filesystem::remove_all(root);
+        std::filesystem::copy(kept, root, std::filesystem::copy_options::recursive);
+        writeFile(target + "/file", "precious");
+        writeFile(target + "/inner/build.o", "precious");
+        std::filesystem::create_directories(target + "/.svn");
+        std::filesystem::remove_all(item(place));
+        std::filesystem::create_directory_symlink(target, item(place));
+        failureOf(call);
+        EXPECT_EQ(readFile(target + "/file"), "precious");
+        EXPECT_EQ(readFile(target + "/inner/build.o"), "precious");
+        EXPECT_TRUE(std::filesystem::exists(target + "/.svn"));
+    }
+}

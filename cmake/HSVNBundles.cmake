@@ -52,6 +52,14 @@ function(hsvn_adapter_settings target include_folder)
   endif()
 endfunction()
 
+# Lets a bundle of static libraries remove directories through the adapter. The lines before 1.5 have no such function.
+function(hsvn_wrap_directory_removal target version)
+  if(version VERSION_GREATER_EQUAL 1.5)
+    target_compile_definitions(${target} PRIVATE HSVN_WRAPS_DIRECTORY_REMOVAL)
+    target_link_options(${target} PRIVATE -Wl,--wrap=svn_io_remove_dir2)
+  endif()
+endfunction()
+
 function(hsvn_subversion_version include_folder result)
   file(STRINGS ${include_folder}/svn_version.h lines REGEX "#define SVN_VER_(MAJOR|MINOR|PATCH) +[0-9]+")
   foreach(line IN LISTS lines)

@@ -10,6 +10,14 @@ svn_node_kind_t kindOnDisk(const char* path, apr_pool_t* pool)
     return kind;
 }
 
+bool isSymbolicLink(const char* path, apr_pool_t* pool)
+{
+    apr_finfo_t found{};
+    svn_error_t* const error = svn_io_stat(&found, path, APR_FINFO_TYPE | APR_FINFO_LINK, pool);
+    svn_error_clear(error);
+    return error == nullptr && found.filetype == APR_LNK;
+}
+
 svn_error_t* nothingAt(const char* path)
 {
     return svn_error_createf(SVN_ERR_NODE_UNKNOWN_KIND, nullptr, "'%s' does not exist", path);

@@ -1,5 +1,6 @@
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
+#include "ItemsOnDisk.h"
 #include "OwnDatabases.h"
 #include "Relocation.h"
 
@@ -69,12 +70,30 @@ svn_error_t* cleanup(const char* path, svn_boolean_t breakLocks, svn_boolean_t f
     });
 }
 
+/// Subversion takes what a symbolic link leads to for unversioned items of the versioned directory whose place it has.
+svn_error_t* refuseLinkedDirectory(void* /*baton*/, const char* path, const svn_client_status_t* status,
+                                   apr_pool_t* pool)
+{
+    if (status->node_status != svn_wc_status_obstructed || !isSymbolicLink(status->local_abspath, pool)) {
+        return SVN_NO_ERROR;
+    }
+    return svn_error_createf(SVN_ERR_NODE_UNEXPECTED_KIND, nullptr,
+                             "'%s' is a symbolic link in the place of a versioned item: delete the link first, "
+                             "or what it leads to would be deleted",
+                             path);
+}
+
 svn_error_t* vacuum(const char* path, svn_boolean_t removeUnversioned, svn_boolean_t removeIgnored,
                     svn_boolean_t fixTimestamps, svn_boolean_t vacuumPristines, svn_boolean_t includeExternals,
                     svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTarget(&path, pool));
     SVN_ERR(checkAbsoluteTarget(&path, pool));
+    if (removeUnversioned || removeIgnored) {
+        const svn_opt_revision_t working{svn_opt_revision_working, {}};
+        SVN_ERR(svn_client_status6(nullptr, ctx, path, &working, svn_depth_infinity, FALSE, FALSE, TRUE, FALSE,
+                                   !includeExternals, FALSE, nullptr, refuseLinkedDirectory, nullptr, pool));
+    }
     return svn_client_vacuum(path, removeUnversioned, removeIgnored, fixTimestamps, vacuumPristines, includeExternals,
                              ctx, pool);
 }
