@@ -68,6 +68,17 @@ svn_error_t* pristineCopyPath(const char* path, const char** pristinePath, apr_p
     return smoothed(svn_wc_get_pristine_copy_path(path, pristinePath, pool));
 }
 
+/// Whether the line works with working copies of a format as they are. The lines before 1.7 work with older ones, too.
+bool isFormatOfLine(int format)
+{
+    constexpr int newest = HSVN_LINE_MINOR >= 15  ? 32
+                           : HSVN_LINE_MINOR >= 8 ? 31
+                           : HSVN_LINE_MINOR == 7 ? 29
+                                                  : HSVN_LINE_MINOR + 4;
+    constexpr int oldest = HSVN_LINE_MINOR >= 15 ? 31 : HSVN_LINE_MINOR >= 7 ? newest : 2;
+    return format >= oldest && format <= newest;
+}
+
 } // namespace
 
 int statedFormat(const char* folder, apr_pool_t* pool)
@@ -92,6 +103,9 @@ svn_error_t* formatChecked(const char* folder, svn_error_t* error, apr_pool_t* p
     const int format = statedFormat(folder, pool);
     if (format == 0) {
         return error;
+    }
+    if (isFormatOfLine(format)) {
+        return svn_error_createf(SVN_ERR_WC_CORRUPT, error, "The working copy at '%s' cannot be read", folder);
     }
     // Newer lines say that it is no working copy.
     return svn_error_createf(SVN_ERR_WC_UNSUPPORTED_FORMAT, error,

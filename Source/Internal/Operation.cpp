@@ -32,6 +32,30 @@ HSVNContextRef sharedContext(HSVNContext& context)
     return shared ? shared : HSVNContextRef{HSVNContextRef{}, &context};
 }
 
+bool isOfDatabase(const svn_error_t* error)
+{
+    const auto isMeant = [](apr_status_t code) {
+        return (code >= SVN_ERR_SQLITE_ERROR && code <= SVN_ERR_SQLITE_CONSTRAINT) ||
+               code == SVN_ERR_SQLITE_ROLLBACK_FAILED;
+    };
+    while (error && !isMeant(error->apr_err)) {
+        error = error->child;
+    }
+    return error != nullptr;
+}
+
+/// Closes what the context keeps open: Subversion may leave a database amid the transaction that failed, which would
+/// lock everyone out of the working copy.
+void closeDatabases(const HSVNOperation& operation)
+{
+    const auto& context = operation.context();
+    if (const auto close =
+            HSVNExtensionOrNull(context->bundle()->extensions(), &HSVNBundleExtensions::close_working_copies))
+    {
+        operation->error_clear(close(operation.ctx(), context->pool(), operation.pool()));
+    }
+}
+
 } // namespace
 
 void HSVNArgument::addLocalPaths(const std::string& target)
@@ -153,6 +177,9 @@ svn_error_t* HSVNOperation::stop()
 
 void HSVNOperation::check(svn_error_t* error)
 {
+    if (_use.isOutermost() && isOfDatabase(error)) { // else a call of Subversion may be using them
+        closeDatabases(*this);
+    }
     if (const std::exception_ptr kept = _context->takeKeptException()) {
         _entryPoints->error_clear(error);
         std::rethrow_exception(kept);

@@ -327,19 +327,23 @@ class Faults : public testing::TestWithParam<std::size_t>
         }
     }
 
-    /// Cleans up and looks at what is there then.
+    /// Cleans up with the client that has met the failure, and looks at what is there then.
     ///
     /// @param told  what the operation told of its failure; nil after a kill
-    void expectUsable(Place place, const std::optional<std::string>& told)
+    void expectUsable(const Place& place, const std::optional<std::string>& told)
     {
-        if (!scenario().resume || files::exists(place.root + "/.svn/wc.db")) {
+        const auto database = place.root + "/.svn/wc.db";
+        if (files::exists(database)) {
+            const auto other = runCommand({"sqlite3", database, "BEGIN IMMEDIATE; ROLLBACK;"});
+            EXPECT_EQ(other.errors.find("locked"), std::string::npos) << "others are kept out: " << other.errors;
+        }
+        if (!scenario().resume || files::exists(database)) {
             try {
                 HSVNDirectory::cleanUpWorkingCopyAtPath(place.wc(), place.client);
             } catch (const HSVNException& failure) {
                 EXPECT_TRUE(scenario().resume != nullptr) << failure.reason();
             }
         }
-        place = here(); // whose client saw nothing of the failure
         if (scenario().resume) {
             EXPECT_NO_THROW(scenario().resume(place));
             EXPECT_EQ(state(place), after);
