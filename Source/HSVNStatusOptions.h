@@ -20,6 +20,10 @@ struct HSVNStatusChoices
     bool matchIgnorePatterns = true;        ///< leave ignored items out
     bool processExternals = true;           ///< go on into externals
     std::vector<std::string> changelists{}; ///< only items of these; none means all
+    /// Threads that may work on it, the caller's among them, which alone hears anything: 1 forbids others; 0 leaves the
+    /// number to the library, which takes no other for a small working copy. More than there are processors, or than
+    /// four, are not taken. Only 1.14 has a use for others, where the repository is not asked.
+    unsigned threads = 0;
 };
 
 /// Choices for a status scan of a working copy.

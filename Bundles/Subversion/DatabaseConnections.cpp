@@ -5,6 +5,7 @@
 #include "WorkingCopyPlace.h"
 
 #include <memory>
+#include <sys/stat.h>
 #include <utility>
 
 namespace HSVNAdapter {
@@ -56,6 +57,15 @@ SQLiteDatabase openDatabase(const std::string& file)
     const bool isKnown =
         format && sqlite3_step(format.get()) == SQLITE_ROW && sqlite3_column_int(format.get(), 0) == knownFormat;
     return isKnown ? std::move(database) : nullptr;
+}
+
+bool isWorthThreads(const std::string& file)
+{
+    constexpr off_t fewestBytes = 1024 * 1024L;
+    struct stat state
+    {
+    };
+    return ::stat(file.c_str(), &state) == 0 && state.st_size >= fewestBytes;
 }
 
 void leaveDatabase(SQLiteDatabase database, const std::string& file, apr_pool_t* pool)

@@ -14,6 +14,9 @@ namespace HSVNAdapter {
 /// For one thread.
 SQLiteDatabase openDatabase(const std::string& file);
 
+/// Whether a database is so large that a thread is made in less time than it is read in.
+bool isWorthThreads(const std::string& file);
+
 /// Leaves a connection to what the pool's owner does next, as a scan does after asking for externals: opening one anew
 /// takes longer than scanning a small folder. It is closed with the pool.
 void leaveDatabase(SQLiteDatabase database, const std::string& file, apr_pool_t* pool);

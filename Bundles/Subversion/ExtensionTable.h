@@ -25,6 +25,7 @@ void fillList(HSVNBundleExtensions& table);
 void fillLog(HSVNBundleExtensions& table);
 void fillStoredCredentials(HSVNBundleExtensions& table);
 void fillStatus(HSVNBundleExtensions& table);
+void fillStatusOnThreads(HSVNBundleExtensions& table);
 void fillTextComparison(HSVNBundleExtensions& table);
 void fillCheckOut(HSVNBundleExtensions& table);
 void fillCommit(HSVNBundleExtensions& table);

@@ -123,6 +123,7 @@ HSVNBundleExtensions makeExtensions()
     fillList(table);
     fillLog(table);
     fillStatus(table);
+    fillStatusOnThreads(table);
     fillBlame(table);
     fillDiff(table);
     fillContents(table);

@@ -2,7 +2,8 @@
 
 #ifdef HSVN_FAST_STATUS
 
-#include <csignal>
+#include "BlockedSignals.h"
+
 #include <utility>
 
 namespace HSVNAdapter {
@@ -12,24 +13,6 @@ namespace {
 constexpr std::size_t largestLead = 8192;
 /// and goes on when so few are left.
 constexpr std::size_t smallestLead = largestLead / 2;
-
-/// All signals blocked while it lives; a thread made meanwhile keeps them blocked.
-class BlockedSignals
-{
-  public:
-    BlockedSignals()
-    {
-        sigset_t all;
-        sigfillset(&all);
-        pthread_sigmask(SIG_SETMASK, &all, &_before);
-    }
-    ~BlockedSignals() { pthread_sigmask(SIG_SETMASK, &_before, nullptr); }
-    BlockedSignals(const BlockedSignals&) = delete;
-    BlockedSignals& operator=(const BlockedSignals&) = delete;
-
-  private:
-    sigset_t _before{};
-};
 
 } // namespace
 

@@ -2,6 +2,7 @@
 
 #ifdef HSVN_FAST_STATUS
 
+#include "DatabaseConnections.h"
 #include "StatusEntries.h"
 
 #include <algorithm>
@@ -18,9 +19,6 @@ constexpr std::size_t itemsBetweenQuestions = 256;
 
 /// So many entries of a folder are read one by one before the rest are read together.
 constexpr std::size_t mostSingleEntries = 6;
-
-/// Databases of fewer bytes are read faster than a thread is made.
-constexpr off_t worthAThread = 1024 * 1024L;
 
 // Asked for every item, and the standard search is a loop over bytes.
 std::size_t placeOfLastSlash(std::string_view path)
@@ -370,10 +368,7 @@ svn_error_t* StatusRecords::readRecord(svn_wc_status2_t** record, const char* pa
 void StatusRecords::startReadingAhead()
 {
     const auto* database = databaseFor(_target);
-    struct stat state
-    {
-    };
-    if (database == nullptr || stat(database->file().c_str(), &state) != 0 || state.st_size < worthAThread) {
+    if (database == nullptr || !isWorthThreads(database->file())) {
         return;
     }
     try {

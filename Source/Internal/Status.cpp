@@ -141,10 +141,17 @@ svn_error_t* callStatus(StatusCall& call, svn_revnum_t* result, const char* targ
     auto& operation = call.operation;
     const auto& choices = call.choices;
     const auto revision = (choices.revision ? choices.revision : HSVNRevision::HEAD())->SVNRevision();
+    const auto call6 = [&](auto status, auto... threads) {
+        return status(threads..., result, operation.ctx(), target, &revision, HSVNDepthForSubversion(choices.depth),
+                      choices.getAll, choices.contactRepository, !choices.matchIgnorePatterns,
+                      !choices.processExternals, HSVNFilterArray(operation, choices.changelists), receiveStatus, &call,
+                      operation.pool());
+    };
+    if (const auto status = operation.newest(&HSVNBundleExtensions::client_status_on_threads)) {
+        return call6(status, choices.threads);
+    }
     if (const auto status = operation.newest(&HSVNBundleExtensions::client_status)) {
-        return status(result, operation.ctx(), target, &revision, HSVNDepthForSubversion(choices.depth), choices.getAll,
-                      choices.contactRepository, !choices.matchIgnorePatterns, !choices.processExternals,
-                      HSVNFilterArray(operation, choices.changelists), receiveStatus, &call, operation.pool());
+        return call6(status);
     }
     const bool recurses = choices.depth == HSVNDepthUnknown || choices.depth == HSVNDepthInfinity;
     operation.refuse(!recurses && choices.depth != HSVNDepthImmediates, "depth");
