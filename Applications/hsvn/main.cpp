@@ -3,10 +3,13 @@
 #include "CommandLine/NativeText.h"
 #include "CommandLine/RevisionArguments.h"
 #include "CommandLine/Session.h"
+#include "CommandLine/Similarity.h"
 #include "CommandLine/Subcommands.h"
+#include "CommandLine/TargetHints.h"
 #include "Commands/CommitRun.h"
 #include "Output/ErrorOutput.h"
 #include "Output/Output.h"
+#include "Output/Pager.h"
 
 #include <algorithm>
 #include <array>
@@ -38,7 +41,9 @@ const Subcommand& chooseSubcommand(const CommandLine& line, const Options& optio
     const Subcommand* const found = subcommandNamed(line.arguments.front());
     if (!found) {
         const std::string name = NativeText::toUTF8(line.arguments.front());
-        throw UsageError{fmt::format("Unknown subcommand: '{}'", NativeText::fromUTF8(name)), false};
+        throw UsageError{
+            fmt::format("Unknown subcommand: '{}'{}", NativeText::fromUTF8(name), suggestion(name, subcommandNames())),
+            false};
     }
     return *found;
 }
@@ -202,7 +207,8 @@ void run(int count, char** words)
         subcommand.run(session);
         Output::flush();
     } catch (const HSVNException& exception) {
-        throw advised(exception, subcommand, session.options);
+        const auto hints = targetHints(session, exception);
+        throw advised(hints.empty() ? exception : extended(exception, hints), subcommand, session.options);
     }
 }
 
@@ -227,6 +233,8 @@ int runPrintingErrors(int count, char** words)
     } catch (const HSVNException& exception) {
         if (Cancellation::isAsked()) {
             printInterruption(exception);
+        } else if (Pager::isRunning() && hasCause(exception, PipeWrite)) {
+            return EXIT_SUCCESS; // the user has seen enough
         } else {
             printError(exception);
         }
@@ -264,6 +272,7 @@ int main(int count, char** words)
         initializeLocale();
         Cancellation::catchSignals();
         const int code = runPrintingErrors(count, words);
+        Output::end();
         Cancellation::endBySignal();
         return code;
     } catch (const std::exception& exception) {

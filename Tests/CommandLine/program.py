@@ -22,8 +22,9 @@ HSVN, DOCUMENTS, TABLES = sys.argv[1:4]
 
 # What svn does not have: a subcommand of svnadmin, and options.
 OWN_SUBCOMMANDS = {"create"}
-OWN_OPTIONS = {**{name: {"--json"} for name in ("blame", "info", "list", "log", "propget", "proplist", "status")},
-               "diff": {"--json", "--word"}}
+OWN_OPTIONS = {**{name: {"--json"} for name in ("blame", "info", "list", "propget", "proplist", "status")},
+               "diff": {"--json", "--word"}, "log": {"--json", "--graph"}}
+OWN_GLOBAL_OPTIONS = {"--no-pager"}
 
 
 def hsvn(*arguments, folder=".", **options):
@@ -79,7 +80,8 @@ class Documents(unittest.TestCase):
                 is_own = not OWN_OPTIONS.get(name, set()).isdisjoint(spellings)
                 if name != "help" and not is_own and not any(is_used(spellings, row) for row in mine):
                     missing.append(f"{name} {spellings[-1]}")
-            missing += [spellings[-1] for spellings in shared if not any(is_used(spellings, row) for row in words)]
+            missing += [spellings[-1] for spellings in shared
+                        if OWN_GLOBAL_OPTIONS.isdisjoint(spellings) and not any(is_used(spellings, row) for row in words)]
         self.assertEqual(sorted(set(missing)), [])
 
     def test_every_subcommand_and_option_of_svn_is_there(self):
@@ -91,7 +93,7 @@ class Documents(unittest.TestCase):
                           for part in options_of(name, "svn")]
             ours = [{spelling for each in part for spelling in each if spelling.startswith("--")}
                     for part in self.subcommands[name][1:]]
-            self.assertEqual(ours, [long_names[0] | OWN_OPTIONS.get(name, set()), long_names[1]], name)
+            self.assertEqual(ours, [long_names[0] | OWN_OPTIONS.get(name, set()), long_names[1] | OWN_GLOBAL_OPTIONS], name)
 
     def test_bash_completes_subcommands_options_and_values(self):
         for name, (_, own, shared) in self.subcommands.items():
@@ -121,7 +123,7 @@ def on_terminal(arguments, folder, environment):
     """What hsvn shows on a terminal."""
     ours, theirs = pty.openpty()
     with open(ours, "rb", closefd=True) as terminal:
-        subprocess.run([HSVN, *arguments], cwd=folder, env={**fixtures.environment(folder), **environment},
+        subprocess.run([HSVN, *arguments], cwd=folder, env={**fixtures.environment(folder), "HSVN_PAGER": "", **environment},
                        stdin=subprocess.DEVNULL, stdout=theirs, check=True, timeout=60)
         os.close(theirs)
         shown = b""

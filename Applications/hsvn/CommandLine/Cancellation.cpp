@@ -5,12 +5,15 @@
 
 namespace {
 
-volatile std::sig_atomic_t arrivedSignal = 0; // NOLINT: the one thing that a signal handler may write
+// NOLINTBEGIN: the one kind of thing that a signal handler may read and write
+volatile std::sig_atomic_t arrivedSignal = 0;
+volatile std::sig_atomic_t outlastsInterrupts = 0;
+// NOLINTEND
 
 extern "C" void rememberSignal(int number)
 {
     // A second one ends the program at once.
-    static_cast<void>(std::signal(number, SIG_DFL));
+    static_cast<void>(std::signal(number, number == SIGINT && outlastsInterrupts != 0 ? rememberSignal : SIG_DFL));
     arrivedSignal = number;
 }
 
@@ -27,6 +30,8 @@ void Cancellation::catchSignals()
     // Writing to a closed pipe fails and is told as any other failure.
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
 }
+
+void Cancellation::outlastInterrupts() { outlastsInterrupts = 1; }
 
 bool Cancellation::isAsked() { return arrivedSignal != 0; }
 

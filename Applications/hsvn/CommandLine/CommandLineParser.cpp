@@ -2,6 +2,7 @@
 
 #include "CommandLine/Errors.h"
 #include "CommandLine/Session.h"
+#include "CommandLine/Similarity.h"
 
 #include <fmt/format.h>
 #include <getopt.h>
@@ -11,6 +12,16 @@ namespace {
 
 constexpr int firstLongValue = 256;                      // above every letter
 constexpr int noFault = std::numeric_limits<int>::min(); // no letter either, which are negative beyond ASCII
+
+/// "; did you mean '--NAME'?" for a word that begins with a misspelled long name.
+std::string suggestedOption(const std::string& word)
+{
+    std::vector<const char*> names;
+    for (const Option& each : optionTable()) {
+        names.push_back(each.name);
+    }
+    return word.starts_with("--") ? suggestion(word.substr(2, word.find('=') - 2), names, "--") : "";
+}
 
 [[noreturn]] void failToParse(const std::string& what, const std::string& word)
 {
@@ -81,7 +92,7 @@ void refuseAbbreviation(const Step& step, int value)
     const std::string name = step.word.substr(0, step.word.find('='));
     const Option& option = optionOf(value);
     if (name != std::string{"--"} + option.name && !(option.alias && name == std::string{"--"} + option.alias)) {
-        failToParse("invalid option", step.word);
+        failToParse("invalid option", step.word + suggestedOption(step.word));
     }
 }
 
@@ -96,7 +107,10 @@ void refuseAbbreviation(const Step& step, int value)
     if (isLetter) {
         failToParse("invalid option character", letter);
     }
-    failToParse(step.fault == 0 ? "invalid option" : "erroneous argument", step.word);
+    if (step.fault == 0) {
+        failToParse("invalid option", step.word + suggestedOption(step.word));
+    }
+    failToParse("erroneous argument", step.word);
 }
 
 } // namespace

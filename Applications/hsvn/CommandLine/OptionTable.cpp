@@ -482,6 +482,8 @@ constexpr std::array table{
            "--show-copies-as-adds --ignore-properties",
            set<&Options::patchCompatible>},
     Option{OptionId::Diff, "diff", nullptr, 0, nullptr, "produce diff output", set<&Options::showDiff>},
+    Option{OptionId::Graph, "graph", nullptr, 0, nullptr, "draw branches and merges beside the revisions",
+           set<&Options::graph>},
     Option{OptionId::Word, "word", nullptr, 0, nullptr, "on a terminal, colour the words that differ",
            set<&Options::colourWords>},
     Option{OptionId::Strip, "strip", nullptr, 0, "ARG",
@@ -540,6 +542,8 @@ constexpr std::array table{
     Option{OptionId::ForceInteractive, "force-interactive", nullptr, 0, nullptr,
            "do interactive prompting even if standard input\nis not a terminal device",
            set<&Options::forceInteractive>},
+    Option{OptionId::NoPager, "no-pager", nullptr, 0, nullptr, "do not show long output in a pager",
+           set<&Options::noPager>},
     Option{OptionId::TrustServerCert, "trust-server-cert", nullptr, 0, nullptr,
            "deprecated; same as\n--trust-server-cert-failures=unknown-ca", applyTrustServerCert},
     Option{OptionId::TrustServerCertFailures, "trust-server-cert-failures", nullptr, 0, "ARG",
@@ -564,11 +568,17 @@ constexpr std::array table{
            set<&Options::version>},
 };
 
-constexpr std::array global{OptionId::Username,          OptionId::Password,
-                            OptionId::PasswordFromStdin, OptionId::NoAuthCache,
-                            OptionId::NonInteractive,    OptionId::ForceInteractive,
-                            OptionId::TrustServerCert,   OptionId::TrustServerCertFailures,
-                            OptionId::ConfigDir,         OptionId::ConfigOption};
+constexpr std::array global{OptionId::Username,
+                            OptionId::Password,
+                            OptionId::PasswordFromStdin,
+                            OptionId::NoAuthCache,
+                            OptionId::NonInteractive,
+                            OptionId::ForceInteractive,
+                            OptionId::TrustServerCert,
+                            OptionId::TrustServerCertFailures,
+                            OptionId::ConfigDir,
+                            OptionId::ConfigOption,
+                            OptionId::NoPager};
 
 constexpr bool isInOrder()
 {

@@ -133,6 +133,7 @@ struct Options // NOLINT(clang-analyzer-optin.performance.Padding)
     bool gitFormat = false;
     bool patchCompatible = false;
     bool showDiff = false;
+    bool graph = false;
     bool colourWords = false;
 
     // A patch
@@ -154,6 +155,7 @@ struct Options // NOLINT(clang-analyzer-optin.performance.Padding)
     bool incremental = false;
     bool humanReadable = false;
     bool noNewline = false;
+    bool noPager = false;
     std::optional<std::string> showItem;
     ShownRevisions shownRevisions = ShownRevisions::Unspecified;
     bool showLog = false; ///< of merged revisions

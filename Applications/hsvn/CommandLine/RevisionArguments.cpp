@@ -3,8 +3,11 @@
 #include "CommandLine/Errors.h"
 #include "CommandLine/NativeText.h"
 #include "CommandLine/Session.h"
+#include "CommandLine/Similarity.h"
 #include "CommandLine/TextFiles.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <fmt/format.h>
 #include <limits>
@@ -60,13 +63,27 @@ RevisionArgument changeRange(const std::string& change)
 
 bool isUnspecified(const HSVNRevisionRef& revision) { return revision->isEqual(HSVNRevision::UNSPECIFIED()); }
 
+std::string suggestedRevision(const std::string& text)
+{
+    constexpr std::array known{"HEAD", "BASE", "COMMITTED", "PREV"};
+    std::string meant;
+    for (std::string part : split(text, ":")) {
+        std::transform(part.begin(), part.end(), part.begin(), [](char letter) {
+            return letter >= 'a' && letter <= 'z' ? static_cast<char>(letter - 'a' + 'A') : letter;
+        });
+        const bool isKnown = std::find(known.begin(), known.end(), part) != known.end();
+        meant = meant.empty() && !isKnown ? suggestion(part, known) : meant;
+    }
+    return meant;
+}
+
 void applyRevision(Session& session, Options& options, const std::string& argument)
 {
     options.usedRevision = true;
     const std::string text = NativeText::toUTF8(argument);
     const auto revisions = HSVNArguments::parseRevisions(text, session.context());
     if (!revisions) {
-        fail(ArgumentParsing, fmt::format("Syntax error in revision argument '{}'", text));
+        fail(ArgumentParsing, fmt::format("Syntax error in revision argument '{}'{}", text, suggestedRevision(text)));
     }
     options.revisions.push_back({revisions->first, revisions->second});
 }

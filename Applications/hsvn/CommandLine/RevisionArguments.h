@@ -8,6 +8,9 @@ class Session;
 
 bool isUnspecified(const HSVNRevisionRef& revision);
 
+/// "; did you mean 'HEAD'?" for a text that is no revision, as `suggestion`.
+std::string suggestedRevision(const std::string& text);
+
 /// -r: one revision or a range, as Subversion reads it.
 ///
 /// @throws HSVNException "Syntax error in revision argument"

@@ -1,12 +1,12 @@
 #include "CommandLine/Session.h"
 
-#include "CommandLine/Cancellation.h"
 #include "CommandLine/ConfigurationNames.h"
 #include "CommandLine/NativeText.h"
 #include "CommandLine/TextFiles.h"
 #include "Output/Display.h"
 #include "Output/ErrorOutput.h"
-#include "Output/Output.h"
+#include "Output/OperationListener.h"
+#include "Output/Pager.h"
 #include "Output/Progress.h"
 #include "Output/Words.h"
 
@@ -14,12 +14,6 @@
 #include <fmt/format.h>
 
 namespace {
-
-/// Answers nothing but whether to go on.
-struct CancellationOnly
-{
-    static bool queryContinue(HSVNContext& /*context*/) { return !Cancellation::isAsked(); }
-};
 
 /// The first line of standard input.
 std::string passwordFromInput()
@@ -75,7 +69,7 @@ const HSVNClientRef& Session::client()
     }
     loadBundles();
     if (!_delegate) {
-        _delegate = std::make_shared<HSVNClientDelegateFor<CancellationOnly>>();
+        _delegate = std::make_shared<HSVNClientDelegateFor<OperationListener>>();
     }
     auto client = HSVNClient::clientWithDelegate(_delegate);
     HSVNClientSettings settings = options.client;
@@ -105,6 +99,7 @@ const HSVNClientRef& Session::client()
     }
     warnOfUnknownFiles();
     if (Display::isShown() && !options.quiet) {
+        Progress::setWanted(true);
         _transfer.emplace(client,
                           [](std::int64_t bytes, std::optional<std::int64_t>) { Progress::setTransferred(bytes); });
     }
@@ -120,6 +115,13 @@ void Session::ensureConfigurationArea()
             {.configurationDirectory = options.client.configurationDirectory});
     } catch (const HSVNException&) { // NOLINT(bugprone-empty-catch)
         // What goes wrong beside it is what the user is told.
+    }
+}
+
+void Session::pageOutput() const
+{
+    if (!options.noPager) {
+        Pager::use();
     }
 }
 

@@ -27,6 +27,8 @@ class Session
     void ensureConfigurationArea();
     /// Whether the configuration turns an option of its section [miscellany] on.
     bool isConfigured(const std::string& option);
+    /// Says that what the subcommand prints is long, so that it goes through the user's pager where one is wanted.
+    void pageOutput() const;
     /// Whoever hears the client's notifications and answers its questions; by default only cancellation is answered.
     /// Kept alive by the session.
     void setDelegate(HSVNClientDelegateRef delegate);

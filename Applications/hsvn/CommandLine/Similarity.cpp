@@ -1,7 +1,10 @@
 #include "CommandLine/Similarity.h"
 
+#include "Output/Pager.h"
+
 #include <algorithm>
 #include <fmt/format.h>
+#include <unistd.h>
 
 namespace {
 
@@ -48,6 +51,17 @@ std::vector<std::string> namesLike(std::string_view name, std::span<const char* 
         names.push_back(candidate);
     }
     return names;
+}
+
+std::string suggestion(std::string_view name, std::span<const char* const> known, std::string_view prefix)
+{
+    constexpr std::size_t most = 3;
+    if (!Pager::isBeforeTerminal(STDERR_FILENO)) {
+        return "";
+    }
+    auto meant = namesLike(name, known);
+    meant.resize(std::min(meant.size(), most));
+    return meant.empty() ? "" : fmt::format("; did you mean {}?", choiceOf(meant, prefix));
 }
 
 std::string choiceOf(const std::vector<std::string>& names, std::string_view prefix)

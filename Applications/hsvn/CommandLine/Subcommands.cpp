@@ -43,6 +43,15 @@ std::span<const Subcommand* const> subcommands()
     return all;
 }
 
+std::vector<const char*> subcommandNames()
+{
+    std::vector<const char*> names;
+    for (const Subcommand* const subcommand : subcommands()) {
+        names.push_back(subcommand->name);
+    }
+    return names;
+}
+
 const Subcommand* subcommandNamed(std::string_view name)
 {
     for (const Subcommand* const candidate : subcommands()) {

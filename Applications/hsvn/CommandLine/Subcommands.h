@@ -82,5 +82,7 @@ const Subcommand& upgradeSubcommand();
 
 /// All subcommands in the order of `help`.
 std::span<const Subcommand* const> subcommands();
+/// The names of all subcommands, without aliases.
+std::vector<const char*> subcommandNames();
 /// By name or alias; null when there is none.
 const Subcommand* subcommandNamed(std::string_view name);

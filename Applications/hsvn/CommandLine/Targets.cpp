@@ -1,6 +1,7 @@
 #include "CommandLine/Targets.h"
 
 #include "CommandLine/NativeText.h"
+#include "CommandLine/RevisionArguments.h"
 #include "Output/ErrorOutput.h"
 
 #include <algorithm>
@@ -64,7 +65,15 @@ std::string takeArgument(Session& session)
 
 HSVNArguments::Pegged peggedTarget(Session& session, const std::string& target)
 {
-    return HSVNArguments::parse(target, session.client());
+    try {
+        return HSVNArguments::parse(target, session.client());
+    } catch (const HSVNException& exception) {
+        const std::string meant = suggestedRevision(target.substr(target.rfind('@') + 1));
+        if (meant.empty()) {
+            throw;
+        }
+        throw failure(exception.status(), exception.reason() + meant);
+    }
 }
 
 std::vector<std::string> unpeggedTargets(const std::vector<std::string>& targets)

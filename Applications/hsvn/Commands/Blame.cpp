@@ -209,7 +209,11 @@ class BlameRun
     nlohmann::ordered_json _records = nlohmann::ordered_json::array();
 };
 
-void runBlame(Session& session) { BlameRun{session}.run(); }
+void runBlame(Session& session)
+{
+    session.pageOutput();
+    BlameRun{session}.run();
+}
 
 } // namespace
 

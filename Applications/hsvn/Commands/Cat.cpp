@@ -34,6 +34,7 @@ void runCat(Session& session)
     if (targets.empty()) {
         fail(InsufficientArguments, "Not enough arguments provided");
     }
+    session.pageOutput();
     TargetFailures failures;
     for (const auto& target : targets) {
         failures.attempt({UnversionedResource, EntryNotFound, ClientIsDirectory, NodeNotFound},

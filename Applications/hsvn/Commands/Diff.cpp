@@ -7,6 +7,7 @@
 #include "Output/Display.h"
 #include "Output/JSON.h"
 #include "Output/Output.h"
+#include "Output/Progress.h"
 #include "Output/WordColours.h"
 #include "Output/Words.h"
 #include "Output/XML.h"
@@ -50,9 +51,11 @@ class DiffRun
     {
         const Options& options = _session.options;
         checkDocument();
-        // Subversion itself, and whatever program it runs, write to the terminal: a line of progress would be in the
-        // way.
-        _session.options.quiet = !options.summarize;
+        if (isLeftToProgram()) {
+            Progress::setWanted(false);
+        } else {
+            _session.pageOutput();
+        }
         if (options.xml) {
             XML::writeHeader("diff");
             Output::writeBytes(XML{}.open("paths").text());
@@ -72,6 +75,14 @@ class DiffRun
     }
 
   private:
+    /// Whether a program of the user's own compares, which may want the terminal for itself.
+    bool isLeftToProgram() const
+    {
+        return !_session.options.summarize && !_session.options.json &&
+               _session.client()->optionForName("diff-cmd", HSVNConfigCategoryConfig, HSVNConfigSectionHelpers,
+                                                std::nullopt);
+    }
+
     void checkDocument() const
     {
         const Options& options = _session.options;
@@ -228,7 +239,8 @@ class DiffRun
             _session.client()->diff(item, other, choices(), [&](std::string_view bytes) { colours.take(bytes); });
             colours.finish();
         } else {
-            _session.client()->diff(item, other, choices(), {});
+            const bool isDirect = isLeftToProgram() || !Display::isOnTerminal();
+            _session.client()->diff(item, other, choices(), isDirect ? HSVNContentsReceiver{} : Output::writeBytes);
         }
     }
 

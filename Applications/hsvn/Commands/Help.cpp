@@ -2,6 +2,7 @@
 #include "CommandLine/HelpPage.h"
 #include "CommandLine/NativeText.h"
 #include "CommandLine/Session.h"
+#include "CommandLine/Similarity.h"
 #include "CommandLine/Subcommands.h"
 #include "Output/Output.h"
 
@@ -51,6 +52,9 @@ void printVersion(Session& session)
     Output::write(text + "\n" + (options.verbose ? systemText(details) : ""));
 }
 
+/// What follows a sentence that a suggestion may end in its own way.
+std::string withStop(const std::string& suggestion) { return suggestion.empty() ? "." : suggestion; }
+
 void runHelp(Session& session)
 {
     if (session.options.version && session.arguments.empty()) {
@@ -61,6 +65,7 @@ void runHelp(Session& session)
         }
         return;
     }
+    session.pageOutput();
     if (session.arguments.empty()) {
         Output::write(generalHelp());
         return;
@@ -69,7 +74,9 @@ void runHelp(Session& session)
         if (const Subcommand* const subcommand = subcommandNamed(argument)) {
             Output::write(helpOn(*subcommand, session.options.verbose) + "\n");
         } else {
-            Output::writeError(fmt::format("\"{}\": unknown command.\n\n", NativeText::toUTF8(argument)));
+            const std::string name = NativeText::toUTF8(argument);
+            Output::writeError(
+                fmt::format("\"{}\": unknown command{}\n\n", name, withStop(suggestion(name, subcommandNames()))));
         }
     }
 }

@@ -1,10 +1,10 @@
-#include "CommandLine/Cancellation.h"
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/Targets.h"
 #include "Output/ErrorOutput.h"
 #include "Output/InfoFields.h"
 #include "Output/InfoPrinter.h"
 #include "Output/JSON.h"
+#include "Output/OperationListener.h"
 #include "Output/Output.h"
 #include "Output/Viewspec.h"
 #include "Output/XML.h"
@@ -14,10 +14,8 @@
 namespace {
 
 /// Hears between the items that those of an external begin.
-struct InfoListener
+struct InfoListener : OperationListener
 {
-    static bool queryContinue(HSVNContext& /*context*/) { return !Cancellation::isAsked(); }
-
     static void notify(HSVNContext& /*context*/, const HSVNNotificationRef& notification)
     {
         constexpr int infoExternal = 78; // svn_wc_notify_info_external, which the library has no name for
@@ -46,6 +44,9 @@ class InfoRun
                      "--no-newline is only available for single-target, non-recursive info operations");
             }
             _item = infoItemNamed(*options.showItem);
+        }
+        if (options.depth != HSVNDepthUnknown) {
+            _session.pageOutput();
         }
         const bool isDocument = options.xml && !options.incremental;
         if (isDocument) {

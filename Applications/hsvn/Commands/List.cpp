@@ -178,7 +178,11 @@ class ListRun
     nlohmann::ordered_json _records = nlohmann::ordered_json::array();
 };
 
-void runList(Session& session) { ListRun{session}.run(); }
+void runList(Session& session)
+{
+    session.pageOutput();
+    ListRun{session}.run();
+}
 
 } // namespace
 

@@ -3,6 +3,7 @@
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/Targets.h"
 #include "CommandLine/TextFiles.h"
+#include "Output/LogGraph.h"
 #include "Output/LogPrinter.h"
 #include "Output/Output.h"
 #include "Output/XML.h"
@@ -28,6 +29,11 @@ void checkOptions(const Options& options)
     }
     if (options.showDiff && (options.xml || options.json)) {
         fail(ArgumentParsing, fmt::format("'diff' option is not supported in {} mode", options.xml ? "XML" : "JSON"));
+    }
+    if (options.graph && (options.xml || options.json || options.showDiff)) {
+        fail(ArgumentParsing, fmt::format("--graph and --{} are mutually exclusive", options.xml    ? "xml"
+                                                                                     : options.json ? "json"
+                                                                                                    : "diff"));
     }
     const std::array onlyWithDiff{
         std::pair{options.diffCommand.has_value(), "diff-cmd"}, std::pair{options.internalDiff, "internal-diff"},
@@ -133,6 +139,50 @@ class DiffPrinter
     HSVNDiffChoices _choices;
 };
 
+/// The URL of a path in the repository that a target belongs to.
+std::string urlInRepository(Session& session, const std::string& target, const std::string& path)
+{
+    const auto list = HSVNArguments::canonicalTargets({localStyle(target) + "@", "^" + path + "@"}, session.client());
+    return peggedTarget(session, list.targets.back()).target;
+}
+
+/// Asks which revisions of a branch are merges of what.
+void askForMerges(Session& session, const std::string& target, const RevisionGraph::OpenQuestion& question,
+                  LogGraph& graph)
+{
+    const auto youngest = HSVNRevision::revisionWithNumber(question.youngest);
+    const HSVNLogChoices choices{.pegRevision = youngest,
+                                 .ranges = {{youngest, HSVNRevision::revisionWithNumber(question.oldest)}},
+                                 .stopOnCopy = true,
+                                 .mergedRevisions = true,
+                                 .properties = std::vector<std::string>{}};
+    try {
+        session.client()->log(HSVNTargets::verbatim({urlInRepository(session, target, question.root)}), choices,
+                              [&](const HSVNLogItemRef& item) { graph.answer(*item); });
+    } catch (const HSVNException& exception) {
+        // The graph is drawn without the merges of a branch that may not be read.
+        if (!hasCause(exception, NotAuthorized) && !hasCause(exception, Forbidden) &&
+            !hasCause(exception, PathUnreadable)) {
+            throw;
+        }
+    }
+}
+
+/// Copies and merges are told with the rest, at once; the server is asked again but for each branch of which it may
+/// have left some out.
+void printGraph(Session& session, const std::vector<std::string>& targets, HSVNLogChoices choices)
+{
+    choices.changedPaths = true;
+    choices.mergedRevisions = true;
+    LogGraph graph{session.options};
+    session.client()->log(HSVNTargets::verbatim(targets), choices,
+                          [&](const HSVNLogItemRef& item) { graph.add(item); });
+    for (const auto& question : graph.openQuestions()) {
+        askForMerges(session, targets.front(), question, graph);
+    }
+    graph.print();
+}
+
 void runLog(Session& session)
 {
     const Options& options = session.options;
@@ -149,11 +199,16 @@ void runLog(Session& session)
     for (const auto& revision : options.revisions) {
         choices.ranges.push_back(completed(options.usedChange ? changeAsRange(revision) : revision));
     }
+    session.pageOutput();
     const bool isDocument = options.xml && !options.incremental;
     if (isDocument) {
         XML::writeHeader("log");
     }
     choices.properties = wantedProperties(options);
+    if (options.graph) {
+        printGraph(session, targets, choices);
+        return;
+    }
     const DiffPrinter diffs{session, first, peg};
     LogPrinter printer{options, options.showDiff ? [&](HSVNRevisionNumber revision) { diffs.print(revision); }
                                                  : std::function<void(HSVNRevisionNumber)>{}};
@@ -190,16 +245,35 @@ const Subcommand& logSubcommand()
                                        "path of which, the pattern is found in.  --limit then limits the revisions\n"
                                        "that are searched, not those that are shown.\n"
                                        "\n"
+                                       "--graph prints the revisions from the youngest on, those that were merged\n"
+                                       "among them, and draws beside them what each goes on from: the revision\n"
+                                       "before it on its branch, what its branch is a copy of, what it merged.\n"
+                                       "\n"
                                        "--diff adds what each revision changed at and below the target, without\n"
                                        "the lines of deleted files; --depth, --diff-cmd, --internal-diff and -x go\n"
                                        "with it.",
-                                       {OptionId::Revision,       OptionId::Change,          OptionId::Quiet,
-                                        OptionId::Verbose,        OptionId::UseMergeHistory, OptionId::Targets,
-                                        OptionId::StopOnCopy,     OptionId::Incremental,     OptionId::XML,
-                                        OptionId::JSON,           OptionId::Limit,           OptionId::WithAllRevprops,
-                                        OptionId::WithNoRevprops, OptionId::WithRevprop,     OptionId::Depth,
-                                        OptionId::Diff,           OptionId::DiffCmd,         OptionId::InternalDiff,
-                                        OptionId::Extensions,     OptionId::Search,          OptionId::SearchAnd},
+                                       {OptionId::Revision,
+                                        OptionId::Change,
+                                        OptionId::Quiet,
+                                        OptionId::Verbose,
+                                        OptionId::UseMergeHistory,
+                                        OptionId::Targets,
+                                        OptionId::StopOnCopy,
+                                        OptionId::Incremental,
+                                        OptionId::XML,
+                                        OptionId::JSON,
+                                        OptionId::Limit,
+                                        OptionId::WithAllRevprops,
+                                        OptionId::WithNoRevprops,
+                                        OptionId::WithRevprop,
+                                        OptionId::Depth,
+                                        OptionId::Graph,
+                                        OptionId::Diff,
+                                        OptionId::DiffCmd,
+                                        OptionId::InternalDiff,
+                                        OptionId::Extensions,
+                                        OptionId::Search,
+                                        OptionId::SearchAnd},
                                        {{OptionId::Quiet, "do not print the log message"},
                                         {OptionId::Verbose, "also print all affected paths"},
                                         {OptionId::WithRevprop, "retrieve revision property ARG"}},

@@ -84,6 +84,7 @@ void runMergeinfo(Session& session)
     const auto source = branchOf(session, targets.front(), HSVNRevision::HEAD());
     const auto target = branchOf(session, targets.size() == 2 ? targets.back() : "", HSVNRevision::BASE());
     checkOptions(options);
+    session.pageOutput();
     if (options.shownRevisions == ShownRevisions::Unspecified) {
         const bool isWorkingCopy = !target.target.isURL() && isLocal(target.revision->pegRevision());
         Output::write(mergePicture(session.client()->mergingSummary(source, target), isWorkingCopy));

@@ -172,7 +172,11 @@ class PropgetRun
     bool _isMissing = false;
 };
 
-void runPropget(Session& session) { PropgetRun{session}.run(); }
+void runPropget(Session& session)
+{
+    session.pageOutput();
+    PropgetRun{session}.run();
+}
 
 } // namespace
 

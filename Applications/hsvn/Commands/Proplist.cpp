@@ -133,7 +133,11 @@ class ProplistRun
     nlohmann::ordered_json _records = nlohmann::ordered_json::array();
 };
 
-void runProplist(Session& session) { ProplistRun{session}.run(); }
+void runProplist(Session& session)
+{
+    session.pageOutput();
+    ProplistRun{session}.run();
+}
 
 } // namespace
 

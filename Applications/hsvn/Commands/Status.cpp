@@ -1,8 +1,8 @@
-#include "CommandLine/Cancellation.h"
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/Targets.h"
 #include "Output/ErrorOutput.h"
 #include "Output/JSON.h"
+#include "Output/OperationListener.h"
 #include "Output/Output.h"
 #include "Output/StatusPrinter.h"
 #include "Output/XML.h"
@@ -13,10 +13,8 @@
 namespace {
 
 /// Hears between the items that a scan of an external begins and what revision the repository was asked for.
-struct StatusListener
+struct StatusListener : OperationListener
 {
-    static bool queryContinue(HSVNContext& /*context*/) { return !Cancellation::isAsked(); }
-
     static void notify(HSVNContext& /*context*/, const HSVNNotificationRef& notification)
     {
         if (notification->action() == HSVNNotifyActionStatusCompleted &&

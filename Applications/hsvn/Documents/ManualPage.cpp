@@ -95,7 +95,11 @@ The command line of Subversion, on the HSVN library: the same subcommands, optio
 .BR svn (1).
 Beyond it,
 .B \-\-json
-prints what is listed as JSON, and on a terminal the output is coloured and long work shows its progress.
+prints what is listed as JSON,
+.B log \-\-graph
+draws branches and merges, and on a terminal the output is coloured, long output goes through a pager, long work shows
+its progress, and what is misspelled is suggested in its right form. Control characters in names, messages and files are
+shown there as ?\eNNN, characters that turn the direction of text as {U+NNNN}; anywhere else every byte stays as it is.
 .PP
 Options and arguments may stand in any order;
 .B \-\-
@@ -108,6 +112,16 @@ constexpr const char* tail = R"(.SH ENVIRONMENT
 .TP
 .BR SVN_EDITOR ", " VISUAL ", " EDITOR
 The editor for log messages, the first of them that is set.
+.TP
+.BR HSVN_PAGER ", " PAGER
+The command line of the pager, the first of them that is set,
+.BR less (1)
+by default. None is used when it is empty or
+.BR cat .
+.B LESS
+is FRX for it, and
+.B LV
+\-c, where they are not set.
 .TP
 .B NO_COLOR
 Output to a terminal is not coloured when it is set to anything.

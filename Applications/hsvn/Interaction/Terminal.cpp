@@ -34,7 +34,7 @@ class Device
             return;
         }
         Output::flush();
-        const std::string native = NativeText::fromUTF8(text);
+        const std::string native = Output::shownOnTerminal(NativeText::fromUTF8(text));
         static_cast<void>(::write(_descriptor, native.data(), native.size()));
     }
 

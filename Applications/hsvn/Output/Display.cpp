@@ -1,5 +1,8 @@
 #include "Output/Display.h"
 
+#include "Output/Output.h"
+#include "Output/Pager.h"
+
 #include <algorithm>
 #include <cstdlib>
 #include <unistd.h>
@@ -39,42 +42,56 @@ std::string_view colourOf(char letter)
     }
 }
 
-} // namespace
-
-bool Display::isShown()
-{
-    static const bool is = [] {
-        const char* const kind = std::getenv("TERM");
-        return isatty(STDOUT_FILENO) == 1 && kind && std::string_view{kind} != "dumb";
-    }();
-    return is;
-}
-
-bool Display::isColoured()
-{
-    static const bool is = isShown() && !std::getenv("NO_COLOR");
-    return is;
-}
-
-std::string Display::coloured(std::string_view text, Colour colour)
-{
-    std::string shown{colour == Colour::Removed ? red : green};
-    return shown.append(text).append(plain);
-}
-
-std::string Display::colouredLine(std::string line)
+/// The colour of a line of items; empty for any other text.
+std::string_view colourOfLine(std::string_view line)
 {
     constexpr std::size_t columns = 7; // of letters before an item's name
     const auto index = line.find_first_not_of(' ');
-    if (!isColoured() || index >= std::min(columns, line.size() - 1) || !line.ends_with('\n')) {
-        return line;
+    if (!line.ends_with('\n') || index >= std::min(columns, line.size() - 1)) {
+        return {};
     }
-    const std::string_view colour = colourOf(line[index]);
     const char next = line[index + 1];
     // A word that begins with the letter goes on with small ones.
-    if (colour.empty() || (next != ' ' && colourOf(next).empty())) {
-        return line;
+    return next == ' ' || !colourOf(next).empty() ? colourOf(line[index]) : "";
+}
+
+bool hasControlSequences()
+{
+    static const bool has = [] {
+        const char* const kind = std::getenv("TERM");
+        return Display::isOnTerminal() && kind && std::string_view{kind} != "dumb";
+    }();
+    return has;
+}
+
+} // namespace
+
+bool Display::isOnTerminal() { return Pager::isBeforeTerminal(STDOUT_FILENO); }
+
+bool Display::isShown() { return hasControlSequences() && !Pager::isRunning(); }
+
+bool Display::isColoured()
+{
+    static const bool isWanted = hasControlSequences() && !std::getenv("NO_COLOR");
+    return isWanted && (!Pager::isUsed() || Pager::showsColours());
+}
+
+void Display::writeColoured(std::string_view bytes, Colour colour)
+{
+    Output::writeControl(colour == Colour::Removed ? red : green);
+    Output::writeBytes(bytes);
+    Output::writeControl(plain);
+}
+
+void Display::writeLine(std::string_view line)
+{
+    const std::string_view colour = isColoured() ? colourOfLine(line) : "";
+    if (colour.empty()) {
+        Output::write(line);
+        return;
     }
-    line.insert(line.size() - 1, plain);
-    return line.insert(0, colour);
+    Output::writeControl(colour);
+    Output::write(line.substr(0, line.size() - 1));
+    Output::writeControl(plain);
+    Output::write("\n");
 }

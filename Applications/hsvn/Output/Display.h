@@ -1,15 +1,16 @@
 #pragma once
 
 #include <cstdint>
-#include <string>
 #include <string_view>
 
 /// What output to a terminal has beside its text. Everywhere else the text stays as it is.
 namespace Display {
 
-/// Whether standard output is a terminal that understands control sequences.
+/// Whether standard output is a terminal, of whatever kind; a pager may be in between.
+bool isOnTerminal();
+/// Whether standard output is a terminal that understands control sequences, and no pager is in between.
 bool isShown();
-/// Whether text in colours is wanted there: the environment does not set NO_COLOR.
+/// Whether text in colours is wanted there: the environment does not set NO_COLOR. A pager may be in between.
 bool isColoured();
 
 /// What a stretch of text is.
@@ -19,10 +20,10 @@ enum class Colour : std::uint8_t
     Added
 };
 
-/// A text in a colour, whether or not one is wanted.
-std::string coloured(std::string_view text, Colour colour);
-/// A line of items, coloured by the letter in its first columns; any other text as it is. Not coloured either where
-/// `isColoured` says no.
-std::string colouredLine(std::string line);
+/// Writes bytes in a colour, whether or not one is wanted.
+void writeColoured(std::string_view bytes, Colour colour);
+/// Writes a line of items, coloured by the letter in its first columns; any other text as it is. Not coloured either
+/// where `isColoured` says no.
+void writeLine(std::string_view line);
 
 } // namespace Display

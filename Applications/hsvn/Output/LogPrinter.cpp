@@ -82,9 +82,7 @@ void LogPrinter::print(const HSVNLogItem& item)
         }
         return;
     }
-    // Revision 0 has nothing to tell.
-    if ((item.revision() != 0 || propertyOf(item, "svn:log")) &&
-        (_options.search.empty() || _search.finds(textsOf(item)))) {
+    if (isWanted(item)) {
         if (_options.json) {
             _records.push_back(record(item));
         } else if (_options.xml) {
@@ -96,6 +94,13 @@ void LogPrinter::print(const HSVNLogItem& item)
     if (item.hasChildren()) {
         _mergedBy.push_back(item.revision());
     }
+}
+
+bool LogPrinter::isWanted(const HSVNLogItem& item) const
+{
+    // Revision 0 has nothing to tell.
+    return (item.revision() != 0 || propertyOf(item, "svn:log")) &&
+           (_options.search.empty() || _search.finds(textsOf(item)));
 }
 
 std::vector<std::string> LogPrinter::textsOf(const HSVNLogItem& item) const
@@ -111,9 +116,11 @@ std::vector<std::string> LogPrinter::textsOf(const HSVNLogItem& item) const
     add(isForPeople ? author.value_or(noAuthor) : author);
     add(isForPeople ? humanDateOf(item) : propertyOf(item, "svn:date"));
     add(propertyOf(item, "svn:log"));
-    for (const auto& change : item.sortedChanges()) {
-        add(change->path());
-        add(change->copyPath());
+    if (_options.verbose) {
+        for (const auto& change : item.sortedChanges()) {
+            add(change->path());
+            add(change->copyPath());
+        }
     }
     return texts;
 }
@@ -127,11 +134,11 @@ void LogPrinter::finish() const
     }
 }
 
-void LogPrinter::printText(const HSVNLogItem& item) const
+std::string LogPrinter::textOf(const HSVNLogItem& item) const
 {
     const std::string message = propertyOf(item, "svn:log").value_or("");
-    std::string text = fmt::format("{}r{} | {} | {}", separator, item.revision(),
-                                   propertyOf(item, "svn:author").value_or(noAuthor), humanDateOf(item));
+    std::string text = fmt::format("r{} | {} | {}", item.revision(), propertyOf(item, "svn:author").value_or(noAuthor),
+                                   humanDateOf(item));
     if (!_options.quiet) {
         const auto lines = std::count(message.begin(), message.end(), '\n') + 1;
         text += fmt::format(" | {} {}", lines, lines == 1 ? "line" : "lines");
@@ -154,7 +161,12 @@ void LogPrinter::printText(const HSVNLogItem& item) const
         }
         text += '\n';
     }
-    Output::write(_options.quiet ? text : text + "\n" + message + "\n");
+    return _options.quiet ? text : text + "\n" + message + "\n";
+}
+
+void LogPrinter::printText(const HSVNLogItem& item) const
+{
+    Output::write(separator + textOf(item));
     if (_follow) {
         _follow(item.revision());
     }

@@ -19,6 +19,10 @@ class LogPrinter
     }
 
     void print(const HSVNLogItem& item);
+    /// Whether there is something to tell of a revision, and a search finds it.
+    bool isWanted(const HSVNLogItem& item) const;
+    /// The text of a revision as people read it.
+    std::string textOf(const HSVNLogItem& item) const;
     /// What follows the last item.
     void finish() const;
 

@@ -1,16 +1,15 @@
 #pragma once
 
-#include "CommandLine/Cancellation.h"
 #include "CommandLine/Session.h"
 #include "Output/NotificationPrinter.h"
+#include "Output/OperationListener.h"
 
 /// Prints what the client notifies; answers nothing but that and cancellation. The printer outlives it.
-class NotificationListener
+class NotificationListener : public OperationListener
 {
   public:
     explicit NotificationListener(NotificationPrinter& printer) : _printer{printer} {}
 
-    static bool queryContinue(HSVNContext& /*context*/) { return !Cancellation::isAsked(); }
     void notify(HSVNContext& /*context*/, const HSVNNotificationRef& notification) { _printer.print(*notification); }
 
   private:

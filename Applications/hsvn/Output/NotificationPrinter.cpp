@@ -148,7 +148,7 @@ constexpr Line lines[] = {
     {"Performing cleanup on external item at '{0}'.\n", HSVNNotifyActionCleanupExternal},
     {"\nPerforming info on external item at '{0}':\n", HSVNNotifyActionInfoExternal},
     {"Searching tree conflict details for '{0}' in repository:\n", HSVNNotifyActionBeginSearchTreeConflictDetails},
-    {"\rChecking r{2}...", HSVNNotifyActionTreeConflictDetailsProgress},
+    {"Checking r{2}...", HSVNNotifyActionTreeConflictDetailsProgress},
     {" done\n", HSVNNotifyActionEndSearchTreeConflictDetails},
 };
 
@@ -222,7 +222,13 @@ void NotificationPrinter::print(const HSVNNotification& notification)
     }
     _hasWarned = _hasWarned || isFailedLock(notification);
     try {
-        Output::write((_isQuiet ? "" : Display::colouredLine(text(notification))) + copyWarning(notification));
+        if (!_isQuiet) {
+            if (notification.action() == HSVNNotifyActionTreeConflictDetailsProgress) {
+                Output::writeControl("\r"); // in the place of the one before
+            }
+            Display::writeLine(text(notification));
+        }
+        Output::write(copyWarning(notification));
         Output::flush();
         if (!_isQuiet) {
             Progress::advance(isItem(notification) ? 1 : 0);

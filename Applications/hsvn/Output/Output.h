@@ -1,8 +1,10 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
-/// Standard output and standard error. Text is UTF-8 and is written in the locale's encoding.
+/// Standard output and standard error. Text is UTF-8 and is written in the locale's encoding. On a terminal, nothing in
+/// what is written controls it (see TerminalText); anywhere else every byte stays as it is.
 namespace Output {
 
 /// Keeps files that are opened later from taking the place of a standard stream that is closed.
@@ -14,12 +16,19 @@ void reserveStandardStreams();
 void write(std::string_view text);
 /// The same for bytes that are no text.
 void writeBytes(std::string_view bytes);
+/// Writes a control sequence of the program's own.
+void writeControl(std::string_view sequence);
 /// @throws as `write`
 void flush();
+/// Writes what is left, whether or not that can be told, and waits until the user leaves the pager.
+void end();
 /// Writes text to standard error at once; what standard output still holds comes first.
 void writeError(std::string_view text);
 /// The same for bytes that may be no text.
 void writeErrorBytes(std::string_view bytes);
+
+/// The bytes as they are shown on a terminal.
+std::string shownOnTerminal(std::string_view bytes);
 
 /// Shows a text behind the cursor of a terminal until anything else is written. It must fit into ASCII.
 void showTransient(std::string_view text);

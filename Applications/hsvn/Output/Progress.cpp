@@ -15,7 +15,8 @@ using Clock = std::chrono::steady_clock;
 /// The work that the process does.
 struct Work
 {
-    std::optional<Clock::time_point> start;
+    bool isWanted = false;
+    std::optional<Clock::time_point> start; // of what was first heard of it
     Clock::time_point shown;
     std::int64_t items = 0;
     std::int64_t finishedBytes = 0; // of connections before the current one
@@ -43,31 +44,46 @@ void show(Clock::time_point now)
     Work& current = work();
     const double seconds = std::chrono::duration<double>(now - *current.start).count();
     const auto bytes = static_cast<double>(current.finishedBytes + current.bytes);
-    std::string text = fmt::format(" {} {}", current.items, current.items == 1 ? "item" : "items");
-    if (bytes > 0) {
-        text += fmt::format(", {}, {}/s", amount(bytes), amount(bytes / seconds));
+    std::string text;
+    if (current.items > 0) {
+        text = fmt::format(" {} {}", current.items, current.items == 1 ? "item" : "items");
     }
-    Output::showTransient(text);
+    if (bytes > 0) {
+        text += fmt::format("{} {}, {}/s", text.empty() ? "" : ",", amount(bytes), amount(bytes / seconds));
+    }
+    Output::showTransient(text.empty() ? fmt::format(" {:.0f} s", seconds) : text);
     current.shown = now;
 }
 
-/// Whether the work has gone on for long enough to tell of it.
-bool isLong(Clock::time_point now)
-{
-    return Display::isShown() && work().start && now - *work().start >= std::chrono::seconds{1};
-}
-
-} // namespace
-
-void Progress::advance(int items)
+/// Shows how far the work is if it has gone on for long enough, and for long enough since it was last shown.
+void showAfter(std::chrono::milliseconds interval)
 {
     const auto now = Clock::now();
     Work& current = work();
     current.start = current.start.value_or(now);
-    current.items += items;
-    // What is told of it has just taken the place.
-    if (isLong(now)) {
+    if (now - *current.start >= std::chrono::seconds{1} && now - current.shown >= interval && Display::isShown()) {
         show(now);
+    }
+}
+
+constexpr std::chrono::milliseconds usualInterval{200};
+
+} // namespace
+
+void Progress::setWanted(bool isWanted) { work().isWanted = isWanted; }
+
+void Progress::goOn()
+{
+    if (work().isWanted) {
+        showAfter(usualInterval);
+    }
+}
+
+void Progress::advance(int items)
+{
+    work().items += items;
+    if (work().isWanted) {
+        showAfter({}); // what is told of the item has just taken the place
     }
 }
 
@@ -78,8 +94,5 @@ void Progress::setTransferred(std::int64_t bytes)
         current.finishedBytes += current.bytes;
     }
     current.bytes = bytes;
-    const auto now = Clock::now();
-    if (isLong(now) && now - current.shown >= std::chrono::milliseconds{200}) {
-        show(now);
-    }
+    goOn();
 }

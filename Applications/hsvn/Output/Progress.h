@@ -2,11 +2,15 @@
 
 #include <cstdint>
 
-/// The line that shows how far long work is: items, bytes and rate. It stands behind what is printed, on a terminal
-/// only, and first appears when the work has taken a second.
+/// The line that shows how far long work is: items, bytes and rate, or how long it has taken. It stands behind what is
+/// printed, on a terminal only, and first appears when the work has taken a second.
 namespace Progress {
 
-/// Counts items of the work, none for a step that is no item; the first call begins it.
+/// Whether any is shown; none is before.
+void setWanted(bool isWanted);
+/// Says that the work goes on.
+void goOn();
+/// Counts items of the work, none for a step that is no item.
 void advance(int items);
 /// Takes in how many bytes the current connection has transferred.
 void setTransferred(std::int64_t bytes);

@@ -178,7 +178,7 @@ void StatusPrinter::printLine(const HSVNNode& node)
     line += detailed ? detailedColumns(node)
                      : std::string{node.lock() ? 'K' : ' ', status.treeConflicted() ? 'C' : ' ', ' '};
     line.append(shown(node)).append(moveLines(status)).append(treeConflictLine(node)) += '\n';
-    Output::write(Display::colouredLine(std::move(line)));
+    Display::writeLine(line);
 }
 
 void StatusPrinter::printXML(const HSVNNode& node)

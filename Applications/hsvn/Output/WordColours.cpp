@@ -90,7 +90,7 @@ class ColouredLines
             lines.remove_prefix(character.size());
         }
         append({}, false);
-        Output::writeBytes(_text);
+        Output::writeBytes(std::exchange(_text, {}));
     }
 
   private:
@@ -101,11 +101,12 @@ class ColouredLines
         return _range != _end && _number++ >= _range->first;
     }
 
-    /// Adds a character to what has one colour, or to what has none.
+    /// Adds a character to what has the colour, or to what has none and stands before it or behind it.
     void append(std::string_view character, bool isColoured)
     {
         if (!isColoured && !_coloured.empty()) {
-            _text += Display::coloured(std::exchange(_coloured, {}), _colour);
+            Output::writeBytes(std::exchange(_text, {}));
+            Display::writeColoured(std::exchange(_coloured, {}), _colour);
         }
         (isColoured ? _coloured : _text) += character;
     }

@@ -1,0 +1,23 @@
+#pragma once
+
+#include "Output/LogPrinter.h"
+#include "Output/RevisionGraph.h"
+
+/// Prints the items of a log beside a graph of what they go on from, the youngest first.
+class LogGraph
+{
+  public:
+    explicit LogGraph(const Options& options) : _options{options}, _printer{options} {}
+
+    /// Takes the next item of the log, to be printed in the end.
+    void add(const HSVNLogItemRef& item) { _graph.add(item); }
+    /// As those of `RevisionGraph`.
+    std::vector<RevisionGraph::OpenQuestion> openQuestions() const { return _graph.openQuestions(); }
+    void answer(const HSVNLogItem& item) { _graph.answer(item); }
+    void print();
+
+  private:
+    const Options& _options;
+    LogPrinter _printer;
+    RevisionGraph _graph;
+};

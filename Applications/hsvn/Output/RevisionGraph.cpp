@@ -1,0 +1,256 @@
+#include "Output/RevisionGraph.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace {
+
+/// The root by the names that folders customarily have; empty where none has one.
+std::string_view customaryRoot(std::string_view path)
+{
+    for (std::size_t start = 1; start < path.size();) {
+        const std::size_t end = std::min(path.find('/', start), path.size());
+        const std::string_view name = path.substr(start, end - start);
+        if (name == "trunk") {
+            return path.substr(0, end);
+        }
+        if (name == "branches" || name == "tags") {
+            return end == path.size() ? "" : path.substr(0, path.find('/', end + 1));
+        }
+        start = end + 1;
+    }
+    return {};
+}
+
+bool isTopLevel(std::string_view path) { return path.rfind('/') == 0 && path.size() > 1; }
+
+bool isAddition(const HSVNLogPathChange& change)
+{
+    return change.action() == HSVNLogActionAdded || change.action() == HSVNLogActionReplaced;
+}
+
+/// A revision of a branch.
+struct Step
+{
+    HSVNRevisionNumber revision;
+    std::size_t node;
+};
+
+/// The revisions of each branch, from the oldest on.
+class Histories
+{
+  public:
+    explicit Histories(const Branches& branches) : _branches{branches} {}
+
+    /// Takes the next revision; the nodes that it goes on from.
+    std::vector<std::size_t> take(const HSVNLogItem& item, std::size_t node)
+    {
+        std::vector<std::size_t> parents;
+        const auto add = [&](std::optional<std::size_t> parent) {
+            if (parent && std::find(parents.begin(), parents.end(), *parent) == parents.end()) {
+                parents.push_back(*parent);
+            }
+        };
+        const auto touched = touchedBy(item);
+        for (const auto& [root, isMade] : touched) {
+            add(isMade ? originOf(item, root) : newest(root, item.revision()));
+        }
+        for (const auto& [root, isMade] : touched) {
+            _steps[root].push_back({item.revision(), node});
+        }
+        return parents;
+    }
+
+  private:
+    /// The branches that a revision changes, and whether it makes them; what belongs to none is a branch of its own
+    /// where nothing else is changed.
+    std::map<std::string, bool> touchedBy(const HSVNLogItem& item) const
+    {
+        std::map<std::string, bool> touched;
+        for (const auto& change : item.changes()) {
+            const std::string root{_branches.rootOf(change->path())};
+            touched[root] = touched[root] || (isAddition(*change) && change->path() == root);
+        }
+        if (touched.size() > 1) {
+            touched.erase("");
+        }
+        return touched;
+    }
+
+    /// What a branch that a revision makes is a copy of.
+    std::optional<std::size_t> originOf(const HSVNLogItem& item, const std::string& root) const
+    {
+        const auto change = item.changeForPath(root);
+        const auto source = change ? change->copyPath() : std::nullopt;
+        return source ? newest(std::string{_branches.rootOf(*source)}, change->copyRevision()) : std::nullopt;
+    }
+
+    /// The newest revision of a branch up to another one.
+    std::optional<std::size_t> newest(const std::string& root, HSVNRevisionNumber last) const
+    {
+        const auto found = _steps.find(root);
+        if (found == _steps.end()) {
+            return std::nullopt;
+        }
+        const auto& steps = found->second;
+        const auto next =
+            std::upper_bound(steps.begin(), steps.end(), last,
+                             [](HSVNRevisionNumber number, const Step& step) { return number < step.revision; });
+        return next == steps.begin() ? std::nullopt : std::optional{std::prev(next)->node};
+    }
+
+    const Branches& _branches;
+    std::map<std::string, std::vector<Step>> _steps;
+};
+
+} // namespace
+
+void Branches::learn(const HSVNLogItem& item)
+{
+    for (const auto& change : item.sortedChanges()) {
+        const auto source = change->copyPath();
+        if (!source || !isAddition(*change) || change->kind() == HSVNNodeKindFile) {
+            continue;
+        }
+        const bool areTopLevel = isTopLevel(*source) && isTopLevel(change->path());
+        if (areTopLevel) {
+            _copies.emplace(*source);
+        }
+        if (areTopLevel || rootOf(*source) == *source) {
+            _copies.emplace(change->path());
+        }
+    }
+}
+
+std::string_view Branches::rootOf(std::string_view path) const
+{
+    const std::string_view customary = customaryRoot(path);
+    for (std::string_view folder = path; folder.size() > customary.size(); folder = folder.substr(0, folder.rfind('/')))
+    {
+        if (_copies.find(folder) != _copies.end()) {
+            return folder;
+        }
+    }
+    return customary;
+}
+
+void RevisionGraph::add(const HSVNLogItemRef& item)
+{
+    answer(*item);
+    if (!item->isEndOfChildren()) {
+        _items.emplace(item->revision(), item);
+    }
+}
+
+void RevisionGraph::answer(const HSVNLogItem& item)
+{
+    if (item.isEndOfChildren()) {
+        if (!_mergedBy.empty()) {
+            _mergedBy.pop_back();
+        }
+        return;
+    }
+    if (!_mergedBy.empty() && !item.isSubtractiveMerge()) {
+        _merged[_mergedBy.back()].insert(item.revision());
+    }
+    if (item.hasChildren()) {
+        _mergedBy.push_back(item.revision());
+    }
+}
+
+Branches RevisionGraph::branches() const
+{
+    Branches branches;
+    for (const auto& [revision, item] : _items) {
+        branches.learn(*item);
+    }
+    return branches;
+}
+
+std::vector<RevisionGraph::OpenQuestion> RevisionGraph::openQuestions() const
+{
+    const Branches branches = this->branches();
+    std::map<std::string, OpenQuestion> questions;
+    for (const auto& [revision, item] : _items) {
+        for (const auto& change : item->changesWithAction(HSVNLogActionModified)) {
+            // What a branch has merged stands in a property of its root.
+            const bool mayMerge = change->propertiesModified().value_or(true) && change->kind() != HSVNNodeKindFile;
+            if (mayMerge && branches.rootOf(change->path()) == change->path() && _merged.count(revision) == 0) {
+                questions.try_emplace(change->path(), OpenQuestion{change->path(), revision, revision})
+                    .first->second.youngest = revision;
+            }
+        }
+    }
+    std::vector<OpenQuestion> result;
+    std::transform(questions.begin(), questions.end(), std::back_inserter(result),
+                   [](const auto& question) { return question.second; });
+    return result;
+}
+
+/// Has a node go on from what its revision merged, too, as far as that is not known from its other parents.
+void RevisionGraph::addMerged(Node& node, const std::vector<Node>& nodes, const Places& places) const
+{
+    const auto merged = _merged.find(node.item->revision());
+    if (merged == _merged.end()) {
+        return;
+    }
+    const std::size_t first = places.lower_bound(*merged->second.begin()) == places.end()
+                                  ? nodes.size()
+                                  : places.lower_bound(*merged->second.begin())->second;
+    std::set<std::size_t> known;
+    const auto learn = [&](std::vector<std::size_t> ways) {
+        while (!ways.empty()) {
+            const std::size_t place = ways.back();
+            ways.pop_back();
+            if (place >= first && known.insert(place).second) {
+                ways.insert(ways.end(), nodes[place].parents.begin(), nodes[place].parents.end());
+            }
+        }
+    };
+    learn(node.parents);
+    for (auto each = merged->second.rbegin(); each != merged->second.rend(); ++each) {
+        const auto place = places.find(*each);
+        if (place != places.end() && known.count(place->second) == 0) {
+            node.parents.push_back(place->second);
+            learn({place->second});
+        }
+    }
+}
+
+std::vector<RevisionGraph::Node> RevisionGraph::allNodes() const
+{
+    const Branches branches = this->branches();
+    Histories histories{branches};
+    Places places;
+    std::vector<Node> nodes;
+    for (const auto& [revision, item] : _items) {
+        Node node{item, histories.take(*item, nodes.size())};
+        addMerged(node, nodes, places);
+        places.emplace(revision, nodes.size());
+        nodes.push_back(std::move(node));
+    }
+    return nodes;
+}
+
+std::vector<RevisionGraph::Node> RevisionGraph::nodes(const std::function<bool(const HSVNLogItem&)>& isShown) const
+{
+    std::vector<Node> shown;
+    std::vector<std::vector<std::size_t>> places; // of every node: the shown ones that stand for it
+    for (Node& node : allNodes()) {
+        std::vector<std::size_t> parents;
+        for (const std::size_t parent : node.parents) {
+            for (const std::size_t place : places[parent]) {
+                if (std::find(parents.begin(), parents.end(), place) == parents.end()) {
+                    parents.push_back(place);
+                }
+            }
+        }
+        if (isShown(*node.item)) {
+            places.push_back({shown.size()});
+            shown.push_back({std::move(node.item), std::move(parents)});
+        } else {
+            places.push_back(std::move(parents));
+        }
+    }
+    return shown;
+}
