@@ -46,44 +46,60 @@ svn_error_t* receiveDifference(const svn_client_diff_summarize_t* record, void* 
     });
 }
 
-/// Lets Subversion compare by itself: the configuration's program is set aside until the object goes.
-class InternalComparison
+/// Has files compared by the program of the choices: the configuration names it until the object goes.
+class ComparisonProgram
 {
   public:
-    explicit InternalComparison(HSVNOperation& operation) : _operation{operation}
+    /// @throws HSVNException for an external program without a configuration
+    ComparisonProgram(HSVNOperation& operation, const HSVNDiffChoices& choices) : _operation{operation}
     {
-        const auto program = operation.context()->optionForName(option, HSVNConfigCategoryConfig,
-                                                                HSVNConfigSectionHelpers, std::nullopt);
-        if (program) {
-            _program = *program;
-            auto* const configuration =
-                operation->apr_hash_get(operation.ctx()->config, HSVNConfigCategoryConfig, APR_HASH_KEY_STRING);
-            _configuration = static_cast<svn_config_t*>(configuration);
-            operation->config_set(_configuration, HSVNConfigSectionHelpers, option, nullptr);
+        const bool isExternal = choices.program == HSVNDiffProgram::External;
+        HSVNAssertParameter(!isExternal || choices.command.has_value(), "choices.command != nil");
+        if (choices.program == HSVNDiffProgram::Configured) {
+            return;
         }
-    }
-    ~InternalComparison()
-    {
+        auto* const options = operation.ctx()->config;
+        auto* const found =
+            options ? operation->apr_hash_get(options, HSVNConfigCategoryConfig, APR_HASH_KEY_STRING) : nullptr;
+        _configuration = static_cast<svn_config_t*>(found);
         if (_configuration) {
-            _operation->config_set(_configuration, HSVNConfigSectionHelpers, option, _program.c_str());
+            const char* before = nullptr;
+            operation->config_get(_configuration, &before, HSVNConfigSectionHelpers, option, nullptr);
+            _before = before ? std::optional<std::string>{before} : std::nullopt;
+        }
+        if (isExternal) {
+            operation.context()->setOption(*choices.command, option, HSVNConfigCategoryConfig,
+                                           HSVNConfigSectionHelpers);
+        } else if (_before) {
+            set(nullptr);
+        }
+        _isSet = isExternal || _before;
+    }
+    ~ComparisonProgram()
+    {
+        if (_isSet) {
+            set(_before ? _before->c_str() : nullptr);
         }
     }
-    InternalComparison(const InternalComparison&) = delete;
-    InternalComparison& operator=(const InternalComparison&) = delete;
+    ComparisonProgram(const ComparisonProgram&) = delete;
+    ComparisonProgram& operator=(const ComparisonProgram&) = delete;
 
   private:
     static constexpr const char* option = "diff-cmd";
 
+    void set(const char* program) { _operation->config_set(_configuration, HSVNConfigSectionHelpers, option, program); }
+
     HSVNOperation& _operation;
-    std::string _program;
     svn_config_t* _configuration = nullptr;
+    std::optional<std::string> _before;
+    bool _isSet = false;
 };
 
-/// The choices of a text that objects are read from: Git's headers, and no arguments of another program.
+/// The choices of a text that objects are read from.
 HSVNDiffChoices readableChoices(HSVNDiffChoices choices)
 {
     choices.gitFormat = true;
-    choices.arguments = choices.arguments.value_or(std::vector<std::string>{});
+    choices.program = HSVNDiffProgram::Internal;
     return choices;
 }
 
@@ -105,6 +121,7 @@ void HSVNContext::diff(const HSVNTargetInRevision& first, const HSVNTargetInRevi
                        const HSVNContentsReceiver& errors)
 {
     HSVNOperation operation{*this, "diff", {{"first", first.target.text()}, {"second", second.target.text()}}};
+    const ComparisonProgram program{operation, choices};
     HSVNWriteDiff(operation, first, second, choices, {output, errors});
 }
 
@@ -114,6 +131,7 @@ void HSVNContext::diff(const HSVNTargetInRevision& target, const HSVNDiffRevisio
 {
     requireRevisions(revisions);
     HSVNOperation operation{*this, "diff", {{"target", target.target.text()}, {"revisions", revisions}}};
+    const ComparisonProgram program{operation, choices};
     HSVNWriteDiff(operation, target, revisions, choices, {output, errors});
 }
 
@@ -121,8 +139,8 @@ HSVNTreeDiffRef HSVNContext::treeDiff(const HSVNTargetInRevision& first, const H
                                       const HSVNDiffChoices& choices)
 {
     HSVNOperation operation{*this, "treeDiff", {{"first", first.target.text()}, {"second", second.target.text()}}};
-    const InternalComparison internal{operation};
     auto readable = readableChoices(choices);
+    const ComparisonProgram program{operation, readable};
     try {
         const auto source = spooledDiff(operation, first, second, readable);
         return std::make_shared<const HSVNTreeDiff>(source, true);
@@ -141,13 +159,14 @@ HSVNTreeDiffRef HSVNContext::treeDiff(const HSVNTargetInRevision& target, const 
 {
     requireRevisions(revisions);
     HSVNOperation operation{*this, "treeDiff", {{"target", target.target.text()}, {"revisions", revisions}}};
-    const InternalComparison internal{operation};
+    const auto readable = readableChoices(choices);
+    const ComparisonProgram program{operation, readable};
     if (operation.newest(&HSVNBundleExtensions::client_diff_peg)) {
-        const auto source = spooledDiff(operation, target, revisions, readableChoices(choices));
+        const auto source = spooledDiff(operation, target, revisions, readable);
         return std::make_shared<const HSVNTreeDiff>(source, true);
     }
     HSVNPatchSpool spool;
-    HSVNWriteOlderDiff(operation, target, revisions, choices, spool.path());
+    HSVNWriteOlderDiff(operation, target, revisions, readable, spool.path());
     return std::make_shared<const HSVNTreeDiff>(spool.source(), false);
 }
 

@@ -544,11 +544,12 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
 
     // MARK: Comparing
 
-    /// Writes the differences of two items in the unified format. Headers are in the locale's encoding, lines are the
-    /// files' own bytes.
+    /// Writes the differences of two items in the unified format, or what another program makes of them. Headers are in
+    /// the locale's encoding, lines are the files' own bytes.
     ///
     /// @param first    a local path or a URL in its operative revision
     /// @param second   the same of the item that it became
+    /// @param choices  `HSVNDiffProgram::External` comes with a command ("choices.command != nil")
     /// @param output   takes the text piece by piece. Nil means the process's own stream, past all that the program
     ///                 itself has not flushed yet; an external program then writes to it directly, while a receiver
     ///                 gets what such a program wrote when it has ended well.
@@ -565,8 +566,8 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
               const HSVNDiffChoices& choices, const HSVNContentsReceiver& output,
               const HSVNContentsReceiver& errors = {});
     /// The same differences as `diff` writes, as objects: each item with what was done to it, its properties and its
-    /// sections. The configuration's own program is left out; names are those of Git's headers, of which
-    /// `choices.gitFormat` makes no difference.
+    /// sections. Subversion itself compares, and names are those of Git's headers: `choices.program` and
+    /// `choices.gitFormat` make no difference.
     ///
     /// Stands for svn_client_diff7; not offered by lines before 1.11.
     HSVNTreeDiffRef treeDiff(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,

@@ -3,6 +3,7 @@
 #include "HSVNForward.h"
 #include "HSVNTypes.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <utility>
@@ -51,7 +52,15 @@ struct HSVNPropertiesChoices
     std::vector<std::string> changelists{}; ///< only items of these; none means all
 };
 
-/// Choices of `HSVNContext::diff` and `HSVNContext::diffSummary`.
+/// Who compares files for the text of `HSVNContext::diff`.
+enum class HSVNDiffProgram : std::uint8_t
+{
+    Internal,   ///< Subversion itself, whatever the user's configuration says
+    Configured, ///< what the configuration names ("diff-cmd", "diff-extensions"), or Subversion where it names none
+    External    ///< the program that the choices name
+};
+
+/// Choices of `HSVNContext::diff`, `HSVNContext::treeDiff` and `HSVNContext::diffSummary`.
 struct HSVNDiffChoices
 {
     HSVNDepth depth = HSVNDepthUnknown;     ///< unknown means everything below
@@ -65,7 +74,10 @@ struct HSVNDiffChoices
     bool ignoreProperties = false;  ///< not together with `propertiesOnly`
     bool propertiesOnly = false;
     bool gitFormat = false; ///< with the headers of Git, which name copies and modes
-    /// Of the program, external or not, that compares files; nil means what the configuration says.
+    HSVNDiffProgram program =
+        HSVNDiffProgram::Internal;        ///< makes no difference to `treeDiff`, which is always internal
+    std::optional<std::string> command{}; ///< the external program, as the configuration would name it; not nil then
+    /// What compares files is given these; nil means none, or of what is configured those of the configuration.
     std::optional<std::vector<std::string>> arguments{};
 };
 

@@ -24,20 +24,10 @@ class Diff : public testing::Test
         _repository.put("file", "second\n");
     }
 
-    /// What an external program, as the configuration names it, makes of the change.
-    std::string textBy(const HSVNConfigurationOption& program) const
+    std::string textOf(const HSVNContextRef& context, const HSVNDiffChoices& choices) const
     {
-        const auto client = HSVNClient::clientWithDelegate(nullptr);
-        HSVNClientSettings settings;
-        settings.options = {{"config", "helpers", "diff-cmd", "echo"}, program};
-        client->applySettings(settings);
         std::string text;
-        client->diff(_repository.url(), bothRevisions, {}, [&](std::string_view bytes) { text += bytes; });
-        const HSVNTarget file{_repository.url("file")};
-        std::string ofService;
-        HSVNDiff::ofItems({file, bothRevisions.first}, {file, bothRevisions.second}, client)
-            .writeUnified("a", "b", [&](std::string_view bytes) { ofService += bytes; });
-        EXPECT_EQ(ofService, "--- a\n+++ b\n@@ -1 +1 @@\n-first\n+second\n") << "a program was run";
+        context->diff(_repository.url(), bothRevisions, choices, [&](std::string_view bytes) { text += bytes; });
         return text;
     }
 
@@ -45,18 +35,55 @@ class Diff : public testing::Test
     HSVNContextRef _context = std::make_shared<HSVNContext>();
 };
 
-TEST_F(Diff, AReceiverGetsTheTextInItsOrder)
+struct ProgramRow
 {
-    EXPECT_EQ(textBy({"config", "helpers", "diff-cmd", std::nullopt}),
-              "Index: file\n"
-              "===================================================================\n"
-              "--- file\t(revision 1)\n+++ file\t(revision 2)\n@@ -1 +1 @@\n-first\n+second\n");
+    const char* name;
+    HSVNDiffChoices choices;
+    std::string part; ///< of the text
+};
+
+void PrintTo(const ProgramRow& row, std::ostream* out) { *out << row.name; }
+
+class DiffPrograms : public Diff, public testing::WithParamInterface<ProgramRow>
+{
+};
+
+TEST_P(DiffPrograms, CompareAsTheyAreChosen)
+{
+    const auto client = HSVNClient::clientWithDelegate(nullptr);
+    HSVNClientSettings settings;
+    settings.options = {{"config", "helpers", "diff-cmd", "echo"},
+                        {"config", "helpers", "diff-extensions", "--user s"}};
+    client->applySettings(settings);
+    EXPECT_THAT(textOf(client, GetParam().choices), HasSubstr(GetParam().part));
+    EXPECT_EQ(client->optionForName("diff-cmd", "config", "helpers", std::nullopt), "echo");
+    const HSVNTarget file{_repository.url("file")};
+    std::string ofService;
+    HSVNDiff::ofItems({file, bothRevisions.first}, {file, bothRevisions.second}, client)
+        .writeUnified("a", "b", [&](std::string_view bytes) { ofService += bytes; });
+    EXPECT_EQ(ofService, "--- a\n+++ b\n@@ -1 +1 @@\n-first\n+second\n") << "a program was run";
 }
 
-TEST_F(Diff, AReceiverGetsWhatAnExternalProgramWrites)
+using Words = std::vector<std::string>;
+INSTANTIATE_TEST_SUITE_P(
+    Choices, DiffPrograms,
+    testing::Values(
+        ProgramRow{"Internal", {}, "\n--- file\t(revision 1)\n+++ file\t(revision 2)\n@@ -1 +1 @@\n-first\n+second\n"},
+        ProgramRow{"InternalWithArguments", {.arguments = Words{"-w"}}, "\n-first\n+second\n"},
+        ProgramRow{"Configured", {.program = HSVNDiffProgram::Configured}, "\n--user s -L"},
+        ProgramRow{"ConfiguredWithArguments",
+                   {.program = HSVNDiffProgram::Configured, .arguments = Words{"--own"}},
+                   "\n--own -L"},
+        ProgramRow{"External", {.program = HSVNDiffProgram::External, .command = "/bin/echo"}, "\n-u -L"},
+        ProgramRow{"ExternalWithArguments",
+                   {.program = HSVNDiffProgram::External, .command = "/bin/echo", .arguments = Words{"--own"}},
+                   "\n--own -L"}),
+    [](const auto& instance) { return std::string{instance.param.name}; });
+
+TEST_F(Diff, AnExternalProgramHasAName)
 {
-    EXPECT_THAT(textBy({"config", "helpers", "diff-extensions", "--some arguments"}),
-                HasSubstr("\n--some arguments -L"));
+    EXPECT_THROW(textOf(_context, {.program = HSVNDiffProgram::External}), HSVNAssertionException);
+    EXPECT_THROW(textOf(_context, {.program = HSVNDiffProgram::External, .command = "/nowhere/at/all"}), HSVNException);
 }
 
 TEST_F(Diff, ASummaryNamesItemsRelativeToTheTarget)

@@ -41,6 +41,8 @@ HSVNDiffEnds HSVNEndsOf(const HSVNDiffRevisions& revisions)
 
 HSVNBundleExtensions::Comparing HSVNRecordOfChoices(const HSVNOperation& operation, const HSVNDiffChoices& choices)
 {
+    const bool isConfigured = choices.program == HSVNDiffProgram::Configured && !choices.arguments;
+    const auto arguments = choices.arguments.value_or(std::vector<std::string>{});
     return {.depth = HSVNDepthForSubversion(choices.depth),
             .ignoreAncestry = choices.ignoreAncestry,
             .omitAdded = choices.omitAdded,
@@ -50,7 +52,7 @@ HSVNBundleExtensions::Comparing HSVNRecordOfChoices(const HSVNOperation& operati
             .ignoreProperties = choices.ignoreProperties,
             .propertiesOnly = choices.propertiesOnly,
             .gitFormat = choices.gitFormat,
-            .arguments = choices.arguments ? HSVNTextArray(operation, *choices.arguments) : nullptr,
+            .arguments = isConfigured ? nullptr : HSVNTextArray(operation, arguments),
             .changelists = HSVNFilterArray(operation, choices.changelists)};
 }
 

@@ -233,6 +233,11 @@ class Program(unittest.TestCase):
                          {"kind": "changed", "original": {"first": 10, "count": 1},
                           "modified": {"first": 10, "count": 1}, "removed": ["line 10\n"], "added": ["patched 10\n"]})
 
+    def test_json_is_written_item_by_item(self):
+        done = hsvn("diff", "--json", "iota", "nowhere", folder=self.wc)
+        self.assertEqual(done.returncode, 1)
+        self.assertEqual(json.loads(done.stdout + "]")[0]["path"], "iota")
+
     def test_words_that_differ_are_coloured_on_a_terminal(self):
         with tempfile.TemporaryDirectory() as folder:
             wc = fixtures.make_repository(os.path.realpath(folder))

@@ -84,10 +84,6 @@ const HSVNClientRef& Session::client()
         settings.options.push_back(
             {HSVNConfigCategoryConfig, HSVNConfigSectionHelpers, "diff3-cmd", *options.mergeCommand});
     }
-    if (options.diffCommand || options.internalDiff) {
-        settings.options.push_back(
-            {HSVNConfigCategoryConfig, HSVNConfigSectionHelpers, "diff-cmd", options.diffCommand});
-    }
     settings.prompts = options.nonInteractive ? HSVNPrompts::Nobody : HSVNPrompts::Terminal;
     try {
         client->applySettings(settings);

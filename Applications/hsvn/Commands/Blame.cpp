@@ -69,7 +69,7 @@ class BlameRun
             XML::writeFooter("blame");
         }
         if (options.json) {
-            writeJSON(_records);
+            _records.finish();
         }
         if (failures.any()) {
             fail(IllegalTarget, "Could not perform blame on all targets because some targets don't exist");
@@ -129,7 +129,7 @@ class BlameRun
         if (_session.options.xml) {
             addLine(line);
         } else if (_session.options.json) {
-            _records.push_back(record(line, path));
+            _records.add(record(line, path));
         } else {
             Output::write(columns(line) + " ");
             // Up to a zero byte, as Subversion prints a line.
@@ -206,7 +206,7 @@ class BlameRun
     HSVNRevisionRef _end;
     HSVNBlameChoices _choices;
     XML _lines; // kept until the target is known to have been read whole
-    nlohmann::ordered_json _records = nlohmann::ordered_json::array();
+    JSONArray _records;
 };
 
 void runBlame(Session& session)

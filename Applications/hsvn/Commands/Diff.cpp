@@ -2,7 +2,7 @@
 #include "CommandLine/RevisionArguments.h"
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/Targets.h"
-#include "CommandLine/TextFiles.h"
+#include "Commands/DiffProgram.h"
 #include "Output/DiffRecord.h"
 #include "Output/Display.h"
 #include "Output/JSON.h"
@@ -66,7 +66,7 @@ class DiffRun
             _isPegged ? compareRevisions(target) : compareItems(target);
         }
         if (options.json) {
-            writeJSON(_records);
+            _records.finish();
         }
         if (options.xml) {
             Output::writeBytes(XML{}.close("paths").text());
@@ -186,17 +186,18 @@ class DiffRun
     HSVNDiffChoices choices() const
     {
         const Options& options = _session.options;
-        return {.depth = options.depth,
-                .ignoreAncestry = !options.noticeAncestry,
-                .changelists = options.changelists,
-                .omitAdded = options.noDiffAdded,
-                .omitDeleted = options.noDiffDeleted,
-                .copiesAsAdds = options.showCopiesAsAdds || options.patchCompatible,
-                .ignoreContentType = options.force || _session.isConfigured("diff-ignore-content-type"),
-                .ignoreProperties = options.ignoreProperties || options.patchCompatible,
-                .propertiesOnly = options.propertiesOnly,
-                .gitFormat = options.gitFormat,
-                .arguments = options.extensions ? std::optional{split(*options.extensions, " \t\n\r")} : std::nullopt};
+        HSVNDiffChoices choices{.depth = options.depth,
+                                .ignoreAncestry = !options.noticeAncestry,
+                                .changelists = options.changelists,
+                                .omitAdded = options.noDiffAdded,
+                                .omitDeleted = options.noDiffDeleted,
+                                .copiesAsAdds = options.showCopiesAsAdds || options.patchCompatible,
+                                .ignoreContentType = options.force || _session.isConfigured("diff-ignore-content-type"),
+                                .ignoreProperties = options.ignoreProperties || options.patchCompatible,
+                                .propertiesOnly = options.propertiesOnly,
+                                .gitFormat = options.gitFormat};
+        chooseDiffProgram(_session, choices);
+        return choices;
     }
 
     void compareItems(const std::string& target)
@@ -232,7 +233,7 @@ class DiffRun
     {
         if (_session.options.json) {
             _session.client()->treeDiff(item, other, choices())->readItems([&](const HSVNPatchItem& changed) {
-                _records.push_back(diffRecord(changed));
+                _records.add(diffRecord(changed));
             });
         } else if (_session.options.colourWords && Display::isColoured()) {
             WordColours colours;
@@ -263,7 +264,7 @@ class DiffRun
         if (_session.options.xml) {
             XML{}.element("path", path, {{"item", item}, {"props", properties}, {"kind", kind}}).write();
         } else if (_session.options.json) {
-            _records.push_back({{"path", path}, {"item", item}, {"props", properties}, {"kind", kind}});
+            _records.add({{"path", path}, {"item", item}, {"props", properties}, {"kind", kind}});
         } else {
             Output::write(fmt::format("{}{}      {}\n", letterOf(difference.status), hasProperties ? 'M' : ' ', path));
         }
@@ -276,7 +277,7 @@ class DiffRun
     HSVNRevisionRef _start;
     HSVNRevisionRef _end;
     bool _isPegged = false;
-    nlohmann::ordered_json _records = nlohmann::ordered_json::array();
+    JSONArray _records;
 };
 
 void runDiff(Session& session) { DiffRun{session}.run(); }

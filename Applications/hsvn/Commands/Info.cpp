@@ -107,7 +107,7 @@ class InfoRun
     void print(const HSVNItemInfo& info)
     {
         if (_session.options.json) {
-            _records.push_back(infoRecord(info));
+            _records.add(infoRecord(info));
         } else if (_session.options.xml) {
             printInfoXML(info);
         } else if (_item) {
@@ -118,14 +118,14 @@ class InfoRun
         }
     }
 
-    void finish(bool isDocument) const
+    void finish(bool isDocument)
     {
         const Options& options = _session.options;
         if (isDocument) {
             XML::writeFooter("info");
         }
         if (options.json) {
-            writeJSON(_records);
+            _records.finish();
         }
     }
 
@@ -133,7 +133,7 @@ class InfoRun
     std::optional<InfoItem> _item;
     bool _showsPaths = false;
     bool _isPath = false; // whether the target is one, and not a URL
-    nlohmann::ordered_json _records = nlohmann::ordered_json::array();
+    JSONArray _records;
 };
 
 void runInfo(Session& session)

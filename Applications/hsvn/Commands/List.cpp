@@ -38,7 +38,7 @@ class ListRun
             XML::writeFooter("lists");
         }
         if (options.json) {
-            writeJSON(_records);
+            _records.finish();
         }
         if (failures.any()) {
             fail(IllegalTarget, "Could not list all targets because some targets don't exist");
@@ -89,7 +89,7 @@ class ListRun
             return; // the folder that is listed
         }
         if (options.json) {
-            _records.push_back(record(item, target, name));
+            _records.add(record(item, target, name));
             return;
         }
         printExternal(item);
@@ -175,7 +175,7 @@ class ListRun
 
     Session& _session;
     std::string _external; ///< the external that the last item belongs to; empty for none
-    nlohmann::ordered_json _records = nlohmann::ordered_json::array();
+    JSONArray _records;
 };
 
 void runList(Session& session)

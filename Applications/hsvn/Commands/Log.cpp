@@ -2,7 +2,7 @@
 #include "CommandLine/RevisionArguments.h"
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/Targets.h"
-#include "CommandLine/TextFiles.h"
+#include "Commands/DiffProgram.h"
 #include "Output/LogGraph.h"
 #include "Output/LogPrinter.h"
 #include "Output/Output.h"
@@ -117,9 +117,7 @@ class DiffPrinter
         _choices.depth = options.depthOr(HSVNDepthInfinity);
         _choices.ignoreAncestry = false;
         _choices.omitDeleted = true;
-        if (options.extensions) {
-            _choices.arguments = split(*options.extensions, " \t\n\r");
-        }
+        chooseDiffProgram(session, _choices);
     }
 
     void print(HSVNRevisionNumber revision) const

@@ -104,7 +104,7 @@ class PropgetRun
             XML::writeFooter("properties");
         }
         if (options.json) {
-            writeJSON(_records);
+            _records.finish();
         }
         if (_isMissing) {
             fail(General, "A problem occurred; see other errors for details");
@@ -120,11 +120,11 @@ class PropgetRun
     void record(const std::string& target, const HSVNPropertyValues& found)
     {
         for (const auto& [folder, properties] : found.inherited) {
-            _records.push_back({{"path", localStyle(target)}, {"inherited", {{folder, propertyRecord(properties)}}}});
+            _records.add({{"path", localStyle(target)}, {"inherited", {{folder, propertyRecord(properties)}}}});
         }
         for (const auto& [path, value] : found.values) {
             const std::string shown = isURL(path) ? path : relativeToCurrentFolder(path);
-            _records.push_back({{"path", shown}, {"properties", propertyRecord({{_name, value}})}});
+            _records.add({{"path", shown}, {"properties", propertyRecord({{_name, value}})}});
         }
     }
 
@@ -167,7 +167,7 @@ class PropgetRun
 
     Session& _session;
     std::string _name;
-    nlohmann::ordered_json _records = nlohmann::ordered_json::array();
+    JSONArray _records;
     bool _showsPaths = false;
     bool _isMissing = false;
 };

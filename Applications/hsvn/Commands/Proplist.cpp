@@ -45,7 +45,7 @@ class ProplistRun
             XML::writeFooter("properties");
         }
         if (options.json) {
-            writeJSON(_records);
+            _records.finish();
         }
         if (failures.any()) {
             throw wrapped(failure(IllegalTarget, "Illegal target for the requested operation"),
@@ -97,7 +97,7 @@ class ProplistRun
             for (const auto& [folder, properties] : item.inherited) {
                 record["inherited"][folder] = propertyRecord(properties);
             }
-            _records.push_back(std::move(record));
+            _records.add(std::move(record));
             return;
         }
         for (const auto& [folder, properties] : item.inherited) {
@@ -130,7 +130,7 @@ class ProplistRun
 
     Session& _session;
     std::optional<std::string> _inheritingURL; // is named in XML whether it has properties or not
-    nlohmann::ordered_json _records = nlohmann::ordered_json::array();
+    JSONArray _records;
 };
 
 void runProplist(Session& session)

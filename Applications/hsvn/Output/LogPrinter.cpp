@@ -1,7 +1,6 @@
 #include "Output/LogPrinter.h"
 
 #include "CommandLine/Dates.h"
-#include "Output/JSON.h"
 #include "Output/Output.h"
 #include "Output/PropertyPrinter.h"
 #include "Output/Words.h"
@@ -84,7 +83,7 @@ void LogPrinter::print(const HSVNLogItem& item)
     }
     if (isWanted(item)) {
         if (_options.json) {
-            _records.push_back(record(item));
+            _records.add(record(item));
         } else if (_options.xml) {
             printXML(item);
         } else {
@@ -125,10 +124,10 @@ std::vector<std::string> LogPrinter::textsOf(const HSVNLogItem& item) const
     return texts;
 }
 
-void LogPrinter::finish() const
+void LogPrinter::finish()
 {
     if (_options.json) {
-        writeJSON(_records);
+        _records.finish();
     } else if (!_options.xml && !_options.incremental) {
         Output::write(separator);
     }

@@ -2,6 +2,7 @@
 
 #include "CommandLine/LogSearch.h"
 #include "CommandLine/Options.h"
+#include "Output/JSON.h"
 
 #include <functional>
 #include <nlohmann/json.hpp>
@@ -24,7 +25,7 @@ class LogPrinter
     /// The text of a revision as people read it.
     std::string textOf(const HSVNLogItem& item) const;
     /// What follows the last item.
-    void finish() const;
+    void finish();
 
   private:
     void printText(const HSVNLogItem& item) const;
@@ -38,5 +39,5 @@ class LogPrinter
     LogSearch _search;
     std::function<void(HSVNRevisionNumber)> _follow;
     std::vector<HSVNRevisionNumber> _mergedBy; ///< the revisions that the next one was merged by, the outermost first
-    nlohmann::ordered_json _records = nlohmann::ordered_json::array();
+    JSONArray _records;
 };
