@@ -11,11 +11,19 @@
 #include <string>
 #include <string_view>
 
-/// A function that libFuzzer calls once for every input.
+/// A function that libFuzzer, or what replays the seeds, calls once for every input.
 ///
 /// What a target may do with its input is to throw one of the library's exceptions. Anything else that is thrown, a
 /// sanitizer's report, `require` and an input that takes too long end the run.
+#ifdef HSVN_REPLAY_SEEDS
+#include "SeedReplay.h"
+#define HSVN_FUZZ_TARGET                                                                                               \
+    static int runTarget(const std::uint8_t* data, std::size_t size);                                                  \
+    static const EnteredFuzzTarget enteredTarget{__FILE__, runTarget};                                                 \
+    static int runTarget(const std::uint8_t* data, std::size_t size)
+#else
 #define HSVN_FUZZ_TARGET extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
+#endif
 
 /// The bytes of one run, taken piece by piece.
 class FuzzInput
