@@ -7,12 +7,14 @@
 #include "HSVNReceiver.h"
 #include "HSVNTarget.h"
 
+#include <cstddef>
 #include <string>
+#include <vector>
 
 /// Two texts compared: the sections that they have in common, and those that are changed.
 ///
-/// This is Subversion's own comparison on every line, whatever the texts hold; the program that the user's
-/// configuration names to compare files ("diff-cmd") serves `HSVNContext::diff` alone.
+/// This is Subversion's own comparison on every line, whatever the texts hold. Other programs, such as the one that the
+/// user's configuration names ("diff-cmd"), compare for `HSVNContext::diff` alone, where they are asked for.
 class HSVN_EXPORT HSVNDiff : public HSVNComparison
 {
   public:
@@ -43,11 +45,22 @@ class HSVN_EXPORT HSVNDiff : public HSVNComparison
                             const HSVNContextRef& context,
                             const HSVNDiffOptionsRef& options = HSVNDiffOptions::defaults());
 
+    /// Hands out the original text with only some of the differences, as a commit of a part of a file needs it: the
+    /// modified text's lines of the sections that are chosen, the original's of all others.
+    ///
+    /// @param chosen    places in `sections`, in any order
+    /// @param receiver  not nil ("receiver != nil")
+    /// @throws HSVNInvalidArgumentException for a place that is none; nothing is handed out then
+    void writeStaged(const std::vector<std::size_t>& chosen, const HSVNContentsReceiver& receiver) const;
+    /// The same as one text.
+    std::string staged(const std::vector<std::size_t>& chosen) const;
+
     /// Hands out the differences in the unified form; nothing where there are none. The texts are compared once more.
     ///
-    /// @param originalLabel  of the header, UTF-8
+    /// @param originalLabel  of the header, UTF-8 without line ends, as the other one
     /// @param receiver       not nil ("receiver != nil")
-    /// @param encoding       of header and signs in front of the lines, as iconv names it
+    /// @param encoding       of header and signs in front of the lines, as iconv names it; ASCII must be the same in it
+    /// @throws HSVNInvalidArgumentException for a label or an encoding that is none
     /// @throws HSVNUnsupportedFeatureException for functions or another number of context lines, `HSVNDiffOptions`, on
     /// a
     ///                                         line before 1.9

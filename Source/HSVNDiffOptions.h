@@ -29,8 +29,8 @@ class HSVN_EXPORT HSVNDiffOptions : public HSVNOptionsOf<HSVNDiffOptions>
     std::int32_t contextLines() const { return _contextLines; }
     void setContextLines(std::int32_t contextLines) { _contextLines = contextLines; }
 
-    /// The same choices for the verb `diff`. A line that cannot show functions, before 1.5, or another number of lines,
-    /// before 1.9, says so when it is asked to.
+    /// The same choices for the verb `diff`, with a million context lines at most. A line that cannot show functions,
+    /// before 1.5, or another number of lines, before 1.9, says so when it is asked to.
     HSVNDiffChoices choices() const;
 
   protected:

@@ -1,6 +1,7 @@
 #include "HSVNStagedText.h"
 
 #include "HSVNPlatformException.h"
+#include "Internal/ChosenSections.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -42,23 +43,12 @@ void require(bool holds, std::string_view what)
     }
 }
 
-/// @return for each section whether it is chosen
-std::vector<bool> marked(const std::vector<std::size_t>& chosen, std::size_t count)
-{
-    std::vector<bool> marks(count);
-    for (const auto place : chosen) {
-        require(place < count, fmt::format("Section {} is chosen", place));
-        marks[place] = true;
-    }
-    return marks;
-}
-
 /// The pieces of the staged text, in order.
 std::vector<std::string_view> stagedPieces(std::string_view original, std::string_view modified,
                                            const std::vector<HSVNDiffSection>& sections,
                                            const std::vector<std::size_t>& chosen)
 {
-    const auto marks = marked(chosen, sections.size());
+    const auto marks = HSVNChosenSections(chosen, sections.size());
     std::vector<std::string_view> pieces;
     Lines before{original};
     Lines after{modified};

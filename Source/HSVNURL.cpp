@@ -5,6 +5,7 @@
 #include "HSVNPlatformException.h"
 #include "Internal/Characters.h"
 #include "Internal/PathText.h"
+#include "Internal/PercentEscapes.h"
 #include "Internal/TrustedText.h"
 
 #include <fmt/format.h>
@@ -180,7 +181,7 @@ void appendChild(std::string& url, const std::string& component)
 std::optional<std::string> encodedUserOf(const HSVNParsedURL& url)
 {
     const auto user = url.encodedUser();
-    return user ? std::optional{escapedUser(HSVNPathText::percentDecodedBytes(*user))} : std::nullopt;
+    return user ? std::optional{escapedUser(HSVNPercentEscapes::decoded(*user))} : std::nullopt;
 }
 
 } // namespace
@@ -267,7 +268,7 @@ std::string HSVNURL::hostAndScheme() const
 
 std::string HSVNURL::relativePath() const
 {
-    return HSVNPathText::percentEncoded(HSVNPathText::percentDecodedBytes(parsed().encodedPath()));
+    return HSVNPathText::percentEncoded(HSVNPercentEscapes::decoded(parsed().encodedPath()));
 }
 
 std::string HSVNURL::denormalizedRelativePath() const { return parsed().path(); }
@@ -344,7 +345,7 @@ HSVNLocalPathRef HSVNURL::localPath() const
     if (!isFileURL()) {
         throw HSVNInvalidArgumentException("URL is not a file:// URL");
     }
-    const auto path = HSVNPathText::percentDecodedBytes(parsed().encodedPath());
+    const auto path = HSVNPercentEscapes::decoded(parsed().encodedPath());
     if (!path.starts_with('/') || !HSVNText::isWellFormed(path)) {
         throw HSVNInvalidArgumentException("URL is not a valid file URL");
     }

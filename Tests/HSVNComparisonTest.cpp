@@ -1,6 +1,8 @@
 // Compares texts by the bundles of every line and by the installed programs. HSVN_COMPARISON_PAIRS says how many pairs
 // (120), HSVN_COMPARISON_SEED which ones.
 
+#include "EnvironmentNumber.h"
+#include "HSVNBundleLoader.h"
 #include "HSVNDiff.h"
 #include "HSVNStatusCodes.h"
 #include "HSVNThreeWayDiff.h"
@@ -10,11 +12,12 @@
 #include "TestBundles.h"
 #include "WorkingCopyTest.h"
 
-#include <cstdlib>
 #include <fcntl.h>
 #include <functional>
 #include <gmock/gmock.h>
+#include <limits>
 #include <map>
+#include <set>
 #include <sys/stat.h>
 #include <tuple>
 
@@ -27,15 +30,32 @@ using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-std::uint32_t numberOf(const char* variable, std::uint32_t usual)
-{
-    const char* const text = std::getenv(variable);
-    return text ? static_cast<std::uint32_t>(std::stoul(text)) : usual;
-}
-
+/// Of the real line where it is built, too: its texts need no working copy.
 HSVNContextRef contextOf(const std::string& line)
 {
-    return std::make_shared<HSVNContext>(bundleOfLine(HSVNVersion::versionWithString(line)));
+    const auto version = HSVNVersion::versionWithString(line);
+    const auto real = HSVNBundleLoader::sharedInstance().bundleForVersion(version);
+    return std::make_shared<HSVNContext>(real ? HSVNBundleRef{real} : bundleOfLine(version));
+}
+
+/// The lines whose older tables there are, and all that are built.
+std::set<std::string> linesOfTexts()
+{
+    std::set<std::string> lines{"1.4", "1.5", "1.6"};
+    for (const auto& loaded : HSVNBundleLoader::sharedInstance().loadedVersions()) {
+        lines.insert(loaded.versionWithMajorAndMinorComponents().versionString());
+    }
+    return lines;
+}
+
+/// From 1.7 on lines leave out what texts have in common at both ends before they compare them. Those before may choose
+/// other lines as common where there are several that are alike.
+bool isBefore1_7(const std::string& line)
+{
+    const auto version = HSVNVersion::versionWithString(line);
+    const auto real = HSVNBundleLoader::sharedInstance().bundleForVersion(version);
+    return real && HSVNBundleLoader::sharedInstance().versionForBundle(real)->tag().empty() &&
+           version.isLessThan(HSVNVersion::versionWithString("1.7"));
 }
 
 std::vector<std::string> linesOf(const std::string& text)
@@ -178,8 +198,8 @@ TEST(RandomTextsCompared, HaveTheSectionsOfSubversionOnEveryLine)
     const TestRepository repository;
     const std::string root = repository.checkOut();
     std::map<std::string, std::pair<std::string, std::string>> pairs;
-    const auto seed = numberOf("HSVN_COMPARISON_SEED", 1);
-    for (std::uint32_t number = 0; number < numberOf("HSVN_COMPARISON_PAIRS", 120); ++number) {
+    const auto seed = numberFromEnvironment("HSVN_COMPARISON_SEED", 1);
+    for (std::uint32_t number = 0; number < numberFromEnvironment("HSVN_COMPARISON_PAIRS", 120); ++number) {
         RandomTexts random{seed * 1000000 + number};
         const auto lines = random.lines();
         const std::string original = random.text(lines);
@@ -195,13 +215,17 @@ TEST(RandomTextsCompared, HaveTheSectionsOfSubversionOnEveryLine)
         writeFile(file, texts.second);
     }
     auto expected = changesIn(mustRun({"svn", "diff", "--force", "--internal-diff", root}));
-    for (const std::string line : {"1.4", "1.5", "1.6", "1.14"}) {
+    for (const auto& line : linesOfTexts()) {
         const auto context = contextOf(line);
         for (const auto& [file, texts] : pairs) {
             SCOPED_TRACE(line + " " + file);
             const std::string before = repository.beside("before/" + files::path{file}.filename().string());
             const auto found = checkedChanges(HSVNDiff::ofFiles(before, file, context), texts.first, texts.second);
-            EXPECT_EQ(found, expected[file]);
+            if (isBefore1_7(line)) {
+                EXPECT_LE(changedLines(found), changedLines(expected[file]));
+            } else {
+                EXPECT_EQ(found, expected[file]);
+            }
             EXPECT_EQ(checkedChanges(HSVNDiff::ofTexts(texts.first, texts.second, context), texts.first, texts.second),
                       found);
             if (line == "1.14" && (texts.first + texts.second).find('\r') == std::string::npos) {
@@ -224,8 +248,8 @@ TEST(RandomTextsMerged, AreWhatSubversionMakesOfThem)
         std::string theirs;
     };
     std::map<std::string, Texts> all;
-    const auto seed = numberOf("HSVN_COMPARISON_SEED", 1);
-    for (std::uint32_t number = 0; number < numberOf("HSVN_COMPARISON_PAIRS", 120); ++number) {
+    const auto seed = numberFromEnvironment("HSVN_COMPARISON_SEED", 1);
+    for (std::uint32_t number = 0; number < numberFromEnvironment("HSVN_COMPARISON_PAIRS", 120); ++number) {
         RandomTexts random{seed * 1000000 + number};
         const auto lines = random.lines();
         const auto mine = random.changed(lines);
@@ -246,7 +270,7 @@ TEST(RandomTextsMerged, AreWhatSubversionMakesOfThem)
     mustRun({"svn", "update", "--quiet", "-r", "1", root});
     write(&Texts::mine);
     mustRun({"svn", "update", "--quiet", "--accept", "postpone", root});
-    for (const std::string line : {"1.4", "1.5", "1.6", "1.14"}) {
+    for (const auto& line : linesOfTexts()) {
         const auto context = contextOf(line);
         for (const auto& [file, texts] : all) {
             const auto diff = HSVNThreeWayDiff::ofTexts(texts.base, texts.mine, texts.theirs, context);
@@ -308,7 +332,52 @@ TEST_F(ComparedFile, ReadsSomeOfManyLinesAndStopsWhenToldTo)
         EXPECT_EQ(lines.front(), "line " + std::to_string(first) + "\n");
         EXPECT_EQ(lines.size(), 2U);
     }
-    diff.readLines(Side::Original, {3002, 5}, [](std::string_view) { ADD_FAILURE(); });
+    constexpr std::int64_t many = std::numeric_limits<std::int64_t>::max();
+    for (const HSVNDiffLines& none : {HSVNDiffLines{3002, 5}, {-5, 5}, {-many, many}, {many, many}, {0, -1}}) {
+        diff.readLines(Side::Original, none, [](std::string_view) { ADD_FAILURE(); });
+    }
+    HSVNDiffSection section{Kind::Changed, {-2, 3}, {3001, many}, {}};
+    EXPECT_EQ(diff.text(section, Side::Original), "line 0\n");
+    EXPECT_EQ(diff.text(section, Side::Modified), "end\n");
+}
+
+TEST_F(ComparedFile, IsStagedByChoice)
+{
+    writeFile(folder / "before", "1\r\n2\r\n3\r\n4");
+    writeFile(folder / "after", "one\r\n2\r\n3\r\nfour\r\nfive");
+    const auto diff = HSVNDiff::ofFiles(folder / "before", folder / "after", context);
+    ASSERT_EQ(diff.sections().size(), 3U);
+    for (const auto& [chosen, text] :
+         std::map<std::vector<std::size_t>, std::string>{{{}, "1\r\n2\r\n3\r\n4"},
+                                                         {{0}, "one\r\n2\r\n3\r\n4"},
+                                                         {{2, 1}, "1\r\n2\r\n3\r\nfour\r\nfive"},
+                                                         {{2, 0}, "one\r\n2\r\n3\r\nfour\r\nfive"}})
+    {
+        EXPECT_EQ(diff.staged(chosen), text);
+    }
+    EXPECT_THROW(diff.staged({0, 3}), HSVNInvalidArgumentException);
+    EXPECT_THROW(diff.writeStaged({}, nullptr), HSVNAssertionException);
+}
+
+TEST_F(ComparedFile, IsWrittenInAFormThatCanBeReadAgain)
+{
+    const auto options = HSVNDiffOptions::defaults();
+    options->setContextLines(std::numeric_limits<std::int32_t>::max()); // which Subversion would count one by one
+    const auto diff = HSVNDiff::ofTexts("1\n2\n3\n4\n5\n", "1\n2\n3\n4\nfive\n", context, options);
+    const auto written = [&diff](const std::string& label, const std::string& encoding) {
+        std::string text;
+        diff.writeUnified(
+            label, "b", [&text](std::string_view bytes) { text += bytes; }, encoding);
+        return text;
+    };
+    EXPECT_EQ(written("\xc3\xa4", "ISO-8859-1"), "--- \xe4\n+++ b\n@@ -1,5 +1,5 @@\n 1\n 2\n 3\n 4\n-5\n+five\n");
+    for (const auto& [label, encoding] : {std::pair<std::string, std::string>{"a\n+++ c", "UTF-8"},
+                                          {"\xff", "UTF-8"},
+                                          {"a", "UTF-16LE"},
+                                          {"a", "no such encoding"}})
+    {
+        EXPECT_THROW(written(label, encoding), HSVNInvalidArgumentException) << encoding;
+    }
 }
 
 TEST_F(ComparedFile, IgnoresWhatItIsToldTo)

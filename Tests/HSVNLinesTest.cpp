@@ -47,6 +47,13 @@ std::string readFile(const HSVNPathRef& path)
     return {std::istreambuf_iterator<char>{file}, {}};
 }
 
+/// The newest format of working copies that a line serves; several lines may have one.
+std::int64_t formatOf(const HSVNVersion& line)
+{
+    const auto& loader = HSVNBundleLoader::sharedInstance();
+    return *loader.infoDictionaryForBundle(loader.bundleForVersion(line)).at("HSVNWorkingCopyFormatVersion").number();
+}
+
 /// A user of one line: a client and a working copy of a repository that every line can open.
 class LineUser
 {
@@ -231,9 +238,8 @@ TEST_F(LinesTest, WorkInAlternationOnOneRepository)
     std::vector<std::unique_ptr<LineUser>> users;
     for (const auto& line : _lines) {
         users.push_back(std::make_unique<LineUser>(line, url(), folderOf(line)));
-        EXPECT_TRUE(HSVNDirectory::versionForWorkingCopyAtPath(users.back()->workingCopy())
-                        .isEqualToVersion(line.versionWithMajorAndMinorComponents()))
-            << line;
+        const auto serving = HSVNDirectory::versionForWorkingCopyAtPath(users.back()->workingCopy());
+        EXPECT_EQ(formatOf(serving), formatOf(line)) << line << " is served by " << serving;
     }
     for (int round = 1; round <= 3; ++round) {
         for (const auto& user : users) {

@@ -1,3 +1,4 @@
+#include "EnvironmentNumber.h"
 #include "HSVNPatchedItem.h"
 #include "HSVNStatusCodes.h"
 #include "HSVNTreeDiff.h"
@@ -9,6 +10,7 @@
 #include <map>
 #include <random>
 #include <set>
+#include <sstream>
 
 using testing::ElementsAre;
 
@@ -41,6 +43,36 @@ std::map<std::string, std::string> treeOf(const std::string& folder)
                                              : readFile(entry->path());
     }
     return tree;
+}
+
+/// What svn prints of hunks that are not just where the patch says.
+std::vector<std::string> oddOutcomesIn(const std::string& printed)
+{
+    std::vector<std::string> outcomes;
+    std::istringstream lines{printed};
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with(">") && line.find(" offset 0") == std::string::npos) {
+            outcomes.emplace_back(line.find("rejected hunk") != std::string::npos     ? "rejected"
+                                  : line.find("already applied") != std::string::npos ? "already there"
+                                  : line.find(" fuzz ") != std::string::npos          ? "applied with fuzz"
+                                                                                      : "applied at an offset");
+        }
+    }
+    return outcomes;
+}
+
+/// The same of what the verb answers.
+std::vector<std::string> oddOutcomesOf(const std::vector<HSVNPatchedItem>& items)
+{
+    std::vector<std::string> outcomes;
+    for (const auto& item : items) {
+        for (const auto& hunk : item.hunks) {
+            if (hunk.outcome != HSVNHunkOutcome::Applied) {
+                outcomes.emplace_back(HSVNTextOfHunkOutcome(hunk.outcome));
+            }
+        }
+    }
+    return outcomes;
 }
 
 class PatchVerb : public WorkingCopyTest
@@ -250,7 +282,7 @@ TEST_P(PatchVerb, DoesWhatSubversionDoesWithGeneratedPatches)
     }
     commitAll();
     const auto peer = repository.checkOut("peer", "trunk");
-    for (int round = 0; round < 12; ++round) {
+    for (auto round = numberFromEnvironment("HSVN_PATCH_ROUNDS", 12); round > 0; --round) {
         SCOPED_TRACE(round);
         edited(item("a.txt"));
         mustRun({"svn", "propset", "--quiet", "color", std::to_string(upTo(3)), item("dir/c.txt")});
@@ -267,8 +299,8 @@ TEST_P(PatchVerb, DoesWhatSubversionDoesWithGeneratedPatches)
         edited(item("a.txt"));
         files::copy_file(item("a.txt"), peer + "/a.txt", files::copy_options::overwrite_existing);
         const HSVNPatchChoices choices{.reverse = upTo(3) == 0, .ignoreWhitespace = upTo(3) == 0};
-        client->patch(file, root, choices);
-        std::vector<std::string> arguments{"svn", "patch", "--quiet", file, peer};
+        const auto told = client->patch(file, root, choices);
+        std::vector<std::string> arguments{"svn", "patch", file, peer};
         for (const auto& [isChosen, word] :
              {std::pair{choices.reverse, "--reverse-diff"}, {choices.ignoreWhitespace, "--ignore-whitespace"}})
         {
@@ -276,7 +308,7 @@ TEST_P(PatchVerb, DoesWhatSubversionDoesWithGeneratedPatches)
                 arguments.emplace_back(word);
             }
         }
-        mustRun(arguments);
+        EXPECT_EQ(oddOutcomesOf(told), oddOutcomesIn(mustRun(arguments)));
         EXPECT_EQ(treeOf(root), treeOf(peer));
         EXPECT_EQ(mustRun({"bash", "-c", "cd \"$0\" && svn status && svn proplist -vR", root}),
                   mustRun({"bash", "-c", "cd \"$0\" && svn status && svn proplist -vR", peer}));
@@ -376,10 +408,9 @@ TEST_P(PatchVerb, TheReaderSeesEveryNameThatSubversionReads)
                                          "--",
                                          std::string{"\0", 1},
                                          std::string{"--- n11\0x", 9}};
-    const char* const rounds = std::getenv("HSVN_TEST_PATCHES");
     std::mt19937 random{11};
     std::size_t told = 0;
-    for (int round = rounds ? std::atoi(rounds) : 400; round > 0; --round) {
+    for (auto round = numberFromEnvironment("HSVN_PATCH_READINGS", 400); round > 0; --round) {
         std::string text;
         for (auto lines = std::uniform_int_distribution<int>{1, 30}(random); lines > 0; --lines) {
             text += words.at(std::uniform_int_distribution<std::size_t>{0, words.size() - 1}(random));

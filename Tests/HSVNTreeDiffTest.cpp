@@ -1,5 +1,6 @@
 #include "HSVNTreeDiff.h"
 #include "AlteredBundle.h"
+#include "EnvironmentNumber.h"
 #include "HSVNReadingChoices.h"
 #include "HSVNStagedText.h"
 #include "ReasonOf.h"
@@ -257,7 +258,7 @@ TEST_P(TreeDiffs, AreWhatSubversionShowsOfGeneratedTrees)
     mustRun({"svn", "delete", "--quiet", item("a.txt"), item("b.txt"), item("dir")});
     commitAll();
     root = repository.checkOut("whole"); // whose names are those of Git's headers
-    for (const unsigned seed : {1U, 2U, 3U}) {
+    for (unsigned seed = 1; seed <= numberFromEnvironment("HSVN_TREE_SEEDS", 3); ++seed) {
         SCOPED_TRACE(seed);
         const auto folder = fmt::format("trunk/{}", seed);
         files::create_directory(item(folder));

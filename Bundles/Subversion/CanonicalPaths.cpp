@@ -1,6 +1,6 @@
 #include "CanonicalPaths.h"
 
-#include "Internal/Hexadecimal.h"
+#include "Internal/PercentEscapes.h"
 
 #include <algorithm>
 #include <array>
@@ -92,25 +92,6 @@ char lowerCaseLetter(char letter)
     return letter >= 'A' && letter <= 'Z' ? static_cast<char>(letter - 'A' + 'a') : letter;
 }
 
-/// The text with its escapes replaced by the bytes they stand for; a percent sign that begins none stays.
-std::string unescaped(std::string_view text)
-{
-    std::string result;
-    for (std::size_t index = 0; index < text.size(); ++index) {
-        const bool mayBegin = text[index] == '%' && index + 2 < text.size();
-        const std::array escape{lowerCaseLetter(mayBegin ? text[index + 1] : '%'),
-                                lowerCaseLetter(mayBegin ? text[index + 2] : '%')};
-        std::array<unsigned char, 1> byte{};
-        if (HSVNHexadecimal::read({escape.data(), escape.size()}, byte)) {
-            result += static_cast<char>(byte[0]);
-            index += 2;
-        } else {
-            result += text[index];
-        }
-    }
-    return result;
-}
-
 std::string lowerCase(std::string_view text)
 {
     std::string result{text};
@@ -150,7 +131,7 @@ svn_error_t* canonicalizeURL(const char** url, apr_pool_t* pool)
     }
 #endif
     SVN_ERR(refuseZeroByte(*url));
-    const std::string decoded = unescaped(text.substr(pathStart));
+    const std::string decoded = HSVNPercentEscapes::decoded(text.substr(pathStart));
     if (!utf8::is_valid(decoded)) {
         return badURL(*url, "has a path that is not valid UTF-8");
     }

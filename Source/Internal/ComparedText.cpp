@@ -7,6 +7,7 @@
 #include <cerrno>
 #include <fcntl.h>
 #include <fmt/format.h>
+#include <limits>
 #include <memory>
 #include <system_error>
 #include <unistd.h>
@@ -142,6 +143,17 @@ void takeApart(Reader& reader, std::int64_t offset, Take take)
     }
 }
 
+/// Lines from the text's first one on, whose end can be counted.
+HSVNDiffLines countable(HSVNDiffLines lines)
+{
+    if (lines.first < 0 && lines.count > 0) {
+        lines.count += lines.first;
+    }
+    lines.first = std::max<std::int64_t>(lines.first, 0);
+    lines.count = std::clamp<std::int64_t>(lines.count, 0, std::numeric_limits<std::int64_t>::max() - lines.first);
+    return lines;
+}
+
 void count(HSVNLineEnds& ends, End end)
 {
     switch (end) {
@@ -241,9 +253,10 @@ std::int64_t HSVNComparedText::offsetOf(std::int64_t line)
     return offset;
 }
 
-void HSVNComparedText::readLines(const HSVNDiffLines& lines, const HSVNContentsReceiver& receiver)
+void HSVNComparedText::readLines(const HSVNDiffLines& wanted, const HSVNContentsReceiver& receiver)
 {
-    if (lines.count <= 0) {
+    const auto lines = countable(wanted);
+    if (lines.empty()) {
         return;
     }
     std::int64_t left = lines.count;
@@ -263,9 +276,10 @@ void HSVNComparedText::readLines(const HSVNDiffLines& lines, const HSVNContentsR
               });
 }
 
-bool HSVNComparedText::readPieces(const HSVNDiffLines& lines, const HSVNContentsReceiver& receiver)
+bool HSVNComparedText::readPieces(const HSVNDiffLines& wanted, const HSVNContentsReceiver& receiver)
 {
-    if (lines.count <= 0) {
+    const auto lines = countable(wanted);
+    if (lines.empty()) {
         return true;
     }
     std::int64_t offset = offsetOf(lines.first);

@@ -33,11 +33,11 @@ class HSVNComparedText
     void requireUnchanged() const;
 
     /// Hands out lines of the text, one call a line, until the receiver wants no more.
-    void readLines(const HSVNDiffLines& lines, const HSVNContentsReceiver& receiver);
+    void readLines(const HSVNDiffLines& wanted, const HSVNContentsReceiver& receiver);
     /// Hands out the same lines as pieces of any size.
     ///
     /// @return false when the receiver wants no more
-    bool readPieces(const HSVNDiffLines& lines, const HSVNContentsReceiver& receiver);
+    bool readPieces(const HSVNDiffLines& wanted, const HSVNContentsReceiver& receiver);
     const HSVNLineEnds& ends();
     /// The end of the first line that has one; "\n" when none has.
     std::string firstEnd();

@@ -131,7 +131,7 @@ std::vector<HSVNDiffSection> HSVNSectionsOf(HSVNOperation& operation, Texts& tex
 }
 
 void HSVNWriteUnified(HSVNOperation& operation, svn_stream_t* out, Texts& texts, const HSVNDiffOptions& options,
-                      const std::vector<std::string>& labels, const std::string& encoding)
+                      const HSVNUnifiedForm& form)
 {
     const bool needsMore = argumentsOf(options) != *options.choices().arguments;
     const auto writeMore =
@@ -141,12 +141,13 @@ void HSVNWriteUnified(HSVNOperation& operation, svn_stream_t* out, Texts& texts,
     svn_diff_t* const difference = compareFiles(operation, texts, recordOf(operation, argumentsOf(options)));
     const char* const original = operation.cString(texts[0].path());
     const char* const modified = operation.cString(texts[1].path());
-    const char* const originalLabel = HSVNCString(labels[0]);
-    const char* const modifiedLabel = HSVNCString(labels[1]);
+    const char* const originalLabel = HSVNCString(form.originalLabel);
+    const char* const modifiedLabel = HSVNCString(form.modifiedLabel);
     operation.check(
-        needsMore ? writeMore(out, difference, original, modified, originalLabel, modifiedLabel, HSVNCString(encoding),
-                              options.showFunctions(), options.contextLines(), operation.ctx(), operation.pool())
-                  : operation->diff_file_output_unified2(out, difference, original, modified, originalLabel,
-                                                         modifiedLabel, HSVNCString(encoding), operation.pool()));
+        needsMore
+            ? writeMore(out, difference, original, modified, originalLabel, modifiedLabel, HSVNCString(form.encoding),
+                        options.showFunctions(), form.contextLines, operation.ctx(), operation.pool())
+            : operation->diff_file_output_unified2(out, difference, original, modified, originalLabel, modifiedLabel,
+                                                   HSVNCString(form.encoding), operation.pool()));
     requireUnchanged(texts);
 }

@@ -2,6 +2,7 @@
 
 #include "HSVNPlatformException.h"
 #include "Internal/Characters.h"
+#include "Internal/PercentEscapes.h"
 
 #include <fmt/format.h>
 #include <pwd.h>
@@ -10,7 +11,6 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
-#include <charconv>
 #include <cstdint>
 #include <cstdlib>
 #include <functional>
@@ -78,22 +78,10 @@ constexpr std::array<bool, 256> unescapedBytes = [] {
     return table;
 }();
 
-/// The byte of the escape "%XX" at a place, or nil when there is none.
-std::optional<char> escapedByte(std::string_view text, std::size_t offset)
-{
-    if (offset + 3 > text.size() || text[offset] != '%') {
-        return std::nullopt;
-    }
-    unsigned value = 0;
-    const char* end = text.data() + offset + 3;
-    const auto [parsed, error] = std::from_chars(text.data() + offset + 1, end, value, 16);
-    return error == std::errc{} && parsed == end ? std::optional{static_cast<char>(value)} : std::nullopt;
-}
-
 /// A run of escapes as text: each as its character, those that make up none as they were written.
 void appendDecodedRun(std::string& result, std::string_view run)
 {
-    const std::string bytes = HSVNPathText::percentDecodedBytes(run);
+    const std::string bytes = HSVNPercentEscapes::decoded(run);
     for (std::size_t offset = 0; offset < bytes.size();) {
         const auto character = HSVNText::prefix(std::string_view{bytes}.substr(offset), 1);
         result += HSVNText::isWellFormed(character) ? character : run.substr(offset * 3, character.size() * 3);
@@ -175,18 +163,6 @@ std::string HSVNPathText::percentEncoded(std::string_view text)
     return result;
 }
 
-std::string HSVNPathText::percentDecodedBytes(std::string_view text)
-{
-    std::string result;
-    result.reserve(text.size());
-    for (std::size_t offset = 0; offset < text.size();) {
-        const auto byte = escapedByte(text, offset);
-        result += byte.value_or(text[offset]);
-        offset += byte ? 3 : 1;
-    }
-    return result;
-}
-
 std::string HSVNPathText::percentDecoded(std::string_view text)
 {
     if (text.find('%') == std::string_view::npos) {
@@ -196,7 +172,7 @@ std::string HSVNPathText::percentDecoded(std::string_view text)
     result.reserve(text.size());
     for (std::size_t offset = 0; offset < text.size();) {
         std::size_t end = offset;
-        while (escapedByte(text, end)) {
+        while (HSVNPercentEscapes::byteAt(text, end)) {
             end += 3;
         }
         if (end == offset) {
