@@ -57,6 +57,12 @@ class UpdatingVerbs : public WorkingCopyTest
         mustRun({"svn", "update", "--quiet", "-r", "1", root});
         writeFile(item("a.txt"), "mine\n");
     }
+};
+
+/// On the one line that asks.
+class AskingVerbs : public UpdatingVerbs
+{
+  protected:
     /// The verbs that ask how conflicts are settled, each bringing the third revision's change, with what it tells of
     /// the sides.
     struct Asking
@@ -88,11 +94,22 @@ class UpdatingVerbs : public WorkingCopyTest
         mustRun({"svn", "update", "--quiet", "-r", "1", root});
         writeFile(item("a.txt"), "mine\n");
     }
+    /// Uses each verb where its conflict is still to come.
+    void forEachVerb(const std::function<void(const Asking&)>& use) const
+    {
+        for (const auto& verb : askingVerbs()) {
+            SCOPED_TRACE(static_cast<int>(verb.operation));
+            restore();
+            use(verb);
+        }
+    }
+    void SetUp() override { change(); }
 };
 
 } // namespace
 
 INSTANTIATE_TEST_SUITE_P(Lines, UpdatingVerbs, everyLine(), lineName);
+INSTANTIATE_TEST_SUITE_P(Lines, AskingVerbs, testing::Values("1.14"), lineName);
 
 TEST_P(UpdatingVerbs, NameWhatTheirLineLacks)
 {
@@ -189,15 +206,9 @@ TEST_P(UpdatingVerbs, ApplyADifferenceOnEveryLine)
     EXPECT_GE(delegate->withAction(HSVNNotifyActionMergeCompleted).size(), 2U);
 }
 
-TEST_P(UpdatingVerbs, AskHowAConflictIsSettled)
+TEST_P(AskingVerbs, AskHowAConflictIsSettled)
 {
-    if (isOlderLine()) {
-        GTEST_SKIP() << "no older line asks";
-    }
-    change();
-    for (const auto& verb : askingVerbs()) {
-        SCOPED_TRACE(static_cast<int>(verb.operation));
-        restore();
+    forEachVerb([&](const Asking& verb) {
         int asked = 0;
         verb.call([&](const std::string& path, const HSVNConflictRecord& conflict) {
             ++asked;
@@ -212,18 +223,12 @@ TEST_P(UpdatingVerbs, AskHowAConflictIsSettled)
         EXPECT_EQ(asked, 1);
         EXPECT_EQ(readFile(item("a.txt")), "third\n");
         EXPECT_FALSE(hasConflict()) << status();
-    }
+    });
 }
 
-TEST_P(UpdatingVerbs, LeaveAConflictWhenNobodySettlesIt)
+TEST_P(AskingVerbs, LeaveAConflictWhenNobodySettlesIt)
 {
-    if (isOlderLine()) {
-        GTEST_SKIP() << "no older line asks";
-    }
-    change();
-    for (const auto& verb : askingVerbs()) {
-        SCOPED_TRACE(static_cast<int>(verb.operation));
-        restore();
+    forEachVerb([&](const Asking& verb) {
         EXPECT_THROW(verb.call([](const auto&...) -> HSVNResolutionChoice { throw std::range_error{"no answer"}; }),
                      std::range_error);
         EXPECT_TRUE(hasConflict());
@@ -233,15 +238,11 @@ TEST_P(UpdatingVerbs, LeaveAConflictWhenNobodySettlesIt)
         restore();
         verb.call(nullptr);
         EXPECT_TRUE(hasConflict());
-    }
+    });
 }
 
-TEST_P(UpdatingVerbs, AskNobodyAboutTheConflictsOfWhatTheChooserDoes)
+TEST_P(AskingVerbs, AskNobodyAboutTheConflictsOfWhatTheChooserDoes)
 {
-    if (isOlderLine()) {
-        GTEST_SKIP() << "no older line asks";
-    }
-    change();
     const std::string other = repository.checkOut("other", "trunk");
     mustRun({"svn", "update", "--quiet", "-r", "1", other});
     writeFile(other + "/a.txt", "mine\n");

@@ -119,13 +119,7 @@ std::string askForAnswer(const std::vector<PromptAnswer>& all, const std::vector
     return code;
 }
 
-std::optional<PromptEnd> endForCode(const std::string& code)
-{
-    if (code == "p" || code == "q") {
-        return code == "q" ? PromptEnd::Quit : PromptEnd::Postponed;
-    }
-    return std::nullopt;
-}
+bool postpones(const std::string& code) { return code == "p" || code == "q"; }
 
 std::vector<PromptAnswer> answersOf(HSVNConflictedItem& item, HSVNConflictKind kind)
 {

@@ -6,15 +6,7 @@
 #include <string>
 #include <vector>
 
-// What asks the user how to settle a conflict.
-
-/// How the questions about a conflict ended.
-enum class PromptEnd
-{
-    Settled,
-    Postponed,
-    Quit ///< the user wants to be asked no more
-};
+// What asks the user how to settle a conflict. Each answers false when the user wants to be asked no more.
 
 /// One answer that a question leaves.
 struct PromptAnswer
@@ -38,8 +30,8 @@ std::string promptHelp(const std::vector<PromptAnswer>& answers);
 std::string askForCode(const std::vector<PromptAnswer>& all, const std::vector<PromptAnswer>& shown);
 /// The same, but gives the help itself as often as it is asked for.
 std::string askForAnswer(const std::vector<PromptAnswer>& all, const std::vector<PromptAnswer>& shown);
-/// How the answers "p" and "q" end the questions; nil for any other, which does not.
-std::optional<PromptEnd> endForCode(const std::string& code);
+/// Whether an answer leaves the conflict for later: "p", or "q", which leaves all further ones, too.
+bool postpones(const std::string& code);
 /// The library's choices as answers, those that have a code of their own.
 std::vector<PromptAnswer> answersOf(HSVNConflictedItem& item, HSVNConflictKind kind);
 /// The answer with a code, null when there is none.
@@ -54,10 +46,10 @@ class TextConflictPrompt
   public:
     /// @param path  as the operation reported it
     TextConflictPrompt(Session& session, HSVNConflictedItem& item, const std::string& path);
-    PromptEnd ask();
+    bool ask();
 
   private:
-    PromptEnd askAboutBinaryFile();
+    bool askAboutBinaryFile();
     std::vector<PromptAnswer> shortAnswers() const;
     void act(const std::string& code);
     void showDifference();
@@ -78,7 +70,7 @@ class PropertyConflictPrompt
 {
   public:
     PropertyConflictPrompt(Session& session, HSVNConflictedItem& item, const std::string& path, std::string property);
-    PromptEnd ask();
+    bool ask();
 
   private:
     std::vector<PromptAnswer> shortAnswers() const;
@@ -98,7 +90,7 @@ class TreeConflictPrompt
 {
   public:
     TreeConflictPrompt(HSVNConflictedItem& item, const std::string& path);
-    PromptEnd ask();
+    bool ask();
     /// Settles the conflict as Subversion recommends, if it does.
     ///
     /// @param isTold  the user hears of it

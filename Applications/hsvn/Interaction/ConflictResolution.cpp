@@ -242,17 +242,14 @@ ConflictResolution::Next ConflictResolution::launch(HSVNConflictedItem& item, co
 void ConflictResolution::ask(HSVNConflictedItem& item, const std::string& path)
 {
     printSummaryOnce();
-    const auto note = [this](PromptEnd end) { _hasQuit = end == PromptEnd::Quit; };
     if (item.hasTextConflict()) {
-        note(TextConflictPrompt{_session, item, path}.ask());
+        _hasQuit = !TextConflictPrompt{_session, item, path}.ask();
     }
     for (const auto& property : item.conflictedProperties()) {
-        if (!_hasQuit) {
-            note(PropertyConflictPrompt{_session, item, path, property}.ask());
-        }
+        _hasQuit = _hasQuit || !PropertyConflictPrompt{_session, item, path, property}.ask();
     }
-    if (item.hasTreeConflict() && !_hasQuit) {
-        note(TreeConflictPrompt{item, path}.ask());
+    if (item.hasTreeConflict()) {
+        _hasQuit = _hasQuit || !TreeConflictPrompt{item, path}.ask();
     }
 }
 

@@ -23,14 +23,14 @@ PropertyConflictPrompt::PropertyConflictPrompt(Session& session, HSVNConflictedI
     }
 }
 
-PromptEnd PropertyConflictPrompt::ask()
+bool PropertyConflictPrompt::ask()
 {
     Output::writeError(fmt::format("Conflict for property '{}' discovered on '{}'.\n{}\n", _property, _shown,
                                    _item.descriptionOfPropertyConflict()));
     for (;;) {
         const std::string code = askForAnswer(_answers, shortAnswers());
-        if (const auto end = endForCode(code)) {
-            return *end;
+        if (postpones(code)) {
+            return code != "q";
         }
         if (code == "dc") {
             Output::writeBytes(merged());
@@ -42,7 +42,7 @@ PromptEnd PropertyConflictPrompt::ask()
         } else {
             _item.resolve(HSVNConflictKind::Property, answerWithCode(_answers, code)->choice, _property,
                           code == "r" ? _edited : std::nullopt);
-            return PromptEnd::Settled;
+            return true;
         }
     }
 }

@@ -42,7 +42,7 @@ TextConflictPrompt::TextConflictPrompt(Session& session, HSVNConflictedItem& ite
     _answers.push_back(quitAnswer);
 }
 
-PromptEnd TextConflictPrompt::ask()
+bool TextConflictPrompt::ask()
 {
     if (isBinary(_item.mimeType())) {
         return askAboutBinaryFile();
@@ -61,8 +61,8 @@ PromptEnd TextConflictPrompt::ask()
     Output::writeError(fmt::format("Merge conflict discovered in file '{}'.\n", _shown));
     for (;;) {
         const std::string code = askForAnswer(_answers, shortAnswers());
-        if (const auto end = endForCode(code)) {
-            return *end;
+        if (postpones(code)) {
+            return code != "q";
         }
         if (code == "r" && !_mayBeResolved) {
             Output::writeError("Invalid option; use diff/edit/merge/launch before choosing 'mark resolved'.\n\n");
@@ -71,13 +71,13 @@ PromptEnd TextConflictPrompt::ask()
         const PromptAnswer& answer = *answerWithCode(_answers, code);
         if (answer.choice != HSVNResolutionChoice::Unspecified) {
             _item.resolve(HSVNConflictKind::Text, answer.choice);
-            return PromptEnd::Settled;
+            return true;
         }
         act(code);
     }
 }
 
-PromptEnd TextConflictPrompt::askAboutBinaryFile()
+bool TextConflictPrompt::askAboutBinaryFile()
 {
     Output::writeError(fmt::format("Merge conflict discovered in binary file '{}'.\n", _shown));
     for (auto& answer : _answers) {
@@ -94,11 +94,11 @@ PromptEnd TextConflictPrompt::askAboutBinaryFile()
         }
     }
     const std::string code = askForAnswer(_answers, shown);
-    if (const auto end = endForCode(code)) {
-        return *end;
+    if (postpones(code)) {
+        return code != "q";
     }
     _item.resolve(HSVNConflictKind::Text, answerWithCode(_answers, code)->choice);
-    return PromptEnd::Settled;
+    return true;
 }
 
 std::vector<PromptAnswer> TextConflictPrompt::shortAnswers() const

@@ -58,10 +58,10 @@ bool TreeConflictPrompt::resolveAsRecommended(bool isTold)
     return true;
 }
 
-PromptEnd TreeConflictPrompt::ask()
+bool TreeConflictPrompt::ask()
 {
     if (resolveAsRecommended(true)) {
-        return PromptEnd::Settled;
+        return true;
     }
     findMoveTargets();
     if (answersOf(_item, HSVNConflictKind::Tree).size() <= 2) {
@@ -73,8 +73,8 @@ PromptEnd TreeConflictPrompt::ask()
         warnOfAmbiguity();
         const auto all = answers();
         const std::string code = askForCode(all, all);
-        if (const auto end = endForCode(code)) {
-            return *end;
+        if (postpones(code)) {
+            return code != "q";
         }
         if (code == "d" || code == "w") {
             chooseMoveTarget(code == "d" ? HSVNMovePlace::Repository : HSVNMovePlace::WorkingCopy);
@@ -85,7 +85,7 @@ PromptEnd TreeConflictPrompt::ask()
             continue;
         }
         _item.resolve(HSVNConflictKind::Tree, answerWithCode(all, code)->choice);
-        return PromptEnd::Settled;
+        return true;
     }
 }
 
