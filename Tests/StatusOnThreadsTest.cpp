@@ -12,6 +12,7 @@
 #include "HSVNURL.h"
 #include "OpenedFile.h"
 #include "TestBundles.h"
+#include "XMLEntries.h"
 
 #include <algorithm>
 #include <chrono>
@@ -19,6 +20,7 @@
 #include <fmt/format.h>
 #include <functional>
 #include <gtest/gtest.h>
+#include <iterator>
 #include <memory>
 #include <pthread.h>
 #include <set>
@@ -187,6 +189,30 @@ TEST_F(StatusOnThreads, TellsWhatOneThreadTells)
     }
 }
 
+TEST_F(StatusOnThreads, TellsTheStatesThatSvnTells)
+{
+    std::multiset<std::string> expected;
+    for (const auto& entry :
+         XMLEntry::entriesIn(mustRun({"svn", "status", "--verbose", "--no-ignore", "--xml", suite->workingCopy()})))
+    {
+        expected.insert(entry.text("@path") + " is " + entry.text("wc-status@item"));
+    }
+    ASSERT_GT(expected.size(), 50U);
+    const HSVNStatusChoices everything{.getAll = true, .matchIgnorePatterns = false};
+    for (const unsigned threads : {1U, 2U}) {
+        std::multiset<std::string> told;
+        auto choices = everything;
+        choices.threads = threads;
+        client->status(suite->workingCopy(), choices, [&](const HSVNNodeRef& node) {
+            told.insert(node->path()->string() + " is " + HSVNTextOfStatusKind(node->status()->textStatus()));
+        });
+        Records differing;
+        std::set_symmetric_difference(told.begin(), told.end(), expected.begin(), expected.end(),
+                                      std::back_inserter(differing));
+        EXPECT_EQ(differing, Records{}) << threads;
+    }
+}
+
 TEST_F(StatusOnThreads, EndsAsOnOneThread)
 {
     const auto all = records(suite->workingCopy(), {}, 1);
@@ -230,6 +256,26 @@ TEST_F(StatusOnThreads, TellsOfWhatAnotherProgramChangesMeanwhile)
     EXPECT_NE(told.front(), now.front()) << "the root was told of before the update";
     // What was read of the second folder was no longer true; the folder itself was told of with the root.
     EXPECT_EQ(Records(told.end() - 2, told.end()), Records(now.end() - 2, now.end()));
+}
+
+TEST_F(StatusOnThreads, OpensTheDatabaseAsOftenForManyDeletedItemsAsForOne)
+{
+    const auto root = suite->checkOut("deletedwc");
+    std::vector<std::string> removal{"remove"};
+    for (const auto& entry : std::filesystem::directory_iterator{root + "/dir"}) {
+        removal.push_back(entry.path().string());
+    }
+    ASSERT_GT(removal.size(), 20U);
+    const auto timesOpened = [&] {
+        const OpenedFile database{root + "/.svn/wc.db"};
+        records(root, {}, 1);
+        return database.times();
+    };
+    EveryKindOfItem::svn({"remove", root + "/normal"});
+    const int forOne = timesOpened();
+    EXPECT_GE(forOne, 2);
+    EveryKindOfItem::svn(removal);
+    EXPECT_LE(timesOpened(), forOne + 1);
 }
 
 TEST_F(StatusOnThreads, LetsAReceiverWalkThroughWhatItHasChanged)

@@ -8,6 +8,7 @@
 #include "ErrorCodes.h"
 #include "ExtensionTargets.h"
 #include "FoldersAhead.h"
+#include "FormerNodes.h"
 #include "WalkedFolders.h"
 #include "WorkingCopyPlace.h"
 
@@ -82,8 +83,9 @@ std::unique_ptr<FoldersAhead> foldersAhead(unsigned threads, const svn_client_ct
 class WalkAhead
 {
   public:
-    WalkAhead(FoldersAhead* ahead, svn_client_ctx_t* ctx, HSVNBundleExtensions::StatusReceiver receiver, void* baton)
-        : _folders{ahead}, _ctx{ctx}, _receiver{receiver}, _baton{baton}, _cancel{ctx->cancel_func},
+    WalkAhead(FoldersAhead* ahead, svn_client_ctx_t* ctx, HSVNBundleExtensions::StatusReceiver receiver, void* baton,
+              apr_pool_t* pool)
+        : _folders{ahead}, _formerNodes{pool}, _ctx{ctx}, _receiver{receiver}, _baton{baton}, _cancel{ctx->cancel_func},
           _cancelBaton{ctx->cancel_baton}
     {
         if (_cancel != nullptr) {
@@ -104,11 +106,22 @@ class WalkAhead
     static svn_error_t* receive(void* baton, const char* path, const svn_client_status_t* status, apr_pool_t* pool)
     {
         const WalkedFolders asTheyAre{nullptr};
-        const auto& walk = *static_cast<const WalkAhead*>(baton);
-        return walk._receiver(walk._baton, path, status, pool);
+        auto& walk = *static_cast<WalkAhead*>(baton);
+        svn_client_status_t completed = *status;
+        walk.complete(completed, pool);
+        return walk._receiver(walk._baton, path, &completed, pool);
     }
 
   private:
+    void complete(svn_client_status_t& status, apr_pool_t* pool)
+    {
+        try {
+            _formerNodes.complete(status, pool);
+        } catch (const std::exception&) {
+            // Out of memory: it is asked for.
+        }
+    }
+
     static svn_error_t* askWhetherToStop(void* baton)
     {
         const WalkedFolders asTheyAre{nullptr};
@@ -117,6 +130,7 @@ class WalkAhead
     }
 
     WalkedFolders _folders;
+    FormerNodes _formerNodes;
     svn_client_ctx_t* _ctx;
     HSVNBundleExtensions::StatusReceiver _receiver;
     void* _baton;
@@ -139,7 +153,7 @@ svn_error_t* statusOnThreads(unsigned threads, svn_revnum_t* result, svn_client_
             // Out of memory: the walk reads for itself.
         }
     }
-    WalkAhead walk{ahead.get(), ctx, receiver, baton};
+    WalkAhead walk{ahead.get(), ctx, receiver, baton, pool};
     return svn_client_status6(result, ctx, path, revision, depth, getAll, checkOutOfDate, TRUE, noIgnore,
                               ignoreExternals, FALSE, changelists, WalkAhead::receive, &walk, pool);
 }

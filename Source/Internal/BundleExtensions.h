@@ -543,8 +543,8 @@ struct HSVNBundleExtensions
     /// The user name, the password, the configuration area and whether nothing is stored, of an authentication that
     /// asks by prompts; the texts outlive it
     svn_error_t* (*auth_set_defaults)(svn_auth_baton_t* baton, const Authentication* choices, apr_pool_t* pool);
-    /// `client_status` with so many threads at most, the caller's among them, and 0 for as many as pay: the others read
-    /// folders of the disk ahead of the walk and call nobody. The same records in the same order; 1.14
+    /// `client_status` with so many threads at most, the caller's among them, 0 for as many as pay: the others read the
+    /// disk ahead and call nobody. Records of what goes or is replaced may have the revision of what was there; 1.14
     svn_error_t* (*client_status_on_threads)(unsigned threads, svn_revnum_t* result, svn_client_ctx_t* ctx,
                                              const char* path, const svn_opt_revision_t* revision, svn_depth_t depth,
                                              svn_boolean_t getAll, svn_boolean_t checkOutOfDate, svn_boolean_t noIgnore,

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "SubversionLine.h"
+
+#ifdef HSVN_FAST_STATUS
+
+#include "WorkingCopyDatabase.h"
+
+#include <map>
+#include <memory>
+#include <string>
+
+namespace HSVNAdapter {
+
+/// Adds to the records of a status walk what was until now where an item goes or has taken another's place: a record of
+/// the newest interface does not say, and asking for an older one of each such item takes a walk of its own.
+///
+/// The database tells of plain ones alone; records of others stay as they are.
+class FormerNodes
+{
+  public:
+    /// @param pool  lives as long as the object
+    explicit FormerNodes(apr_pool_t* pool) : _pool{pool} {}
+
+    /// Sets the revision of what was there, and of an item that goes its last change, too. The texts are made in the
+    /// pool.
+    void complete(svn_client_status_t& status, apr_pool_t* pool);
+
+  private:
+    void completeDeletion(svn_client_status_t& status, apr_pool_t* pool);
+    void completeReplacement(svn_client_status_t& status);
+    /// The database of the working copy that an item lies in; null when it cannot be used.
+    WorkingCopyDatabase* databaseOf(const char* path);
+
+    apr_pool_t* _pool;
+    std::map<std::string, std::unique_ptr<WorkingCopyDatabase>> _databases; ///< by root
+};
+
+} // namespace HSVNAdapter
+
+#endif
