@@ -3,6 +3,7 @@
 #include "HSVNDirectory.h"
 #include "HSVNFile.h"
 #include "HSVNItemInfo.h"
+#include "HSVNItemProperties.h"
 #include "HSVNNode.h"
 #include "HSVNRevertOptions.h"
 #include "HSVNRevision.h"
@@ -293,6 +294,14 @@ TEST_P(LongLivedClient, CleansUpAFolderThatItKnowsAlready)
         EXPECT_NO_THROW(turn.client->cleanUp(folder));
         turn.meet("/folder");
     }
+    mustRun({"svn", "propset", "--quiet", "color", "red", folder, turn.root});
+    int told = 0;
+    const auto cleanUp = [&](const HSVNItemProperties&) {
+        ++told;
+        HSVNDirectory::cleanUpWorkingCopyAtPath(HSVNLocalPath::pathWithString(turn.root), turn.client);
+    };
+    turn.client->properties(turn.root, HSVNRevisionSpec::UNSPECIFIED(), {.depth = HSVNDepthInfinity}, cleanUp);
+    EXPECT_EQ(told, 2) << "of a call that goes on around the clean-up";
 }
 
 INSTANTIATE_TEST_SUITE_P(Lines, LongLivedClient, testing::Values("1.6", "1.14"), lineName);

@@ -7,22 +7,17 @@
 
 namespace HSVNAdapter {
 
-/// Cleans a folder up with `call`, once more with databases that are opened for the call alone where the first try
-/// fails: a clean-up lets go of the folder that it is given, and takes one that is known already as a part of its
-/// working copy for no root.
+/// Cleans a folder up with `call`, with databases that are opened for the call alone: a clean-up takes a folder that is
+/// known already as a part of its working copy for no root, and lets go of the one that it is given, which a call
+/// around this one may be reading.
 template <typename Call>
 svn_error_t* cleanUpAnyFolder([[maybe_unused]] svn_client_ctx_t* ctx, [[maybe_unused]] apr_pool_t* pool, Call call)
 {
 #if HSVN_LINE_MINOR >= 7
-    svn_error_t* error = call();
-    if (error == nullptr || error->apr_err != SVN_ERR_WC_NOT_WORKING_COPY) {
-        return error;
-    }
-    svn_error_clear(error);
     svn_wc_context_t* own = nullptr;
     SVN_ERR(svn_wc_context_create(&own, nullptr, pool, pool));
     svn_wc_context_t* const kept = std::exchange(ctx->wc_ctx, own);
-    error = call();
+    svn_error_t* const error = call();
     ctx->wc_ctx = kept;
     return svn_error_compose_create(error, svn_wc_context_destroy(own));
 #else
