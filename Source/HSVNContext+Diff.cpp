@@ -15,6 +15,17 @@ void requireRevisions(const HSVNDiffRevisions& revisions)
     HSVNAssertParameter(revisions.first != nullptr && revisions.second != nullptr, "revision != nil");
 }
 
+/// Whether both are states of a local item, which Subversion compares as two items: it refuses a peg revision, and
+/// looks nothing up.
+bool areLocal(const HSVNTargetInRevision& target, const HSVNDiffRevisions& revisions)
+{
+    const auto isLocal = [](const HSVNRevisionRef& revision) {
+        return revision->isEqual(HSVNRevision::BASE()) || revision->isEqual(HSVNRevision::WORKING());
+    };
+    return !target.target.isURL() && target.revision->pegRevision()->isEqual(HSVNRevision::UNSPECIFIED()) &&
+           isLocal(revisions.first) && isLocal(revisions.second);
+}
+
 HSVNStatusKind statusOf(svn_client_diff_summarize_kind_t kind)
 {
     switch (kind) {
@@ -130,6 +141,9 @@ void HSVNContext::diff(const HSVNTargetInRevision& target, const HSVNDiffRevisio
                        const HSVNContentsReceiver& errors)
 {
     requireRevisions(revisions);
+    if (areLocal(target, revisions)) {
+        return diff({target.target, revisions.first}, {target.target, revisions.second}, choices, output, errors);
+    }
     HSVNOperation operation{*this, "diff", {{"target", target.target.text()}, {"revisions", revisions}}};
     const ComparisonProgram program{operation, choices};
     HSVNWriteDiff(operation, target, revisions, choices, {output, errors});
@@ -158,6 +172,9 @@ HSVNTreeDiffRef HSVNContext::treeDiff(const HSVNTargetInRevision& target, const 
                                       const HSVNDiffChoices& choices)
 {
     requireRevisions(revisions);
+    if (areLocal(target, revisions)) {
+        return treeDiff({target.target, revisions.first}, {target.target, revisions.second}, choices);
+    }
     HSVNOperation operation{*this, "treeDiff", {{"target", target.target.text()}, {"revisions", revisions}}};
     const auto readable = readableChoices(choices);
     const ComparisonProgram program{operation, readable};
@@ -188,6 +205,9 @@ void HSVNContext::diffSummary(const HSVNTargetInRevision& target, const HSVNDiff
                               const HSVNDiffChoices& choices, const HSVNReceiver<const HSVNDifference&>& receiver)
 {
     requireRevisions(revisions);
+    if (areLocal(target, revisions)) {
+        return diffSummary({target.target, revisions.first}, {target.target, revisions.second}, choices, receiver);
+    }
     HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNOperation operation{*this, "diffSummary", {{"target", target.target.text()}, {"revisions", revisions}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_diff_summarize_peg);

@@ -15,7 +15,7 @@
 struct HSVNLogChoices
 {
     HSVNRevisionRef pegRevision{}; ///< where the first target is looked up; nil: HEAD of a URL, else the working copy's
-    /// The ranges, each in its own direction; none means the whole history, the youngest first.
+    /// The ranges, each in its own direction; none means all back from the peg revision, or from HEAD without one.
     std::vector<std::pair<HSVNRevisionRef, HSVNRevisionRef>> ranges{};
     int limit = 0;                                        ///< most items; 0 means all
     bool changedPaths = false;                            ///< tell which paths each revision changed

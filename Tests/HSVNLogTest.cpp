@@ -336,6 +336,8 @@ TEST_P(LogReadingTest, TheVerbTellsTheSameOnEveryLine)
         int received = 0;
         client->log(target(""), {}, [&](const HSVNLogItemRef& item) { return ++received < 2 || item->revision() > 4; });
         EXPECT_EQ(received, 2) << "false stops it";
+        const auto gone = client->log(server->url("trunk/a.txt"), {.pegRevision = HSVNRevision::revisionWithNumber(4)});
+        EXPECT_THAT(numbers(gone), ElementsAre(2)) << "what HEAD does not have";
         const auto plain = client->log(target(""), {.limit = 1, .properties = std::vector<std::string>{"svn:author"}});
         EXPECT_FALSE(plain.front()->tellsChangedPaths());
         EXPECT_EQ(plain.front()->properties().size(), 1U);

@@ -1,6 +1,7 @@
 #include "HSVNTreeDiff.h"
 #include "AlteredBundle.h"
 #include "EnvironmentNumber.h"
+#include "HSVNDifference.h"
 #include "HSVNReadingChoices.h"
 #include "HSVNStagedText.h"
 #include "ReasonOf.h"
@@ -310,6 +311,11 @@ TEST_P(TreeDiffs, AreSubversionsOwnWhateverTheUserComparesWith)
     client->setOption("-x y", "diff-extensions", HSVNConfigCategoryConfig, HSVNConfigSectionHelpers);
     const auto diff = client->treeDiff(base(), working(), {.arguments = std::vector<std::string>{"-U0"}});
     EXPECT_THAT(textOf(*diff), HasSubstr("@@ -1 +1 @@\n-a.txt\n+new\n"));
+    const std::pair states{HSVNRevision::BASE(), HSVNRevision::WORKING()};
+    EXPECT_EQ(unifiedTextOf(*client->treeDiff(root, states)), unifiedTextOf(*client->treeDiff(base(), working())));
+    std::vector<std::string> changed;
+    client->diffSummary(root, states, {}, [&](const auto& difference) { changed.push_back(difference.path); });
+    EXPECT_EQ(changed, std::vector<std::string>{"a.txt"});
     EXPECT_EQ(client->optionForName("diff-cmd", HSVNConfigCategoryConfig, HSVNConfigSectionHelpers, ""), "/bin/false");
     EXPECT_THROW(client->treeDiff(base(), std::pair{HSVNRevisionRef{}, HSVNRevision::HEAD()}), HSVNAssertionException);
     EXPECT_THROW(client->treeDiff({repository.url("nowhere"), HSVNRevision::HEAD()}, base()), HSVNException);

@@ -145,7 +145,9 @@ svn_opt_revision_t pegOf(const HSVNLogChoices& choices)
 std::vector<std::pair<HSVNRevisionRef, HSVNRevisionRef>> rangesOf(const HSVNLogChoices& choices)
 {
     if (choices.ranges.empty()) {
-        return {{HSVNRevision::HEAD(), HSVNRevision::revisionWithNumber(0)}};
+        const auto& peg = choices.pegRevision;
+        const bool isGiven = peg && !peg->isEqual(HSVNRevision::UNSPECIFIED());
+        return {{isGiven ? peg : HSVNRevision::HEAD(), HSVNRevision::revisionWithNumber(0)}};
     }
     return choices.ranges;
 }
