@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 #include <map>
 #include <optional>
+#include <sys/stat.h>
 #include <thread>
 
 using testing::AllOf;
@@ -487,12 +488,33 @@ TEST_P(HostileArguments, WhatSubversionAssertsIsAskedBefore)
     }
     EXPECT_THAT(reasonOf([&] { client->copy({}, item("new")); }), HasSubstr("[sources count] > 0"));
     EXPECT_THAT(reasonOf([&] { client->move({}, item("new")); }), HasSubstr("[sources count] > 0"));
+    for (const bool asChild : {false, true}) {
+        const auto into = asChild ? repository.url() : repository.url("new");
+        EXPECT_THAT(reasonOf<HSVNUnsupportedFeatureException>(
+                        [&] { client->move(repository.url(), into, {.asChild = asChild, .message = ""}); }),
+                    HasSubstr("into its own child"));
+    }
     EXPECT_EQ(client->info(repository.url("trunk"), spec).size(), 1U) << "without a revision, a URL is one of HEAD";
     const auto log = [&](const std::vector<std::string>& targets) {
         client->log(HSVNTargets::verbatim(targets), {.ranges = {{head, head}}});
     };
     EXPECT_NO_THROW(log({repository.url(), ".", "trunk//dir/"}));
     EXPECT_EQ(reasonOf<HSVNException>([&] { log({repository.url(), "/trunk"}); }), "'/trunk' is not a relative path");
+}
+
+TEST_P(HostileArguments, NobodyWaitsForAPipeInThePlaceOfAFile)
+{
+    std::filesystem::remove(item("a.txt"));
+    ASSERT_EQ(mkfifo(item("a.txt").c_str(), 0600), 0);
+    for (const auto& call : std::vector<std::function<void()>>{
+             [&] { client->contents(item("a.txt"), HSVNRevisionSpec::WORKING()); },
+             [&] { client->setProperty(item("a.txt"), "svn:eol-style", "native"); },
+             [&] {
+                 HSVNDiff::ofItems({item("a.txt"), HSVNRevision::BASE()}, item("a.txt"), client);
+             }})
+    {
+        EXPECT_EQ(reasonOf<HSVNException>(call), "'" + item("a.txt") + "' is not a file");
+    }
 }
 
 TEST_P(HostileArguments, ARelocationPassesOverExternalsThatAreGone)

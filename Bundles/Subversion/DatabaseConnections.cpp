@@ -2,6 +2,7 @@
 
 #ifdef HSVN_FAST_STATUS
 
+#include "DatabaseSchema.h"
 #include "WorkingCopyPlace.h"
 
 #include <memory>
@@ -56,7 +57,7 @@ SQLiteDatabase openDatabase(const std::string& file)
     const auto format = prepareStatement(handle, "PRAGMA user_version");
     const bool isKnown =
         format && sqlite3_step(format.get()) == SQLITE_ROW && sqlite3_column_int(format.get(), 0) == knownFormat;
-    return isKnown ? std::move(database) : nullptr;
+    return isKnown && !hasForeignSchema(handle) ? std::move(database) : nullptr;
 }
 
 bool isWorthThreads(const std::string& file)

@@ -10,8 +10,8 @@
 
 namespace HSVNAdapter {
 
-/// A read-only connection to a working copy's database; null unless its format is the one whose tables are known here.
-/// For one thread.
+/// A read-only connection to a working copy's database; null unless its format is the one whose tables are known here,
+/// and they are those of Subversion's. For one thread.
 SQLiteDatabase openDatabase(const std::string& file);
 
 /// Whether a database is so large that a thread is made in less time than it is read in.

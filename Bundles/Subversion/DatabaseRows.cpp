@@ -2,6 +2,7 @@
 
 #ifdef HSVN_STANDS_IN_FRONT
 
+#include "DatabaseSchema.h"
 #include "DatabaseSkels.h"
 #include "RelativePaths.h"
 #include "SQLiteHandles.h"
@@ -129,6 +130,9 @@ constexpr std::array<const char*, 3> malformedItems{
 
 bool isMalformed(sqlite3* database)
 {
+    if (HSVNAdapter::hasForeignSchema(database)) { // before anything is asked of its tables
+        return true;
+    }
     for (const auto* text : malformedItems) {
         const auto rows = HSVNAdapter::prepareStatement(database, text);
         if (rows && sqlite3_step(rows.get()) == SQLITE_ROW) {

@@ -26,6 +26,7 @@ DRIVEN = list(hostileserver.DRIVES)
 BROKEN = [name + time for name in hostileserver.ANSWERS for time in ("", "+early")]
 ROOTS = list(hostileserver.ROOTS)
 NUMBERED = [name + time for name in hostileserver.NUMBERS for time in ("", "+early")]
+LOGINS = list(hostileserver.LOGINS)
 NAMED = ["honest", *hostileserver.NAMES, *NUMBERED, "bare", "kind-odd", "kind-odd+early", "kind-none+early", "bad-date",
          "no-date", "no-author"]
 LISTED = NAMED + [name + "-dir" for name in hostileserver.NAMES]
@@ -53,7 +54,7 @@ COMMANDS = {
     "cat-wc": ("cat -rHEAD TARGET/honest", FEW),
     "blame": ("blame URL/file", NAMED + BROKEN),
     "blame-merged": ("blame -g URL/file", FEW),
-    "info": ("info -R URL", LISTED + BROKEN + ROOTS),
+    "info": ("info -R URL", LISTED + BROKEN + ROOTS + LOGINS),
     "info-deep": ("info -R URL/deep/er", FEW),
     "info-wc": ("info -rHEAD TARGET", FEW),
     "proplist": ("proplist -v -R URL", LISTED + BROKEN),
@@ -123,21 +124,44 @@ class Attack:
 
 
 @contextlib.contextmanager
+def waiting_arguments(attack, root):
+    """Of a call that waits for a server or for the program of a tunnel: for a connection, for its first word, for its
+    last, or for it to take what is sent."""
+    tunnels = {"tunnel-silent": "sleep 100",
+               "tunnel-full": f"(head -c 100000; exec sleep 100) | svnserve -t -r {root}/repository"}
+    sent = ["import", "-m", "x", os.path.join(root, "sent")]
+    if attack.endswith("full"):
+        subprocess.run(["svnadmin", "create", os.path.join(root, "repository")], check=True)
+        with open(os.path.join(root, "sent"), "wb") as file:
+            file.write(os.urandom(2 ** 25))
+    if attack in tunnels:
+        fixtures.write(root, "tunnel", tunnels[attack])
+        arguments = sent if attack == "tunnel-full" else ["info"]
+        yield [*arguments, "svn+waiting://host/new", f"--config-option=config:tunnels:waiting=sh {root}/tunnel"]
+    elif attack == "full":
+        with hostileserver.running() as server:
+            yield [*sent, server + "/full/new"]
+    else:
+        with hostileserver.waiting(attack) as url:
+            yield ["info", url]
+
+
+@contextlib.contextmanager
 def waiting_call(attack):
-    """A call that waits for a server: for a connection, for its first word, or for its last."""
-    with hostileserver.waiting(attack) as url, tempfile.TemporaryDirectory() as root:
-        with subprocess.Popen([HSVN, "info", url], env=fixtures.environment(root), stdin=subprocess.DEVNULL,
-                              stderr=subprocess.DEVNULL) as call:
+    with tempfile.TemporaryDirectory() as root, waiting_arguments(attack, root) as arguments:
+        with subprocess.Popen([HSVN, *arguments], env=fixtures.environment(root), stdin=subprocess.DEVNULL,
+                              stderr=subprocess.DEVNULL, start_new_session=True) as call:
             try:
                 time.sleep(0.5)
                 yield call
             finally:
-                call.kill()
+                with contextlib.suppress(ProcessLookupError):
+                    os.killpg(call.pid, signal.SIGKILL)  # what a tunnel has started, too
 
 
 class Attacks(unittest.TestCase):
     def test_no_server_holds_who_gives_up(self):
-        for attack in ("unconnected", "silent", "endless"):
+        for attack in ("unconnected", "silent", "endless", "full", "tunnel-silent", "tunnel-full"):
             with self.subTest(attack), waiting_call(attack) as call:
                 self.assertIsNone(call.poll())
                 call.send_signal(signal.SIGINT)

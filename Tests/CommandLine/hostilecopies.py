@@ -26,8 +26,16 @@ COMMANDS = ["status -v", "status -u", "info -R", "diff", "update", "revert -R", 
 PATHS = ["..", "/x", "a//b", "folder/../b", "folder/"]
 CONFLICT = "((6 update ((10 subversion {root} 0  {path} {revision} 4 file))) ({kind}))"
 MARKERS = "(4 text ((17 ../victim/precious 17 ../victim/precious 17 ../victim/precious)))"
+ENDLESS = "WITH RECURSIVE endless(n) AS (SELECT 1 UNION ALL SELECT n FROM endless)"
 # What is done to the database.
 DAMAGES = [
+    # Views for tables, and triggers, whose rows never end.
+    *(f"CREATE TABLE kept AS SELECT * FROM {table}; DROP TABLE {table};"
+      f"CREATE VIEW {table} AS {ENDLESS} SELECT kept.* FROM kept, endless"
+      for table in ("nodes", "repository", "wcroot", "externals", "actual_node", "work_queue", "pristine")),
+    f"DROP VIEW nodes_current; CREATE VIEW nodes_current AS {ENDLESS} SELECT nodes.* FROM nodes, endless",
+    *(f"CREATE TRIGGER odd AFTER {change} BEGIN {ENDLESS.replace('WITH', 'INSERT INTO wcroot WITH')}"
+      " SELECT n, n FROM endless; END" for change in ("INSERT ON wc_lock", "DELETE ON work_queue")),
     *(f"UPDATE OR REPLACE nodes SET {column} = 'odd' {place}" for column in ("presence", "kind", "op_depth")
       for place in ("", "WHERE local_relpath = ''", "WHERE local_relpath = 'folder'", "WHERE local_relpath = 'gone'")),
     *(f"UPDATE OR REPLACE nodes SET {column} = '{path}' WHERE local_relpath = '{item}'"

@@ -8,6 +8,7 @@ import re
 import socket
 import socketserver
 import threading
+import time
 
 DATE = b"2026-01-01T00:00:00.000000Z"
 
@@ -29,6 +30,10 @@ NUMBERS = {"negative": b"-5", "minus-one": b"%d" % (2 ** 64 - 1), "most": b"%d" 
 # What stands for the root of the repository.
 ROOTS = {"root-empty": b"", "root-path": b"/x", "root-relative": b"x/../..", "root-bare": b"svn:", "root-else": b"file:///",
          "root-zero": b"svn://h/%00", "root-other": b"svn://h", "root-percent": b"svn://h/%", "root-doubled": b"svn:////"}
+
+# What stands for the ways to log in.
+LOGINS = {"login-number": b"( 5 )", "login-list": b"( ( ANONYMOUS ) )", "login-text": b"( 3:abc )",
+          "login-mixed": b"( PLAIN 18446744073709551615 )", "login-unknown": b"( %s * - )" % (b"x" * 5000)}
 
 # What stands in place of an answer.
 ANSWERS = {
@@ -204,7 +209,7 @@ class Client(socketserver.StreamRequestHandler):
         root, attack = re.match(rb"(svn://[^/]*/?([^/]*))", self.item()[2]).groups()
         root = ROOTS.get(attack.decode(), root)
         self.attack, _, self.time = attack.decode().partition("+")
-        self.send(success(words(b"ANONYMOUS"), text(b"realm")))
+        self.send(success(LOGINS.get(self.attack, b"( ANONYMOUS )"), text(b"realm")))
         self.item()
         identifier = text(b"9e6b2f0e-0000-4000-8000-000000000000")
         self.send(words(b"success", words()), success(identifier, text(root), words()))
@@ -285,6 +290,8 @@ class Client(socketserver.StreamRequestHandler):
 
     def answer_commit(self, _):
         self.send(success(words(), text(b"")), success())
+        while self.attack == "full":
+            time.sleep(1)
         while self.item()[0] not in (b"close-edit", b"abort-edit"):
             pass
         _, number, _, _, date, author = self.entry()

@@ -1,0 +1,67 @@
+#include "DatabaseSchema.h"
+
+#ifdef HSVN_FAST_STATUS
+
+#include "SQLiteHandles.h"
+
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <string>
+
+namespace HSVNAdapter {
+namespace {
+
+/// Those of the formats 29 to 32, in small letters and without white space; the second is that of working copies which
+/// were begun before the release of 1.7.
+constexpr std::array<std::string_view, 8> known{
+    "createviewnodes_currentasselect*fromnodesasnwhereop_depth=(selectmax(op_depth)fromnodesasn2"
+    "wheren2.wc_id=n.wc_idandn2.local_relpath=n.local_relpath)",
+    "createviewnodes_currentasselect*fromnodesjoin(selectwc_id,local_relpath,max(op_depth)asop_depthfromnodes"
+    "groupbywc_id,local_relpath)asfilteronnodes.wc_id=filter.wc_idandnodes.local_relpath=filter.local_relpath"
+    "andnodes.op_depth=filter.op_depth",
+    "createviewnodes_baseasselect*fromnodeswhereop_depth=0",
+    "createtriggernodes_insert_triggerafterinsertonnodeswhennew.checksumisnotnullbegin"
+    "updatepristinesetrefcount=refcount+1wherechecksum=new.checksum;end",
+    "createtriggernodes_delete_triggerafterdeleteonnodeswhenold.checksumisnotnullbegin"
+    "updatepristinesetrefcount=refcount-1wherechecksum=old.checksum;end",
+    "createtriggernodes_update_checksum_triggerafterupdateofchecksumonnodeswhennew.checksumisnotold.checksumbegin"
+    "updatepristinesetrefcount=refcount+1wherechecksum=new.checksum;"
+    "updatepristinesetrefcount=refcount-1wherechecksum=old.checksum;end",
+    "createtriggernodes_delete_triggerafterdeleteonnodeswhenold.checksumisnotnullbegin"
+    "updatepristinesetrefcount=refcount-1wherechecksum=old.checksum;"
+    "deletefromtextbase_refswherewc_id=old.wc_idandlocal_relpath=old.local_relpathandop_depth=old.op_depth;end",
+    "createtriggernodes_update_checksum_triggerafterupdateofchecksumonnodeswhennew.checksumisnotold.checksumbegin"
+    "updatepristinesetrefcount=refcount+1wherechecksum=new.checksum;"
+    "updatepristinesetrefcount=refcount-1wherechecksum=old.checksum;"
+    "deletefromtextbase_refswherewc_id=old.wc_idandlocal_relpath=old.local_relpathandop_depth=old.op_depth;end"};
+
+std::string withoutSpace(std::string_view text)
+{
+    std::string rest;
+    for (const unsigned char character : text) {
+        if (std::isspace(character) == 0) {
+            rest += static_cast<char>(std::tolower(character));
+        }
+    }
+    return rest;
+}
+
+} // namespace
+
+bool hasForeignSchema(sqlite3* database)
+{
+    // A virtual table has no page of its own.
+    const auto rows = prepareStatement(database, "SELECT sql FROM sqlite_master WHERE type IN ('view', 'trigger')"
+                                                 " OR (type = 'table' AND NOT rootpage > 0)");
+    while (rows && sqlite3_step(rows.get()) == SQLITE_ROW) {
+        if (std::ranges::find(known, withoutSpace(textInColumn(rows.get(), 0))) == known.end()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace HSVNAdapter
+
+#endif
