@@ -20,6 +20,7 @@
 #include <set>
 #include <sys/stat.h>
 #include <tuple>
+#include <utility>
 
 namespace {
 
@@ -126,7 +127,9 @@ Changes checkedChanges(const HSVNDiff& diff, const std::string& original, const 
     Changes changes;
     std::string made;
     std::int64_t lines[2] = {0, 0};
+    bool isAfterCommon = false;
     for (const auto& section : diff.sections()) {
+        EXPECT_FALSE(std::exchange(isAfterCommon, section.isCommon()) && section.isCommon());
         EXPECT_EQ(section.original.first, lines[0]);
         EXPECT_EQ(section.modified.first, lines[1]);
         lines[0] = section.original.end();
@@ -273,11 +276,19 @@ TEST(RandomTextsMerged, AreWhatSubversionMakesOfThem)
     for (const auto& line : linesOfTexts()) {
         const auto context = contextOf(line);
         for (const auto& [file, texts] : all) {
+            SCOPED_TRACE(line + " " + file);
             const auto diff = HSVNThreeWayDiff::ofTexts(texts.base, texts.mine, texts.theirs, context);
-            EXPECT_EQ(diff.merged({}, {.mine = "<<<<<<< .mine", .base = "||||||| .r1", .theirs = ">>>>>>> .r2"}),
-                      readFile(file))
-                << line << " " << file;
-            EXPECT_EQ(diff.hasConflicts(), files::exists(file + ".mine")) << file;
+            for (const auto& [part, text] : {std::pair{HSVNMergePart::Base, &Texts::base},
+                                             {HSVNMergePart::Mine, &Texts::mine},
+                                             {HSVNMergePart::Theirs, &Texts::theirs}})
+            {
+                EXPECT_EQ(diff.merged(std::vector<HSVNSectionChoice>(diff.sections().size(), {part})), texts.*text);
+            }
+            if (!isBefore1_7(line)) {
+                EXPECT_EQ(diff.merged({}, {.mine = "<<<<<<< .mine", .base = "||||||| .r1", .theirs = ">>>>>>> .r2"}),
+                          readFile(file));
+                EXPECT_EQ(diff.hasConflicts(), files::exists(file + ".mine"));
+            }
         }
     }
 }

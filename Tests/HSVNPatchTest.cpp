@@ -103,6 +103,22 @@ const ReadingCase readingCases[] = {
          "Name: color\n   - red\nblue\n   + green\n\nModified: gone\n   - old\n\nAdded: new\n   + \n\nIndex: b\n" +
          rule,
      {"modified a [modified color 'red\nblue' 'green'] [deleted gone 'old' -] [added new - ''] !0+1/0+1", "unknown b"}},
+    {"PropertiesAloneOfOlderLines",
+     std::string{"\nProperty changes on: d\n____\nName: shape\n   + round\nProperty changes on: x\n\nIndex: c\n"} +
+         rule +
+         "--- c\t(revision 1)\n+++ c\t(revision 2)\n@@ -1 +0,0 @@\n-1\n\nProperty changes on: b\n____\nAdded: color\n"
+         "   + red\n\n\nProperty changes on: e\n____\nDeleted: color\n   - red\n\nIndex: bin\n" +
+         rule +
+         "Cannot display: file marked as a binary type.\nsvn:mime-type = a/b\n\nProperty changes on: bin\n____\n"
+         "Added: k\n   + v\n\n\nProperty changes on: f\n____\nAdded: k\n   + w\n",
+     {"properties only d [added shape - 'round\nProperty changes on: x']", "deleted c !0+1/0+0",
+      "properties only b [added color - 'red']", "properties only e [deleted color 'red' -]",
+      "unknown bin binary [added k - 'v']", "properties only f [added k - 'w']"}},
+    {"BinaryBegunTwice",
+     std::string{"Index: b\n"} + rule +
+         "Cannot display: file marked as a binary type.\nsvn:mime-type = a/b\nIndex: b\n" + rule +
+         "--- b\t(revision 0)\n+++ b\t(revision 1)\n\nProperty changes on: b\n____\nAdded: k\n## -0,0 +1 ##\n+v\n",
+     {"added b binary [added k - 'v\n']"}},
     {"LineEnds", "--- a\r\n+++ a\r\n@@ -1 +1,2 @@\r\n-x\r\n+y\r\n+\r\n", {"modified a !0+1/0+2"}},
     {"Truncated", "--- a\n+++ a\n@@ -1,9 +1,9 @@\n one\n-tw", {"modified a =0+1/0+1 !1+1/1+0"}},
     {"HugeNumbers",
@@ -125,6 +141,23 @@ TEST_P(ReadPatches, TellWhatBecomesOfEachItem)
     std::string written;
     HSVNPatch::patchWithText(GetParam().text)->write([&](std::string_view bytes) { written += bytes; });
     EXPECT_EQ(written, GetParam().text);
+}
+
+TEST(HSVNPatch, TheEmptyLineBehindAHunkIsNotThatHunks)
+{
+    const auto lastLineOf = [](const std::string& behind) {
+        std::string last;
+        HSVNPatch::patchWithText("--- a\n+++ a\n@@ -1 +1 @@\n-x\n+y\r" + behind)
+            ->items()
+            .front()
+            .hunks()
+            .front()
+            .readLines([&](const HSVNPatchLine& line) { last = line.text.string(); });
+        return last;
+    };
+    EXPECT_EQ(lastLineOf("\nProperty changes on: a\n____\nAdded: k\n"), "y\r");
+    EXPECT_EQ(lastLineOf("\n\nProperty changes on: a\n____\nAdded: k\n"), "y\r\n");
+    EXPECT_EQ(lastLineOf("\nProperty changes on: a\nAdded: k\n"), "y\r\n");
 }
 
 TEST(HSVNPatch, LinesAndPatchesOfAnyLengthTakeLittleMemory)

@@ -24,6 +24,13 @@ svn_error_t* keep(void* baton, apr_off_t originalStart, apr_off_t originalLength
 {
     auto& sections = *static_cast<Sections*>(baton);
     return HSVNGuardCallback(sections.context, [&]() -> svn_error_t* {
+        if (kind == Kind::Common && !sections.found.empty() && sections.found.back().isCommon()) {
+            auto& last = sections.found.back(); // lines 1.7 to 1.8 tell an open last line on its own
+            last.original.count += originalLength;
+            last.modified.count += modifiedLength;
+            last.theirs.count += latestLength;
+            return nullptr;
+        }
         sections.found.push_back(
             {kind, {originalStart, originalLength}, {modifiedStart, modifiedLength}, {latestStart, latestLength}});
         return nullptr;

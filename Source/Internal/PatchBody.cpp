@@ -1,8 +1,11 @@
 #include "Internal/PatchBody.h"
 
+#include "Internal/PatchHeader.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <utility>
 
 namespace {
 
@@ -160,6 +163,28 @@ HSVNPatchPart HSVNPatchBodyReader::take(const HSVNPatchRawLine& line)
     return _property && (isValueOfBefore(text) || isValueOfAfter(text)) ? takeValue(line) : HSVNPatchPart{};
 }
 
+std::optional<std::string> HSVNPatchBodyReader::announcedItem(HSVNPatchRawLine& line)
+{
+    constexpr std::string_view announcement = "Property changes on: ";
+    if (!line.text.starts_with(announcement)) {
+        return std::nullopt;
+    }
+    auto name = HSVNPatchName(line.header().substr(announcement.size()));
+    HSVNPatchRawLine rule;
+    const bool hasRule = _lines.next(rule) && rule.text.starts_with("____");
+    _lines.back(line);
+    _lines.next(line); // its text is good again
+    return hasRule ? std::optional{std::move(name)} : std::nullopt;
+}
+
+bool HSVNPatchBodyReader::isAnnouncementNext()
+{
+    HSVNPatchRawLine line;
+    const bool isNext = _lines.next(line) && announcedItem(line);
+    _lines.back(line);
+    return isNext;
+}
+
 HSVNPatchPart HSVNPatchBodyReader::takeProperty(std::string_view word, std::string_view name)
 {
     _property = HSVNPatchPropertyName(name);
@@ -177,6 +202,7 @@ HSVNPatchPart HSVNPatchBodyReader::takeHunk(const HSVNPatchRanges& ranges, bool 
     _original = {.left = ranges.originalLength};
     _modified = {.left = ranges.modifiedLength};
     const bool mayTellMerges = isOfProperty && _name == HSVNMergeInformationProperty;
+    bool endsWithPair = false;
     for (HSVNPatchRawLine line; _lines.next(line);) {
         const bool isMerge = mayTellMerges && HSVNIsMergeInformation(line.header());
         if (!line.text.starts_with('\\') && !isMerge && (part.isMergeInformation || !takeHunkLine(line.text))) {
@@ -184,9 +210,13 @@ HSVNPatchPart HSVNPatchBodyReader::takeHunk(const HSVNPatchRanges& ranges, bool 
             break;
         }
         part.isMergeInformation = part.isMergeInformation || isMerge;
+        endsWithPair = line.end - line.offset - line.size == 2;
         readHunkLine(line);
     }
     part.size = _lines.offset() - part.offset;
+    if (endsWithPair && isAnnouncementNext()) {
+        --part.size; // Subversion puts an empty line before it: the last line ends with CR, and the LF is that line's
+    }
     part.hasImpossibleLines =
         (ranges.originalStart == 0 && _original.count > 0) || (ranges.modifiedStart == 0 && _modified.count > 0);
     noteName(part);
@@ -234,7 +264,7 @@ HSVNPatchPart HSVNPatchBodyReader::takeValue(const HSVNPatchRawLine& line)
     for (HSVNPatchRawLine next; _lines.next(next);) {
         const auto text = next.header();
         if (isValueOfAfter(text) || !propertyWordOf(text).empty() || beginsItem(text) || HSVNRangesOfHunk(text, "@@") ||
-            HSVNRangesOfHunk(text, "##"))
+            HSVNRangesOfHunk(text, "##") || announcedItem(next))
         {
             _lines.back(next);
             break;

@@ -69,6 +69,9 @@ class HSVNPatchBodyReader
 
     /// What a line, which has just been read, begins. The lines of a hunk or a value are read, too.
     HSVNPatchPart take(const HSVNPatchRawLine& line);
+    /// The item that a line, which has just been read, announces property changes of, with a rule below it; nil for any
+    /// other line.
+    std::optional<std::string> announcedItem(HSVNPatchRawLine& line);
     /// Begins the body of another item.
     void restart() { _property = _name = _hunkName = std::nullopt; }
     /// Begins the text of another item within what Subversion takes for one body.
@@ -96,6 +99,7 @@ class HSVNPatchBodyReader
     HSVNPatchPart takeProperty(std::string_view word, std::string_view name);
     HSVNPatchPart takeValue(const HSVNPatchRawLine& line);
     void noteName(HSVNPatchPart& hunk);
+    bool isAnnouncementNext();
     bool takeHunkLine(std::string_view line);
 
     HSVNPatchLines& _lines;

@@ -45,10 +45,13 @@ bool HSVNPatchReader::next(HSVNPatchFacts& facts)
     return facts.hasHeader || facts.indexName;
 }
 
-bool HSVNPatchReader::takeLine(const HSVNPatchRawLine& line, HSVNPatchFacts& facts)
+bool HSVNPatchReader::takeLine(HSVNPatchRawLine& line, HSVNPatchFacts& facts)
 {
     if (line.text.starts_with(indexWord)) {
         return takeIndex(line, facts);
+    }
+    if (const auto name = announcedItem(line); name && isAnotherItem(*name, facts)) {
+        return beginItem(*name, line, facts);
     }
     if (_isInBody) {
         const auto part = takePart(line, facts);
@@ -71,12 +74,34 @@ bool HSVNPatchReader::takeIndex(const HSVNPatchRawLine& line, HSVNPatchFacts& fa
     {
         complete(facts, line.offset);
     }
-    if (facts.hasHeader || facts.indexName || hasOpenHeader(facts)) {
+    const auto name = HSVNPatchName(line.header().substr(indexWord.size()));
+    // Lines 1.7 to 1.10 begin a binary file with changed properties twice.
+    if (facts.indexName == name && facts.isBinary && !facts.hasHeader && !facts.hasProperties) {
+        _isIndexTaken = false;
+        return true;
+    }
+    if (!beginItem(name, line, facts)) {
         return false;
     }
     _isIndexTaken = false;
+    return true;
+}
+
+bool HSVNPatchReader::isAnotherItem(const std::string& name, const HSVNPatchFacts& facts) const
+{
+    // Git's headers have other names than the line.
+    const auto& header = facts.header;
+    return !_headers.hasBegun() && header.operation == HSVNPatchOperation::Unknown && facts.indexName != name &&
+           header.oldName != name && header.newName != name;
+}
+
+bool HSVNPatchReader::beginItem(const std::string& name, const HSVNPatchRawLine& line, HSVNPatchFacts& facts)
+{
+    if (facts.hasHeader || facts.indexName || hasOpenHeader(facts)) {
+        return false;
+    }
     restartProperty();
-    facts.indexName = HSVNPatchName(line.header().substr(indexWord.size()));
+    facts.indexName = name;
     facts.offset = line.offset;
     facts.bodyOffset = line.end;
     return true;

@@ -27,7 +27,8 @@ struct HSVNPatchFacts
 /// grow with the patch.
 ///
 /// An item begins where Subversion sees one, and with every line "Index: NAME" besides, behind which may be nothing
-/// that Subversion reads: a binary file, or an empty one.
+/// that Subversion reads: a binary file, or an empty one. Lines before 1.7 announce the property changes of an item
+/// whose text is the same without such a line.
 class HSVNPatchReader : private HSVNPatchBodyReader
 {
   public:
@@ -48,7 +49,9 @@ class HSVNPatchReader : private HSVNPatchBodyReader
 
   private:
     void readHunkLine(const HSVNPatchRawLine& line) override;
-    bool takeLine(const HSVNPatchRawLine& line, HSVNPatchFacts& facts);
+    bool takeLine(HSVNPatchRawLine& line, HSVNPatchFacts& facts);
+    bool isAnotherItem(const std::string& name, const HSVNPatchFacts& facts) const;
+    bool beginItem(const std::string& name, const HSVNPatchRawLine& line, HSVNPatchFacts& facts);
     bool takeIndex(const HSVNPatchRawLine& line, HSVNPatchFacts& facts);
     void takeHeaderLine(const HSVNPatchRawLine& line, HSVNPatchFacts& facts);
     bool takeBareLine(const HSVNPatchRawLine& line, HSVNPatchFacts& facts);
