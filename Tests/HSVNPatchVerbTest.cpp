@@ -1,3 +1,6 @@
+// Patches as Subversion applies them. HSVN_PATCH_ROUNDS says how many generated ones are applied (12),
+// HSVN_PATCH_READINGS how many are read beside Subversion (400).
+
 #include "EnvironmentNumber.h"
 #include "HSVNPatchedItem.h"
 #include "HSVNStatusCodes.h"
@@ -392,6 +395,8 @@ TEST_P(PatchVerb, TheReaderSeesEveryNameThatSubversionReads)
                                          "Modified: svn:mergeinfo",
                                          "Deleted: /",
                                          "Name: x",
+                                         "Property changes on: a.txt\n____",
+                                         "Property changes on: n12\n____",
                                          "   - one",
                                          "   + two",
                                          "   Merged /trunk:r2",

@@ -1,3 +1,5 @@
+// Trees compared as Subversion compares them. HSVN_TREE_SEEDS says how many generated ones (3).
+
 #include "HSVNTreeDiff.h"
 #include "AlteredBundle.h"
 #include "EnvironmentNumber.h"
