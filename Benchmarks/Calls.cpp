@@ -1,11 +1,13 @@
 // bench_calls OPERATION TARGET [Google Benchmark's options]: the call alone, through the library and through
-// Subversion alone, warm and in one process. Interleave the repetitions to compare them.
+// Subversion alone, warm and in one process. Interleave the repetitions to compare them. Subversion alone is loaded
+// apart, with all that it needs, so that the library's bundle finds and leaves things as in any program.
 
 #include "LibraryClient.h"
 #include "PlainClient.h"
 
 #include <benchmark/benchmark.h>
 #include <chrono>
+#include <dlfcn.h>
 #include <exception>
 #include <iostream>
 #include <memory>
@@ -16,6 +18,41 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+/// The plain client, loaded apart from everything else.
+class PlainModule
+{
+  public:
+    PlainModule()
+    {
+        if (_client == nullptr) {
+            throw std::runtime_error("Subversion cannot be started");
+        }
+    }
+    ~PlainModule() { function<decltype(&PlainClientClose)>("PlainClientClose")(_client); }
+    PlainModule(const PlainModule&) = delete;
+    PlainModule& operator=(const PlainModule&) = delete;
+
+    long run(const std::string& operation, const std::string& target) const
+    {
+        return _run(_client, operation.c_str(), target.c_str());
+    }
+
+  private:
+    template <class Function>
+    Function function(const char* name) const
+    {
+        void* const found = _module == nullptr ? nullptr : dlsym(_module, name);
+        if (found == nullptr) {
+            throw std::runtime_error(dlerror()); // NOLINT(concurrency-mt-unsafe): no other thread loads anything
+        }
+        return reinterpret_cast<Function>(found);
+    }
+
+    void* _module = dlmopen(LM_ID_NEWLM, BENCH_PLAIN_MODULE, RTLD_NOW | RTLD_LOCAL);
+    PlainClient* _client = function<decltype(&PlainClientOpen)>("PlainClientOpen")();
+    decltype(&PlainClientRun) _run = function<decltype(&PlainClientRun)>("PlainClientRun");
+};
 
 /// What this process measures.
 class Subject
@@ -32,7 +69,7 @@ class Subject
 
     long callPlain() const
     {
-        const long items = _plain ? PlainClientRun(_plain.get(), _operation.c_str(), _target.c_str()) : -1;
+        const long items = _plain.run(_operation, _target);
         if (items < 0) {
             throw std::runtime_error("Subversion reported an error");
         }
@@ -43,7 +80,7 @@ class Subject
     std::string _operation;
     std::string _target;
     LibraryClient _library;
-    std::unique_ptr<PlainClient, decltype(&PlainClientClose)> _plain{PlainClientOpen(), PlainClientClose};
+    PlainModule _plain;
 };
 
 std::unique_ptr<const Subject> subject; // Google Benchmark hands its functions nothing of ours

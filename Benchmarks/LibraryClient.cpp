@@ -62,6 +62,24 @@ LibraryOutcome statusFolderAggregated(const HSVNPathRef& path, const HSVNContext
     return status(path, options, context);
 }
 
+/// By the verb, which may use several threads; nothing is kept.
+LibraryOutcome statusByVerb(const HSVNPathRef& path, const HSVNContextRef& context, bool getAll)
+{
+    std::size_t items = 0;
+    context->status(path, {.getAll = getAll}, [&](const HSVNNodeRef&) { ++items; });
+    return {items, nullptr};
+}
+
+LibraryOutcome statusByVerbAll(const HSVNPathRef& path, const HSVNContextRef& context)
+{
+    return statusByVerb(path, context, true);
+}
+
+LibraryOutcome statusByVerbChanged(const HSVNPathRef& path, const HSVNContextRef& context)
+{
+    return statusByVerb(path, context, false);
+}
+
 LibraryOutcome readLog(const HSVNPathRef& path, const HSVNContextRef& context)
 {
     const auto options = HSVNLogOptions::defaults();
@@ -119,6 +137,8 @@ LibraryOutcome LibraryClient::run(const std::string& operation, const std::strin
                                                              {"status-changed", statusChanged},
                                                              {"status-aggregated", statusAggregated},
                                                              {"status-folder-aggregated", statusFolderAggregated},
+                                                             {"status-verb-all", statusByVerbAll},
+                                                             {"status-verb-changed", statusByVerbChanged},
                                                              {"log", readLog},
                                                              {"list", list},
                                                              {"cat", cat},

@@ -1,6 +1,7 @@
 #include "PlainClient.h"
 
 #include <apr_general.h>
+#include <locale.h>
 #include <stdio.h>
 #include <string.h>
 #include <svn_client.h>
@@ -151,6 +152,8 @@ static Operation findOperation(const char* name)
                       {"status-changed", statusChanged},
                       {"status-aggregated", statusAll},
                       {"status-folder-aggregated", statusAll},
+                      {"status-verb-all", statusAll},
+                      {"status-verb-changed", statusChanged},
                       {"log", readLog},
                       {"list", list},
                       {"cat", cat},
@@ -190,6 +193,7 @@ static svn_error_t* openContext(svn_client_ctx_t** ctx, apr_pool_t* pool)
 
 struct PlainClient* PlainClientOpen(void)
 {
+    setlocale(LC_ALL, ""); /* loaded apart, it has a C library of its own */
     if (apr_initialize() != APR_SUCCESS) {
         fputs("plain client: APR does not start\n", stderr);
         return NULL;

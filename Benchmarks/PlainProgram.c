@@ -2,7 +2,6 @@
 
 #include "PlainClient.h"
 
-#include <locale.h>
 #include <stdio.h>
 
 int main(int argc, char** argv)
@@ -11,7 +10,6 @@ int main(int argc, char** argv)
         fputs("usage: bench_plain OPERATION [TARGET]\n", stderr);
         return 2;
     }
-    setlocale(LC_ALL, "");
     struct PlainClient* client = PlainClientOpen();
     if (!client) {
         return 1;

@@ -140,8 +140,8 @@ class TreeData(DataSet):
 
     REVISIONS = 20
 
-    def __init__(self, cache, files, per_folder, is_edited):
-        super().__init__(cache, f"tree-{files}" if per_folder < files else f"folder-{files}")
+    def __init__(self, cache, files, per_folder, is_edited, name=None):
+        super().__init__(cache, name or (f"tree-{files}" if per_folder < files else f"folder-{files}"))
         self._per_folder = per_folder
         self._count = files
         self._is_edited = is_edited
@@ -164,15 +164,18 @@ class TreeData(DataSet):
         names = [f"{stem}{number:0{digits}}.c" for number in range(self._per_folder)]
         return folders, [folder + name for folder in folders for name in names]
 
+    def _every_folder(self):
+        """Those that hold folders alone, too; each after the one that it lies in."""
+        parts = [folder.rstrip("/").split("/") for folder in self.folders if folder]
+        return ["/".join(path) for path in sorted({tuple(names[:end]) for names in parts
+                                                   for end in range(1, len(names) + 1)})]
+
     def _write(self, stream):
         dump = Dump(stream, self.name)
         dump.revision()
         dump.add_folder("trunk")
-        for parent in sorted({folder.split("/")[0] for folder in self.folders if folder}):
-            dump.add_folder(f"trunk/{parent}")
-        for folder in self.folders:
-            if folder:
-                dump.add_folder(f"trunk/{folder.rstrip('/')}")
+        for folder in self._every_folder():
+            dump.add_folder(f"trunk/{folder}")
         for part in range(self.REVISIONS):
             dump.revision()
             for name in self.files[part::self.REVISIONS]:
@@ -180,13 +183,13 @@ class TreeData(DataSet):
 
     def _make(self):
         load_repository(self.repository, self._write)
-        run("svn", "checkout", "--quiet", self.url("trunk"), self.working_copy)
+        run("svn", "checkout", "--quiet", self.url("trunk"), self.working_copy, env=os.environ | {"LC_ALL": "C.UTF-8"})
         each = max(1, self._count // 500)
         if self._is_edited:
             run("cp", "-a", self.working_copy, self.edited_copy)
             self._change(random.Random(self.name).sample(self.files, 3 * each), each)
         parents = len({folder.split("/")[0] for folder in self.folders if folder})
-        items = 1 + parents + (len(self.folders) if parents else 0) + self._count
+        items = 1 + len(self._every_folder()) + self._count
         lengths = [len(f"{self.working_copy}/{name}") for name in self.files]
         return {"files": self._count, "items": items, "edited items": items + 2 * each, "changed": 5 * each,
                 "entries": self._count + parents, "path length": round(sum(lengths) / len(lengths), 1)}
@@ -212,6 +215,29 @@ class TreeData(DataSet):
         targets.write_text("\n".join(names), encoding="utf-8")
         run("svn", command, "--quiet", *arguments, "--targets", targets, cwd=self.edited_copy)
         targets.unlink()
+
+
+class DeepTreeData(TreeData):
+    """Folders each of which lies in the one before."""
+
+    DEPTH = 100
+
+    def __init__(self, cache, files):
+        super().__init__(cache, files, max(1, files // self.DEPTH), False, f"deep-{files}")
+        names = [f"level-{number:02}/" for number in range(len(self.folders))]
+        self.folders = ["".join(names[:level + 1]) for level in range(len(names))]
+        self.files = [f"{folder}file-{number:02}.c" for folder in self.folders for number in range(self._per_folder)]
+
+
+class ForeignTreeData(TreeData):
+    """Names in several scripts."""
+
+    def __init__(self, cache, files, per_folder):
+        super().__init__(cache, files, per_folder, False, f"foreign-{files}")
+        words = ["straße", "über", "файл", "ファイル", "αρχείο"]
+        self.folders = [f"{words[number % len(words)]}-{number:04}/" for number in range(len(self.folders))]
+        self.files = [f"{folder}{words[number % len(words)]} {number:02}.c" for folder in self.folders
+                      for number in range(per_folder)]
 
 
 class LogData(DataSet):

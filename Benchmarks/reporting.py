@@ -53,7 +53,7 @@ def process_rows(results):
 
 def holds_an_object_per_item(result):
     workload = result.workload
-    return workload.operation not in ("start", "cat") and workload.plain_items is None and workload.items > 0
+    return workload.operation not in ("start", "cat", "status-verb-all", "status-verb-changed") and workload.plain_items is None and workload.items > 0
 
 
 def memory_rows(results):

@@ -67,6 +67,9 @@ def log_entries(output):
     return sum(line == b"-" * 72 for line in output.split(b"\n")) - 1
 
 
+VERB_ALL = Goals(call=0.8, svn=0.75)
+VERB_CHANGED = Goals(call=0.65, svn=0.75)
+VERB_LIVED_IN_ALL = Goals(call=0.75, svn=0.75)
 STATUS_ALL = Goals(call=1.6, svn=1.3, bytes=700)
 STATUS_CHANGED = Goals(call=1.15, svn=1.3)
 LIVED_IN_ALL = Goals(call=1.3, svn=1.3, bytes=700)
@@ -108,8 +111,22 @@ def status_workloads(tree, folder):
     yield status_all("status-lived-in-all", f"{title}, all", tree.lived_in_copy, lived_in, LIVED_IN_ALL, svn_items=None)
     yield status_changed("status-lived-in-changed", f"{title}, those", tree.lived_in_copy, unusual, LIVED_IN_CHANGED,
                          svn_items=None)
+    yield from verb_workloads(tree)
     title = f"status of one folder of {folder.record['edited items']:,} items, {folder.record['changed']:,} changed"
     yield status_all("status-edited-one-folder", f"{title}, all", folder.edited_copy, folder.record["edited items"])
+
+
+def verb_workloads(tree):
+    """The verb may use several threads: its goals are for two processors that nothing else uses."""
+    for label, title, path, everything, unusual, goals in (
+            ("", "verb status of {:,} items", tree.working_copy, tree.record["items"], 0, VERB_ALL),
+            ("lived-in-", "verb status of {:,} lived-in items", tree.lived_in_copy, tree.record["lived-in items"],
+             tree.record["unusual"], VERB_LIVED_IN_ALL)):
+        title = title.format(everything)
+        yield Workload(f"status-verb-{label}all", f"{title}, all", "status-verb-all", str(path),
+                       ("status", "-v", str(path)), everything, goals)
+        yield Workload(f"status-verb-{label}changed", f"{title}, unusual ones ({unusual:,})", "status-verb-changed",
+                       str(path), ("status", str(path)), unusual, VERB_CHANGED)
 
 
 def reading_workloads(folder, history, large, server):
@@ -140,6 +157,15 @@ def start_workloads():
                        svn=("--version", "--quiet"), bundles=bundles)
 
 
+def shape_workloads(deep, foreign):
+    for label, title, tree in (("deep", "in folders in one another", deep),
+                               ("foreign", "with names outside ASCII", foreign)):
+        title = f"status of {tree.record['items']:,} items {title}"
+        yield status_all(f"status-{label}-all", f"{title}, all", tree.working_copy, tree.record["items"],
+                         Goals(call=1.6, svn=1.3))
+        yield status_changed(f"status-{label}-changed", f"{title}, changed ones (none is)", tree.working_copy, 0)
+
+
 def growth_workloads(trees):
     for tree in trees:
         items = tree.record["items"]
@@ -156,10 +182,12 @@ class DataSets:
         self.history = data.LogData(cache, sizes.revisions)
         self.large = data.FileData(cache, sizes.file)
         self.pair = data.PairData(cache, sizes.lines)
+        self.deep = data.DeepTreeData(cache, sizes.folder)
+        self.foreign = data.ForeignTreeData(cache, sizes.folder, PER_FOLDER)
         self.others = [data.TreeData(cache, files, PER_FOLDER, False) for files in sizes.others]
 
     def make(self, log):
-        for data_set in [self.tree, self.folder, self.history, self.large, self.pair] + self.others:
+        for data_set in [self.tree, self.folder, self.history, self.large, self.pair, self.deep, self.foreign] + self.others:
             data_set.make(log)
 
 
@@ -176,4 +204,5 @@ def all_workloads(data_sets, server):
     yield from status_workloads(data_sets.tree, data_sets.folder)
     yield from reading_workloads(data_sets.folder, data_sets.history, data_sets.large, server)
     yield from comparing_workloads(data_sets.pair)
+    yield from shape_workloads(data_sets.deep, data_sets.foreign)
     yield from growth_workloads(data_sets.others)
