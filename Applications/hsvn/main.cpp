@@ -227,7 +227,8 @@ int runPrintingErrors(int count, char** words)
 {
     try {
         run(count, words);
-        return EXIT_SUCCESS;
+        // A listener of notifications tells a failure to write, but goes on.
+        return Output::hasFailed() && !Pager::isRunning() ? EXIT_FAILURE : EXIT_SUCCESS;
     } catch (const UsageError& error) {
         printUsageError(error);
     } catch (const HSVNException& exception) {

@@ -290,6 +290,15 @@ class Program(unittest.TestCase):
                 self.assertRegex(ran.stderr, f"^hsvn: E0000..: Write error: {reason}\n$", command)
                 self.assertEqual(ran.returncode, 1, command)
 
+    def test_a_reader_that_is_gone_is_no_news(self):
+        for command in ["status -v", "help", "log --xml", "list --json", "update", "cat iota", "export iota ../exported"]:
+            reading, writing = os.pipe()
+            os.close(reading)
+            ran = subprocess.run([HSVN, *command.split()], cwd=self.wc, env=fixtures.environment(self.wc), stdout=writing,
+                                 stderr=subprocess.PIPE, text=True, check=False)
+            os.close(writing)
+            self.assertEqual((ran.returncode, ran.stderr), (1, ""), command)
+
     def test_a_commit_whose_report_cannot_be_written_is_known_to_the_working_copy(self):
         """svn leaves the file modified, and out of date."""
         with tempfile.TemporaryDirectory() as folder:

@@ -137,37 +137,33 @@ class DiffPrinter
     HSVNDiffChoices _choices;
 };
 
-/// The URL of a path in the repository that a target belongs to.
-std::string urlInRepository(Session& session, const std::string& target, const std::string& path)
+/// The URL of the repository's root that a target belongs to.
+std::string rootURL(Session& session, const std::string& target)
 {
-    const auto list = HSVNArguments::canonicalTargets({localStyle(target) + "@", "^" + path + "@"}, session.client());
-    return peggedTarget(session, list.targets.back()).target;
+    const auto list = HSVNArguments::canonicalTargets({localStyle(target) + "@", "^/"}, session.client());
+    return list.targets.back();
 }
 
-/// Asks which revisions of a branch are merges of what.
-void askForMerges(Session& session, const std::string& target, const RevisionGraph::OpenQuestion& question,
-                  LogGraph& graph)
+/// What a path of the repository has merged; nothing where it may not be read.
+std::string mergeInformationOf(Session& session, const std::string& root, const std::string& path,
+                               HSVNRevisionNumber number)
 {
-    const auto youngest = HSVNRevision::revisionWithNumber(question.youngest);
-    const HSVNLogChoices choices{.pegRevision = youngest,
-                                 .ranges = {{youngest, HSVNRevision::revisionWithNumber(question.oldest)}},
-                                 .stopOnCopy = true,
-                                 .mergedRevisions = true,
-                                 .properties = std::vector<std::string>{}};
+    const std::string url = HSVNURL::URLWithString(root)->pathByNormalizingAndAddingComponent(path.substr(1))->string();
+    const auto revision = HSVNRevision::revisionWithNumber(number);
     try {
-        session.client()->log(HSVNTargets::verbatim({urlInRepository(session, target, question.root)}), choices,
-                              [&](const HSVNLogItemRef& item) { graph.answer(*item); });
+        const auto found = session.client()->property(HSVNTarget::verbatim(url), "svn:mergeinfo",
+                                                      HSVNRevisionSpec::revisionWithRevision(revision, revision));
+        return found.values.empty() ? "" : found.values.front().second;
     } catch (const HSVNException& exception) {
-        // The graph is drawn without the merges of a branch that may not be read.
         if (!hasCause(exception, NotAuthorized) && !hasCause(exception, Forbidden) &&
             !hasCause(exception, PathUnreadable)) {
             throw;
         }
+        return "";
     }
 }
 
-/// Copies and merges are told with the rest, at once; the server is asked again but for each branch of which it may
-/// have left some out.
+/// Copies and merges are told with the rest, at once; the server is asked again but for the merges that it leaves out.
 void printGraph(Session& session, const std::vector<std::string>& targets, HSVNLogChoices choices)
 {
     choices.changedPaths = true;
@@ -175,9 +171,11 @@ void printGraph(Session& session, const std::vector<std::string>& targets, HSVNL
     LogGraph graph{session.options};
     session.client()->log(HSVNTargets::verbatim(targets), choices,
                           [&](const HSVNLogItemRef& item) { graph.add(item); });
-    for (const auto& question : graph.openQuestions()) {
-        askForMerges(session, targets.front(), question, graph);
-    }
+    std::string root;
+    graph.settleMerges([&](const std::string& path, HSVNRevisionNumber revision) {
+        root = root.empty() ? rootURL(session, targets.front()) : root;
+        return mergeInformationOf(session, root, path, revision);
+    });
     graph.print();
 }
 

@@ -11,9 +11,11 @@ class LogGraph
 
     /// Takes the next item of the log, to be printed in the end.
     void add(const HSVNLogItemRef& item) { _graph.add(item); }
-    /// As those of `RevisionGraph`.
-    std::vector<RevisionGraph::OpenQuestion> openQuestions() const { return _graph.openQuestions(); }
-    void answer(const HSVNLogItem& item) { _graph.answer(item); }
+    /// As `RevisionGraph` does.
+    void settleMerges(const std::function<std::string(const std::string&, HSVNRevisionNumber)>& mergeInformation)
+    {
+        _graph.settleMerges(mergeInformation);
+    }
     void print();
 
   private:

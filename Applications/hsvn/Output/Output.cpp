@@ -15,22 +15,24 @@
 
 namespace {
 
-[[noreturn]] void failToWrite(int code)
-{
-    fail(code == EPIPE ? PipeWrite : code, "Write error: " + std::generic_category().message(code));
-}
-
-/// What standard output holds beside its buffer.
+/// What is known of standard output beside its buffer.
 struct Held
 {
     TerminalText text; ///< of what goes to a terminal
     bool isTransientShown = false;
+    bool hasFailed = false;
 };
 
 Held& held()
 {
     static Held theHeld; // standard output is one for the process as well
     return theHeld;
+}
+
+[[noreturn]] void failToWrite(int code)
+{
+    held().hasFailed = true;
+    fail(code == EPIPE ? PipeWrite : code, "Write error: " + std::generic_category().message(code));
 }
 
 void put(std::string_view bytes)
@@ -119,6 +121,8 @@ void Output::flush()
         failToWrite(errno);
     }
 }
+
+bool Output::hasFailed() { return held().hasFailed; }
 
 void Output::end()
 {

@@ -20,6 +20,8 @@ void writeBytes(std::string_view bytes);
 void writeControl(std::string_view sequence);
 /// @throws as `write`
 void flush();
+/// Whether something could not be written, told or not.
+bool hasFailed();
 /// Writes what is left, whether or not that can be told, and waits until the user leaves the pager.
 void end();
 /// Writes text to standard error at once; what standard output still holds comes first.

@@ -1,6 +1,9 @@
 #include "Output/RevisionGraph.h"
 
+#include "CommandLine/TextFiles.h"
+
 #include <algorithm>
+#include <charconv>
 #include <optional>
 
 namespace {
@@ -61,6 +64,20 @@ class Histories
         return parents;
     }
 
+    /// The newest revision of a branch up to another one.
+    std::optional<std::size_t> newest(const std::string& root, HSVNRevisionNumber last) const
+    {
+        const auto found = _steps.find(root);
+        if (found == _steps.end()) {
+            return std::nullopt;
+        }
+        const auto& steps = found->second;
+        const auto next =
+            std::upper_bound(steps.begin(), steps.end(), last,
+                             [](HSVNRevisionNumber number, const Step& step) { return number < step.revision; });
+        return next == steps.begin() ? std::nullopt : std::optional{std::prev(next)->node};
+    }
+
   private:
     /// The branches that a revision changes, and whether it makes them; what belongs to none is a branch of its own
     /// where nothing else is changed.
@@ -85,23 +102,85 @@ class Histories
         return source ? newest(std::string{_branches.rootOf(*source)}, change->copyRevision()) : std::nullopt;
     }
 
-    /// The newest revision of a branch up to another one.
-    std::optional<std::size_t> newest(const std::string& root, HSVNRevisionNumber last) const
-    {
-        const auto found = _steps.find(root);
-        if (found == _steps.end()) {
-            return std::nullopt;
-        }
-        const auto& steps = found->second;
-        const auto next =
-            std::upper_bound(steps.begin(), steps.end(), last,
-                             [](HSVNRevisionNumber number, const Step& step) { return number < step.revision; });
-        return next == steps.begin() ? std::nullopt : std::optional{std::prev(next)->node};
-    }
-
     const Branches& _branches;
     std::map<std::string, std::vector<Step>> _steps;
 };
+
+/// Whether it is a directory whose properties may be changed.
+bool mayChangeProperties(const HSVNLogPathChange& change)
+{
+    return change.action() == HSVNLogActionModified && change.kind() != HSVNNodeKindFile &&
+           change.propertiesModified().value_or(true);
+}
+
+/// The first and the last revision of each range.
+using Ranges = std::vector<std::pair<HSVNRevisionNumber, HSVNRevisionNumber>>;
+/// What was merged, by the path that it comes from.
+using MergeInformation = std::map<std::string, Ranges>;
+
+/// Reads lines such as "/branches/one:3-7,9*".
+MergeInformation readMergeInformation(const std::string& text)
+{
+    MergeInformation information;
+    for (const auto& line : split(text, "\n")) {
+        const auto colon = std::min(line.rfind(':'), line.size());
+        for (const auto& range : split(line.substr(colon), ":,*")) {
+            const auto dash = range.find('-');
+            const auto number = [](std::string_view digits) {
+                HSVNRevisionNumber value = 0;
+                std::from_chars(digits.data(), digits.data() + digits.size(), value);
+                return value;
+            };
+            const std::string_view first = std::string_view{range}.substr(0, dash);
+            const std::string_view last = dash == std::string::npos ? first : std::string_view{range}.substr(dash + 1);
+            information[line.substr(0, colon)].emplace_back(number(first), number(last));
+        }
+    }
+    return information;
+}
+
+/// The youngest revision of some ranges, in their order, that earlier ones do not hold.
+std::optional<HSVNRevisionNumber> youngestAdded(const Ranges& ranges, const Ranges& earlier)
+{
+    for (auto range = ranges.rbegin(); range != ranges.rend(); ++range) {
+        HSVNRevisionNumber youngest = range->second;
+        for (auto known = earlier.rbegin(); known != earlier.rend(); ++known) {
+            if (known->first <= youngest && youngest <= known->second) {
+                youngest = known->first - 1;
+            }
+        }
+        if (youngest >= range->first) {
+            return youngest;
+        }
+    }
+    return std::nullopt;
+}
+
+/// Has a node go on from what its revision merged, too, as far as that is not known from its other parents.
+void addMerged(RevisionGraph::Node& node, const std::set<std::size_t>& merged,
+               const std::vector<RevisionGraph::Node>& nodes)
+{
+    if (merged.empty()) {
+        return;
+    }
+    std::set<std::size_t> known;
+    const auto learn = [&](std::vector<std::size_t> ways) {
+        while (!ways.empty()) {
+            const std::size_t place = ways.back();
+            ways.pop_back();
+            if (place >= *merged.begin() && known.insert(place).second) {
+                ways.insert(ways.end(), nodes[place].parents.begin(), nodes[place].parents.end());
+            }
+        }
+    };
+    learn(node.parents);
+    for (auto place = merged.rbegin(); place != merged.rend(); ++place) {
+        if (known.count(*place) == 0) {
+            node.parents.push_back(*place);
+            learn({*place});
+        }
+    }
+}
 
 } // namespace
 
@@ -136,26 +215,19 @@ std::string_view Branches::rootOf(std::string_view path) const
 
 void RevisionGraph::add(const HSVNLogItemRef& item)
 {
-    answer(*item);
-    if (!item->isEndOfChildren()) {
-        _items.emplace(item->revision(), item);
-    }
-}
-
-void RevisionGraph::answer(const HSVNLogItem& item)
-{
-    if (item.isEndOfChildren()) {
+    if (item->isEndOfChildren()) {
         if (!_mergedBy.empty()) {
             _mergedBy.pop_back();
         }
         return;
     }
-    if (!_mergedBy.empty() && !item.isSubtractiveMerge()) {
-        _merged[_mergedBy.back()].insert(item.revision());
+    if (!_mergedBy.empty() && !item->isSubtractiveMerge()) {
+        _merged[_mergedBy.back()].insert(item->revision());
     }
-    if (item.hasChildren()) {
-        _mergedBy.push_back(item.revision());
+    if (item->hasChildren()) {
+        _mergedBy.push_back(item->revision());
     }
+    _items.emplace(item->revision(), item);
 }
 
 Branches RevisionGraph::branches() const
@@ -167,52 +239,32 @@ Branches RevisionGraph::branches() const
     return branches;
 }
 
-std::vector<RevisionGraph::OpenQuestion> RevisionGraph::openQuestions() const
+void RevisionGraph::settleMerges(
+    const std::function<std::string(const std::string&, HSVNRevisionNumber)>& mergeInformation)
 {
     const Branches branches = this->branches();
-    std::map<std::string, OpenQuestion> questions;
+    std::map<std::string, MergeInformation> known; // as of the last revision that changed it
     for (const auto& [revision, item] : _items) {
-        for (const auto& change : item->changesWithAction(HSVNLogActionModified)) {
-            // What a branch has merged stands in a property of its root.
-            const bool mayMerge = change->propertiesModified().value_or(true) && change->kind() != HSVNNodeKindFile;
-            if (mayMerge && branches.rootOf(change->path()) == change->path() && _merged.count(revision) == 0) {
-                questions.try_emplace(change->path(), OpenQuestion{change->path(), revision, revision})
-                    .first->second.youngest = revision;
+        for (const auto& change : item->changes()) {
+            const std::string path = change->path();
+            if (branches.rootOf(path) != path) {
+                continue;
             }
-        }
-    }
-    std::vector<OpenQuestion> result;
-    std::transform(questions.begin(), questions.end(), std::back_inserter(result),
-                   [](const auto& question) { return question.second; });
-    return result;
-}
-
-/// Has a node go on from what its revision merged, too, as far as that is not known from its other parents.
-void RevisionGraph::addMerged(Node& node, const std::vector<Node>& nodes, const Places& places) const
-{
-    const auto merged = _merged.find(node.item->revision());
-    if (merged == _merged.end()) {
-        return;
-    }
-    const std::size_t first = places.lower_bound(*merged->second.begin()) == places.end()
-                                  ? nodes.size()
-                                  : places.lower_bound(*merged->second.begin())->second;
-    std::set<std::size_t> known;
-    const auto learn = [&](std::vector<std::size_t> ways) {
-        while (!ways.empty()) {
-            const std::size_t place = ways.back();
-            ways.pop_back();
-            if (place >= first && known.insert(place).second) {
-                ways.insert(ways.end(), nodes[place].parents.begin(), nodes[place].parents.end());
+            if (isAddition(*change)) {
+                known.erase(path);
+            } else if (mayChangeProperties(*change) && _merged.count(revision) == 0) {
+                const auto [before, isNew] = known.try_emplace(path);
+                if (isNew) {
+                    before->second = readMergeInformation(mergeInformation(path, revision - 1));
+                }
+                auto after = readMergeInformation(mergeInformation(path, revision));
+                for (const auto& [source, ranges] : after) {
+                    if (const auto youngest = youngestAdded(ranges, before->second[source])) {
+                        _mergedFrom[revision][source] = *youngest;
+                    }
+                }
+                before->second = std::move(after);
             }
-        }
-    };
-    learn(node.parents);
-    for (auto each = merged->second.rbegin(); each != merged->second.rend(); ++each) {
-        const auto place = places.find(*each);
-        if (place != places.end() && known.count(place->second) == 0) {
-            node.parents.push_back(place->second);
-            learn({place->second});
         }
     }
 }
@@ -221,11 +273,26 @@ std::vector<RevisionGraph::Node> RevisionGraph::allNodes() const
 {
     const Branches branches = this->branches();
     Histories histories{branches};
-    Places places;
+    std::map<HSVNRevisionNumber, std::size_t> places;
     std::vector<Node> nodes;
     for (const auto& [revision, item] : _items) {
         Node node{item, histories.take(*item, nodes.size())};
-        addMerged(node, nodes, places);
+        std::set<std::size_t> merged;
+        if (const auto told = _merged.find(revision); told != _merged.end()) {
+            for (const HSVNRevisionNumber each : told->second) {
+                if (const auto place = places.find(each); place != places.end()) {
+                    merged.insert(place->second);
+                }
+            }
+        }
+        if (const auto found = _mergedFrom.find(revision); found != _mergedFrom.end()) {
+            for (const auto& [source, youngest] : found->second) {
+                if (const auto place = histories.newest(std::string{branches.rootOf(source)}, youngest)) {
+                    merged.insert(*place);
+                }
+            }
+        }
+        addMerged(node, merged, nodes);
         places.emplace(revision, nodes.size());
         nodes.push_back(std::move(node));
     }

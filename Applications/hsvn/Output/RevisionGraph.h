@@ -36,34 +36,26 @@ class RevisionGraph
         std::vector<std::size_t> parents; ///< indices of older nodes; the first is what the branch goes on from
     };
 
-    /// A branch of whose revisions some may be merges that the log does not tell: a server leaves those out that are in
-    /// the history of the log's own target.
-    struct OpenQuestion
-    {
-        std::string root;
-        HSVNRevisionNumber oldest;
-        HSVNRevisionNumber youngest;
-    };
-
     /// Takes the next item of a log that tells changed paths and merged revisions; a revision that comes again is told
     /// once.
     void add(const HSVNLogItemRef& item);
-    std::vector<OpenQuestion> openQuestions() const;
-    /// Takes the next item of a log of such a branch that tells merged revisions.
-    void answer(const HSVNLogItem& item);
+    /// Finds out what was merged where the log does not tell it: a server leaves out what is in the history of the
+    /// log's own target.
+    ///
+    /// @param mergeInformation  answers the property "svn:mergeinfo" of a path, a branch's root, in a revision
+    void settleMerges(const std::function<std::string(const std::string&, HSVNRevisionNumber)>& mergeInformation);
     /// The nodes of the items taken, from the oldest on.
     ///
     /// @param isShown  which items are wanted; instead of one that is not, nodes go on from what that one goes on from
     std::vector<Node> nodes(const std::function<bool(const HSVNLogItem&)>& isShown) const;
 
   private:
-    using Places = std::map<HSVNRevisionNumber, std::size_t>;
-
     Branches branches() const;
     std::vector<Node> allNodes() const;
-    void addMerged(Node& node, const std::vector<Node>& nodes, const Places& places) const;
 
     std::map<HSVNRevisionNumber, HSVNLogItemRef> _items;
     std::map<HSVNRevisionNumber, std::set<HSVNRevisionNumber>> _merged; ///< by the revision that merged them
+    /// The youngest of what a revision merged from each path, where the log does not tell it.
+    std::map<HSVNRevisionNumber, std::map<std::string, HSVNRevisionNumber>> _mergedFrom;
     std::vector<HSVNRevisionNumber> _mergedBy; ///< the revisions whose merged ones come, the outermost first
 };
