@@ -28,6 +28,7 @@ REASONS = [
     ("", r"(?m)^--6$|^-.*assertion failed|^-.* Aborted  ", "svn ends the process by an assertion"),
     ("^forbidden ", r"(?m)^\+.*A/C/\.svn': Permission denied$", "of what must not be read, the folder is tried first"),
     (r"^scribbled .*\bexport\b", "Bogus date", "an export reads the date of what it exports"),
+    (r"^scribbled .*\bexport\b", r"(?m)^-wc/\S*svn-\w{6}: ", "svn leaves the temporary file of an export that fails"),
 ]
 
 # How often a line that differs is run: an answer that svn gives every other time is missed once in a thousand lines.

@@ -1,6 +1,7 @@
 #include "CommandLine/Dates.h"
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/Targets.h"
+#include "Output/Display.h"
 #include "Output/ErrorOutput.h"
 #include "Output/JSON.h"
 #include "Output/Output.h"
@@ -97,7 +98,8 @@ class ListRun
             printXML(item, name);
             return;
         }
-        Output::write((options.verbose ? columns(item) : "") + localStyle(name) + (item.isDirectory() ? "/\n" : "\n"));
+        Output::write((options.verbose ? columns(item) : "") + Display::inLine(localStyle(name)) +
+                      (item.isDirectory() ? "/\n" : "\n"));
     }
 
     /// Says once where the following items come from.

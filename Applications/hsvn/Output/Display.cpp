@@ -76,6 +76,14 @@ bool Display::isColoured()
     return isWanted && (!Pager::isUsed() || Pager::showsColours());
 }
 
+std::string Display::inLine(std::string name)
+{
+    for (auto end = name.find('\n'); end != std::string::npos && isOnTerminal(); end = name.find('\n', end)) {
+        name.replace(end, 1, "?\\010");
+    }
+    return name;
+}
+
 void Display::writeColoured(std::string_view bytes, Colour colour)
 {
     Output::writeControl(colour == Colour::Removed ? red : green);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <string>
 #include <string_view>
 
 /// What output to a terminal has beside its text. Everywhere else the text stays as it is.
@@ -19,6 +20,10 @@ enum class Colour : std::uint8_t
     Removed,
     Added
 };
+
+/// A name as a part of a line: on a terminal a line end in it must not begin another one, and is written as any control
+/// character.
+std::string inLine(std::string name);
 
 /// Writes bytes in a colour, whether or not one is wanted.
 void writeColoured(std::string_view bytes, Colour colour);

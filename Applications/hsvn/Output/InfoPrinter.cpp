@@ -48,17 +48,23 @@ std::string sizeOf(std::int64_t size, const Options& options)
     return options.humanReadable ? humanSize(size, false) : std::to_string(size);
 }
 
-std::string versionOf(const std::optional<HSVNConflictVersion>& version)
+/// A side of a conflict, from the root of the item's own repository on where it is there.
+std::string versionOf(const std::optional<HSVNConflictVersion>& version, const std::optional<std::string>& ownRoot)
 {
-    if (!version) {
+    if (!version || !version->repositoryURL || !version->pathInRepository) {
         return "(none)";
     }
-    return fmt::format("({}) ^/{}@{}", wordOf(version->kind), version->pathInRepository.value_or(""),
+    const std::string& root = *version->repositoryURL;
+    const std::string& path = *version->pathInRepository;
+    const std::string url =
+        path.empty() ? root : HSVNURL::URLWithString(root)->pathByNormalizingAndAddingComponent(path)->string();
+    return fmt::format("({}) {}@{}", wordOf(version->kind), root == ownRoot ? "^" + url.substr(root.size()) : url,
                        version->pegRevision);
 }
 
 /// What is told of all conflicts of an item together.
-void addConflicts(std::string& text, const std::vector<HSVNConflictRecord>& conflicts)
+void addConflicts(std::string& text, const std::vector<HSVNConflictRecord>& conflicts,
+                  const std::optional<std::string>& ownRoot)
 {
     std::string properties;
     for (const auto& conflict : conflicts) {
@@ -82,8 +88,8 @@ void addConflicts(std::string& text, const std::vector<HSVNConflictRecord>& conf
     if (first.kind != HSVNConflictKind::Tree) {
         text += fmt::format("Conflict Details: {}\n", descriptionOfIncomingEdit(first));
     }
-    text += fmt::format("  Source  left: {}\n  Source right: {}\n", versionOf(first.sourceLeft),
-                        versionOf(first.sourceRight));
+    text += fmt::format("  Source  left: {}\n  Source right: {}\n", versionOf(first.sourceLeft, ownRoot),
+                        versionOf(first.sourceRight, ownRoot));
 }
 
 void addLockLines(std::string& text, const HSVNLock& lock)
@@ -156,7 +162,7 @@ void printInfo(const HSVNItemInfo& info, const Options& options)
     if (copy) {
         addLine(text, "Text Last Updated", humanDateOf(copy->textTime));
         addLine(text, "Checksum", copy->checksum);
-        addConflicts(text, copy->conflicts);
+        addConflicts(text, copy->conflicts, info.repositoryRootURL);
     }
     if (info.lock) {
         addLockLines(text, *info.lock);

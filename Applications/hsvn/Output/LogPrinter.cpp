@@ -1,6 +1,7 @@
 #include "Output/LogPrinter.h"
 
 #include "CommandLine/Dates.h"
+#include "Output/Display.h"
 #include "Output/Output.h"
 #include "Output/PropertyPrinter.h"
 #include "Output/Words.h"
@@ -136,8 +137,9 @@ void LogPrinter::finish()
 std::string LogPrinter::textOf(const HSVNLogItem& item) const
 {
     const std::string message = propertyOf(item, "svn:log").value_or("");
-    std::string text = fmt::format("r{} | {} | {}", item.revision(), propertyOf(item, "svn:author").value_or(noAuthor),
-                                   humanDateOf(item));
+    std::string text =
+        fmt::format("r{} | {} | {}", item.revision(),
+                    Display::inLine(propertyOf(item, "svn:author").value_or(noAuthor)), humanDateOf(item));
     if (!_options.quiet) {
         const auto lines = std::count(message.begin(), message.end(), '\n') + 1;
         text += fmt::format(" | {} {}", lines, lines == 1 ? "line" : "lines");
@@ -146,9 +148,12 @@ std::string LogPrinter::textOf(const HSVNLogItem& item) const
     if (item.tellsChangedPaths()) {
         text += "Changed paths:\n";
         for (const auto& change : item.sortedChanges()) {
-            text.append("   ").append(1, HSVNCharFromLogAction(change->action())).append(1, ' ').append(change->path());
+            text.append("   ")
+                .append(1, HSVNCharFromLogAction(change->action()))
+                .append(1, ' ')
+                .append(Display::inLine(change->path()));
             if (const auto copyPath = change->copyPath()) {
-                text += fmt::format(" (from {}:{})", *copyPath, change->copyRevision());
+                text += fmt::format(" (from {}:{})", Display::inLine(*copyPath), change->copyRevision());
             }
             text += '\n';
         }

@@ -35,9 +35,9 @@ std::string shownPath(const HSVNNotification& notification)
     }
     const std::string path = notification.path().value_or("");
     if (const auto& prefix = notification.pathPrefix()) {
-        return localStyle(std::string{pathBelow(path, *prefix).value_or(path)});
+        return Display::inLine(localStyle(std::string{pathBelow(path, *prefix).value_or(path)}));
     }
-    return relativeToCurrentFolder(path);
+    return Display::inLine(relativeToCurrentFolder(path));
 }
 
 bool isBinary(const HSVNNotification& notification)

@@ -177,7 +177,7 @@ void StatusPrinter::printLine(const HSVNNode& node)
                      status.copied() ? '+' : ' ', switchLetter(status)};
     line += detailed ? detailedColumns(node)
                      : std::string{node.lock() ? 'K' : ' ', status.treeConflicted() ? 'C' : ' ', ' '};
-    line.append(shown(node)).append(moveLines(status)).append(treeConflictLine(node)) += '\n';
+    line.append(Display::inLine(shown(node))).append(moveLines(status)).append(treeConflictLine(node)) += '\n';
     Display::writeLine(line);
 }
 
