@@ -299,12 +299,13 @@ TEST_F(StatusOnThreads, TakesNoThreadsWhereNoneMayBe)
         {"forbidden", {.getAll = true, .threads = 1}},
         {"small", {.getAll = true}},
         {"locked exclusively", {.getAll = true, .threads = 2}}};
-    for (const auto& [name, choices] : walks) {
+    for (const auto& walk : walks) {
+        const auto& name = walk.first;
         if (name == "locked exclusively") {
             client->applySettings({.options = {{"config", "working-copy", "exclusive-locking", "yes"}}});
         }
         const OpenedFile folder{item("switchedto")};
-        client->status(suite->workingCopy(), choices, [&](const HSVNNodeRef& node) {
+        client->status(suite->workingCopy(), walk.second, [&](const HSVNNodeRef& node) {
             if (node->path()->string() == item("switchedto")) {
                 EXPECT_EQ(folder.times(), 0) << name;
             }
