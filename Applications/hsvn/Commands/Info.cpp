@@ -77,11 +77,11 @@ class InfoRun
         if (options.incremental && !options.xml) {
             fail(ArgumentParsing, "--incremental is only valid in --xml mode");
         }
-        if (options.xml && options.humanReadable) {
-            fail(ArgumentParsing, "--human-readable is not valid in --xml mode");
-        }
         if (options.xml && options.noNewline) {
             fail(ArgumentParsing, "--no-newline is not valid in --xml mode");
+        }
+        if (options.xml && options.humanReadable) {
+            fail(ArgumentParsing, "--human-readable is not valid in --xml mode");
         }
         if (options.noNewline && !options.showItem) {
             fail(ArgumentParsing, "--no-newline' is only valid with --show-item");

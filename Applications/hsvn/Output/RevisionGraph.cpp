@@ -113,7 +113,7 @@ bool mayChangeProperties(const HSVNLogPathChange& change)
            change.propertiesModified().value_or(true);
 }
 
-/// The first and the last revision of each range.
+/// The first and the last revision of each range, from the youngest on.
 using Ranges = std::vector<std::pair<HSVNRevisionNumber, HSVNRevisionNumber>>;
 /// What was merged, by the path that it comes from.
 using MergeInformation = std::map<std::string, Ranges>;
@@ -133,23 +133,24 @@ MergeInformation readMergeInformation(const std::string& text)
             };
             const std::string_view first = std::string_view{range}.substr(0, dash);
             const std::string_view last = dash == std::string::npos ? first : std::string_view{range}.substr(dash + 1);
-            information[line.substr(0, colon)].emplace_back(number(first), number(last));
+            auto& ranges = information[line.substr(0, colon)];
+            ranges.emplace(ranges.begin(), number(first), number(last));
         }
     }
     return information;
 }
 
-/// The youngest revision of some ranges, in their order, that earlier ones do not hold.
+/// The youngest revision of some ranges that earlier ones do not hold.
 std::optional<HSVNRevisionNumber> youngestAdded(const Ranges& ranges, const Ranges& earlier)
 {
-    for (auto range = ranges.rbegin(); range != ranges.rend(); ++range) {
-        HSVNRevisionNumber youngest = range->second;
-        for (auto known = earlier.rbegin(); known != earlier.rend(); ++known) {
-            if (known->first <= youngest && youngest <= known->second) {
-                youngest = known->first - 1;
+    for (const auto& [first, last] : ranges) {
+        HSVNRevisionNumber youngest = last;
+        for (const auto& known : earlier) {
+            if (known.first <= youngest && youngest <= known.second) {
+                youngest = known.first - 1;
             }
         }
-        if (youngest >= range->first) {
+        if (youngest >= first) {
             return youngest;
         }
     }
@@ -157,7 +158,9 @@ std::optional<HSVNRevisionNumber> youngestAdded(const Ranges& ranges, const Rang
 }
 
 /// Has a node go on from what its revision merged, too, as far as that is not known from its other parents.
-void addMerged(RevisionGraph::Node& node, const std::set<std::size_t>& merged,
+///
+/// @param merged  places, the youngest first
+void addMerged(RevisionGraph::Node& node, const std::set<std::size_t, std::greater<>>& merged,
                const std::vector<RevisionGraph::Node>& nodes)
 {
     if (merged.empty()) {
@@ -168,16 +171,16 @@ void addMerged(RevisionGraph::Node& node, const std::set<std::size_t>& merged,
         while (!ways.empty()) {
             const std::size_t place = ways.back();
             ways.pop_back();
-            if (place >= *merged.begin() && known.insert(place).second) {
+            if (place >= *merged.rbegin() && known.insert(place).second) {
                 ways.insert(ways.end(), nodes[place].parents.begin(), nodes[place].parents.end());
             }
         }
     };
     learn(node.parents);
-    for (auto place = merged.rbegin(); place != merged.rend(); ++place) {
-        if (known.count(*place) == 0) {
-            node.parents.push_back(*place);
-            learn({*place});
+    for (const std::size_t place : merged) {
+        if (known.count(place) == 0) {
+            node.parents.push_back(place);
+            learn({place});
         }
     }
 }
@@ -204,11 +207,12 @@ void Branches::learn(const HSVNLogItem& item)
 std::string_view Branches::rootOf(std::string_view path) const
 {
     const std::string_view customary = customaryRoot(path);
-    for (std::string_view folder = path; folder.size() > customary.size(); folder = folder.substr(0, folder.rfind('/')))
-    {
+    for (std::string_view folder = path; folder.size() > customary.size();) {
         if (_copies.find(folder) != _copies.end()) {
             return folder;
         }
+        const auto slash = folder.rfind('/');
+        folder = folder.substr(0, slash == std::string_view::npos ? 0 : slash);
     }
     return customary;
 }
@@ -277,7 +281,7 @@ std::vector<RevisionGraph::Node> RevisionGraph::allNodes() const
     std::vector<Node> nodes;
     for (const auto& [revision, item] : _items) {
         Node node{item, histories.take(*item, nodes.size())};
-        std::set<std::size_t> merged;
+        std::set<std::size_t, std::greater<>> merged;
         if (const auto told = _merged.find(revision); told != _merged.end()) {
             for (const HSVNRevisionNumber each : told->second) {
                 if (const auto place = places.find(each); place != places.end()) {
