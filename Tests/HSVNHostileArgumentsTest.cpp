@@ -517,6 +517,19 @@ TEST_P(HostileArguments, NobodyWaitsForAPipeInThePlaceOfAFile)
     }
 }
 
+TEST_P(HostileArguments, ACleanUpThatCannotReadAFolderLeavesNoLock)
+{
+    const auto odd = item("dir/\xff");
+    for (const auto& call : std::vector<std::function<void()>>{
+             [&] { client->cleanUp(root); }, [&] { HSVNDirectory::cleanUpWorkingCopyAtPath(at(""), client); }})
+    {
+        writeFile(odd, "");
+        EXPECT_THROW(call(), HSVNException);
+        std::filesystem::remove(odd);
+        EXPECT_FALSE(isLocked());
+    }
+}
+
 TEST_P(HostileArguments, ARelocationPassesOverExternalsThatAreGone)
 {
     mustRun({"svn", "propset", "-q", "svn:externals", "^/trunk/dir gone\n^/trunk/dir kept\n", item("dir")});

@@ -64,7 +64,7 @@ svn_error_t* cleanup(const char* path, svn_boolean_t breakLocks, svn_boolean_t f
 {
     SVN_ERR(checkLocalTarget(&path, pool));
     SVN_ERR(checkAbsoluteTarget(&path, pool));
-    return cleanUpAnyFolder(ctx, pool, [&] {
+    return cleanUpAnyFolder(path, breakLocks != 0, ctx, pool, [&] {
         return svn_client_cleanup2(path, breakLocks, fixTimestamps, clearWebCache, vacuumPristines, includeExternals,
                                    ctx, pool);
     });

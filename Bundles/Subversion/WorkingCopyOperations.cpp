@@ -39,7 +39,8 @@ svn_error_t* add3(const char* path, svn_boolean_t recursive, svn_boolean_t force
 svn_error_t* cleanup(const char* folder, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     HSVN_CANONICAL_PATH(folder, pool);
-    svn_error_t* const error = cleanUpAnyFolder(ctx, pool, [&] { return svn_client_cleanup(folder, ctx, pool); });
+    svn_error_t* const error =
+        cleanUpAnyFolder(folder, true, ctx, pool, [&] { return svn_client_cleanup(folder, ctx, pool); });
     return formatChecked(folder, smoothed(error), pool);
 }
 
