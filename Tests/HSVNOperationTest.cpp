@@ -6,8 +6,12 @@
 #include "ReasonOf.h"
 #include "TemporaryFolder.h"
 
+#include <array>
+#include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 namespace {
 
@@ -81,6 +85,27 @@ TEST_F(OperationFrame, RunsInsideACallbackOfItsOwnContext)
               nullptr);
     EXPECT_EQ(thrownBy<HSVNGenericException>(outer, nullptr), "of the outer operation");
     EXPECT_FALSE(_context->hasKeptException());
+}
+
+TEST_F(OperationFrame, LetsWhatIsWrittenToABrokenPipeFail)
+{
+    std::array<int, 2> ends{};
+    ASSERT_EQ(pipe(ends.data()), 0);
+    close(ends[0]);
+    {
+        const HSVNOperation outer{_context, "Class", "outer:", {}};
+        {
+            const HSVNOperation inner{_context, "Class", "inner:", {}};
+        }
+        EXPECT_EQ(write(ends[1], "", 1), -1);
+        EXPECT_EQ(errno, EPIPE);
+    }
+    close(ends[1]);
+    sigset_t signals;
+    sigpending(&signals);
+    EXPECT_EQ(sigismember(&signals, SIGPIPE), 0);
+    pthread_sigmask(SIG_BLOCK, nullptr, &signals);
+    EXPECT_EQ(sigismember(&signals, SIGPIPE), 0);
 }
 
 [[noreturn]] void logCallAtLevel(const char* level)

@@ -8,6 +8,7 @@
 #include "HSVNPlatformException.h"
 #include "HSVNReceiver.h"
 #include "HSVNTypes.h"
+#include "Internal/BrokenPipes.h"
 #include "Internal/BundleExtensions.h"
 #include "Internal/ContextUse.h"
 #include "Internal/Pool.h"
@@ -181,6 +182,7 @@ class HSVNOperation
     std::string _name; // "[class operation]"
     bool _isVerb = false;
     bool _isStopped = false;
+    HSVNBrokenPipes _brokenPipes; // before the pool, with which connections end
     HSVNBundleScope _bundle;
     HSVNVersion _version;
     const HSVNBundleEntryPoints* _entryPoints;
