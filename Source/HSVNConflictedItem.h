@@ -37,7 +37,8 @@ enum class HSVNMovePlace : std::uint8_t
 };
 
 /// An item of a working copy and what it is in conflict about. Stands for `svn_client_conflict_t`; not offered by lines
-/// before 1.10. Used by the context's thread, and not longer than the context's line stays the same.
+/// before 1.10. Used by the context's thread, and not longer than the context's line stays the same. What concerns a
+/// kind of conflict that the item does not have throws HSVNException, `HSVNStatusCode::ConflictResolverFailure`.
 class HSVN_EXPORT HSVNConflictedItem
 {
   public:

@@ -3,6 +3,7 @@
 #include "ReasonOf.h"
 #include "WorkingCopyTest.h"
 
+#include <functional>
 #include <gmock/gmock.h>
 
 using testing::ElementsAre;
@@ -118,7 +119,20 @@ TEST_P(ConflictedItem, RefusesWhatDoesNotApply)
             EXPECT_EQ(exception.status(), 195024);
         }
     }
-    const HSVNConflictedItem peaceful{item("dir"), client};
+    HSVNConflictedItem peaceful{item("dir"), client};
+    for (const auto& question : std::vector<std::function<void()>>{
+             [&] { conflicted.searchDetails(); }, [&] { conflicted.options(Kind::Tree); },
+             [&] { conflicted.options(static_cast<Kind>(3)); }, [&] { conflicted.descriptionOfTreeConflict(); },
+             [&] { conflicted.moveTargets(Choice::AcceptCurrentState, HSVNMovePlace::WorkingCopy); },
+             [&] { conflicted.propertyValues("colour"); }, [&] { conflicted.propertyComparison(""); },
+             [&] { conflicted.resolve(Kind::Property, Choice::WorkingText, "colour"); },
+             [&] { conflicted.resolve(Kind::Tree, Choice::AcceptCurrentState); },
+             [&] { peaceful.descriptionOfPropertyConflict(); }, [&] { peaceful.options(Kind::Text); },
+             [&] { peaceful.options(Kind::Property); }, [&] { peaceful.textComparison(); },
+             [&] { peaceful.resolve(Kind::Text, Choice::WorkingText); }})
+    {
+        EXPECT_THAT(reasonOf<HSVNException>(question), testing::ContainsRegex("' has no (text|property|tree|such) "));
+    }
     EXPECT_FALSE(peaceful.hasTextConflict() || peaceful.hasTreeConflict());
     EXPECT_EQ(peaceful.operation(), HSVNConflictOperation::NoOperation);
     for (const std::string& path : {item("nowhere"), repository.url(), std::string{"a\xff"}}) {

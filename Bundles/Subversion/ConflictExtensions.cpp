@@ -1,6 +1,11 @@
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
 
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <span>
+
 namespace HSVNAdapter {
 namespace {
 
@@ -25,15 +30,46 @@ svn_error_t* state(HSVNBundleExtensions::ConflictState* state, svn_client_confli
     return SVN_NO_ERROR;
 }
 
+/// Subversion ends the process for a question about a conflict that an item does not have.
+///
+/// @param property  the one asked about; null for any
+svn_error_t* requireConflict(svn_client_conflict_t* conflict, int kind, const char* property, apr_pool_t* pool)
+{
+    svn_boolean_t hasText = FALSE;
+    apr_array_header_t* properties = nullptr;
+    svn_boolean_t hasTree = FALSE;
+    SVN_ERR(svn_client_conflict_get_conflicted(&hasText, &properties, &hasTree, conflict, pool, pool));
+    const std::array<const char*, 3> names{"text", "property", "tree"};
+    const std::span<const char* const> conflicted{
+        properties == nullptr ? nullptr : reinterpret_cast<const char* const*>(properties->elts),
+        static_cast<std::size_t>(properties == nullptr ? 0 : properties->nelts)};
+    const bool hasProperty =
+        property == nullptr
+            ? !conflicted.empty()
+            : std::ranges::any_of(conflicted, [&](const char* name) { return std::strcmp(name, property) == 0; });
+    const std::array<bool, 3> has{hasText != 0, hasProperty, hasTree != 0};
+    const auto index = static_cast<std::size_t>(kind);
+    if (index < has.size() && has[index]) {
+        return SVN_NO_ERROR;
+    }
+    return svn_error_createf(SVN_ERR_WC_CONFLICT_RESOLVER_FAILURE, nullptr, "'%s' has no %s conflict%s%s",
+                             svn_client_conflict_get_local_abspath(conflict),
+                             index < names.size() ? names[index] : "such", property == nullptr ? "" : " of ",
+                             property == nullptr ? "" : property);
+}
+
 svn_error_t* description(const char** description, const char** local, svn_client_conflict_t* conflict,
                          svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
+    SVN_ERR(requireConflict(conflict, local != nullptr ? svn_wc_conflict_kind_tree : svn_wc_conflict_kind_property,
+                            nullptr, pool));
     return local != nullptr ? svn_client_conflict_tree_get_description(description, local, conflict, ctx, pool, pool)
                             : svn_client_conflict_prop_get_description(description, conflict, pool, pool);
 }
 
 svn_error_t* details(svn_client_conflict_t* conflict, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
+    SVN_ERR(requireConflict(conflict, svn_wc_conflict_kind_tree, nullptr, pool));
     return svn_client_conflict_tree_get_details(conflict, ctx, pool);
 }
 
@@ -41,6 +77,7 @@ svn_error_t* details(svn_client_conflict_t* conflict, svn_client_ctx_t* ctx, apr
 svn_error_t* ownOptions(apr_array_header_t** options, svn_client_conflict_t* conflict, int kind, svn_client_ctx_t* ctx,
                         apr_pool_t* pool)
 {
+    SVN_ERR(requireConflict(conflict, kind, nullptr, pool));
     switch (kind) {
     case svn_wc_conflict_kind_text:
         return svn_client_conflict_text_get_resolution_options(options, conflict, ctx, pool, pool);
@@ -89,6 +126,9 @@ svn_error_t* resolve(svn_client_conflict_t* conflict, int kind, const char* prop
     case svn_wc_conflict_kind_text:
         return svn_client_conflict_text_resolve(conflict, option, ctx, pool);
     case svn_wc_conflict_kind_property:
+        if (*property != '\0') { // for all of them
+            SVN_ERR(requireConflict(conflict, kind, property, pool));
+        }
         if (value != nullptr) {
             svn_client_conflict_option_set_merged_propval(option, value);
         }
@@ -101,6 +141,7 @@ svn_error_t* resolve(svn_client_conflict_t* conflict, int kind, const char* prop
 svn_error_t* files(HSVNBundleExtensions::ConflictSides<const char*>* files, svn_client_conflict_t* conflict,
                    apr_pool_t* pool)
 {
+    SVN_ERR(requireConflict(conflict, svn_wc_conflict_kind_text, nullptr, pool));
     return svn_client_conflict_text_get_contents(&files->base, &files->mine, &files->theirOld, &files->theirNew,
                                                  conflict, pool, pool);
 }
@@ -108,6 +149,7 @@ svn_error_t* files(HSVNBundleExtensions::ConflictSides<const char*>* files, svn_
 svn_error_t* values(HSVNBundleExtensions::ConflictSides<const svn_string_t*>* values, svn_client_conflict_t* conflict,
                     const char* property, apr_pool_t* pool)
 {
+    SVN_ERR(requireConflict(conflict, svn_wc_conflict_kind_property, property, pool));
     return svn_client_conflict_prop_get_propvals(&values->base, &values->mine, &values->theirOld, &values->theirNew,
                                                  conflict, property, pool);
 }
