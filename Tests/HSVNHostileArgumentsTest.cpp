@@ -5,12 +5,14 @@
 #include "ReasonOf.h"
 #include "WorkingCopyTest.h"
 
+#include <algorithm>
 #include <chrono>
 #include <filesystem>
 #include <functional>
 #include <gmock/gmock.h>
 #include <map>
 #include <optional>
+#include <random>
 #include <sys/stat.h>
 #include <thread>
 
@@ -515,6 +517,37 @@ TEST_P(HostileArguments, NobodyWaitsForAPipeInThePlaceOfAFile)
     {
         EXPECT_EQ(reasonOf<HSVNException>(call), "'" + item("a.txt") + "' is not a file");
     }
+}
+
+/// Has had enough after a second.
+struct Impatient
+{
+    bool queryContinue(HSVNContext&) const { return std::chrono::steady_clock::now() < end; }
+    std::chrono::steady_clock::time_point end = std::chrono::steady_clock::now() + std::chrono::seconds{1};
+};
+
+TEST_P(HostileArguments, AServerThatTakesNothingIsLeft)
+{
+    const auto address = repository.beside("address");
+    const BackgroundCommand server{{"python3", "-c",
+                                    "import os, sys, time\n"
+                                    "sys.path.insert(0, sys.argv[1])\n"
+                                    "import hostileserver\n"
+                                    "with hostileserver.running() as url:\n"
+                                    "    open(sys.argv[2] + '.new', 'w').write(url)\n"
+                                    "    os.rename(sys.argv[2] + '.new', sys.argv[2])\n"
+                                    "    time.sleep(600)",
+                                    HSVN_TEST_SAMPLES "/../CommandLine", address}};
+    for (int attempt = 0; attempt < 600 && !std::filesystem::exists(address); ++attempt) {
+        std::this_thread::sleep_for(std::chrono::milliseconds{50});
+    }
+    std::string sent(std::size_t{1} << 25U, '\0');
+    std::ranges::generate(sent, [random = std::minstd_rand{}]() mutable { return static_cast<char>(random() >> 8U); });
+    writeFile(repository.beside("sent"), sent);
+    const auto answers = std::make_shared<HSVNClientDelegateFor<Impatient>>();
+    const auto impatient = std::make_shared<HSVNClient>(bundleOfLine(line()), answers);
+    EXPECT_THROW(impatient->importTree(repository.beside("sent"), readFile(address) + "/full/new", {.message = ""}),
+                 HSVNOperationCancelledException);
 }
 
 TEST_P(HostileArguments, ACleanUpThatCannotReadAFolderLeavesNoLock)
