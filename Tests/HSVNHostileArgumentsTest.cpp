@@ -543,7 +543,7 @@ TEST_P(HostileArguments, AServerThatTakesNothingIsLeft)
     }
     std::string sent(std::size_t{1} << 25U, '\0');
     std::ranges::generate(sent, [random = std::minstd_rand{}]() mutable { return static_cast<char>(random() >> 8U); });
-    writeFile(repository.beside("sent"), sent);
+    writeFile(repository.beside("sent/file"), sent);
     const auto answers = std::make_shared<HSVNClientDelegateFor<Impatient>>();
     const auto impatient = std::make_shared<HSVNClient>(bundleOfLine(line()), answers);
     EXPECT_THROW(impatient->importTree(repository.beside("sent"), readFile(address) + "/full/new", {.message = ""}),
