@@ -143,9 +143,9 @@ TEST_P(UpdatingVerbs, NameWhatTheirLineLacks)
               [&](auto& old) { old.checkout(trunk, repository.beside("out"), spec, {.allowObstructions = true}); }}});
     }
     const auto old = clientWithoutExtensions(std::string{GetParam()});
-    for (const auto& [choice, call] : refused) {
-        EXPECT_THAT(reasonOf<HSVNUnsupportedFeatureException>([&] { call(*old); }),
-                    AllOf(HasSubstr(choice), HasSubstr("Subversion " + std::string{GetParam()})));
+    for (const auto& each : refused) {
+        EXPECT_THAT(reasonOf<HSVNUnsupportedFeatureException>([&] { each.second(*old); }),
+                    AllOf(HasSubstr(each.first), HasSubstr("Subversion " + std::string{GetParam()})));
     }
     EXPECT_EQ(status(), "");
     EXPECT_FALSE(std::filesystem::exists(repository.beside("out")));
