@@ -91,13 +91,23 @@ svn_error_t* copyOldItem(svn_error_t* failure, svn_commit_info_t** info, const c
 }
 
 /// Subversion asserts that it never moves a repository's root, which can go into itself alone.
-svn_error_t* requireOutside(std::string_view source, std::string_view destination, svn_boolean_t asChild)
+svn_error_t* requireMovable(std::string_view source, std::string_view destination, svn_boolean_t asChild,
+                            [[maybe_unused]] svn_client_ctx_t* ctx, [[maybe_unused]] apr_pool_t* pool)
 {
     const bool isInside = isURL(source.data()) && destination.starts_with(source) &&
                           (destination.size() == source.size() ? asChild != 0 : destination[source.size()] == '/');
-    return isInside ? svn_error_createf(SVN_ERR_UNSUPPORTED_FEATURE, nullptr,
-                                        "Cannot move '%s' into its own child '%s'", source.data(), destination.data())
-                    : SVN_NO_ERROR;
+    if (!isInside) {
+        return SVN_NO_ERROR;
+    }
+#if HSVN_LINE_MINOR >= 5
+    const char* root = nullptr;
+    SVN_ERR(svn_client_root_url_from_path(&root, source.data(), ctx, pool));
+    if (source != root) {
+        return SVN_NO_ERROR;
+    }
+#endif
+    return svn_error_createf(SVN_ERR_UNSUPPORTED_FEATURE, nullptr, "Cannot move '%s' into its own child '%s'",
+                             source.data(), destination.data());
 }
 
 svn_error_t* copy3(svn_commit_info_t** info, const char* source, const svn_opt_revision_t* sourceRevision,
@@ -122,7 +132,7 @@ svn_error_t* move4(svn_commit_info_t** info, const char* source, const char* des
     const LogMessageTap messages{ctx};
     HSVN_CANONICAL_TARGET(source, pool);
     HSVN_CANONICAL_TARGET(destination, pool);
-    SVN_ERR(requireOutside(source, destination, FALSE));
+    SVN_ERR(requireMovable(source, destination, FALSE, ctx, pool));
     return transferError(svn_client_move4(info, source, destination, force, ctx, pool), source, pool);
 }
 
@@ -135,7 +145,7 @@ svn_error_t* move(const apr_array_header_t* sources, const char* destination, sv
     SVN_ERR(checkTargets(&sources, pool));
     SVN_ERR(checkTarget(&destination, pool));
     for (int index = 0; index < sources->nelts; ++index) {
-        SVN_ERR(requireOutside(APR_ARRAY_IDX(sources, index, const char*), destination, asChild));
+        SVN_ERR(requireMovable(APR_ARRAY_IDX(sources, index, const char*), destination, asChild, ctx, pool));
     }
     return svn_client_move7(sources, destination, asChild, makeParents, allowMixedRevisions, FALSE, revisionProperties,
                             receiver, baton, ctx, pool);

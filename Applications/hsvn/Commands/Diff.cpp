@@ -78,9 +78,11 @@ class DiffRun
     /// Whether a program of the user's own compares, which may want the terminal for itself.
     bool isLeftToProgram() const
     {
-        return !_session.options.summarize && !_session.options.json &&
-               _session.client()->optionForName("diff-cmd", HSVNConfigCategoryConfig, HSVNConfigSectionHelpers,
-                                                std::nullopt);
+        const Options& options = _session.options;
+        const bool isConfigured =
+            !options.internalDiff && _session.client()->optionForName("diff-cmd", HSVNConfigCategoryConfig,
+                                                                      HSVNConfigSectionHelpers, std::nullopt);
+        return !options.summarize && !options.json && (options.diffCommand || isConfigured);
     }
 
     void checkDocument() const
