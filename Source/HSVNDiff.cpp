@@ -30,6 +30,27 @@ void requireLabel(const std::string& label)
     }
 }
 
+/// From UTF-8 to an encoding.
+class Converter
+{
+  public:
+    explicit Converter(const std::string& encoding) : _handle{::iconv_open(encoding.c_str(), "UTF-8")} {}
+    ~Converter()
+    {
+        if (isOpen()) {
+            ::iconv_close(_handle);
+        }
+    }
+    Converter(const Converter&) = delete;
+    Converter& operator=(const Converter&) = delete;
+
+    bool isOpen() const { return _handle != reinterpret_cast<iconv_t>(-1); } // NOLINT(performance-no-int-to-ptr)
+    iconv_t get() const { return _handle; }
+
+  private:
+    iconv_t _handle;
+};
+
 /// Subversion writes header and signs as texts that a zero byte ends.
 void requireEncoding(const std::string& encoding)
 {
@@ -39,12 +60,8 @@ void requireEncoding(const std::string& encoding)
     auto* out = converted.data();
     std::size_t inSize = 1;
     std::size_t outSize = converted.size();
-    auto* const converter = ::iconv_open(encoding.c_str(), "UTF-8");
-    const bool isKnown = converter != reinterpret_cast<iconv_t>(-1); // NOLINT(performance-no-int-to-ptr)
-    const bool isConverted = isKnown && ::iconv(converter, &in, &inSize, &out, &outSize) == 0;
-    if (isKnown) {
-        ::iconv_close(converter);
-    }
+    const Converter converter{encoding};
+    const bool isConverted = converter.isOpen() && ::iconv(converter.get(), &in, &inSize, &out, &outSize) == 0;
     if (!isConverted || out != converted.data() + 1 || converted[0] != sign[0]) {
         throw HSVNInvalidArgumentException(
             fmt::format("\"{}\" is no encoding in which ASCII is the same", HSVNText::quoted(encoding)));

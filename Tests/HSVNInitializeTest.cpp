@@ -1,6 +1,7 @@
 #include "HSVNInitialize.h"
 #include "FakeBundle.h"
 #include "HSVNBundleLoader.h"
+#include "HSVNClient.h"
 #include "HSVNContext.h"
 #include "HSVNDate.h"
 #include "HSVNDirectory.h"
@@ -53,6 +54,9 @@ TEST_F(Initialize, MakesTheConfigurationAreaOnceAndOpensTheNewestBundleOnly)
         require(HSVNBundleLoader::sharedInstance().newestVersion()->major() == 1, "the library's bundle is loaded");
         require(HSVNContext{}.bundleVersion() == HSVNBundleLoader::sharedInstance().newestVersion(),
                 "contexts are of the newest line");
+        require(HSVNClient::clientWithDelegate(nullptr)->bundleVersion() ==
+                    HSVNBundleLoader::sharedInstance().newestVersion(),
+                "clients are of the newest line");
         HSVNDate::dateWithISO8601String("2026-01-02T03:04:05.000000Z");
         HSVNString::splitOnCharactersInString("a b", " ");
         HSVNDirectory::formatVersionForWorkingCopyAtPath(HSVNLocalPath::pathWithString(home));

@@ -117,9 +117,6 @@ class MergeRun
             }
         }
         _target = _targets.size() == 3 ? _targets.back() : "";
-        if (isURL(_target)) {
-            fail(ArgumentParsing, fmt::format("Merge target '{}' must be a local path but looks like a URL", _target));
-        }
     }
 
     /// Without a target, a file that bears the sources' name is meant rather than the current folder.
@@ -194,6 +191,9 @@ class MergeRun
         }
         if (_hasTwoSources && isURL(_source.first) != isURL(_second.first)) {
             fail(ArgumentParsing, "Merge sources must both be either paths or URLs");
+        }
+        if (_hasTwoSources && isURL(_target)) {
+            fail(ArgumentParsing, fmt::format("Merge target '{}' must be a local path but looks like a URL", _target));
         }
         if (_session.options.verbose) {
             Output::write("--- Merging\n");
