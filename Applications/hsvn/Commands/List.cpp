@@ -131,7 +131,7 @@ class ListRun
         }
         return fmt::format("{:>7} {:<8} {} {:>{}} {} ", item.revision(),
                            item.author().value_or(" ? ").substr(0, authorWidth), item.lock() ? 'O' : ' ', size,
-                           sizeWidth, item.date() ? listDate(*item.date()) : "");
+                           sizeWidth, listDate(item.date().value_or(HSVNDate{})));
     }
 
     static void printXML(const HSVNNode& item, const std::string& name)

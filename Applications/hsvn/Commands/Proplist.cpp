@@ -9,6 +9,7 @@
 
 #include <filesystem>
 #include <fmt/format.h>
+#include <utility>
 
 namespace {
 
@@ -80,7 +81,7 @@ class ProplistRun
     {
         const Options& options = _session.options;
         const auto [path, peg] = peggedTarget(_session, target);
-        _inheritingURL = options.showInheritedProperties && isURL(path) ? std::optional{path} : std::nullopt;
+        _isInheriting = options.showInheritedProperties;
         _session.client()->properties(HSVNTarget::verbatim(path),
                                       HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg),
                                       {.depth = options.depthOr(HSVNDepthEmpty),
@@ -103,8 +104,8 @@ class ProplistRun
         for (const auto& [folder, properties] : item.inherited) {
             printOne(item, folder, properties, true);
         }
-        if (!item.properties.empty() || (_session.options.xml && (item.path == _inheritingURL || isNamedAlways(item))))
-        {
+        const bool isInheritingURL = std::exchange(_isInheriting, false) && isURL(item.path);
+        if (!item.properties.empty() || (_session.options.xml && (isInheritingURL || isNamedAlways(item)))) {
             printOne(item, localStyle(item.path), item.properties, false);
         }
     }
@@ -129,7 +130,7 @@ class ProplistRun
     }
 
     Session& _session;
-    std::optional<std::string> _inheritingURL; // is named in XML whether it has properties or not
+    bool _isInheriting = false; // the next item is, and in XML a URL is then named whether it has properties or not
     JSONArray _records;
 };
 
