@@ -27,7 +27,7 @@ import fixtures
 REASONS = [
     ("", r"(?m)^--6$|^-.*assertion failed|^-.* Aborted  ", "svn ends the process by an assertion"),
     ("^forbidden ", r"(?m)^\+.*A/C/\.svn': Permission denied$", "of what must not be read, the folder is tried first"),
-    (r"^scribbled .*\bexport\b", "Bogus date", "an export reads the date of what it exports"),
+    (r"^scribbled .*\bexport\b", r"Bogus date|(?m:^-A    )", "an export reads the date of what it exports"),
     (r"^scribbled .*\bexport\b", r"(?m)^-wc/\S*svn-\w{6}: ", "svn leaves the temporary file of an export that fails"),
     (r"^scribbled .*--xml", r"(?m)^\+<author>.*\?\\\d{3}", "an author's bytes that are no text would make the XML ill-formed"),
     (r"^forbidden .*\bcleanup\b", r"(?m)^-'  L ", "svn leaves a working copy locked that it cannot read"),
