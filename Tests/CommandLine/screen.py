@@ -79,14 +79,20 @@ def piped(program, *arguments, folder, **environment):
     return ran.stdout, ran.returncode
 
 
-class WithRepository(unittest.TestCase):
+class WithFolder(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
         cls.folder = tempfile.TemporaryDirectory()
         cls.addClassCleanup(cls.folder.cleanup)
         cls.root = os.path.realpath(cls.folder.name)
-        cls.wc = fixtures.make_repository(cls.root)
         cls.url = f"file://{cls.root}/repository"
+
+
+class WithRepository(WithFolder):
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        cls.wc = fixtures.make_repository(cls.root)
 
 
 class Pager(WithRepository):
@@ -235,14 +241,12 @@ while block := os.read(server.stdout.fileno(), 32):
             self.assertRegex(shown, r"\x1b7\x1b\[\?7l [^\x1b]*( s|/s)\x1b", verb)
 
 
-class Graph(unittest.TestCase):
+class Graph(WithFolder):
     @classmethod
     def setUpClass(cls):
-        cls.folder = tempfile.TemporaryDirectory()
-        cls.addClassCleanup(cls.folder.cleanup)
-        cls.root = os.path.realpath(cls.folder.name)
+        super().setUpClass()
         os.mkdir(os.path.join(cls.root, "home"))
-        url = cls.url = f"file://{cls.root}/repository"
+        url = cls.url
         subprocess.run(["svnadmin", "create", cls.root + "/repository"], check=True)
         svn = lambda *words: fixtures.run_svn(os.path.join(cls.root, "wc"), *words)
         os.mkdir(os.path.join(cls.root, "wc"))
