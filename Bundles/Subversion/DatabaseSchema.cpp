@@ -39,9 +39,10 @@ constexpr std::array<std::string_view, 8> known{
 std::string withoutSpace(std::string_view text)
 {
     std::string rest;
-    for (const unsigned char character : text) {
-        if (std::isspace(character) == 0) {
-            rest += static_cast<char>(std::tolower(character));
+    for (const char character : text) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (std::isspace(byte) == 0) {
+            rest += static_cast<char>(std::tolower(byte));
         }
     }
     return rest;
