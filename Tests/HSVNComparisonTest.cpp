@@ -374,6 +374,7 @@ TEST_F(ComparedFile, IsWrittenInAFormThatCanBeReadAgain)
 {
     const auto options = HSVNDiffOptions::defaults();
     options->setContextLines(std::numeric_limits<std::int32_t>::max()); // which Subversion would count one by one
+    EXPECT_THAT(options->choices().arguments, testing::Optional(testing::ElementsAre("--context=1000000")));
     const auto diff = HSVNDiff::ofTexts("1\n2\n3\n4\n5\n", "1\n2\n3\n4\nfive\n", context, options);
     const auto written = [&diff](const std::string& label, const std::string& encoding) {
         std::string text;
