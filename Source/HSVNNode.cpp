@@ -5,9 +5,11 @@
 #include "HSVNPath.h"
 #include "HSVNStatus.h"
 #include "HSVNURL.h"
+#include "Internal/PathText.h"
 #include "Internal/RevisionNumber.h"
 #include "Internal/Subversion.h"
 #include "Internal/Text.h"
+#include "Internal/TrustedText.h"
 
 #include <filesystem>
 #include <system_error>
@@ -46,7 +48,7 @@ HSVNNode::HSVNNode(std::optional<std::string> name, HSVNPathRef path, HSVNURLRef
 
 HSVNNode::HSVNNode(std::optional<std::string> name, HSVNPathRef path, HSVNURLRef url, const svn_dirent_t* dirent,
                    const svn_lock_t* lock, HSVNPathRef location, HSVNSharedText author)
-    : _path{std::move(path)}, _location{std::move(location)}, _url{std::move(url)}, _author{std::move(author)}
+    : _path{std::move(path)}, _location{std::move(location)}, _author{std::move(author)}, _url{std::move(url)}
 {
     HSVNAssertParameter(dirent != nullptr, "dirent != NULL");
     setName(std::move(name));
@@ -92,6 +94,7 @@ void HSVNNode::setNameFromPath()
 void HSVNNode::setPath(HSVNPathRef path)
 {
     auto keptName = name();
+    URL(); // of the old path
     _path = std::move(path);
     setName(std::move(keptName));
 }
@@ -120,6 +123,71 @@ void HSVNNode::setExactDate(const std::optional<HSVNDate>& date)
 {
     _date = date;
     _tellsSeconds = true;
+}
+
+// The URL
+
+HSVNNode::URLBelow::URLBelow(HSVNURLRef url) : _url{std::move(url)} {}
+
+HSVNNode::URLBelow::URLBelow(const URLBelow& other)
+{
+    const bool isDirectory = other.takeDirectory();
+    _url = other._url;
+    if (isDirectory) {
+        other.leave(State::Directory);
+        _state = State::Directory;
+    }
+}
+
+HSVNNode::URLBelow::~URLBelow() = default;
+
+void HSVNNode::URLBelow::set(HSVNURLRef url)
+{
+    _url = std::move(url);
+    _state = State::Made;
+}
+
+void HSVNNode::URLBelow::setDirectory(HSVNURLRef directory)
+{
+    _url = std::move(directory);
+    _state = State::Directory;
+}
+
+void HSVNNode::URLBelow::make(const HSVNNode& node) const
+{
+    if (!takeDirectory()) {
+        return;
+    }
+    try {
+        std::string text = _url->string();
+        text.append(1, '/').append(HSVNPathText::lastComponent(node._path->string()));
+        _url = HSVNURLOfTrustedText(std::move(text));
+    } catch (...) {
+        leave(State::Directory);
+        throw;
+    }
+    leave(State::Made);
+}
+
+/// Keeps other threads from a URL that is still the directory's; false when it is made.
+bool HSVNNode::URLBelow::takeDirectory() const
+{
+    for (;;) {
+        State state = State::Directory;
+        if (_state.compare_exchange_strong(state, State::Busy, std::memory_order_acquire)) {
+            return true;
+        }
+        if (state == State::Made) {
+            return false;
+        }
+        _state.wait(State::Busy, std::memory_order_acquire);
+    }
+}
+
+void HSVNNode::URLBelow::leave(State state) const
+{
+    _state.store(state, std::memory_order_release);
+    _state.notify_all();
 }
 
 // Fields stored apart
@@ -176,7 +244,7 @@ void HSVNNode::encodeWithCoder(HSVNCoder* encoder) const
     encoder->encodeString(name(), "name");
     encoder->encodeObject(_path, "path");
     encoder->encodeObject(_location, "location");
-    encoder->encodeObject(_url, "url");
+    encoder->encodeObject(URL(), "url");
     encoder->encodeUnsigned(_size, "size");
     encoder->encodeInteger(_revision, "revision");
     encoder->encodeDate(date(), "date");
@@ -200,7 +268,7 @@ HSVNNode::HSVNNode(HSVNCoder* decoder)
     _path = decoder->decodeObject<HSVNPath>("path");
     setName(decoder->decodeString("name"));
     _location = decoder->decodeObject<HSVNPath>("location");
-    _url = decoder->decodeObject<HSVNURL>("url");
+    setURL(decoder->decodeObject<HSVNURL>("url"));
     _size = decoder->decodeUnsigned("size");
     _sizeIsUnknown = decoder->decodeBool("sizeIsUnknown");
     _revision = decoder->decodeInt32("revision");

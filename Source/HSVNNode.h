@@ -8,6 +8,7 @@
 #include "HSVNSharedText.h"
 #include "HSVNTypes.h"
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -112,8 +113,11 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     const HSVNPathRef& location() const { return _location; }
     void setLocation(HSVNPathRef location) { _location = std::move(location); }
     /// Where the item is in the repository, for a working-copy item too; may be nil.
-    const HSVNURLRef& URL() const { return _url; }
-    void setURL(HSVNURLRef url) { _url = std::move(url); }
+    const HSVNURLRef& URL() const { return _url.of(*this); }
+    void setURL(HSVNURLRef url) { _url.set(std::move(url)); }
+    /// Makes the URL that of the path's last component within a directory, when it is first asked for. The path must be
+    /// set, and its last component stand in the URL as it stands in the path.
+    void setURLBelow(HSVNURLRef directory) { _url.setDirectory(std::move(directory)); }
     /// In bytes; 0 when unknown.
     std::uint64_t size() const { return _size; }
     void setSize(std::uint64_t size);
@@ -583,20 +587,56 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
   private:
     struct Rare;
 
+    /// A URL, or the directory's below which it is made when it is asked for, by whichever thread is first.
+    class URLBelow
+    {
+      public:
+        URLBelow() = default;
+        explicit URLBelow(HSVNURLRef url);
+        URLBelow(const URLBelow& other);
+        URLBelow& operator=(const URLBelow&) = delete;
+        ~URLBelow();
+
+        const HSVNURLRef& of(const HSVNNode& node) const
+        {
+            if (_state.load(std::memory_order_acquire) != State::Made) {
+                make(node);
+            }
+            return _url;
+        }
+        void set(HSVNURLRef url);
+        void setDirectory(HSVNURLRef directory);
+
+      private:
+        enum class State : std::uint8_t
+        {
+            Made,
+            Directory, ///< `_url` is the directory's
+            Busy       ///< one thread reads or makes it
+        };
+
+        void make(const HSVNNode& node) const;
+        bool takeDirectory() const;
+        void leave(State state) const;
+
+        mutable HSVNURLRef _url;
+        mutable std::atomic<State> _state{State::Made};
+    };
+
     HSVNComparisonResult compareStatus(const HSVNNode& other) const;
 
     HSVNSharedText _name; // nil while `_nameIsLastComponent`
     HSVNPathRef _path;
     HSVNPathRef _location;
-    HSVNURLRef _url;
     std::uint64_t _size = 0;
     HSVNCompactDate _date;
     HSVNSharedText _author;
     HSVNStatusRef _status;
     HSVNRareFields<Rare> _rare;
-    HSVNRevisionNumber _revision = HSVNInvalidRevision;
-    bool _tellsSeconds : 1 = false; // alone of `_date`, as `date`
+    [[no_unique_address]] URLBelow _url; // whose padding the rest takes
+    bool _tellsSeconds : 1 = false;      // alone of `_date`, as `date`
     bool _hasProperties : 1 = false;
     bool _sizeIsUnknown : 1 = false;
     bool _nameIsLastComponent : 1 = false; // the name is read from the path, which most nodes' names equal
+    HSVNRevisionNumber _revision = HSVNInvalidRevision;
 };

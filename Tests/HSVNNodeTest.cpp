@@ -14,6 +14,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <thread>
+
 namespace {
 
 HSVNPathRef localPath(const std::string& text) { return HSVNLocalPath::pathWithString(text); }
@@ -86,6 +88,31 @@ TEST(NodeTest, ACopySharesItsObjectsButTheStatus)
     EXPECT_NE(copy->status(), node->status());
     EXPECT_EQ(nodeAt("/f")->copy()->className(), "HSVNFile");
     EXPECT_EQ(HSVNNode{}.copy()->className(), "HSVNNode");
+}
+
+TEST(NodeTest, AURLBelowADirectoryIsMadeForWhoeverAsksFirst)
+{
+    const auto directory = HSVNURL::URLWithString("svn://host/r");
+    for (int round = 0; round < 100; ++round) {
+        const auto node = nodeAt("/wc/a.txt");
+        node->setURLBelow(directory);
+        std::vector<std::string> told(4);
+        {
+            std::vector<std::jthread> threads;
+            for (auto& text : told) {
+                threads.emplace_back([&text, &node, copies = threads.size() % 2 == 0] {
+                    text = (copies ? node->copy() : node)->URL()->string();
+                });
+            }
+        }
+        EXPECT_THAT(told, testing::Each("svn://host/r/a.txt"));
+        EXPECT_EQ(node->URL(), node->URL()) << "it is kept";
+    }
+    const auto moved = nodeAt("/wc/a.txt");
+    moved->setURLBelow(directory);
+    moved->setPath(localPath("/wc/b.txt"));
+    EXPECT_EQ(moved->URL()->string(), "svn://host/r/a.txt");
+    EXPECT_EQ(directory->string(), "svn://host/r");
 }
 
 TEST(NodeTest, IsArchivedWithAllFieldsAndItsClass)

@@ -119,17 +119,51 @@ HSVNStatusNodeMaker::HSVNStatusNodeMaker(HSVNVersion version, apr_pool_t* pool)
 
 HSVNLocalPathRef HSVNStatusNodeMaker::makePath(const char* text) { return HSVNLocalPathOfTrustedText(text); }
 
-const HSVNPathRef& HSVNStatusNodeMaker::locationOf(const HSVNLocalPathRef& path)
+void HSVNStatusNodeMaker::enterDirectoryOf(const HSVNLocalPathRef& path)
 {
-    const std::string& text = path->string();
-    const std::size_t slash = text.rfind('/');
-    const bool isNeighbour = _location && slash == _location->string().size() && slash != 0 &&
-                             text.compare(0, slash, _location->string()) == 0;
-    if (!isNeighbour) {
-        _location = path->parent();
+    const std::string_view text = path->string();
+    const auto folder = text.substr(0, text.rfind('/'));
+    const auto isWithin = [folder](const Directory& directory) {
+        const std::string& above = directory.path->string();
+        return folder.starts_with(above) && (folder.size() == above.size() || folder[above.size()] == '/');
+    };
+    while (!_directories.empty() && !isWithin(_directories.back())) {
+        _directories.pop_back();
+    }
+    if (_directories.empty() || _directories.back().path->string().size() != folder.size()) {
+        _directories.push_back({path->parent(), nullptr});
+    }
+    if (_location != _directories.back().path) {
+        _location = _directories.back().path;
         _sizesAsked = 0;
     }
-    return _location;
+    if (!_location) { // the path is the root
+        _directories.clear();
+    }
+}
+
+/// Hardly a URL of a scan is read, and most are their directory's with the item's name: those are made when asked for.
+void HSVNStatusNodeMaker::takeURL(HSVNNode& node, std::string_view url)
+{
+    if (node.isDirectory()) {
+        node.setURL(HSVNURLOfTrustedText(std::string{url}));
+        _directories.push_back({node.path(), node.URL()});
+        return;
+    }
+    const std::size_t slash = url.rfind('/');
+    const bool isInDirectory = slash != std::string_view::npos && slash > url.find("://") + 3; // not in "file:///"
+    if (!isInDirectory || _directories.empty() ||
+        url.substr(slash + 1) != HSVNPathText::lastComponent(node.path()->string()))
+    {
+        node.setURL(HSVNURLOfTrustedText(std::string{url}));
+        return;
+    }
+    const auto directoryURL = url.substr(0, slash);
+    auto& directory = _directories.back();
+    if (!directory.url || directory.url->string() != directoryURL) {
+        directory.url = HSVNURLOfTrustedText(std::string{directoryURL});
+    }
+    node.setURLBelow(directory.url);
 }
 
 namespace {
@@ -260,7 +294,7 @@ HSVNNodeRef logged(const HSVNLocalPathRef& path, Make make)
 
 HSVNNodeRef HSVNStatusNodeMaker::makeNode(const HSVNLocalPathRef& path, const svn_wc_status2_t& status)
 {
-    locationOf(path);
+    enterDirectoryOf(path);
     auto node = logged(path, [&] { return nodeOfKind(path, status); });
     auto record = HSVNStatus::statusWithSVNStatus(&status, _version, &_texts);
     if (const svn_wc_entry_t* entry = status.entry) {
@@ -270,7 +304,7 @@ HSVNNodeRef HSVNStatusNodeMaker::makeNode(const HSVNLocalPathRef& path, const sv
         node->setHasProperties(record->hasProperties());
         node->setLock(HSVNLockOfEntry(path, *entry));
         if (entry->url) {
-            node->setURL(HSVNURLOfTrustedText(entry->url));
+            takeURL(*node, entry->url);
         }
     }
     node->setStatus(std::move(record));
@@ -343,16 +377,14 @@ void takeRecord(HSVNStatus& record, const svn_client_status_t& status)
     record.setMovedTo(HSVNTextOrNil(status.moved_to_abspath));
 }
 
-HSVNURLRef urlOf(const svn_client_status_t& status)
+/// Both texts of the status are told.
+std::string urlOf(const svn_client_status_t& status)
 {
-    if (!status.repos_root_url || !status.repos_relpath) {
-        return nullptr;
-    }
     std::string url = status.repos_root_url;
     if (*status.repos_relpath) {
         url.append(1, '/').append(HSVNPathText::percentEncoded(status.repos_relpath));
     }
-    return HSVNURLOfTrustedText(std::move(url));
+    return url;
 }
 
 } // namespace
@@ -360,7 +392,7 @@ HSVNURLRef urlOf(const svn_client_status_t& status)
 HSVNNodeRef HSVNStatusNodeMaker::makeNode(const HSVNLocalPathRef& path, const svn_client_status_t& status,
                                           apr_pool_t* pool)
 {
-    locationOf(path);
+    enterDirectoryOf(path);
     dropStatus(_file);
     dropStatus(_directory);
     auto node = logged(path, [&] { return nodeOfKind(path, status, pool); });
@@ -373,7 +405,9 @@ HSVNNodeRef HSVNStatusNodeMaker::makeNode(const HSVNLocalPathRef& path, const sv
     node->setSharedAuthor(record->sharedLastChangedAuthor());
     node->setHasProperties(record->hasProperties());
     node->setLock(HSVNLock::lockWithSVNLock(status.lock, path->string()));
-    node->setURL(urlOf(status));
+    if (status.repos_root_url && status.repos_relpath) {
+        takeURL(*node, urlOf(status));
+    }
     node->setStatus(record);
     return node;
 }

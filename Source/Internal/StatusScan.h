@@ -58,17 +58,26 @@ class HSVNStatusNodeMaker
     HSVNLocalPathRef makePath(const char* text);
 
   private:
+    struct Directory
+    {
+        HSVNPathRef path;
+        HSVNURLRef url; // nil until known
+    };
+
     /// An empty node of either kind with its place.
     HSVNNodeRef newNode(bool isDirectory, const HSVNLocalPathRef& path);
     HSVNNodeRef nodeOfKind(const HSVNLocalPathRef& path, const svn_wc_status2_t& status);
     HSVNNodeRef nodeOfKind(const HSVNLocalPathRef& path, const svn_client_status_t& status, apr_pool_t* pool);
-    const HSVNPathRef& locationOf(const HSVNLocalPathRef& path);
+    /// Remembers the item's directory, and of those of the items before it the ones above.
+    void enterDirectoryOf(const HSVNLocalPathRef& path);
     std::uint64_t sizeOnDisk(const HSVNLocalPathRef& path);
+    void takeURL(HSVNNode& node, std::string_view url);
 
     HSVNVersion _version;
     apr_pool_t* _pool;
     HSVNTextCache _texts;
-    HSVNPathRef _location; // of the last item
+    std::vector<Directory> _directories; // the last item's and those above it
+    HSVNPathRef _location;               // of the last item
     HSVNFolderHandle _folder;
     std::size_t _sizesAsked = 0; // in that folder
     bool _refills = false;
