@@ -10,20 +10,19 @@ namespace HSVNHexadecimal {
 
 inline constexpr std::string_view digits = "0123456789abcdef";
 
-/// The value of a digit whose letters are lower-case; more than 15 for every other character. A table: scans and
-/// databases have many.
-constexpr unsigned value(char digit)
-{
-    constexpr auto values = [] {
-        std::array<std::uint8_t, 256> table{};
-        table.fill(0xFF);
-        for (std::size_t index = 0; index < digits.size(); ++index) {
-            table[static_cast<unsigned char>(digits[index])] = static_cast<std::uint8_t>(index);
-        }
-        return table;
-    }();
-    return values[static_cast<unsigned char>(digit)];
-}
+/// Of each character the value of the digit that it is; 0xFF for one that is none. One for the whole program: within
+/// the function below it would be copied for each digit.
+inline constexpr auto values = [] {
+    std::array<std::uint8_t, 256> table{};
+    table.fill(0xFF);
+    for (std::size_t index = 0; index < digits.size(); ++index) {
+        table[static_cast<unsigned char>(digits[index])] = static_cast<std::uint8_t>(index);
+    }
+    return table;
+}();
+
+/// The value of a digit whose letters are lower-case; more than 15 for every other character.
+constexpr unsigned value(char digit) { return values[static_cast<unsigned char>(digit)]; }
 
 /// Reads two digits for each byte of an array.
 ///
