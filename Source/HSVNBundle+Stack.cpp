@@ -3,6 +3,7 @@
 #include "HSVNBundleLoader.h"
 #include "HSVNPlatformException.h"
 #include "Internal/Initialize.h"
+#include "Internal/Pool.h"
 
 #include <fmt/format.h>
 #include <memory>
@@ -68,4 +69,10 @@ HSVNBundleRef HSVNBundleCurrent()
         throw HSVNGenericException("Bundle stack is empty");
     }
     return stack.back();
+}
+
+bool HSVNBundleIsCurrent(const HSVNBundleRef& bundle)
+{
+    const auto& stack = bundleStack();
+    return bundle && !stack.empty() && stack.back() == bundle;
 }

@@ -43,8 +43,8 @@ struct HSVNConflictedItem::Conflict
     Conflict(const std::string& thePath, HSVNContextRef theContext) : path{thePath}, context{std::move(theContext)}
     {
         HSVNOperation operation{context, className, "initWithPath:context:", {{"path", path}, {"context", context}}};
-        // The conflict outlives the operation.
-        pool = std::make_unique<HSVNPool>(context->pool());
+        // The conflict outlives the operation, and may end while another thread uses the context.
+        pool = std::make_unique<HSVNPool>();
         operation.check(operation.extension(&HSVNBundleExtensions::conflict_get)(&record, operation.cString(path),
                                                                                  operation.ctx(), *pool));
         HSVNBundleExtensions::ConflictState state{};

@@ -66,8 +66,8 @@ svn_error_t* addFile(const char* path, void* parent, const char* /*copyFromPath*
 {
     const auto& folder = *static_cast<Folder*>(parent);
     SVN_ERR(checkChild(folder, path, pool));
-    *baton = ExportedFile::make(*folder.tree, pathBelow(folder.tree->target, path, pool),
-                                svn_path_url_add_component(folder.tree->url, path, pool), pool);
+    *baton =
+        ExportedFile::make(*folder.tree, pathBelow(folder.tree->target, path, pool), apr_pstrdup(pool, path), pool);
     return SVN_NO_ERROR;
 }
 

@@ -10,9 +10,9 @@
 
 namespace HSVNAdapter {
 
-ExportedFile* ExportedFile::make(ExportedTree& tree, const char* path, const char* url, apr_pool_t* pool)
+ExportedFile* ExportedFile::make(ExportedTree& tree, const char* path, const char* relativePath, apr_pool_t* pool)
 {
-    return new (apr_palloc(pool, sizeof(ExportedFile))) ExportedFile{tree, path, url, pool};
+    return new (apr_palloc(pool, sizeof(ExportedFile))) ExportedFile{tree, path, relativePath, pool};
 }
 
 svn_error_t* ExportedFile::setProperty(const char* name, const svn_string_t* value)
@@ -124,10 +124,12 @@ svn_error_t* ExportedFile::keywords(apr_hash_t** values, apr_pool_t* pool) const
     if (_keywords == nullptr) {
         return SVN_NO_ERROR;
     }
+    const char* const url =
+        *_relativePath == '\0' ? _tree.url : svn_path_url_add_component(_tree.url, _relativePath, pool);
 #if HSVN_LINE_MINOR >= 8
-    return svn_subst_build_keywords3(values, _keywords, _revision, _url, _tree.rootURL, _date, _author, pool);
+    return svn_subst_build_keywords3(values, _keywords, _revision, url, _tree.rootURL, _date, _author, pool);
 #else
-    return svn_subst_build_keywords2(values, _keywords, _revision, _url, _date, _author, pool);
+    return svn_subst_build_keywords2(values, _keywords, _revision, url, _date, _author, pool);
 #endif
 }
 
@@ -207,7 +209,7 @@ svn_error_t* exportFile(svn_ra_session_t* session, const char* name, svn_revnum_
                         apr_pool_t* pool)
 {
     SVN_ERR(settleTarget(tree, name, pool));
-    ExportedFile* const file = ExportedFile::make(*tree, tree->target, tree->url, pool);
+    ExportedFile* const file = ExportedFile::make(*tree, tree->target, "", pool);
     apr_hash_t* properties = nullptr;
     SVN_ERR(svn_ra_get_file(session, "", revision, nullptr, nullptr, &properties, pool));
     for (apr_hash_index_t* index = apr_hash_first(pool, properties); index != nullptr; index = apr_hash_next(index)) {

@@ -11,8 +11,10 @@ namespace HSVNAdapter {
 class ExportedFile
 {
   public:
-    /// A file made in the pool, with the path and URL that it keeps.
-    static ExportedFile* make(ExportedTree& tree, const char* path, const char* url, apr_pool_t* pool);
+    /// A file made in the pool, with the path that it keeps.
+    ///
+    /// @param relativePath  of the file below the tree's URL; kept
+    static ExportedFile* make(ExportedTree& tree, const char* path, const char* relativePath, apr_pool_t* pool);
 
     /// Keeps what the file's translation depends on.
     svn_error_t* setProperty(const char* name, const svn_string_t* value);
@@ -26,8 +28,8 @@ class ExportedFile
     svn_error_t* install(const char* checksum, apr_pool_t* pool);
 
   private:
-    ExportedFile(ExportedTree& tree, const char* path, const char* url, apr_pool_t* pool)
-        : _tree{tree}, _path{path}, _url{url}, _pool{pool}
+    ExportedFile(ExportedTree& tree, const char* path, const char* relativePath, apr_pool_t* pool)
+        : _tree{tree}, _path{path}, _relativePath{relativePath}, _pool{pool}
     {
     }
 
@@ -43,7 +45,7 @@ class ExportedFile
 
     ExportedTree& _tree;
     const char* _path;
-    const char* _url;
+    const char* _relativePath;
     apr_pool_t* _pool;
     const char* _temporary = nullptr;
     svn_stream_t* _stream = nullptr;

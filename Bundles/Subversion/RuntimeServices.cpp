@@ -57,6 +57,20 @@ svn_error_t* detectMIMEType(const char** type, const char* file, apr_pool_t* poo
     return svn_io_detect_mimetype(type, file, pool);
 }
 
+/// A pool at the top is a context's or a call's, each of one thread at a time, and so is what lives in it: with an
+/// allocator of its own no allocation waits for a lock.
+apr_pool_t* createPool(apr_pool_t* parent, apr_allocator_t* allocator)
+{
+    apr_allocator_t* own = nullptr;
+    if (parent != nullptr || allocator != nullptr || apr_allocator_create(&own) != APR_SUCCESS) {
+        return svn_pool_create_ex(parent, allocator);
+    }
+    apr_allocator_max_free_set(own, SVN_ALLOCATOR_RECOMMENDED_MAX_FREE);
+    apr_pool_t* const pool = svn_pool_create_ex(nullptr, own);
+    apr_allocator_owner_set(own, pool);
+    return pool;
+}
+
 } // namespace
 
 void fillRuntimeServices(HSVNBundleEntryPoints& table)
@@ -74,7 +88,7 @@ void fillRuntimeServices(HSVNBundleEntryPoints& table)
     table.apr_hash_this = apr_hash_this;
     table.apr_hash_get = apr_hash_get;
     table.apr_hash_set = apr_hash_set;
-    table.pool_create = svn_pool_create_ex;
+    table.pool_create = createPool;
     table.apr_pool_destroy = apr_pool_destroy;
     table.string_create = svn_string_create;
     table.cstring_match_glob_list = matchGlobList;

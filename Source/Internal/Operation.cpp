@@ -9,6 +9,7 @@
 #include <array>
 #include <fmt/format.h>
 #include <limits>
+#include <optional>
 #include <utility>
 
 namespace {
@@ -236,9 +237,30 @@ HSVNExceptionRef HSVNExceptionOfError(const HSVNContext& context, svn_error_t* e
     return known ? known->make(exception->reason(), exception->userInfo()) : exception;
 }
 
+const HSVNBundleRef& HSVNOperation::bundleUnderWay(const HSVNContext& context) { return context._bundle; }
+
+namespace {
+
+/// The context's bundle is current for the scope; most callbacks find it so, and they are many.
+class CallbackScope
+{
+  public:
+    explicit CallbackScope(const HSVNContext& context)
+    {
+        if (const auto& bundle = HSVNOperation::bundleUnderWay(context); !HSVNBundleIsCurrent(bundle)) {
+            _pushed.emplace(bundle);
+        }
+    }
+
+  private:
+    std::optional<HSVNBundleScope> _pushed;
+};
+
+} // namespace
+
 svn_error_t* HSVNGuardCallback(HSVNContext& context, const std::function<svn_error_t*()>& body) noexcept
 {
-    const HSVNBundleScope scope{context.bundle()};
+    const CallbackScope scope{context};
     try {
         return body();
     } catch (...) {
@@ -249,7 +271,7 @@ svn_error_t* HSVNGuardCallback(HSVNContext& context, const std::function<svn_err
 
 void HSVNGuardVoidCallback(HSVNContext& context, const std::function<void()>& body) noexcept
 {
-    const HSVNBundleScope scope{context.bundle()};
+    const CallbackScope scope{context};
     try {
         body();
     } catch (...) {

@@ -100,6 +100,8 @@ class HSVNOperation
     const HSVNContextRef& context() const { return _context; }
     /// The version that decides between Subversion's functions (`HSVNDecidingVersion`).
     const HSVNVersion& version() const { return _version; }
+    /// The bundle of a context with a call under way: nobody can change it, so that no lock is needed.
+    static const HSVNBundleRef& bundleUnderWay(const HSVNContext& context);
     /// Whether the bundle's line is the given one or newer.
     bool isAtLeast(const HSVNVersion& version) const { return !_version.isLessThan(version); }
 

@@ -15,6 +15,9 @@ class HSVNBundleScope
     HSVNBundleScope& operator=(const HSVNBundleScope&) = delete;
 };
 
+/// Whether a bundle is on top of the calling thread's stack.
+bool HSVNBundleIsCurrent(const HSVNBundleRef& bundle);
+
 /// An APR pool of the current bundle, destroyed through the table that made it.
 class HSVNPool
 {
