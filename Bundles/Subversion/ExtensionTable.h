@@ -13,6 +13,7 @@ void fillConflictExtensions(HSVNBundleExtensions& table);
 void fillContents(HSVNBundleExtensions& table);
 void fillDiff(HSVNBundleExtensions& table);
 #if HSVN_LINE_MINOR >= 7
+void fillNestedDatabases(HSVNBundleExtensions& table);
 void fillOpenWorkingCopies(HSVNBundleExtensions& table);
 #endif
 void fillLayout(HSVNBundleExtensions& table);

@@ -92,6 +92,7 @@ HSVNBundleExtensions makeExtensions()
 #endif
 #if HSVN_LINE_MINOR >= 7
     table.client_args_to_target_array = targetArray;
+    fillNestedDatabases(table);
     fillOpenWorkingCopies(table);
 #endif
 #if HSVN_LINE_MINOR >= 8

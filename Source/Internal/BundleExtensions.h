@@ -550,6 +550,11 @@ struct HSVNBundleExtensions
                                              svn_boolean_t getAll, svn_boolean_t checkOutOfDate, svn_boolean_t noIgnore,
                                              svn_boolean_t ignoreExternals, const apr_array_header_t* changelists,
                                              StatusReceiver receiver, void* baton, apr_pool_t* pool);
+    /// Within a callback of an operation: gives the client context databases of its own until the pool is cleared, for
+    /// a call of Subversion may be amid a reading of the others, which another statement would end. They are kept in
+    /// the pool of the operation around for its next callback, unless they are to be made anew. 1.7 and later
+    svn_error_t* (*use_own_databases)(svn_client_ctx_t* ctx, apr_pool_t* poolAround, svn_boolean_t anew,
+                                      apr_pool_t* pool);
 };
 
 extern "C" {

@@ -109,6 +109,8 @@ HSVNOperation::HSVNOperation(const HSVNContextRef& context, std::string_view cla
     if (_use.isOutermost()) {
         _context->beginOperation();
         refreshWorkingCopies();
+    } else {
+        check(useOwnDatabases(false));
     }
     noteWorkingCopies();
     _outerOperation = std::exchange(_context->_operation, this); // last: the destructor takes it back
@@ -148,6 +150,14 @@ void HSVNOperation::refreshWorkingCopies()
     }
 }
 
+svn_error_t* HSVNOperation::useOwnDatabases(bool anew) const
+{
+    // Null within what is no operation, which has Subversion at no database.
+    const HSVNOperation* const around = _context->_operation == this ? _outerOperation : _context->_operation;
+    const auto use = HSVNExtensionOrNull(_context->bundle()->extensions(), &HSVNBundleExtensions::use_own_databases);
+    return use && around ? use(ctx(), around->pool(), anew, _pool) : nullptr;
+}
+
 void HSVNOperation::noteWorkingCopies() const
 {
     if (const auto note =
@@ -178,8 +188,12 @@ svn_error_t* HSVNOperation::stop()
 
 void HSVNOperation::check(svn_error_t* error)
 {
-    if (_use.isOutermost() && isOfDatabase(error)) { // else a call of Subversion may be using them
-        closeDatabases(*this);
+    if (isOfDatabase(error)) {
+        if (_use.isOutermost()) {
+            closeDatabases(*this);
+        } else {
+            _entryPoints->error_clear(useOwnDatabases(true));
+        }
     }
     if (const std::exception_ptr kept = _context->takeKeptException()) {
         _entryPoints->error_clear(error);

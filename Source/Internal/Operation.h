@@ -80,8 +80,9 @@ HSVNVersion HSVNDecidingVersion(const HSVNContext& context);
 ///
 /// The constructor writes the debug line, refuses a context that another thread uses, pushes the context's bundle,
 /// makes a sub-pool of the context's pool and sees to it that working copies which the context keeps open are still
-/// those on the disk; the destructor destroys the sub-pool and pops the bundle, in that order. Preconditions are tested
-/// before it is made. Exceptions that callbacks kept in the context while the operation ran are thrown by `check`.
+/// those on the disk, or, within a callback of another operation, opens them for itself; the destructor destroys the
+/// sub-pool and pops the bundle, in that order. Preconditions are tested before it is made. Exceptions that callbacks
+/// kept in the context while the operation ran are thrown by `check`.
 class HSVNOperation
 {
   public:
@@ -177,6 +178,7 @@ class HSVNOperation
     [[noreturn]] void failUnsupported() const;
     apr_array_header_t* targetsOf(const std::vector<HSVNArgument>& arguments) const;
     void refreshWorkingCopies();
+    svn_error_t* useOwnDatabases(bool anew) const;
     void noteWorkingCopies() const;
 
     HSVNContextRef _context;
