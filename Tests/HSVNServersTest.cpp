@@ -26,6 +26,7 @@ struct User
     std::function<void()> logged = [] {};
     std::function<void()> notified = [] {};
     std::function<void()> queried = [] {};
+    std::function<bool()> goesOn = [] { return true; };
 
     bool promptForCredentials(HSVNContext&, const HSVNCredentialsRef& credentials, const std::optional<std::string>&,
                               bool& mayStore) const
@@ -51,7 +52,7 @@ struct User
     bool queryContinue(HSVNContext&) const
     {
         queried();
-        return true;
+        return goesOn();
     }
 };
 
@@ -62,8 +63,9 @@ using UserDelegate = HSVNClientDelegateFor<User>;
 class Served
 {
   public:
-    Served(std::string serversURL, std::string authority)
-        : _url{std::move(serversURL)}, _authority{std::move(authority)}
+    /// @param folder  the repository's own
+    Served(std::string serversURL, std::string folder, std::string authority)
+        : _url{std::move(serversURL)}, _repository{std::move(folder)}, _authority{std::move(authority)}
     {
         writeFile(_folder / "file", "text\n");
         std::vector<std::string> actions{"mkdir", "secret", "mkdir", "readonly"};
@@ -85,6 +87,8 @@ class Served
     /// A place where nothing is yet.
     std::string fresh() const { return _folder / ("fresh" + std::to_string(++_fresh)); }
     std::string file() const { return _folder / "file"; }
+    /// What is being committed, or will never be.
+    std::string transactions() const { return mustRun({"svnadmin", "lstxns", _repository}); }
 
     void change(const std::vector<std::string>& actions) const
     {
@@ -104,6 +108,7 @@ class Served
 
     TemporaryFolder _folder;
     std::string _url;
+    std::string _repository;
     std::string _authority;
     mutable int _fresh = 0;
 };
@@ -113,16 +118,16 @@ const Served& served(const std::string& kind)
 {
     if (kind == "svnserve") {
         static const SvnServer server;
-        static const Served repository{server.url(), ""};
+        static const Served repository{server.url(), server.repository().path(), ""};
         return repository;
     }
     if (kind == "http") {
         static const WebServer server;
-        static const Served repository{server.url(Access::plain), server.authority()};
+        static const Served repository{server.url(Access::plain), server.repository(), server.authority()};
         return repository;
     }
     static const WebServer server;
-    static const Served repository{server.url(Access::encrypted), server.authority()};
+    static const Served repository{server.url(Access::encrypted), server.repository(), server.authority()};
     return repository;
 }
 
@@ -361,6 +366,37 @@ TEST_P(Refusals, OfLocksAreToldInNotifications)
         client->lock(served(GetParam()).wc(item));
     }
     EXPECT_THAT(ear->classes, testing::ElementsAre("HSVNEntryLockedException", "HSVNTransactionOutOfDateException"));
+}
+
+TEST_P(Refusals, ToGoOnLeaveNoTransactionBehind)
+{
+    constexpr const char* stopped = "HSVNOperationCancelledException";
+    const Served& at = served(GetParam());
+    for (const std::string name : {"first.txt", "second.txt"}) {
+        writeFile(at.wc(name), std::string(300'000, 'x'));
+        mustRun({"svn", "add", "-q", at.wc(name)});
+    }
+    const std::vector<Operation> commits{
+        {"commit",
+         [](const Call& c) {
+             c.client->commit({c.at.wc("first.txt"), c.at.wc("second.txt")});
+         }},
+        {"import", [](const Call& c) { c.client->importTree(c.at.file(), c.text("imported.txt")); }},
+    };
+    for (const auto& operation : commits) {
+        std::string ending = stopped;
+        int last = 0; // the notification after which the answer is no; once it is the end that is told of, all goes on
+        for (; ending == stopped; ++last) {
+            Visitor visitor;
+            int told = 0;
+            visitor.user->notified = [&] { ++told; };
+            visitor.user->goesOn = [&] { return told <= last; };
+            ending = classThrownBy([&] { operation.run({at, visitor.client, ""}); });
+            EXPECT_EQ(at.transactions(), "") << operation.name << ", stopped after notification " << last;
+        }
+        EXPECT_EQ(ending, "nothing") << operation.name;
+        EXPECT_GE(last, 2) << operation.name;
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Servers, Refusals, testing::Values("svnserve", "http", "https"),

@@ -1,10 +1,10 @@
 #include "CanonicalPaths.h"
 #include "CommitInformation.h"
+#include "CommitQuestions.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
-#include "LineEnds.h"
 #include "Notifications.h"
 
 namespace HSVNAdapter {
@@ -14,7 +14,7 @@ svn_error_t* commit3(svn_commit_info_t** info, const apr_array_header_t* targets
                      svn_boolean_t keepLocks, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     const CommitInformation information{info};
-    const LogMessageTap messages{ctx};
+    CommitQuestions questions{ctx};
     SVN_ERR(canonicalizeAll(&targets, TargetKind::Path, pool));
 #if HSVN_LINE_MINOR < 6
     const CommitTap tap{ctx, targets, recurse, pool};
@@ -28,7 +28,7 @@ svn_error_t* commit4(svn_commit_info_t** info, const apr_array_header_t* targets
                      const apr_hash_t* revisionProperties, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     const CommitInformation information{info};
-    const LogMessageTap messages{ctx};
+    CommitQuestions questions{ctx};
     SVN_ERR(canonicalizeAll(&targets, TargetKind::Path, pool));
     SVN_ERR(settleWalkDepth(&depth));
 #if HSVN_LINE_MINOR < 6
@@ -45,7 +45,7 @@ svn_error_t* commit(const apr_array_header_t* targets, svn_depth_t depth, svn_bo
                     const apr_array_header_t* changelists, const apr_hash_t* revisionProperties,
                     svn_commit_callback2_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
-    const LogMessageTap messages{ctx};
+    CommitQuestions questions{ctx};
     SVN_ERR(checkLocalTargets(&targets, pool));
     SVN_ERR(settleWalkDepth(&depth));
     return svn_client_commit6(targets, depth, keepLocks, keepChangelists, TRUE, includeExternals, includeExternals,

@@ -1,11 +1,11 @@
 #include "CanonicalPaths.h"
 #include "CommitInformation.h"
+#include "CommitQuestions.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
 #include "ItemsOnDisk.h"
-#include "LineEnds.h"
 
 #include <algorithm>
 #include <array>
@@ -110,14 +110,41 @@ svn_error_t* requireMovable(std::string_view source, std::string_view destinatio
                              source.data(), destination.data());
 }
 
+/// Subversion finds nothing to commit of a versioned item that is missing, and asserts that there is something.
+svn_error_t* requireCommittable(const char* source, const char* destination, [[maybe_unused]] svn_client_ctx_t* ctx,
+                                apr_pool_t* pool)
+{
+    svn_node_kind_t kind = svn_node_unknown;
+    if (isURL(source) || !isURL(destination)) {
+        return SVN_NO_ERROR;
+    }
+    SVN_ERR(svn_io_check_resolved_path(source, &kind, pool));
+    if (kind != svn_node_none) {
+        return SVN_NO_ERROR;
+    }
+#if HSVN_LINE_MINOR >= 8
+    if (isSymbolicLink(source, pool)) { // which may lead nowhere, where a link is what is versioned
+        SVN_ERR(checkAbsoluteTarget(&source, pool));
+        SVN_ERR(svn_wc_read_kind2(&kind, ctx->wc_ctx, source, FALSE, FALSE, pool));
+        return kind != svn_node_dir ? SVN_NO_ERROR
+                                    : svn_error_createf(SVN_ERR_NODE_UNEXPECTED_KIND, nullptr,
+                                                        "'%s' is a symbolic link in the place of a directory", source);
+    }
+#endif
+    return nothingAt(source);
+}
+
 svn_error_t* copy3(svn_commit_info_t** info, const char* source, const svn_opt_revision_t* sourceRevision,
                    const char* destination, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     const CommitInformation information{info};
-    const LogMessageTap messages{ctx};
+    CommitQuestions questions{ctx};
     HSVN_CANONICAL_TARGET(source, pool);
     HSVN_CANONICAL_TARGET(destination, pool);
     const auto revision = revisionForTarget(source, sourceRevision);
+    if (!isOfRepository(revision)) {
+        SVN_ERR(requireCommittable(source, destination, ctx, pool));
+    }
     svn_error_t* error = smoothed(svn_client_copy3(info, source, &revision, destination, ctx, pool), {sourceOfNoKind});
     if (error != nullptr && !isURL(source) && isOfRepository(revision) && startsFallBack(error)) {
         return copyOldItem(error, info, source, revision, destination, ctx, pool);
@@ -129,7 +156,7 @@ svn_error_t* move4(svn_commit_info_t** info, const char* source, const char* des
                    svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     const CommitInformation information{info};
-    const LogMessageTap messages{ctx};
+    CommitQuestions questions{ctx};
     HSVN_CANONICAL_TARGET(source, pool);
     HSVN_CANONICAL_TARGET(destination, pool);
     SVN_ERR(requireMovable(source, destination, FALSE, ctx, pool));
@@ -141,7 +168,7 @@ svn_error_t* move(const apr_array_header_t* sources, const char* destination, sv
                   svn_boolean_t makeParents, svn_boolean_t allowMixedRevisions, const apr_hash_t* revisionProperties,
                   svn_commit_callback2_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
-    const LogMessageTap messages{ctx};
+    CommitQuestions questions{ctx};
     SVN_ERR(checkTargets(&sources, pool));
     SVN_ERR(checkTarget(&destination, pool));
     for (int index = 0; index < sources->nelts; ++index) {
@@ -158,7 +185,7 @@ svn_error_t* copy(const apr_array_header_t* sources, const char* destination, sv
                   const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
                   svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
-    const LogMessageTap messages{ctx};
+    CommitQuestions questions{ctx};
     SVN_ERR(checkTarget(&destination, pool));
     auto* pointers = apr_array_make(pool, sources->nelts, sizeof(svn_client_copy_source_t*));
     for (int index = 0; index < sources->nelts; ++index) {
@@ -166,6 +193,9 @@ svn_error_t* copy(const apr_array_header_t* sources, const char* destination, sv
         auto* pointer = static_cast<svn_client_copy_source_t*>(apr_pcalloc(pool, sizeof(svn_client_copy_source_t)));
         pointer->path = source.path;
         SVN_ERR(checkTarget(&pointer->path, pool));
+        if (!isOfRepository(source.revision)) {
+            SVN_ERR(requireCommittable(pointer->path, destination, ctx, pool));
+        }
         pointer->revision = &source.revision;
         pointer->peg_revision = &source.pegRevision;
         APR_ARRAY_PUSH(pointers, svn_client_copy_source_t*) = pointer;

@@ -1,10 +1,10 @@
 #include "CanonicalPaths.h"
 #include "CommitInformation.h"
+#include "CommitQuestions.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
-#include "LineEnds.h"
 
 namespace HSVNAdapter {
 namespace {
@@ -13,7 +13,7 @@ svn_error_t* import2(svn_commit_info_t** info, const char* path, const char* url
                      svn_boolean_t noIgnore, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     const CommitInformation information{info};
-    const LogMessageTap messages{ctx};
+    CommitQuestions questions{ctx};
     HSVN_CANONICAL_PATH(path, pool);
     HSVN_CANONICAL_URL(url, pool);
     return smoothed(svn_client_import2(info, path, url, nonRecursive, noIgnore, ctx, pool));
@@ -25,7 +25,7 @@ svn_error_t* importTree(const char* path, const char* url, svn_depth_t depth, sv
                         const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
                         svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
-    const LogMessageTap messages{ctx};
+    CommitQuestions questions{ctx};
     SVN_ERR(checkLocalTarget(&path, pool));
     HSVN_CANONICAL_URL(url, pool);
     return svn_client_import5(path, url, depth, noIgnore, noAutoProperties, ignoreUnknownKinds, revisionProperties,

@@ -1,10 +1,10 @@
 #include "CanonicalPaths.h"
 #include "CommitInformation.h"
+#include "CommitQuestions.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
-#include "LineEnds.h"
 
 namespace HSVNAdapter {
 namespace {
@@ -12,7 +12,7 @@ namespace {
 svn_error_t* mkdir2(svn_commit_info_t** info, const apr_array_header_t* paths, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     const CommitInformation information{info};
-    const LogMessageTap messages{ctx};
+    CommitQuestions questions{ctx};
     SVN_ERR(canonicalizeAll(&paths, TargetKind::PathOrURL, pool));
     SVN_ERR(checkNewFolders(paths));
     return paths->nelts == 0 ? SVN_NO_ERROR : smoothed(svn_client_mkdir2(info, paths, ctx, pool));
@@ -22,7 +22,7 @@ svn_error_t* mkdir2(svn_commit_info_t** info, const apr_array_header_t* paths, s
 svn_error_t* mkdir(const apr_array_header_t* targets, svn_boolean_t makeParents, const apr_hash_t* revisionProperties,
                    svn_commit_callback2_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
-    const LogMessageTap messages{ctx};
+    CommitQuestions questions{ctx};
     SVN_ERR(checkTargets(&targets, pool));
     SVN_ERR(checkNewFolders(targets));
     return svn_client_mkdir4(targets, makeParents, revisionProperties, receiver, baton, ctx, pool);

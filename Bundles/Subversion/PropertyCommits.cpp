@@ -1,3 +1,4 @@
+#include "CommitQuestions.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
 #include "LineEnds.h"
@@ -25,7 +26,7 @@ svn_error_t* setRemotely(const char* name, const svn_string_t* value, const char
                          svn_revnum_t base, const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver,
                          void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
-    const LogMessageTap messages{ctx};
+    CommitQuestions questions{ctx};
     HSVN_CANONICAL_URL(url, pool);
     SVN_ERR(endLines(&value, name, pool));
     return svn_client_propset_remote(name, value, url, skipChecks, base, revisionProperties, receiver, baton, ctx,

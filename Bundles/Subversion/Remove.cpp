@@ -1,12 +1,13 @@
 #include "CanonicalPaths.h"
 #include "CommitInformation.h"
+#include "CommitQuestions.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
 #include "ItemsOnDisk.h"
-#include "LineEnds.h"
 #include "Notifications.h"
+#include "Obstructions.h"
 
 namespace HSVNAdapter {
 namespace {
@@ -68,11 +69,16 @@ svn_error_t* delete2(svn_commit_info_t** info, const apr_array_header_t* paths, 
                      svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     const CommitInformation information{info};
-    const LogMessageTap messages{ctx};
+    CommitQuestions questions{ctx};
     SVN_ERR(canonicalizeAll(&paths, TargetKind::PathOrURL, pool));
     if (paths->nelts > 0 && isURL(APR_ARRAY_IDX(paths, 0, const char*))) {
         return smoothed(svn_client_delete2(info, paths, force, ctx, pool));
     }
+#if HSVN_LINE_MINOR >= 9
+    if (force) {
+        SVN_ERR(refuseObstructedFiles(paths, ctx, pool));
+    }
+#endif
     for (int index = 0; index < paths->nelts; ++index) {
         SVN_ERR(deletePath(info, APR_ARRAY_IDX(paths, index, const char*), force, ctx, pool));
     }
@@ -84,8 +90,13 @@ svn_error_t* remove(const apr_array_header_t* targets, svn_boolean_t force, svn_
                     const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
                     svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
-    const LogMessageTap messages{ctx};
+    CommitQuestions questions{ctx};
     SVN_ERR(checkTargets(&targets, pool));
+#if HSVN_LINE_MINOR >= 9
+    if (force && !keepLocal) {
+        SVN_ERR(refuseObstructedFiles(targets, ctx, pool));
+    }
+#endif
     return svn_client_delete4(targets, force, keepLocal, revisionProperties, receiver, baton, ctx, pool);
 }
 #endif

@@ -2,10 +2,9 @@
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
 #include "ItemsOnDisk.h"
+#include "Obstructions.h"
 #include "OwnDatabases.h"
 #include "Relocation.h"
-
-#include <utility>
 
 namespace HSVNAdapter {
 namespace {
@@ -86,36 +85,6 @@ svn_error_t* refuseLinkedDirectory(void* /*baton*/, const char* path, const svn_
                              path);
 }
 
-/// No notification goes out while it lives.
-class Silence
-{
-  public:
-    explicit Silence(svn_client_ctx_t* ctx) : _ctx{ctx}, _function{std::exchange(ctx->notify_func2, nullptr)} {}
-    ~Silence() { _ctx->notify_func2 = _function; }
-    Silence(const Silence&) = delete;
-    Silence& operator=(const Silence&) = delete;
-
-  private:
-    svn_client_ctx_t* _ctx;
-    svn_wc_notify_func2_t _function;
-};
-
-/// What else is wrong the vacuum meets at the same item, and tells.
-svn_error_t* refuseLinkedDirectories(const char* path, svn_boolean_t includeExternals, svn_client_ctx_t* ctx,
-                                     apr_pool_t* pool)
-{
-    const Silence silence{ctx};
-    const svn_opt_revision_t working{svn_opt_revision_working, {}};
-    svn_error_t* const error =
-        svn_client_status6(nullptr, ctx, path, &working, svn_depth_infinity, FALSE, FALSE, TRUE, FALSE,
-                           !includeExternals, FALSE, nullptr, refuseLinkedDirectory, nullptr, pool);
-    if (error == nullptr || hasCode(error, SVN_ERR_NODE_UNEXPECTED_KIND) || hasCode(error, SVN_ERR_CANCELLED)) {
-        return error;
-    }
-    svn_error_clear(error);
-    return SVN_NO_ERROR;
-}
-
 svn_error_t* vacuum(const char* path, svn_boolean_t removeUnversioned, svn_boolean_t removeIgnored,
                     svn_boolean_t fixTimestamps, svn_boolean_t vacuumPristines, svn_boolean_t includeExternals,
                     svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -123,7 +92,8 @@ svn_error_t* vacuum(const char* path, svn_boolean_t removeUnversioned, svn_boole
     SVN_ERR(checkLocalTarget(&path, pool));
     SVN_ERR(checkAbsoluteTarget(&path, pool));
     if (removeUnversioned || removeIgnored) {
-        SVN_ERR(refuseLinkedDirectories(path, includeExternals, ctx, pool));
+        SVN_ERR(
+            findObstructions(path, svn_depth_infinity, !includeExternals, refuseLinkedDirectory, nullptr, ctx, pool));
     }
     return svn_client_vacuum(path, removeUnversioned, removeIgnored, fixTimestamps, vacuumPristines, includeExternals,
                              ctx, pool);
@@ -159,6 +129,9 @@ svn_error_t* revert(const apr_array_header_t* paths, svn_depth_t depth, const ap
                     svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTargets(&paths, pool));
+    if (!metadataOnly) {
+        SVN_ERR(refuseObstructedDirectories(paths, depth, ctx, pool));
+    }
     return svn_client_revert4(paths, depth, changelists, clearChangelists, metadataOnly, keepAdded, ctx, pool);
 }
 #endif

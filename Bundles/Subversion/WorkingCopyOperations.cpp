@@ -1,6 +1,7 @@
 #include "CanonicalPaths.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
+#include "Obstructions.h"
 #include "OwnDatabases.h"
 #include "WorkingCopyFormat.h"
 
@@ -53,6 +54,9 @@ svn_error_t* resolved(const char* path, svn_boolean_t recursive, svn_client_ctx_
 svn_error_t* revert(const apr_array_header_t* paths, svn_boolean_t recursive, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(canonicalizeAll(&paths, TargetKind::Path, pool));
+#if HSVN_LINE_MINOR >= 9
+    SVN_ERR(refuseObstructedDirectories(paths, recursive ? svn_depth_infinity : svn_depth_empty, ctx, pool));
+#endif
     return smoothed(svn_client_revert(paths, recursive, ctx, pool));
 }
 

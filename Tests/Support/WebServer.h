@@ -27,6 +27,8 @@ class WebServer
     std::string url(Access access) const;
     /// A file beside the repository, which the server cannot reach unless it is told to.
     std::string beside(const std::string& name) const { return _folder / name; }
+    /// The repository's own folder.
+    std::string repository() const { return beside("served/repository"); }
     /// The authority that signed the server's certificate.
     std::string authority() const { return beside("authority.pem"); }
     /// A certificate that the server knows as a client's, as PKCS #12; the passphrase is "certsecret", or none.

@@ -1,0 +1,62 @@
+#include "CommitQuestions.h"
+
+#include <svn_subst.h>
+
+namespace HSVNAdapter {
+namespace {
+
+/// How long a server is waited for that is to forget a transaction.
+constexpr std::chrono::seconds patience{5};
+
+} // namespace
+
+CommitQuestions::CommitQuestions(svn_client_ctx_t* ctx)
+    : _ctx{ctx}, _messageFunction{ctx->log_msg_func2}, _messageBaton{ctx->log_msg_baton2},
+      _cancelFunction{ctx->cancel_func}, _cancelBaton{ctx->cancel_baton}
+{
+    if (_messageFunction != nullptr) {
+        ctx->log_msg_func2 = askForMessage;
+        ctx->log_msg_baton2 = this;
+    }
+    if (_cancelFunction != nullptr) {
+        ctx->cancel_func = askWhetherToGoOn;
+        ctx->cancel_baton = this;
+    }
+}
+
+CommitQuestions::~CommitQuestions()
+{
+    _ctx->log_msg_func2 = _messageFunction;
+    _ctx->log_msg_baton2 = _messageBaton;
+    _ctx->cancel_func = _cancelFunction;
+    _ctx->cancel_baton = _cancelBaton;
+}
+
+svn_error_t* CommitQuestions::askForMessage(const char** message, const char** temporaryFile,
+                                            const apr_array_header_t* items, void* baton, apr_pool_t* pool)
+{
+    const auto& questions = *static_cast<const CommitQuestions*>(baton);
+    SVN_ERR(questions._messageFunction(message, temporaryFile, items, questions._messageBaton, pool));
+    return *message == nullptr ? SVN_NO_ERROR
+                               : svn_subst_translate_cstring2(*message, message, "\n", TRUE, nullptr, FALSE, pool);
+}
+
+svn_error_t* CommitQuestions::askWhetherToGoOn(void* baton)
+{
+    return static_cast<CommitQuestions*>(baton)->whetherToGoOn();
+}
+
+svn_error_t* CommitQuestions::whetherToGoOn()
+{
+    const auto now = Clock::now();
+    if (_stopped && now - *_stopped < patience) {
+        return SVN_NO_ERROR;
+    }
+    svn_error_t* const answer = _cancelFunction(_cancelBaton);
+    if (answer != nullptr && !_stopped) {
+        _stopped = now;
+    }
+    return answer;
+}
+
+} // namespace HSVNAdapter

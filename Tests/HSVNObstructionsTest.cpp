@@ -1,0 +1,269 @@
+#include "Command.h"
+#include "HSVNBlamedLine.h"
+#include "HSVNClient.h"
+#include "HSVNClientDelegate.h"
+#include "HSVNDifference.h"
+#include "HSVNException.h"
+#include "HSVNItemInfo.h"
+#include "HSVNItemProperties.h"
+#include "HSVNLogItem.h"
+#include "HSVNNode.h"
+#include "HSVNPatchedItem.h"
+#include "HSVNTreeDiff.h"
+#include "TestBundles.h"
+#include "TestRepository.h"
+
+#include <chrono>
+#include <condition_variable>
+#include <fcntl.h>
+#include <filesystem>
+#include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <mutex>
+#include <string>
+#include <sys/stat.h>
+#include <thread>
+#include <unistd.h>
+#include <utility>
+#include <vector>
+
+// Whatever stands in a versioned item's place, each verb that reads or writes working files does its work or says what
+// is in the way: none waits for a pipe, none follows a link, none fails by an assertion.
+
+namespace {
+
+namespace files = std::filesystem;
+using testing::AnyOf;
+using testing::HasSubstr;
+using testing::Not;
+
+const std::pair<const char*, void (*)(const std::string& place, const std::string& outside)> obstructions[] = {
+    {"nothing", [](const std::string&, const std::string&) {}},
+    {"pipe", [](const std::string& place, const std::string&) { ASSERT_EQ(mkfifo(place.c_str(), 0600), 0); }},
+    {"directory", [](const std::string& place, const std::string&) { files::create_directory(place); }},
+    {"file", [](const std::string& place, const std::string&) { writeFile(place, "in the way\n"); }},
+    {"link to a file",
+     [](const std::string& place, const std::string& outside) { files::create_symlink(outside + "/file", place); }},
+    {"link to a directory",
+     [](const std::string& place, const std::string& outside) { files::create_symlink(outside, place); }},
+    {"link to nowhere", [](const std::string& place, const std::string&) { files::create_symlink("nowhere", place); }},
+    {"link to itself",
+     [](const std::string& place, const std::string&) { files::create_symlink(files::path{place}.filename(), place); }},
+};
+
+/// Sees to it that nobody waits for a pipe for ever: who still does after a time is told of, and let go.
+class PipeWatch
+{
+  public:
+    explicit PipeWatch(std::string pipe) : _pipe{std::move(pipe)} {}
+    ~PipeWatch()
+    {
+        {
+            const std::lock_guard guard{_mutex};
+            _isOver = true;
+        }
+        _ended.notify_one();
+        _thread.join();
+        EXPECT_FALSE(_isHung) << "somebody waits for the pipe";
+    }
+    PipeWatch(const PipeWatch&) = delete;
+    PipeWatch& operator=(const PipeWatch&) = delete;
+
+  private:
+    void watch()
+    {
+        std::unique_lock guard{_mutex};
+        auto patience = std::chrono::milliseconds{10'000};
+        while (!_ended.wait_for(guard, patience, [this] { return _isOver; })) {
+            _isHung = true;
+            patience = std::chrono::milliseconds{20};
+            close(open(_pipe.c_str(), O_RDWR | O_NONBLOCK));
+        }
+    }
+
+    std::string _pipe;
+    std::mutex _mutex;
+    std::condition_variable _ended;
+    bool _isOver = false;
+    bool _isHung = false;
+    std::thread _thread{[this] { watch(); }};
+};
+
+struct Place
+{
+    HSVNContext& context;
+    std::string root;
+    std::string url;
+    std::string item; ///< obstructed
+    std::string target() const { return root + "/" + item; }
+};
+
+/// Verbs that leave the working copy as it is.
+const std::pair<const char*, void (*)(const Place&)> readers[] = {
+    {"status", [](const Place& at) { at.context.status(at.root, {.getAll = true}); }},
+    {"info", [](const Place& at) { at.context.info(at.target()); }},
+    {"properties", [](const Place& at) { at.context.properties(at.target()); }},
+    {"contents", [](const Place& at) { at.context.contents(at.target(), HSVNRevisionSpec::WORKING()); }},
+    {"contents of the base", [](const Place& at) { at.context.contents(at.target()); }},
+    {"blame",
+     [](const Place& at) {
+         at.context.blame(at.target(), {HSVNRevision::revisionWithNumber(1), HSVNRevision::WORKING()}, {},
+                          [](const HSVNBlamedLine&) { return true; });
+     }},
+    {"diff",
+     [](const Place& at) {
+         at.context.diff(at.root, {HSVNRevision::BASE(), HSVNRevision::WORKING()}, {},
+                         [](std::string_view) { return true; });
+     }},
+    {"diff of it",
+     [](const Place& at) {
+         at.context.treeDiff(at.target(), {HSVNRevision::BASE(), HSVNRevision::WORKING()});
+     }},
+    {"diff with the repository",
+     [](const Place& at) {
+         at.context.treeDiff(at.root, {HSVNRevision::revisionWithNumber(1), HSVNRevision::WORKING()});
+     }},
+    {"diff summary",
+     [](const Place& at) {
+         at.context.diffSummary(at.root, {HSVNRevision::BASE(), HSVNRevision::WORKING()}, {},
+                                [](const HSVNDifference&) { return true; });
+     }},
+    {"export", [](const Place& at) { at.context.exportTree(at.root, at.root + ".exported"); }},
+    {"export of it", [](const Place& at) { at.context.exportTree(at.target(), at.root + ".one"); }},
+    {"export of the base",
+     [](const Place& at) { at.context.exportTree(at.root, at.root + ".base", HSVNRevisionSpec::BASE()); }},
+};
+
+const std::pair<const char*, void (*)(const Place&)> writers[] = {
+    {"lock", [](const Place& at) { at.context.lock(at.target()); }},
+    {"set property", [](const Place& at) { at.context.setProperty(at.target(), "svn:eol-style", "native", {}); }},
+    {"set executable", [](const Place& at) { at.context.setProperty(at.target(), "svn:executable", "*", {}); }},
+    {"set needs-lock", [](const Place& at) { at.context.setProperty(at.target(), "svn:needs-lock", "*", {}); }},
+    {"changelist", [](const Place& at) { at.context.addToChangelist(at.target(), "list"); }},
+    {"copy", [](const Place& at) { at.context.copy({HSVNTargetInRevision{at.target()}}, at.root + "/copied"); }},
+    {"copy to the repository",
+     [](const Place& at) {
+         at.context.copy({HSVNTargetInRevision{at.target()}}, at.url + "/../copied", {.message = "m"});
+     }},
+    {"move", [](const Place& at) { at.context.move(at.target(), at.root + "/moved"); }},
+    {"add", [](const Place& at) { at.context.add(at.target(), {.force = true}); }},
+    {"update", [](const Place& at) { at.context.update(at.root); }},
+    {"update of it", [](const Place& at) { at.context.update(at.target(), HSVNRevision::revisionWithNumber(1)); }},
+    {"switch", [](const Place& at) { at.context.switchTo(at.root, at.url + "/../branch"); }},
+    {"merge",
+     [](const Place& at) {
+         at.context.merge(at.url, {{HSVNRevision::revisionWithNumber(2), HSVNRevision::revisionWithNumber(1)}}, at.root,
+                          {.allowMixedRevisions = true});
+     }},
+    {"patch", [](const Place& at) { at.context.patch(at.root + ".patch", at.root); }},
+    {"resolve", [](const Place& at) { at.context.resolve(at.root, {.depth = HSVNDepthInfinity}); }},
+    {"import", [](const Place& at) { at.context.importTree(at.target(), at.url + "/../imported", {.message = "m"}); }},
+    {"commit", [](const Place& at) { at.context.commit(at.root, {.message = "m"}); }},
+    {"remove", [](const Place& at) { at.context.remove(at.target()); }},
+    {"forced remove", [](const Place& at) { at.context.remove(at.target(), {.force = true}); }},
+    {"clean-up", [](const Place& at) { at.context.cleanUp(at.root); }},
+    {"revert", [](const Place& at) { at.context.revert(at.root, {.depth = HSVNDepthInfinity}); }},
+};
+
+class Obstructions : public testing::Test
+{
+  protected:
+    static void SetUpTestSuite()
+    {
+        repository = new TestRepository; // NOLINT(cppcoreguidelines-owning-memory)
+        repository->change({"mkdir", "trunk"});
+        const std::string root = repository->checkOut("wc", "trunk");
+        writeFile(root + "/file", "one\n");
+        writeFile(root + "/directory/child", "child\n");
+        files::create_symlink("file", root + "/link");
+        mustRun({"svn", "add", "-q", root + "/file", root + "/directory", root + "/link"});
+        mustRun({"svn", "commit", "-qm", "made", root});
+        writeFile(root + "/file", "two\n");
+        files::remove(root + "/link");
+        files::create_symlink("directory", root + "/link");
+        mustRun({"svn", "propset", "-q", "color", "red", root + "/file", root + "/directory"});
+        mustRun({"svn", "commit", "-qm", "changed", root});
+        mustRun({"svn", "copy", "-qm", "branch", repository->url("trunk"), repository->url("branch")});
+        mustRun({"svn", "propset", "-q", "color", "blue", root + "/file", root + "/directory"});
+        mustRun({"svn", "commit", "-qm", "changed again", root});
+        mustRun({"svn", "update", "-q", "-r2", root});
+    }
+    static void TearDownTestSuite() { delete repository; } // NOLINT(cppcoreguidelines-owning-memory)
+
+    Place fresh(const std::string& item)
+    {
+        const std::string root = repository->beside("copy");
+        for (const char* ending : {"", ".exported", ".one", ".base", ".patch", ".outside"}) {
+            files::remove_all(root + ending);
+        }
+        mustRun({"cp", "-a", repository->beside("wc"), root});
+        writeFile(root + ".outside/file", "outside\n");
+        const std::string name = item == "directory" ? "directory/child" : item;
+        writeFile(root + ".patch",
+                  "Index: " + name + "\n--- " + name + "\n+++ " + name + "\n@@ -1 +1 @@\n-two\n+patched\n");
+        client = std::make_shared<HSVNClient>(bundleOfLine(installedLine()), nullptr);
+        return {*client, root, repository->url("trunk"), item};
+    }
+
+    static void expectClearWords(const Place& at, void (*call)(const Place&))
+    {
+        const PipeWatch watch{at.target()};
+        std::string failure;
+        try {
+            call(at);
+        } catch (const HSVNPlatformException& exception) {
+            failure = exception.className() + ": " + exception.reason();
+        }
+        EXPECT_THAT(failure, Not(AnyOf(HasSubstr("malfunction"), HasSubstr("assertion"), HasSubstr("sqlite"))));
+    }
+
+    /// Nothing is written through a link, and no work is left in the working copy.
+    static void expectWhole(const Place& at)
+    {
+        int outside = 0;
+        for (const auto& entry : files::recursive_directory_iterator{at.root + ".outside"}) {
+            EXPECT_EQ(readFile(entry.path()), "outside\n");
+            ++outside;
+        }
+        EXPECT_EQ(outside, 1);
+        EXPECT_EQ(mustRun({"sqlite3", at.root + "/.svn/wc.db", "SELECT * FROM wc_lock; SELECT * FROM work_queue"}), "");
+    }
+
+    static inline TestRepository* repository = nullptr;
+    HSVNClientRef client;
+};
+
+TEST_F(Obstructions, AreToldOfInClearWords)
+{
+    for (const std::string item : {"file", "directory", "link"}) {
+        for (const auto& [obstruction, obstruct] : obstructions) {
+            const auto given = [&, make = obstruct] {
+                Place at = fresh(item);
+                files::remove_all(at.target());
+                make(at.target(), at.root + ".outside");
+                return at;
+            };
+            const auto what = std::string{obstruction} + " in the place of the " + item;
+            const Place unchanged = given();
+            for (const auto& [verb, call] : readers) {
+                SCOPED_TRACE(std::string{verb} + ": " + what);
+                expectClearWords(unchanged, call);
+            }
+            expectWhole(unchanged);
+            for (const auto& [verb, call] : writers) {
+                SCOPED_TRACE(std::string{verb} + ": " + what);
+                const Place at = given();
+                expectClearWords(at, call);
+                // Subversion's update restores what is missing below a link to a directory.
+                const bool mayRestore = what == "link to a directory in the place of the directory" &&
+                                        (std::string_view{verb} == "update" || std::string_view{verb} == "switch");
+                if (!mayRestore) {
+                    expectWhole(at);
+                }
+            }
+        }
+    }
+}
+
+} // namespace
