@@ -42,7 +42,9 @@ void NotificationTap::pass(const svn_wc_notify_t* notification, apr_pool_t* pool
 void NotificationTap::notified(void* baton, const svn_wc_notify_t* notification, apr_pool_t* pool)
 {
     auto* tap = static_cast<NotificationTap*>(baton);
-    tap->pass(tap->heard(notification, pool), pool);
+    if (const auto* const passed = tap->heard(notification, pool)) {
+        tap->pass(passed, pool);
+    }
 }
 
 LockTap::~LockTap()

@@ -4,7 +4,7 @@
 
 #include <vector>
 
-// Some results come only as notifications. A tap hears them for one call and passes every one on.
+// Some results come only as notifications. A tap hears them for one call and passes them on.
 
 namespace HSVNAdapter {
 
@@ -22,7 +22,7 @@ class NotificationTap
     void pass(const svn_wc_notify_t* notification, apr_pool_t* pool) const;
 
   protected:
-    /// Answers the notification to pass on: the given one, or a copy in the pool.
+    /// Answers the notification to pass on: the given one, a copy in the pool, or null for none.
     virtual const svn_wc_notify_t* heard(const svn_wc_notify_t* notification, apr_pool_t* pool) = 0;
 
   private:

@@ -5,42 +5,24 @@
 #include "CanonicalPaths.h"
 #include "ErrorCodes.h"
 #include "ItemsOnDisk.h"
+#include "Notifications.h"
 
 namespace HSVNAdapter {
 namespace {
 
-/// The search's own notifications do not go out while it lives; those of calls within its callbacks do.
-class Silence
+/// Keeps the search's own notifications back; those of calls within its callbacks go out.
+class SearchTap : public NotificationTap
 {
   public:
-    explicit Silence(svn_client_ctx_t* ctx) : _ctx{ctx}, _function{ctx->notify_func2}, _baton{ctx->notify_baton2}
-    {
-        // Never null: Subversion's merge calls it unasked, if a callback should come to one.
-        ctx->notify_func2 = notified;
-        ctx->notify_baton2 = this;
-    }
-    ~Silence()
-    {
-        _ctx->notify_func2 = _function;
-        _ctx->notify_baton2 = _baton;
-    }
-    Silence(const Silence&) = delete;
-    Silence& operator=(const Silence&) = delete;
+    using NotificationTap::NotificationTap;
 
-  private:
-    static void notified(void* baton, const svn_wc_notify_t* notification, apr_pool_t* pool)
+  protected:
+    const svn_wc_notify_t* heard(const svn_wc_notify_t* notification, apr_pool_t*) override
     {
-        const auto& silence = *static_cast<const Silence*>(baton);
         const bool isOfSearch = notification->action == svn_wc_notify_status_external ||
                                 notification->action == svn_wc_notify_status_completed;
-        if (!isOfSearch && silence._function != nullptr) {
-            silence._function(silence._baton, notification, pool);
-        }
+        return isOfSearch ? nullptr : notification;
     }
-
-    svn_client_ctx_t* _ctx;
-    svn_wc_notify_func2_t _function;
-    void* _baton;
 };
 
 svn_error_t* refuse(const char* path, const char* what)
@@ -92,7 +74,7 @@ svn_error_t* refuseEach(const apr_array_header_t* targets, svn_depth_t depth, sv
 svn_error_t* findObstructions(const char* path, svn_depth_t depth, svn_boolean_t ignoreExternals,
                               svn_client_status_func_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
-    Silence silence{ctx};
+    const SearchTap tap{ctx};
     const svn_opt_revision_t working{svn_opt_revision_working, {}};
     svn_error_t* const error = svn_client_status6(nullptr, ctx, path, &working, depth, FALSE, FALSE, TRUE, FALSE,
                                                   ignoreExternals, FALSE, nullptr, receiver, baton, pool);

@@ -8,6 +8,16 @@
 #include <utility>
 
 namespace HSVNAdapter {
+
+struct NodeColumns
+{
+    int revision;
+    int changedRevision;
+    int textTime;
+    int textSize;
+    int pristine;
+};
+
 namespace {
 
 constexpr std::size_t smallestBatch = 16;
@@ -63,6 +73,11 @@ constexpr const char* scheduledQuery =
     " FROM nodes LEFT JOIN repository ON repository.id = repos_id"
     " WHERE wc_id = 1 AND local_relpath = ?1 ORDER BY op_depth";
 
+constexpr NodeColumns plainColumns{ColumnRevision, ColumnChangedRevision, ColumnTextTime, ColumnTextSize,
+                                   ColumnPristine};
+constexpr NodeColumns scheduledColumns{ScheduledRevision, ScheduledChangedRevision, ScheduledTextTime,
+                                       ScheduledTextSize, ScheduledPristine};
+
 /// Properties of so many bytes, "()", are none.
 constexpr int lengthOfNoProperties = 2;
 
@@ -80,6 +95,9 @@ const char* copiedText(sqlite3_stmt* row, int column, apr_pool_t* pool)
     const auto text = textInColumn(row, column);
     return isNull(row, column) ? nullptr : apr_pstrmemdup(pool, text.data(), text.size());
 }
+
+bool hasNext(sqlite3_stmt* row) { return sqlite3_step(row) == SQLITE_ROW; }
+bool isLast(sqlite3_stmt* row) { return sqlite3_step(row) == SQLITE_DONE; }
 
 bool hasPresence(sqlite3_stmt* row, std::string_view presence)
 {
@@ -183,7 +201,7 @@ std::optional<UnchangedNode> WorkingCopyDatabase::node(std::string_view relative
     sqlite3_bind_text(row, 1, relativePath.data(), static_cast<int>(relativePath.size()), SQLITE_STATIC);
     std::optional<UnchangedNode> result;
     if (sqlite3_step(row) == SQLITE_ROW && isUnchanged(row, relativePath)) {
-        result = nodeIn(row);
+        result = nodeIn(row, plainColumns);
         // Any further row is of something scheduled.
         if (sqlite3_step(row) != SQLITE_DONE) {
             result.reset();
@@ -205,72 +223,61 @@ sqlite3_stmt* WorkingCopyDatabase::scheduledRows(std::string_view relativePath)
     return _scheduled.get();
 }
 
-std::optional<DeletedNode> WorkingCopyDatabase::deletedNode(std::string_view relativePath, apr_pool_t* pool)
+template <class Read>
+auto WorkingCopyDatabase::readScheduled(std::string_view relativePath, Read read)
 {
     auto* row = hasConflict(relativePath) ? nullptr : scheduledRows(relativePath);
-    if (row == nullptr) {
-        return std::nullopt;
-    }
-    std::optional<DeletedNode> result;
-    if (sqlite3_step(row) == SQLITE_ROW && isPlainBase(row)) {
-        result = deletedNodeIn(row, pool);
-        if (sqlite3_step(row) != SQLITE_ROW || !hasPresence(row, "base-deleted") || sqlite3_step(row) != SQLITE_DONE) {
-            result.reset();
-        }
-    }
+    auto result = row == nullptr ? decltype(read(row)){} : read(row);
     sqlite3_reset(row);
     return result;
+}
+
+std::optional<DeletedNode> WorkingCopyDatabase::deletedNode(std::string_view relativePath, apr_pool_t* pool)
+{
+    return readScheduled(relativePath, [&](sqlite3_stmt* row) {
+        std::optional<DeletedNode> node;
+        if (hasNext(row) && isPlainBase(row)) {
+            node = deletedNodeIn(row, pool);
+        }
+        return node && hasNext(row) && hasPresence(row, "base-deleted") && isLast(row) ? node : std::nullopt;
+    });
 }
 
 bool WorkingCopyDatabase::isPlainAddition(std::string_view relativePath)
 {
-    auto* row = hasConflict(relativePath) ? nullptr : scheduledRows(relativePath);
-    if (row == nullptr) {
-        return false;
-    }
-    const bool result =
-        sqlite3_step(row) == SQLITE_ROW && isAddedWithoutHistory(row) && sqlite3_step(row) == SQLITE_DONE;
-    sqlite3_reset(row);
-    return result;
+    return readScheduled(relativePath,
+                         [](sqlite3_stmt* row) { return hasNext(row) && isAddedWithoutHistory(row) && isLast(row); });
 }
 
 std::optional<svn_revnum_t> WorkingCopyDatabase::plainlyReplaced(std::string_view relativePath)
 {
-    auto* row = hasConflict(relativePath) ? nullptr : scheduledRows(relativePath);
-    if (row == nullptr) {
-        return std::nullopt;
-    }
-    std::optional<svn_revnum_t> result;
-    if (sqlite3_step(row) == SQLITE_ROW && isPlainBase(row)) {
-        result = static_cast<svn_revnum_t>(numberIn(row, ScheduledRevision, SVN_INVALID_REVNUM));
-        if (sqlite3_step(row) != SQLITE_ROW || !isAddedWithoutHistory(row) || sqlite3_step(row) != SQLITE_DONE) {
-            result.reset();
+    return readScheduled(relativePath, [](sqlite3_stmt* row) {
+        std::optional<svn_revnum_t> revision;
+        if (hasNext(row) && isPlainBase(row)) {
+            revision = static_cast<svn_revnum_t>(numberIn(row, ScheduledRevision, SVN_INVALID_REVNUM));
         }
-    }
-    sqlite3_reset(row);
-    return result;
+        return revision && hasNext(row) && isAddedWithoutHistory(row) && isLast(row) ? revision : std::nullopt;
+    });
 }
 
 std::optional<UnchangedNode> WorkingCopyDatabase::copiedNode(std::string_view relativePath)
 {
-    auto* row = hasConflict(relativePath) ? nullptr : scheduledRows(relativePath);
-    if (row == nullptr) {
-        return std::nullopt;
-    }
-    std::optional<UnchangedNode> result;
     std::string_view copy;
     std::string source;
-    if (sqlite3_step(row) == SQLITE_ROW && isCopied(row)) {
-        copy = upperPath(relativePath, sqlite3_column_int(row, ScheduledOperationDepth));
-        source = textInColumn(row, ScheduledRepositoryPath);
-        result = copiedNodeIn(row);
-    }
-    const bool isAll = result && sqlite3_step(row) == SQLITE_DONE && copy.size() < relativePath.size();
-    sqlite3_reset(row);
+    const auto node = readScheduled(relativePath, [&](sqlite3_stmt* row) {
+        std::optional<UnchangedNode> only;
+        if (hasNext(row) && isCopied(row)) {
+            copy = upperPath(relativePath, sqlite3_column_int(row, ScheduledOperationDepth));
+            source = textInColumn(row, ScheduledRepositoryPath);
+            only = nodeIn(row, scheduledColumns);
+        }
+        return only && isLast(row) ? only : std::nullopt;
+    });
     // What was copied from elsewhere or another revision than the copy's root tells of itself.
-    const bool isOfTheCopy = isAll && copiedFrom(copy) && _copy.revision == result->revision &&
+    const bool isOfTheCopy = node && copy.size() < relativePath.size() && copiedFrom(copy) &&
+                             _copy.revision == node->revision &&
                              source == _copy.source + std::string{relativePath.substr(copy.size())};
-    return isOfTheCopy ? result : std::nullopt;
+    return isOfTheCopy ? node : std::nullopt;
 }
 
 bool WorkingCopyDatabase::copiedFrom(std::string_view copy)
@@ -288,19 +295,6 @@ bool WorkingCopyDatabase::copiedFrom(std::string_view copy)
         sqlite3_reset(row);
     }
     return !_copy.source.empty();
-}
-
-UnchangedNode WorkingCopyDatabase::copiedNodeIn(sqlite3_stmt* row)
-{
-    UnchangedNode node;
-    node.revision = static_cast<svn_revnum_t>(numberIn(row, ScheduledRevision, SVN_INVALID_REVNUM));
-    node.changedRevision = static_cast<svn_revnum_t>(numberIn(row, ScheduledChangedRevision, SVN_INVALID_REVNUM));
-    node.textTime = numberIn(row, ScheduledTextTime, 0);
-    node.textSize = numberIn(row, ScheduledTextSize, -1);
-    if (const auto sha1 = sha1DigestFromText(textInColumn(row, ScheduledPristine))) {
-        node.checksum = _checksums.md5(*sha1);
-    }
-    return node;
 }
 
 UnchangedNodes WorkingCopyDatabase::takeNodesInFolder(const std::string& relativePath)
@@ -371,20 +365,20 @@ void WorkingCopyDatabase::addRow(UnchangedNodes& nodes, sqlite3_stmt* row, std::
     }
     const auto name = path.substr(nameBegin);
     if (isUnchanged(row, path)) {
-        nodes.add(name, nodeIn(row));
+        nodes.add(name, nodeIn(row, plainColumns));
     } else {
         nodes.dropLast(name); // something is scheduled for the item
     }
 }
 
-UnchangedNode WorkingCopyDatabase::nodeIn(sqlite3_stmt* row)
+UnchangedNode WorkingCopyDatabase::nodeIn(sqlite3_stmt* row, const NodeColumns& columns)
 {
     UnchangedNode node;
-    node.revision = static_cast<svn_revnum_t>(numberIn(row, ColumnRevision, SVN_INVALID_REVNUM));
-    node.changedRevision = static_cast<svn_revnum_t>(numberIn(row, ColumnChangedRevision, SVN_INVALID_REVNUM));
-    node.textTime = numberIn(row, ColumnTextTime, 0);
-    node.textSize = numberIn(row, ColumnTextSize, -1);
-    if (const auto sha1 = sha1DigestFromText(textInColumn(row, ColumnPristine))) {
+    node.revision = static_cast<svn_revnum_t>(numberIn(row, columns.revision, SVN_INVALID_REVNUM));
+    node.changedRevision = static_cast<svn_revnum_t>(numberIn(row, columns.changedRevision, SVN_INVALID_REVNUM));
+    node.textTime = numberIn(row, columns.textTime, 0);
+    node.textSize = numberIn(row, columns.textSize, -1);
+    if (const auto sha1 = sha1DigestFromText(textInColumn(row, columns.pristine))) {
         node.checksum = _checksums.md5(*sha1);
     }
     return node;

@@ -31,6 +31,9 @@ struct DeletedNode
     std::optional<MD5Digest> checksum; ///< none for folders
 };
 
+/// Where a row has what is known of an unchanged item.
+struct NodeColumns;
+
 /// Reads a working copy's database, read-only, beside the library that owns it; for one thread.
 ///
 /// Only the format whose tables are known is opened. Items that anything is scheduled for, that are incomplete, absent,
@@ -80,14 +83,16 @@ class WorkingCopyDatabase
     bool readConflicts();
     /// The rows of an item, for `ScheduledColumn`; null when they cannot be read.
     sqlite3_stmt* scheduledRows(std::string_view relativePath);
+    /// What a function finds in the rows of an item, which it steps through; nothing for an item in conflict.
+    template <class Read>
+    auto readScheduled(std::string_view relativePath, Read read);
     bool hasConflict(std::string_view relativePath) const;
     bool isUnchanged(sqlite3_stmt* row, std::string_view relativePath) const;
     /// Whether the item is a copy, which is then in `_copy`.
     bool copiedFrom(std::string_view copy);
-    UnchangedNode copiedNodeIn(sqlite3_stmt* row);
     DeletedNode deletedNodeIn(sqlite3_stmt* row, apr_pool_t* pool);
     void addRow(UnchangedNodes& nodes, sqlite3_stmt* row, std::size_t folderLength);
-    UnchangedNode nodeIn(sqlite3_stmt* row);
+    UnchangedNode nodeIn(sqlite3_stmt* row, const NodeColumns& columns);
     void readBatch(const std::string& first);
 
     std::string _root;
