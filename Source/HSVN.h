@@ -60,6 +60,7 @@
 #include "HSVNLogPathChange.h"
 #include "HSVNMergeOptions.h"
 #include "HSVNMergingSummary.h"
+#include "HSVNMessageNames.h"
 #include "HSVNMoveHandler.h"
 #include "HSVNMoveOptions.h"
 #include "HSVNNode.h"

@@ -22,17 +22,17 @@ namespace HSVNArguments {
 struct List
 {
     /// The targets in the order of the arguments, UTF-8.
-    std::vector<std::string> targets;
+    std::vector<std::string> targets{};
     /// What was left out because it names Subversion's administrative folder; null when nothing was.
-    HSVNExceptionRef skipped;
+    HSVNExceptionRef skipped{};
 };
 
 /// A target with the peg revision that its text ends in.
 struct Pegged
 {
     /// Without the peg revision; still escaped when it is a URL.
-    std::string target;
-    HSVNRevisionRef pegRevision; ///< UNSPECIFIED without one
+    std::string target{};
+    HSVNRevisionRef pegRevision{}; ///< UNSPECIFIED without one
 };
 
 /// Makes arguments canonical: "^/" becomes the repository's root, URLs are escaped, peg revisions stay.

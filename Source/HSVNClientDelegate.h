@@ -4,6 +4,7 @@
 #include "HSVNCredentials.h"
 #include "HSVNExport.h"
 #include "HSVNForward.h"
+#include "HSVNMessageNames.h"
 
 #include <cstdint>
 #include <memory>
@@ -55,12 +56,11 @@ class HSVN_EXPORT HSVNClientDelegate
     ///
     /// @param credentials  to be filled in; the user name is set already when Subversion proposes one
     /// @param realm        the server's name for what it protects; nil when Subversion gives none
-    /// @param mayStore     in: whether the user's settings (`store-auth-creds`) allow Subversion to store the answer;
-    /// out:
-    ///                     whether it shall. The user name is stored then; the password goes into the first of the
-    ///                     user's key rings (`password-stores`) that takes it, and unencrypted into a file only when
-    ///                     none does and `promptForPlaintextStorage`, or the user's `store-plaintext-passwords`, says
-    ///                     so. With `store-passwords = no` no password is stored.
+    /// @param mayStore     in: whether the user's settings (`store-auth-creds`) allow Subversion to store the answer.
+    ///                     Out: whether it shall. The user name is stored then; the password goes into the first of
+    ///                     the user's key rings (`password-stores`) that takes it, and unencrypted into a file only
+    ///                     when none does and `promptForPlaintextStorage`, or the user's `store-plaintext-passwords`,
+    ///                     says so. With `store-passwords = no` no password is stored.
     /// @return false to cancel: the operation fails with `HSVNOperationCancelledException`
     ///
     /// When it throws, the operation fails with "Credentials delegate raised an exception", status 20014.
@@ -154,6 +154,20 @@ class HSVN_EXPORT HSVNClientDelegate
 };
 
 using HSVNClientDelegateRef = std::shared_ptr<HSVNClientDelegate>;
+
+/// The names of the messages; see `HSVNNamesBeside`.
+struct HSVNClientDelegateNames
+{
+    int promptForCredentials;
+    int promptForAuthenticationErrors;
+    int promptForLogMessage;
+    int notify;
+    int queryContinue;
+    int promptForUsername;
+    int promptForCertificateFile;
+    int promptForCertificatePassphrase;
+    int promptForPlaintextStorage;
+};
 
 /// Hands a client's messages on to an object of an application's class, those that the class answers.
 ///
@@ -332,16 +346,62 @@ class HSVNForwardingDelegate : public HSVNClientDelegate
         bool{a.promptForPlaintextStorage(context, HSVNStoredSecret{}, realm)};
     };
 
-    // A function with a message's name and other arguments would silently never be called.
-    static_assert(answersCredentials || !requires { &Application::promptForCredentials; });
-    static_assert(answersCertificates || !requires { &Application::promptForAuthenticationErrors; });
-    static_assert(answersLogMessages || !requires { &Application::promptForLogMessage; });
-    static_assert(answersNotifications || !requires { &Application::notify; });
-    static_assert(answersContinuation || !requires { &Application::queryContinue; });
-    static_assert(answersUsername || !requires { &Application::promptForUsername; });
-    static_assert(answersCertificateFile || !requires { &Application::promptForCertificateFile; });
-    static_assert(answersCertificatePassphrase || !requires { &Application::promptForCertificatePassphrase; });
-    static_assert(answersPlaintextStorage || !requires { &Application::promptForPlaintextStorage; });
+    // What has a message's name, but cannot be sent the message, would silently never be called.
+    using Beside = HSVNNamesBeside<Application, HSVNClientDelegateNames>;
+    static_assert(
+        answersCredentials || requires { &Beside::promptForCredentials; },
+        "promptForCredentials is not public, or not HSVNClientDelegate's");
+    static_assert(
+        answersCertificates || requires { &Beside::promptForAuthenticationErrors; },
+        "promptForAuthenticationErrors is not public, or not HSVNClientDelegate's");
+    static_assert(
+        answersLogMessages || requires { &Beside::promptForLogMessage; },
+        "promptForLogMessage is not public, or not HSVNClientDelegate's");
+    static_assert(
+        answersNotifications || requires { &Beside::notify; }, "notify is not public, or not HSVNClientDelegate's");
+    static_assert(
+        answersContinuation || requires { &Beside::queryContinue; },
+        "queryContinue is not public, or not HSVNClientDelegate's");
+    static_assert(
+        answersUsername || requires { &Beside::promptForUsername; },
+        "promptForUsername is not public, or not HSVNClientDelegate's");
+    static_assert(
+        answersCertificateFile || requires { &Beside::promptForCertificateFile; },
+        "promptForCertificateFile is not public, or not HSVNClientDelegate's");
+    static_assert(
+        answersCertificatePassphrase || requires { &Beside::promptForCertificatePassphrase; },
+        "promptForCertificatePassphrase is not public, or not HSVNClientDelegate's");
+    static_assert(
+        answersPlaintextStorage || requires { &Beside::promptForPlaintextStorage; },
+        "promptForPlaintextStorage is not public, or not HSVNClientDelegate's");
+    // The same of a final class.
+    static_assert(
+        answersCredentials || !requires { &Application::promptForCredentials; },
+        "promptForCredentials is not public, or not HSVNClientDelegate's");
+    static_assert(
+        answersCertificates || !requires { &Application::promptForAuthenticationErrors; },
+        "promptForAuthenticationErrors is not public, or not HSVNClientDelegate's");
+    static_assert(
+        answersLogMessages || !requires { &Application::promptForLogMessage; },
+        "promptForLogMessage is not public, or not HSVNClientDelegate's");
+    static_assert(
+        answersNotifications || !requires { &Application::notify; },
+        "notify is not public, or not HSVNClientDelegate's");
+    static_assert(
+        answersContinuation || !requires { &Application::queryContinue; },
+        "queryContinue is not public, or not HSVNClientDelegate's");
+    static_assert(
+        answersUsername || !requires { &Application::promptForUsername; },
+        "promptForUsername is not public, or not HSVNClientDelegate's");
+    static_assert(
+        answersCertificateFile || !requires { &Application::promptForCertificateFile; },
+        "promptForCertificateFile is not public, or not HSVNClientDelegate's");
+    static_assert(
+        answersCertificatePassphrase || !requires { &Application::promptForCertificatePassphrase; },
+        "promptForCertificatePassphrase is not public, or not HSVNClientDelegate's");
+    static_assert(
+        answersPlaintextStorage || !requires { &Application::promptForPlaintextStorage; },
+        "promptForPlaintextStorage is not public, or not HSVNClientDelegate's");
 };
 
 /// Makes a delegate of an application's class, which declares whichever of `HSVNClientDelegate`'s functions it answers:
@@ -353,8 +413,9 @@ class HSVNForwardingDelegate : public HSVNClientDelegate
 ///     auto delegate = std::make_shared<HSVNClientDelegateFor<Listener>>(arguments of Listener's constructor...);
 ///     auto client = HSVNClient::clientWithDelegate(delegate);
 ///
-/// Only public members of the class count and are called. A public function that bears a message's name but cannot be
-/// called with the message's arguments does not compile.
+/// A message is answered by a public function that takes its arguments and answers its result. A class that has a
+/// message's name for anything else alone, such as other arguments, does not compile, and neither does one where the
+/// function is private.
 template <class Application>
 class HSVNClientDelegateFor : public Application,
                               public HSVNForwardingDelegate<Application, HSVNClientDelegateFor<Application>>
@@ -388,7 +449,7 @@ class HSVNClientDelegateFor : public Application,
 ///
 ///     auto delegate = std::make_shared<HSVNClientDelegateOf<Window>>(window);
 ///
-/// Otherwise as `HSVNClientDelegateFor`.
+/// Otherwise as `HSVNClientDelegateFor`, but of a final class only what is public and not overloaded is looked at.
 template <class Application>
 class HSVNClientDelegateOf : public HSVNForwardingDelegate<Application, HSVNClientDelegateOf<Application>>
 {

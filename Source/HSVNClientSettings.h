@@ -8,10 +8,10 @@
 /// One configuration option that holds for a client only.
 struct HSVNConfigurationOption
 {
-    std::string category;             ///< "config" or "servers"
-    std::string section;              ///< such as "global"
-    std::string name;                 ///< the option's name in its section
-    std::optional<std::string> value; ///< what it is to be; nil means as if no file set it
+    std::string category{};             ///< "config" or "servers"
+    std::string section{};              ///< such as "global"
+    std::string name{};                 ///< the option's name in its section
+    std::optional<std::string> value{}; ///< what it is to be; nil means as if no file set it
 };
 
 /// Who is asked for what a server wants to know: credentials, certificates, trust.

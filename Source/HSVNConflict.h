@@ -11,10 +11,10 @@
 /// Where one side of a conflict comes from.
 struct HSVNConflictVersion
 {
-    std::optional<std::string> repositoryURL;             ///< of the repository's root
-    std::optional<std::string> uuid;                      ///< of the repository
+    std::optional<std::string> repositoryURL{};           ///< of the repository's root
+    std::optional<std::string> uuid{};                    ///< of the repository
     HSVNRevisionNumber pegRevision = HSVNInvalidRevision; ///< in which the path is found
-    std::optional<std::string> pathInRepository;          ///< without a leading "/"
+    std::optional<std::string> pathInRepository{};        ///< without a leading "/"
     HSVNNodeKind kind = HSVNNodeKindUnknown;
 };
 
@@ -75,14 +75,14 @@ struct HSVNConflictRecord
     HSVNConflictAction action = HSVNConflictAction::Edit;
     HSVNConflictReason reason = HSVNConflictReason::Edited;
     HSVNConflictOperation operation = HSVNConflictOperation::NoOperation;
-    std::optional<std::string> propertyName; ///< of a property conflict
+    std::optional<std::string> propertyName{}; ///< of a property conflict
     // Files that the conflict left, as absolute paths.
-    std::optional<std::string> basePath;            ///< the common ancestor
-    std::optional<std::string> theirPath;           ///< what came in
-    std::optional<std::string> myPath;              ///< what was there
-    std::optional<std::string> propertyRejectPath;  ///< properties that could not be merged
-    std::optional<HSVNConflictVersion> sourceLeft;  ///< what the change started from
-    std::optional<HSVNConflictVersion> sourceRight; ///< what it led to
+    std::optional<std::string> basePath{};            ///< the common ancestor
+    std::optional<std::string> theirPath{};           ///< what came in
+    std::optional<std::string> myPath{};              ///< what was there
+    std::optional<std::string> propertyRejectPath{};  ///< properties that could not be merged
+    std::optional<HSVNConflictVersion> sourceLeft{};  ///< what the change started from
+    std::optional<HSVNConflictVersion> sourceRight{}; ///< what it led to
 };
 
 /// A way to settle a conflict; the values equal those of `svn_client_conflict_option_id_t`, and newer ones pass through

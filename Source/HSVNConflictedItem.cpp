@@ -71,8 +71,8 @@ struct HSVNConflictedItem::Conflict
     HSVNConflictOperation metBy = HSVNConflictOperation::NoOperation;
 };
 
-HSVNConflictedItem::HSVNConflictedItem(const std::string& path, HSVNContextRef context)
-    : _conflict{std::make_unique<Conflict>(path, checked(std::move(context)))}
+HSVNConflictedItem::HSVNConflictedItem(const HSVNTarget& target, HSVNContextRef context)
+    : _conflict{std::make_unique<Conflict>(target.text(), checked(std::move(context)))}
 {
 }
 

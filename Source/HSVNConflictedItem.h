@@ -16,17 +16,17 @@
 struct HSVNConflictOption
 {
     HSVNResolutionChoice choice = HSVNResolutionChoice::Unspecified;
-    std::string label;       ///< up to three words
-    std::string description; ///< one or several lines
+    std::string label{};       ///< up to three words
+    std::string description{}; ///< one or several lines
 };
 
 /// The files, as absolute paths, or the values of a conflict; nil for one that there is not.
 struct HSVNConflictSides
 {
-    std::optional<std::string> base;
-    std::optional<std::string> mine;
-    std::optional<std::string> theirOld;
-    std::optional<std::string> theirNew;
+    std::optional<std::string> base{};
+    std::optional<std::string> mine{};
+    std::optional<std::string> theirOld{};
+    std::optional<std::string> theirNew{};
 };
 
 /// Where to look for what an item may have been moved to.
@@ -42,11 +42,11 @@ enum class HSVNMovePlace : std::uint8_t
 class HSVN_EXPORT HSVNConflictedItem
 {
   public:
-    /// @param path     a local path
+    /// @param target   a local path
     /// @param context  not nil ("context != nil")
     /// @throws HSVNException for an item that cannot be read; one that is not in conflict has no kind of it
     /// Stands for svn_client_conflict_get.
-    HSVNConflictedItem(const std::string& path, HSVNContextRef context);
+    HSVNConflictedItem(const HSVNTarget& target, HSVNContextRef context);
     ~HSVNConflictedItem();
     HSVNConflictedItem(const HSVNConflictedItem&) = delete;
     HSVNConflictedItem& operator=(const HSVNConflictedItem&) = delete;

@@ -125,6 +125,27 @@ HSVNPatchSourceRef spooledDiff(HSVNOperation& operation, const HSVNTargetInRevis
     return spool.source();
 }
 
+/// What a diff writes.
+template <class Sides>
+std::string textOfDiff(HSVNContext& context, const HSVNTargetInRevision& item, const Sides& other,
+                       const HSVNDiffChoices& choices)
+{
+    std::string text;
+    context.diff(item, other, choices, [&](std::string_view piece) { text += piece; });
+    return text;
+}
+
+/// What a summary tells.
+template <class Sides>
+std::vector<HSVNDifference> listOfDifferences(HSVNContext& context, const HSVNTargetInRevision& item,
+                                              const Sides& other, const HSVNDiffChoices& choices)
+{
+    std::vector<HSVNDifference> differences;
+    context.diffSummary(item, other, choices,
+                        [&](const HSVNDifference& difference) { differences.push_back(difference); });
+    return differences;
+}
+
 } // namespace
 
 void HSVNContext::diff(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
@@ -147,6 +168,18 @@ void HSVNContext::diff(const HSVNTargetInRevision& target, const HSVNDiffRevisio
     HSVNOperation operation{*this, "diff", {{"target", target.target.text()}, {"revisions", revisions}}};
     const ComparisonProgram program{operation, choices};
     HSVNWriteDiff(operation, target, revisions, choices, {output, errors});
+}
+
+std::string HSVNContext::diff(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
+                              const HSVNDiffChoices& choices)
+{
+    return textOfDiff(*this, first, second, choices);
+}
+
+std::string HSVNContext::diff(const HSVNTargetInRevision& target, const HSVNDiffRevisions& revisions,
+                              const HSVNDiffChoices& choices)
+{
+    return textOfDiff(*this, target, revisions, choices);
 }
 
 HSVNTreeDiffRef HSVNContext::treeDiff(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
@@ -217,4 +250,16 @@ void HSVNContext::diffSummary(const HSVNTargetInRevision& target, const HSVNDiff
     Summary summary{operation, receiver};
     operation.check(function(operation.cString(target.target.text()), &peg, &ends.first, &ends.second, &record,
                              receiveDifference, &summary, operation.ctx(), operation.pool()));
+}
+
+std::vector<HSVNDifference> HSVNContext::diffSummary(const HSVNTargetInRevision& first,
+                                                     const HSVNTargetInRevision& second, const HSVNDiffChoices& choices)
+{
+    return listOfDifferences(*this, first, second, choices);
+}
+
+std::vector<HSVNDifference> HSVNContext::diffSummary(const HSVNTargetInRevision& target,
+                                                     const HSVNDiffRevisions& revisions, const HSVNDiffChoices& choices)
+{
+    return listOfDifferences(*this, target, revisions, choices);
 }

@@ -63,3 +63,10 @@ void HSVNContext::layout(const HSVNTarget& directory, const HSVNReceiver<const H
     operation.check(
         function(operation.cString(directory.text()), receiveItem, &call, operation.ctx(), operation.pool()));
 }
+
+std::vector<HSVNLayoutItem> HSVNContext::layout(const HSVNTarget& directory)
+{
+    std::vector<HSVNLayoutItem> items;
+    layout(directory, [&](const HSVNLayoutItem& item) { items.push_back(item); });
+    return items;
+}

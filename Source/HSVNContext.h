@@ -31,6 +31,7 @@
 #include "HSVNWorkingCopyChoices.h"
 
 #include <atomic>
+#include <concepts>
 #include <cstdint>
 #include <exception>
 #include <map>
@@ -262,6 +263,8 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// @param receiver   not nil ("receiver != nil")
     /// Stands for svn_wc_crawl_revisions5; not offered by lines before 1.7.
     void layout(const HSVNTarget& directory, const HSVNReceiver<const HSVNLayoutItem&>& receiver);
+    /// The same, all items at once.
+    std::vector<HSVNLayoutItem> layout(const HSVNTarget& directory);
 
     // MARK: Conflicts
 
@@ -416,6 +419,13 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     HSVNCommitResult copy(const std::vector<HSVNTargetInRevision>& sources, const HSVNTarget& destination,
                           const HSVNCopyChoices& choices = {},
                           const HSVNReceiver<const HSVNCommitResult&>& receiver = {});
+    /// The same of one item.
+    template <std::convertible_to<HSVNTargetInRevision> Source>
+    HSVNCommitResult copy(const Source& source, const HSVNTarget& destination, const HSVNCopyChoices& choices = {},
+                          const HSVNReceiver<const HSVNCommitResult&>& receiver = {})
+    {
+        return copy(std::vector<HSVNTargetInRevision>{source}, destination, choices, receiver);
+    }
     /// Moves items within a working copy or within a repository.
     ///
     /// @param sources  not empty ("[sources count] > 0")
@@ -565,6 +575,11 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     void diff(const HSVNTargetInRevision& target, const std::pair<HSVNRevisionRef, HSVNRevisionRef>& revisions,
               const HSVNDiffChoices& choices, const HSVNContentsReceiver& output,
               const HSVNContentsReceiver& errors = {});
+    /// The same two as one text; what an external program writes to its standard error goes to the process's.
+    std::string diff(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
+                     const HSVNDiffChoices& choices = {});
+    std::string diff(const HSVNTargetInRevision& target, const std::pair<HSVNRevisionRef, HSVNRevisionRef>& revisions,
+                     const HSVNDiffChoices& choices = {});
     /// The same differences as `diff` writes, as objects: each item with what was done to it, its properties and its
     /// sections. Subversion itself compares, and names are those of Git's headers: `choices.program` and
     /// `choices.gitFormat` make no difference.
@@ -588,6 +603,12 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// The same of one item in two revisions. Stands for svn_client_diff_summarize_peg2; not offered before 1.5.
     void diffSummary(const HSVNTargetInRevision& target, const std::pair<HSVNRevisionRef, HSVNRevisionRef>& revisions,
                      const HSVNDiffChoices& choices, const HSVNReceiver<const HSVNDifference&>& receiver);
+    /// The same two, all items at once.
+    std::vector<HSVNDifference> diffSummary(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
+                                            const HSVNDiffChoices& choices = {});
+    std::vector<HSVNDifference> diffSummary(const HSVNTargetInRevision& target,
+                                            const std::pair<HSVNRevisionRef, HSVNRevisionRef>& revisions,
+                                            const HSVNDiffChoices& choices = {});
 
     /// The youngest revision of a repository.
     ///

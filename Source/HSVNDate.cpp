@@ -4,6 +4,7 @@
 
 #include <chrono>
 #include <ctime>
+#include <ostream>
 
 namespace {
 
@@ -41,3 +42,5 @@ std::int32_t HSVNDate::compare(const HSVNDate& other) const
 {
     return (_microseconds > other._microseconds) - (_microseconds < other._microseconds);
 }
+
+std::ostream& operator<<(std::ostream& stream, const HSVNDate& date) { return stream << date.description(); }

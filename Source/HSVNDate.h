@@ -5,6 +5,7 @@
 #include <compare>
 #include <cstdint>
 #include <functional>
+#include <iosfwd>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -60,6 +61,9 @@ class HSVN_EXPORT HSVNDate
   private:
     std::int64_t _microseconds = 0;
 };
+
+/// Writes the `description`.
+HSVN_EXPORT std::ostream& operator<<(std::ostream& stream, const HSVNDate& date);
 
 template <>
 struct std::hash<HSVNDate>

@@ -62,8 +62,7 @@ class HSVN_EXPORT HSVNDiff : public HSVNComparison
     /// @param encoding       of header and signs in front of the lines, as iconv names it; ASCII must be the same in it
     /// @throws HSVNInvalidArgumentException for a label or an encoding that is none
     /// @throws HSVNUnsupportedFeatureException for functions or another number of context lines, `HSVNDiffOptions`, on
-    /// a
-    ///                                         line before 1.9
+    ///         a line before 1.9
     /// Stands for svn_diff_file_output_unified4 (svn_diff_file_output_unified2).
     void writeUnified(const std::string& originalLabel, const std::string& modifiedLabel,
                       const HSVNContentsReceiver& receiver, const std::string& encoding = "UTF-8") const;

@@ -41,9 +41,9 @@ struct HSVNDiffLines
 struct HSVNDiffSection
 {
     HSVNDiffSectionKind kind = HSVNDiffSectionKind::Common;
-    HSVNDiffLines original; ///< of the original text, or the base
-    HSVNDiffLines modified; ///< of the modified text, or mine
-    HSVNDiffLines theirs;   ///< none of two texts
+    HSVNDiffLines original{}; ///< of the original text, or the base
+    HSVNDiffLines modified{}; ///< of the modified text, or mine
+    HSVNDiffLines theirs{};   ///< none of two texts
 
     const HSVNDiffLines& lines(HSVNDiffSide side) const
     {

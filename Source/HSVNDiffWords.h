@@ -18,8 +18,8 @@ struct HSVNWordRange
 /// What one text has and another has not, in order; ranges neither touch nor overlap.
 struct HSVNChangedWords
 {
-    std::vector<HSVNWordRange> original;
-    std::vector<HSVNWordRange> modified;
+    std::vector<HSVNWordRange> original{};
+    std::vector<HSVNWordRange> modified{};
 
     friend bool operator==(const HSVNChangedWords&, const HSVNChangedWords&) = default;
 };

@@ -161,239 +161,97 @@ class HSVN_EXPORT HSVNExceptionOf : public Base
     static HSVNUserInfo generalStatus() { return {{HSVNExceptionStatusKey, std::int64_t{HSVNExceptionGeneralStatus}}}; }
 };
 
+// A subclass of its own name.
+#define HSVN_EXCEPTION(Name, Base)                                                                                     \
+    class HSVN_EXPORT Name : public HSVNExceptionOf<Name, Base>                                                        \
+    {                                                                                                                  \
+      public:                                                                                                          \
+        static constexpr const char* staticClassName = #Name;                                                          \
+        using HSVNExceptionOf<Name, Base>::HSVNExceptionOf;                                                            \
+    }
+
 /// The path is not a working copy.
-class HSVN_EXPORT HSVNNotWorkingCopyException : public HSVNExceptionOf<HSVNNotWorkingCopyException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNNotWorkingCopyException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNNotWorkingCopyException, HSVNException);
 
 /// An item is out of date.
-class HSVN_EXPORT HSVNTransactionOutOfDateException
-    : public HSVNExceptionOf<HSVNTransactionOutOfDateException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNTransactionOutOfDateException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNTransactionOutOfDateException, HSVNException);
 
 /// The operation was cancelled.
-class HSVN_EXPORT HSVNOperationCancelledException
-    : public HSVNExceptionOf<HSVNOperationCancelledException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNOperationCancelledException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNOperationCancelledException, HSVNException);
 
 /// The item exists already.
-class HSVN_EXPORT HSVNEntryExistsException : public HSVNExceptionOf<HSVNEntryExistsException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNEntryExistsException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNEntryExistsException, HSVNException);
 
 /// Access was refused.
-class HSVN_EXPORT HSVNAuthorizationException : public HSVNExceptionOf<HSVNAuthorizationException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNAuthorizationException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNAuthorizationException, HSVNException);
 
 /// There is no such item.
-class HSVN_EXPORT HSVNNoSuchEntryException : public HSVNExceptionOf<HSVNNoSuchEntryException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNNoSuchEntryException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNNoSuchEntryException, HSVNException);
 
 /// The item has local changes or is unversioned.
-class HSVN_EXPORT HSVNItemModifiedException : public HSVNExceptionOf<HSVNItemModifiedException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNItemModifiedException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNItemModifiedException, HSVNException);
 
 /// The item is not under version control.
-class HSVN_EXPORT HSVNUnversionedResourceException
-    : public HSVNExceptionOf<HSVNUnversionedResourceException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNUnversionedResourceException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNUnversionedResourceException, HSVNException);
 
 /// The server has no such repository.
-class HSVN_EXPORT HSVNRepositoryNotFoundException
-    : public HSVNExceptionOf<HSVNRepositoryNotFoundException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNRepositoryNotFoundException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNRepositoryNotFoundException, HSVNException);
 
 /// No repository at that place.
-class HSVN_EXPORT HSVNNotRepositoryException : public HSVNExceptionOf<HSVNNotRepositoryException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNNotRepositoryException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNNotRepositoryException, HSVNException);
 
 /// The Subversion line in use lacks the feature.
-class HSVN_EXPORT HSVNUnsupportedFeatureException
-    : public HSVNExceptionOf<HSVNUnsupportedFeatureException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNUnsupportedFeatureException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNUnsupportedFeatureException, HSVNException);
 
 /// The working copy's format is not of the line in use.
-class HSVN_EXPORT HSVNUnsupportedWorkingCopyFormatException
-    : public HSVNExceptionOf<HSVNUnsupportedWorkingCopyFormatException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNUnsupportedWorkingCopyFormatException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNUnsupportedWorkingCopyFormatException, HSVNException);
 
 /// The repository's format is not of the line in use.
-class HSVN_EXPORT HSVNUnsupportedRepositoryFormatException
-    : public HSVNExceptionOf<HSVNUnsupportedRepositoryFormatException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNUnsupportedRepositoryFormatException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNUnsupportedRepositoryFormatException, HSVNException);
 
 /// The working copy is locked; a clean-up releases it.
-class HSVN_EXPORT HSVNWorkingCopyLockedException : public HSVNExceptionOf<HSVNWorkingCopyLockedException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNWorkingCopyLockedException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNWorkingCopyLockedException, HSVNException);
 
 /// A conflict in the repository.
-class HSVN_EXPORT HSVNVersionConflictException : public HSVNExceptionOf<HSVNVersionConflictException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNVersionConflictException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNVersionConflictException, HSVNException);
 
 /// An item remains in conflict.
-class HSVN_EXPORT HSVNMergeConflictException : public HSVNExceptionOf<HSVNMergeConflictException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNMergeConflictException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNMergeConflictException, HSVNException);
 
 /// The working copy is not locked.
-class HSVN_EXPORT HSVNWorkingCopyNotLockedException
-    : public HSVNExceptionOf<HSVNWorkingCopyNotLockedException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNWorkingCopyNotLockedException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNWorkingCopyNotLockedException, HSVNException);
 
 /// The item's schedule forbids the operation.
-class HSVN_EXPORT HSVNInvalidScheduleException : public HSVNExceptionOf<HSVNInvalidScheduleException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNInvalidScheduleException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNInvalidScheduleException, HSVNException);
 
 /// Berkeley DB failed.
-class HSVN_EXPORT HSVNBerkeleyDBException : public HSVNExceptionOf<HSVNBerkeleyDBException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNBerkeleyDBException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNBerkeleyDBException, HSVNException);
 
 /// An externals definition cannot be parsed.
-class HSVN_EXPORT HSVNInvalidExternalsDescriptionException
-    : public HSVNExceptionOf<HSVNInvalidExternalsDescriptionException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNInvalidExternalsDescriptionException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNInvalidExternalsDescriptionException, HSVNException);
 
 /// The server could not be talked to.
-class HSVN_EXPORT HSVNCommunicationException : public HSVNExceptionOf<HSVNCommunicationException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNCommunicationException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNCommunicationException, HSVNException);
 
 /// The server closed the connection.
-class HSVN_EXPORT HSVNConnectionClosedException
-    : public HSVNExceptionOf<HSVNConnectionClosedException, HSVNCommunicationException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNConnectionClosedException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNConnectionClosedException, HSVNCommunicationException);
 
 /// No route to the server.
-class HSVN_EXPORT HSVNHostUnreachableException
-    : public HSVNExceptionOf<HSVNHostUnreachableException, HSVNCommunicationException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNHostUnreachableException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNHostUnreachableException, HSVNCommunicationException);
 
 /// The server did not answer in time.
-class HSVN_EXPORT HSVNCommunicationTimeOutException
-    : public HSVNExceptionOf<HSVNCommunicationTimeOutException, HSVNCommunicationException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNCommunicationTimeOutException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNCommunicationTimeOutException, HSVNCommunicationException);
 
 /// The server refused the connection.
-class HSVN_EXPORT HSVNConnectionRefusedException
-    : public HSVNExceptionOf<HSVNConnectionRefusedException, HSVNCommunicationException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNConnectionRefusedException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNConnectionRefusedException, HSVNCommunicationException);
 
 /// A lock is in the way.
-class HSVN_EXPORT HSVNLockException : public HSVNExceptionOf<HSVNLockException, HSVNException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNLockException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNLockException, HSVNException);
 
 /// The item is locked by another.
-class HSVN_EXPORT HSVNEntryLockedException : public HSVNExceptionOf<HSVNEntryLockedException, HSVNLockException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNEntryLockedException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNEntryLockedException, HSVNLockException);
 
 /// The lock has expired.
-class HSVN_EXPORT HSVNLockExpiredException : public HSVNExceptionOf<HSVNLockExpiredException, HSVNLockException>
-{
-  public:
-    static constexpr const char* staticClassName = "HSVNLockExpiredException";
-    using HSVNExceptionOf::HSVNExceptionOf;
-};
+HSVN_EXCEPTION(HSVNLockExpiredException, HSVNLockException);
+
+#undef HSVN_EXCEPTION

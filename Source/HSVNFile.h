@@ -34,7 +34,8 @@ class HSVN_EXPORT HSVNFile : public HSVNNode
     ///
     /// @param revision  not nil ("revision != nil")
     /// @param path      a local path or a URL; not nil ("path != nil")
-    /// @param stream    an open stream, which stays open; not nil ("stream != nil")
+    /// @param stream    an open stream, such as HSVNStandardOutputStream of a C++ stream, which stays open; not nil
+    /// ("stream != nil")
     /// @param context   not nil ("context != nil")
     /// @throws HSVNException for every Subversion error, "Unable to write data to output stream" when the stream fails
     /// Stands for svn_client_cat2.

@@ -12,15 +12,15 @@ using HSVNPropertyMap = std::map<std::string, std::string>;
 struct HSVNItemProperties
 {
     /// As the target was given, relative targets relative where the line can; a URL's item as a URL.
-    std::string path;
-    HSVNPropertyMap properties; ///< of the item itself
+    std::string path{};
+    HSVNPropertyMap properties{}; ///< of the item itself
     /// What directories above the item set, the topmost first: each one's path or URL, and its properties.
-    std::vector<std::pair<std::string, HSVNPropertyMap>> inherited;
+    std::vector<std::pair<std::string, HSVNPropertyMap>> inherited{};
 };
 
 /// One property of several items.
 struct HSVNPropertyValues
 {
-    std::vector<std::pair<std::string, std::string>> values;        ///< absolute path or URL and value, by path
-    std::vector<std::pair<std::string, HSVNPropertyMap>> inherited; ///< as in `HSVNItemProperties`
+    std::vector<std::pair<std::string, std::string>> values{};        ///< absolute path or URL and value, by path
+    std::vector<std::pair<std::string, HSVNPropertyMap>> inherited{}; ///< as in `HSVNItemProperties`
 };

@@ -2,6 +2,7 @@
 
 #include "HSVNExport.h"
 #include "HSVNForward.h"
+#include "HSVNMessageNames.h"
 
 #include <cstdint>
 #include <memory>
@@ -55,9 +56,16 @@ class HSVN_EXPORT HSVNMoveHandler
 
 using HSVNMoveHandlerRef = std::shared_ptr<HSVNMoveHandler>;
 
+/// The names of the messages; see `HSVNNamesBeside`.
+struct HSVNMoveHandlerNames
+{
+    int willMoveNodeAtPath;
+    int promptToOverwriteNodeAtPath;
+};
+
 /// Makes a handler of an application's class, which declares whichever of `HSVNMoveHandler`'s functions it answers.
-/// Only public members of the class count and are called. A public function that bears a message's name but cannot be
-/// called with the message's arguments does not compile.
+/// A message is answered by a public function that takes its arguments and answers its result. A class that has a
+/// message's name for anything else alone does not compile, and neither does one where the function is private.
 template <class Application>
 class HSVNMoveHandlerFor : public Application, public HSVNMoveHandler
 {
@@ -107,7 +115,12 @@ class HSVNMoveHandlerFor : public Application, public HSVNMoveHandler
         std::int32_t{a.promptToOverwriteNodeAtPath(path, bool{}, context, contextInfo)};
     };
 
-    // A function with a message's name and other arguments would silently never be called.
-    static_assert(answersMoves || !requires { &Application::willMoveNodeAtPath; });
-    static_assert(answersOverwrites || !requires { &Application::promptToOverwriteNodeAtPath; });
+    // What has a message's name, but cannot be sent the message, would silently never be called.
+    using Beside = HSVNNamesBeside<Application, HSVNMoveHandlerNames>;
+    static_assert(
+        answersMoves || requires { &Beside::willMoveNodeAtPath; },
+        "willMoveNodeAtPath is not public, or not HSVNMoveHandler's");
+    static_assert(
+        answersOverwrites || requires { &Beside::promptToOverwriteNodeAtPath; },
+        "promptToOverwriteNodeAtPath is not public, or not HSVNMoveHandler's");
 };

@@ -99,9 +99,9 @@ class UnifiedItem
 
 } // namespace
 
-HSVNPatchRef HSVNPatch::patchAtPath(const std::string& path)
+HSVNPatchRef HSVNPatch::patchAtPath(const HSVNTarget& path)
 {
-    return std::make_shared<const ReadPatch>(HSVNOpenPatch(path).source);
+    return std::make_shared<const ReadPatch>(HSVNOpenPatch(path.text()).source);
 }
 
 HSVNPatchRef HSVNPatch::patchWithText(std::string text)

@@ -5,6 +5,7 @@
 #include "HSVNObject.h"
 #include "HSVNPatchItem.h"
 #include "HSVNReceiver.h"
+#include "HSVNTarget.h"
 
 #include <memory>
 #include <string>
@@ -34,8 +35,9 @@ class HSVN_EXPORT HSVNPatch : public HSVNObject
     /// The patch in a file, which stays open as long as the object or anything read from it is there. What is no
     /// regular file, such as a pipe, is copied to a temporary one.
     ///
+    /// @param path  a local path
     /// @throws HSVNException with the system's code when it cannot be read
-    static HSVNPatchRef patchAtPath(const std::string& path);
+    static HSVNPatchRef patchAtPath(const HSVNTarget& path);
     /// The patch in a text.
     static HSVNPatchRef patchWithText(std::string text);
 

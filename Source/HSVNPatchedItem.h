@@ -32,7 +32,7 @@ struct HSVNPatchedHunk
 /// One item that `HSVNContext::patch` came to. A plain value.
 struct HSVNPatchedItem
 {
-    std::string path;                                    ///< as notifications tell it
+    std::string path{};                                  ///< as notifications tell it
     std::int32_t action = HSVNNotifyActionUnknown;       ///< a `HSVNNotifyAction`: Patch, Add, Delete, Skip, ...
     std::int32_t nodeKind = HSVNNodeKindUnknown;         ///< a `HSVNNodeKind`
     std::int32_t contentState = HSVNNotifyStateUnknown;  ///< a `HSVNNotifyState`

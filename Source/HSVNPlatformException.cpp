@@ -12,14 +12,21 @@ std::vector<std::string> HSVNPlatformException::messages() const
 {
     std::vector<std::string> messages{_reason};
     const HSVNUserInfo* link = &_userInfo;
+    bool isKnown = false;
     while (link) {
         const auto message = link->find(HSVNExceptionMessageKey);
         const std::string* const text = message == link->end() ? nullptr : message->second.text();
-        if (text && !text->empty() && std::find(messages.begin(), messages.end(), *text) == messages.end()) {
-            messages.push_back(*text);
+        if (text && !text->empty()) {
+            isKnown = std::find(messages.begin(), messages.end(), *text) != messages.end();
+            if (!isKnown) {
+                messages.push_back(*text);
+            }
         }
         const auto cause = link->find(HSVNExceptionCauseKey);
         link = cause == link->end() ? nullptr : cause->second.dictionary();
+    }
+    if (isKnown && messages.size() > 1 && messages.back().ends_with(':')) {
+        messages.pop_back(); // such as "Additional errors:" with an error that stands above
     }
     return messages;
 }

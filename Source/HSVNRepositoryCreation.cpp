@@ -8,14 +8,14 @@
 namespace {
 
 /// Names and values in turn.
-std::vector<std::string> configurationOf(const HSVNRepositoryCreationOptions& options)
+std::vector<std::string> configurationOf(const HSVNRepositoryCreationChoices& choices)
 {
-    std::vector<std::string> texts{"bdb-txn-nosync", options.syncAtTransactionCommit ? "0" : "1", "bdb-log-autoremove",
-                                   options.automaticLogFileRemoval ? "1" : "0"};
-    if (options.type) {
-        texts.insert(texts.end(), {"fs-type", *options.type});
+    std::vector<std::string> texts{"bdb-txn-nosync", choices.syncAtTransactionCommit ? "0" : "1", "bdb-log-autoremove",
+                                   choices.automaticLogFileRemoval ? "1" : "0"};
+    if (choices.type) {
+        texts.insert(texts.end(), {"fs-type", *choices.type});
     }
-    if (const auto& version = options.compatibleVersion) {
+    if (const auto& version = choices.compatibleVersion) {
         // Each line knows some of these.
         for (const std::int32_t minor : std::array{4, 5, 6, 8}) {
             if (version->isLessThan({1, minor})) {
@@ -29,15 +29,15 @@ std::vector<std::string> configurationOf(const HSVNRepositoryCreationOptions& op
 
 } // namespace
 
-void HSVNCreateRepository(const std::string& path, const HSVNRepositoryCreationOptions& options,
+void HSVNCreateRepository(const HSVNTarget& path, const HSVNRepositoryCreationChoices& choices,
                           const HSVNContextRef& context)
 {
     HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNRepositoryCreation",
                             "createRepository:withOptions:withContext:",
-                            {{"path", path}, {"context", context}}};
+                            {{"path", path.text()}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::repos_create);
     operation.check(
-        function(operation.cString(path), HSVNTextArray(operation, configurationOf(options)), operation.pool()));
+        function(operation.cString(path.text()), HSVNTextArray(operation, configurationOf(choices)), operation.pool()));
 }

@@ -10,21 +10,21 @@
 /// What a certificate that is stored says.
 struct HSVNStoredCertificate
 {
-    std::string subject;
-    std::string issuer;
-    std::string validFrom; ///< a date as Subversion shows it
-    std::string validTo;   ///< the same
-    std::string fingerprint;
-    std::vector<std::string> hostnames;
+    std::string subject{};
+    std::string issuer{};
+    std::string validFrom{}; ///< a date as Subversion shows it
+    std::string validTo{};   ///< the same
+    std::string fingerprint{};
+    std::vector<std::string> hostnames{};
 };
 
 /// Credentials that Subversion keeps in the configuration area for later.
 struct HSVNStoredCredential
 {
-    std::string kind;  ///< such as "svn.simple"
-    std::string realm; ///< of whom they are for
+    std::string kind{};  ///< such as "svn.simple"
+    std::string realm{}; ///< of whom they are for
     /// Everything that is stored, by its name; a secret's value is empty unless it was asked for.
-    std::map<std::string, std::string> values;
+    std::map<std::string, std::string> values{};
     std::optional<HSVNStoredCertificate> certificate{}; ///< of a server's that is trusted, by lines from 1.9 on
     HSVNExceptionRef certificateError{};                ///< why a certificate that is there cannot be read
 };

@@ -9,26 +9,26 @@
 /// A library that Subversion is linked to.
 struct HSVNLinkedLibrary
 {
-    std::string name;                          ///< such as "APR"
-    std::string compiledVersion;               ///< that it was compiled with
-    std::optional<std::string> runtimeVersion; ///< that is in use; nil for a library linked statically
+    std::string name{};                          ///< such as "APR"
+    std::string compiledVersion{};               ///< that it was compiled with
+    std::optional<std::string> runtimeVersion{}; ///< that is in use; nil for a library linked statically
 };
 
 /// What a loaded Subversion says of itself. All texts are UTF-8.
 struct HSVNSubversionDetails
 {
-    std::string version; ///< such as "1.14.2 (r1899510)"
-    std::string buildDate;
-    std::string buildTime;
-    std::string buildHost;
-    std::string copyright;                          ///< lines, the last one ended
-    std::string accessModules;                      ///< how repositories are reached, lines
-    std::optional<std::string> configurationFolder; ///< where credentials are stored; nil where there is none
-    std::vector<std::string> keyrings;              ///< stores of credentials beside that folder, such as "GPG-Agent"
+    std::string version{}; ///< such as "1.14.2 (r1899510)"
+    std::string buildDate{};
+    std::string buildTime{};
+    std::string buildHost{};
+    std::string copyright{};                          ///< lines, the last one ended
+    std::string accessModules{};                      ///< how repositories are reached, lines
+    std::optional<std::string> configurationFolder{}; ///< where credentials are stored; nil where there is none
+    std::vector<std::string> keyrings{};              ///< stores of credentials beside that folder, such as "GPG-Agent"
     // Filled only when the system is asked for.
-    std::string host;
-    std::optional<std::string> operatingSystem;
-    std::vector<HSVNLinkedLibrary> libraries;
+    std::string host{};
+    std::optional<std::string> operatingSystem{};
+    std::vector<HSVNLinkedLibrary> libraries{};
 };
 
 /// Asks the Subversion of a context about itself.

@@ -20,10 +20,9 @@ struct sockaddr;
 class HSVN_EXPORT HSVNURL : public HSVNPath
 {
   public:
-    /// @param string  not empty ("string != nil && [string length] > 0"). White space around it and one trailing "/"
-    /// are
-    ///                removed; "file:///" and a bare scheme such as "svn://" stay. "?" and "#" are escaped: Subversion
-    ///                takes them for letters of the item's name
+    /// @param string  not empty ("string != nil && [string length] > 0"). White space around it and one "/" at its end
+    ///                are removed; "file:///" and a bare scheme such as "svn://" stay. "?" and "#" are escaped:
+    ///                Subversion takes them for letters of the item's name
     /// @throws HSVNInvalidArgumentException "URL does not contain a scheme"; "Failed to parse "...". URL is probably
     ///         malformed." for blanks, non-ASCII letters, broken escapes, a port above 65535 and whatever else RFC 3986
     ///         does not allow

@@ -55,8 +55,10 @@ def rows():
         places = re.findall(r"HSVNBundleExtensions::(\w+)", reached)
         fills = "|".join(places) or "^$"
         calls = files_with(rf"(?:->|\bclient\.){verb}\(", program)
+        # A file of the verb's name before any other, then the one with the most calls.
         tried = sorted(files_with(rf"(?:->|\.){verb}\(", cases),
-                       key=lambda path: -len(re.findall(rf"(?:->|\.){verb}\(", cases[path])))
+                       key=lambda path: (verb.lower() not in path.stem.lower(),
+                                         -len(re.findall(rf"(?:->|\.){verb}\(", cases[path]))))
         # Each command's lines are compared with Subversion's own program.
         tests = links(tried, 1) if tried or not calls else "[command lines](../Tests/CommandLine)"
         yield verb, (links(bodies or definitions), links(files_with(rf"table\.(?:{fills}) =", adapter)), links(calls, 2),

@@ -96,7 +96,7 @@ struct SlowStream : HSVNOutputStream
 
 } // namespace
 
-TEST_P(BrowsingTest, KindsAndURLs)
+TEST_P(BrowsingTest, AnItemTellsItsKindAndItsURL)
 {
     const auto& client = reading.client;
     EXPECT_EQ(HSVNNode::kindOfNodeAtPath(pathOf(oddName), HEAD, client), HSVNNodeKindFile);

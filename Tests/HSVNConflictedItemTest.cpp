@@ -135,12 +135,14 @@ TEST_P(ConflictedItem, RefusesWhatDoesNotApply)
     }
     EXPECT_FALSE(peaceful.hasTextConflict() || peaceful.hasTreeConflict());
     EXPECT_EQ(peaceful.operation(), HSVNConflictOperation::NoOperation);
-    for (const std::string& path : {item("nowhere"), repository.url(), std::string{"a\xff"}}) {
+    const HSVNTarget unreadable = HSVNTarget::verbatim("a\xff");
+    for (const HSVNTarget& target : {HSVNTarget{item("nowhere")}, HSVNTarget{repository.url()}, unreadable}) {
         EXPECT_THAT(reasonOf<HSVNException>([&] {
-                        HSVNConflictedItem{path, client};
+                        HSVNConflictedItem{target, client};
                     }),
-                    HasSubstr(path == "a\xff" ? "a" : path));
+                    HasSubstr(target == unreadable ? "a" : target.text()));
     }
+    EXPECT_TRUE(HSVNConflictedItem(at("a.txt"), client).hasTextConflict());
     EXPECT_EQ(reasonOf([&] { HSVNConflictedItem(item("a.txt"), nullptr); }),
               "Invalid parameter not satisfying: context != nil");
     const auto old = clientWithoutExtensions("1.6");

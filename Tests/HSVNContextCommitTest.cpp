@@ -222,7 +222,7 @@ TEST_P(CommittingVerbs, DoWithoutWhatTheirLineLacksOrNameIt)
     }
     client = clientWithoutExtensions(std::string{GetParam()});
     client->setDelegate(delegate);
-    client->copy({item("a.txt")}, item("copied"));
+    client->copy(item("a.txt"), item("copied"));
     client->move(item("b.txt"), item("moved"));
     client->remove(item("dir/c.txt"));
     client->makeDirectories(item("made"));

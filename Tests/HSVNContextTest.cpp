@@ -147,7 +147,7 @@ TEST(ContextOfTheLibrarysBundles, TakesTheNewest)
     EXPECT_THAT(HSVNString::splitOnCharactersInString("", ","), ElementsAre());
 }
 
-TEST(PropertyTexts, ListsOfPatternsAndKeywords)
+TEST(PropertyTexts, BecomeListsOfPatternsAndKeywordsAndBack)
 {
     EXPECT_THAT(HSVNString::ignoreListValue("a\n\n  b\t\r\n c d \v"), ElementsAre("a", "b", "c d"));
     EXPECT_EQ(HSVNString::stringFromIgnoreList({{"a", "b", "a", "", "c d"}}), "a\nb\nc d");

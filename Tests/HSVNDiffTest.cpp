@@ -95,6 +95,18 @@ TEST_F(Diff, ASummaryNamesItemsRelativeToTheTarget)
                               EXPECT_EQ(difference.status, HSVNStatusKindModified);
                           });
     EXPECT_EQ(paths, std::vector<std::string>{"file"});
+    const auto all = _context->diffSummary(_repository.url(), bothRevisions);
+    ASSERT_EQ(all.size(), 1U);
+    EXPECT_EQ(all.front().path, "file");
+    EXPECT_EQ(_context->diffSummary({_repository.url(), bothRevisions.first}, _repository.url()).size(), 1U);
+}
+
+TEST_F(Diff, IsOneTextWithoutAReceiver)
+{
+    const auto text = _context->diff(_repository.url(), bothRevisions);
+    EXPECT_EQ(text, textOf(_context, {}));
+    EXPECT_EQ(_context->diff({_repository.url(), bothRevisions.first}, {_repository.url(), bothRevisions.second}),
+              text);
 }
 
 TEST_F(Diff, AReceiverStopsItByAnExceptionOrByFalse)

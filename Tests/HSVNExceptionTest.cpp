@@ -155,6 +155,10 @@ TEST_F(SubversionErrors, MessagesTellTheWholeChainOnce)
     EXPECT_EQ(exception->messages(),
               (std::vector<std::string>{"Commit failed (details follow):", "Item '/a' is out of date"}));
     EXPECT_EQ(exception->fullMessage(), "Commit failed (details follow):\nItem '/a' is out of date");
+    // What Subversion joins while it cleans up.
+    const auto joined = HSVNException::exceptionWithError(
+        error(200015, "Cancelled", error(200015, "Additional errors:", error(200015, "Cancelled"))));
+    EXPECT_EQ(joined->fullMessage(), "Cancelled");
     EXPECT_EQ(HSVNGenericException{"misused"}.messages(), std::vector<std::string>{"misused"});
 }
 

@@ -1,4 +1,4 @@
-// Verbs that lines before 1.7 or 1.8 have no functions for: patches, merge information, properties of URLs.
+// Verbs that lines before 1.7 or 1.8 have no functions for: layouts, merge information, properties of URLs.
 
 #include "AlteredBundle.h"
 #include "HSVN.h"
@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <gmock/gmock.h>
+#include <map>
 #include <utility>
 
 using testing::ElementsAre;
@@ -27,13 +28,6 @@ class NewerVerbs : public WorkingCopyTest
         mustRun({"svn", "update", "--quiet", root});
     }
     HSVNTarget branch() const { return repository.url("branch"); }
-    /// A patch that changes the line "one" of a file.
-    std::string patchOf(const std::string& file) const
-    {
-        const std::string path = repository.beside("changes.patch");
-        writeFile(path, "--- " + file + "\n+++ " + file + "\n@@ -1 +1 @@\n-one\n+two\n");
-        return path;
-    }
     std::vector<HSVNRevisionNumber> revisions(const HSVNMergedRevisionsChoices& choices) const
     {
         std::vector<HSVNRevisionNumber> numbers;
@@ -62,10 +56,10 @@ INSTANTIATE_TEST_SUITE_P(Lines, LackedVerbs, recordedLines(), lineName);
 TEST_P(LackedVerbs, AreRefusedByName)
 {
     const std::pair<const char*, std::function<void()>> calls[] = {
-        {"patch", [this] { client->patch(patchOf("a.txt"), root); }},
+        {"patch", [this] { client->patch(item("changes.patch"), root); }},
         {"mergingSummary", [this] { client->mergingSummary(branch(), HSVNTarget{root}); }},
         {"mergedRevisions", [this] { revisions({}); }},
-        {"layout", [this] { client->layout(root, [](const HSVNLayoutItem&) {}); }},
+        {"layout", [this] { client->layout(root); }},
         {"setProperty", [this] { client->setProperty(branch(), 1, "color", "red"); }},
         {"storedCredentials", [this] { client->storedCredentials(); }},
         {"removeStoredCredentials", [this] { client->removeStoredCredentials([](const auto&) { return false; }); }},
@@ -76,30 +70,25 @@ TEST_P(LackedVerbs, AreRefusedByName)
     }
 }
 
-TEST_P(NewerVerbs, PatchesTellWhereTheirChangesFit)
+TEST_P(NewerVerbs, ALayoutTellsWhatIsNotAsTheDirectoryAbove)
 {
-    writeFile(item("a.txt"), "zero\none\n");
-    client->patch(patchOf("x/a.txt"), root, {.dryRun = true, .strip = 1});
-    EXPECT_EQ(readFile(item("a.txt")), "zero\none\n");
-    client->patch(patchOf("x/a.txt"), root, {.strip = 1});
-    EXPECT_EQ(readFile(item("a.txt")), "zero\ntwo\n");
-    client->patch(patchOf("a.txt"), root, {.reverse = true});
-    EXPECT_EQ(readFile(item("a.txt")), "zero\none\n");
-    const HSVNPatchHunk forward{1, 1, 1, 1, 2, 0};
-    const auto applied = delegate->withAction(HSVNNotifyActionPatchAppliedHunk);
-    ASSERT_EQ(applied.size(), 3U);
-    for (const auto& notification : applied) {
-        EXPECT_EQ(notification->hunk(), forward);
+    mustRun({"svn", "update", "--quiet", "-r1", item("b.txt")});
+    mustRun({"svn", "update", "--quiet", "--set-depth=empty", item("dir")});
+    mustRun({"svn", "switch", "--quiet", repository.url("branch/a.txt"), item("a.txt")});
+    std::map<std::string, HSVNLayoutItem> items; // Subversion tells what is in a directory in any order
+    for (const auto& told : client->layout(root)) {
+        EXPECT_TRUE(told.path.empty() || items.contains("")) << "the directory comes first";
+        items[told.path] = told;
     }
-    EXPECT_FALSE(delegate->withAction(HSVNNotifyActionPatch).front()->hunk());
-}
-
-TEST_P(NewerVerbs, PatchesAreRefusedOutsideOfWorkingCopies)
-{
-    EXPECT_THROW(client->patch(patchOf("a.txt"), repository.beside("")), HSVNException);
-    EXPECT_THROW(client->patch(patchOf("a.txt"), root + "/.svn"), HSVNException);
-    EXPECT_THROW(client->patch(repository.url("trunk/a.txt"), root), HSVNException);
-    EXPECT_THROW(client->patch(patchOf("a.txt"), root, {.strip = -1}), HSVNException);
+    ASSERT_EQ(items.size(), 4U);
+    EXPECT_EQ(items.at("").revision, 3);
+    EXPECT_EQ(items.at("").depth, HSVNDepthInfinity);
+    EXPECT_EQ(items.at("a.txt").url, repository.url("branch/a.txt"));
+    EXPECT_EQ(items.at("b.txt").revision, 1);
+    EXPECT_TRUE(items.at("b.txt").hasOwnRevision);
+    EXPECT_EQ(items.at("dir").depth, HSVNDepthEmpty);
+    EXPECT_TRUE(items.at("dir").hasOwnDepth);
+    EXPECT_FALSE(items.at("dir").hasOwnRevision);
 }
 
 TEST_P(NewerVerbs, MergeInformationFollowsAMerge)

@@ -51,7 +51,7 @@ class OperationConditions : public testing::Test
 
 } // namespace
 
-TEST_F(OperationConditions, OfDeleteMoveAndCopy)
+TEST_F(OperationConditions, AreTestedInOrderByDeleteMoveAndCopy)
 {
     const auto copying = HSVNCopyOptions::defaults();
     const auto deletion = HSVNDeleteOptions::defaults();
@@ -92,7 +92,7 @@ TEST_F(OperationConditions, OfDeleteMoveAndCopy)
     });
 }
 
-TEST_F(OperationConditions, OfVerbsThatRead)
+TEST_F(OperationConditions, AreTestedInOrderByVerbsThatRead)
 {
     expect({
         {"revision != nil", [&] { context->list("/none", nullptr, {}, {}); }},
@@ -113,7 +113,7 @@ TEST_F(OperationConditions, OfVerbsThatRead)
     });
 }
 
-TEST_F(OperationConditions, OfImportExportAndMerge)
+TEST_F(OperationConditions, AreTestedInOrderByImportExportAndMerge)
 {
     const auto exporting = HSVNExportOptions::defaults();
     const auto importing = HSVNImportOptions::defaults();
@@ -138,7 +138,7 @@ TEST_F(OperationConditions, OfImportExportAndMerge)
     });
 }
 
-TEST_F(OperationConditions, OfChangesOfAWorkingCopy)
+TEST_F(OperationConditions, AreTestedInOrderByChangesOfAWorkingCopy)
 {
     const auto adding = HSVNAddOptions::defaults();
     const auto checkingOut = HSVNCheckOutOptions::defaults();
@@ -177,7 +177,7 @@ TEST_F(OperationConditions, OfChangesOfAWorkingCopy)
                  HSVNInvalidArgumentException);
 }
 
-TEST_F(OperationConditions, OfLocks)
+TEST_F(OperationConditions, AreTestedInOrderByLockAndUnlock)
 {
     const auto locking = HSVNLockOptions::defaults();
     const auto unlocking = HSVNUnlockOptions::defaults();

@@ -101,6 +101,7 @@ std::string change(const std::string& name, const std::string& hunk)
 {
     return "--- " + name + "\n+++ " + name + '\n' + hunk;
 }
+constexpr const char* oneToTwo = "@@ -1 +1 @@\n-one\n+two\n";
 std::string addition(const std::string& name) { return change(name, "@@ -0,0 +1 @@\n+evil\n"); }
 std::string move(const std::string& from, const std::string& to)
 {
@@ -224,6 +225,32 @@ TEST_P(PatchVerb, HarmlessPatchesWithOddNamesAreNotRefused)
                 ElementsAre("a.txt, applied"));
     EXPECT_THAT(patched(addition("x.svn/..svn/svn")), ElementsAre("x.svn", "..svn", "svn"));
     EXPECT_THAT(patched(move("b.txt", "dir/b.txt") + addition("dir/new")), ElementsAre("b.txt", "b.txt", "new"));
+}
+
+TEST_P(PatchVerb, TellsWhereItsChangesFit)
+{
+    writeFile(item("a.txt"), "zero\none\n");
+    client->patch(patchFile(change("x/a.txt", oneToTwo)), root, {.dryRun = true, .strip = 1});
+    EXPECT_EQ(readFile(item("a.txt")), "zero\none\n");
+    client->patch(patchFile(change("x/a.txt", oneToTwo)), root, {.strip = 1});
+    EXPECT_EQ(readFile(item("a.txt")), "zero\ntwo\n");
+    client->patch(patchFile(change("a.txt", oneToTwo)), root, {.reverse = true});
+    EXPECT_EQ(readFile(item("a.txt")), "zero\none\n");
+    const HSVNPatchHunk forward{1, 1, 1, 1, 2, 0};
+    const auto applied = delegate->withAction(HSVNNotifyActionPatchAppliedHunk);
+    ASSERT_EQ(applied.size(), 3U);
+    for (const auto& notification : applied) {
+        EXPECT_EQ(notification->hunk(), forward);
+    }
+    EXPECT_FALSE(delegate->withAction(HSVNNotifyActionPatch).front()->hunk());
+}
+
+TEST_P(PatchVerb, IsRefusedOutsideOfWorkingCopies)
+{
+    EXPECT_THROW(client->patch(patchFile(change("a.txt", oneToTwo)), repository.beside("")), HSVNException);
+    EXPECT_THROW(client->patch(patchFile(change("a.txt", oneToTwo)), root + "/.svn"), HSVNException);
+    EXPECT_THROW(client->patch(repository.url("trunk/a.txt"), root), HSVNException);
+    EXPECT_THROW(client->patch(patchFile(change("a.txt", oneToTwo)), root, {.strip = -1}), HSVNException);
 }
 
 TEST_P(PatchVerb, TellsWhatBecameOfEachHunk)

@@ -228,7 +228,7 @@ TEST(Path, TheCommonAncestorOfManyIsFoundInOrder)
               "Invalid parameter not satisfying: path != nil");
 }
 
-TEST(Path, NamesToShow)
+TEST(Path, ANameToShowTellsATrunkFromOtherTrunks)
 {
     for (const auto& [text, name] :
          std::initializer_list<std::pair<const char*, const char*>>{{"/x/proj/trunk", "proj/trunk"},
@@ -275,7 +275,7 @@ TEST(Path, WhatNoClassSuppliesIsAnUnrecognisedOperation)
     EXPECT_THROW(bare.parent(), HSVNInvalidArgumentException);
 }
 
-TEST(Path, TheTextInOtherEncodings)
+TEST(Path, AnotherEncodingAnswersNilForWhatItLacks)
 {
     EXPECT_EQ(path("/\xC3\xA9")->cStringUsingEncoding("ISO-8859-1"), "/\xE9");
     EXPECT_EQ(path("/\xE2\x82\xAC")->cStringUsingEncoding("ISO-8859-1"), std::nullopt);

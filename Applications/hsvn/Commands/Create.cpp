@@ -52,12 +52,12 @@ void runCreate(Session& session)
     const Options& options = session.options;
     const std::string path = pathOfRepository(session);
     checkType(options.fileSystemType.value_or("fsfs"), options.compatibleVersion);
-    HSVNRepositoryCreationOptions choices;
-    choices.type = options.fileSystemType;
-    choices.compatibleVersion = options.compatibleVersion;
-    choices.syncAtTransactionCommit = !options.bdbTransactionNoSync;
-    choices.automaticLogFileRemoval = !options.bdbLogKeep;
-    HSVNCreateRepository(path, choices, session.context());
+    HSVNCreateRepository(HSVNTarget::verbatim(path),
+                         {.type = options.fileSystemType,
+                          .compatibleVersion = options.compatibleVersion,
+                          .syncAtTransactionCommit = !options.bdbTransactionNoSync,
+                          .automaticLogFileRemoval = !options.bdbLogKeep},
+                         session.context());
 }
 
 } // namespace

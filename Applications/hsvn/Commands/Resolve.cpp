@@ -38,7 +38,7 @@ class ResolveRun
     {
         if (depth == HSVNDepthEmpty) {
             // Fails for an item that is not there, which a walk only passes over.
-            const HSVNConflictedItem item{target, _session.client()};
+            const HSVNConflictedItem item{HSVNTarget::verbatim(target), _session.client()};
             settle(absolutePath(target));
             return;
         }

@@ -172,7 +172,7 @@ std::vector<std::string> ConflictResolution::untriedPaths()
 
 void ConflictResolution::resolve(const std::string& path)
 {
-    HSVNConflictedItem item{path, _session.client()};
+    HSVNConflictedItem item{HSVNTarget::verbatim(path), _session.client()};
     switch (next(item, path)) {
     case Next::Leave:
         break;

@@ -1,4 +1,4 @@
-// The first road through the library: a repository, two working copies, a commit, an update, a conflict and its
+// The library from end to end: a repository, two working copies, a commit, an update, a conflict and its
 // resolution. With a URL as argument, checks that URL out instead.
 
 #include <HSVN/HSVN.h>
@@ -73,7 +73,7 @@ void list(const HSVNPathRef& url, const HSVNClientRef& client, const std::string
     }
 }
 
-void runFirstRoad(const HSVNLocalPathRef& folder, Narrator& narrator, const HSVNClientRef& client)
+void run(const HSVNLocalPathRef& folder, Narrator& narrator, const HSVNClientRef& client)
 {
     chapter("A repository, and a working copy of it");
     const auto repositoryPath = folder->pathByAddingComponent("repository");
@@ -144,7 +144,7 @@ try {
         std::cout << "The working copy is at " << target->string() << '\n';
         return 0;
     }
-    runFirstRoad(folder, *narrator, client);
+    run(folder, *narrator, client);
     std::filesystem::remove_all(pattern);
     return 0;
 } catch (const HSVNPlatformException& exception) {

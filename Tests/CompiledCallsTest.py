@@ -1,0 +1,108 @@
+#!/usr/bin/env python3
+"""Compiles calls as applications write them: those that must compile without a warning, and those that must not compile.
+
+usage: CompiledCallsTest.py BUILD_FOLDER CXX_COMPILER
+"""
+
+import subprocess
+import sys
+import unittest
+
+BUILD, COMPILER = sys.argv[1:3]
+WARNINGS = ["-Wall", "-Wextra", "-Wconversion", "-Wshadow", "-Wpedantic", "-Werror"]
+
+# What an application's delegate declares, and the message whose function is then refused; none for one that is accepted.
+DELEGATES = {
+    "an overload has the message's arguments": (
+        "struct A { void notify(int); void notify(HSVNContext&, const HSVNNotificationRef&); };", None),
+    "an object that can be called answers": (
+        "struct A { std::function<bool(HSVNContext&)> queryContinue; };", None),
+    "a final class answers": (
+        "struct A final { void notify(HSVNContext&, const HSVNNotificationRef&); };", None),
+    "an abstract class answers": (
+        "struct A { virtual ~A() = default; virtual bool queryContinue(HSVNContext&) = 0; };", None),
+    "other arguments": ("struct A { bool queryContinue(); };", "queryContinue"),
+    "another result": ("struct A { void queryContinue(HSVNContext&); };", "queryContinue"),
+    "only overloads with other arguments": ("struct A { void notify(int); void notify(double); };", "notify"),
+    "inherited overloads with other arguments": (
+        "struct B { void notify(int); void notify(double); }; struct A : B {};", "notify"),
+    "a template with other arguments": ("struct A { template <class T> void notify(T); };", "notify"),
+    "a private function": (
+        "class A { bool promptForLogMessage(HSVNContext&, std::string&, const std::vector<HSVNCommitItemRef>&); };",
+        "promptForLogMessage"),
+    "other arguments in a final class": ("struct A final { void notify(int); };", "notify"),
+}
+
+HANDLERS = {
+    "an overload has the message's arguments": (
+        "struct A { bool willMoveNodeAtPath(int); bool willMoveNodeAtPath(const HSVNPathRef&, const HSVNPathRef&, bool,"
+        " const HSVNContextRef&, void*); };", None),
+    "only overloads with other arguments": (
+        "struct A { bool willMoveNodeAtPath(int); bool willMoveNodeAtPath(double); };", "willMoveNodeAtPath"),
+    "a private function": (
+        "class A { int promptToOverwriteNodeAtPath(const HSVNPathRef&, bool, const HSVNContextRef&, void*); };",
+        "promptToOverwriteNodeAtPath"),
+}
+
+# Calls of a context that compile without a warning.
+CALLS = """
+#include <HSVN/HSVN.h>
+#include <iostream>
+void calls(HSVNContext& context, const HSVNContextRef& shared, const HSVNURLRef& url, const std::string& text)
+{
+    const std::pair<HSVNRevisionRef, HSVNRevisionRef> range{HSVNRevision::BASE(), HSVNRevision::WORKING()};
+    context.copy(text, url);
+    context.copy("a", "b", {.message = "copied"});
+    context.copy(url, text);
+    context.copy({text, "b"}, url);
+    context.copy({{text, HSVNRevision::HEAD()}}, url);
+    context.lock({"a", "b"}, {.steal = true});
+    std::string diff = context.diff(text, {range.first, range.second}) + context.diff("a", "b", {.gitFormat = true});
+    std::vector<HSVNDifference> items = context.diffSummary(url, range, {.depth = HSVNDepthFiles});
+    items = context.diffSummary("a", "b");
+    std::vector<HSVNLayoutItem> layout = context.layout(text);
+    HSVNConflictedItem{HSVNPath::pathWithString(text), shared};
+    HSVNPatch::patchAtPath("~/changes.patch");
+    HSVNCreateRepository(url, {.compatibleVersion = HSVNVersion::version1_4()}, shared);
+    std::cout << HSVNDate{} << *url << HSVNVersion{1, 4};
+}
+// Whatever of a record is left out has a value.
+HSVNClientSettings settings{.options = {{.category = "config", .section = "auth", .name = "store-passwords"}}};
+HSVNDiffSection section{.modified = {.first = 1, .count = 2}};
+HSVNConflictRecord conflict{.kind = HSVNConflictKind::Tree};
+HSVNItemInfo info{.target = "a"};
+HSVNStoredCredential credential{.kind = "svn.simple"};
+HSVNBlamedLine line{.number = 1};
+"""
+
+
+def errors_of(source):
+    """What the compiler says of a source; nothing when it compiles."""
+    done = subprocess.run([COMPILER, "-std=c++20", "-fsyntax-only", *WARNINGS, f"-I{BUILD}/include", "-x", "c++", "-"],
+                          input=source, capture_output=True, text=True)
+    return done.stderr if done.returncode else ""
+
+
+class CompiledCalls(unittest.TestCase):
+    def check(self, rows, prefix, instance):
+        for title, (declaration, refused) in rows.items():
+            with self.subTest(title):
+                errors = errors_of(f"{prefix}\n{declaration}\n{instance}\n")
+                if refused is None:
+                    self.assertEqual(errors, "")
+                else:
+                    self.assertIn(f"{refused} is not public, or not HSVN", errors)
+
+    def test_a_delegate_that_could_not_be_sent_a_message_of_that_name_does_not_compile(self):
+        self.check(DELEGATES, "#include <functional>\n#include <HSVN/HSVNClientDelegate.h>",
+                   "template class HSVNClientDelegateOf<A>;")
+
+    def test_a_handler_that_could_not_be_sent_a_message_of_that_name_does_not_compile(self):
+        self.check(HANDLERS, "#include <HSVN/HSVNMoveHandler.h>", "template class HSVNMoveHandlerFor<A>;")
+
+    def test_calls_with_what_an_application_has_at_hand_compile_without_a_warning(self):
+        self.assertEqual(errors_of(CALLS), "")
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1], verbosity=2)
