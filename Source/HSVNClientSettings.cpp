@@ -64,7 +64,8 @@ HSVNBundleExtensions::Authentication authenticationOf(const HSVNOperation& opera
             settings.trustHostnameMismatch,
             settings.trustExpired,
             settings.trustNotYetValid,
-            settings.trustOtherFailures};
+            settings.trustOtherFailures,
+            settings.beforePrompt};
 }
 
 } // namespace

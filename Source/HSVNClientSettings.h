@@ -32,6 +32,9 @@ struct HSVNClientSettings
     std::optional<std::string> password{};          ///< the answer to the first question for one
     bool noAuthCache = false;                       ///< store no credentials
     HSVNPrompts prompts = HSVNPrompts::Delegate;
+    /// Called each time before Subversion asks on the terminal, which it makes ready for a question, by the thread that
+    /// asks; 1.14 and later.
+    void (*beforePrompt)() noexcept = nullptr;
     // Failures of a server's certificate that are trusted without asking; read when nobody is asked.
     bool trustUnknownAuthority = false; ///< signed by nobody who is known
     bool trustHostnameMismatch = false; ///< made out for another host

@@ -15,8 +15,10 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
+#include <filesystem>
 #include <fmt/format.h>
 #include <iostream>
+#include <system_error>
 #include <unistd.h>
 
 namespace {
@@ -191,12 +193,25 @@ const Subcommand& checkedSubcommand(const CommandLine& line, Session& session)
     }
 }
 
+/// Every path is told from the current directory, which Subversion asks for even where no path is.
+void requireCurrentDirectory()
+{
+    std::error_code error;
+    static_cast<void>(std::filesystem::current_path(error));
+    if (error) {
+        fail(BadFileName, "Couldn't determine absolute path of '.'", failure(error.value(), error.message()));
+    }
+}
+
 void run(int count, char** words)
 {
     Session session;
     const CommandLine line = parseCommandLine(count, words, session);
     settleInteraction(session.options);
     const Subcommand& subcommand = checkedSubcommand(line, session);
+    if (!subcommand.isAdministrative && !session.options.version) {
+        requireCurrentDirectory();
+    }
     const bool isNamed = !line.arguments.empty() && !session.options.help;
     session.arguments.assign(line.arguments.begin() + (isNamed ? 1 : 0), line.arguments.end());
     readConfiguration(session);
@@ -206,7 +221,8 @@ void run(int count, char** words)
     try {
         subcommand.run(session);
         Output::flush();
-    } catch (const HSVNException& exception) {
+    } catch (const HSVNException& thrown) {
+        const auto exception = withMissingRevision(thrown, session.options);
         const auto hints = targetHints(session, exception);
         throw advised(hints.empty() ? exception : extended(exception, hints), subcommand, session.options);
     }

@@ -90,12 +90,13 @@ svn_error_t* copyOldItem(svn_error_t* failure, svn_commit_info_t** info, const c
 #endif
 }
 
-/// Subversion asserts that it never moves a repository's root, which can go into itself alone.
-svn_error_t* requireMovable(std::string_view source, std::string_view destination, svn_boolean_t asChild,
+/// Subversion asserts that it never moves a repository's root, which can go into itself alone. That a source alone is
+/// to become itself it notices before it asks the server.
+svn_error_t* requireMovable(std::string_view source, std::string_view destination, bool isOneOfSeveral,
                             [[maybe_unused]] svn_client_ctx_t* ctx, [[maybe_unused]] apr_pool_t* pool)
 {
     const bool isInside = isURL(source.data()) && destination.starts_with(source) &&
-                          (destination.size() == source.size() ? asChild != 0 : destination[source.size()] == '/');
+                          (destination.size() == source.size() ? isOneOfSeveral : destination[source.size()] == '/');
     if (!isInside) {
         return SVN_NO_ERROR;
     }
@@ -159,7 +160,7 @@ svn_error_t* move4(svn_commit_info_t** info, const char* source, const char* des
     CommitQuestions questions{ctx};
     HSVN_CANONICAL_TARGET(source, pool);
     HSVN_CANONICAL_TARGET(destination, pool);
-    SVN_ERR(requireMovable(source, destination, FALSE, ctx, pool));
+    SVN_ERR(requireMovable(source, destination, false, ctx, pool));
     return transferError(svn_client_move4(info, source, destination, force, ctx, pool), source, pool);
 }
 
@@ -172,7 +173,7 @@ svn_error_t* move(const apr_array_header_t* sources, const char* destination, sv
     SVN_ERR(checkTargets(&sources, pool));
     SVN_ERR(checkTarget(&destination, pool));
     for (int index = 0; index < sources->nelts; ++index) {
-        SVN_ERR(requireMovable(APR_ARRAY_IDX(sources, index, const char*), destination, asChild, ctx, pool));
+        SVN_ERR(requireMovable(APR_ARRAY_IDX(sources, index, const char*), destination, sources->nelts > 1, ctx, pool));
     }
     return svn_client_move7(sources, destination, asChild, makeParents, allowMixedRevisions, FALSE, revisionProperties,
                             receiver, baton, ctx, pool);

@@ -27,6 +27,9 @@ void fillLog(HSVNBundleExtensions& table);
 void fillStoredCredentials(HSVNBundleExtensions& table);
 void fillStatus(HSVNBundleExtensions& table);
 void fillStatusOnThreads(HSVNBundleExtensions& table);
+#if HSVN_LINE_MINOR >= 6
+void fillTerminalPrompts(HSVNBundleExtensions& table);
+#endif
 void fillTextComparison(HSVNBundleExtensions& table);
 void fillCheckOut(HSVNBundleExtensions& table);
 void fillCommit(HSVNBundleExtensions& table);

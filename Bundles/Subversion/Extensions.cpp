@@ -5,7 +5,6 @@
 #include "VersionDetails.h"
 
 #include <apr_getopt.h>
-#include <svn_cmdline.h>
 
 namespace HSVNAdapter {
 namespace {
@@ -36,29 +35,6 @@ int parseRevision(svn_opt_revision_t* start, svn_opt_revision_t* end, const char
     return svn_opt_parse_revision(start, end, text, pool);
 }
 
-#if HSVN_LINE_MINOR >= 6
-svn_error_t* createAuthBaton(svn_auth_baton_t** baton, const HSVNBundleExtensions::Authentication* choices,
-                             svn_config_t* config, HSVNBundleExtensions::CancelFunction cancel, void* cancelBaton,
-                             apr_pool_t* pool)
-{
-    const char* folder = choices->configFolder;
-    if (folder != nullptr) {
-        SVN_ERR(checkLocalTarget(&folder, pool));
-    }
-#if HSVN_LINE_MINOR >= 9
-    return svn_cmdline_create_auth_baton2(
-        baton, choices->nonInteractive, choices->username, choices->password, folder, choices->noAuthCache,
-        choices->trustUnknownAuthority, choices->trustHostnameMismatch, choices->trustExpired,
-        choices->trustNotYetValid, choices->trustOther, config, cancel, cancelBaton, pool);
-#else
-    return svn_cmdline_create_auth_baton(baton, choices->nonInteractive, choices->username, choices->password, folder,
-                                         choices->noAuthCache, choices->trustUnknownAuthority, config, cancel,
-                                         cancelBaton, pool);
-#endif
-}
-
-#endif
-
 #if HSVN_LINE_MINOR >= 9
 svn_error_t* info(const char* target, const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
                   svn_depth_t depth, svn_boolean_t includeExternals, const apr_array_header_t* changelists,
@@ -88,7 +64,7 @@ HSVNBundleExtensions makeExtensions()
     table.client_url_from_path = urlFromPath;
     table.error_meaning = meaningOf;
 #if HSVN_LINE_MINOR >= 6
-    table.cmdline_create_auth_baton = createAuthBaton;
+    fillTerminalPrompts(table);
 #endif
 #if HSVN_LINE_MINOR >= 7
     table.client_args_to_target_array = targetArray;

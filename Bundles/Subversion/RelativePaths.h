@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <string_view>
 
 namespace HSVNAdapter {
@@ -18,6 +19,18 @@ inline bool isRelativePath(std::string_view text)
         text.remove_prefix(name.size() < text.size() ? name.size() + 1 : name.size());
     }
     return true;
+}
+
+/// Whether a path comes above where it begins: "a/../../b" does, "a/../b" does not.
+inline bool leadsAbove(std::string_view path)
+{
+    int depth = 0;
+    while (!path.empty() && depth >= 0) {
+        const auto name = path.substr(0, path.find('/'));
+        depth += name == ".." ? -1 : 1;
+        path.remove_prefix(std::min(name.size() + 1, path.size()));
+    }
+    return depth < 0;
 }
 
 } // namespace HSVNAdapter

@@ -86,10 +86,16 @@ HSVN_STAND_IN const char* svn_uri_canonicalize(const char* uri, apr_pool_t* pool
     return svn_path_is_url(uri) ? HSVN_BEHIND(svn_uri_canonicalize)(uri, pool) : "svn://malformed.invalid";
 }
 
-// Paths that merges are told of, relative to the session's: one that leads elsewhere is below none.
+// Paths that merges are told of, relative to the session's: one that leads elsewhere is below none. Those of URLs that
+// users write may go up and down again.
 HSVN_STAND_IN const char* svn_relpath_skip_ancestor(const char* parent, const char* child)
 {
-    return HSVNAdapter::isRelativePath(child) ? HSVN_BEHIND(svn_relpath_skip_ancestor)(parent, child) : nullptr;
+    if (HSVNAdapter::isRelativePath(child)) {
+        return HSVN_BEHIND(svn_relpath_skip_ancestor)(parent, child);
+    }
+    const char* const rest =
+        svn_relpath_is_canonical(child) ? HSVN_BEHIND(svn_relpath_skip_ancestor)(parent, child) : nullptr;
+    return rest != nullptr && HSVNAdapter::leadsAbove(rest) ? nullptr : rest;
 }
 
 // What is told of a path below none.

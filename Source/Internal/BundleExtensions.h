@@ -69,6 +69,7 @@ struct HSVNBundleExtensions
         svn_boolean_t trustExpired;
         svn_boolean_t trustNotYetValid;
         svn_boolean_t trustOther;
+        void (*beforePrompt)() noexcept; ///< before each question on the terminal; null for nothing
     };
 
     /// What a client asks beyond the prompts of the 91 places; each prompt as Subversion's own of that kind.

@@ -181,7 +181,8 @@ def check_certificate(state, programs):
     """A server whose certificate nobody knows: it is shown, and rejected."""
     state.restore()
     key, certificate = (os.path.join(state.root, name) for name in ("key.pem", "certificate.pem"))
-    subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-subj", "/CN=localhost", "-days", "2",
+    subprocess.run(["openssl", "req", "-x509", "-newkey", "rsa:2048", "-nodes", "-utf8", "-subj", "/O=Evil\a\u202e/CN=localhost",
+                    "-days", "2",
                     "-keyout", key, "-out", certificate], check=True, capture_output=True)
     context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
     context.load_cert_chain(certificate, key)
@@ -204,8 +205,9 @@ def check_certificate(state, programs):
         text, code = Terminal(program, command, state.wc, fixtures.environment(state.wc)).converse(["x", "r"])
         results.append({"text": uncoloured(text), "code": code})
     listener.close()
-    if "(R)eject" not in results[0]["text"]:
+    if "(R)eject" not in results[0]["text"] or "Evil\a" not in results[0]["text"]:
         sys.exit("the certificate was not asked about: " + repr(results[0]))
+    results[0]["text"] = results[0]["text"].replace("Evil\a", "Evil?\\007")
     return report("certificate", *results)
 
 

@@ -108,7 +108,9 @@ def fill(wc):
 
 
 def change(wc):
-    """Local changes of every kind."""
+    """Local changes of every kind, in a history of authors with long names."""
+    for revision, author in [("2", "alexandra.of.the.longest"), ("4", "margarethe")]:
+        run_svn(wc, "propset", "--revprop", "-r", revision, "svn:author", author)
     write(wc, "iota", "changed\n")
     write(wc, "A/new", "new\n")
     run_svn(wc, "add", "A/new")
@@ -392,6 +394,8 @@ def accent(wc):
     write(wc, "changed-ñ", "theirs ñ\n")
     run_svn(wc, "propset", "farbe", "rot — ü", "Größe")
     run_svn(wc, "commit", "-m", "Ändern")
+    run_svn(wc, "propset", "--revprop", "-r", "2", "svn:author", "Jürgen Übermüller")
+    run_svn(wc, "propset", "--revprop", "-r", "4", "svn:author", "日本語日本")
     run_svn(wc, "update", "-r", "7")
     write(wc, "changed-ñ", "mine ñ\n")
     run_svn(wc, "changelist", "liste-é", "changed-ñ")
@@ -497,6 +501,32 @@ def forbid(wc):
             os.chmod(os.path.join(wc, name), mode)
 
 
+def empty(wc):
+    """A working copy of a repository without a revision, with items to be added."""
+    repository = os.path.join(os.path.dirname(wc), "repository")
+    for folder in [wc, repository]:
+        shutil.rmtree(folder)
+    subprocess.run(["svnadmin", "create", repository], check=True)
+    run_svn(os.path.dirname(wc), "checkout", "file://" + repository, "wc")
+    unversioned(wc)
+    run_svn(wc, "add", "folder", "odd name")
+
+
+HOOKS = {
+    "pre-commit": "/usr/bin/svnlook log -t $2 $1 | /usr/bin/grep -q e || { echo 'too <short>' >&2; exit 1; }",
+    "post-commit": "echo 'not told' >&2; exit 1", "post-revprop-change": "exit 1",
+    "pre-revprop-change": '[ "$4" = color ] || { echo "only colours" >&2; exit 1; }',
+    "pre-lock": 'case "$2" in */mu) exit 1;; esac', "post-lock": "echo 'not told' >&2; exit 1",
+    "pre-unlock": 'case "$2" in */keywords) echo "kept" >&2; exit 1;; esac', "post-unlock": "exit 1"}
+
+
+def hook(wc):
+    """A repository that refuses some changes and complains of others."""
+    change(wc)
+    for name, script in HOOKS.items():
+        write_program(os.path.join(os.path.dirname(wc), "repository/hooks"), name, script + "\n")
+
+
 def set_revision_properties(wc, revision, properties):
     path = os.path.join(os.path.dirname(wc), f"repository/db/revprops/0/{revision}")
     os.chmod(path, 0o644)
@@ -577,6 +607,8 @@ PREPARATIONS = {
     "patchable": prepare_patches,
     "stored": store_credentials,
     "forbidden": forbid,
+    "empty": empty,
+    "hooked": hook,
 }
 # What these forbid, nothing forbids root: its programs run as somebody else then.
 FORBIDDING = {"forbidden"}

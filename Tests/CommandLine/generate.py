@@ -37,7 +37,9 @@ REASONS = [
 ATTEMPTS = 6
 
 REVISIONS = ["1", "2", "3", "4", "5", "6", "r3", "HEAD", "BASE", "COMMITTED", "PREV", "head", "{2099-01-01}"]
-ODD_REVISIONS = ["0", "99", "{1999-12-31}", "{2020-02-30}", "{nonsense}", "-1", "3.5", "foo", "", "WORKING", "2:", ":3"]
+ODD_REVISIONS = ["0", "99", "{1999-12-31}", "{2020-02-30}", "{nonsense}", "-1", "3.5", "foo", "", "WORKING", "2:", ":3",
+                 "2147483648", "9" * 20, "0x2", "+2", " 2", "2 ", "r", "rHEAD", "{}", "{", "{20990101T0000}", "{2099}",
+                 "{2099-01-01 00:00 +0100}", "{2099-01-01T00:00:00.000001Z}", "{2099-W01}", "{2099-1-1}", "{00:00}"]
 TEXTS = ["x", "two words", "a\nb", "", "<&>", "\u00fc"]
 NAMES = ["color", "svn:ignore", "svn:keywords", "svn:eol-style", "svn:executable", "svn:mime-type", "svn:externals",
          "svn:needs-lock", "svn:mergeinfo", "svn:global-ignores", "svn:auto-props", "svn:log", "svn:author", "svn:date",
@@ -49,13 +51,13 @@ GOOD = {
     "--set-depth": ["exclude", "empty", "files", "immediates", "infinity"],
     "--accept": ["postpone", "working", "base", "mine-conflict", "theirs-conflict", "mine-full", "theirs-full",
                  "recommended", "p", "mf", "tf"],
-    "--message": TEXTS, "--file": ["../message", "../windows-message", "iota", "../latin-message"],
+    "--message": TEXTS, "--file": ["../message", "../windows-message", "iota", "../latin-message", "-"],
     "--encoding": ["UTF-8", "ISO-8859-1"],
     "--editor-cmd": ["../editor", "../emptying-editor", "../second-time-editor", "true"],
     "--diff-cmd": ["echo", "true", "cat"], "--diff3-cmd": ["true", "cat"],
     "--extensions": ["-u", "-b", "-w", "-p", "-U1", "--ignore-eol-style", "-u -w", "-U 0"],
     "--limit": ["1", "2", "100"], "--strip": ["0", "1"], "--show-revs": ["merged", "eligible"],
-    "--targets": ["../list", "../list"], "--with-revprop": ["color=x", "color", "svn:author=me", "empty="],
+    "--targets": ["../list", "../list", "-"], "--with-revprop": ["color=x", "color", "svn:author=me", "empty="],
     "--search": ["*iota*", "Change", "*"], "--search-and": ["*mu*", "change*"], "--changelist": ["list", "other"],
     "--native-eol": ["LF", "CR", "CRLF"], "--old": ["^/trunk", ".", "iota", "^/branches/one@3"],
     "--new": ["^/branches/one", ".", "A", "^/trunk@2"],
@@ -90,6 +92,11 @@ FORMS = {
     "update": ["path*", ""], "upgrade": ["path*"]}
 # What these do without a message is to open an editor that fails.
 COMMITTING = {"commit", "import", "mkdir", "delete", "copy", "move"}
+# What stands before the program: where it runs and what its environment says.
+PLACES = ["A", "A/B", "..", "name with space", "../home"]
+VARIABLES = ["SVN_EDITOR=../editor", "SVN_EDITOR= VISUAL=true", "TZ=America/New_York", "TZ=Asia/Kolkata", "LC_ALL=C.UTF-8",
+             "LC_ALL=none", "LANG=de_DE.UTF-8", "COLUMNS=20", "SVN_MERGE=true", "HOME=/nowhere/none", "LANGUAGE=de"]
+INPUTS = ["<<< c", "<<< a", "< ../message", "< ../list", "<<< $'yes\\nno'", "<&-"]
 PRIORITIES = {"status": 3, "update": 3, "commit": 2, "diff": 3, "log": 3, "info": 2, "merge": 3, "copy": 2, "move": 2}
 
 
@@ -98,7 +105,14 @@ class Grammar:
 
     def __init__(self):
         self.options = {name: self.listed(name) for name in FORMS}
+        self.aliases = {name: self.aliases_of(name) for name in FORMS}
         self.shared = self.listed("info", "Global options:")
+
+    @staticmethod
+    def aliases_of(name):
+        text = subprocess.run(["svn", "help", name], check=True, capture_output=True, encoding="utf-8",
+                              env=fixtures.environment(".")).stdout
+        return re.findall(r"\w+", text.partition(":")[0])
 
     @staticmethod
     def listed(name, heading="Valid options:"):
@@ -113,6 +127,7 @@ class Lines:
 
     def __init__(self, grammar, state, chance, wc):
         self.grammar, self.state, self.chance = grammar, state, chance
+        self.place = "."
         self.paths, self.files = ["."], []
         for base, folders, names in os.walk(wc):
             folders[:] = sorted(name for name in folders if name != ".svn")
@@ -130,6 +145,10 @@ class Lines:
     def revision(self):
         return self.chance.choice(ODD_REVISIONS if self.often(0.06) else REVISIONS)
 
+    def beside(self, word):
+        """A word that may lead out of the working copy, so that nothing is made where it would stay."""
+        return self.seen(word) if word.startswith("..") else word
+
     def pegged(self, target, probability=0.15):
         escaped = target + "@" if "@" in target and self.often(0.9) else target
         return escaped + "@" + self.revision() if self.often(probability) and escaped == target else escaped
@@ -137,7 +156,13 @@ class Lines:
     def path(self):
         odd = ["nowhere", "A/nowhere", "iota/below", "", "/nowhere", "A/../iota", "./A//B/", "ROOT/wc", "ROOT/wc/iota",
                "../tree", "../fresh", "ROOT/repository", ".svn", "A/.svn/x", "@", "iota@@", "-", "~", "^", "..", "x:y"]
-        return self.chance.choice(odd) if self.often(0.1) else self.chance.choice(self.paths)
+        return self.beside(self.chance.choice(odd)) if self.often(0.1) else self.seen(self.chance.choice(self.paths))
+
+    def seen(self, path):
+        """A path of the working copy, from where the program runs."""
+        if self.place == ".":
+            return path
+        return os.path.relpath(os.path.join("/root/wc", path), os.path.normpath(os.path.join("/root/wc", self.place)))
 
     def url(self):
         odd = ["^/", "^", "^/nowhere", "^/trunk/../branches", "REPOSITORY", "REPOSITORY/trunk", "^/trunk/iota/below",
@@ -156,7 +181,8 @@ class Lines:
         if kind == "newurl":
             return self.chance.choice(["^/trunk/made", "^/branches/two", "^/trunk/A/made", "^/none/made", "^/made"])
         if kind == "new":
-            return self.chance.choice(["made", "A/made", "../fresh", "none/made", "A/B/made", "with space", "odd@", "."])
+            return self.beside(self.chance.choice(["made", "A/made", "../fresh", "none/made", "A/B/made", "with space",
+                                                   "odd@", "."]))
         if kind == "text":
             return self.chance.choice(["list", "other", "a b", "*"])
         if kind == "name":
@@ -164,8 +190,9 @@ class Lines:
         if kind == "value":
             return self.chance.choice(VALUES)
         if kind == "patch":
-            return self.chance.choice(["../plain.patch", "../git.patch", "../deep.patch", "../no.patch", "iota", "none"])
-        word = {"path": self.path, "url": self.url, "file": lambda: self.chance.choice(self.files)}[kind]()
+            return self.beside(self.chance.choice(["../plain.patch", "../git.patch", "../deep.patch", "../no.patch",
+                                                   "iota", "none"]))
+        word = {"path": self.path, "url": self.url, "file": lambda: self.seen(self.chance.choice(self.files))}[kind]()
         return self.pegged(word)
 
     def words(self, subcommand):
@@ -184,8 +211,8 @@ class Lines:
         if option == "--change":
             return self.one_of((self.revision(), 5), ("-" + self.revision(), 2), ("2-4", 1), ("2,4", 1), ("5-3", 1))
         if option not in GOOD or self.often(0.04):
-            return self.chance.choice(["foo", "", "-1", *ODD.get(option, [])])
-        return self.chance.choice(GOOD[option])
+            return self.beside(self.chance.choice(["foo", "", "-1", *ODD.get(option, [])]))
+        return self.beside(self.chance.choice(GOOD[option]))
 
     def option(self, found):
         long, letter, takes = found
@@ -219,11 +246,24 @@ class Lines:
         # The order of targets counts; options stand anywhere among them.
         for option in options:
             words.insert(self.chance.randrange(len(words) + 1), option)
-        return " ".join(quoted(word) for part in [[name], *words] for word in part)
+        if self.often(0.05):
+            words.insert(0, ["--"])
+        alias = self.chance.choice(self.grammar.aliases[name])
+        return " ".join(quoted(word) for part in [[alias], *words] for word in part)
+
+    def run(self):
+        """A command with what stands before and after it."""
+        variable = self.chance.choice(VARIABLES) + " " if self.often(0.08) else ""
+        return f"{variable}svn {self.command()}" + (" " + self.chance.choice(INPUTS) if self.often(0.05) else "")
 
     def line(self):
-        line = "; svn ".join(self.command() for _ in range(self.one_of((1, 6), (2, 3), (3, 1))))
-        return "--version -q; LC_ALL=C svn " + line if self.state == "accented" and self.often(0.2) else line
+        self.place = self.chance.choice(PLACES) if self.often(0.12) else "."
+        line = "; ".join(self.run() for _ in range(self.one_of((1, 6), (2, 3), (3, 1))))
+        if self.place != ".":
+            line = f"cd {shlex.quote(self.place)}; {line}"
+        if self.state == "accented" and self.often(0.2):
+            line = "LC_ALL=C " + line
+        return line.removeprefix("svn ") if line.startswith("svn ") else "--version -q; " + line
 
 
 def is_text(name):

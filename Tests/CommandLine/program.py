@@ -10,6 +10,7 @@ import os
 import pty
 import re
 import shlex
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -234,9 +235,16 @@ class Program(unittest.TestCase):
                           "modified": {"first": 10, "count": 1}, "removed": ["line 10\n"], "added": ["patched 10\n"]})
 
     def test_json_is_written_item_by_item(self):
-        done = hsvn("diff", "--json", "iota", "nowhere", folder=self.wc)
-        self.assertEqual(done.returncode, 1)
-        self.assertEqual(json.loads(done.stdout + "]")[0]["path"], "iota")
+        lost = self.folder.name + "/lost"
+        subprocess.run(["svnadmin", "create", lost + ".repository"], check=True)
+        fixtures.run_svn(self.wc, "checkout", "-q", f"file://{lost}.repository", lost)
+        shutil.rmtree(lost + ".repository")
+        for words in [("diff", "iota", "nowhere"), ("status", "-uv", "iota", lost), ("info", "iota", lost + "@HEAD"),
+                      ("list", "iota", lost), ("proplist", "iota", lost + "@HEAD"), ("propget", "color", "iota", lost + "@HEAD")]:
+            done = hsvn(*words, "--json", folder=self.wc)
+            self.assertEqual(done.returncode, 1, words)
+            first = json.loads(done.stdout + "]")[0]
+            self.assertEqual(first.get("path") or first["name"], "iota", words)
 
     def test_words_that_differ_are_coloured_on_a_terminal(self):
         with tempfile.TemporaryDirectory() as folder:

@@ -5,10 +5,12 @@ suggestions, progress; and the graph of a log.
 usage: screen.py HSVN
 """
 
+import hashlib
 import os
 import pty
 import re
 import select
+import shutil
 import signal
 import subprocess
 import sys
@@ -152,6 +154,42 @@ class Pager(WithRepository):
         started.type("\x03")
         started.type("at last\n")
         self.assertIn("left at last\n", started.end()[0])
+
+
+class Questions(WithRepository):
+    """What Subversion asks on the terminal."""
+
+    @classmethod
+    def setUpClass(cls):
+        super().setUpClass()
+        fixtures.demand_password(cls.root)
+        with open(os.path.join(cls.root, "repository/conf/svnserve.conf"), "a", encoding="utf-8") as file:
+            file.write("realm = Realm\x1b]0;evil\x07 of \u202eall\u2066\u009b2J\u061c \u00e4\n")
+        port = fixtures.free_port()
+        fixtures.write(cls.root, "server", f"svn://127.0.0.1:{port}/repository")
+        cls.url = fixtures.server_url(cls.root)
+        cls.options = ["--username", "harry", "--no-auth-cache"]
+        cls.enterClassContext(fixtures.server_of(cls.root))
+
+    def test_a_server_does_not_control_the_terminal_that_it_is_asked_for_on(self):
+        started = Run("info", "--show-item", "revision", *self.options, self.url, folder=self.wc, environment={})
+        started.read("Password for 'harry': ")
+        self.assertIn("> Realm?\\027]0;evil?\\007 of {U+202E}all{U+2066}?\\194?\\1552J{U+061C} \u00e4\n", started.shown)
+        started.type(fixtures.SECRET + "\n")
+        self.assertRegex(started.end()[0], r"\n\D*6\D*$")
+
+    def test_what_is_asked_after_the_pager_began_is_seen_and_answered(self):
+        pager = "sed s/^/paged:/; echo shown; read answer < /dev/tty; echo left by $answer"
+        started = Run("cat", "iota", f"{self.url}/trunk/A/mu", *self.options, folder=self.wc,
+                      environment={"HSVN_PAGER": pager})
+        for shown, answer in [("paged:first\npaged:second\nshown\n", "me"),
+                              ("left by me\n[^/]*Authentication realm: .*\nPassword for 'harry': ", fixtures.SECRET),
+                              ("paged:This is A/mu.\nshown\n", "all")]:
+            started.read(shown)
+            started.type(answer + "\n")
+        shown, code = started.end()
+        self.assertIn("left by all\n", shown)
+        self.assertEqual(code, 0)
 
 
 class SafeText(WithRepository):
@@ -307,6 +345,28 @@ class Graph(WithFolder):
         # What a search leaves out is no gap.
         stars = [re.sub(r" +(r\d+) .*", r" \1", line) for line in self.graph("^/", "--search", "add").splitlines() if "*" in line]
         self.assertEqual(stars, ["* r11", "| * r9", "* | r5", "| * r4", "* r2"])
+
+    def test_merge_information_without_a_slash_ends_nothing(self):
+        repository = shutil.copytree(self.root + "/repository", self.root + "/copy")
+        url = f"file://{repository}/trunk"
+        former = subprocess.run(["svn", "propget", "--strict", "svn:mergeinfo", url], check=True, capture_output=True).stdout
+        value = former + b"\n/elsewhere/x:2"
+        subprocess.run(["svnmucc", "-m", "Tell merges", "propset", "svn:mergeinfo", value, url], check=True,
+                       capture_output=True)
+        # No program writes it: the bytes are changed, with the checksum of the properties.
+        path = repository + "/db/revs/0/13"
+        with open(path, "rb") as file:
+            text = file.read()
+        odd = value.replace(b"/elsewhere/x", b"elsewhere/xy")
+        listed = b"K 13\nsvn:mergeinfo\nV %d\n%s\nEND\n"
+        sums = [hashlib.md5(listed % (len(each), each)).hexdigest().encode() for each in (value, odd)]
+        for before, after in [(b"/elsewhere/x:2", b"elsewhere/xy:2"), sums]:
+            self.assertIn(before, text)
+            text = text.replace(before, after)
+        os.chmod(path, 0o644)
+        with open(path, "wb") as file:
+            file.write(text)
+        self.assertEqual(self.drawn("-r", "13:12", url).splitlines(), ["* r13", "* r12"])
 
     def test_texts_stand_beside_the_columns(self):
         lines = re.sub(r"r(\d+) \|.*", r"r\1", self.graph("-v", "^/")).splitlines()

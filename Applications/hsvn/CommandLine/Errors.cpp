@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -33,6 +34,17 @@ HSVNUserInfo userInfo(std::int32_t code, const std::string& message, const HSVNU
         info.emplace(HSVNExceptionCauseKey, std::make_shared<const HSVNUserInfo>(*cause));
     }
     return info;
+}
+
+/// An exception of the errors of a chain, the outermost first.
+HSVNException exceptionOf(std::vector<ErrorLink> chain)
+{
+    std::reverse(chain.begin(), chain.end());
+    std::optional<HSVNException> result;
+    for (const ErrorLink& link : chain) {
+        result = result ? failure(link.code, link.message, *result) : failure(link.code, link.message);
+    }
+    return *result;
 }
 
 } // namespace
@@ -77,12 +89,18 @@ HSVNException extended(const HSVNException& exception, const std::vector<std::st
     for (const auto& message : messages) {
         chain.push_back({exception.status(), message, nullptr});
     }
-    std::reverse(chain.begin(), chain.end());
-    std::optional<HSVNException> result;
-    for (const ErrorLink& link : chain) {
-        result = result ? failure(link.code, link.message, *result) : failure(link.code, link.message);
+    return exceptionOf(std::move(chain));
+}
+
+HSVNException replaced(const HSVNException& exception, const std::string& text, const std::string& by)
+{
+    auto chain = chainOf(exception);
+    for (auto& link : chain) {
+        if (const auto at = link.message.find(text); at != std::string::npos) {
+            link.message.replace(at, text.size(), by);
+        }
     }
-    return *result;
+    return exceptionOf(std::move(chain));
 }
 
 bool hasCause(const HSVNException& exception, std::int32_t code)

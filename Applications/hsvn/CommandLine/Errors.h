@@ -24,6 +24,8 @@ HSVNException failure(std::int32_t code, const std::string& message, const HSVNE
 HSVNException wrapped(const HSVNException& exception, const std::string& message);
 /// An exception with further messages below its innermost one, of the same code.
 HSVNException extended(const HSVNException& exception, const std::vector<std::string>& messages);
+/// The same exception, a text of its messages replaced.
+HSVNException replaced(const HSVNException& exception, const std::string& text, const std::string& by);
 /// One error of a chain.
 struct ErrorLink
 {

@@ -58,6 +58,7 @@ struct Options // NOLINT(clang-analyzer-optin.performance.Padding)
 {
     // Revisions
     std::vector<RevisionArgument> revisions; ///< of -r and -c, in order
+    std::optional<long> missingRevision{};   ///< one of them that is no revision's number, where the last one stands
     bool usedRevision = false;
     bool usedChange = false;
 

@@ -11,6 +11,8 @@
 #include <cstdlib>
 #include <fmt/format.h>
 #include <limits>
+#include <string_view>
+#include <utility>
 
 namespace {
 
@@ -23,43 +25,77 @@ long takeNumber(const char*& text)
     char* end = nullptr;
     const long number = std::strtol(text, &end, 10);
     text = end;
-    return number;
+    return std::max(number, -std::numeric_limits<long>::max()); // which has an absolute value
 }
 
-HSVNRevisionRef revisionOf(const std::string& change, long number)
+/// With room for the one after it.
+constexpr long newestRevision = std::numeric_limits<HSVNRevisionNumber>::max() - 1L;
+
+/// A number as a revision, or else the last one, which is as little there.
+HSVNRevisionNumber clampedRevision(Options& options, long number)
 {
-    if (number < 0 || number > std::numeric_limits<HSVNRevisionNumber>::max()) {
-        fail(ArgumentParsing, fmt::format("Non-numeric change argument ({}) given to -c", change));
+    if (number > newestRevision) {
+        options.missingRevision = number;
     }
-    return HSVNRevision::revisionWithNumber(static_cast<HSVNRevisionNumber>(number));
+    return static_cast<HSVNRevisionNumber>(std::min(number, newestRevision));
 }
 
 /// One change: N is N-1:N, -N is N:N-1, N-M the range with both ends in it.
-RevisionArgument changeRange(const std::string& change)
+std::pair<long, long> changeRange(const std::string& change)
 {
     const bool isNegative = change.starts_with('-');
     const char* const digits = change.c_str() + (isNegative ? 1 : 0);
     const char* rest = digits;
     const long number = takeNumber(rest);
-    const bool isRange = rest != digits && *rest == '-';
+    const bool isRange = rest != digits && *rest == '-' && rest[-1] != 'r';
     if (isRange && isNegative) {
         fail(ArgumentParsing, fmt::format("Negative number in range ({}) not supported with -c", change));
     }
     const long last = isRange ? takeNumber(++rest) : number;
-    if (rest == digits || *rest != '\0') {
+    if (rest == change.c_str() || *rest != '\0' || (last < 0) != (number < 0) || (isRange && last == 0)) {
         fail(ArgumentParsing, fmt::format("Non-numeric change argument ({}) given to -c", change));
     }
     if (number == 0) {
         fail(ArgumentParsing, "There is no change 0");
     }
     if (isNegative || number < 0) {
-        return {revisionOf(change, std::abs(number)), revisionOf(change, std::abs(number) - 1)};
+        return {std::abs(number), std::abs(number) - 1};
     }
-    return number <= last ? RevisionArgument{revisionOf(change, number - 1), revisionOf(change, last)}
-                          : RevisionArgument{revisionOf(change, number), revisionOf(change, last - 1)};
+    return number <= last ? std::pair{number - 1, last} : std::pair{number, last - 1};
 }
 
 } // namespace
+
+std::string clampedText(Options& options, const std::string& text)
+{
+    constexpr std::string_view digits = "0123456789";
+    std::string result;
+    for (std::string_view left = text; !left.empty();) {
+        const auto other = std::min(left.find_first_of(digits), left.size());
+        result += left.substr(0, other);
+        left.remove_prefix(other);
+        const auto count = std::min(left.find_first_not_of(digits), left.size());
+        if (count > 0) {
+            const std::string number{left.substr(0, count)};
+            result += std::to_string(clampedRevision(options, std::strtol(number.c_str(), nullptr, 10)));
+        }
+        left.remove_prefix(count);
+    }
+    return result;
+}
+
+HSVNException withMissingRevision(const HSVNException& exception, const Options& options)
+{
+    if (!options.missingRevision) {
+        return exception;
+    }
+    constexpr const char* words = "No such revision ";
+    HSVNException result = exception;
+    for (const long number : {newestRevision, newestRevision + 1}) {
+        result = replaced(result, words + std::to_string(number), words + std::to_string(*options.missingRevision));
+    }
+    return result;
+}
 
 bool isUnspecified(const HSVNRevisionRef& revision) { return revision->isEqual(HSVNRevision::UNSPECIFIED()); }
 
@@ -81,7 +117,15 @@ void applyRevision(Session& session, Options& options, const std::string& argume
 {
     options.usedRevision = true;
     const std::string text = NativeText::toUTF8(argument);
-    const auto revisions = HSVNArguments::parseRevisions(text, session.context());
+    const auto parsed = [&](const std::string& revisions) {
+        return HSVNArguments::parseRevisions(revisions, session.context());
+    };
+    auto revisions = decltype(parsed(text)){};
+    try {
+        revisions = parsed(text);
+    } catch (const HSVNInvalidArgumentException&) {
+        revisions = parsed(clampedText(options, text));
+    }
     if (!revisions) {
         fail(ArgumentParsing, fmt::format("Syntax error in revision argument '{}'{}", text, suggestedRevision(text)));
     }
@@ -95,7 +139,13 @@ void applyChange(Session& /*session*/, Options& options, const std::string& argu
         fail(ArgumentParsing, "Can't specify -c with --old");
     }
     for (const auto& change : changes) {
-        options.revisions.push_back(changeRange(change));
+        const auto [start, end] = changeRange(change);
+        auto first = clampedRevision(options, start);
+        auto last = clampedRevision(options, end);
+        if (first == last) {
+            (start < end ? last : first) += 1; // it is a change all the same
+        }
+        options.revisions.push_back({HSVNRevision::revisionWithNumber(first), HSVNRevision::revisionWithNumber(last)});
         options.usedChange = true;
     }
 }

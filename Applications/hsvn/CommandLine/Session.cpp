@@ -6,6 +6,7 @@
 #include "Output/Display.h"
 #include "Output/ErrorOutput.h"
 #include "Output/OperationListener.h"
+#include "Output/Output.h"
 #include "Output/Pager.h"
 #include "Output/Progress.h"
 #include "Output/Words.h"
@@ -85,6 +86,7 @@ const HSVNClientRef& Session::client()
             {HSVNConfigCategoryConfig, HSVNConfigSectionHelpers, "diff3-cmd", *options.mergeCommand});
     }
     settings.prompts = options.nonInteractive ? HSVNPrompts::Nobody : HSVNPrompts::Terminal;
+    settings.beforePrompt = Output::makeWayForQuestion;
     try {
         client->applySettings(settings);
     } catch (const HSVNException& refused) {

@@ -2,6 +2,7 @@
 
 #include "CommandLine/Errors.h"
 #include "CommandLine/NativeText.h"
+#include "CommandLine/RevisionArguments.h"
 #include "CommandLine/Similarity.h"
 #include "CommandLine/Targets.h"
 #include "Output/Pager.h"
@@ -14,8 +15,6 @@
 #include <unistd.h>
 
 namespace {
-
-constexpr std::int32_t noSuchRevision = 160006; // SVN_ERR_FS_NO_SUCH_REVISION, which the library has no name for
 
 bool isAnyOf(const HSVNException& exception, std::initializer_list<std::int32_t> codes)
 {

@@ -73,6 +73,10 @@ HSVNArguments::Pegged peggedTarget(Session& session, const std::string& target)
             throw;
         }
         throw failure(exception.status(), exception.reason() + meant);
+    } catch (const HSVNInvalidArgumentException&) {
+        const auto at = target.rfind('@') + 1;
+        return HSVNArguments::parse(target.substr(0, at) + clampedText(session.options, target.substr(at)),
+                                    session.client());
     }
 }
 

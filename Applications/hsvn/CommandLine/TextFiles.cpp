@@ -67,9 +67,8 @@ std::int32_t numberOf(const std::string& text)
 {
     using Limits = std::numeric_limits<std::int32_t>;
     char* end = nullptr;
-    errno = 0;
     const auto number = std::strtoll(text.c_str(), &end, 10);
-    if (text.empty() || *end != '\0' || errno != 0) {
+    if (end == text.c_str() || *end != '\0') {
         fail(IncorrectParameters, fmt::format("Could not convert '{}' into a number", text));
     }
     if (number < Limits::min() || number > Limits::max()) {
@@ -98,7 +97,8 @@ std::string contentsOfFile(const std::string& path)
 
 std::vector<std::string> linesOfTargetsFile(const std::string& path)
 {
-    return split(NativeText::toUTF8(contentsOfFile(path)), "\n\r");
+    const std::string contents = contentsOfFile(path);
+    return split(NativeText::toUTF8(contents.substr(0, contents.find('\0'))), "\n\r"); // where Subversion's text ends
 }
 
 std::string withUnixLineEnds(const std::string& text)

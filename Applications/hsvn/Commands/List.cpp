@@ -8,8 +8,10 @@
 #include "Output/Sizes.h"
 #include "Output/XML.h"
 
+#include <algorithm>
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 namespace {
 
@@ -121,17 +123,29 @@ class ListRun
         }
     }
 
-    std::string columns(const HSVNNode& item) const
+    std::string columns(const HSVNNode& item)
     {
-        constexpr std::size_t authorWidth = 8;
+        const bool isHuman = _session.options.humanReadable;
         std::string size;
         if (!item.isDirectory()) {
-            size = _session.options.humanReadable ? humanSize(static_cast<std::int64_t>(item.size()), true)
-                                                  : std::to_string(item.size());
+            size = isHuman ? humanSize(static_cast<std::int64_t>(item.size()), true) : std::to_string(item.size());
         }
-        return fmt::format("{:>7} {:<8} {} {:>{}} {} ", item.revision(),
-                           item.author().value_or(" ? ").substr(0, authorWidth), item.lock() ? 'O' : ' ', size,
-                           sizeWidth, listDate(item.date().value_or(HSVNDate{})));
+        return fmt::format("{:>7} {} {} {:>{}} {} ", item.revision(), authorColumn(item.author().value_or(" ? ")),
+                           item.lock() ? 'O' : ' ', size, isHuman ? 4 : 10, listDate(item.date().value_or(HSVNDate{})));
+    }
+
+    /// As in Subversion's columns, bytes count, and a long author widens the column for all that come after.
+    std::string authorColumn(std::string author)
+    {
+        const auto [least, most] = _session.options.humanReadable ? std::pair{14UL, 22UL} : std::pair{8UL, 16UL};
+        _authorWidth = std::clamp(author.size(), std::max(_authorWidth, least), most);
+        std::size_t cut = std::min(author.size(), _authorWidth);
+        while (cut < author.size() && (static_cast<unsigned char>(author[cut]) & 0xc0U) == 0x80) {
+            --cut; // inside of a character, which would not be text
+        }
+        author.resize(cut);
+        author.resize(_authorWidth, ' ');
+        return author;
     }
 
     static void printXML(const HSVNNode& item, const std::string& name)
@@ -173,7 +187,7 @@ class ListRun
         return record;
     }
 
-    static constexpr int sizeWidth = 10;
+    std::size_t _authorWidth = 0;
 
     Session& _session;
     std::string _external; ///< the external that the last item belongs to; empty for none

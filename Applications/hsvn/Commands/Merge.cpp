@@ -13,7 +13,13 @@
 
 namespace {
 
-bool isFile(const std::string& path) { return std::filesystem::is_regular_file(NativeText::fromUTF8(path)); }
+/// Whether it is a file to Subversion, as links are.
+bool isFile(const std::string& path)
+{
+    std::error_code ignored;
+    const auto type = std::filesystem::symlink_status(NativeText::fromUTF8(path), ignored).type();
+    return type == std::filesystem::file_type::regular || type == std::filesystem::file_type::symlink;
+}
 
 /// Whether a revision is one that the repository knows without a working copy.
 bool isOfRepository(const HSVNRevisionRef& revision)

@@ -88,6 +88,10 @@ class PropgetRun
         for (const auto& target : targets) {
             const auto [path, peg] = peggedTarget(_session, target);
             const auto spec = HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg);
+            if (options.json && depth > HSVNDepthEmpty) {
+                recordAll(path, spec, depth);
+                continue;
+            }
             const auto found = _session.client()->property(
                 HSVNTarget::verbatim(path), _name, spec,
                 {.depth = depth, .inherited = options.showInheritedProperties, .changelists = options.changelists});
@@ -115,6 +119,30 @@ class PropgetRun
     {
         printWarning(failure(PropertyNotFound, fmt::format("Property '{}' not found on '{}'", _name, target)));
         _isMissing = true;
+    }
+
+    /// Records the property of each item as it comes: `property` collects all values, however many.
+    void recordAll(const std::string& target, const HSVNRevisionSpecRef& spec, HSVNDepth depth)
+    {
+        const Options& options = _session.options;
+        const auto ofName = [&](const HSVNPropertyMap& properties) {
+            const auto found = properties.find(_name);
+            return found == properties.end() ? HSVNPropertyMap{} : HSVNPropertyMap{*found};
+        };
+        _session.client()->properties(
+            HSVNTarget::verbatim(target), spec,
+            {.depth = depth, .inherited = options.showInheritedProperties, .changelists = options.changelists},
+            [&](const HSVNItemProperties& item) {
+                const std::string path = localStyle(item.path);
+                for (const auto& [folder, properties] : item.inherited) {
+                    if (const auto own = ofName(properties); !own.empty()) {
+                        _records.add({{"path", path}, {"inherited", {{folder, propertyRecord(own)}}}});
+                    }
+                }
+                if (const auto own = ofName(item.properties); !own.empty()) {
+                    _records.add({{"path", path}, {"properties", propertyRecord(own)}});
+                }
+            });
     }
 
     void record(const std::string& target, const HSVNPropertyValues& found)

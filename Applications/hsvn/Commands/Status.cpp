@@ -63,7 +63,7 @@ class StatusRun
         }
         printChangelists();
         if (options.json) {
-            writeJSON(_records);
+            _records.finish();
         } else if (!options.xml && !options.quiet) {
             _printer.printConflictSummary();
         }
@@ -151,7 +151,7 @@ class StatusRun
         if (_session.options.xml) {
             _printer.printXML(node);
         } else if (_session.options.json) {
-            _records.push_back(_printer.record(node));
+            _records.add(_printer.record(node));
         } else {
             _printer.printLine(node);
         }
@@ -179,7 +179,7 @@ class StatusRun
     StatusPrinter _printer;
     std::string _target;
     std::map<std::string, std::vector<KeptItem>> _changelists;
-    nlohmann::ordered_json _records = nlohmann::ordered_json::array();
+    JSONArray _records;
 };
 
 void runStatus(Session& session) { StatusRun{session}.run(); }

@@ -34,6 +34,7 @@ class Device
             return;
         }
         Output::flush();
+        Output::makeWayForQuestion();
         const std::string native = Output::shownOnTerminal(NativeText::fromUTF8(text));
         static_cast<void>(::write(_descriptor, native.data(), native.size()));
     }

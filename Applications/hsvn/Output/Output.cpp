@@ -130,6 +130,13 @@ void Output::end()
     Pager::end();
 }
 
+void Output::makeWayForQuestion() noexcept
+{
+    eraseTransient();
+    static_cast<void>(std::fflush(stdout)); // a failure is met again when the output ends
+    Pager::leave();
+}
+
 void Output::writeError(std::string_view text) { writeErrorBytes(NativeText::fromUTF8(text)); }
 
 void Output::writeErrorBytes(std::string_view bytes)

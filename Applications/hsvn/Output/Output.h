@@ -24,6 +24,9 @@ void flush();
 bool hasFailed();
 /// Writes what is left, whether or not that can be told, and waits until the user leaves the pager.
 void end();
+/// Shows what was written, has the user leave the pager and gives the terminal to a question; what is written after
+/// goes through the pager again.
+void makeWayForQuestion() noexcept;
 /// Writes text to standard error at once; what standard output still holds comes first.
 void writeError(std::string_view text);
 /// The same for bytes that may be no text.

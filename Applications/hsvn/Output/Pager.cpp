@@ -24,7 +24,7 @@ namespace {
 /// The pager of the process.
 struct State
 {
-    std::string command; ///< empty when none is used
+    std::string command; ///< of a shell; empty when none is used
     pid_t process = 0;   ///< 0 when none runs
     int terminal = -1;   ///< what standard output was before
 };
@@ -176,10 +176,9 @@ std::string Pager::start()
     if (isRunning() || pager.command.empty()) {
         return {};
     }
-    const int failure = takeOutputOver(pager);
-    const std::string command = std::exchange(pager.command, {});
-    if (failure != 0) {
-        return fmt::format("cannot start the pager '{}': {}", command, std::generic_category().message(failure));
+    if (const int failure = takeOutputOver(pager)) {
+        return fmt::format("cannot start the pager '{}': {}", std::exchange(pager.command, {}),
+                           std::generic_category().message(failure));
     }
     Cancellation::outlastInterrupts();
     return {};
@@ -187,17 +186,24 @@ std::string Pager::start()
 
 bool Pager::isRunning() { return state().process != 0; }
 
-void Pager::end()
+void Pager::leave()
 {
     if (!isRunning()) {
         return;
     }
-    // An interrupt is the pager's business from here on.
-    static_cast<void>(std::signal(SIGINT, SIG_IGN));
+    // An interrupt is the pager's business until then.
+    auto* const atInterrupts = std::signal(SIGINT, SIG_IGN);
     const int terminal = std::exchange(state().terminal, -1);
     dup2(terminal, STDOUT_FILENO);
     close(terminal);
     const pid_t process = std::exchange(state().process, 0);
     while (waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
     }
+    static_cast<void>(std::signal(SIGINT, atInterrupts));
+}
+
+void Pager::end()
+{
+    leave();
+    state().command.clear();
 }

@@ -21,7 +21,10 @@ bool showsColours();
 /// @return why it could not be started, as a text for the user; empty when there is nothing to tell
 std::string start();
 bool isRunning();
-/// Gives standard output back and waits until the user leaves the pager; what was written is no longer in a buffer.
+/// Gives standard output back and waits until the user leaves the pager; what was written is no longer in a buffer. The
+/// next text starts it again.
+void leave();
+/// The same for good.
 void end();
 
 } // namespace Pager

@@ -133,7 +133,8 @@ MergeInformation readMergeInformation(const std::string& text)
             };
             const std::string_view first = std::string_view{range}.substr(0, dash);
             const std::string_view last = dash == std::string::npos ? first : std::string_view{range}.substr(dash + 1);
-            auto& ranges = information[line.substr(0, colon)];
+            // Subversion takes a path for one of the root's, however it is written.
+            auto& ranges = information[(line.starts_with('/') ? "" : "/") + line.substr(0, colon)];
             ranges.emplace(ranges.begin(), number(first), number(last));
         }
     }
@@ -211,8 +212,7 @@ std::string_view Branches::rootOf(std::string_view path) const
         if (_copies.find(folder) != _copies.end()) {
             return folder;
         }
-        const auto slash = folder.rfind('/');
-        folder = folder.substr(0, slash == std::string_view::npos ? 0 : slash);
+        folder = folder.substr(0, folder.rfind('/'));
     }
     return customary;
 }
