@@ -398,7 +398,7 @@ void HSVNStatus::takeFurtherFields(const svn_wc_status2_t& status, const HSVNVer
     _flags.versioned = isVersioned() && _textStatus != HSVNStatusKindNone;
     _flags.incomplete = _flags.incomplete || status.entry->incomplete;
     _revision = HSVNRevisionNumberFromSubversion(status.entry->revision);
-    if (status.entry->changelist && !version.isLessThan(HSVNVersion::version1_5())) {
+    if (!version.isLessThan(HSVNVersion::version1_5()) && status.entry->changelist) {
         setChangelist(status.entry->changelist);
     }
 }

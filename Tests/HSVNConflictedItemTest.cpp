@@ -1,5 +1,6 @@
 #include "HSVNConflictedItem.h"
 #include "AlteredBundle.h"
+#include "Internal/ConflictRecord.h"
 #include "ReasonOf.h"
 #include "WorkingCopyTest.h"
 
@@ -168,4 +169,22 @@ TEST_P(ConflictedItem, IsSettledSectionBySection)
               "<<<<<<< mine\nmine||||||| base\n=======\ntheirs>>>>>>> theirs\n");
     HSVNConflictedItem settled{item("a.txt"), client};
     EXPECT_THROW(settled.textComparison(), HSVNPlatformException);
+}
+
+TEST(ConflictRecords, AreReadNoFurtherThanTheirLineHasThem)
+{
+    const char* const pastTheEnd = reinterpret_cast<const char*>(1);
+    svn_wc_conflict_version_t side{};
+    svn_wc_conflict_description2_t record{};
+    record.src_left_version = &side;
+    for (const HSVNVersion& line : {HSVNVersion{1, 7}, HSVNVersion{1, 8}, HSVNVersion{1, 9}}) {
+        SCOPED_TRACE(line);
+        const bool tellsUUID = !line.isLessThan({1, 8});
+        const bool tellsRejects = !line.isLessThan({1, 9});
+        side.repos_uuid = tellsUUID ? "uuid" : pastTheEnd;
+        record.prop_reject_abspath = tellsRejects ? "/rejects" : pastTheEnd;
+        const auto conflict = HSVNConflictRecordOf(record, line);
+        EXPECT_EQ(conflict.sourceLeft->uuid.has_value(), tellsUUID);
+        EXPECT_EQ(conflict.propertyRejectPath.has_value(), tellsRejects);
+    }
 }

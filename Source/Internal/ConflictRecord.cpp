@@ -6,17 +6,20 @@
 
 #include <fmt/format.h>
 
-std::optional<HSVNConflictVersion> HSVNConflictVersionOf(const svn_wc_conflict_version_t* record)
+std::optional<HSVNConflictVersion> HSVNConflictVersionOf(const svn_wc_conflict_version_t* record,
+                                                         const HSVNVersion& line)
 {
     if (!record) {
         return std::nullopt;
     }
-    return HSVNConflictVersion{HSVNTextOrNil(record->repos_url), HSVNTextOrNil(record->repos_uuid),
+    const bool tellsUUID = !line.isLessThan({1, 8}); // else the record ends before it
+    return HSVNConflictVersion{HSVNTextOrNil(record->repos_url),
+                               tellsUUID ? HSVNTextOrNil(record->repos_uuid) : std::nullopt,
                                HSVNRevisionNumberFromSubversion(record->peg_rev), HSVNTextOrNil(record->path_in_repos),
                                static_cast<HSVNNodeKind>(record->node_kind)};
 }
 
-HSVNConflictRecord HSVNConflictRecordOf(const svn_wc_conflict_description2_t& record)
+HSVNConflictRecord HSVNConflictRecordOf(const svn_wc_conflict_description2_t& record, const HSVNVersion& line)
 {
     HSVNConflictRecord conflict;
     conflict.kind = static_cast<HSVNConflictKind>(record.kind);
@@ -28,9 +31,11 @@ HSVNConflictRecord HSVNConflictRecordOf(const svn_wc_conflict_description2_t& re
     conflict.basePath = HSVNTextOrNil(record.base_abspath);
     conflict.theirPath = HSVNTextOrNil(record.their_abspath);
     conflict.myPath = HSVNTextOrNil(record.my_abspath);
-    conflict.propertyRejectPath = HSVNTextOrNil(record.prop_reject_abspath);
-    conflict.sourceLeft = HSVNConflictVersionOf(record.src_left_version);
-    conflict.sourceRight = HSVNConflictVersionOf(record.src_right_version);
+    if (!line.isLessThan({1, 9})) {
+        conflict.propertyRejectPath = HSVNTextOrNil(record.prop_reject_abspath);
+    }
+    conflict.sourceLeft = HSVNConflictVersionOf(record.src_left_version, line);
+    conflict.sourceRight = HSVNConflictVersionOf(record.src_right_version, line);
     return conflict;
 }
 
@@ -44,7 +49,7 @@ HSVNResolutionChoice HSVNConflictChoosing::choiceFor(const svn_wc_conflict_descr
     if (!_operation.isInnermost()) {
         return HSVNResolutionChoice::Postpone; // met by an operation that a callback runs
     }
-    const auto choice = _chooser(conflict.local_abspath, HSVNConflictRecordOf(conflict));
+    const auto choice = _chooser(conflict.local_abspath, HSVNConflictRecordOf(conflict, _operation.version()));
     if (choice < HSVNResolutionChoice::Postpone || choice > HSVNResolutionChoice::MergedText) {
         throw HSVNInvalidArgumentException(fmt::format("The choice {} does not settle the conflict of '{}' at once",
                                                        static_cast<std::int32_t>(choice), conflict.local_abspath));

@@ -7,10 +7,13 @@
 #include <optional>
 
 /// A conflict as Subversion from 1.7 on describes it.
-HSVNConflictRecord HSVNConflictRecordOf(const svn_wc_conflict_description2_t& record);
+///
+/// @param line  whose record it is: no field is read that it does not have
+HSVNConflictRecord HSVNConflictRecordOf(const svn_wc_conflict_description2_t& record, const HSVNVersion& line);
 
-/// One side of it; nil for null.
-std::optional<HSVNConflictVersion> HSVNConflictVersionOf(const svn_wc_conflict_version_t* record);
+/// One side of it, also of a description of 1.6; nil for null.
+std::optional<HSVNConflictVersion> HSVNConflictVersionOf(const svn_wc_conflict_version_t* record,
+                                                         const HSVNVersion& line);
 
 /// Has a chooser settle the conflicts that a call of the bundle's second table meets.
 class HSVNConflictChoosing

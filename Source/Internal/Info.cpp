@@ -22,7 +22,7 @@ std::string hexadecimal(const svn_checksum_t& checksum)
     return HSVNHexadecimal::textOf(std::span{checksum.digest, checksum.kind == svn_checksum_sha1 ? sha1Size : md5Size});
 }
 
-HSVNWorkingCopyInfo workingCopyOf(const svn_wc_info_t& record)
+HSVNWorkingCopyInfo workingCopyOf(const svn_wc_info_t& record, const HSVNVersion& line)
 {
     HSVNWorkingCopyInfo info;
     info.changelist = HSVNTextOrNil(record.changelist);
@@ -39,7 +39,7 @@ HSVNWorkingCopyInfo workingCopyOf(const svn_wc_info_t& record)
     info.textTime = HSVNDateOrNil(record.recorded_time);
     for (int index = 0; record.conflicts && index < record.conflicts->nelts; ++index) {
         info.conflicts.push_back(
-            HSVNConflictRecordOf(*APR_ARRAY_IDX(record.conflicts, index, const svn_wc_conflict_description2_t*)));
+            HSVNConflictRecordOf(*APR_ARRAY_IDX(record.conflicts, index, const svn_wc_conflict_description2_t*), line));
     }
     info.rootPath = HSVNTextOrNil(record.wcroot_abspath);
     return info;
@@ -63,12 +63,12 @@ HSVNItemInfo commonOf(const char* target, const Record& record)
     return info;
 }
 
-HSVNItemInfo infoOf(const char* target, const svn_client_info2_t& record)
+HSVNItemInfo infoOf(const HSVNOperation& operation, const char* target, const svn_client_info2_t& record)
 {
     HSVNItemInfo info = commonOf(target, record);
     info.size = record.size;
     if (record.wc_info) {
-        info.workingCopy = workingCopyOf(*record.wc_info);
+        info.workingCopy = workingCopyOf(*record.wc_info, operation.version());
     }
     return info;
 }
@@ -84,7 +84,7 @@ std::optional<std::string> besideOf(const HSVNItemInfo& info, const char* name)
     return target.substr(0, length) + '/' + name;
 }
 
-HSVNConflictRecord treeConflictOf(const svn_wc_conflict_description_t& record)
+HSVNConflictRecord treeConflictOf(const svn_wc_conflict_description_t& record, const HSVNVersion& line)
 {
     HSVNConflictRecord conflict;
     conflict.kind = HSVNConflictKind::Tree;
@@ -92,12 +92,12 @@ HSVNConflictRecord treeConflictOf(const svn_wc_conflict_description_t& record)
     conflict.action = static_cast<HSVNConflictAction>(record.action);
     conflict.reason = static_cast<HSVNConflictReason>(record.reason);
     conflict.operation = static_cast<HSVNConflictOperation>(record.operation);
-    conflict.sourceLeft = HSVNConflictVersionOf(record.src_left_version);
-    conflict.sourceRight = HSVNConflictVersionOf(record.src_right_version);
+    conflict.sourceLeft = HSVNConflictVersionOf(record.src_left_version, line);
+    conflict.sourceRight = HSVNConflictVersionOf(record.src_right_version, line);
     return conflict;
 }
 
-std::vector<HSVNConflictRecord> conflictsOf(const HSVNItemInfo& info, const svn_info_t& record, bool tellsTrees)
+std::vector<HSVNConflictRecord> conflictsOf(const HSVNItemInfo& info, const svn_info_t& record, const HSVNVersion& line)
 {
     std::vector<HSVNConflictRecord> conflicts;
     if (record.conflict_old || record.conflict_new || record.conflict_wrk) {
@@ -115,8 +115,8 @@ std::vector<HSVNConflictRecord> conflictsOf(const HSVNItemInfo& info, const svn_
         conflict.propertyRejectPath = besideOf(info, record.prejfile);
         conflicts.push_back(std::move(conflict));
     }
-    if (tellsTrees && record.tree_conflict) {
-        conflicts.push_back(treeConflictOf(*record.tree_conflict));
+    if (!line.isLessThan(HSVNVersion::version1_6()) && record.tree_conflict) {
+        conflicts.push_back(treeConflictOf(*record.tree_conflict, line));
     }
     return conflicts;
 }
@@ -142,7 +142,7 @@ HSVNItemInfo infoOf(const HSVNOperation& operation, const char* target, const sv
     workingCopy.checksum = HSVNTextOrNil(record.checksum);
     workingCopy.checksumIsSHA1 = workingCopy.checksum && workingCopy.checksum->size() == 2 * sha1Size;
     workingCopy.textTime = HSVNDateOrNil(record.text_time);
-    workingCopy.conflicts = conflictsOf(info, record, isAtLeast1_6);
+    workingCopy.conflicts = conflictsOf(info, record, operation.version());
     if (isAtLeast1_5) {
         workingCopy.changelist = HSVNTextOrNil(record.changelist);
         workingCopy.depth = static_cast<HSVNDepth>(record.depth);
@@ -160,8 +160,9 @@ struct InfoCall
 svn_error_t* receiveInfo(void* baton, const char* target, const svn_client_info2_t* record, apr_pool_t*)
 {
     const auto& call = *static_cast<InfoCall*>(baton);
-    return HSVNGuardCallback(*call.operation.context(),
-                             [&] { return HSVNHandOver(call.operation, call.receiver, infoOf(target, *record)); });
+    return HSVNGuardCallback(*call.operation.context(), [&] {
+        return HSVNHandOver(call.operation, call.receiver, infoOf(call.operation, target, *record));
+    });
 }
 
 svn_error_t* receiveOlderInfo(void* baton, const char* target, const svn_info_t* record, apr_pool_t*)
