@@ -42,7 +42,9 @@ void HSVNClientInternals::obeyStoring(HSVNClient& client, const HSVNBundleExtens
     }
 }
 
-void HSVNClient::setBundle(const HSVNBundleRef& bundle)
+void HSVNClient::setBundle(const HSVNBundleRef& bundle) { setUp(bundle, &HSVNClient::setupConfiguration); }
+
+void HSVNClient::setUp(const HSVNBundleRef& bundle, Configuring configure)
 {
     const HSVNContextUse use{*this};
     use.requireOutermost("bundle");
@@ -53,7 +55,7 @@ void HSVNClient::setBundle(const HSVNBundleRef& bundle)
     }
     const HSVNBundleScope current{bundle};
     try {
-        setupConfiguration();
+        (this->*configure)();
         setupAuthentication();
         setupLogCallback();
         setupNotificationCallback();
@@ -74,6 +76,8 @@ void HSVNClient::refreshConfiguration()
     setupConfiguration();
     HSVNClientInternals::obeyStoring(*this, nullptr);
 }
+
+void HSVNClient::clearConfiguration() { HSVNClientInternals::clearConfiguration(*this); }
 
 void HSVNClient::setupConfiguration()
 {

@@ -11,6 +11,11 @@ HSVNClientRef HSVNClient::clientWithDelegate(const HSVNClientDelegateRef& delega
     return std::make_shared<HSVNClient>(delegate);
 }
 
+HSVNClientRef HSVNClient::clientForSettings(const HSVNClientDelegateRef& delegate)
+{
+    return HSVNClientRef{new HSVNClient{nullptr, delegate, &HSVNClient::clearConfiguration}};
+}
+
 HSVNClientRef HSVNClient::clientOwningDelegate(HSVNClientDelegateRef delegate)
 {
     HSVNAssertParameter(delegate != nullptr, "delegate != nil");
@@ -22,10 +27,15 @@ HSVNClientRef HSVNClient::clientOwningDelegate(HSVNClientDelegateRef delegate)
 HSVNClient::HSVNClient(const HSVNClientDelegateRef& delegate) : HSVNClient{nullptr, delegate} {}
 
 HSVNClient::HSVNClient(const HSVNBundleRef& bundle, const HSVNClientDelegateRef& delegate)
+    : HSVNClient{bundle, delegate, &HSVNClient::setupConfiguration}
+{
+}
+
+HSVNClient::HSVNClient(const HSVNBundleRef& bundle, const HSVNClientDelegateRef& delegate, Configuring configure)
     : HSVNContext{WithoutBundle{}}
 {
     // The base's constructor would set the bundle up without what a client adds.
-    HSVNClient::setBundle(bundle ? bundle : HSVNBundleLoader::sharedInstance().defaultBundle());
+    setUp(bundle ? bundle : HSVNBundleLoader::sharedInstance().defaultBundle(), configure);
     setDelegate(delegate);
 }
 

@@ -33,6 +33,12 @@ class HSVN_EXPORT HSVNClient : public HSVNContext
     /// @param delegate  not nil ("delegate != nil"); must not itself keep the client alive
     static HSVNClientRef clientOwningDelegate(HSVNClientDelegateRef delegate);
 
+    /// A client of the loader's default bundle without a configuration and credentials, until `applySettings` reads
+    /// them. The user's own area is not read before, and what keeps it from being read keeps no client from being made.
+    ///
+    /// @param delegate  as `clientWithDelegate`
+    static HSVNClientRef clientForSettings(const HSVNClientDelegateRef& delegate);
+
     /// A client of the loader's default bundle (`initWithDelegate:`).
     explicit HSVNClient(const HSVNClientDelegateRef& delegate = nullptr);
     /// A client of the given line (`initWithBundle:delegate:`).
@@ -104,6 +110,13 @@ class HSVN_EXPORT HSVNClient : public HSVNContext
   private:
     friend struct HSVNClientInternals;
 
+    /// What gives a client on a new line its configuration.
+    using Configuring = void (HSVNClient::*)();
+
+    HSVNClient(const HSVNBundleRef& bundle, const HSVNClientDelegateRef& delegate, Configuring configure);
+
+    void setUp(const HSVNBundleRef& bundle, Configuring configure);
+    void clearConfiguration();
     void setupConfiguration();
     void ignoreIcons();
     void setupAuthentication();

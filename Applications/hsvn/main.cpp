@@ -6,6 +6,7 @@
 #include "CommandLine/Similarity.h"
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/TargetHints.h"
+#include "CommandLine/Targets.h"
 #include "Commands/CommitRun.h"
 #include "Output/ErrorOutput.h"
 #include "Output/Output.h"
@@ -18,7 +19,6 @@
 #include <filesystem>
 #include <fmt/format.h>
 #include <iostream>
-#include <system_error>
 #include <unistd.h>
 
 namespace {
@@ -193,13 +193,15 @@ const Subcommand& checkedSubcommand(const CommandLine& line, Session& session)
     }
 }
 
-/// Every path is told from the current directory, which Subversion asks for even where no path is.
+/// Every path is told from the directory that is the current one at the beginning: an operation may put a file in its
+/// place. Subversion asks for it even where no path is told.
 void requireCurrentDirectory()
 {
-    std::error_code error;
-    static_cast<void>(std::filesystem::current_path(error));
-    if (error) {
-        fail(BadFileName, "Couldn't determine absolute path of '.'", failure(error.value(), error.message()));
+    try {
+        static_cast<void>(absolutePath(""));
+    } catch (const std::filesystem::filesystem_error& error) {
+        const auto& code = error.code();
+        fail(BadFileName, "Couldn't determine absolute path of '.'", failure(code.value(), code.message()));
     }
 }
 

@@ -72,7 +72,7 @@ const HSVNClientRef& Session::client()
     if (!_delegate) {
         _delegate = std::make_shared<HSVNClientDelegateFor<OperationListener>>();
     }
-    auto client = HSVNClient::clientWithDelegate(_delegate);
+    auto client = HSVNClient::clientForSettings(_delegate);
     HSVNClientSettings settings = options.client;
     if (options.passwordFromInput) {
         settings.password = passwordFromInput();
@@ -109,7 +109,7 @@ void Session::ensureConfigurationArea()
 {
     try {
         loadBundles();
-        HSVNClient::clientWithDelegate(_delegate)->applySettings(
+        HSVNClient::clientForSettings(_delegate)->applySettings(
             {.configurationDirectory = options.client.configurationDirectory});
     } catch (const HSVNException&) { // NOLINT(bugprone-empty-catch)
         // What goes wrong beside it is what the user is told.

@@ -11,6 +11,7 @@
 
 namespace {
 
+/// As it was at the beginning: an operation may put a file in its place.
 const std::string& currentFolder()
 {
     static const std::string folder = NativeText::toUTF8(std::filesystem::current_path().string());

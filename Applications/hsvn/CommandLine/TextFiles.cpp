@@ -5,8 +5,10 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <fcntl.h>
+#include <filesystem>
 #include <fmt/format.h>
 #include <limits>
 #include <system_error>
@@ -20,7 +22,7 @@ namespace {
     fail(code, fmt::format("Can't {} '{}': {}", what, path, std::generic_category().message(code)));
 }
 
-/// An open file, standard input not closed.
+/// An open file. Standard input is read once, as in Subversion, which closes it: there is nothing in its place then.
 class OpenFile
 {
   public:
@@ -33,9 +35,11 @@ class OpenFile
     }
     ~OpenFile()
     {
-        if (_descriptor != STDIN_FILENO) {
-            close(_descriptor);
+        if (_descriptor == STDIN_FILENO) {
+            _descriptor = open("/dev/null", O_WRONLY | O_CLOEXEC);
+            dup2(_descriptor, STDIN_FILENO);
         }
+        close(_descriptor);
     }
     OpenFile(const OpenFile&) = delete;
     OpenFile& operator=(const OpenFile&) = delete;
@@ -89,10 +93,24 @@ std::string contentsOfFile(const std::string& path)
             return contents;
         }
         if (count < 0 && errno != EINTR) {
-            failTo("read file", path);
+            const int code = errno;
+            fail(code, fmt::format("Can't read {}: {}", path == "-" ? "stream" : fmt::format("file '{}'", path),
+                                   std::generic_category().message(code)));
         }
         contents.append(buffer.data(), static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
     }
+}
+
+std::string temporaryFolder()
+{
+    for (const char* name : {"TMPDIR", "TMP", "TEMP"}) {
+        const char* const folder = std::getenv(name); // NOLINT(concurrency-mt-unsafe): nobody changes the environment
+        std::error_code ignored;
+        if (folder != nullptr && std::filesystem::is_directory(folder, ignored) && access(folder, W_OK | X_OK) == 0) {
+            return NativeText::toUTF8(folder);
+        }
+    }
+    return P_tmpdir;
 }
 
 std::vector<std::string> linesOfTargetsFile(const std::string& path)

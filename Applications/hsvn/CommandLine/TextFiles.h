@@ -18,6 +18,9 @@ std::int32_t numberOf(const std::string& text);
 /// @throws HSVNException with the system's code for a file that cannot be read
 std::string contentsOfFile(const std::string& path);
 
+/// Where files that nobody keeps are made: the first folder that the environment names and that can be written to.
+std::string temporaryFolder();
+
 /// The lines of a file of further arguments, as UTF-8.
 std::vector<std::string> linesOfTargetsFile(const std::string& path);
 

@@ -17,7 +17,8 @@ std::string folderOf(const std::vector<std::string>& targets)
     std::vector<std::string> absolute;
     std::transform(targets.begin(), targets.end(), std::back_inserter(absolute), absolutePath);
     const std::string common = commonFolder(absolute);
-    return std::filesystem::is_directory(NativeText::fromUTF8(common)) ? common : parentFolder(common);
+    std::error_code ignored;
+    return std::filesystem::is_directory(NativeText::fromUTF8(common), ignored) ? common : parentFolder(common);
 }
 
 std::vector<std::string> localCommitTargets(Session& session)

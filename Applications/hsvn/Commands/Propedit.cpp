@@ -3,13 +3,13 @@
 #include "CommandLine/PropertyNames.h"
 #include "CommandLine/Subcommands.h"
 #include "CommandLine/Targets.h"
+#include "CommandLine/TextFiles.h"
 #include "Commands/CommitRun.h"
 #include "Commands/PropertyWarnings.h"
 #include "Interaction/Editor.h"
 #include "Output/Output.h"
 #include "Output/PropertyPrinter.h"
 
-#include <filesystem>
 #include <fmt/format.h>
 #include <optional>
 
@@ -60,7 +60,7 @@ class PropeditRun
         const auto url = HSVNTarget::verbatim(target.url);
         HSVNRevisionNumber number = HSVNInvalidRevision;
         const auto former = _session.client()->revisionProperty(url, _name, target.revision, &number);
-        const std::string folder = NativeText::toUTF8(std::filesystem::temp_directory_path().string());
+        const std::string folder = temporaryFolder();
         const auto value = edited(_session, folder, _name, former.value_or(""));
         if (!value) {
             Output::write(fmt::format("No changes to property '{}' on revision {}\n", _name, number));

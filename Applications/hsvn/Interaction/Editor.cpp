@@ -84,9 +84,11 @@ std::string shellWord(const std::string& name)
 class WorkingFolder
 {
   public:
-    explicit WorkingFolder(const std::string& folder) : _former{std::filesystem::current_path()}
+    explicit WorkingFolder(const std::string& folder)
     {
         std::error_code failure;
+        _former = std::filesystem::current_path(failure);
+        failure.clear(); // one that is gone is no place to go back to
         if (!folder.empty()) {
             std::filesystem::current_path(NativeText::fromUTF8(folder), failure);
         }
@@ -153,7 +155,7 @@ void Editor::editFile(Session& session, const std::string& path)
 
 std::string Editor::editBytes(Session& session, const std::string& bytes)
 {
-    const std::string folder = NativeText::toUTF8(std::filesystem::temp_directory_path().string());
+    const std::string folder = temporaryFolder();
     Editor editor{session, folder, ""};
     const auto [name, descriptor] = makePrivateFile(folder);
     editor._file = joined(folder, name);

@@ -74,10 +74,10 @@ std::FILE* errorStream() { return Pager::isRunning() && Pager::isBeforeTerminal(
 
 void Output::reserveStandardStreams()
 {
-    // Open for the direction that nobody uses: reading from a closed input, writing to a closed output still fails.
+    // A closed input is empty, as in Subversion. Outputs are open for the direction that nobody uses: writing fails.
     for (const int descriptor : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
         if (fcntl(descriptor, F_GETFD) == -1 && errno == EBADF) {
-            static_cast<void>(open("/dev/null", descriptor == STDIN_FILENO ? O_WRONLY : O_RDONLY));
+            static_cast<void>(open("/dev/null", O_RDONLY));
         }
     }
 }
