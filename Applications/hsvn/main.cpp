@@ -32,13 +32,13 @@ void settleInteraction(Options& options)
     options.nonInteractive = options.nonInteractive || (!options.forceInteractive && isatty(STDIN_FILENO) == 0);
 }
 
-const Subcommand& chooseSubcommand(const CommandLine& line, const Options& options)
+const Subcommand& chooseSubcommand(const CommandLine& line, const Options& options, bool isBare)
 {
     if (options.help || (line.arguments.empty() && options.version)) {
         return helpSubcommand();
     }
     if (line.arguments.empty()) {
-        throw UsageError{line.options.empty() ? "" : "Subcommand argument required", false};
+        throw UsageError{isBare ? "" : "Subcommand argument required", false};
     }
     const Subcommand* const found = subcommandNamed(line.arguments.front());
     if (!found) {
@@ -179,10 +179,12 @@ void readConfiguration(Session& session)
 }
 
 /// The subcommand, its options looked at; a refused one leaves a configuration area all the same, as Subversion does.
-const Subcommand& checkedSubcommand(const CommandLine& line, Session& session)
+///
+/// @param isBare  nothing at all follows the program's name
+const Subcommand& checkedSubcommand(const CommandLine& line, Session& session, bool isBare)
 {
     try {
-        const Subcommand& subcommand = chooseSubcommand(line, session.options);
+        const Subcommand& subcommand = chooseSubcommand(line, session.options, isBare);
         session.subcommand = &subcommand;
         checkOptions(subcommand, line, session.options);
         checkCombinations(subcommand, session.options);
@@ -210,7 +212,7 @@ void run(int count, char** words)
     Session session;
     const CommandLine line = parseCommandLine(count, words, session);
     settleInteraction(session.options);
-    const Subcommand& subcommand = checkedSubcommand(line, session);
+    const Subcommand& subcommand = checkedSubcommand(line, session, count <= 1);
     if (!subcommand.isAdministrative && !session.options.version) {
         requireCurrentDirectory();
     }

@@ -5,18 +5,15 @@
 
 std::string humanSize(std::int64_t size, bool isShort)
 {
-    constexpr std::array units{"B", "K", "M", "G", "T", "P"};
-    constexpr std::int64_t step = 1024;
-    constexpr double threeDigits = 1000;
-    auto value = static_cast<double>(size);
+    constexpr std::array units{"B", "KiB", "MiB", "GiB", "TiB", "EiB", "PiB"}; // the last two as Subversion has them
+    constexpr std::int64_t threeDigits = 999;
+    constexpr double step = 1024;
     std::size_t unit = 0;
-    while (value >= threeDigits && unit + 1 < units.size()) {
-        value /= static_cast<double>(step);
+    while ((size >> (10 * unit)) > threeDigits && unit + 1 < units.size()) {
         ++unit;
     }
-    const std::string suffix = std::string{isShort ? "" : " "} + units.at(unit);
-    if (unit == 0 || value >= 10) {
-        return fmt::format("{:.0f}{}", value, suffix);
-    }
-    return fmt::format("{:.1f}{}", value, suffix);
+    const double value = unit == 0 ? static_cast<double>(size) : static_cast<double>(size >> (10 * (unit - 1))) / step;
+    const bool hasTenths = unit > 0 && value < 9.95; // more would be rounded up to two digits
+    const std::string number = fmt::format("{:.{}f}", value, hasTenths ? 1 : 0);
+    return isShort ? number + *units.at(unit) : number + " " + units.at(unit);
 }
