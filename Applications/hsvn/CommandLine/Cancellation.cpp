@@ -27,8 +27,10 @@ void Cancellation::catchSignals()
             static_cast<void>(std::signal(number, SIG_IGN));
         }
     }
-    // Writing to a closed pipe fails and is told as any other failure.
-    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+    // Writing to a closed pipe, or beyond the limit of a file's size, fails and is told as any other failure.
+    for (const int number : {SIGPIPE, SIGXFSZ}) {
+        static_cast<void>(std::signal(number, SIG_IGN));
+    }
 }
 
 void Cancellation::outlastInterrupts() { outlastsInterrupts = 1; }
