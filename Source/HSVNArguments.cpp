@@ -27,7 +27,6 @@ HSVNRevisionRef exactRevision(const svn_opt_revision_t& revision)
 HSVNArguments::List HSVNArguments::canonicalTargets(const std::vector<std::string>& arguments,
                                                     const HSVNContextRef& context)
 {
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{
         context, "HSVNArguments", "canonicalTargets:withContext:", {{"arguments", arguments}, {"context", context}}};
     const auto function = operation.extension(&HSVNBundleExtensions::client_args_to_target_array);
@@ -45,7 +44,6 @@ HSVNArguments::List HSVNArguments::canonicalTargets(const std::vector<std::strin
 
 HSVNArguments::Pegged HSVNArguments::parse(const std::string& target, const HSVNContextRef& context)
 {
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context, "HSVNArguments", "parse:withContext:", {{"target", target}, {"context", context}}};
     svn_opt_revision_t pegRevision{};
     const char* path = nullptr;
@@ -57,7 +55,6 @@ HSVNArguments::Pegged HSVNArguments::parse(const std::string& target, const HSVN
 std::optional<std::pair<HSVNRevisionRef, HSVNRevisionRef>> HSVNArguments::parseRevisions(const std::string& text,
                                                                                          const HSVNContextRef& context)
 {
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{
         context, "HSVNArguments", "parseRevisions:withContext:", {{"text", text}, {"context", context}}};
     svn_opt_revision_t start{};

@@ -54,8 +54,6 @@ std::set<std::string> HSVNExternalPathsBelow(HSVNOperation& operation, const std
 
 std::vector<HSVNLocalPathRef> HSVNDirectory::externalsForPath(const HSVNPathRef& path, const HSVNContextRef& context)
 {
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{
         context, "HSVNDirectory", "externalsForPath:withContext:", {{"path", path}, {"context", context}}};
     std::vector<HSVNLocalPathRef> externals;

@@ -170,9 +170,6 @@ HSVNDirectoryRef HSVNDirectory::directoryAtPath(const HSVNPathRef& path, const H
                                                 HSVNRepositoryInfoRef* repositoryInfo, const HSVNContextRef& context,
                                                 Maker maker)
 {
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(revision != nullptr, "revision != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNDirectory",
                             "directoryAtPath:forRevision:repositoryInfo:withContext:",
@@ -192,9 +189,6 @@ HSVNDirectoryRef HSVNDirectory::directoryAtPath(const HSVNPathRef& path, const H
 HSVNDirectoryRef HSVNDirectory::directoryAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
                                                 std::vector<HSVNNodeRef>* children, const HSVNContextRef& context)
 {
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(revision != nullptr, "revision != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNDirectory",
                             "directoryAtPath:forRevision:children:withContext:",
@@ -212,8 +206,6 @@ HSVNDirectoryRef HSVNDirectory::directoryAtPath(const HSVNPathRef& path, const H
 
 HSVNDirectoryRef HSVNDirectory::createDirectoryAtPath(const HSVNPathRef& path, const HSVNContextRef& context)
 {
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNRevisionChange change{
         context, "HSVNDirectory", "createDirectoryAtPath:withContext:", {{"path", path}, {"context", context}}};
     auto& operation = change.operation();

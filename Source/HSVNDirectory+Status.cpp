@@ -252,9 +252,6 @@ std::vector<HSVNNodeRef> HSVNDirectory::statusForNodesInUnversionedDirectoryAtPa
                                                                                    std::size_t* abnormalItemCount,
                                                                                    const HSVNContextRef& context)
 {
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(options != nullptr, "options != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{
         context,
         "HSVNDirectory",
@@ -398,8 +395,6 @@ HSVNDirectoryRef HSVNDirectory::workingCopyWithStatusAtPath(const HSVNPathRef& p
                                                             HSVNRepositoryInfoRef* repositoryInfo,
                                                             const HSVNContextRef& context)
 {
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNDirectory",
                             "workingCopyWithStatusAtPath:repositoryInfo:withContext:",

@@ -122,8 +122,6 @@ HSVNPathRef HSVNDirectory::parentDirectoryInRoot(const HSVNPathRef& root, const 
 
 void HSVNDirectory::cleanUpWorkingCopyAtPath(const HSVNPathRef& path, const HSVNContextRef& context)
 {
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{
         context, "HSVNDirectory", "cleanUpWorkingCopyAtPath:withContext:", {{"path", path}, {"context", context}}};
     HSVNCleanUp(operation, path->string(), {});

@@ -104,9 +104,6 @@ class AdaptedOutput
 HSVNFileRef HSVNFile::fileAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
                                  const HSVNContextRef& context)
 {
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(revision != nullptr, "revision != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNFile",
                             "fileAtPath:forRevision:withContext:",
@@ -125,10 +122,6 @@ HSVNFileRef HSVNFile::fileAtPath(const HSVNPathRef& path, const HSVNRevisionSpec
 void HSVNFile::catRevision(const HSVNRevisionSpecRef& revision, const HSVNPathRef& path,
                            const std::shared_ptr<HSVNOutputStream>& stream, const HSVNContextRef& context)
 {
-    HSVNAssertParameter(revision != nullptr, "revision != nil");
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(stream != nullptr, "stream != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNFile",
                             "catRevision:ofFileAtPath:toOutputStream:withContext:",

@@ -40,9 +40,6 @@ HSVNURLRef HSVNURLForListing(const HSVNPathRef& path, const HSVNContextRef& cont
 HSVNNodeKind HSVNNode::kindOfNodeAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
                                         const HSVNContextRef& context)
 {
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(revision != nullptr, "revision != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNNode",
                             "kindOfNodeAtPath:revision:withContext:",
@@ -62,8 +59,6 @@ bool HSVNNode::isDirectoryAtPath(const HSVNPathRef& path, const HSVNRevisionSpec
 
 HSVNURLRef HSVNNode::URLForNodeAtPath(const HSVNPathRef& path, const HSVNContextRef& context)
 {
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{
         context, "HSVNNode", "URLForNodeAtPath:withContext:", {{"path", path}, {"context", context}}};
     const HSVNRevisionRecords unspecified{*HSVNRevisionSpec::UNSPECIFIED()};

@@ -24,8 +24,6 @@ void HSVNNode::setProperty(const std::string& propName, const std::optional<std:
                            const HSVNPathRef& path, const HSVNContextRef& context)
 {
     checkPropertyName(propName);
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{
         context,
         "HSVNNode",
@@ -39,9 +37,6 @@ std::optional<std::string> HSVNNode::propertyWithName(const std::string& propNam
                                                       const HSVNContextRef& context)
 {
     checkPropertyName(propName);
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(revision != nullptr, "revision != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNNode",
                             "propertyWithName:forNodeAtPath:forRevision:withContext:",
@@ -53,9 +48,6 @@ std::optional<std::string> HSVNNode::propertyWithName(const std::string& propNam
 HSVNProperties HSVNNode::propertiesForNodeAtPath(const HSVNPathRef& path, const HSVNRevisionSpecRef& revision,
                                                  const HSVNContextRef& context)
 {
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(revision != nullptr, "revision != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNNode",
                             "propertiesForNodeAtPath:forRevision:withContext:",

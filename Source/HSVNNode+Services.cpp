@@ -14,10 +14,6 @@
 HSVNRevisionNumber HSVNNode::importNodeAtPath(const HSVNPathRef& path, const HSVNURLRef& url,
                                               const HSVNImportOptionsRef& options, const HSVNContextRef& context)
 {
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(url != nullptr, "url != nil");
-    HSVNAssertParameter(options != nullptr, "options != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNRevisionChange change{context,
                               "HSVNNode",
                               "importNodeAtPath:intoRepositoryAtURL:withOptions:withContext:",
@@ -66,13 +62,6 @@ void HSVNNode::mergeNodeAtPath(const HSVNPathRef& path1, const HSVNRevisionRef& 
                                const HSVNRevisionRef& revision2, const HSVNPathRef& workingCopyPath,
                                const HSVNMergeOptionsRef& options, const HSVNContextRef& context)
 {
-    HSVNAssertParameter(path1 != nullptr, "path1 != nil");
-    HSVNAssertParameter(revision1 != nullptr, "revision1 != nil");
-    HSVNAssertParameter(path2 != nullptr, "path2 != nil");
-    HSVNAssertParameter(revision2 != nullptr, "revision2 != nil");
-    HSVNAssertParameter(workingCopyPath != nullptr, "workingCopyPath != nil");
-    HSVNAssertParameter(options != nullptr, "options != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{
         context,
         "HSVNNode",

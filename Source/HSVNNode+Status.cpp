@@ -55,9 +55,6 @@ void HSVNNodeStatusCallback(void* baton, const char* path, svn_wc_status2_t* sta
 HSVNNodeRef HSVNNode::nodeWithStatusAtPath(const HSVNPathRef& path, const HSVNRevisionRef& revision,
                                            bool compareAgainstRepository, const HSVNContextRef& context)
 {
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(revision != nullptr, "revision != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNNode",
                             "nodeWithStatusAtPath:revision:compareAgainstRepository:withContext:",

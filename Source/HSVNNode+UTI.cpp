@@ -117,8 +117,6 @@ std::string HSVNNode::UTIForNodeAtPath(const HSVNPathRef& path, const HSVNRevisi
 
 std::optional<std::string> HSVNNode::MIMETypeForNodeAtPath(const HSVNPathRef& path, const HSVNContextRef& context)
 {
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{
         context, "HSVNNode", "MIMETypeForNodeAtPath:withContext:", {{"path", path}, {"context", context}}};
     const char* type = nullptr;

@@ -18,9 +18,6 @@ void HSVNNode::add(const HSVNPathRef& path, const HSVNContextRef& context)
 void HSVNNode::add(const HSVNPathRef& path, const std::shared_ptr<const HSVNAddOptions>& options,
                    const HSVNContextRef& context)
 {
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(options != nullptr, "options != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNNode",
                             "add:withOptions:withContext:",
@@ -31,8 +28,6 @@ void HSVNNode::add(const HSVNPathRef& path, const std::shared_ptr<const HSVNAddO
 void HSVNNode::revertNodes(const std::vector<HSVNPathRef>& nodePaths,
                            const std::shared_ptr<const HSVNRevertOptions>& options, const HSVNContextRef& context)
 {
-    HSVNAssertParameter(options != nullptr, "options != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNNode",
                             "revertNodes:withOptions:withContext:",
@@ -43,9 +38,6 @@ void HSVNNode::revertNodes(const std::vector<HSVNPathRef>& nodePaths,
 void HSVNNode::resolveNodeAtPath(const HSVNPathRef& path, const std::shared_ptr<const HSVNResolveOptions>& options,
                                  const HSVNContextRef& context)
 {
-    HSVNAssertParameter(path != nullptr, "path != nil");
-    HSVNAssertParameter(options != nullptr, "options != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNNode",
                             "resolveNodeAtPath:withOptions:withContext:",
@@ -58,9 +50,6 @@ std::vector<HSVNRevisionNumber> HSVNNode::updateNodes(const std::vector<HSVNPath
                                                       const std::shared_ptr<const HSVNUpdateOptions>& options,
                                                       const HSVNContextRef& context)
 {
-    HSVNAssertParameter(toRevision != nullptr, "revision != nil");
-    HSVNAssertParameter(options != nullptr, "options != nil");
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{
         context,
         "HSVNNode",
@@ -84,7 +73,8 @@ HSVNRevisionNumber HSVNNode::commitChangesToNodes(const std::vector<HSVNPathRef>
     HSVNRevisionChange change{context,
                               "HSVNNode",
                               "commitChangesToNodes:withOptions:withContext:",
-                              {{"nodePaths", nodePaths}, {"options", options}, {"context", context}}};
+                              // A nil context is not tested: it fails as making its bundle current does.
+                              {{"nodePaths", nodePaths}, {"options", options}, {"context", context.get()}}};
     HSVNOperationNotifications notifications{
         {HSVNNotifyActionCommitStarted, HSVNNotifyActionCommitSucceeded, HSVNNotifyActionCommitFailed}, nodePaths};
     return notifications.run(*context, [&] {

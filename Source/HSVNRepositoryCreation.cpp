@@ -32,7 +32,6 @@ std::vector<std::string> configurationOf(const HSVNRepositoryCreationChoices& ch
 void HSVNCreateRepository(const HSVNTarget& path, const HSVNRepositoryCreationChoices& choices,
                           const HSVNContextRef& context)
 {
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context,
                             "HSVNRepositoryCreation",
                             "createRepository:withOptions:withContext:",

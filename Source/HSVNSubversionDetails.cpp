@@ -6,7 +6,6 @@
 HSVNSubversionDetails HSVNReadSubversionDetails(const std::optional<std::string>& configurationFolder, bool withSystem,
                                                 const HSVNContextRef& context)
 {
-    HSVNAssertParameter(context != nullptr, "context != nil");
     HSVNOperation operation{context, "HSVNSubversionDetails", "readWithContext:", {{"context", context}}};
     HSVNBundleExtensions::VersionDetails found{};
     operation.check(operation.extension(&HSVNBundleExtensions::version_details)(

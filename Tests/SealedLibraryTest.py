@@ -60,7 +60,7 @@ class SealedLibrary(unittest.TestCase):
         self.assertEqual(leaving, set())
 
     def test_classes_of_exceptions_are_the_same_on_both_sides(self):
-        exceptions = declared(r"^class HSVN_EXPORT (\w+Exception)\b", "*.h")
+        exceptions = declared(r"^(?:class HSVN_EXPORT |HSVN_EXCEPTION\()(\w+Exception)\b", "*.h")
         self.assertGreater(len(exceptions), 20)
         self.assertEqual({name for name in exceptions if f"typeinfo for {name}" not in self.exported}, set())
 

@@ -26,6 +26,17 @@ const HSVNContextRef& logged(const HSVNContextRef& context, std::string_view cla
     return context;
 }
 
+/// The context, when no argument is a nil object.
+const HSVNContextRef& withObjects(const HSVNContextRef& context, const std::vector<HSVNArgument>& arguments)
+{
+    for (const auto& argument : arguments) {
+        if (argument.isNil) {
+            HSVNFailParameter(fmt::format("{} != nil", argument.name));
+        }
+    }
+    return context;
+}
+
 /// The context as operations hold it: one that nobody shares, such as one on the stack, outlives its verbs.
 HSVNContextRef sharedContext(HSVNContext& context)
 {
@@ -100,11 +111,21 @@ HSVNVersion HSVNDecidingVersion(const HSVNContext& context)
 
 HSVNOperation::HSVNOperation(const HSVNContextRef& context, std::string_view className, std::string_view operation,
                              const std::vector<HSVNArgument>& arguments)
-    : _context{logged(context, className, operation, arguments)}, _use{*_context}, _name{fmt::format("[{} {}]",
-                                                                                                     className,
-                                                                                                     operation)},
-      _bundle{context->bundle()}, _version{HSVNDecidingVersion(*context)}, _entryPoints{&HSVNCurrentEntryPoints()},
-      _pool{context->pool()}, _targets{targetsOf(arguments)}, _outerException{context->takeKeptException()}
+    : HSVNOperation{withObjects(context, arguments), className, operation, arguments, false}
+{
+}
+
+HSVNOperation::HSVNOperation(HSVNContext& context, std::string_view verb, const std::vector<HSVNArgument>& arguments)
+    : HSVNOperation{sharedContext(context), "HSVNContext", verb, arguments, true}
+{
+}
+
+HSVNOperation::HSVNOperation(const HSVNContextRef& context, std::string_view className, std::string_view operation,
+                             const std::vector<HSVNArgument>& arguments, bool isVerb)
+    : _context{logged(context, className, operation, arguments)}, _use{*_context},
+      _name{fmt::format("[{} {}]", className, operation)}, _isVerb{isVerb}, _bundle{context->bundle()},
+      _version{HSVNDecidingVersion(*context)}, _entryPoints{&HSVNCurrentEntryPoints()}, _pool{context->pool()},
+      _targets{targetsOf(arguments)}, _outerException{context->takeKeptException()}
 {
     if (_use.isOutermost()) {
         _context->beginOperation();
@@ -114,12 +135,6 @@ HSVNOperation::HSVNOperation(const HSVNContextRef& context, std::string_view cla
     }
     noteWorkingCopies();
     _outerOperation = std::exchange(_context->_operation, this); // last: the destructor takes it back
-}
-
-HSVNOperation::HSVNOperation(HSVNContext& context, std::string_view verb, const std::vector<HSVNArgument>& arguments)
-    : HSVNOperation{sharedContext(context), "HSVNContext", verb, arguments}
-{
-    _isVerb = true;
 }
 
 HSVNOperation::~HSVNOperation()

@@ -27,18 +27,29 @@ struct HSVNArgument
 {
     std::string_view name;
     std::function<std::string()> text;
+    bool isNil = false; ///< of an object
     /// The local paths among the items that the operation works on.
     std::vector<std::string> localPaths{};
 
     /// The value outlives the argument; it is shown as "%@" shows it.
     template <class Value>
     HSVNArgument(std::string_view argumentName, const Value& value)
-        : name{argumentName}, text{[&value] { return HSVNDebugArgument(value).text(); }}
+        : name{argumentName}, text{[&value] { return HSVNDebugArgument(value).text(); }}, isNil{isNilObject(value)}
     {
         addLocalPaths(value);
     }
 
   private:
+    template <class Value>
+    static bool isNilObject(const Value& /*value*/)
+    {
+        return false;
+    }
+    template <class Class>
+    static bool isNilObject(const std::shared_ptr<Class>& object)
+    {
+        return object == nullptr;
+    }
     template <class Value>
     void addLocalPaths(const Value& /*value*/)
     {
@@ -81,11 +92,13 @@ HSVNVersion HSVNDecidingVersion(const HSVNContext& context);
 /// The constructor writes the debug line, refuses a context that another thread uses, pushes the context's bundle,
 /// makes a sub-pool of the context's pool and sees to it that working copies which the context keeps open are still
 /// those on the disk, or, within a callback of another operation, opens them for itself; the destructor destroys the
-/// sub-pool and pops the bundle, in that order. Preconditions are tested before it is made. Exceptions that callbacks
-/// kept in the context while the operation ran are thrown by `check`.
+/// sub-pool and pops the bundle, in that order. Before all that the frame of a class operation refuses arguments that are
+/// nil objects, in their order ("path != nil"); other preconditions are tested before it is made. Exceptions that
+/// callbacks kept in the context while the operation ran are thrown by `check`.
 class HSVNOperation
 {
   public:
+    /// @throws an assertion "Invalid parameter not satisfying: NAME != nil" for an argument that is a nil object
     HSVNOperation(const HSVNContextRef& context, std::string_view className, std::string_view operation,
                   const std::vector<HSVNArgument>& arguments);
     /// The frame of one of the context's verbs.
@@ -175,6 +188,8 @@ class HSVNOperation
     const char* changed(const std::string& target) const;
 
   private:
+    HSVNOperation(const HSVNContextRef& context, std::string_view className, std::string_view operation,
+                  const std::vector<HSVNArgument>& arguments, bool isVerb);
     [[noreturn]] void failUnsupported() const;
     apr_array_header_t* targetsOf(const std::vector<HSVNArgument>& arguments) const;
     void refreshWorkingCopies();
@@ -184,7 +199,7 @@ class HSVNOperation
     HSVNContextRef _context;
     HSVNContextUse _use;
     std::string _name; // "[class operation]"
-    bool _isVerb = false;
+    bool _isVerb;
     bool _isStopped = false;
     HSVNBrokenPipes _brokenPipes; // before the pool, with which connections end
     HSVNBundleScope _bundle;
