@@ -268,7 +268,8 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
 
     // MARK: Conflicts
 
-    /// Ends the conflicts of items and of what lies below them; nothing happens to items without any.
+    /// Ends the conflicts of items and of what lies below them; nothing happens to items without any, or that are not
+    /// there.
     ///
     /// @param targets  local paths
     /// Stands for svn_client_resolve (svn_client_resolved).
