@@ -276,12 +276,14 @@ INSTANTIATE_TEST_SUITE_P(Lines, HostileArguments, everyLine(), lineName);
 TEST_P(HostileArguments, NamesOfTheAdministrativeAreaAreNeverChanged)
 {
     std::filesystem::create_directory_symlink(".svn", item("link"));
+    writeFile(item("older/.svn/entries"), "8\n");
     for (const auto& operation : everyOperation()) {
         if (operation.use != Use::Changes) {
             continue;
         }
         const auto before = everything();
-        for (const char* name : {".svn", ".svn/", ".svn/wc.db", "./dir/../.svn", "dir/.svn", "nowhere/.svn", "link/x"})
+        for (const char* name : {".svn", ".svn/", ".svn/wc.db", "./dir/../.svn", "dir/.svn", "nowhere/.svn", "link/x",
+                                 "older/.svn/text-base/x"})
         {
             try {
                 operation.run(item(name));
@@ -294,6 +296,7 @@ TEST_P(HostileArguments, NamesOfTheAdministrativeAreaAreNeverChanged)
         EXPECT_EQ(everything(), before) << operation.name;
     }
     std::filesystem::remove(item("link"));
+    std::filesystem::remove_all(item("older"));
 }
 
 TEST_P(HostileArguments, AWorkingCopyBelowAFolderOfThatNameIsNoneOfIt)
