@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 #include <string_view>
 
 namespace HSVNAdapter {
@@ -172,8 +173,11 @@ svn_error_t* move(const apr_array_header_t* sources, const char* destination, sv
     CommitQuestions questions{ctx};
     SVN_ERR(checkTargets(&sources, pool));
     SVN_ERR(checkTarget(&destination, pool));
-    for (int index = 0; index < sources->nelts; ++index) {
-        SVN_ERR(requireMovable(APR_ARRAY_IDX(sources, index, const char*), destination, sources->nelts > 1, ctx, pool));
+    const std::span all{reinterpret_cast<const char* const*>(sources->elts), static_cast<std::size_t>(sources->nelts)};
+    for (const char* const source : all) {
+        if (std::ranges::all_of(all, isURL)) { // others are not moved together with them
+            SVN_ERR(requireMovable(source, destination, sources->nelts > 1, ctx, pool));
+        }
     }
     return svn_client_move7(sources, destination, asChild, makeParents, allowMixedRevisions, FALSE, revisionProperties,
                             receiver, baton, ctx, pool);

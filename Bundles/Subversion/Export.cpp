@@ -73,6 +73,16 @@ svn_error_t* refuseNowhere(const char* from)
     return svn_error_createf(SVN_ERR_RA_ILLEGAL_URL, nullptr, "URL '%s' doesn't exist", from);
 }
 
+/// Whether an error says that the server has the repository at another URL.
+bool isMoved([[maybe_unused]] const svn_error_t* error)
+{
+#if HSVN_LINE_MINOR >= 7
+    return error != nullptr && error->apr_err == SVN_ERR_RA_SESSION_URL_MISMATCH;
+#else
+    return false;
+#endif
+}
+
 /// Opens a session at the place where the item is in its revision.
 svn_error_t* openSession(svn_ra_session_t** session, Location* location, const char* from,
                          const svn_opt_revision_t& peg, const svn_opt_revision_t& revision, svn_client_ctx_t* ctx,
@@ -80,10 +90,15 @@ svn_error_t* openSession(svn_ra_session_t** session, Location* location, const c
 {
     if (isURL(from) && isSame(peg, revision)) {
         location->url = from;
-        SVN_ERR(svn_client_open_ra_session(session, from, ctx, pool));
-        return revisionNumber(&location->revision, revision, *session, pool);
+        svn_error_t* const error = svn_client_open_ra_session(session, from, ctx, pool);
+        if (!isMoved(error)) {
+            SVN_ERR(error);
+            return revisionNumber(&location->revision, revision, *session, pool);
+        }
+        svn_error_clear(error);
     }
-    // An item of another name or revision is traced as for any other question about it.
+    // An item of another name or revision is traced as for any other question about it; so is one whose server sends
+    // elsewhere.
     svn_error_t* const error = svn_client_info(from, &peg, &revision, takeLocation, location, FALSE, ctx, pool);
     if (error != nullptr && error->apr_err == SVN_ERR_RA_ILLEGAL_URL) {
         svn_error_clear(error);

@@ -30,6 +30,7 @@ REASONS = [
     (r"^scribbled .*\bexport\b", r"Bogus date|(?m:^-A    )", "an export reads the date of what it exports"),
     (r"^scribbled .*\bexport\b", r"(?m)^-wc/\S*svn-\w{6}: ", "svn leaves the temporary file of an export that fails"),
     (r"^scribbled .*--xml", r"(?m)^\+<author>.*\?\\\d{3}", "an author's bytes that are no text would make the XML ill-formed"),
+    ("--encoding", "(?m)^-.*\u00c3\u0083\u00c2", "svn goes on in the encoding that it read a message in"),
     (r"^forbidden .*\bcleanup\b", r"(?m)^-'  L ", "svn leaves a working copy locked that it cannot read"),
 ]
 

@@ -26,6 +26,8 @@ StartServers 2
 MaxConnectionsPerChild 1
 KeepAliveTimeout 2
 {tls}
+RedirectMatch permanent ^/moved/(.*) http://127.0.0.1:{port}/repository/$1
+RedirectMatch permanent ^/round http://127.0.0.1:{port}/round
 <Location /repository>
     DAV svn
     SVNPath {repository}
@@ -98,8 +100,8 @@ def running(folder, repository, port, password, with_certificates=False, rules=R
     """
     crypted = subprocess.run(["openssl", "passwd", "-apr1", password], check=True, capture_output=True,
                              text=True).stdout
-    modules = ["mpm_prefork", "authn_core", "authn_file", "auth_basic", "authz_core", "authz_user", "dav", "dav_svn",
-               "authz_svn", *(["ssl"] if with_certificates else [])]
+    modules = ["mpm_prefork", "alias", "authn_core", "authn_file", "auth_basic", "authz_core", "authz_user", "dav",
+               "dav_svn", "authz_svn", *(["ssl"] if with_certificates else [])]
     texts = {"passwords": "harry:" + crypted,
              "rules": rules,
              "configuration": CONFIGURATION.format(

@@ -70,7 +70,9 @@ const HSVNClientRef& Session::client()
     }
     loadBundles();
     if (!_delegate) {
-        _delegate = std::make_shared<HSVNClientDelegateFor<OperationListener>>();
+        const bool isQuiet = options.quiet || options.xml || options.json;
+        _delegate = isQuiet ? HSVNClientDelegateRef{std::make_shared<HSVNClientDelegateFor<QuietListener>>()}
+                            : std::make_shared<HSVNClientDelegateFor<OperationListener>>();
     }
     auto client = HSVNClient::clientForSettings(_delegate);
     HSVNClientSettings settings = options.client;

@@ -16,8 +16,9 @@ namespace {
 /// Hears between the items that those of an external begin.
 struct InfoListener : OperationListener
 {
-    static void notify(HSVNContext& /*context*/, const HSVNNotificationRef& notification)
+    static void notify(HSVNContext& context, const HSVNNotificationRef& notification)
     {
+        OperationListener::notify(context, notification);
         constexpr int infoExternal = 78; // svn_wc_notify_info_external, which the library has no name for
         if (notification->action() == infoExternal) {
             Output::write(fmt::format("\nPerforming info on external item at '{}':\n",

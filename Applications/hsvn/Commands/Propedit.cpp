@@ -73,10 +73,10 @@ class PropeditRun
 
     void editOfItems()
     {
+        const auto targets = targetsOf(_session);
         if (_session.options.usedRevision) {
             fail(ArgumentParsing, fmt::format("Cannot specify revision for editing versioned property '{}'", _name));
         }
-        const auto targets = targetsOf(_session);
         if (targets.empty()) {
             fail(InsufficientArguments, "Explicit target argument required");
         }

@@ -15,8 +15,9 @@ namespace {
 /// Hears between the items that a scan of an external begins and what revision the repository was asked for.
 struct StatusListener : OperationListener
 {
-    static void notify(HSVNContext& /*context*/, const HSVNNotificationRef& notification)
+    static void notify(HSVNContext& context, const HSVNNotificationRef& notification)
     {
+        OperationListener::notify(context, notification);
         if (notification->action() == HSVNNotifyActionStatusCompleted &&
             notification->revision() != HSVNInvalidRevision) {
             Output::write(fmt::format("Status against revision: {:6}\n", notification->revision()));
