@@ -349,6 +349,7 @@ class Graph(WithFolder):
     def test_merge_information_without_a_slash_ends_nothing(self):
         repository = shutil.copytree(self.root + "/repository", self.root + "/copy")
         url = f"file://{repository}/trunk"
+        fixtures.write(repository + "/db", "fsfs.conf", "[deltification]\ncompression = none\n")
         former = subprocess.run(["svn", "propget", "--strict", "svn:mergeinfo", url], check=True, capture_output=True).stdout
         value = former + b"\n/elsewhere/x:2"
         subprocess.run(["svnmucc", "-m", "Tell merges", "propset", "svn:mergeinfo", value, url], check=True,
