@@ -205,10 +205,10 @@ class NestedCalls : public testing::Test
   protected:
     static void SetUpTestSuite()
     {
-        given = new TestRepository; // NOLINT(cppcoreguidelines-owning-memory)
-        given->change({"mkdir", "trunk"});
-        const std::string root = given->checkOut("wc", "trunk");
-        const std::string other = given->checkOut("other", "trunk");
+        repository = new TestRepository; // NOLINT(cppcoreguidelines-owning-memory)
+        repository->change({"mkdir", "trunk"});
+        const std::string root = repository->checkOut("wc", "trunk");
+        const std::string other = repository->checkOut("other", "trunk");
         for (const std::string name : {"changed", "conflicted", "normal", "dir/one", "dir/two", "tree/deep/child"}) {
             writeFile(root + "/" + name, name + "\n");
         }
@@ -226,27 +226,27 @@ class NestedCalls : public testing::Test
             writeFile(root + "/" + name, "mine\n");
         }
         svn({"changelist", "list", root + "/changed", root + "/dir/one", root + "/dir/two"});
-        mustRun({"cp", "-a", given->path(), given->beside("untouched")});
+        mustRun({"cp", "-a", repository->path(), repository->beside("untouched")});
     }
     static void svn(std::vector<std::string> arguments)
     {
         arguments.insert(arguments.begin(), {"svn", "--non-interactive", "-q"});
         mustRun(arguments);
     }
-    static void TearDownTestSuite() { delete given; } // NOLINT(cppcoreguidelines-owning-memory)
+    static void TearDownTestSuite() { delete repository; } // NOLINT(cppcoreguidelines-owning-memory)
 
     Given fresh()
     {
-        const std::string root = given->beside("copy");
+        const std::string root = repository->beside("copy");
         for (const char* ending : {"", ".exported", ".patch"}) {
             std::filesystem::remove_all(root + ending);
         }
-        std::filesystem::remove_all(given->path());
-        mustRun({"cp", "-a", given->beside("untouched"), given->path()});
-        mustRun({"cp", "-a", given->beside("wc"), root});
+        std::filesystem::remove_all(repository->path());
+        mustRun({"cp", "-a", repository->beside("untouched"), repository->path()});
+        mustRun({"cp", "-a", repository->beside("wc"), root});
         writeFile(root + ".patch", "--- dir/two\n+++ dir/two\n@@ -1 +1 @@\n-mine\n+patched\n");
         client = std::make_shared<HSVNClient>(bundleOfLine(installedLine()), asker);
-        return {*client, root, given->url("trunk")};
+        return {*client, root, repository->url("trunk")};
     }
 
     using Call = std::function<void(const Given&, const std::function<void()>& within)>;
@@ -321,7 +321,7 @@ class NestedCalls : public testing::Test
         return "";
     }
 
-    static inline TestRepository* given = nullptr;
+    static inline TestRepository* repository = nullptr;
     std::shared_ptr<HSVNClientDelegateFor<Asker>> asker = std::make_shared<HSVNClientDelegateFor<Asker>>();
     HSVNClientRef client;
 };
