@@ -112,28 +112,18 @@ svn_error_t* requireMovable(std::string_view source, std::string_view destinatio
                              source.data(), destination.data());
 }
 
-/// Subversion finds nothing to commit of a versioned item that is missing, and asserts that there is something.
-svn_error_t* requireCommittable(const char* source, const char* destination, [[maybe_unused]] svn_client_ctx_t* ctx,
-                                apr_pool_t* pool)
+/// Subversion asserts that what is copied to a repository has something to commit. A local item that is missing, or in
+/// whose place a link leads nowhere, has not.
+svn_error_t* withoutAssertion(svn_error_t* error, [[maybe_unused]] const char* source)
 {
-    svn_node_kind_t kind = svn_node_unknown;
-    if (isURL(source) || !isURL(destination)) {
-        return SVN_NO_ERROR;
-    }
-    SVN_ERR(svn_io_check_resolved_path(source, &kind, pool));
-    if (kind != svn_node_none) {
-        return SVN_NO_ERROR;
-    }
-#if HSVN_LINE_MINOR >= 8
-    if (isSymbolicLink(source, pool)) { // which may lead nowhere, where a link is what is versioned
-        SVN_ERR(checkAbsoluteTarget(&source, pool));
-        SVN_ERR(svn_wc_read_kind2(&kind, ctx->wc_ctx, source, FALSE, FALSE, pool));
-        return kind != svn_node_dir ? SVN_NO_ERROR
-                                    : svn_error_createf(SVN_ERR_NODE_UNEXPECTED_KIND, nullptr,
-                                                        "'%s' is a symbolic link in the place of a directory", source);
+#if HSVN_LINE_MINOR >= 6
+    if (hasCode(error, SVN_ERR_ASSERTION_FAIL) && !isURL(source)) {
+        svn_error_clear(error);
+        return svn_error_createf(SVN_ERR_NODE_UNEXPECTED_KIND, nullptr, "'%s' is missing: there is nothing to copy",
+                                 source);
     }
 #endif
-    return nothingAt(source);
+    return error;
 }
 
 svn_error_t* copy3(svn_commit_info_t** info, const char* source, const svn_opt_revision_t* sourceRevision,
@@ -144,10 +134,8 @@ svn_error_t* copy3(svn_commit_info_t** info, const char* source, const svn_opt_r
     HSVN_CANONICAL_TARGET(source, pool);
     HSVN_CANONICAL_TARGET(destination, pool);
     const auto revision = revisionForTarget(source, sourceRevision);
-    if (!isOfRepository(revision)) {
-        SVN_ERR(requireCommittable(source, destination, ctx, pool));
-    }
-    svn_error_t* error = smoothed(svn_client_copy3(info, source, &revision, destination, ctx, pool), {sourceOfNoKind});
+    svn_error_t* error = smoothed(
+        withoutAssertion(svn_client_copy3(info, source, &revision, destination, ctx, pool), source), {sourceOfNoKind});
     if (error != nullptr && !isURL(source) && isOfRepository(revision) && startsFallBack(error)) {
         return copyOldItem(error, info, source, revision, destination, ctx, pool);
     }
@@ -185,6 +173,22 @@ svn_error_t* move(const apr_array_header_t* sources, const char* destination, sv
 #endif
 
 #if HSVN_LINE_MINOR >= 9
+/// The first source that nothing is at; the first one of all when there is something at each.
+const char* firstMissing(const apr_array_header_t* sources, apr_pool_t* pool)
+{
+    for (int index = 0; index < sources->nelts; ++index) {
+        const char* const path = APR_ARRAY_IDX(sources, index, svn_client_copy_source_t*)->path;
+        svn_node_kind_t kind = svn_node_unknown;
+        if (!isURL(path)) {
+            svn_error_clear(svn_io_check_resolved_path(path, &kind, pool));
+        }
+        if (kind == svn_node_none) {
+            return path;
+        }
+    }
+    return APR_ARRAY_IDX(sources, 0, svn_client_copy_source_t*)->path;
+}
+
 svn_error_t* copy(const apr_array_header_t* sources, const char* destination, svn_boolean_t asChild,
                   svn_boolean_t makeParents, svn_boolean_t ignoreExternals, svn_boolean_t pinExternals,
                   const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
@@ -198,15 +202,13 @@ svn_error_t* copy(const apr_array_header_t* sources, const char* destination, sv
         auto* pointer = static_cast<svn_client_copy_source_t*>(apr_pcalloc(pool, sizeof(svn_client_copy_source_t)));
         pointer->path = source.path;
         SVN_ERR(checkTarget(&pointer->path, pool));
-        if (!isOfRepository(source.revision)) {
-            SVN_ERR(requireCommittable(pointer->path, destination, ctx, pool));
-        }
         pointer->revision = &source.revision;
         pointer->peg_revision = &source.pegRevision;
         APR_ARRAY_PUSH(pointers, svn_client_copy_source_t*) = pointer;
     }
-    return svn_client_copy7(pointers, destination, asChild, makeParents, ignoreExternals, FALSE, pinExternals, nullptr,
-                            revisionProperties, receiver, baton, ctx, pool);
+    svn_error_t* const error = svn_client_copy7(pointers, destination, asChild, makeParents, ignoreExternals, FALSE,
+                                                pinExternals, nullptr, revisionProperties, receiver, baton, ctx, pool);
+    return withoutAssertion(error, firstMissing(pointers, pool));
 }
 #endif
 
