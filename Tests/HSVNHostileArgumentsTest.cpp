@@ -493,11 +493,17 @@ TEST_P(HostileArguments, WhatSubversionAssertsIsAskedBefore)
     }
     EXPECT_THAT(reasonOf([&] { client->copy({}, item("new")); }), HasSubstr("[sources count] > 0"));
     EXPECT_THAT(reasonOf([&] { client->move({}, item("new")); }), HasSubstr("[sources count] > 0"));
-    for (const bool asChild : {false, true}) {
-        const auto into = asChild ? repository.url() : repository.url("new");
-        EXPECT_THAT(reasonOf<HSVNUnsupportedFeatureException>(
-                        [&] { client->move(repository.url(), into, {.asChild = asChild, .message = ""}); }),
-                    HasSubstr("into its own child"));
+    using Sources = std::vector<std::string>;
+    const std::string whole = repository.url();
+    for (const auto& [sources, into, words] : std::vector<std::tuple<Sources, std::string, std::string>>{
+             {{whole}, whole, "into itself"},
+             {{whole, repository.url("trunk")}, whole, "into its own child"},
+             {{whole}, repository.url("new"), "into its own child"}})
+    {
+        EXPECT_THAT(reasonOf<HSVNUnsupportedFeatureException>([&] {
+                        client->move(HSVNTargets::verbatim(sources), into, {.asChild = into == whole, .message = ""});
+                    }),
+                    HasSubstr(words));
     }
     EXPECT_EQ(client->info(repository.url("trunk"), spec).size(), 1U) << "without a revision, a URL is one of HEAD";
     const auto log = [&](const std::vector<std::string>& targets) {
