@@ -96,7 +96,7 @@ COMMITTING = {"commit", "import", "mkdir", "delete", "copy", "move"}
 # What stands before the program: where it runs and what its environment says.
 PLACES = ["A", "A/B", "..", "name with space", "../home"]
 VARIABLES = ["SVN_EDITOR=../editor", "SVN_EDITOR= VISUAL=true", "TZ=America/New_York", "TZ=Asia/Kolkata", "LC_ALL=C.UTF-8",
-             "LC_ALL=none", "LANG=de_DE.UTF-8", "COLUMNS=20", "SVN_MERGE=true", "HOME=/nowhere/none", "LANGUAGE=de"]
+             "LC_ALL=none", "LANG=de_DE.UTF-8", "COLUMNS=20", "SVN_MERGE=true", "HOME=/nowhere/none"]
 INPUTS = ["<<< c", "<<< a", "< ../message", "< ../list", "<<< $'yes\\nno'", "<&-"]
 PRIORITIES = {"status": 3, "update": 3, "commit": 2, "diff": 3, "log": 3, "info": 2, "merge": 3, "copy": 2, "move": 2}
 
