@@ -108,6 +108,19 @@ TEST_P(ConflictedItem, KnowsItsChoicesAfterTheQuestion)
     EXPECT_EQ(readFile(item("moved.txt")), "changed\n");
 }
 
+TEST_P(ConflictedItem, CanBeSearchedForWhatWasOnNeitherSide)
+{
+    // The difference of the repository's root and of trunk takes "trunk" away, which the working copy never had.
+    mustRun({"svn", "mkdir", "--quiet", "-m", "", repository.url("branches")});
+    mustRun({"svn", "update", "--quiet", root});
+    mustRun(
+        {"svn", "merge", "--quiet", "--accept", "postpone", repository.url() + "@1", repository.url("trunk"), root});
+    HSVNConflictedItem conflicted{item("trunk"), client};
+    ASSERT_TRUE(conflicted.hasTreeConflict());
+    EXPECT_NO_THROW(conflicted.searchDetails());
+    EXPECT_FALSE(conflicted.options(Kind::Tree).empty());
+}
+
 TEST_P(ConflictedItem, RefusesWhatDoesNotApply)
 {
     conflict();

@@ -1,3 +1,4 @@
+#include "ErrorCodes.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
 
@@ -70,7 +71,12 @@ svn_error_t* description(const char** description, const char** local, svn_clien
 svn_error_t* details(svn_client_conflict_t* conflict, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(requireConflict(conflict, svn_wc_conflict_kind_tree, nullptr, pool));
-    return svn_client_conflict_tree_get_details(conflict, ctx, pool);
+    svn_error_t* const error = svn_client_conflict_tree_get_details(conflict, ctx, pool);
+    if (hasCode(error, SVN_ERR_ASSERTION_FAIL)) { // what was on neither side is not found: there are no details of it
+        svn_error_clear(error);
+        return SVN_NO_ERROR;
+    }
+    return error;
 }
 
 /// Subversion's own objects of the options.

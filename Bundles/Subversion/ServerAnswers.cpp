@@ -5,6 +5,7 @@
 #ifdef HSVN_STANDS_IN_FRONT
 
 #include <svn_dirent_uri.h>
+#include <svn_path.h>
 #include <svn_props.h>
 #include <svn_ra.h>
 #include <svn_time.h>
@@ -96,6 +97,18 @@ HSVN_STAND_IN const char* svn_relpath_skip_ancestor(const char* parent, const ch
     const char* const rest =
         svn_relpath_is_canonical(child) ? HSVN_BEHIND(svn_relpath_skip_ancestor)(parent, child) : nullptr;
     return rest != nullptr && HSVNAdapter::leadsAbove(rest) ? nullptr : rest;
+}
+
+// A search for what became of a conflict's item goes on where it has not found the item on either side: it asks of the
+// repository's root then, and finds nothing.
+HSVN_STAND_IN const char* svn_path_url_add_component2(const char* url, const char* component, apr_pool_t* pool)
+{
+    return HSVN_BEHIND(svn_path_url_add_component2)(url, component == nullptr ? "" : component, pool);
+}
+
+HSVN_STAND_IN apr_size_t svn_path_component_count(const char* path)
+{
+    return path == nullptr ? 0 : HSVN_BEHIND(svn_path_component_count)(path);
 }
 
 // What is told of a path below none.

@@ -26,6 +26,7 @@ import fixtures
 # What is meant to differ: of the command line, of the lines that differ, and why.
 REASONS = [
     ("", r"(?m)^--6$|^-.*assertion failed|^-.* Aborted  ", "svn ends the process by an assertion"),
+    ("", r"(?s)\A(?!.*\n\+[^\n]*Segmentation).*\n-[^\n]*Segmentation fault", "svn crashes"),
     ("^forbidden ", r"(?m)^\+.*A/C/\.svn': Permission denied$", "of what must not be read, the folder is tried first"),
     (r"^scribbled .*\bexport\b", r"Bogus date|(?m:^-A    )", "an export reads the date of what it exports"),
     (r"^scribbled .*\bexport\b", r"(?m)^-wc/\S*svn-\w{6}: ", "svn leaves the temporary file of an export that fails"),
