@@ -92,8 +92,8 @@ HSVNVersion HSVNDecidingVersion(const HSVNContext& context);
 /// The constructor writes the debug line, refuses a context that another thread uses, pushes the context's bundle,
 /// makes a sub-pool of the context's pool and sees to it that working copies which the context keeps open are still
 /// those on the disk, or, within a callback of another operation, opens them for itself; the destructor destroys the
-/// sub-pool and pops the bundle, in that order. Before all that the frame of a class operation refuses arguments that are
-/// nil objects, in their order ("path != nil"); other preconditions are tested before it is made. Exceptions that
+/// sub-pool and pops the bundle, in that order. Before all that the frame of a class operation refuses arguments that
+/// are nil objects, in their order ("path != nil"); other preconditions are tested before it is made. Exceptions that
 /// callbacks kept in the context while the operation ran are thrown by `check`.
 class HSVNOperation
 {
