@@ -7,6 +7,7 @@
 
 #include <filesystem>
 #include <gmock/gmock.h>
+#include <sstream>
 #include <thread>
 
 namespace {
@@ -155,6 +156,22 @@ TEST_F(BundleLoader, CodeThatCannotBeUsedIsRefusedWithItsCause)
         const auto proxy = HSVNBundleProxy::proxyForBundle(HSVNPackage::packageAtPath(_folder / "bad.bundle"));
         EXPECT_THAT(reasonOf<HSVNException>([&] { proxy->bundleObject(); }), HasSubstr(cause)) << record;
     }
+}
+
+TEST_F(BundleLoader, CodeThatCallsWhatNoLibraryHasIsRefusedBeforeTheCall)
+{
+    std::istringstream files{HSVN_TEST_INCOMPLETE_CODE};
+    int refused = 0;
+    for (std::string file; files >> file; ++refused) {
+        writeRecord("bad.bundle", R"({"CFBundleExecutable": "bad.so"})");
+        std::filesystem::copy_file(file, _folder / "bad.bundle/bad.so",
+                                   std::filesystem::copy_options::overwrite_existing);
+        const auto proxy = HSVNBundleProxy::proxyForBundle(HSVNPackage::packageAtPath(_folder / "bad.bundle"));
+        EXPECT_THAT(reasonOf<HSVNException>([&] { proxy->bundleObject(); }),
+                    HasSubstr("undefined symbol: HSVNFunctionOfNoLibrary"))
+            << file;
+    }
+    EXPECT_EQ(refused, 2);
 }
 
 TEST_F(BundleLoader, ABundleOfAnotherLineThanItsRecordSaysIsRefused)

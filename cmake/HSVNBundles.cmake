@@ -106,8 +106,8 @@ function(hsvn_add_bundle target name)
   hsvn_adapter_settings(${target} ${arg_INCLUDE} ${arg_LIBRARIES})
   target_link_libraries(${target} PRIVATE ${arg_LIBRARIES})
   # Static archives stay private to the bundle, and its code stays loaded: Subversion registers clean-ups
-  # that run as late as process exit.
-  target_link_options(${target} PRIVATE -Wl,--exclude-libs,ALL -Wl,-z,nodelete)
+  # that run as late as process exit. What the bundle itself calls is bound when it is opened.
+  target_link_options(${target} PRIVATE -Wl,--exclude-libs,ALL -Wl,-z,nodelete,-z,now)
   # Clang's sanitizers are in the program that loads the bundle.
   if(NOT (HSVN_SANITIZE AND CMAKE_CXX_COMPILER_ID MATCHES Clang))
     target_link_options(${target} PRIVATE -Wl,--no-undefined)
@@ -116,7 +116,7 @@ function(hsvn_add_bundle target name)
   set_target_properties(${target} PROPERTIES PREFIX "" OUTPUT_NAME HSVNBundle SUFFIX ".so"
                                              LIBRARY_OUTPUT_DIRECTORY ${folder})
   if(HSVN_SANITIZE)
-    set_property(TARGET ${target} PROPERTY LINK_OPTIONS -Wl,--exclude-libs,ALL -Wl,-z,nodelete)
+    set_property(TARGET ${target} PROPERTY LINK_OPTIONS -Wl,--exclude-libs,ALL -Wl,-z,nodelete,-z,now)
   endif()
   file(CONFIGURE OUTPUT ${folder}/Info.json @ONLY CONTENT
 "{
