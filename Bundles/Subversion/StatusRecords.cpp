@@ -353,6 +353,15 @@ svn_error_t* StatusRecords::readConflictedRecord(svn_wc_status2_t& record, const
 
 svn_error_t* StatusRecords::readRecord(svn_wc_status2_t** record, const char* path, apr_pool_t* pool)
 {
+    if (_opener == nullptr) {
+        SVN_ERR(openNear(path));
+    }
+    return svn_wc_status2(record, path, _opener, pool);
+}
+
+/// Opens the folder of an item that is asked for, whose database answers for all others.
+svn_error_t* StatusRecords::openNear(const char* path)
+{
     // Any folder of the working copy that is on disk opens it; a root may be reached through a link from outside.
     std::string_view opener = isRoot(path) ? std::string_view{path} : folderOf(path);
     svn_error_t* error = openFolder(folder(opener));
@@ -361,8 +370,7 @@ svn_error_t* StatusRecords::readRecord(svn_wc_status2_t** record, const char* pa
         opener = folderOf(opener);
         error = openFolder(folder(opener));
     }
-    SVN_ERR(error);
-    return svn_wc_status2(record, path, folder(opener).access, pool);
+    return error;
 }
 
 void StatusRecords::startReadingAhead()
