@@ -13,15 +13,19 @@
 #include "TestBundles.h"
 #include "TestRepository.h"
 
+#include <algorithm>
 #include <chrono>
 #include <condition_variable>
 #include <fcntl.h>
 #include <filesystem>
+#include <fmt/format.h>
 #include <functional>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <mutex>
+#include <set>
 #include <string>
+#include <string_view>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -47,6 +51,14 @@ const std::pair<const char*, void (*)(const std::string& place, const std::strin
      [](const std::string& place, const std::string& outside) { files::create_symlink(outside + "/file", place); }},
     {"link to a directory",
      [](const std::string& place, const std::string& outside) { files::create_symlink(outside, place); }},
+    {"link to a directory like it",
+     [](const std::string& place, const std::string& outside) {
+         files::create_directory(outside + "/alike");
+         for (const char* name : {"child", "going"}) {
+             writeFile(outside + "/alike/" + name, "child\n");
+         }
+         files::create_symlink(outside + "/alike", place);
+     }},
     {"link to nowhere", [](const std::string& place, const std::string&) { files::create_symlink("nowhere", place); }},
     {"link to itself",
      [](const std::string& place, const std::string&) { files::create_symlink(files::path{place}.filename(), place); }},
@@ -97,6 +109,7 @@ struct Place
     std::string url;
     std::string item; ///< obstructed
     std::string target() const { return root + "/" + item; }
+    std::string child() const { return target() + "/child"; }
 };
 
 /// Verbs that leave the working copy as it is.
@@ -164,6 +177,63 @@ const std::pair<const char*, void (*)(const Place&)> writers[] = {
     {"forced remove", [](const Place& at) { at.context.remove(at.target(), {.force = true}); }},
     {"clean-up", [](const Place& at) { at.context.cleanUp(at.root); }},
     {"revert", [](const Place& at) { at.context.revert(at.root, {.depth = HSVNDepthInfinity}); }},
+    {"check-out", [](const Place& at) { at.context.checkout(at.url, at.root); }},
+    {"vacuum", [](const Place& at) { at.context.vacuum(at.root, {.removeUnversioned = true}); }},
+    {"vacuum of it", [](const Place& at) { at.context.vacuum(at.target(), {.removeUnversioned = true}); }},
+};
+
+/// What is tried with the items below a directory.
+const std::string_view obstructedParents[] = {"nothing", "file", "link to a directory", "link to a directory like it",
+                                              "link to nowhere"};
+
+/// The same for what is in a directory.
+const std::pair<const char*, void (*)(const Place&)> writersBelow[] = {
+    {"update of a child", [](const Place& at) { at.context.update(at.child()); }},
+    {"update of children",
+     [](const Place& at) { at.context.update(at.target(), HSVNRevision::HEAD(), {.depth = HSVNDepthFiles}); }},
+    {"update of a new child", [](const Place& at) { at.context.update(at.target() + "/coming"); }},
+    {"deletion of a child by an update",
+     [](const Place& at) { at.context.update(at.child(), HSVNRevision::revisionWithNumber(1)); }},
+    {"switch of a child", [](const Place& at) { at.context.switchTo(at.child(), at.url + "/../branch/file"); }},
+    {"revert of a child", [](const Place& at) { at.context.revert(at.child()); }},
+    {"revert of a changed child",
+     [](const Place& at) {
+         at.context.setProperty(at.child(), "color", "red", {});
+         at.context.revert(at.child());
+     }},
+    {"removal of a child", [](const Place& at) { at.context.remove(at.child(), {.force = true}); }},
+    {"commit of a child", [](const Place& at) { at.context.commit(at.child(), {.message = "m"}); }},
+    {"commit of a changed child",
+     [](const Place& at) {
+         at.context.setProperty(at.child(), "svn:keywords", "Rev", {});
+         at.context.commit(at.child(), {.message = "m"});
+     }},
+    {"lock of a child", [](const Place& at) { at.context.lock(at.target() + "/going"); }},
+    {"set executable of a child",
+     [](const Place& at) { at.context.setProperty(at.child(), "svn:executable", "*", {}); }},
+    {"set needs-lock of a child",
+     [](const Place& at) { at.context.setProperty(at.child(), "svn:needs-lock", "*", {}); }},
+    {"new directory", [](const Place& at) { at.context.makeDirectories({at.target() + "/new"}); }},
+    {"copy", [](const Place& at) { at.context.copy({HSVNTargetInRevision{at.root + "/file"}}, at.target() + "/new"); }},
+    {"move", [](const Place& at) { at.context.move(at.root + "/file", at.target() + "/new"); }},
+    {"move of a child", [](const Place& at) { at.context.move(at.child(), at.root + "/new"); }},
+    {"copy over a child",
+     [](const Place& at) {
+         at.context.remove(at.child(), {.keepLocal = true});
+         at.context.copy({HSVNTargetInRevision{at.root + "/file"}}, at.child());
+     }},
+    {"merge into a child",
+     [](const Place& at) {
+         at.context.merge(at.url + "/directory/child",
+                          {{HSVNRevision::revisionWithNumber(2), HSVNRevision::revisionWithNumber(3)}}, at.child());
+     }},
+    {"patch of a child",
+     [](const Place& at) {
+         writeFile(at.root + ".patch", "--- child\n+++ child\n@@ -1 +1 @@\n-child\n+patched\n");
+         at.context.patch(at.root + ".patch", at.target());
+     }},
+    {"resolve of a child", [](const Place& at) { at.context.resolve(at.child()); }},
+    {"clean-up below", [](const Place& at) { at.context.cleanUp(at.target()); }},
 };
 
 class Obstructions : public testing::Test
@@ -176,12 +246,18 @@ class Obstructions : public testing::Test
         const std::string root = repository->checkOut("wc", "trunk");
         writeFile(root + "/file", "one\n");
         writeFile(root + "/directory/child", "child\n");
+        writeFile(root + "/directory/going", "child\n");
         files::create_symlink("file", root + "/link");
         mustRun({"svn", "add", "-q", root + "/file", root + "/directory", root + "/link"});
+        mustRun({"svn", "propset", "-q", "svn:needs-lock", "*", root + "/directory/going"});
         mustRun({"svn", "commit", "-qm", "made", root});
         writeFile(root + "/file", "two\n");
         files::remove(root + "/link");
         files::create_symlink("directory", root + "/link");
+        writeFile(root + "/directory/child", "changed\n");
+        mustRun({"svn", "rm", "-q", "--force", root + "/directory/going"});
+        mustRun({"svn", "mkdir", "-q", root + "/directory/coming"});
+        mustRun({"svn", "propset", "-q", "svn:executable", "*", root + "/directory/child"});
         mustRun({"svn", "propset", "-q", "color", "red", root + "/file", root + "/directory"});
         mustRun({"svn", "commit", "-qm", "changed", root});
         mustRun({"svn", "copy", "-qm", "branch", repository->url("trunk"), repository->url("branch")});
@@ -218,15 +294,22 @@ class Obstructions : public testing::Test
         EXPECT_THAT(failure, Not(AnyOf(HasSubstr("malfunction"), HasSubstr("assertion"), HasSubstr("sqlite"))));
     }
 
-    /// Nothing is written through a link, and no work is left in the working copy.
-    static void expectWhole(const Place& at)
+    /// What links lead to, with texts and permissions.
+    static std::set<std::string> outside(const Place& at)
     {
-        int outside = 0;
+        std::set<std::string> items;
         for (const auto& entry : files::recursive_directory_iterator{at.root + ".outside"}) {
-            EXPECT_EQ(readFile(entry.path()), "outside\n");
-            ++outside;
+            items.insert(fmt::format("{} {:o} {}", entry.path().string(),
+                                     static_cast<unsigned>(entry.status().permissions()),
+                                     entry.is_directory() ? "" : readFile(entry.path())));
         }
-        EXPECT_EQ(outside, 1);
+        return items;
+    }
+
+    /// Nothing is written through a link, and no work is left in the working copy.
+    static void expectWhole(const Place& at, const std::set<std::string>& outsideBefore)
+    {
+        EXPECT_EQ(outside(at), outsideBefore);
         EXPECT_EQ(mustRun({"sqlite3", at.root + "/.svn/wc.db", "SELECT * FROM wc_lock; SELECT * FROM work_queue"}), "");
     }
 
@@ -246,24 +329,36 @@ TEST_F(Obstructions, AreToldOfInClearWords)
             };
             const auto what = std::string{obstruction} + " in the place of the " + item;
             const Place unchanged = given();
+            const auto before = outside(unchanged);
             for (const auto& [verb, call] : readers) {
                 SCOPED_TRACE(std::string{verb} + ": " + what);
                 expectClearWords(unchanged, call);
             }
-            expectWhole(unchanged);
-            for (const auto& [verb, call] : writers) {
-                SCOPED_TRACE(std::string{verb} + ": " + what);
+            expectWhole(unchanged, before);
+            const auto expectRefusal = [&](const auto& writer) {
+                SCOPED_TRACE(std::string{writer.first} + ": " + what);
                 const Place at = given();
-                expectClearWords(at, call);
-                // Subversion's update restores what is missing below a link to a directory.
-                const bool mayRestore = what == "link to a directory in the place of the directory" &&
-                                        (std::string_view{verb} == "update" || std::string_view{verb} == "switch");
-                if (!mayRestore) {
-                    expectWhole(at);
-                }
+                expectClearWords(at, writer.second);
+                expectWhole(at, before);
+            };
+            std::ranges::for_each(writers, expectRefusal);
+            if (item == "directory" && std::ranges::count(obstructedParents, obstruction) > 0) {
+                std::ranges::for_each(writersBelow, expectRefusal);
             }
         }
     }
+}
+
+TEST_F(Obstructions, ThatNothingIsWrittenThroughAreNoneOfUpdates)
+{
+    const Place at = fresh("directory");
+    files::rename(at.target(), at.root + ".outside/moved");
+    files::create_symlink(at.root + ".outside/moved", at.target());
+    const auto before = outside(at);
+    for (const std::string& target : {at.root, at.target(), at.child()}) {
+        EXPECT_EQ(at.context.update(target, HSVNRevision::revisionWithNumber(2)).front(), 2U) << target;
+    }
+    expectWhole(at, before);
 }
 
 } // namespace

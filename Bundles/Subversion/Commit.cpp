@@ -6,6 +6,7 @@
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
 #include "Notifications.h"
+#include "ObstructedParents.h"
 
 namespace HSVNAdapter {
 namespace {
@@ -16,6 +17,7 @@ svn_error_t* commit3(svn_commit_info_t** info, const apr_array_header_t* targets
     const CommitInformation information{info};
     CommitQuestions questions{ctx};
     SVN_ERR(canonicalizeAll(&targets, TargetKind::Path, pool));
+    SVN_ERR(refuseBelowDirectoryLinks(targets, pool));
 #if HSVN_LINE_MINOR < 6
     const CommitTap tap{ctx, targets, recurse, pool};
 #endif
@@ -30,6 +32,7 @@ svn_error_t* commit4(svn_commit_info_t** info, const apr_array_header_t* targets
     const CommitInformation information{info};
     CommitQuestions questions{ctx};
     SVN_ERR(canonicalizeAll(&targets, TargetKind::Path, pool));
+    SVN_ERR(refuseBelowDirectoryLinks(targets, pool));
     SVN_ERR(settleWalkDepth(&depth));
 #if HSVN_LINE_MINOR < 6
     const CommitTap tap{ctx, targets, depth == svn_depth_infinity, pool};
@@ -47,6 +50,7 @@ svn_error_t* commit(const apr_array_header_t* targets, svn_depth_t depth, svn_bo
 {
     CommitQuestions questions{ctx};
     SVN_ERR(checkLocalTargets(&targets, pool));
+    SVN_ERR(refuseBelowDirectoryLinks(targets, pool));
     SVN_ERR(settleWalkDepth(&depth));
     return svn_client_commit6(targets, depth, keepLocks, keepChangelists, TRUE, includeExternals, includeExternals,
                               changelists, revisionProperties, receiver, baton, ctx, pool);

@@ -1,6 +1,7 @@
 #include "CommitQuestions.h"
 
 #include <svn_subst.h>
+#include <utility>
 
 namespace HSVNAdapter {
 namespace {
@@ -8,11 +9,13 @@ namespace {
 /// How long a server is waited for that is to forget a transaction.
 constexpr std::chrono::seconds patience{5};
 
+thread_local CommitQuestions* innermost = nullptr; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
+
 } // namespace
 
 CommitQuestions::CommitQuestions(svn_client_ctx_t* ctx)
-    : _ctx{ctx}, _messageFunction{ctx->log_msg_func2}, _messageBaton{ctx->log_msg_baton2},
-      _cancelFunction{ctx->cancel_func}, _cancelBaton{ctx->cancel_baton}
+    : _outer{std::exchange(innermost, this)}, _ctx{ctx}, _messageFunction{ctx->log_msg_func2},
+      _messageBaton{ctx->log_msg_baton2}, _cancelFunction{ctx->cancel_func}, _cancelBaton{ctx->cancel_baton}
 {
     if (_messageFunction != nullptr) {
         ctx->log_msg_func2 = askForMessage;
@@ -26,10 +29,27 @@ CommitQuestions::CommitQuestions(svn_client_ctx_t* ctx)
 
 CommitQuestions::~CommitQuestions()
 {
+    setStarted(nullptr);
+    innermost = _outer;
     _ctx->log_msg_func2 = _messageFunction;
     _ctx->log_msg_baton2 = _messageBaton;
     _ctx->cancel_func = _cancelFunction;
     _ctx->cancel_baton = _cancelBaton;
+}
+
+CommitQuestions* CommitQuestions::current() { return innermost; }
+
+void CommitQuestions::setStarted(StartedCommit* commit)
+{
+    if (StartedCommit* const former = std::exchange(_started, commit)) {
+        former->giveUp();
+    }
+}
+
+svn_error_t* CommitQuestions::deferred()
+{
+    _defers = false;
+    return std::exchange(_deferred, nullptr);
 }
 
 svn_error_t* CommitQuestions::askForMessage(const char** message, const char** temporaryFile,
@@ -55,6 +75,10 @@ svn_error_t* CommitQuestions::whetherToGoOn()
     svn_error_t* const answer = _cancelFunction(_cancelBaton);
     if (answer != nullptr && !_stopped) {
         _stopped = now;
+        if (_defers) {
+            _deferred = answer;
+            return SVN_NO_ERROR;
+        }
     }
     return answer;
 }

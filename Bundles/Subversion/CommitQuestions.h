@@ -7,11 +7,24 @@
 
 namespace HSVNAdapter {
 
+/// A commit that has neither been made nor been given up.
+class StartedCommit
+{
+  public:
+    /// Has its transaction removed; nobody is told of an error.
+    virtual void giveUp() = 0;
+
+  protected:
+    ~StartedCommit() = default;
+};
+
 /// Stands in the context's place for what Subversion asks while it commits, as long as it lives.
 ///
 /// Lines of log messages end in "\n", in whatever way they were given. Once the answer to whether to go on was no, it
 /// is not asked for some seconds: Subversion asks amid its request to a web server to forget the transaction, too,
-/// which would stay there for ever.
+/// which would stay there for ever. For as long the requests that make the transaction and the revision go on, of which
+/// nobody would know. A transaction that Subversion leaves behind where it fails is given up in the end, where the
+/// adapter can stand in front of Subversion's functions.
 class CommitQuestions
 {
   public:
@@ -19,6 +32,18 @@ class CommitQuestions
     ~CommitQuestions();
     CommitQuestions(const CommitQuestions&) = delete;
     CommitQuestions& operator=(const CommitQuestions&) = delete;
+
+    /// Those of the calling thread's innermost call that commits; null when there are none.
+    static CommitQuestions* current();
+
+    /// What is given up when the object goes; null: nothing any more. An earlier one is given up now.
+    void setStarted(StartedCommit* commit);
+    StartedCommit* started() const { return _started; }
+
+    /// A request begins that is not to be stopped.
+    void defer() { _defers = true; }
+    /// It has ended. Answers the no that came amid it, if any, which the caller owns.
+    svn_error_t* deferred();
 
   private:
     using Clock = std::chrono::steady_clock;
@@ -28,12 +53,16 @@ class CommitQuestions
     static svn_error_t* askWhetherToGoOn(void* baton);
     svn_error_t* whetherToGoOn();
 
+    CommitQuestions* _outer;
     svn_client_ctx_t* _ctx;
     svn_client_get_commit_log2_t _messageFunction;
     void* _messageBaton;
     svn_cancel_func_t _cancelFunction;
     void* _cancelBaton;
     std::optional<Clock::time_point> _stopped; // when the first no was answered
+    bool _defers = false;
+    svn_error_t* _deferred = nullptr;
+    StartedCommit* _started = nullptr;
 };
 
 } // namespace HSVNAdapter

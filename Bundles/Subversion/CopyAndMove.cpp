@@ -6,6 +6,7 @@
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
 #include "ItemsOnDisk.h"
+#include "ObstructedParents.h"
 
 #include <algorithm>
 #include <array>
@@ -133,6 +134,7 @@ svn_error_t* copy3(svn_commit_info_t** info, const char* source, const svn_opt_r
     CommitQuestions questions{ctx};
     HSVN_CANONICAL_TARGET(source, pool);
     HSVN_CANONICAL_TARGET(destination, pool);
+    SVN_ERR(refuseTargetBelowDirectoryLink(destination, pool));
     const auto revision = revisionForTarget(source, sourceRevision);
     svn_error_t* error = smoothed(
         withoutAssertion(svn_client_copy3(info, source, &revision, destination, ctx, pool), source), {sourceOfNoKind});
@@ -149,6 +151,8 @@ svn_error_t* move4(svn_commit_info_t** info, const char* source, const char* des
     CommitQuestions questions{ctx};
     HSVN_CANONICAL_TARGET(source, pool);
     HSVN_CANONICAL_TARGET(destination, pool);
+    SVN_ERR(refuseTargetBelowDirectoryLink(source, pool));
+    SVN_ERR(refuseTargetBelowDirectoryLink(destination, pool));
     SVN_ERR(requireMovable(source, destination, false, ctx, pool));
     return transferError(svn_client_move4(info, source, destination, force, ctx, pool), source, pool);
 }
@@ -161,6 +165,8 @@ svn_error_t* move(const apr_array_header_t* sources, const char* destination, sv
     CommitQuestions questions{ctx};
     SVN_ERR(checkTargets(&sources, pool));
     SVN_ERR(checkTarget(&destination, pool));
+    SVN_ERR(refuseBelowDirectoryLinks(sources, pool));
+    SVN_ERR(refuseTargetBelowDirectoryLink(destination, pool));
     const std::span all{reinterpret_cast<const char* const*>(sources->elts), static_cast<std::size_t>(sources->nelts)};
     for (const char* const source : all) {
         if (std::ranges::all_of(all, isURL)) { // others are not moved together with them
@@ -196,6 +202,7 @@ svn_error_t* copy(const apr_array_header_t* sources, const char* destination, sv
 {
     CommitQuestions questions{ctx};
     SVN_ERR(checkTarget(&destination, pool));
+    SVN_ERR(refuseTargetBelowDirectoryLink(destination, pool));
     auto* pointers = apr_array_make(pool, sources->nelts, sizeof(svn_client_copy_source_t*));
     for (int index = 0; index < sources->nelts; ++index) {
         const auto& source = APR_ARRAY_IDX(sources, index, HSVNBundleExtensions::CopySource);

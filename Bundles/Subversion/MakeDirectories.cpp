@@ -5,6 +5,7 @@
 #include "ErrorCodes.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
+#include "ObstructedParents.h"
 
 namespace HSVNAdapter {
 namespace {
@@ -15,6 +16,7 @@ svn_error_t* mkdir2(svn_commit_info_t** info, const apr_array_header_t* paths, s
     CommitQuestions questions{ctx};
     SVN_ERR(canonicalizeAll(&paths, TargetKind::PathOrURL, pool));
     SVN_ERR(checkNewFolders(paths));
+    SVN_ERR(refuseBelowDirectoryLinks(paths, pool));
     return paths->nelts == 0 ? SVN_NO_ERROR : smoothed(svn_client_mkdir2(info, paths, ctx, pool));
 }
 
@@ -25,6 +27,7 @@ svn_error_t* mkdir(const apr_array_header_t* targets, svn_boolean_t makeParents,
     CommitQuestions questions{ctx};
     SVN_ERR(checkTargets(&targets, pool));
     SVN_ERR(checkNewFolders(targets));
+    SVN_ERR(refuseBelowDirectoryLinks(targets, pool));
     return svn_client_mkdir4(targets, makeParents, revisionProperties, receiver, baton, ctx, pool);
 }
 #endif

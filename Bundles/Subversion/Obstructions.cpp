@@ -6,6 +6,7 @@
 #include "ErrorCodes.h"
 #include "ItemsOnDisk.h"
 #include "Notifications.h"
+#include "ObstructedParents.h"
 
 namespace HSVNAdapter {
 namespace {
@@ -88,6 +89,7 @@ svn_error_t* findObstructions(const char* path, svn_depth_t depth, svn_boolean_t
 svn_error_t* refuseObstructedDirectories(const apr_array_header_t* targets, svn_depth_t depth, svn_client_ctx_t* ctx,
                                          apr_pool_t* pool)
 {
+    SVN_ERR(refuseBelowDirectoryLinks(targets, pool));
     return refuseEach(targets, depth, refuseDirectory, ctx, pool);
 }
 

@@ -7,6 +7,7 @@
 #include "ExtensionTargets.h"
 #include "ItemsOnDisk.h"
 #include "Notifications.h"
+#include "ObstructedParents.h"
 #include "Obstructions.h"
 
 namespace HSVNAdapter {
@@ -74,6 +75,7 @@ svn_error_t* delete2(svn_commit_info_t** info, const apr_array_header_t* paths, 
     if (paths->nelts > 0 && isURL(APR_ARRAY_IDX(paths, 0, const char*))) {
         return smoothed(svn_client_delete2(info, paths, force, ctx, pool));
     }
+    SVN_ERR(refuseBelowDirectoryLinks(paths, pool));
 #if HSVN_LINE_MINOR >= 9
     if (force) {
         SVN_ERR(refuseObstructedFiles(paths, ctx, pool));
@@ -93,6 +95,9 @@ svn_error_t* remove(const apr_array_header_t* targets, svn_boolean_t force, svn_
     CommitQuestions questions{ctx};
     SVN_ERR(checkTargets(&targets, pool));
 #if HSVN_LINE_MINOR >= 9
+    if (!keepLocal) {
+        SVN_ERR(refuseBelowDirectoryLinks(targets, pool));
+    }
     if (force && !keepLocal) {
         SVN_ERR(refuseObstructedFiles(targets, ctx, pool));
     }

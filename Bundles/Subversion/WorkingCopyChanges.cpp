@@ -2,9 +2,12 @@
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
 #include "ItemsOnDisk.h"
+#include "ObstructedParents.h"
 #include "Obstructions.h"
 #include "OwnDatabases.h"
 #include "Relocation.h"
+
+#include <svn_dirent_uri.h>
 
 namespace HSVNAdapter {
 namespace {
@@ -92,6 +95,7 @@ svn_error_t* vacuum(const char* path, svn_boolean_t removeUnversioned, svn_boole
     SVN_ERR(checkLocalTarget(&path, pool));
     SVN_ERR(checkAbsoluteTarget(&path, pool));
     if (removeUnversioned || removeIgnored) {
+        SVN_ERR(refuseBelowDirectoryLink(svn_dirent_join(path, "item", pool), pool)); // nor in its own place
         SVN_ERR(
             findObstructions(path, svn_depth_infinity, !includeExternals, refuseLinkedDirectory, nullptr, ctx, pool));
     }

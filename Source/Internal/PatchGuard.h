@@ -8,7 +8,8 @@
 /// an administrative area, moves by way of a symbolic link, whether it is there or made by the patch, names that a NUL
 /// cuts short, and, what ends the process, changes of a property without a name or of lines that it cannot have.
 ///
-/// What Subversion skips by itself is not refused: names outside of the directory, and items below links.
+/// What Subversion skips by itself is not refused: names outside of the directory, and items below links. Of links in
+/// the place of versioned directories the adapter knows.
 ///
 /// @param directory  the working copy's directory that the patch's names are relative to; "" is the current one
 /// @throws HSVNException that names the item, `HSVNStatusCode::ReservedFileName` or `IllegalTarget`

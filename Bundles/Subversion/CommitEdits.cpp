@@ -1,0 +1,131 @@
+#include "CommitQuestions.h"
+#include "StandIns.h"
+
+#ifdef HSVN_STANDS_IN_FRONT
+
+#include <new>
+#include <svn_delta.h>
+#include <svn_ra.h>
+
+// Every commit comes through here, whichever verb makes it. Some, as a copy of a working copy to a URL, are left as
+// they are when they fail: their transactions would stay in the repository. And whoever stops a commit amid the request
+// for a transaction, or for the revision, is not told of what is made of it.
+
+namespace {
+
+using HSVNAdapter::CommitQuestions;
+
+class Commit final : public HSVNAdapter::StartedCommit
+{
+  public:
+    Commit(CommitQuestions& questions, svn_commit_callback2_t receiver, void* receiverBaton)
+        : _questions{questions}, _receiver{receiver}, _receiverBaton{receiverBaton}
+    {
+    }
+
+    /// Puts an editor in front of the one that makes the commit.
+    void watch(const svn_delta_editor_t** editor, void** baton, apr_pool_t* pool)
+    {
+        _editor = *editor;
+        _baton = *baton;
+        _pool = pool;
+        auto* const watched = static_cast<svn_delta_editor_t*>(apr_pmemdup(pool, *editor, sizeof(**editor)));
+        watched->set_target_revision = setTargetRevision;
+        watched->open_root = openRoot;
+        watched->close_edit = closeEdit;
+        watched->abort_edit = abortEdit;
+        *editor = watched;
+        *baton = this;
+        _questions.setStarted(this);
+        apr_pool_pre_cleanup_register(pool, this, forget);
+    }
+
+    void giveUp() override
+    {
+        apr_pool_cleanup_kill(_pool, this, forget);
+        if (!_isMade) {
+            svn_error_clear(_editor->abort_edit(_baton, _pool));
+        }
+    }
+
+    static svn_error_t* receive(const svn_commit_info_t* info, void* baton, apr_pool_t* pool)
+    {
+        auto& commit = *static_cast<Commit*>(baton);
+        commit._isMade = true;
+        return commit._receiver == nullptr ? SVN_NO_ERROR : commit._receiver(info, commit._receiverBaton, pool);
+    }
+
+  private:
+    static svn_error_t* setTargetRevision(void* baton, svn_revnum_t revision, apr_pool_t* pool)
+    {
+        const auto& commit = *static_cast<Commit*>(baton);
+        return commit._editor->set_target_revision(commit._baton, revision, pool);
+    }
+
+    static svn_error_t* openRoot(void* baton, svn_revnum_t revision, apr_pool_t* pool, void** root)
+    {
+        const auto& commit = *static_cast<Commit*>(baton);
+        commit._questions.defer();
+        svn_error_t* const error = commit._editor->open_root(commit._baton, revision, pool, root);
+        return svn_error_compose_create(error, commit._questions.deferred());
+    }
+
+    static svn_error_t* closeEdit(void* baton, apr_pool_t* pool)
+    {
+        auto& commit = *static_cast<Commit*>(baton);
+        commit._questions.defer();
+        svn_error_t* const error = commit._editor->close_edit(commit._baton, pool);
+        svn_error_t* const stopped = commit._questions.deferred();
+        commit._isMade = commit._isMade || error == nullptr;
+        if (commit._isMade) {
+            svn_error_clear(stopped); // too late
+            return error;
+        }
+        return svn_error_compose_create(error, stopped);
+    }
+
+    static svn_error_t* abortEdit(void* baton, apr_pool_t* pool)
+    {
+        auto& commit = *static_cast<Commit*>(baton);
+        commit._isMade = true;
+        return commit._editor->abort_edit(commit._baton, pool);
+    }
+
+    static apr_status_t forget(void* baton)
+    {
+        auto& commit = *static_cast<Commit*>(baton);
+        if (commit._questions.started() == &commit) {
+            commit._questions.setStarted(nullptr);
+        }
+        return APR_SUCCESS;
+    }
+
+    CommitQuestions& _questions;
+    svn_commit_callback2_t _receiver;
+    void* _receiverBaton;
+    const svn_delta_editor_t* _editor = nullptr;
+    void* _baton = nullptr;
+    apr_pool_t* _pool = nullptr;
+    bool _isMade = false; ///< or given up
+};
+
+} // namespace
+
+HSVN_STAND_IN svn_error_t* svn_ra_get_commit_editor3(svn_ra_session_t* session, const svn_delta_editor_t** editor,
+                                                     void** baton, apr_hash_t* revisionProperties,
+                                                     svn_commit_callback2_t receiver, void* receiverBaton,
+                                                     apr_hash_t* lockTokens, svn_boolean_t keepLocks, apr_pool_t* pool)
+{
+    auto* const questions = CommitQuestions::current();
+    if (questions == nullptr) {
+        return HSVN_BEHIND(svn_ra_get_commit_editor3)(session, editor, baton, revisionProperties, receiver,
+                                                      receiverBaton, lockTokens, keepLocks, pool);
+    }
+    auto* const commit = new (apr_palloc(pool, sizeof(Commit))) Commit{*questions, receiver, receiverBaton};
+    SVN_ERR(HSVN_BEHIND(svn_ra_get_commit_editor3)(session, editor, baton, revisionProperties, Commit::receive, commit,
+                                                   lockTokens, keepLocks, pool));
+    commit->watch(editor, baton, pool);
+    return SVN_NO_ERROR;
+}
+
+#endif

@@ -1,0 +1,132 @@
+#include "ObstructedParents.h"
+
+#ifdef HSVN_FAST_STATUS
+
+#include "CanonicalPaths.h"
+#include "DatabaseConnections.h"
+#include "WorkingCopyPlace.h"
+
+#include <exception>
+#include <svn_dirent_uri.h>
+#include <sys/stat.h>
+#include <vector>
+
+namespace HSVNAdapter {
+namespace {
+
+constexpr const char* itemKind =
+    "SELECT kind, presence FROM nodes WHERE local_relpath = ? ORDER BY op_depth DESC LIMIT 1";
+
+bool isLink(const std::string& path)
+{
+    struct stat attributes
+    {
+    };
+    return ::lstat(path.c_str(), &attributes) == 0 && S_ISLNK(attributes.st_mode);
+}
+
+/// Whether something is there, but no directory.
+bool isObstruction(const std::string& path)
+{
+    struct stat attributes
+    {
+    };
+    return ::lstat(path.c_str(), &attributes) == 0 && !S_ISDIR(attributes.st_mode);
+}
+
+using Test = bool (*)(const std::string& path);
+
+bool mayBeVersionedDirectory(std::string_view root, std::string_view path, apr_pool_t* pool)
+{
+    const SQLiteDatabase database = openDatabase(databaseOf(root, pool));
+    const SQLiteStatement item = database ? prepareStatement(database.get(), itemKind) : nullptr;
+    if (!item) {
+        return true;
+    }
+    const std::string_view name = path.substr(root.size() + 1);
+    sqlite3_bind_text(item.get(), 1, name.data(), static_cast<int>(name.size()), SQLITE_STATIC);
+    const int result = sqlite3_step(item.get());
+    return result == SQLITE_ROW ? textInColumn(item.get(), 0) == "dir" && textInColumn(item.get(), 1) != "base-deleted"
+                                : result != SQLITE_DONE;
+}
+
+/// What passes the test in the place of a versioned directory above; empty when nothing does.
+std::string foundAbove(std::string_view path, Test test, apr_pool_t* pool)
+{
+    const auto parentOf = [](std::string_view item) { return item.substr(0, item.rfind('/')); };
+    std::vector<std::string> found;
+    for (auto folder = parentOf(path); folder.starts_with('/'); folder = parentOf(folder)) {
+        if (identityOf(databaseOf(folder, pool)) != FileIdentity{}) {
+            for (const std::string& item : found) {
+                if (mayBeVersionedDirectory(folder, item, pool)) {
+                    return item;
+                }
+            }
+            return {};
+        }
+        if (std::string item{folder}; test(item)) {
+            found.push_back(std::move(item));
+        }
+    }
+    return {};
+}
+
+svn_error_t* refuse(const char* path, Test test, apr_pool_t* pool)
+{
+    try {
+        const std::string item = foundAbove(path, test, pool);
+        return item.empty() ? SVN_NO_ERROR
+                            : svn_error_createf(SVN_ERR_NODE_UNEXPECTED_KIND, nullptr,
+                                                "%s in the place of the directory '%s' is in the way of '%s': "
+                                                "move it away first",
+                                                isLink(item) ? "A symbolic link" : "What is", item.c_str(), path);
+    } catch (const std::exception&) { // it must not pass through Subversion
+        return svn_error_create(APR_ENOMEM, nullptr, nullptr);
+    }
+}
+
+} // namespace
+
+bool isBelowDirectoryLink(const char* path, apr_pool_t* pool)
+{
+    svn_error_t* const error = refuseBelowDirectoryLink(path, pool);
+    svn_error_clear(error);
+    return error != nullptr;
+}
+
+svn_error_t* refuseBelowObstruction(const char* path, apr_pool_t* pool) { return refuse(path, isObstruction, pool); }
+
+svn_error_t* refuseBelowDirectoryLink(const char* path, apr_pool_t* pool) { return refuse(path, isLink, pool); }
+
+svn_error_t* refuseTargetBelowDirectoryLink(const char* target, apr_pool_t* pool)
+{
+    if (isURL(target)) {
+        return SVN_NO_ERROR;
+    }
+    SVN_ERR(svn_dirent_get_absolute(&target, target, pool));
+    return refuseBelowDirectoryLink(target, pool);
+}
+
+#else
+
+namespace HSVNAdapter {
+
+bool isBelowDirectoryLink(const char* /*path*/, apr_pool_t* /*pool*/) { return false; }
+
+svn_error_t* refuseBelowObstruction(const char* /*path*/, apr_pool_t* /*pool*/) { return SVN_NO_ERROR; }
+
+svn_error_t* refuseBelowDirectoryLink(const char* /*path*/, apr_pool_t* /*pool*/) { return SVN_NO_ERROR; }
+
+svn_error_t* refuseTargetBelowDirectoryLink(const char* /*target*/, apr_pool_t* /*pool*/) { return SVN_NO_ERROR; }
+
+#endif
+
+svn_error_t* refuseBelowDirectoryLinks(const apr_array_header_t* targets, apr_pool_t* pool)
+{
+    for (int index = 0; index < targets->nelts; ++index) {
+        SVN_ERR(refuseTargetBelowDirectoryLink(APR_ARRAY_IDX(targets, index, const char*), pool));
+    }
+    return SVN_NO_ERROR;
+}
+
+} // namespace HSVNAdapter
