@@ -304,4 +304,30 @@ TEST_P(LongLivedClient, CleansUpAFolderThatItKnowsAlready)
     EXPECT_EQ(told, 2) << "of a call that goes on around the clean-up";
 }
 
+TEST_P(LongLivedClient, WorksOnAfterACleanUpWhoeverMadeIt)
+{
+    const std::pair<const char*, void (*)(const Turn&)> cleaners[] = {
+        {"itself", [](const Turn& turn) { HSVNDirectory::cleanUpWorkingCopyAtPath(pathOf(turn.root), turn.client); }},
+        {"another program",
+         [](const Turn& turn) {
+             mustRun({"svn", "cleanup", turn.root});
+         }},
+    };
+    const Given given{changes[0]};
+    for (const auto& [name, cleanUp] : cleaners) {
+        const Turn turn{HSVNVersion::versionWithString(GetParam()), given};
+        const auto update = [&] {
+            HSVNNode::updateNodes({pathOf(turn.root)}, HSVNRevision::HEAD(), HSVNUpdateOptions::defaults(),
+                                  turn.client);
+        };
+        const auto toWriteIn = turn.root + "/.svn/tmp";
+        files::remove(turn.root + "/a.txt");
+        files::rename(toWriteIn, turn.root + ".tmp");
+        EXPECT_THROW(update(), HSVNPlatformException) << "amid its work, in which it stays";
+        files::rename(turn.root + ".tmp", toWriteIn);
+        cleanUp(turn);
+        EXPECT_NO_THROW(update()) << name;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Lines, LongLivedClient, testing::Values("1.6", "1.14"), lineName);

@@ -135,13 +135,14 @@ OpenWorkingCopies* OpenWorkingCopies::in(apr_pool_t* contextPool)
 
 svn_error_t* OpenWorkingCopies::refresh(const apr_array_header_t* targets, apr_pool_t* pool)
 {
+    const bool isLocked = holdsLock(pool); // for the former targets
     _targets = absolutePaths(targets, pool);
     _askedForWork.reset();
     if (_seen.empty()) {
         return SVN_NO_ERROR; // nothing is open
     }
     const bool mustRenew =
-        _seen.size() > mostOpen || isStale(pool) ||
+        _seen.size() > mostOpen || isLocked || isStale(pool) ||
         std::any_of(_targets.begin(), _targets.end(), [&](const auto& path) { return isMistakenAbout(path, pool); });
     return mustRenew ? close(pool) : SVN_NO_ERROR;
 }
@@ -196,6 +197,17 @@ bool OpenWorkingCopies::isStale(apr_pool_t* pool) const
     return std::any_of(_seen.begin(), _seen.end(), [pool](const auto& seen) {
         return seen.second.identity != identityOf(databaseOf(seen.first, pool));
     });
+}
+
+bool OpenWorkingCopies::holdsLock(apr_pool_t* pool) const
+{
+    const auto isLocked = [&](const std::string& path) {
+        svn_boolean_t isHeld = FALSE;
+        svn_error_clear(svn_wc_locked2(&isHeld, nullptr, _ctx->wc_ctx, path.c_str(), pool));
+        return isHeld != FALSE;
+    };
+    return !_seen.empty() && (std::ranges::any_of(_targets, isLocked) ||
+                              std::ranges::any_of(_seen, [&](const auto& seen) { return isLocked(seen.first); }));
 }
 
 bool OpenWorkingCopies::isMistakenAbout(const std::string& path, apr_pool_t* pool) const
