@@ -203,8 +203,8 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// Removes what nobody needs from a working copy that is not locked.
     ///
     /// @param directory  a local path
-    /// @throws HSVNException when items are to be deleted and a symbolic link stands in the place of a versioned item,
-    ///         since what it leads to would be deleted
+    /// @throws HSVNException when items are to be deleted and a symbolic link stands in the place of a versioned
+    ///         directory, since what it leads to would be deleted
     /// Stands for svn_client_vacuum; not offered by lines before 1.9.
     void vacuum(const HSVNTarget& directory, const HSVNVacuumChoices& choices);
     /// Brings a working copy of an older line to the bundle's format.

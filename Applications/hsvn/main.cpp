@@ -16,7 +16,6 @@
 #include <array>
 #include <cerrno>
 #include <cstdlib>
-#include <filesystem>
 #include <fmt/format.h>
 #include <iostream>
 #include <unistd.h>
@@ -118,12 +117,23 @@ void settleRevisionsAndDepth(const Subcommand& subcommand, Options& options)
     }
 }
 
-/// Options that do not go together, looked at after everything else.
-void checkChoices(const Options& options)
+/// Fails where the directory is gone that paths are told from, for a subcommand that may tell some, whether it comes to
+/// do so or not.
+void requireCurrentDirectory(const Subcommand& subcommand, const Options& options)
+{
+    const bool tellsAll = &subcommand == &statusSubcommand() && options.verbose;
+    if (!options.xml && !options.json && (!options.quiet || tellsAll)) {
+        static_cast<void>(absolutePath(""));
+    }
+}
+
+/// What stands in the way of the subcommand itself, looked at after everything else.
+void checkCircumstances(const Subcommand& subcommand, const Options& options)
 {
     if (options.autoProperties && options.noAutoProperties) {
         fail(MutuallyExclusiveArguments, "--auto-props and --no-auto-props are mutually exclusive");
     }
+    requireCurrentDirectory(subcommand, options);
     if (options.nonInteractive && (options.accept == Accept::Edit || options.accept == Accept::Launch)) {
         fail(ArgumentParsing, fmt::format("--accept={} incompatible with --non-interactive",
                                           options.accept == Accept::Edit ? "edit" : "launch"));
@@ -195,33 +205,21 @@ const Subcommand& checkedSubcommand(const CommandLine& line, Session& session, b
     }
 }
 
-/// Every path is told from the directory that is the current one at the beginning: an operation may put a file in its
-/// place. Subversion asks for it even where no path is told.
-void requireCurrentDirectory()
-{
-    try {
-        static_cast<void>(absolutePath(""));
-    } catch (const std::filesystem::filesystem_error& error) {
-        const auto& code = error.code();
-        fail(BadFileName, "Couldn't determine absolute path of '.'", failure(code.value(), code.message()));
-    }
-}
-
 void run(int count, char** words)
 {
     Session session;
     const CommandLine line = parseCommandLine(count, words, session);
     settleInteraction(session.options);
     const Subcommand& subcommand = checkedSubcommand(line, session, count <= 1);
-    if (!subcommand.isAdministrative && !session.options.version) {
-        requireCurrentDirectory();
-    }
+    rememberCurrentFolder();
     const bool isNamed = !line.arguments.empty() && !session.options.help;
     session.arguments.assign(line.arguments.begin() + (isNamed ? 1 : 0), line.arguments.end());
     readConfiguration(session);
     settleRevisionsAndDepth(subcommand, session.options);
     checkMessageSource(session);
-    checkChoices(session.options);
+    if (!subcommand.isAdministrative) {
+        checkCircumstances(subcommand, session.options);
+    }
     try {
         subcommand.run(session);
         Output::flush();

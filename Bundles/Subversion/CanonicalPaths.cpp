@@ -70,7 +70,8 @@ svn_error_t* canonicalizePath(const char** path, apr_pool_t* pool)
     if (absolute.front() != '/') {
         char* folder = nullptr;
         if (const apr_status_t status = apr_filepath_get(&folder, APR_FILEPATH_NATIVE, pool); status != APR_SUCCESS) {
-            return svn_error_wrap_apr(status, "Can't get the current folder");
+            return svn_error_createf(SVN_ERR_BAD_FILENAME, svn_error_create(status, nullptr, nullptr),
+                                     "Couldn't determine absolute path of '%s'", *path);
         }
         const char* folderUTF8 = nullptr;
         SVN_ERR(svn_path_cstring_to_utf8(&folderUTF8, folder, pool));

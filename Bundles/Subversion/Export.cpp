@@ -83,6 +83,19 @@ bool isMoved([[maybe_unused]] const svn_error_t* error)
 #endif
 }
 
+/// Fails with the error of a URL that is none of a repository; a question about an item gets the same code for one that
+/// is not there.
+svn_error_t* requireScheme(const char* from, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    svn_ra_session_t* session = nullptr;
+    svn_error_t* const error = isURL(from) ? svn_client_open_ra_session(&session, from, ctx, pool) : SVN_NO_ERROR;
+    if (error != nullptr && error->apr_err == SVN_ERR_RA_ILLEGAL_URL) {
+        return error;
+    }
+    svn_error_clear(error);
+    return SVN_NO_ERROR;
+}
+
 /// Opens a session at the place where the item is in its revision.
 svn_error_t* openSession(svn_ra_session_t** session, Location* location, const char* from,
                          const svn_opt_revision_t& peg, const svn_opt_revision_t& revision, svn_client_ctx_t* ctx,
@@ -102,6 +115,7 @@ svn_error_t* openSession(svn_ra_session_t** session, Location* location, const c
     svn_error_t* const error = svn_client_info(from, &peg, &revision, takeLocation, location, FALSE, ctx, pool);
     if (error != nullptr && error->apr_err == SVN_ERR_RA_ILLEGAL_URL) {
         svn_error_clear(error);
+        SVN_ERR(requireScheme(from, ctx, pool));
         return refuseNowhere(from);
     }
     SVN_ERR(error);

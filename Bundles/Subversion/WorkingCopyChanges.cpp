@@ -79,11 +79,12 @@ svn_error_t* cleanup(const char* path, svn_boolean_t breakLocks, svn_boolean_t f
 svn_error_t* refuseLinkedDirectory(void* /*baton*/, const char* path, const svn_client_status_t* status,
                                    apr_pool_t* pool)
 {
-    if (status->node_status != svn_wc_status_obstructed || !isSymbolicLink(status->local_abspath, pool)) {
+    const bool isObstructed = status->node_status == svn_wc_status_obstructed && status->kind == svn_node_dir;
+    if (!isObstructed || !isSymbolicLink(status->local_abspath, pool)) {
         return SVN_NO_ERROR;
     }
     return svn_error_createf(SVN_ERR_NODE_UNEXPECTED_KIND, nullptr,
-                             "'%s' is a symbolic link in the place of a versioned item: delete the link first, "
+                             "'%s' is a symbolic link in the place of a versioned directory: delete the link first, "
                              "or what it leads to would be deleted",
                              path);
 }

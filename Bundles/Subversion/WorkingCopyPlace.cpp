@@ -21,10 +21,12 @@ std::string databaseOf(std::string_view root, apr_pool_t* pool)
 
 std::string workingCopyRoot(std::string_view path, apr_pool_t* pool)
 {
-    for (std::string_view root = path; !root.empty(); root = root.substr(0, root.rfind('/'))) {
+    for (std::string_view root = path; !root.empty();) {
         if (identityOf(databaseOf(root, pool)) != FileIdentity{}) {
             return std::string{root};
         }
+        const auto slash = root.rfind('/');
+        root = slash == std::string_view::npos ? std::string_view{} : root.substr(0, slash);
     }
     return {};
 }

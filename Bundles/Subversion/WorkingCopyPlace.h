@@ -25,7 +25,7 @@ FileIdentity identityOf(const std::string& file);
 /// The database of the working copy with that root, whether it exists or not.
 std::string databaseOf(std::string_view root, apr_pool_t* pool);
 
-/// The nearest directory at or above an absolute path that holds a database; empty when there is none.
+/// The nearest directory at or above a path, as far as it is written, that holds a database; empty when there is none.
 std::string workingCopyRoot(std::string_view path, apr_pool_t* pool);
 
 } // namespace HSVNAdapter

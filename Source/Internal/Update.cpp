@@ -46,7 +46,7 @@ std::vector<HSVNRevisionNumber> HSVNUpdate(HSVNOperation& operation, const apr_a
     const svn_opt_revision_t record = revision.SVNRevision();
     apr_array_header_t* results = nullptr;
     svn_error_t* error = callUpdate(operation, &results, targets, record, choices);
-    if (error && error->apr_err == SVN_ERR_CLIENT_BAD_REVISION) {
+    if (error && error->apr_err == SVN_ERR_CLIENT_BAD_REVISION && !operation.isVerb()) {
         operation->error_clear(error);
         throw HSVNInvalidArgumentException("Invalid revision");
     }

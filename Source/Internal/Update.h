@@ -8,7 +8,7 @@
 /// @param operation  of `HSVNContext::update` or of the class operation
 /// @param targets    paths, checked (`HSVNOperation::pathArray`, `HSVNChangedArray`)
 /// @return the revision of each target, in order
-/// @throws HSVNInvalidArgumentException "Invalid revision" for a kind of revision that an update cannot reach, "Invalid
-///         depth" for a depth that Subversion 1.4 cannot express
+/// @throws HSVNInvalidArgumentException "Invalid revision" for a kind of revision that an update cannot reach, which a
+///         verb tells in Subversion's words, "Invalid depth" for a depth that Subversion 1.4 cannot express
 std::vector<HSVNRevisionNumber> HSVNUpdate(HSVNOperation& operation, const apr_array_header_t* targets,
                                            const HSVNRevision& revision, const HSVNUpdateChoices& choices);

@@ -512,6 +512,44 @@ def empty(wc):
     run_svn(wc, "add", "folder", "odd name")
 
 
+def guard(wc):
+    """Files that want a lock before they are changed: one locked here, one elsewhere, one stolen, one changed without."""
+    for name in ["iota", "A/mu", "keywords", "binary", "A/C/moved"]:
+        run_svn(wc, "propset", "svn:needs-lock", "*", name)
+    run_svn(wc, "commit", "-m", "Guard files")
+    run_svn(wc, "update")
+    run_svn(wc, "lock", "-m", "mine", "iota", "keywords")
+    run_svn(wc, "checkout", "-q", "^/trunk", "../other")
+    other = os.path.join(wc, "../other")
+    run_svn(other, "lock", "A/mu")
+    run_svn(other, "lock", "--force", "keywords")
+    os.chmod(os.path.join(wc, "A/C/moved"), 0o644)
+    for name in ["iota", "A/C/moved"]:
+        write(wc, name, "mine\n")
+
+
+def link(wc):
+    """Links to files and folders, versioned and not, within and to outside; working copies in and beside another one."""
+    os.symlink("A", os.path.join(wc, "folder-link"))
+    os.symlink("../iota", os.path.join(wc, "A/file-link"))
+    os.symlink("nowhere", os.path.join(wc, "dead-link"))
+    run_svn(wc, "add", "folder-link", "A/file-link", "dead-link")
+    run_svn(wc, "propset", "svn:externals", "^/branches/one/A/B@5 outer\n-r4 ^/branches/one/iota pinned", "A")
+    run_svn(wc, "commit", "-m", "Link")
+    run_svn(wc, "update")
+    run_svn(wc, "checkout", "-q", "^/branches/one/A", "A/C/nested")
+    run_svn(wc, "checkout", "-q", "^/trunk@4", "../other")
+    os.symlink("../other", os.path.join(wc, "other-link"))
+    # Where it led to a versioned folder here, svn's answers would depend on what it had looked at before.
+    os.symlink("../home", os.path.join(wc, "unversioned-link"))
+    os.remove(os.path.join(wc, "dead-link"))
+    os.symlink("iota", os.path.join(wc, "dead-link"))
+    os.remove(os.path.join(wc, "iota"))
+    os.symlink("keywords", os.path.join(wc, "iota"))
+    write(wc, "A/C/nested/mu", "nested\n")
+    write(wc, "../other/A/mu", "other\n")
+
+
 HOOKS = {
     "pre-commit": "/usr/bin/svnlook log -t $2 $1 | /usr/bin/grep -q e || { echo 'too <short>' >&2; exit 1; }",
     "post-commit": "echo 'not told' >&2; exit 1", "post-revprop-change": "exit 1",
@@ -609,6 +647,8 @@ PREPARATIONS = {
     "forbidden": forbid,
     "empty": empty,
     "hooked": hook,
+    "guarded": guard,
+    "linked": link,
 }
 # What these forbid, nothing forbids root: its programs run as somebody else then.
 FORBIDDING = {"forbidden"}

@@ -11,6 +11,7 @@ import pty
 import re
 import shlex
 import shutil
+import signal
 import subprocess
 import sys
 import tempfile
@@ -306,6 +307,33 @@ class Program(unittest.TestCase):
                                  stderr=subprocess.PIPE, text=True, check=False)
             os.close(writing)
             self.assertEqual((ran.returncode, ran.stderr), (1, ""), command)
+
+    def test_a_signal_ends_what_tells_relative_paths(self):
+        with tempfile.TemporaryDirectory() as folder:
+            subprocess.run(["svnadmin", "create", f"{folder}/repository"], check=True)
+            os.mkdir(f"{folder}/tree")
+            for number in range(400):
+                fixtures.write(folder, f"tree/{number:0250}", "")
+            url = f"file://{folder}/repository/tree"
+            fixtures.run_svn(folder, "import", "-q", "-m", "x", "tree", url)
+            # What each prints is more than a pipe holds: none is over when the signal comes.
+            for command in [["import", "-m", "x", "tree", url + "/again"], ["export", url, "exported"]]:
+                expected, actual = (self.ended_by_signal([program, *command], folder) for program in ["svn", HSVN])
+                self.assertEqual(actual, expected, command)
+
+    @staticmethod
+    def ended_by_signal(command, folder):
+        """How a program ends that is stopped when it has begun to print, and what it says."""
+        with subprocess.Popen(command, cwd=folder, env=fixtures.environment(folder), stdout=subprocess.PIPE,
+                              stderr=subprocess.PIPE, text=True) as running:
+            try:
+                running.stdout.read(1)
+                running.send_signal(signal.SIGTERM)
+                _, told = running.communicate(timeout=60)
+            finally:
+                running.kill()
+        shutil.rmtree(f"{folder}/exported", ignore_errors=True)
+        return running.returncode, re.sub("(?m)^h?svn: ", "", told)
 
     def test_a_commit_whose_report_cannot_be_written_is_known_to_the_working_copy(self):
         """svn leaves the file modified, and out of date."""

@@ -7,14 +7,22 @@
 #include <algorithm>
 #include <filesystem>
 #include <fmt/format.h>
+#include <system_error>
 #include <utility>
 
 namespace {
 
-/// As it was at the beginning: an operation may put a file in its place.
-const std::string& currentFolder()
+/// The current folder as it was at the beginning: an operation may put a file in its place.
+struct CurrentFolder
 {
-    static const std::string folder = NativeText::toUTF8(std::filesystem::current_path().string());
+    std::error_code failure; ///< of asking for it
+    std::filesystem::path native = std::filesystem::current_path(failure);
+    std::string path = NativeText::toUTF8(native.string());
+};
+
+const CurrentFolder& currentFolder()
+{
+    static const CurrentFolder folder;
     return folder;
 }
 
@@ -129,6 +137,8 @@ void requireOneKind(const std::vector<std::string>& targets)
     }
 }
 
+void rememberCurrentFolder() { currentFolder(); }
+
 bool isURL(const std::string& target) { return target.find("://") != std::string::npos; }
 
 std::string localStyle(std::string path)
@@ -153,7 +163,8 @@ std::optional<std::string_view> pathBelow(std::string_view path, std::string_vie
 
 std::string relativeToCurrentFolder(const std::string& path)
 {
-    return localStyle(std::string{pathBelow(path, currentFolder()).value_or(path)});
+    const auto& folder = currentFolder();
+    return localStyle(std::string{folder.failure ? path : pathBelow(path, folder.path).value_or(path)});
 }
 
 std::string absolutePath(const std::string& path)
@@ -161,7 +172,12 @@ std::string absolutePath(const std::string& path)
     if (path.starts_with('/')) {
         return path;
     }
-    const std::string absolute = std::filesystem::path{joined(currentFolder(), path)}.lexically_normal().string();
+    const auto& folder = currentFolder();
+    if (folder.failure) {
+        fail(BadFileName, fmt::format("Couldn't determine absolute path of '{}'", localStyle(path)),
+             failure(folder.failure.value(), folder.failure.message()));
+    }
+    const std::string absolute = std::filesystem::path{joined(folder.path, path)}.lexically_normal().string();
     return absolute.size() > 1 && absolute.ends_with('/') ? absolute.substr(0, absolute.size() - 1) : absolute;
 }
 

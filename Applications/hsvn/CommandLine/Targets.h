@@ -45,9 +45,13 @@ std::string localStyle(std::string path);
 /// What follows the folder in the path, without the "/", a part of the path's text; nil when the path is not the folder
 /// or below it.
 std::optional<std::string_view> pathBelow(std::string_view path, std::string_view folder);
+/// Takes the current folder down, which the functions below tell paths from; done first.
+void rememberCurrentFolder();
 /// An absolute path below the current folder as relative to it, any other as it is.
 std::string relativeToCurrentFolder(const std::string& path);
 /// The absolute form of a canonical local path.
+///
+/// @throws HSVNException for a relative one where the current folder had been removed
 std::string absolutePath(const std::string& path);
 /// The way from a folder to a path, both absolute: "b/c", "../x", "" for the folder itself.
 std::string relativePath(const std::string& path, const std::string& folder);

@@ -39,9 +39,11 @@ void printError(const HSVNException& exception, const std::string& prefix)
 
 void printInterruption(const HSVNException& exception)
 {
-    for (const ErrorLink& link : chainOf(exception)) {
-        const std::string message = link.code == Cancelled ? "Caught signal" : link.message;
-        Output::writeError(fmt::format("{}: E{:06}: {}\n", programName(), link.code, message));
+    const auto chain = chainOf(exception);
+    for (const ErrorLink& link : chain) {
+        const bool isReason = link.code == Cancelled && link.message == chain.back().message;
+        Output::writeError(
+            fmt::format("{}: E{:06}: {}\n", programName(), link.code, isReason ? "Caught signal" : link.message));
     }
 }
 
