@@ -33,6 +33,9 @@ REASONS = [
     (r"^scribbled .*--xml", r"(?m)^\+<author>.*\?\\\d{3}", "an author's bytes that are no text would make the XML ill-formed"),
     ("--encoding", "(?m)^-.*\u00c3\u0083\u00c2", "svn goes on in the encoding that it read a message in"),
     (r"^forbidden .*\bcleanup\b", r"(?m)^-'  L ", "svn leaves a working copy locked that it cannot read"),
+    (r"\binfo\b.*--show-item", r"(?s)\A  standard output differs\n(?:[^\n]*\n){3} [^\n]+\n\+(\n \Z|\Z|\n(?=  ))",
+     "svn leaves the last line unfinished where a later target fails"),
+    ("", r"(?m)^\+svn: E205000: Non-numeric change argument \(r?\d+-0?\)", "a range of changes without an end goes to r-1 in svn"),
 ]
 
 # How often a line that differs is run: an answer that svn gives every other time is missed once in a thousand lines.
@@ -42,24 +45,27 @@ REVISIONS = ["1", "2", "3", "4", "5", "6", "r3", "HEAD", "BASE", "COMMITTED", "P
 ODD_REVISIONS = ["0", "99", "{1999-12-31}", "{2020-02-30}", "{nonsense}", "-1", "3.5", "foo", "", "WORKING", "2:", ":3",
                  "2147483648", "9" * 20, "0x2", "+2", " 2", "2 ", "r", "rHEAD", "{}", "{", "{20990101T0000}", "{2099}",
                  "{2099-01-01 00:00 +0100}", "{2099-01-01T00:00:00.000001Z}", "{2099-W01}", "{2099-1-1}", "{00:00}"]
+CHANGES = ["2", "3", "r4", "-4", "-r5", "2-4", "5-3", "r2-r3", "-2-4", "99", "0", "HEAD", "COMMITTED", "2-", "x"]
 TEXTS = ["x", "two words", "a\nb", "", "<&>", "\u00fc"]
 NAMES = ["color", "svn:ignore", "svn:keywords", "svn:eol-style", "svn:executable", "svn:mime-type", "svn:externals",
          "svn:needs-lock", "svn:mergeinfo", "svn:global-ignores", "svn:auto-props", "svn:log", "svn:author", "svn:date",
          "svn:bogus", "binary-property", "a b", "svn:kewords", "none"]
 VALUES = ["x", "native", "CRLF", "Rev Author", "*.o\n*.tmp", "^/branches/one/A/B there", "^/branches/one/iota file",
-          "/branches/one:2-4", "text/plain", "*", "", "a\r\nb", "nonsense", "2020-01-01T00:00:00.000000Z", "*.x = color=y"]
+          "/branches/one:2-4", "text/plain", "*", "", "a\r\nb", "nonsense", "2020-01-01T00:00:00.000000Z", "*.x = color=y",
+          "# none\n-r2 ^/branches/one/A/B there\n^/branches/one/iota@3 file", "there -r3 REPOSITORY/branches/one/A/B",
+          "../branches/one/A 'two words'", "application/octet-stream", "Id URL Date", "LF"]
 GOOD = {
     "--depth": ["empty", "files", "immediates", "infinity"],
     "--set-depth": ["exclude", "empty", "files", "immediates", "infinity"],
     "--accept": ["postpone", "working", "base", "mine-conflict", "theirs-conflict", "mine-full", "theirs-full",
-                 "recommended", "p", "mf", "tf"],
-    "--message": TEXTS, "--file": ["../message", "../windows-message", "iota", "../latin-message", "-"],
+                 "recommended", "p", "mf", "tf", "edit", "launch"],
+    "--message": TEXTS, "--file": ["../message", "../windows-message", "iota", "../latin-message", "-", "<(echo piped)"],
     "--encoding": ["UTF-8", "ISO-8859-1"],
     "--editor-cmd": ["../editor", "../emptying-editor", "../second-time-editor", "true"],
     "--diff-cmd": ["echo", "true", "cat"], "--diff3-cmd": ["true", "cat"],
     "--extensions": ["-u", "-b", "-w", "-p", "-U1", "--ignore-eol-style", "-u -w", "-U 0"],
     "--limit": ["1", "2", "100"], "--strip": ["0", "1"], "--show-revs": ["merged", "eligible"],
-    "--targets": ["../list", "../list", "-"], "--with-revprop": ["color=x", "color", "svn:author=me", "empty="],
+    "--targets": ["../list", "../list", "-", "<(echo iota)"], "--with-revprop": ["color=x", "color", "svn:author=me", "empty="],
     "--search": ["*iota*", "Change", "*"], "--search-and": ["*mu*", "change*"], "--changelist": ["list", "other"],
     "--native-eol": ["LF", "CR", "CRLF"], "--old": ["^/trunk", ".", "iota", "^/branches/one@3"],
     "--new": ["^/branches/one", ".", "A", "^/trunk@2"],
@@ -74,7 +80,14 @@ GOOD = {
                         "config:helpers:diff-cmd=echo", "config:miscellany:preserved-conflict-file-exts=*"]}
 ODD = {"--targets": ["nowhere", "iota", "/dev/null"], "--encoding": ["nothing"], "--message": ["a\0b", "iota"],
        "--file": ["nowhere", "../zero-message", "A", "../mixed-message"], "--changelist": ["none"],
-       "--editor-cmd": ["false", "nowhere"], "--diff-cmd": ["false", "nowhere"], "--diff3-cmd": ["false", "nowhere"]}
+       "--editor-cmd": ["false", "nowhere"], "--diff-cmd": ["false", "nowhere"], "--diff3-cmd": ["false", "nowhere"], "--depth": ["unknown", "exclude"]}
+# What people say together with an option.
+COMPANIONS = {"--search": "--search-and", "--show-item": "--no-newline", "--xml": "--incremental", "--summarize": "--xml",
+              "--show-revs": "--log", "--diff-cmd": "--extensions", "--diff": "--diff-cmd", "--verbose": "--xml",
+              "--with-all-revprops": "--xml", "--changelist": "--keep-changelists", "--old": "--new", "--depth": "--force",
+              "--show-updates": "--verbose", "--remove-unversioned": "--remove-ignored"}
+# Words that the shell makes others of.
+EXPANDED = ["./*", "A/*", "i*a", "A/{mu,C}", "<(echo piped)", "<(echo iota)"]
 OPTIONAL = {"--version", "--help", "--password-from-stdin"}
 
 # What follows a subcommand: kinds of words, "?" none or one, "+" some, "*" none or some.
@@ -97,8 +110,22 @@ COMMITTING = {"commit", "import", "mkdir", "delete", "copy", "move"}
 # What stands before the program: where it runs and what its environment says.
 PLACES = ["A", "A/B", "..", "name with space", "../home"]
 VARIABLES = ["SVN_EDITOR=../editor", "SVN_EDITOR= VISUAL=true", "TZ=America/New_York", "TZ=Asia/Kolkata", "LC_ALL=C.UTF-8",
-             "LC_ALL=none", "LANG=de_DE.UTF-8", "COLUMNS=20", "SVN_MERGE=true", "HOME=/nowhere/none"]
-INPUTS = ["<<< c", "<<< a", "< ../message", "< ../list", "<<< $'yes\\nno'", "<&-"]
+             "LC_ALL=none", "LANG=de_DE.UTF-8", "COLUMNS=20", "SVN_MERGE=true", "HOME=/nowhere/none", "LC_ALL=POSIX",
+             "LC_ALL= LANG=de_DE.UTF-8", "LC_ALL= LC_CTYPE=C.UTF-8", "LC_ALL= LC_MESSAGES=C.UTF-8", "TZ=:none", "HOME=",
+             "SVN_EDITOR=../nowhere", "SVN_EDITOR='exit 3;'", "SVN_EDITOR= EDITOR=../editor", "TMPDIR=/nowhere"]
+REDIRECTIONS = ["<<< c", "<<< a", "< ../message", "< ../list", "<<< $'yes\\nno'", "<&-", "2>&1", "2>&1 | sort", "> made",
+                "> ../made; svn patch ../made", "2> /dev/null"]
+# What a person does to files between two commands, and how a script joins what it runs.
+EDITS = ["echo more >> {file}", "printf 'one\\r\\ntwo\\n' > {file}", ": > {file}", "rm -rf {path}", "mkdir {new}",
+         "echo new > {new}", "mv {path} {new}", "cp -R {path} {new}", "ln -s nowhere {new}", "chmod +x {file}",
+         "chmod a-w {file}", "rm {file}; mkdir {file}", "touch {file}", "sed -i 1d {file}", "rm -f {file}; ln -s A {file}"]
+JOINTS = {"; ": 4, " && ": 1, " || ": 1, "; echo $?; ": 2}
+# What makes conflicts in a state that is prepared for them.
+BEGINNINGS = {
+    "crossed": ["merge ^/branches/two", "merge -c 8 ^/branches/two", "merge ^/branches/two --accept postpone"],
+    "untangled": ["merge ^/branches/one"], "merging": ["merge ^/branches/one"], "outdated": ["update"],
+    "tangled": ["update", "update --accept postpone"], "obstructed": ["update", "update --force"], "moving": ["update"]}
+CONFLICTED = {"conflicted", "diverged", "hostile", *BEGINNINGS}
 PRIORITIES = {"status": 3, "update": 3, "commit": 2, "diff": 3, "log": 3, "info": 2, "merge": 3, "copy": 2, "move": 2}
 
 
@@ -157,8 +184,12 @@ class Lines:
 
     def path(self):
         odd = ["nowhere", "A/nowhere", "iota/below", "", "/nowhere", "A/../iota", "./A//B/", "ROOT/wc", "ROOT/wc/iota",
-               "../tree", "../fresh", "ROOT/repository", ".svn", "A/.svn/x", "@", "iota@@", "-", "~", "^", "..", "x:y"]
-        return self.beside(self.chance.choice(odd)) if self.often(0.1) else self.seen(self.chance.choice(self.paths))
+               "../tree", "../fresh", "ROOT/repository", ".svn", "A/.svn/x", "@", "iota@@", "-", "~", "^", "..", "x:y",
+               "made", "A/made", "../other", *EXPANDED[:4]]
+        path = self.chance.choice(self.paths)
+        form = self.one_of(("", 24), ("/", 1), ("ROOT/wc/", 1))
+        seen = form + path if len(form) > 1 else self.seen(path) + form
+        return self.beside(self.chance.choice(odd)) if self.often(0.1) else seen
 
     def seen(self, path):
         """A path of the working copy, from where the program runs."""
@@ -211,14 +242,15 @@ class Lines:
         if option == "--revision":
             return self.revision() + (":" + self.revision() if self.often(0.4) else "")
         if option == "--change":
-            return self.one_of((self.revision(), 5), ("-" + self.revision(), 2), ("2-4", 1), ("2,4", 1), ("5-3", 1))
+            changes = self.chance.choices(CHANGES, k=self.one_of((1, 4), (2, 2), (3, 1)))
+            return self.chance.choice([",", ",", ", ", " "]).join(changes)
         if option not in GOOD or self.often(0.04):
             return self.beside(self.chance.choice(["foo", "", "-1", *ODD.get(option, [])]))
         return self.beside(self.chance.choice(GOOD[option]))
 
     def option(self, found):
         long, letter, takes = found
-        name = letter if letter and self.often(0.5) else long
+        name = letter if letter and self.often(0.5) else long[:-1] if self.often(0.004) else long
         if not takes:
             return [name]
         text = self.argument(long)
@@ -226,15 +258,35 @@ class Lines:
             return [name + text if name == letter else name + "=" + text]
         return [name, text]
 
-    def command(self):
-        names = list(FORMS)
-        name = self.chance.choices(names, [PRIORITIES.get(each, 1) for each in names])[0]
+    def bundled(self, options):
+        """Some options of one letter in one word, at the end one with an argument."""
+        letters = [each for each in options if len(each) == 1 and re.fullmatch(r"-\w", each[0])]
+        last = [each for each in options if len(each) == 2 and re.fullmatch(r"-\w", each[0])][:1]
+        if len(letters + last) < 2 or self.often(0.5):
+            return options
+        word = "-" + "".join(each[0][1] for each in letters + last)
+        return [each for each in options if each not in letters + last] + [[word] + [each[1] for each in last]]
+
+    def chosen(self, name):
+        """Options of a subcommand, as it has them."""
         own = [each for each in self.grammar.options[name] if each[0] not in OPTIONAL]
-        chosen = [self.chance.choice(own) for _ in range(self.one_of((0, 3), (1, 4), (2, 3), (3, 2), (4, 1))) if own]
+        found = [self.chance.choice(own) for _ in range(self.one_of((0, 3), (1, 4), (2, 3), (3, 2), (4, 1))) if own]
+        beside = {COMPANIONS.get(long) for long, *_ in found}
+        found += [each for each in own if each[0] in beside and self.often(0.4)]
         if self.often(0.08):
-            chosen.append(self.chance.choice([each for each in self.grammar.shared if each[0] not in OPTIONAL]))
+            found.append(self.chance.choice([each for each in self.grammar.shared if each[0] not in OPTIONAL]))
         if self.often(0.01):
-            chosen.append(self.chance.choice(self.grammar.options[self.chance.choice(names)]))
+            found.append(self.chance.choice(self.grammar.options[self.chance.choice(list(FORMS))]))
+        return found
+
+    def subcommand(self):
+        names = list(FORMS)
+        priorities = {**PRIORITIES, **({"resolve": 12, "revert": 3} if self.state in CONFLICTED else {})}
+        return self.chance.choices(names, [priorities.get(each, 1) for each in names])[0]
+
+    def command(self):
+        name = self.subcommand()
+        chosen = self.chosen(name)
         options = [self.option(each) for each in chosen]
         words = [[word] for word in self.words(name)]
         if name in COMMITTING and self.often(0.85) and not any(each[0] in ("--message", "--file") for each in chosen):
@@ -245,26 +297,45 @@ class Lines:
             options.append(["--editor-cmd", "../editor"])
         if self.state in ("served", "webserved") and self.often(0.9):
             options.append(["HARRY"])
-        # The order of targets counts; options stand anywhere among them.
-        for option in options:
-            words.insert(self.chance.randrange(len(words) + 1), option)
+        if name == "resolve" and self.often(0.5):
+            options += [["-R"], ["--accept", self.chance.choice(GOOD["--accept"])]]
+        # The order of targets counts; options stand anywhere among them, and before the subcommand.
+        words.insert(0, [self.chance.choice(self.grammar.aliases[name])])
+        for option in self.bundled(options):
+            words.insert(self.chance.randrange(0 if self.often(0.1) else 1, len(words) + 1), option)
         if self.often(0.05):
-            words.insert(0, ["--"])
-        alias = self.chance.choice(self.grammar.aliases[name])
-        return " ".join(quoted(word) for part in [[alias], *words] for word in part)
+            words.insert(1, ["--"])
+        return " ".join(quoted(word) for part in words for word in part)
+
+    def edit(self):
+        """What is done to a file without Subversion."""
+        paths = [name for name in self.paths if name != "."] or ["made"]
+        path, file = (shlex.quote(self.seen(self.chance.choice(names))) for names in (paths, self.files or paths))
+        new = shlex.quote(self.seen(self.chance.choice(["made", "A/made", "A/B/made@", "with space"])))
+        return self.chance.choice(EDITS).format(path=path, file=file, new=new)
 
     def run(self):
         """A command with what stands before and after it."""
         variable = self.chance.choice(VARIABLES) + " " if self.often(0.08) else ""
-        return f"{variable}svn {self.command()}" + (" " + self.chance.choice(INPUTS) if self.often(0.05) else "")
+        return f"{variable}svn {self.command()}" + (" " + self.chance.choice(REDIRECTIONS) if self.often(0.06) else "")
 
     def line(self):
         self.place = self.chance.choice(PLACES) if self.often(0.12) else "."
-        line = "; ".join(self.run() for _ in range(self.one_of((1, 6), (2, 3), (3, 1))))
+        runs = [self.run() for _ in range(self.one_of((1, 5), (2, 3), (3, 2), (4, 1)))]
+        if self.state in BEGINNINGS and self.often(0.5):
+            runs.insert(0, "svn " + self.chance.choice(BEGINNINGS[self.state]))
+        line = runs.pop(0)
+        for run in runs:
+            line += self.chance.choices(list(JOINTS), list(JOINTS.values()))[0]
+            line += self.edit() + "; " + run if self.often(0.3) else run
+        if self.often(0.15):
+            line = f"{self.edit()}; {line}"
         if self.place != ".":
             line = f"cd {shlex.quote(self.place)}; {line}"
         if self.state == "accented" and self.often(0.2):
             line = "LC_ALL=C " + line
+        if self.often(0.03):
+            line = "umask 027; " + line
         return line.removeprefix("svn ") if line.startswith("svn ") else "--version -q; " + line
 
 
@@ -277,6 +348,8 @@ def is_text(name):
 
 
 def quoted(word):
+    if word in EXPANDED:
+        return word
     if "\n" in word or "\r" in word:
         return "$'" + word.replace("\r", "\\r").replace("\n", "\\n") + "'"
     return shlex.quote(word.replace("\0", ""))
