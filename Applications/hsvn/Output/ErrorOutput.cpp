@@ -9,19 +9,24 @@
 
 namespace {
 
+constexpr std::int32_t composedError = 200042; ///< SVN_ERR_COMPOSED_ERROR: "Additional errors:"
+
 /// Prints every error of the chain that has not been said already.
 void printChain(const HSVNException& exception, const std::string& prefix)
 {
     const auto chain = chainOf(exception);
     std::set<std::pair<std::int32_t, std::string>> printed;
+    bool isFollowing = false; // errors that came of the first one, which may all be the same
     for (std::size_t index = 0; index < chain.size(); ++index) {
         const ErrorLink& link = chain[index];
         // The library puts a code that it knows above one that is new in a later line, with the same message:
         // Subversion itself says it once, with its own code.
         const bool isTranslated = index + 1 < chain.size() && chain[index + 1].message == link.message;
-        if (!isTranslated && printed.emplace(link.code, link.message).second) {
+        const bool isRepeated = isFollowing && link.code != composedError;
+        if (!isTranslated && (isRepeated || printed.emplace(link.code, link.message).second)) {
             Output::writeError(fmt::format("{}{:06}: {}\n", prefix, link.code, link.message));
         }
+        isFollowing = isFollowing || link.code == composedError;
     }
 }
 
