@@ -160,7 +160,7 @@ void HSVNNode::URLBelow::make(const HSVNNode& node) const
     }
     try {
         std::string text = _url->string();
-        text.append(1, '/').append(HSVNPathText::lastComponent(node._path->string()));
+        text.append(1, '/').append(HSVNPathText::percentEncoded(HSVNPathText::lastComponent(node._path->string())));
         _url = HSVNURLOfTrustedText(std::move(text));
     } catch (...) {
         leave(State::Directory);

@@ -115,8 +115,8 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// Where the item is in the repository, for a working-copy item too; may be nil.
     const HSVNURLRef& URL() const { return _url.of(*this); }
     void setURL(HSVNURLRef url) { _url.set(std::move(url)); }
-    /// Makes the URL that of the path's last component within a directory, when it is first asked for. The path must be
-    /// set, and its last component stand in the URL as it stands in the path.
+    /// Makes the URL that of the path's last component, escaped, within a directory, when it is first asked for. The
+    /// path must be set.
     void setURLBelow(HSVNURLRef directory) { _url.setDirectory(std::move(directory)); }
     /// In bytes; 0 when unknown.
     std::uint64_t size() const { return _size; }

@@ -94,7 +94,7 @@ TEST(NodeTest, AURLBelowADirectoryIsMadeForWhoeverAsksFirst)
 {
     const auto directory = HSVNURL::URLWithString("svn://host/r");
     for (int round = 0; round < 100; ++round) {
-        const auto node = nodeAt("/wc/a.txt");
+        const auto node = nodeAt("/wc/\u00e4 %.txt");
         node->setURLBelow(directory);
         std::vector<std::string> told(4);
         {
@@ -105,7 +105,7 @@ TEST(NodeTest, AURLBelowADirectoryIsMadeForWhoeverAsksFirst)
                 });
             }
         }
-        EXPECT_THAT(told, testing::Each("svn://host/r/a.txt"));
+        EXPECT_THAT(told, testing::Each("svn://host/r/%C3%A4%20%25.txt"));
         EXPECT_EQ(node->URL(), node->URL()) << "it is kept";
     }
     const auto moved = nodeAt("/wc/a.txt");

@@ -78,6 +78,15 @@ constexpr std::array<bool, 256> unescapedBytes = [] {
     return table;
 }();
 
+bool isEscaped(char letter) { return !unescapedBytes[static_cast<unsigned char>(letter)]; }
+
+std::array<char, 3> escapeOf(char letter)
+{
+    constexpr std::string_view digits = "0123456789ABCDEF";
+    const auto byte = static_cast<unsigned char>(letter);
+    return {'%', digits[byte >> 4U], digits[byte & 15U]};
+}
+
 /// A run of escapes as text: each as its character, those that make up none as they were written.
 void appendDecodedRun(std::string& result, std::string_view run)
 {
@@ -148,19 +157,34 @@ std::string HSVNPathText::abbreviatingHome(std::string_view path)
 
 std::string HSVNPathText::percentEncoded(std::string_view text)
 {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    const auto isEscaped = [](char letter) { return !unescapedBytes[static_cast<unsigned char>(letter)]; };
     std::string result;
     for (auto rest = text.begin(); rest != text.end();) {
         const auto next = std::find_if(rest, text.end(), isEscaped); // most texts have nothing to escape
         result.append(rest, next);
         rest = next;
         if (rest != text.end()) {
-            const auto byte = static_cast<unsigned char>(*rest++);
-            result += {'%', digits[byte >> 4U], digits[byte & 15U]};
+            const auto escape = escapeOf(*rest++);
+            result.append(escape.begin(), escape.end());
         }
     }
     return result;
+}
+
+bool HSVNPathText::isPercentEncoded(std::string_view escaped, std::string_view text)
+{
+    for (const char letter : text) {
+        std::array<char, 3> escape{letter};
+        std::size_t size = 1;
+        if (isEscaped(letter)) {
+            escape = escapeOf(letter);
+            size = escape.size();
+        }
+        if (!escaped.starts_with(std::string_view{escape.data(), size})) {
+            return false;
+        }
+        escaped.remove_prefix(size);
+    }
+    return escaped.empty();
 }
 
 std::string HSVNPathText::percentDecoded(std::string_view text)

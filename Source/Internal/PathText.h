@@ -27,6 +27,8 @@ std::string abbreviatingHome(std::string_view path);
 
 /// Every byte that Subversion escapes in a URL's path escaped: all but letters, digits and -._~!$&'()*+,/:=@
 std::string percentEncoded(std::string_view text);
+/// Whether a text is the escaped form of another, which is not made.
+bool isPercentEncoded(std::string_view escaped, std::string_view text);
 /// The text with escapes decoded, those left that are no UTF-8 or a NUL.
 std::string percentDecoded(std::string_view text);
 

@@ -153,7 +153,7 @@ void HSVNStatusNodeMaker::takeURL(HSVNNode& node, std::string_view url)
     const std::size_t slash = url.rfind('/');
     const bool isInDirectory = slash != std::string_view::npos && slash > url.find("://") + 3; // not in "file:///"
     if (!isInDirectory || _directories.empty() ||
-        url.substr(slash + 1) != HSVNPathText::lastComponent(node.path()->string()))
+        !HSVNPathText::isPercentEncoded(url.substr(slash + 1), HSVNPathText::lastComponent(node.path()->string())))
     {
         node.setURL(HSVNURLOfTrustedText(std::string{url}));
         return;
