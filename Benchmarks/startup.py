@@ -8,7 +8,7 @@ import sys
 import tempfile
 import time
 
-GOAL = 1.3
+GOAL = 1.15
 
 
 def parse_arguments():
