@@ -211,6 +211,8 @@ const std::pair<const char*, void (*)(const Place&)> writersBelow[] = {
     {"lock of a child", [](const Place& at) { at.context.lock(at.target() + "/going"); }},
     {"set executable of a child",
      [](const Place& at) { at.context.setProperty(at.child(), "svn:executable", "*", {}); }},
+    {"set executable of a child that needs a lock",
+     [](const Place& at) { at.context.setProperty(at.target() + "/going", "svn:executable", "*", {}); }},
     {"set needs-lock of a child",
      [](const Place& at) { at.context.setProperty(at.child(), "svn:needs-lock", "*", {}); }},
     {"new directory", [](const Place& at) { at.context.makeDirectories({at.target() + "/new"}); }},
