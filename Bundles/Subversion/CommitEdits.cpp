@@ -4,6 +4,7 @@
 #ifdef HSVN_STANDS_IN_FRONT
 
 #include <new>
+#include <string_view>
 #include <svn_delta.h>
 #include <svn_ra.h>
 
@@ -24,7 +25,7 @@ class Commit final : public HSVNAdapter::StartedCommit
     }
 
     /// Puts an editor in front of the one that makes the commit.
-    void watch(const svn_delta_editor_t** editor, void** baton, apr_pool_t* pool)
+    void watch(const svn_delta_editor_t** editor, void** baton, bool isOnWebServer, apr_pool_t* pool)
     {
         _editor = *editor;
         _baton = *baton;
@@ -34,6 +35,15 @@ class Commit final : public HSVNAdapter::StartedCommit
         watched->open_root = openRoot;
         watched->close_edit = closeEdit;
         watched->abort_edit = abortEdit;
+        if (isOnWebServer) {
+            watched->delete_entry = Whole<&svn_delta_editor_t::delete_entry>::call;
+            watched->add_directory = Whole<&svn_delta_editor_t::add_directory>::call;
+            watched->close_directory = Whole<&svn_delta_editor_t::close_directory>::call;
+            watched->add_file = Whole<&svn_delta_editor_t::add_file>::call;
+            watched->apply_textdelta = Whole<&svn_delta_editor_t::apply_textdelta>::call;
+            watched->apply_textdelta_stream = Whole<&svn_delta_editor_t::apply_textdelta_stream>::call;
+            watched->close_file = Whole<&svn_delta_editor_t::close_file>::call;
+        }
         *editor = watched;
         *baton = this;
         _questions.setStarted(this);
@@ -56,6 +66,23 @@ class Commit final : public HSVNAdapter::StartedCommit
     }
 
   private:
+    /// A place of the editor's whose requests change the transaction. A web server goes on with one that was stopped
+    /// while it removes the transaction, and may so leave a part of it.
+    template <auto Place>
+    struct Whole;
+    template <typename... Arguments, svn_error_t* (*svn_delta_editor_t::*Place)(Arguments...)>
+    struct Whole<Place>
+    {
+        static svn_error_t* call(Arguments... arguments)
+        {
+            auto& questions = *CommitQuestions::current();
+            const auto& commit = *static_cast<const Commit*>(questions.started());
+            questions.defer();
+            svn_error_t* const error = (commit._editor->*Place)(arguments...);
+            return svn_error_compose_create(error, questions.deferred());
+        }
+    };
+
     static svn_error_t* setTargetRevision(void* baton, svn_revnum_t revision, apr_pool_t* pool)
     {
         const auto& commit = *static_cast<Commit*>(baton);
@@ -124,7 +151,9 @@ HSVN_STAND_IN svn_error_t* svn_ra_get_commit_editor3(svn_ra_session_t* session, 
     auto* const commit = new (apr_palloc(pool, sizeof(Commit))) Commit{*questions, receiver, receiverBaton};
     SVN_ERR(HSVN_BEHIND(svn_ra_get_commit_editor3)(session, editor, baton, revisionProperties, Commit::receive, commit,
                                                    lockTokens, keepLocks, pool));
-    commit->watch(editor, baton, pool);
+    const char* url = nullptr;
+    SVN_ERR(svn_ra_get_session_url(session, &url, pool));
+    commit->watch(editor, baton, std::string_view{url}.starts_with("http"), pool);
     return SVN_NO_ERROR;
 }
 

@@ -23,8 +23,8 @@ class StartedCommit
 /// Lines of log messages end in "\n", in whatever way they were given. Once the answer to whether to go on was no, it
 /// is not asked for some seconds: Subversion asks amid its request to a web server to forget the transaction, too,
 /// which would stay there for ever. For as long the requests that make the transaction and the revision go on, of which
-/// nobody would know. A transaction that Subversion leaves behind where it fails is given up in the end, where the
-/// adapter can stand in front of Subversion's functions.
+/// nobody would know, and those by which a web server changes the transaction. A transaction that Subversion leaves
+/// behind where it fails is given up in the end, where the adapter can stand in front of Subversion's functions.
 class CommitQuestions
 {
   public:
