@@ -4,6 +4,7 @@
 #include "Output/Display.h"
 #include "Output/ErrorOutput.h"
 #include "Output/JSON.h"
+#include "Output/NotificationListener.h"
 #include "Output/Output.h"
 #include "Output/Sizes.h"
 #include "Output/XML.h"
@@ -19,7 +20,10 @@ namespace {
 class ListRun
 {
   public:
-    explicit ListRun(Session& session) : _session{session} {}
+    explicit ListRun(Session& session) : _session{session}, _printer{session.options.xml || session.options.json}
+    {
+        printNotifications(session, _printer);
+    }
 
     void run()
     {
@@ -44,8 +48,11 @@ class ListRun
             _records.finish();
         }
         if (failures.any()) {
-            fail(IllegalTarget, "Could not list all targets because some targets don't exist");
+            const auto failure =
+                ::failure(IllegalTarget, "Could not list all targets because some targets don't exist");
+            throw _printer.withFailedExternals(failure);
         }
+        _printer.requireExternals();
     }
 
   private:
@@ -190,7 +197,8 @@ class ListRun
     std::size_t _authorWidth = 0;
 
     Session& _session;
-    std::string _external; ///< the external that the last item belongs to; empty for none
+    NotificationPrinter _printer; // of externals that cannot be listed
+    std::string _external;        ///< the external that the last item belongs to; empty for none
     JSONArray _records;
 };
 

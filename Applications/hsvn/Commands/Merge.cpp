@@ -16,8 +16,11 @@ namespace {
 /// Whether it is a file to Subversion, as links are.
 bool isFile(const std::string& path)
 {
-    std::error_code ignored;
-    const auto type = std::filesystem::symlink_status(NativeText::fromUTF8(path), ignored).type();
+    std::error_code error;
+    const auto type = std::filesystem::symlink_status(NativeText::fromUTF8(path), error).type();
+    if (type == std::filesystem::file_type::none) {
+        fail(error.value(), fmt::format("Can't check path '{}': {}", path, error.message()));
+    }
     return type == std::filesystem::file_type::regular || type == std::filesystem::file_type::symlink;
 }
 

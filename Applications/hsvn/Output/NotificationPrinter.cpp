@@ -15,6 +15,9 @@
 
 namespace {
 
+constexpr const char* failedExternals = "Failure occurred processing one or more externals definitions";
+constexpr std::int32_t composedError = 200042; // SVN_ERR_COMPOSED_ERROR, which the library has no name for
+
 std::string shownURL(const HSVNNotification& notification)
 {
     return notification.URL() ? notification.URL()->string() : "";
@@ -245,8 +248,15 @@ void NotificationPrinter::print(const HSVNNotification& notification)
 void NotificationPrinter::requireExternals() const
 {
     if (_hasFailedExternal) {
-        fail(ExternalsProcessing, "Failure occurred processing one or more externals definitions");
+        fail(ExternalsProcessing, failedExternals);
     }
+}
+
+HSVNException NotificationPrinter::withFailedExternals(const HSVNException& failure) const
+{
+    return _hasFailedExternal ? ::failure(ExternalsProcessing, failedExternals,
+                                          ::failure(composedError, "Additional errors:", failure))
+                              : failure;
 }
 
 void NotificationPrinter::printConflictSummary() const

@@ -42,8 +42,8 @@ class NotificationPrinter
     const ConflictStatistics& conflicts() const { return _conflicts; }
     /// Fails when an external could not be served.
     void requireExternals() const;
-    /// Whether an external could not be served.
-    bool hasFailedExternal() const { return _hasFailedExternal; }
+    /// A failure of the subcommand itself, below that of externals when there is one.
+    HSVNException withFailedExternals(const HSVNException& failure) const;
     /// Whether something was told as a warning, such as a lock that was not got.
     bool hasWarned() const { return _hasWarned; }
 
