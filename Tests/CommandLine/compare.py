@@ -19,6 +19,7 @@ import os
 import re
 import shlex
 import shutil
+import signal
 import sqlite3
 import subprocess
 import sys
@@ -239,6 +240,19 @@ class Repository(Part):
                 "repository": dump(self.root + "/repository")}
 
 
+def ended(command, **options):
+    """A command's end, without a terminal, whoever runs the tests: questions are asked on it otherwise. What takes too long
+    is killed with all that it started."""
+    with subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                          start_new_session=True, **options) as running:
+        try:
+            output, errors = running.communicate(timeout=60)
+        except subprocess.TimeoutExpired:
+            os.killpg(running.pid, signal.SIGKILL)
+            raise
+    return subprocess.CompletedProcess(command, running.returncode, output, errors)
+
+
 class State:
     """A prepared working copy, given as it was to each program, at the path that it was made at: it knows its own."""
 
@@ -285,10 +299,7 @@ class State:
         words = words.replace("HARRY", "--username harry --password " + fixtures.SECRET)
         environment = {**fixtures.environment(self.wc), "PATH": program + ":" + os.environ["PATH"]}
         words = words if words.startswith("svnadmin ") else "svn " + words
-        ran = subprocess.run(["/bin/bash", "-c", words], cwd=self.wc, env=environment, check=False,
-                             stdin=subprocess.DEVNULL, capture_output=True, timeout=60,
-                             # Without a terminal, whoever runs the tests: questions are asked on it otherwise.
-                             start_new_session=True, **self.identity)
+        ran = ended(["/bin/bash", "-c", words], cwd=self.wc, env=environment, **self.identity)
         output = with_ordered_attributes(ran.stdout.decode("latin-1"))
         if self.is_one_command and "--xml" in command and output.startswith("<?xml") and ran.returncode == 0:
             ElementTree.fromstring(output)

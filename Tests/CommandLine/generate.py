@@ -25,6 +25,7 @@ import fixtures
 
 # What is meant to differ: of the command line, of the lines that differ, and why.
 REASONS = [
+    ("", r"\A  svn never ends$", "svn never ends"),
     ("", r"(?m)^--6$|^-.*assertion failed|^-.* Aborted  ", "svn ends the process by an assertion"),
     ("", r"(?m)^\+.*Cannot move '\S*/repository' into its own child", "svn asks for a message before that assertion"),
     ("", r"(?s)\A(?!.*\n\+[^\n]*Segmentation).*\n-[^\n]*Segmentation fault", "svn crashes"),
@@ -384,6 +385,20 @@ class TimelessRuns:
         return [self.cleaned(each) for each in value] if isinstance(value, list) else value
 
 
+def differs(state, line, programs, is_ordered):
+    """What differs, as compare.py tells it; a program that does not end differs whatever the other one does."""
+    try:
+        return compare.differs(state, line, programs, is_ordered, ATTEMPTS)
+    except subprocess.TimeoutExpired:
+        late = []
+        for name, program in zip(["svn", "hsvn"], programs):
+            try:
+                state.run(program, line)
+            except subprocess.TimeoutExpired:
+                late.append(name)
+        return f"  {' and '.join(late) or 'nobody'} never ends"
+
+
 def reason_of(command, text):
     return next((reason for line, part, reason in REASONS if re.search(line, command) and re.search(part, text)), None)
 
@@ -416,7 +431,7 @@ def main():
                 counts["lines"] += 1
                 if arguments.list:
                     print(f"{name} | {line}")
-                elif text := compare.differs(state, line, programs, arguments.order, ATTEMPTS):
+                elif text := differs(state, line, programs, arguments.order):
                     reason = reason_of(f"{name} | {line}", text)
                     counts[reason or "unexplained"] += 1
                     if not reason:
