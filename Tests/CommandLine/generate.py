@@ -37,6 +37,7 @@ REASONS = [
     (r"^forbidden .*\bcleanup\b", r"(?m)^-'  L ", "svn leaves a working copy locked that it cannot read"),
     (r"\binfo\b.*--show-item", r"(?s)\A  standard output differs\n(?:[^\n]*\n){3} [^\n]+\n\+(\n \Z|\Z|\n(?=  ))",
      "svn leaves the last line unfinished where a later target fails"),
+    ("", r"(?m)^-svn: E155009: .*\(?sync-file-flags", "svn cannot set the flags of a missing file, and locks the working copy"),
     ("", r"(?m)^\+svn: E205000: Non-numeric change argument \(r?\d+-0?\)", "a range of changes without an end goes to r-1 in svn"),
 ]
 

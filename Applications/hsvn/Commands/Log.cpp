@@ -43,9 +43,6 @@ void checkOptions(const Options& options)
             fail(ArgumentParsing, fmt::format("'{}' option requires 'diff' option", name));
         }
     }
-    if (options.usedChange && options.usedRevision) {
-        fail(BadRevision, "-c and -r are mutually exclusive");
-    }
 }
 
 /// After a URL come paths below it.
@@ -184,6 +181,9 @@ void runLog(Session& session)
     const Options& options = session.options;
     checkOptions(options);
     auto targets = targetsOrCurrentFolder(session);
+    if (options.usedChange && options.usedRevision) {
+        fail(BadRevision, "-c and -r are mutually exclusive");
+    }
     const auto [first, peg] = peggedTarget(session, targets.front());
     targets.front() = first;
     checkFurtherTargets(targets);
