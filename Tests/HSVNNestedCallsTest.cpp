@@ -1,4 +1,4 @@
-#include "Command.h"
+#include "CopiedWorkingCopyTest.h"
 #include "HSVNBlamedLine.h"
 #include "HSVNClient.h"
 #include "HSVNClientDelegate.h"
@@ -13,7 +13,6 @@
 #include "HSVNPatchedItem.h"
 #include "HSVNTreeDiff.h"
 #include "TestBundles.h"
-#include "TestRepository.h"
 
 #include <filesystem>
 #include <functional>
@@ -199,13 +198,12 @@ const std::pair<const char*, Verb> furtherCalls[] = {
     {"commit of much", [](const Given& given) { given.client.commit(given.item("dir")); }},
 };
 
-/// One working copy is made for all; each case has a copy of it.
-class NestedCalls : public testing::Test
+class NestedCalls : public CopiedWorkingCopyTest
 {
   protected:
     static void SetUpTestSuite()
     {
-        repository = new TestRepository; // NOLINT(cppcoreguidelines-owning-memory)
+        repository = std::make_unique<TestRepository>();
         repository->change({"mkdir", "trunk"});
         const std::string root = repository->checkOut("wc", "trunk");
         const std::string other = repository->checkOut("other", "trunk");
@@ -233,17 +231,12 @@ class NestedCalls : public testing::Test
         arguments.insert(arguments.begin(), {"svn", "--non-interactive", "-q"});
         mustRun(arguments);
     }
-    static void TearDownTestSuite() { delete repository; } // NOLINT(cppcoreguidelines-owning-memory)
 
     Given fresh()
     {
-        const std::string root = repository->beside("copy");
-        for (const char* ending : {"", ".exported", ".patch"}) {
-            std::filesystem::remove_all(root + ending);
-        }
         std::filesystem::remove_all(repository->path());
         mustRun({"cp", "-a", repository->beside("untouched"), repository->path()});
-        mustRun({"cp", "-a", repository->beside("wc"), root});
+        const std::string root = freshCopy({".exported", ".patch"});
         writeFile(root + ".patch", "--- dir/two\n+++ dir/two\n@@ -1 +1 @@\n-mine\n+patched\n");
         client = std::make_shared<HSVNClient>(bundleOfLine(installedLine()), asker);
         return {*client, root, repository->url("trunk")};
@@ -298,9 +291,7 @@ class NestedCalls : public testing::Test
     void expectWhole(const Given& place)
     {
         asker->within = [] {};
-        EXPECT_EQ(mustRun({"sqlite3", place.item(".svn/wc.db"),
-                           "SELECT * FROM wc_lock; SELECT * FROM work_queue; PRAGMA integrity_check"}),
-                  "ok\n");
+        CopiedWorkingCopyTest::expectWhole(place.root);
         EXPECT_EQ(failureIn([&] { place.client.status(place.root); }), "");
     }
 
@@ -321,7 +312,6 @@ class NestedCalls : public testing::Test
         return "";
     }
 
-    static inline TestRepository* repository = nullptr;
     std::shared_ptr<HSVNClientDelegateFor<Asker>> asker = std::make_shared<HSVNClientDelegateFor<Asker>>();
     HSVNClientRef client;
 };

@@ -1,4 +1,4 @@
-#include "Command.h"
+#include "CopiedWorkingCopyTest.h"
 #include "HSVNBlamedLine.h"
 #include "HSVNClient.h"
 #include "HSVNClientDelegate.h"
@@ -11,7 +11,6 @@
 #include "HSVNPatchedItem.h"
 #include "HSVNTreeDiff.h"
 #include "TestBundles.h"
-#include "TestRepository.h"
 
 #include <algorithm>
 #include <chrono>
@@ -238,12 +237,12 @@ const std::pair<const char*, void (*)(const Place&)> writersBelow[] = {
     {"clean-up below", [](const Place& at) { at.context.cleanUp(at.target()); }},
 };
 
-class Obstructions : public testing::Test
+class Obstructions : public CopiedWorkingCopyTest
 {
   protected:
     static void SetUpTestSuite()
     {
-        repository = new TestRepository; // NOLINT(cppcoreguidelines-owning-memory)
+        repository = std::make_unique<TestRepository>();
         repository->change({"mkdir", "trunk"});
         const std::string root = repository->checkOut("wc", "trunk");
         writeFile(root + "/file", "one\n");
@@ -267,15 +266,10 @@ class Obstructions : public testing::Test
         mustRun({"svn", "commit", "-qm", "changed again", root});
         mustRun({"svn", "update", "-q", "-r2", root});
     }
-    static void TearDownTestSuite() { delete repository; } // NOLINT(cppcoreguidelines-owning-memory)
 
     Place fresh(const std::string& item)
     {
-        const std::string root = repository->beside("copy");
-        for (const char* ending : {"", ".exported", ".one", ".base", ".patch", ".outside"}) {
-            files::remove_all(root + ending);
-        }
-        mustRun({"cp", "-a", repository->beside("wc"), root});
+        const std::string root = freshCopy({".exported", ".one", ".base", ".patch", ".outside"});
         writeFile(root + ".outside/file", "outside\n");
         const std::string name = item == "directory" ? "directory/child" : item;
         writeFile(root + ".patch",
@@ -312,10 +306,9 @@ class Obstructions : public testing::Test
     static void expectWhole(const Place& at, const std::set<std::string>& outsideBefore)
     {
         EXPECT_EQ(outside(at), outsideBefore);
-        EXPECT_EQ(mustRun({"sqlite3", at.root + "/.svn/wc.db", "SELECT * FROM wc_lock; SELECT * FROM work_queue"}), "");
+        CopiedWorkingCopyTest::expectWhole(at.root);
     }
 
-    static inline TestRepository* repository = nullptr;
     HSVNClientRef client;
 };
 
