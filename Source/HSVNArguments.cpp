@@ -29,7 +29,7 @@ HSVNArguments::List HSVNArguments::canonicalTargets(const std::vector<std::strin
 {
     HSVNOperation operation{
         context, "HSVNArguments", "canonicalTargets:withContext:", {{"arguments", arguments}, {"context", context}}};
-    const auto function = operation.extension(&HSVNBundleExtensions::client_args_to_target_array);
+    const auto function = operation.extension(&HSVNTargetFunctions::client_args_to_target_array);
     apr_array_header_t* targets = nullptr;
     svn_error_t* error = function(&targets, HSVNTextArray(operation, arguments), operation.ctx(), operation.pool());
     List list;
@@ -47,8 +47,8 @@ HSVNArguments::Pegged HSVNArguments::parse(const std::string& target, const HSVN
     HSVNOperation operation{context, "HSVNArguments", "parse:withContext:", {{"target", target}, {"context", context}}};
     svn_opt_revision_t pegRevision{};
     const char* path = nullptr;
-    operation.check(operation.extension(&HSVNBundleExtensions::opt_parse_path)(
-        &pegRevision, &path, operation.cString(target), operation.pool()));
+    operation.call(&HSVNTargetFunctions::opt_parse_path, &pegRevision, &path, operation.cString(target),
+                   operation.pool());
     return {path, exactRevision(pegRevision)};
 }
 
@@ -59,7 +59,7 @@ std::optional<std::pair<HSVNRevisionRef, HSVNRevisionRef>> HSVNArguments::parseR
         context, "HSVNArguments", "parseRevisions:withContext:", {{"text", text}, {"context", context}}};
     svn_opt_revision_t start{};
     svn_opt_revision_t end{};
-    const auto function = operation.extension(&HSVNBundleExtensions::opt_parse_revision);
+    const auto function = operation.extension(&HSVNTargetFunctions::opt_parse_revision);
     if (function(&start, &end, operation.cString(text), operation.pool()) != 0) {
         return std::nullopt;
     }

@@ -109,11 +109,10 @@ StartedBundle startBundle(const HSVNPackage& package)
 /// The bundle's second table, or null: one of another meaning than this library's is as good as none.
 const HSVNBundleExtensions* extensionsOf(const HSVNPackage& package)
 {
-    constexpr std::uint32_t understoodVersion = 1;
     const auto function =
         reinterpret_cast<HSVNBundleExtensionsFunction>(package.optionalSymbol(HSVNBundleExtensionsSymbol));
     const HSVNBundleExtensions* const table = function ? function() : nullptr;
-    return table && table->version == understoodVersion ? table : nullptr;
+    return table && table->version == HSVNBundleExtensions{}.version ? table : nullptr;
 }
 
 } // namespace

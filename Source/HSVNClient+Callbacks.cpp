@@ -8,6 +8,7 @@
 #include "Internal/CString.h"
 #include "Internal/CaughtException.h"
 #include "Internal/Client.h"
+#include "Internal/KeptException.h"
 #include "Internal/Operation.h"
 #include "Internal/Pool.h"
 #include "Internal/RevisionNumber.h"
@@ -47,7 +48,7 @@ svn_error_t* runPrompt(HSVNClient& client, const char* failure, Body body) noexc
                               HSVNCaughtException()->reason());
         svn_error_t* const error = HSVN_SUBVERSION_ERROR(HSVNExceptionGeneralStatus, failure);
         // However many errors a connection puts around this one, the operation fails with it.
-        client.keepException(std::make_exception_ptr(HSVNException{error}));
+        HSVNKeptException::keep(client, std::make_exception_ptr(HSVNException{error}));
         return error;
     }
 }
@@ -321,7 +322,7 @@ void HSVNClientInternals::notify(void* baton, const svn_wc_notify_t* record, apr
 
 bool HSVNClientInternals::goesOn(HSVNClient& client)
 {
-    if (client.hasKeptException()) {
+    if (HSVNKeptException::isIn(client)) {
         return false;
     }
     try {
@@ -329,7 +330,7 @@ bool HSVNClientInternals::goesOn(HSVNClient& client)
     } catch (const HSVNPlatformException&) {
         return true;
     } catch (...) {
-        client.keepException(std::current_exception());
+        HSVNKeptException::keep(client, std::current_exception());
         return false;
     }
 }
@@ -339,7 +340,7 @@ bool HSVNClientInternals::mustFinishFirst(const HSVNClient& client)
     if (client._isFinalizingCommit) {
         return true;
     }
-    const auto isBusy = HSVNExtensionOrNull(client.bundle()->extensions(), &HSVNBundleExtensions::has_unfinished_work);
+    const auto isBusy = HSVNExtensionOrNull(client.bundle()->extensions(), &HSVNDatabaseFunctions::has_unfinished_work);
     return isBusy && isBusy(client._notifiedPath.c_str(), client.pool());
 }
 

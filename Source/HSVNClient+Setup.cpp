@@ -19,23 +19,24 @@ void append(const HSVNBundleEntryPoints& table, apr_array_header_t* providers, s
 
 } // namespace
 
-const HSVNBundleExtensions::Prompts* HSVNClientInternals::addFurtherProviders(HSVNClient& client,
-                                                                              apr_array_header_t* providers)
+const HSVNAuthenticationFunctions::Prompts* HSVNClientInternals::addFurtherProviders(HSVNClient& client,
+                                                                                     apr_array_header_t* providers)
 {
-    auto* prompts = static_cast<HSVNBundleExtensions::Prompts*>(
-        HSVNCurrentEntryPoints().apr_palloc(client.pool(), sizeof(HSVNBundleExtensions::Prompts)));
+    auto* prompts = static_cast<HSVNAuthenticationFunctions::Prompts*>(
+        HSVNCurrentEntryPoints().apr_palloc(client.pool(), sizeof(HSVNAuthenticationFunctions::Prompts)));
     *prompts = {&promptForCertificateFile, &promptForCertificatePassphrase, &promptForUsername,
                 &promptForPlaintextStorage, &client};
-    const auto add = HSVNExtensionOrNull(client.bundle()->extensions(), &HSVNBundleExtensions::auth_add_providers);
+    const auto add =
+        HSVNExtensionOrNull(client.bundle()->extensions(), &HSVNAuthenticationFunctions::auth_add_providers);
     if (add) {
         add(providers, prompts, client.pool());
     }
     return prompts;
 }
 
-void HSVNClientInternals::obeyStoring(HSVNClient& client, const HSVNBundleExtensions::Prompts* prompts)
+void HSVNClientInternals::obeyStoring(HSVNClient& client, const HSVNAuthenticationFunctions::Prompts* prompts)
 {
-    const auto set = HSVNExtensionOrNull(client.bundle()->extensions(), &HSVNBundleExtensions::auth_set_storing);
+    const auto set = HSVNExtensionOrNull(client.bundle()->extensions(), &HSVNAuthenticationFunctions::auth_set_storing);
     svn_error_t* const error = set ? set(client.ctx()->auth_baton, client.ctx()->config, prompts) : nullptr;
     if (error) {
         HSVNException::exceptionWithError(error)->raise();

@@ -19,12 +19,12 @@ bool isSecret(const std::string& name) { return name == "password" || name == "p
 /// What the certificate says, where the line can read it.
 void readCertificate(HSVNOperation& operation, const std::string& text, HSVNStoredCredential& credential)
 {
-    const auto read = operation.newest(&HSVNBundleExtensions::certificate_details);
+    const auto read = operation.newest(&HSVNAuthenticationFunctions::certificate_details);
     if (!read) {
         return;
     }
     const svn_string_t record{text.data(), text.size()};
-    HSVNBundleExtensions::CertificateDetails details{};
+    HSVNAuthenticationFunctions::CertificateDetails details{};
     if (svn_error_t* const error = read(&details, &record, operation.pool())) {
         credential.certificateError = HSVNExceptionOfError(*operation.context(), error, true);
         return;
@@ -66,9 +66,9 @@ svn_error_t* visit(svn_boolean_t* isRemoved, void* baton, const char* kind, cons
 void walkCredentials(HSVNContext& context, const char* verb, bool tellsSecrets, const Visitor& visitor)
 {
     HSVNOperation operation{context, verb, {}};
-    const auto function = operation.extension(&HSVNBundleExtensions::config_walk_credentials);
     Walk walk{operation, tellsSecrets, visitor};
-    operation.check(function(visit, &walk, operation.ctx(), operation.pool()));
+    operation.call(&HSVNAuthenticationFunctions::config_walk_credentials, visit, &walk, operation.ctx(),
+                   operation.pool());
 }
 
 } // namespace

@@ -346,62 +346,15 @@ class HSVNForwardingDelegate : public HSVNClientDelegate
         bool{a.promptForPlaintextStorage(context, HSVNStoredSecret{}, realm)};
     };
 
-    // What has a message's name, but cannot be sent the message, would silently never be called.
-    using Beside = HSVNNamesBeside<Application, HSVNClientDelegateNames>;
-    static_assert(
-        answersCredentials || requires { &Beside::promptForCredentials; },
-        "promptForCredentials is not public, or not HSVNClientDelegate's");
-    static_assert(
-        answersCertificates || requires { &Beside::promptForAuthenticationErrors; },
-        "promptForAuthenticationErrors is not public, or not HSVNClientDelegate's");
-    static_assert(
-        answersLogMessages || requires { &Beside::promptForLogMessage; },
-        "promptForLogMessage is not public, or not HSVNClientDelegate's");
-    static_assert(
-        answersNotifications || requires { &Beside::notify; }, "notify is not public, or not HSVNClientDelegate's");
-    static_assert(
-        answersContinuation || requires { &Beside::queryContinue; },
-        "queryContinue is not public, or not HSVNClientDelegate's");
-    static_assert(
-        answersUsername || requires { &Beside::promptForUsername; },
-        "promptForUsername is not public, or not HSVNClientDelegate's");
-    static_assert(
-        answersCertificateFile || requires { &Beside::promptForCertificateFile; },
-        "promptForCertificateFile is not public, or not HSVNClientDelegate's");
-    static_assert(
-        answersCertificatePassphrase || requires { &Beside::promptForCertificatePassphrase; },
-        "promptForCertificatePassphrase is not public, or not HSVNClientDelegate's");
-    static_assert(
-        answersPlaintextStorage || requires { &Beside::promptForPlaintextStorage; },
-        "promptForPlaintextStorage is not public, or not HSVNClientDelegate's");
-    // The same of a final class.
-    static_assert(
-        answersCredentials || !requires { &Application::promptForCredentials; },
-        "promptForCredentials is not public, or not HSVNClientDelegate's");
-    static_assert(
-        answersCertificates || !requires { &Application::promptForAuthenticationErrors; },
-        "promptForAuthenticationErrors is not public, or not HSVNClientDelegate's");
-    static_assert(
-        answersLogMessages || !requires { &Application::promptForLogMessage; },
-        "promptForLogMessage is not public, or not HSVNClientDelegate's");
-    static_assert(
-        answersNotifications || !requires { &Application::notify; },
-        "notify is not public, or not HSVNClientDelegate's");
-    static_assert(
-        answersContinuation || !requires { &Application::queryContinue; },
-        "queryContinue is not public, or not HSVNClientDelegate's");
-    static_assert(
-        answersUsername || !requires { &Application::promptForUsername; },
-        "promptForUsername is not public, or not HSVNClientDelegate's");
-    static_assert(
-        answersCertificateFile || !requires { &Application::promptForCertificateFile; },
-        "promptForCertificateFile is not public, or not HSVNClientDelegate's");
-    static_assert(
-        answersCertificatePassphrase || !requires { &Application::promptForCertificatePassphrase; },
-        "promptForCertificatePassphrase is not public, or not HSVNClientDelegate's");
-    static_assert(
-        answersPlaintextStorage || !requires { &Application::promptForPlaintextStorage; },
-        "promptForPlaintextStorage is not public, or not HSVNClientDelegate's");
+    HSVN_REQUIRE_MESSAGE(answersCredentials, promptForCredentials, HSVNClientDelegate);
+    HSVN_REQUIRE_MESSAGE(answersCertificates, promptForAuthenticationErrors, HSVNClientDelegate);
+    HSVN_REQUIRE_MESSAGE(answersLogMessages, promptForLogMessage, HSVNClientDelegate);
+    HSVN_REQUIRE_MESSAGE(answersNotifications, notify, HSVNClientDelegate);
+    HSVN_REQUIRE_MESSAGE(answersContinuation, queryContinue, HSVNClientDelegate);
+    HSVN_REQUIRE_MESSAGE(answersUsername, promptForUsername, HSVNClientDelegate);
+    HSVN_REQUIRE_MESSAGE(answersCertificateFile, promptForCertificateFile, HSVNClientDelegate);
+    HSVN_REQUIRE_MESSAGE(answersCertificatePassphrase, promptForCertificatePassphrase, HSVNClientDelegate);
+    HSVN_REQUIRE_MESSAGE(answersPlaintextStorage, promptForPlaintextStorage, HSVNClientDelegate);
 };
 
 /// Makes a delegate of an application's class, which declares whichever of `HSVNClientDelegate`'s functions it answers:

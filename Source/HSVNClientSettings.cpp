@@ -52,8 +52,8 @@ void apply(const HSVNConfigurationOption& option, const HSVNOperation& operation
     }
 }
 
-HSVNBundleExtensions::Authentication authenticationOf(const HSVNOperation& operation,
-                                                      const HSVNClientSettings& settings, const char* directory)
+HSVNAuthenticationFunctions::Authentication authenticationOf(const HSVNOperation& operation,
+                                                             const HSVNClientSettings& settings, const char* directory)
 {
     return {settings.prompts != HSVNPrompts::Terminal,
             textOrNull(operation, settings.username),
@@ -75,9 +75,10 @@ void HSVNClient::applySettings(const HSVNClientSettings& settings)
     HSVNOperation operation{*this, "applySettings", {}};
     operation.requireOutermost("settings");
     const bool asksDelegate = settings.prompts == HSVNPrompts::Delegate;
-    const auto setDefaults = asksDelegate ? operation.extension(&HSVNBundleExtensions::auth_set_defaults) : nullptr;
+    const auto setDefaults =
+        asksDelegate ? operation.extension(&HSVNAuthenticationFunctions::auth_set_defaults) : nullptr;
     const auto openForTerminal =
-        asksDelegate ? nullptr : operation.extension(&HSVNBundleExtensions::cmdline_create_auth_baton);
+        asksDelegate ? nullptr : operation.extension(&HSVNAuthenticationFunctions::cmdline_create_auth_baton);
     const char* const directory = textOrNull(operation, settings.configurationDirectory);
     const auto refused = readConfiguration(operation, *this, directory);
     if (asksDelegate && !refused) {

@@ -45,10 +45,9 @@ struct HSVNConflictedItem::Conflict
         HSVNOperation operation{context, className, "initWithPath:context:", {{"path", path}, {"context", context}}};
         // The conflict outlives the operation, and may end while another thread uses the context.
         pool = std::make_unique<HSVNPool>();
-        operation.check(operation.extension(&HSVNBundleExtensions::conflict_get)(&record, operation.cString(path),
-                                                                                 operation.ctx(), *pool));
-        HSVNBundleExtensions::ConflictState state{};
-        operation.check(operation.extension(&HSVNBundleExtensions::conflict_state)(&state, record, *pool));
+        operation.call(&HSVNConflictFunctions::conflict_get, &record, operation.cString(path), operation.ctx(), *pool);
+        HSVNConflictFunctions::ConflictState state{};
+        operation.call(&HSVNConflictFunctions::conflict_state, &state, record, *pool);
         hasText = state.text;
         hasTree = state.tree;
         mimeType = HSVNTextOrNil(state.mimeType);
@@ -91,16 +90,14 @@ HSVNConflictOperation HSVNConflictedItem::operation() const { return _conflict->
 void HSVNConflictedItem::searchDetails()
 {
     HSVNOperation operation{_conflict->context, className, "searchDetails", {{"path", _conflict->path}}};
-    operation.check(operation.extension(&HSVNBundleExtensions::conflict_details)(_conflict->record, operation.ctx(),
-                                                                                 *_conflict->pool));
+    operation.call(&HSVNConflictFunctions::conflict_details, _conflict->record, operation.ctx(), *_conflict->pool);
 }
 
 HSVNResolutionChoice HSVNConflictedItem::recommendedChoice()
 {
     HSVNOperation operation{_conflict->context, className, "recommendedChoice", {{"path", _conflict->path}}};
-    HSVNBundleExtensions::ConflictState state{};
-    operation.check(
-        operation.extension(&HSVNBundleExtensions::conflict_state)(&state, _conflict->record, *_conflict->pool));
+    HSVNConflictFunctions::ConflictState state{};
+    operation.call(&HSVNConflictFunctions::conflict_state, &state, _conflict->record, *_conflict->pool);
     return static_cast<HSVNResolutionChoice>(state.recommended);
 }
 
@@ -109,11 +106,11 @@ std::vector<HSVNConflictOption> HSVNConflictedItem::options(HSVNConflictKind kin
     HSVNOperation operation{
         _conflict->context, className, "optionsOfKind:", {{"path", _conflict->path}, {"kind", kind}}};
     apr_array_header_t* found = nullptr;
-    operation.check(operation.extension(&HSVNBundleExtensions::conflict_options)(
-        &found, _conflict->record, static_cast<int>(kind), operation.ctx(), *_conflict->pool));
+    operation.call(&HSVNConflictFunctions::conflict_options, &found, _conflict->record, static_cast<int>(kind),
+                   operation.ctx(), *_conflict->pool);
     std::vector<HSVNConflictOption> options;
     for (int index = 0; index < found->nelts; ++index) {
-        const auto& option = APR_ARRAY_IDX(found, index, HSVNBundleExtensions::ConflictOption);
+        const auto& option = APR_ARRAY_IDX(found, index, HSVNConflictFunctions::ConflictOption);
         options.push_back({static_cast<HSVNResolutionChoice>(option.id), option.label, option.description});
     }
     return options;
@@ -124,8 +121,8 @@ std::string HSVNConflictedItem::descriptionOfPropertyConflict()
     HSVNOperation operation{
         _conflict->context, className, "descriptionOfPropertyConflict", {{"path", _conflict->path}}};
     const char* description = nullptr;
-    operation.check(operation.extension(&HSVNBundleExtensions::conflict_description)(
-        &description, nullptr, _conflict->record, operation.ctx(), *_conflict->pool));
+    operation.call(&HSVNConflictFunctions::conflict_description, &description, nullptr, _conflict->record,
+                   operation.ctx(), *_conflict->pool);
     return description;
 }
 
@@ -134,17 +131,16 @@ std::pair<std::string, std::string> HSVNConflictedItem::descriptionOfTreeConflic
     HSVNOperation operation{_conflict->context, className, "descriptionOfTreeConflict", {{"path", _conflict->path}}};
     const char* incoming = nullptr;
     const char* local = nullptr;
-    operation.check(operation.extension(&HSVNBundleExtensions::conflict_description)(
-        &incoming, &local, _conflict->record, operation.ctx(), *_conflict->pool));
+    operation.call(&HSVNConflictFunctions::conflict_description, &incoming, &local, _conflict->record, operation.ctx(),
+                   *_conflict->pool);
     return {incoming, local};
 }
 
 HSVNConflictSides HSVNConflictedItem::files()
 {
     HSVNOperation operation{_conflict->context, className, "files", {{"path", _conflict->path}}};
-    HSVNBundleExtensions::ConflictSides<const char*> files{};
-    operation.check(
-        operation.extension(&HSVNBundleExtensions::conflict_files)(&files, _conflict->record, *_conflict->pool));
+    HSVNConflictFunctions::ConflictSides<const char*> files{};
+    operation.call(&HSVNConflictFunctions::conflict_files, &files, _conflict->record, *_conflict->pool);
     return {HSVNTextOrNil(files.base), HSVNTextOrNil(files.mine), HSVNTextOrNil(files.theirOld),
             HSVNTextOrNil(files.theirNew)};
 }
@@ -153,9 +149,9 @@ HSVNConflictSides HSVNConflictedItem::propertyValues(const std::string& property
 {
     HSVNOperation operation{
         _conflict->context, className, "propertyValues:", {{"path", _conflict->path}, {"property", property}}};
-    HSVNBundleExtensions::ConflictSides<const svn_string_t*> values{};
-    operation.check(operation.extension(&HSVNBundleExtensions::conflict_values)(
-        &values, _conflict->record, operation.cString(property), *_conflict->pool));
+    HSVNConflictFunctions::ConflictSides<const svn_string_t*> values{};
+    operation.call(&HSVNConflictFunctions::conflict_values, &values, _conflict->record, operation.cString(property),
+                   *_conflict->pool);
     return {textOrNil(values.base), textOrNil(values.mine), textOrNil(values.theirOld), textOrNil(values.theirNew)};
 }
 
@@ -183,9 +179,8 @@ std::vector<std::string> HSVNConflictedItem::moveTargets(HSVNResolutionChoice ch
     HSVNOperation operation{
         _conflict->context, className, "moveTargetsOfChoice:place:", {{"path", _conflict->path}, {"choice", choice}}};
     apr_array_header_t* found = nullptr;
-    operation.check(operation.extension(&HSVNBundleExtensions::conflict_move_targets)(
-        &found, _conflict->record, static_cast<int>(choice), place == HSVNMovePlace::Repository, operation.ctx(),
-        *_conflict->pool));
+    operation.call(&HSVNConflictFunctions::conflict_move_targets, &found, _conflict->record, static_cast<int>(choice),
+                   place == HSVNMovePlace::Repository, operation.ctx(), *_conflict->pool);
     std::vector<std::string> targets;
     for (int index = 0; found && index < found->nelts; ++index) {
         targets.emplace_back(APR_ARRAY_IDX(found, index, const char*));
@@ -199,9 +194,8 @@ void HSVNConflictedItem::chooseMoveTarget(HSVNResolutionChoice choice, HSVNMoveP
                             className,
                             "chooseMoveTarget:place:index:",
                             {{"path", _conflict->path}, {"choice", choice}, {"index", index}}};
-    operation.check(operation.extension(&HSVNBundleExtensions::conflict_choose_move_target)(
-        _conflict->record, static_cast<int>(choice), place == HSVNMovePlace::Repository, static_cast<int>(index),
-        operation.ctx(), *_conflict->pool));
+    operation.call(&HSVNConflictFunctions::conflict_choose_move_target, _conflict->record, static_cast<int>(choice),
+                   place == HSVNMovePlace::Repository, static_cast<int>(index), operation.ctx(), *_conflict->pool);
 }
 
 void HSVNConflictedItem::resolve(HSVNConflictKind kind, HSVNResolutionChoice choice, const std::string& property,
@@ -213,7 +207,6 @@ void HSVNConflictedItem::resolve(HSVNConflictKind kind, HSVNResolutionChoice cho
                             {{"path", _conflict->path}, {"choice", choice}, {"property", property}}};
     // The conflict remembers the value for as long as it lives.
     const svn_string_t* const value = merged ? valueIn(operation, *merged, *_conflict->pool) : nullptr;
-    operation.check(operation.extension(&HSVNBundleExtensions::conflict_resolve)(
-        _conflict->record, static_cast<int>(kind), operation.cString(property), static_cast<int>(choice), value,
-        operation.ctx(), *_conflict->pool));
+    operation.call(&HSVNConflictFunctions::conflict_resolve, _conflict->record, static_cast<int>(kind),
+                   operation.cString(property), static_cast<int>(choice), value, operation.ctx(), *_conflict->pool);
 }

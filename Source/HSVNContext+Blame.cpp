@@ -6,10 +6,8 @@
 
 namespace {
 
-struct Reading
+struct Reading : HSVNItemsCall<const HSVNBlamedLine&>
 {
-    HSVNOperation& operation;
-    const HSVNReceiver<const HSVNBlamedLine&>& receiver;
     svn_revnum_t first = HSVNInvalidRevision; // of the range, known before the first line
     svn_revnum_t last = HSVNInvalidRevision;
 };
@@ -32,7 +30,7 @@ svn_error_t* receiveLine(void* baton, apr_int64_t number, svn_revnum_t revision,
                          const svn_string_t* text, svn_boolean_t isLocal, apr_pool_t* /*pool*/)
 {
     const auto& reading = *static_cast<Reading*>(baton);
-    return HSVNGuardCallback(*reading.operation.context(), [&] {
+    return reading.handOver([&] {
         HSVNBlamedLine line;
         line.number = number;
         line.text = {text->data, text->len};
@@ -41,7 +39,7 @@ svn_error_t* receiveLine(void* baton, apr_int64_t number, svn_revnum_t revision,
         line.mergedChange = changeOf(reading.operation, mergedRevision, mergedProperties);
         line.mergedPath = HSVNTextOrNil(mergedPath);
         line.youngestRevision = HSVNRevisionNumberFromSubversion(std::max(reading.first, reading.last));
-        return HSVNHandOver(reading.operation, reading.receiver, line);
+        return line;
     });
 }
 
@@ -56,12 +54,12 @@ void HSVNContext::blame(const HSVNTargetInRevision& target, const std::pair<HSVN
         *this,
         "blame",
         {{"target", target.target.text()}, {"pegRevision", target.revision->pegRevision()}, {"range", range}}};
-    const auto function = operation.extension(&HSVNBundleExtensions::client_blame);
+    const auto function = operation.extension(&HSVNReadingFunctions::client_blame);
     operation.refuse(choices.mergedRevisions && !operation.isAtLeast(HSVNVersion::version1_5()), "mergedRevisions");
     const auto peg = target.revision->pegRevision()->SVNRevision();
     const auto start = range.first->SVNRevision();
     const auto end = range.second->SVNRevision();
-    Reading reading{operation, receiver};
+    Reading reading{{operation, receiver}};
     operation.check(function(&reading.first, &reading.last, operation.cString(target.target.text()), &peg, &start, &end,
                              HSVNTextArray(operation, choices.arguments), choices.ignoreContentType,
                              choices.mergedRevisions, receiveLine, &reading, operation.ctx(), operation.pool()));

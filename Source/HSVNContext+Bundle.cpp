@@ -16,7 +16,7 @@ void HSVNContext::closeWorkingCopies()
     const HSVNContextUse use{*this};
     use.requireOutermost("open working copies");
     const auto close =
-        _bundle ? HSVNExtensionOrNull(_bundle->extensions(), &HSVNBundleExtensions::close_working_copies) : nullptr;
+        _bundle ? HSVNExtensionOrNull(_bundle->extensions(), &HSVNDatabaseFunctions::close_working_copies) : nullptr;
     if (!close) {
         return;
     }

@@ -6,16 +6,15 @@ void HSVNContext::addToChangelist(const HSVNTargets& targets, const std::string&
                                   const HSVNChangelistChoices& choices)
 {
     HSVNOperation operation{*this, "addToChangelist", {{"targets", targets.texts()}, {"changelist", changelist}}};
-    const auto add = operation.extension(&HSVNBundleExtensions::client_add_to_changelist);
-    operation.check(add(HSVNChangedArray(operation, targets.texts()), operation.cString(changelist),
-                        HSVNDepthForSubversion(choices.depth), HSVNFilterArray(operation, choices.changelists),
-                        operation.ctx(), operation.pool()));
+    operation.call(&HSVNChangeFunctions::client_add_to_changelist, HSVNChangedArray(operation, targets.texts()),
+                   operation.cString(changelist), HSVNDepthForSubversion(choices.depth),
+                   HSVNFilterArray(operation, choices.changelists), operation.ctx(), operation.pool());
 }
 
 void HSVNContext::removeFromChangelists(const HSVNTargets& targets, const HSVNChangelistChoices& choices)
 {
     HSVNOperation operation{*this, "removeFromChangelists", {{"targets", targets.texts()}}};
-    const auto remove = operation.extension(&HSVNBundleExtensions::client_remove_from_changelists);
-    operation.check(remove(HSVNChangedArray(operation, targets.texts()), HSVNDepthForSubversion(choices.depth),
-                           HSVNFilterArray(operation, choices.changelists), operation.ctx(), operation.pool()));
+    operation.call(&HSVNChangeFunctions::client_remove_from_changelists, HSVNChangedArray(operation, targets.texts()),
+                   HSVNDepthForSubversion(choices.depth), HSVNFilterArray(operation, choices.changelists),
+                   operation.ctx(), operation.pool());
 }

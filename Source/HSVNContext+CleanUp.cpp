@@ -13,15 +13,14 @@ void HSVNContext::cleanUp(const HSVNTarget& directory, const HSVNCleanUpChoices&
 void HSVNContext::vacuum(const HSVNTarget& directory, const HSVNVacuumChoices& choices)
 {
     HSVNOperation operation{*this, "vacuum", {{"directory", directory.text()}}};
-    const auto vacuum = operation.extension(&HSVNBundleExtensions::client_vacuum);
-    operation.check(vacuum(operation.cString(directory.text()), choices.removeUnversioned, choices.removeIgnored,
-                           choices.fixTimestamps, choices.vacuumPristines, choices.includeExternals, operation.ctx(),
-                           operation.pool()));
+    operation.call(&HSVNChangeFunctions::client_vacuum, operation.cString(directory.text()), choices.removeUnversioned,
+                   choices.removeIgnored, choices.fixTimestamps, choices.vacuumPristines, choices.includeExternals,
+                   operation.ctx(), operation.pool());
 }
 
 void HSVNContext::upgrade(const HSVNTarget& root)
 {
     HSVNOperation operation{*this, "upgrade", {{"root", root.text()}}};
-    const auto upgrade = operation.extension(&HSVNBundleExtensions::client_upgrade);
-    operation.check(upgrade(operation.cString(root.text()), operation.ctx(), operation.pool()));
+    operation.call(&HSVNChangeFunctions::client_upgrade, operation.cString(root.text()), operation.ctx(),
+                   operation.pool());
 }

@@ -4,17 +4,11 @@
 
 namespace {
 
-struct ConflictWalk
-{
-    HSVNOperation& operation;
-    const HSVNReceiver<const std::string&>& receiver;
-};
+using ConflictWalk = HSVNItemsCall<const std::string&>;
 
 svn_error_t* receiveConflict(void* baton, const char* path)
 {
-    const auto& walk = *static_cast<ConflictWalk*>(baton);
-    return HSVNGuardCallback(*walk.operation.context(),
-                             [&] { return HSVNHandOver(walk.operation, walk.receiver, std::string{path}); });
+    return static_cast<ConflictWalk*>(baton)->handOver([path] { return std::string{path}; });
 }
 
 } // namespace
@@ -24,15 +18,12 @@ void HSVNContext::conflicts(const HSVNTarget& target, const HSVNConflictsChoices
 {
     HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNOperation operation{*this, "conflicts", {{"target", target.text()}}};
-    const auto find = operation.extension(&HSVNBundleExtensions::conflict_walk);
     ConflictWalk walk{operation, receiver};
-    operation.check(find(operation.cString(target.text()), HSVNDepthForSubversion(choices.depth), receiveConflict,
-                         &walk, operation.ctx(), operation.pool()));
+    operation.call(&HSVNConflictFunctions::conflict_walk, operation.cString(target.text()),
+                   HSVNDepthForSubversion(choices.depth), receiveConflict, &walk, operation.ctx(), operation.pool());
 }
 
 std::vector<std::string> HSVNContext::conflicts(const HSVNTarget& target, const HSVNConflictsChoices& choices)
 {
-    std::vector<std::string> paths;
-    conflicts(target, choices, [&](const std::string& path) { paths.push_back(path); });
-    return paths;
+    return HSVNCollected<std::string>([&](const auto& receiver) { conflicts(target, choices, receiver); });
 }

@@ -41,19 +41,13 @@ HSVNStatusKind statusOf(svn_client_diff_summarize_kind_t kind)
     return HSVNStatusKindNone;
 }
 
-struct Summary
-{
-    HSVNOperation& operation;
-    const HSVNReceiver<const HSVNDifference&>& receiver;
-};
+using Summary = HSVNItemsCall<const HSVNDifference&>;
 
 svn_error_t* receiveDifference(const svn_client_diff_summarize_t* record, void* baton, apr_pool_t* /*pool*/)
 {
-    const auto& summary = *static_cast<Summary*>(baton);
-    return HSVNGuardCallback(*summary.operation.context(), [&] {
-        return HSVNHandOver(summary.operation, summary.receiver,
-                            HSVNDifference{record->path, statusOf(record->summarize_kind), record->prop_changed != 0,
-                                           static_cast<HSVNNodeKind>(record->node_kind)});
+    return static_cast<Summary*>(baton)->handOver([record] {
+        return HSVNDifference{record->path, statusOf(record->summarize_kind), record->prop_changed != 0,
+                              static_cast<HSVNNodeKind>(record->node_kind)};
     });
 }
 
@@ -140,10 +134,8 @@ template <class Sides>
 std::vector<HSVNDifference> listOfDifferences(HSVNContext& context, const HSVNTargetInRevision& item,
                                               const Sides& other, const HSVNDiffChoices& choices)
 {
-    std::vector<HSVNDifference> differences;
-    context.diffSummary(item, other, choices,
-                        [&](const HSVNDifference& difference) { differences.push_back(difference); });
-    return differences;
+    return HSVNCollected<HSVNDifference>(
+        [&](const auto& receiver) { context.diffSummary(item, other, choices, receiver); });
 }
 
 } // namespace
@@ -211,7 +203,7 @@ HSVNTreeDiffRef HSVNContext::treeDiff(const HSVNTargetInRevision& target, const 
     HSVNOperation operation{*this, "treeDiff", {{"target", target.target.text()}, {"revisions", revisions}}};
     const auto readable = readableChoices(choices);
     const ComparisonProgram program{operation, readable};
-    if (operation.newest(&HSVNBundleExtensions::client_diff_peg)) {
+    if (operation.newest(&HSVNDifferenceFunctions::client_diff_peg)) {
         const auto source = spooledDiff(operation, target, revisions, readable);
         return std::make_shared<const HSVNTreeDiff>(source, true);
     }
@@ -225,13 +217,12 @@ void HSVNContext::diffSummary(const HSVNTargetInRevision& first, const HSVNTarge
 {
     HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNOperation operation{*this, "diffSummary", {{"first", first.target.text()}, {"second", second.target.text()}}};
-    const auto function = operation.extension(&HSVNBundleExtensions::client_diff_summarize);
     const auto ends = HSVNEndsOf(first, second);
     const auto record = HSVNRecordOfChoices(operation, choices);
     Summary summary{operation, receiver};
-    operation.check(function(operation.cString(first.target.text()), &ends.first,
-                             operation.cString(second.target.text()), &ends.second, &record, receiveDifference,
-                             &summary, operation.ctx(), operation.pool()));
+    operation.call(&HSVNDifferenceFunctions::client_diff_summarize, operation.cString(first.target.text()), &ends.first,
+                   operation.cString(second.target.text()), &ends.second, &record, receiveDifference, &summary,
+                   operation.ctx(), operation.pool());
 }
 
 void HSVNContext::diffSummary(const HSVNTargetInRevision& target, const HSVNDiffRevisions& revisions,
@@ -243,13 +234,12 @@ void HSVNContext::diffSummary(const HSVNTargetInRevision& target, const HSVNDiff
     }
     HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNOperation operation{*this, "diffSummary", {{"target", target.target.text()}, {"revisions", revisions}}};
-    const auto function = operation.extension(&HSVNBundleExtensions::client_diff_summarize_peg);
     const auto peg = HSVNRevisionOfTarget(target.target, *target.revision->pegRevision());
     const auto ends = HSVNEndsOf(revisions);
     const auto record = HSVNRecordOfChoices(operation, choices);
     Summary summary{operation, receiver};
-    operation.check(function(operation.cString(target.target.text()), &peg, &ends.first, &ends.second, &record,
-                             receiveDifference, &summary, operation.ctx(), operation.pool()));
+    operation.call(&HSVNDifferenceFunctions::client_diff_summarize_peg, operation.cString(target.target.text()), &peg,
+                   &ends.first, &ends.second, &record, receiveDifference, &summary, operation.ctx(), operation.pool());
 }
 
 std::vector<HSVNDifference> HSVNContext::diffSummary(const HSVNTargetInRevision& first,

@@ -13,7 +13,5 @@ void HSVNContext::info(const HSVNTarget& target, const HSVNRevisionSpecRef& revi
 std::vector<HSVNItemInfo> HSVNContext::info(const HSVNTarget& target, const HSVNRevisionSpecRef& revision,
                                             const HSVNInfoChoices& choices)
 {
-    std::vector<HSVNItemInfo> items;
-    info(target, revision, choices, [&items](const HSVNItemInfo& item) { items.push_back(item); });
-    return items;
+    return HSVNCollected<HSVNItemInfo>([&](const auto& receiver) { info(target, revision, choices, receiver); });
 }

@@ -8,17 +8,17 @@
 HSVNRevisionNumber HSVNContext::latestRevision(const HSVNTarget& target)
 {
     HSVNOperation operation{*this, "latestRevision", {{"target", target.text()}}};
-    const auto find = operation.extension(&HSVNBundleExtensions::client_url_from_path);
     const char* url = nullptr;
-    operation.check(find(&url, operation.cString(target.text()), operation.pool()));
+    operation.call(&HSVNTargetFunctions::client_url_from_path, &url, operation.cString(target.text()),
+                   operation.pool());
     if (!url) {
         throw HSVNInvalidArgumentException(fmt::format("'{}' has no URL", target.text()));
     }
     // Any property will do: the server is asked which revision HEAD is, and this one has every revision.
-    const auto get = operation.extension(&HSVNBundleExtensions::client_revprop_get);
     const auto head = HSVNRevision::HEAD()->SVNRevision();
     svn_string_t* value = nullptr;
     svn_revnum_t number = HSVNInvalidRevision;
-    operation.check(get("svn:date", &value, url, &head, &number, operation.ctx(), operation.pool()));
+    operation.call(&HSVNPropertyFunctions::client_revprop_get, "svn:date", &value, url, &head, &number, operation.ctx(),
+                   operation.pool());
     return HSVNRevisionNumberFromSubversion(number);
 }

@@ -9,10 +9,8 @@
 
 namespace {
 
-struct LayoutCall
+struct LayoutCall : HSVNItemsCall<const HSVNLayoutItem&>
 {
-    HSVNOperation& operation;
-    const HSVNReceiver<const HSVNLayoutItem&>& receiver;
     std::vector<HSVNLayoutItem> above = {}; ///< the item told last and the directories that it lies in
 };
 
@@ -38,17 +36,17 @@ void compareWithDirectory(HSVNLayoutItem& item, std::vector<HSVNLayoutItem>& abo
     }
 }
 
-svn_error_t* receiveItem(void* baton, const HSVNBundleExtensions::LayoutItem* record, apr_pool_t* /*pool*/)
+svn_error_t* receiveItem(void* baton, const HSVNStatusFunctions::LayoutItem* record, apr_pool_t* /*pool*/)
 {
     auto& call = *static_cast<LayoutCall*>(baton);
-    return HSVNGuardCallback(*call.operation.context(), [&]() -> svn_error_t* {
+    return call.handOver([&] {
         HSVNLayoutItem item{.path = record->path,
                             .url = HSVNTextOrNil(record->url),
                             .revision = HSVNRevisionNumberFromSubversion(record->revision),
                             .depth = static_cast<HSVNDepth>(record->depth),
                             .isPresent = record->isPresent != 0};
         compareWithDirectory(item, call.above);
-        return HSVNHandOver(call.operation, call.receiver, item);
+        return item;
     });
 }
 
@@ -58,15 +56,12 @@ void HSVNContext::layout(const HSVNTarget& directory, const HSVNReceiver<const H
 {
     HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNOperation operation{*this, "layout", {{"target", directory.text()}}};
-    const auto function = operation.extension(&HSVNBundleExtensions::wc_layout);
-    LayoutCall call{operation, receiver};
-    operation.check(
-        function(operation.cString(directory.text()), receiveItem, &call, operation.ctx(), operation.pool()));
+    LayoutCall call{{operation, receiver}};
+    operation.call(&HSVNStatusFunctions::wc_layout, operation.cString(directory.text()), receiveItem, &call,
+                   operation.ctx(), operation.pool());
 }
 
 std::vector<HSVNLayoutItem> HSVNContext::layout(const HSVNTarget& directory)
 {
-    std::vector<HSVNLayoutItem> items;
-    layout(directory, [&](const HSVNLayoutItem& item) { items.push_back(item); });
-    return items;
+    return HSVNCollected<HSVNLayoutItem>([&](const auto& receiver) { layout(directory, receiver); });
 }

@@ -13,7 +13,5 @@ void HSVNContext::list(const HSVNTarget& target, const HSVNRevisionSpecRef& revi
 std::vector<HSVNNodeRef> HSVNContext::list(const HSVNTarget& target, const HSVNRevisionSpecRef& revision,
                                            const HSVNListChoices& choices)
 {
-    std::vector<HSVNNodeRef> nodes;
-    list(target, revision, choices, [&](const HSVNNodeRef& node) { nodes.push_back(node); });
-    return nodes;
+    return HSVNCollected<HSVNNodeRef>([&](const auto& receiver) { list(target, revision, choices, receiver); });
 }

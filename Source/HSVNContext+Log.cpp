@@ -16,7 +16,5 @@ void HSVNContext::log(const HSVNTargets& targets, const HSVNLogChoices& choices,
 
 std::vector<HSVNLogItemRef> HSVNContext::log(const HSVNTargets& targets, const HSVNLogChoices& choices)
 {
-    std::vector<HSVNLogItemRef> items;
-    log(targets, choices, [&](const HSVNLogItemRef& item) { items.push_back(item); });
-    return items;
+    return HSVNCollected<HSVNLogItemRef>([&](const auto& receiver) { log(targets, choices, receiver); });
 }

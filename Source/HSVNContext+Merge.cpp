@@ -13,7 +13,7 @@ void mergeRanges(HSVNContext& context, const HSVNTargetInRevision& source, const
     const auto& peg = source.revision->pegRevision();
     HSVNOperation operation{
         context, "merge", {{"source", source.target.text()}, {"pegRevision", peg}, {"target", target.text()}}};
-    const auto function = operation.extension(&HSVNBundleExtensions::client_merge_peg);
+    const auto function = operation.extension(&HSVNMergeFunctions::client_merge_peg);
     const auto from = HSVNMergeSourceOf(operation, source.target, *peg);
     const HSVNMergeRecord record{operation, choices};
     operation.check(function(from.target, ranges ? HSVNRangeArray(operation, *ranges) : nullptr, &from.revision,
@@ -53,7 +53,7 @@ void HSVNContext::reintegrate(const HSVNTargetInRevision& source, const HSVNTarg
     const auto& peg = source.revision->pegRevision();
     HSVNOperation operation{
         *this, "reintegrate", {{"source", source.target.text()}, {"pegRevision", peg}, {"target", target.text()}}};
-    const auto function = operation.extension(&HSVNBundleExtensions::client_merge_reintegrate);
+    const auto function = operation.extension(&HSVNMergeFunctions::client_merge_reintegrate);
     operation.refuse(choices.chooser && !operation.isAtLeast({1, 7}), "chooser");
     const auto from = HSVNMergeSourceOf(operation, source.target, *peg);
     const HSVNMergeRecord record{operation, choices};

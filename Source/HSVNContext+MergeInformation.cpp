@@ -8,18 +8,12 @@
 
 namespace {
 
-struct RevisionsCall
-{
-    HSVNOperation& operation;
-    const HSVNReceiver<const HSVNLogItemRef&>& receiver;
-};
+using RevisionsCall = HSVNItemsCall<const HSVNLogItemRef&>;
 
 svn_error_t* receiveRevision(void* baton, svn_log_entry_t* record, apr_pool_t* pool)
 {
     auto& call = *static_cast<RevisionsCall*>(baton);
-    return HSVNGuardCallback(*call.operation.context(), [&]() -> svn_error_t* {
-        return HSVNHandOver(call.operation, call.receiver, HSVNLogItemOfEntry(call.operation, *record, pool));
-    });
+    return call.handOver([&] { return HSVNLogItemOfEntry(call.operation, *record, pool); });
 }
 
 svn_opt_revision_t recordOf(const HSVNRevisionRef& revision)
@@ -33,13 +27,12 @@ HSVNMergingSummary HSVNContext::mergingSummary(const HSVNTargetInRevision& sourc
 {
     HSVNOperation operation{
         *this, "mergingSummary", {{"source", source.target.text()}, {"target", target.target.text()}}};
-    const auto function = operation.extension(&HSVNBundleExtensions::client_merging_summary);
     const auto sourceRevision = source.revision->pegRevision()->SVNRevision();
     const auto targetRevision = target.revision->pegRevision()->SVNRevision();
-    HSVNBundleExtensions::MergingSummary found{};
-    operation.check(function(&found, operation.cString(source.target.text()), &sourceRevision,
-                             operation.cString(target.target.text()), &targetRevision, operation.ctx(),
-                             operation.pool()));
+    HSVNMergeFunctions::MergingSummary found{};
+    operation.call(&HSVNMergeFunctions::client_merging_summary, &found, operation.cString(source.target.text()),
+                   &sourceRevision, operation.cString(target.target.text()), &targetRevision, operation.ctx(),
+                   operation.pool());
     const auto place = [](const char* url, svn_revnum_t revision) {
         return HSVNPlaceInRevision{url, HSVNRevisionNumberFromSubversion(revision)};
     };
@@ -58,24 +51,22 @@ void HSVNContext::mergedRevisions(const HSVNTargetInRevision& source, const HSVN
     HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNOperation operation{
         *this, "mergedRevisions", {{"source", source.target.text()}, {"target", target.target.text()}}};
-    const auto function = operation.extension(&HSVNBundleExtensions::client_mergeinfo_log);
     const auto sourceRevision = source.revision->pegRevision()->SVNRevision();
     const auto targetRevision = target.revision->pegRevision()->SVNRevision();
     const auto start = recordOf(choices.range.first);
     const auto end = recordOf(choices.range.second);
     RevisionsCall call{operation, receiver};
-    operation.check(function(!choices.eligible, operation.cString(target.target.text()), &targetRevision,
-                             operation.cString(source.target.text()), &sourceRevision, &start, &end,
-                             choices.changedPaths, HSVNDepthForSubversion(choices.depth),
-                             choices.properties ? HSVNTextArray(operation, *choices.properties) : nullptr,
-                             receiveRevision, &call, operation.ctx(), operation.pool()));
+    operation.call(&HSVNMergeFunctions::client_mergeinfo_log, !choices.eligible,
+                   operation.cString(target.target.text()), &targetRevision, operation.cString(source.target.text()),
+                   &sourceRevision, &start, &end, choices.changedPaths, HSVNDepthForSubversion(choices.depth),
+                   choices.properties ? HSVNTextArray(operation, *choices.properties) : nullptr, receiveRevision, &call,
+                   operation.ctx(), operation.pool());
 }
 
 std::vector<HSVNLogItemRef> HSVNContext::mergedRevisions(const HSVNTargetInRevision& source,
                                                          const HSVNTargetInRevision& target,
                                                          const HSVNMergedRevisionsChoices& choices)
 {
-    std::vector<HSVNLogItemRef> items;
-    mergedRevisions(source, target, choices, [&](const HSVNLogItemRef& item) { items.push_back(item); });
-    return items;
+    return HSVNCollected<HSVNLogItemRef>(
+        [&](const auto& receiver) { mergedRevisions(source, target, choices, receiver); });
 }

@@ -24,7 +24,7 @@ std::vector<HSVNPatchedItem> HSVNContext::patch(const HSVNTarget& file, const HS
                                                 const HSVNPatchChoices& choices)
 {
     HSVNOperation operation{*this, "patch", {{"path", file.text()}, {"target", directory.text()}}};
-    const auto function = operation.extension(&HSVNBundleExtensions::client_patch);
+    const auto function = operation.extension(&HSVNChangeFunctions::client_patch);
     const char* const target = operation.changed(directory.text());
     const char* path = operation.cString(file.text());
     const auto patch = openedPatch(file.text());

@@ -16,9 +16,8 @@ void HSVNContext::properties(const HSVNTarget& target, const HSVNRevisionSpecRef
 std::vector<HSVNItemProperties> HSVNContext::properties(const HSVNTarget& target, const HSVNRevisionSpecRef& revision,
                                                         const HSVNPropertiesChoices& choices)
 {
-    std::vector<HSVNItemProperties> items;
-    properties(target, revision, choices, [&](const HSVNItemProperties& item) { items.push_back(item); });
-    return items;
+    return HSVNCollected<HSVNItemProperties>(
+        [&](const auto& receiver) { properties(target, revision, choices, receiver); });
 }
 
 HSVNPropertyValues HSVNContext::property(const HSVNTarget& target, const std::string& name,

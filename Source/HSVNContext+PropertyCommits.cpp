@@ -14,7 +14,7 @@ HSVNCommitResult HSVNContext::setProperty(const HSVNTarget& url, HSVNRevisionNum
                               choices.revisionProperties,
                               receiver};
     auto& operation = change.operation();
-    const auto function = operation.extension(&HSVNBundleExtensions::client_propset_remote);
+    const auto function = operation.extension(&HSVNPropertyFunctions::client_propset_remote);
     return change.finish(function(operation.cString(name), HSVNPropertyValue{value}.get(),
                                   operation.changed(url.text()), choices.force, base, change.properties(),
                                   HSVNRevisionChange::received, &change, operation.ctx(), operation.pool()));

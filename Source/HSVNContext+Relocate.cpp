@@ -5,7 +5,6 @@ void HSVNContext::relocate(const HSVNTarget& root, const std::string& from, cons
                            const HSVNRelocateChoices& choices)
 {
     HSVNOperation operation{*this, "relocate", {{"root", root.text()}, {"from", from}, {"to", to}}};
-    const auto relocate = operation.extension(&HSVNBundleExtensions::client_relocate);
-    operation.check(relocate(operation.changed(root.text()), operation.cString(from), operation.cString(to),
-                             !choices.processExternals, operation.ctx(), operation.pool()));
+    operation.call(&HSVNChangeFunctions::client_relocate, operation.changed(root.text()), operation.cString(from),
+                   operation.cString(to), !choices.processExternals, operation.ctx(), operation.pool());
 }

@@ -19,12 +19,11 @@ HSVNContext::revisionProperties(const HSVNTarget& url, const HSVNRevisionRef& re
 {
     HSVNAssertParameter(revision != nullptr, "revision != nil");
     HSVNOperation operation{*this, "revisionProperties", {{"url", url.text()}, {"revision", revision}}};
-    const auto list = operation.extension(&HSVNBundleExtensions::client_revprop_list);
     const auto record = revision->SVNRevision();
     apr_hash_t* properties = nullptr;
     svn_revnum_t found = HSVNInvalidRevision;
-    operation.check(
-        list(&properties, operation.cString(url.text()), &record, &found, operation.ctx(), operation.pool()));
+    operation.call(&HSVNPropertyFunctions::client_revprop_list, &properties, operation.cString(url.text()), &record,
+                   &found, operation.ctx(), operation.pool());
     store(number, found);
     return HSVNPropertiesOfHash(operation, properties);
 }
@@ -34,12 +33,11 @@ std::optional<std::string> HSVNContext::revisionProperty(const HSVNTarget& url, 
 {
     HSVNAssertParameter(revision != nullptr, "revision != nil");
     HSVNOperation operation{*this, "revisionProperty", {{"url", url.text()}, {"name", name}, {"revision", revision}}};
-    const auto get = operation.extension(&HSVNBundleExtensions::client_revprop_get);
     const auto record = revision->SVNRevision();
     svn_string_t* value = nullptr;
     svn_revnum_t found = HSVNInvalidRevision;
-    operation.check(get(operation.cString(name), &value, operation.cString(url.text()), &record, &found,
-                        operation.ctx(), operation.pool()));
+    operation.call(&HSVNPropertyFunctions::client_revprop_get, operation.cString(name), &value,
+                   operation.cString(url.text()), &record, &found, operation.ctx(), operation.pool());
     store(number, found);
     return value ? std::optional{std::string{value->data, value->len}} : std::nullopt;
 }
@@ -57,13 +55,12 @@ HSVNRevisionNumber HSVNContext::setRevisionProperty(const HSVNTarget& url, const
     const auto record = revision->SVNRevision();
     svn_revnum_t number = HSVNInvalidRevision;
     if (choices.formerValue) {
-        const auto replace = operation.extension(&HSVNBundleExtensions::client_revprop_replace);
-        operation.check(replace(nameText, HSVNPropertyValue{value}.get(), HSVNPropertyValue{*choices.formerValue}.get(),
-                                urlText, &record, &number, choices.force, operation.ctx(), operation.pool()));
+        operation.call(&HSVNPropertyFunctions::client_revprop_replace, nameText, HSVNPropertyValue{value}.get(),
+                       HSVNPropertyValue{*choices.formerValue}.get(), urlText, &record, &number, choices.force,
+                       operation.ctx(), operation.pool());
     } else {
-        const auto set = operation.extension(&HSVNBundleExtensions::client_revprop_set);
-        operation.check(set(nameText, HSVNPropertyValue{value}.get(), urlText, &record, &number, choices.force,
-                            operation.ctx(), operation.pool()));
+        operation.call(&HSVNPropertyFunctions::client_revprop_set, nameText, HSVNPropertyValue{value}.get(), urlText,
+                       &record, &number, choices.force, operation.ctx(), operation.pool());
     }
     return HSVNRevisionNumberFromSubversion(number);
 }

@@ -12,7 +12,5 @@ HSVNRevisionNumber HSVNContext::status(const HSVNTarget& target, const HSVNStatu
 
 std::vector<HSVNNodeRef> HSVNContext::status(const HSVNTarget& target, const HSVNStatusChoices& choices)
 {
-    std::vector<HSVNNodeRef> nodes;
-    status(target, choices, [&](const HSVNNodeRef& node) { nodes.push_back(node); });
-    return nodes;
+    return HSVNCollected<HSVNNodeRef>([&](const auto& receiver) { status(target, choices, receiver); });
 }

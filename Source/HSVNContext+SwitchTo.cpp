@@ -10,17 +10,17 @@ HSVNRevisionNumber HSVNContext::switchTo(const HSVNTarget& path, const HSVNTarge
 {
     HSVNAssertParameter(revision != nullptr, "revision != nil");
     HSVNOperation operation{*this, "switchTo", {{"path", path.text()}, {"url", url.text()}, {"revision", revision}}};
-    const auto function = operation.extension(&HSVNBundleExtensions::client_switch);
     const HSVNRevisionRecords revisions{*revision};
     const HSVNConflictChoosing choosing{operation, choices.chooser};
-    const HSVNBundleExtensions::Updating record{.depth = HSVNDepthForSubversion(choices.depth),
-                                                .depthIsSticky = choices.depthIsSticky,
-                                                .ignoreExternals = !choices.processExternals,
-                                                .allowObstructions = choices.allowObstructions,
-                                                .ignoreAncestry = choices.ignoreAncestry,
-                                                .choosing = choosing.record()};
+    const HSVNUpdateFunctions::Updating record{.depth = HSVNDepthForSubversion(choices.depth),
+                                               .depthIsSticky = choices.depthIsSticky,
+                                               .ignoreExternals = !choices.processExternals,
+                                               .allowObstructions = choices.allowObstructions,
+                                               .ignoreAncestry = choices.ignoreAncestry,
+                                               .choosing = choosing.record()};
     svn_revnum_t result = SVN_INVALID_REVNUM;
-    operation.check(function(&result, operation.changed(path.text()), operation.cString(url.text()), &revisions.peg,
-                             &revisions.operative, &record, operation.ctx(), operation.pool()));
+    operation.call(&HSVNUpdateFunctions::client_switch, &result, operation.changed(path.text()),
+                   operation.cString(url.text()), &revisions.peg, &revisions.operative, &record, operation.ctx(),
+                   operation.pool());
     return HSVNRevisionNumberFromSubversion(result);
 }

@@ -5,8 +5,8 @@
 std::optional<std::string> HSVNContext::URLOfTarget(const HSVNTarget& target)
 {
     HSVNOperation operation{*this, "URLOfTarget", {{"target", target.text()}}};
-    const auto find = operation.extension(&HSVNBundleExtensions::client_url_from_path);
     const char* url = nullptr;
-    operation.check(find(&url, operation.cString(target.text()), operation.pool()));
+    operation.call(&HSVNTargetFunctions::client_url_from_path, &url, operation.cString(target.text()),
+                   operation.pool());
     return HSVNTextOrNil(url);
 }

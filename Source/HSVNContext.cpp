@@ -74,15 +74,6 @@ void HSVNContext::notify(const std::shared_ptr<const HSVNNotification>& notifica
     HSVNAssertParameter(notification != nullptr, "notification != nil");
 }
 
-void HSVNContext::keepException(std::exception_ptr exception) noexcept
-{
-    if (!_keptException) {
-        _keptException = std::move(exception);
-    }
-}
-
-std::exception_ptr HSVNContext::takeKeptException() noexcept { return std::exchange(_keptException, nullptr); }
-
 void HSVNContext::beginOperation() { _operationBytes = 0; }
 
 void HSVNContext::setupContext()

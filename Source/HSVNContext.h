@@ -165,13 +165,6 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// @throws an assertion "Invalid parameter not satisfying: notification != nil"
     virtual void notify(const HSVNNotificationRef& notification);
 
-    /// Keeps an exception that a callback must not throw through Subversion; the first one kept stays.
-    void keepException(std::exception_ptr exception) noexcept;
-    /// Takes the kept exception away; null when there is none.
-    std::exception_ptr takeKeptException() noexcept;
-    /// Whether an exception is kept, so that the running operation is to be stopped.
-    bool hasKeptException() const noexcept { return _keptException != nullptr; }
-
     // MARK: Working copy
 
     /// Schedules unversioned items for addition.
@@ -643,6 +636,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
   private:
     friend class HSVNContextUse;
     friend class HSVNOperation;
+    friend struct HSVNKeptException;
     friend class HSVNTransferObserver;
     friend struct HSVNTransferCallback;
 
@@ -656,5 +650,5 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     const HSVNOperation* _operation = nullptr; // the innermost one under way
     std::int64_t _countedBytes = 0;            // as Subversion last counted them
     std::int64_t _operationBytes = 0;          // of these, the outermost operation's
-    std::exception_ptr _keptException;
+    std::exception_ptr _keptException;         // of a callback
 };

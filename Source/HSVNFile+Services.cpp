@@ -5,6 +5,7 @@
 #include "HSVNURL.h"
 #include "Internal/Browsing.h"
 #include "Internal/Contents.h"
+#include "Internal/KeptException.h"
 #include "Internal/Operation.h"
 
 #include <cstring>
@@ -65,7 +66,7 @@ class WholeOutputStream : public HSVNOutputStream
             }
             return static_cast<std::int64_t>(written);
         } catch (...) {
-            _context.keepException(std::current_exception());
+            HSVNKeptException::keep(_context, std::current_exception());
             return -1;
         }
     }

@@ -66,7 +66,7 @@ HSVNLocalPath::HSVNLocalPath(const std::string& string) : _path{normalized(strin
 
 HSVNLocalPath::HSVNLocalPath(HSVNCoder* decoder) : HSVNPath{decoder}, _path{decodedPath(decoder)} {}
 
-HSVNLocalPath::HSVNLocalPath(HSVNTrustedText, std::string path) : _path{std::move(path)} {}
+HSVNLocalPath::HSVNLocalPath(const Trusted& /*key*/, std::string path) : _path{std::move(path)} {}
 
 HSVNLocalPathRef HSVNLocalPath::pathWithString(const std::string& string)
 {
@@ -75,7 +75,7 @@ HSVNLocalPathRef HSVNLocalPath::pathWithString(const std::string& string)
 
 HSVNLocalPathRef HSVNLocalPathOfTrustedText(std::string path)
 {
-    return std::make_shared<HSVNLocalPath>(HSVNTrustedText{}, std::move(path));
+    return std::make_shared<HSVNLocalPath>(HSVNLocalPath::Trusted{}, std::move(path));
 }
 
 std::string HSVNLocalPath::denormalizedString() const { return HSVNPathText::abbreviatingHome(_path); }

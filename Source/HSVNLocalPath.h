@@ -28,7 +28,8 @@ class HSVN_EXPORT HSVNLocalPath : public HSVNPath
     /// @throws HSVNInvalidArgumentException for a path that is missing or that no path can have as its text
     explicit HSVNLocalPath(HSVNCoder* decoder);
     /// For texts known to be well formed by where they come from.
-    HSVNLocalPath(HSVNTrustedText trusted, std::string path);
+    HSVNLocalPath(const Trusted& key, std::string path);
+    friend HSVNLocalPathRef HSVNLocalPathOfTrustedText(std::string path);
 
     const std::string& string() const override { return _path; }
     /// The path with the home directory as "~".

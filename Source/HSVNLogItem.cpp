@@ -2,6 +2,7 @@
 
 #include "HSVNDebug.h"
 #include "HSVNPlatformException.h"
+#include "Internal/CompactDate.h"
 #include "Internal/Everlasting.h"
 #include "Internal/LogChanges.h"
 #include "Internal/PathText.h"
@@ -53,22 +54,29 @@ HSVNLogChanges::Map& ownObjects(std::shared_ptr<HSVNLogChanges>& changes)
 
 HSVNLogItem::HSVNLogItem(std::optional<std::string> message, HSVNRevisionNumber revision, std::optional<HSVNDate> date,
                          std::optional<std::string> author, const std::vector<HSVNLogPathChangeRef>& changes)
-    : _message{std::move(message)}, _author{std::move(author)}, _date{date}, _revision{revision}
+    : _message{std::move(message)}, _author{std::move(author)}, _date{HSVNCompactDate::of(date)}, _revision{revision}
 {
     for (const auto& change : changes) {
         addChange(change);
     }
 }
 
+std::optional<HSVNDate> HSVNLogItem::date() const
+{
+    return _tellsSeconds ? HSVNCompactDate::seconds(_date) : HSVNCompactDate::value(_date);
+}
+
+std::optional<HSVNDate> HSVNLogItem::exactDate() const { return HSVNCompactDate::value(_date); }
+
 void HSVNLogItem::setDate(const std::optional<HSVNDate>& date)
 {
-    _date = date;
+    _date = HSVNCompactDate::of(date);
     _tellsSeconds = false;
 }
 
 void HSVNLogItem::setExactDate(const std::optional<HSVNDate>& date)
 {
-    _date = date;
+    _date = HSVNCompactDate::of(date);
     _tellsSeconds = true;
 }
 
@@ -142,7 +150,7 @@ HSVNLogPathChangeRef HSVNLogItem::changeForAncestorOfPath(const std::optional<st
 void HSVNLogItem::addChange(const HSVNLogPathChangeRef& change)
 {
     HSVNAssertParameter(change != nullptr, "change != nil");
-    ownObjects(_changes).insert_or_assign(change->sharedPath(), change);
+    ownObjects(_changes).insert_or_assign(change->_path, change);
 }
 
 void HSVNLogItem::removeChange(const HSVNLogPathChangeRef& change)

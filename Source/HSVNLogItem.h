@@ -1,6 +1,5 @@
 #pragma once
 
-#include "HSVNCompactDate.h"
 #include "HSVNExport.h"
 #include "HSVNLogPathChange.h"
 #include "HSVNObject.h"
@@ -8,6 +7,7 @@
 #include "HSVNTypes.h"
 
 #include <cstdint>
+#include <limits>
 #include <map>
 #include <memory>
 #include <optional>
@@ -37,10 +37,10 @@ class HSVN_EXPORT HSVNLogItem : public HSVNObject
     HSVNRevisionNumber revision() const { return _revision; }
     void setRevision(HSVNRevisionNumber revision) { _revision = revision; }
     /// When it was committed; nil when the repository does not say.
-    std::optional<HSVNDate> date() const { return _tellsSeconds ? _date.seconds() : _date.value(); }
+    std::optional<HSVNDate> date() const;
     void setDate(const std::optional<HSVNDate>& date);
     /// The same to the microsecond, where a log that was read leaves `date` the whole seconds.
-    std::optional<HSVNDate> exactDate() const { return _date.value(); }
+    std::optional<HSVNDate> exactDate() const;
     /// Sets `date`, too, to the whole seconds.
     void setExactDate(const std::optional<HSVNDate>& date);
     /// Who committed it; nil when the repository does not say.
@@ -121,7 +121,7 @@ class HSVN_EXPORT HSVNLogItem : public HSVNObject
   private:
     std::optional<std::string> _message;
     std::optional<std::string> _author;
-    HSVNCompactDate _date;
+    std::int64_t _date = std::numeric_limits<std::int64_t>::min(); // in microseconds since 1970; this one is nil
     HSVNRevisionNumber _revision = HSVNInvalidRevision;
     bool _tellsSeconds : 1 = false; // alone of `_date`, as `date`
     bool _tellsChangedPaths : 1 = false;

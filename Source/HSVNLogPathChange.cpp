@@ -1,6 +1,7 @@
 #include "HSVNLogPathChange.h"
 
 #include "HSVNPlatformException.h"
+#include "Internal/SharedText.h"
 
 #include <algorithm>
 
@@ -45,6 +46,14 @@ HSVNLogPathChange::HSVNLogPathChange(HSVNSharedText path, HSVNLogAction action, 
     : _action{action}, _copyRevision{copyRevision}, _path{std::move(path)}, _copyPath{std::move(copyPath)}
 {
     HSVNAssertParameter(_path != nullptr, "path != nil");
+}
+
+void HSVNLogPathChange::setPath(std::string path) { _path = HSVNMakeSharedText(std::move(path)); }
+
+std::optional<std::string> HSVNLogPathChange::copyPath() const { return HSVNTextValue(_copyPath); }
+void HSVNLogPathChange::setCopyPath(std::optional<std::string> path)
+{
+    _copyPath = HSVNMakeSharedText(std::move(path));
 }
 
 void HSVNLogPathChange::adjustPath(std::string_view path)

@@ -3,7 +3,6 @@
 #include "HSVNExport.h"
 #include "HSVNLogAction.h"
 #include "HSVNObject.h"
-#include "HSVNSharedText.h"
 #include "HSVNTypes.h"
 
 #include <memory>
@@ -28,20 +27,18 @@ class HSVN_EXPORT HSVNLogPathChange : public HSVNObject
     HSVNLogPathChange(std::string path, HSVNLogAction action, std::optional<std::string> copyPath,
                       HSVNRevisionNumber copyRevision);
     /// The same with texts that the changes of a log share; the path is not nil ("path != nil").
-    HSVNLogPathChange(HSVNSharedText path, HSVNLogAction action, HSVNSharedText copyPath,
-                      HSVNRevisionNumber copyRevision);
+    HSVNLogPathChange(std::shared_ptr<const std::string> path, HSVNLogAction action,
+                      std::shared_ptr<const std::string> copyPath, HSVNRevisionNumber copyRevision);
 
     /// What happened to the item.
     HSVNLogAction action() const { return _action; }
     void setAction(HSVNLogAction action) { _action = action; }
     /// The changed item's path in the repository, such as "/trunk/file.c".
     const std::string& path() const { return *_path; }
-    void setPath(std::string path) { _path = HSVNMakeSharedText(std::move(path)); }
-    /// The path's text itself, to be shared; never nil.
-    const HSVNSharedText& sharedPath() const { return _path; }
+    void setPath(std::string path);
     /// The path that the item was copied from; nil when it was not copied.
-    std::optional<std::string> copyPath() const { return HSVNTextValue(_copyPath); }
-    void setCopyPath(std::optional<std::string> path) { _copyPath = HSVNMakeSharedText(std::move(path)); }
+    std::optional<std::string> copyPath() const;
+    void setCopyPath(std::optional<std::string> path);
     /// The revision that the item was copied from; `HSVNInvalidRevision` when it was not copied.
     HSVNRevisionNumber copyRevision() const { return _copyRevision; }
     void setCopyRevision(HSVNRevisionNumber revision) { _copyRevision = revision; }
@@ -67,13 +64,16 @@ class HSVN_EXPORT HSVNLogPathChange : public HSVNObject
     std::string className() const override { return "HSVNLogPathChange"; }
 
   private:
+    friend class HSVNLogChanges;
+    friend class HSVNLogItem;
+
     HSVNLogAction _action = HSVNLogActionNone;
     HSVNRevisionNumber _copyRevision = HSVNInvalidRevision;
     HSVNNodeKind _kind = HSVNNodeKindUnknown;
     std::optional<bool> _textModified;
     std::optional<bool> _propertiesModified;
-    HSVNSharedText _path;
-    HSVNSharedText _copyPath;
+    std::shared_ptr<const std::string> _path; // never nil
+    std::shared_ptr<const std::string> _copyPath;
 };
 
 using HSVNLogPathChangeRef = std::shared_ptr<HSVNLogPathChange>;

@@ -14,3 +14,14 @@ template <class Application, class Names>
 struct HSVNNamesBeside<Application, Names, true> : Names
 {
 };
+
+/// Fails to compile for an application's class that has a message's name but cannot be sent the message, which would
+/// silently never be called. Of a final class only what is public and not overloaded is found.
+///
+/// @param isAnswered  whether the class can be sent the message
+/// @param Receiver    the library's class whose message it is; its names are those of `Receiver##Names`
+#define HSVN_REQUIRE_MESSAGE(isAnswered, message, Receiver)                                                            \
+    static_assert((isAnswered) || (                                                                                    \
+                                      requires { &HSVNNamesBeside<Application, Receiver##Names>::message; } &&         \
+                                      !requires { &Application::message; }),                                           \
+                  #message " is not public, or not " #Receiver "'s")

@@ -115,12 +115,6 @@ class HSVNMoveHandlerFor : public Application, public HSVNMoveHandler
         std::int32_t{a.promptToOverwriteNodeAtPath(path, bool{}, context, contextInfo)};
     };
 
-    // What has a message's name, but cannot be sent the message, would silently never be called.
-    using Beside = HSVNNamesBeside<Application, HSVNMoveHandlerNames>;
-    static_assert(
-        answersMoves || requires { &Beside::willMoveNodeAtPath; },
-        "willMoveNodeAtPath is not public, or not HSVNMoveHandler's");
-    static_assert(
-        answersOverwrites || requires { &Beside::promptToOverwriteNodeAtPath; },
-        "promptToOverwriteNodeAtPath is not public, or not HSVNMoveHandler's");
+    HSVN_REQUIRE_MESSAGE(answersMoves, willMoveNodeAtPath, HSVNMoveHandler);
+    HSVN_REQUIRE_MESSAGE(answersOverwrites, promptToOverwriteNodeAtPath, HSVNMoveHandler);
 };

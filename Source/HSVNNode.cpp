@@ -5,8 +5,10 @@
 #include "HSVNPath.h"
 #include "HSVNStatus.h"
 #include "HSVNURL.h"
+#include "Internal/CompactDate.h"
 #include "Internal/PathText.h"
 #include "Internal/RevisionNumber.h"
+#include "Internal/SharedText.h"
 #include "Internal/Subversion.h"
 #include "Internal/Text.h"
 #include "Internal/TrustedText.h"
@@ -99,6 +101,7 @@ void HSVNNode::setPath(HSVNPathRef path)
     setName(std::move(keptName));
 }
 
+std::optional<std::string> HSVNNode::author() const { return HSVNTextValue(_author); }
 void HSVNNode::setAuthor(std::optional<std::string> author) { _author = HSVNMakeSharedText(std::move(author)); }
 
 void HSVNNode::setSize(std::uint64_t size)
@@ -113,15 +116,22 @@ void HSVNNode::setSizeUnknown()
     _sizeIsUnknown = true;
 }
 
+std::optional<HSVNDate> HSVNNode::date() const
+{
+    return _tellsSeconds ? HSVNCompactDate::seconds(_date) : HSVNCompactDate::value(_date);
+}
+
+std::optional<HSVNDate> HSVNNode::exactDate() const { return HSVNCompactDate::value(_date); }
+
 void HSVNNode::setDate(const std::optional<HSVNDate>& date)
 {
-    _date = date;
+    _date = HSVNCompactDate::of(date);
     _tellsSeconds = false;
 }
 
 void HSVNNode::setExactDate(const std::optional<HSVNDate>& date)
 {
-    _date = date;
+    _date = HSVNCompactDate::of(date);
     _tellsSeconds = true;
 }
 
@@ -217,7 +227,7 @@ HSVNComparisonResult HSVNNode::compare(const HSVNNode* other) const
     if (const auto order = ordered(_revision, other->_revision); order != HSVNOrderedSame) {
         return order;
     }
-    if (const auto order = ordered(HSVNCompactDate{date()}, HSVNCompactDate{other->date()}); order != HSVNOrderedSame) {
+    if (const auto order = ordered(date(), other->date()); order != HSVNOrderedSame) {
         return order;
     }
     if (const auto order = ordered(_size, other->_size); order != HSVNOrderedSame) {

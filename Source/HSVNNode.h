@@ -1,15 +1,14 @@
 #pragma once
 
 #include "HSVNCoder.h"
-#include "HSVNCompactDate.h"
 #include "HSVNExport.h"
 #include "HSVNForward.h"
 #include "HSVNRareFields.h"
-#include "HSVNSharedText.h"
 #include "HSVNTypes.h"
 
 #include <atomic>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -70,7 +69,7 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
              const svn_lock_t* lock);
     /// The same with the path's parent and the entry's author as objects that the nodes of a listing share.
     HSVNNode(std::optional<std::string> name, HSVNPathRef path, HSVNURLRef url, const svn_dirent_t* dirent,
-             const svn_lock_t* lock, HSVNPathRef location, HSVNSharedText author);
+             const svn_lock_t* lock, HSVNPathRef location, std::shared_ptr<const std::string> author);
     /// The node that an archive holds.
     ///
     /// @throws HSVNInvalidArgumentException "Keyed unarchiver required", or for a value that does not fit its field
@@ -128,18 +127,15 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     HSVNRevisionNumber revision() const { return _revision; }
     void setRevision(HSVNRevisionNumber revision) { _revision = revision; }
     /// When the item last changed; nil when unknown.
-    std::optional<HSVNDate> date() const { return _tellsSeconds ? _date.seconds() : _date.value(); }
+    std::optional<HSVNDate> date() const;
     void setDate(const std::optional<HSVNDate>& date);
     /// The same to the microsecond, where Subversion's record leaves `date` the whole seconds.
-    std::optional<HSVNDate> exactDate() const { return _date.value(); }
+    std::optional<HSVNDate> exactDate() const;
     /// Sets `date`, too, to the whole seconds.
     void setExactDate(const std::optional<HSVNDate>& date);
     /// Who changed it last; nil when unknown.
-    std::optional<std::string> author() const { return HSVNTextValue(_author); }
+    std::optional<std::string> author() const;
     void setAuthor(std::optional<std::string> author);
-    /// The author's text itself, to be shared with other nodes.
-    const HSVNSharedText& sharedAuthor() const { return _author; }
-    void setSharedAuthor(HSVNSharedText author) { _author = std::move(author); }
     /// The repository's lock for a repository node, the working copy's lock token for a working-copy node; may be nil.
     const HSVNLockRef& lock() const;
     void setLock(HSVNLockRef lock);
@@ -585,6 +581,7 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     void unshareStatus();
 
   private:
+    friend class HSVNStatusNodeMaker;
     struct Rare;
 
     /// A URL, or the directory's below which it is made when it is asked for, by whichever thread is first.
@@ -625,12 +622,12 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
 
     HSVNComparisonResult compareStatus(const HSVNNode& other) const;
 
-    HSVNSharedText _name; // nil while `_nameIsLastComponent`
+    std::shared_ptr<const std::string> _name; // nil while `_nameIsLastComponent`
     HSVNPathRef _path;
     HSVNPathRef _location;
     std::uint64_t _size = 0;
-    HSVNCompactDate _date;
-    HSVNSharedText _author;
+    std::int64_t _date = std::numeric_limits<std::int64_t>::min(); // in microseconds since 1970; this one is nil
+    std::shared_ptr<const std::string> _author;
     HSVNStatusRef _status;
     HSVNRareFields<Rare> _rare;
     [[no_unique_address]] URLBelow _url; // whose padding the rest takes

@@ -13,9 +13,6 @@
 #include <string>
 #include <vector>
 
-/// Lets only the library's own code make paths without their text being checked.
-class HSVNTrustedText;
-
 /// Where an item is: an HSVNLocalPath on the disk or an HSVNURL in a repository, asked in the same way.
 ///
 /// Every path has two texts, both UTF-8. The normalized one (`string`) is the absolute local path or the
@@ -153,6 +150,9 @@ class HSVN_EXPORT HSVNPath : public HSVNArchivable, public std::enable_shared_fr
     friend std::strong_ordering operator<=>(const HSVNPath& a, const HSVNPath& b) { return a.string() <=> b.string(); }
 
   protected:
+    /// The key to the constructors that check nothing.
+    struct Trusted;
+
     HSVNPath() = default;
     explicit HSVNPath(HSVNCoder* decoder);
     HSVNPath(const HSVNPath&) = default;

@@ -36,7 +36,6 @@ void HSVNCreateRepository(const HSVNTarget& path, const HSVNRepositoryCreationCh
                             "HSVNRepositoryCreation",
                             "createRepository:withOptions:withContext:",
                             {{"path", path.text()}, {"context", context}}};
-    const auto function = operation.extension(&HSVNBundleExtensions::repos_create);
-    operation.check(
-        function(operation.cString(path.text()), HSVNTextArray(operation, configurationOf(choices)), operation.pool()));
+    operation.call(&HSVNLineFunctions::repos_create, operation.cString(path.text()),
+                   HSVNTextArray(operation, configurationOf(choices)), operation.pool());
 }

@@ -66,42 +66,6 @@ const HSVNRevisionSpecRef& HSVNRevisionSpec::COMMITTED() { return sharedSpecs().
 const HSVNRevisionSpecRef& HSVNRevisionSpec::UNSPECIFIED() { return sharedSpecs().unspecified; }
 const HSVNRevisionSpecRef& HSVNRevisionSpec::MINE() { return sharedSpecs().mine; }
 
-HSVNRevisionSpecRef HSVNRevisionSpec::revisionWithRevision(const HSVNRevisionRef& operativeRevision)
-{
-    return std::make_shared<HSVNRevisionSpec>(operativeRevision);
-}
-
-HSVNRevisionSpecRef HSVNRevisionSpec::revisionWithRevision(const HSVNRevisionRef& operativeRevision,
-                                                           const HSVNRevisionRef& pegRevision)
-{
-    return std::make_shared<HSVNRevisionSpec>(operativeRevision, pegRevision);
-}
-
-HSVNRevisionSpecRef HSVNRevisionSpec::pegRevisionWithRevision(const HSVNRevisionRef& pegRevision)
-{
-    return std::make_shared<HSVNRevisionSpec>(HSVNRevision::UNSPECIFIED(), pegRevision);
-}
-
-HSVNRevisionSpecRef HSVNRevisionSpec::revisionWithNumber(HSVNRevisionNumber number)
-{
-    return revisionWithRevision(HSVNRevision::revisionWithNumber(number));
-}
-
-HSVNRevisionSpecRef HSVNRevisionSpec::revisionAtDate(const std::optional<HSVNDate>& date)
-{
-    return revisionWithRevision(HSVNRevision::revisionAtDate(date));
-}
-
-HSVNRevisionSpecRef HSVNRevisionSpec::pegRevisionWithNumber(HSVNRevisionNumber number)
-{
-    return pegRevisionWithRevision(HSVNRevision::revisionWithNumber(number));
-}
-
-HSVNRevisionSpecRef HSVNRevisionSpec::pegRevisionAtDate(const std::optional<HSVNDate>& date)
-{
-    return pegRevisionWithRevision(HSVNRevision::revisionAtDate(date));
-}
-
 const HSVNRevisionRef& HSVNRevisionSpec::keyRevision() const
 {
     return *_operativeRevision == *HSVNRevision::UNSPECIFIED() ? _pegRevision : _operativeRevision;
@@ -142,40 +106,4 @@ void HSVNRevisionSpec::assignOperativeRevision(const HSVNRevisionRef& revision)
 void HSVNRevisionSpec::assignPegRevision(const HSVNRevisionRef& revision)
 {
     _pegRevision = revision ? revision : HSVNRevision::UNSPECIFIED();
-}
-
-HSVNMutableRevisionSpecRef HSVNMutableRevisionSpec::revisionWithRevision(const HSVNRevisionRef& operativeRevision)
-{
-    return std::make_shared<HSVNMutableRevisionSpec>(operativeRevision);
-}
-
-HSVNMutableRevisionSpecRef HSVNMutableRevisionSpec::revisionWithRevision(const HSVNRevisionRef& operativeRevision,
-                                                                         const HSVNRevisionRef& pegRevision)
-{
-    return std::make_shared<HSVNMutableRevisionSpec>(operativeRevision, pegRevision);
-}
-
-HSVNMutableRevisionSpecRef HSVNMutableRevisionSpec::pegRevisionWithRevision(const HSVNRevisionRef& pegRevision)
-{
-    return std::make_shared<HSVNMutableRevisionSpec>(HSVNRevision::UNSPECIFIED(), pegRevision);
-}
-
-HSVNMutableRevisionSpecRef HSVNMutableRevisionSpec::revisionWithNumber(HSVNRevisionNumber number)
-{
-    return revisionWithRevision(HSVNRevision::revisionWithNumber(number));
-}
-
-HSVNMutableRevisionSpecRef HSVNMutableRevisionSpec::revisionAtDate(const std::optional<HSVNDate>& date)
-{
-    return revisionWithRevision(HSVNRevision::revisionAtDate(date));
-}
-
-HSVNMutableRevisionSpecRef HSVNMutableRevisionSpec::pegRevisionWithNumber(HSVNRevisionNumber number)
-{
-    return pegRevisionWithRevision(HSVNRevision::revisionWithNumber(number));
-}
-
-HSVNMutableRevisionSpecRef HSVNMutableRevisionSpec::pegRevisionAtDate(const std::optional<HSVNDate>& date)
-{
-    return pegRevisionWithRevision(HSVNRevision::revisionAtDate(date));
 }

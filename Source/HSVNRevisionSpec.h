@@ -12,13 +12,59 @@ class HSVNMutableRevisionSpec;
 
 using HSVNMutableRevisionSpecRef = std::shared_ptr<HSVNMutableRevisionSpec>;
 
+/// The ways to make a specification, one that can be changed or not.
+template <class Spec, class Made>
+class HSVNRevisionSpecFactories
+{
+  public:
+    /// The peg revision stays UNSPECIFIED; `operativeRevision` is not nil ("theOperativeRevision != nil").
+    static std::shared_ptr<Made> revisionWithRevision(const HSVNRevisionRef& operativeRevision)
+    {
+        return std::make_shared<Spec>(operativeRevision);
+    }
+    /// Neither may be nil ("theOperativeRevision != nil", "thePegRevision != nil").
+    static std::shared_ptr<Made> revisionWithRevision(const HSVNRevisionRef& operativeRevision,
+                                                      const HSVNRevisionRef& pegRevision)
+    {
+        return std::make_shared<Spec>(operativeRevision, pegRevision);
+    }
+    /// The operative revision stays UNSPECIFIED; `pegRevision` is not nil ("thePegRevision != nil").
+    static std::shared_ptr<Made> pegRevisionWithRevision(const HSVNRevisionRef& pegRevision)
+    {
+        return std::make_shared<Spec>(HSVNRevision::UNSPECIFIED(), pegRevision);
+    }
+    /// A number, not negative ("number >= 0"), as the operative revision.
+    static std::shared_ptr<Made> revisionWithNumber(HSVNRevisionNumber number)
+    {
+        return revisionWithRevision(HSVNRevision::revisionWithNumber(number));
+    }
+    /// A date, not nil ("date != nil"), as the operative revision.
+    static std::shared_ptr<Made> revisionAtDate(const std::optional<HSVNDate>& date)
+    {
+        return revisionWithRevision(HSVNRevision::revisionAtDate(date));
+    }
+    /// A number, not negative ("number >= 0"), as the peg revision.
+    static std::shared_ptr<Made> pegRevisionWithNumber(HSVNRevisionNumber number)
+    {
+        return pegRevisionWithRevision(HSVNRevision::revisionWithNumber(number));
+    }
+    /// A date, not nil ("date != nil"), as the peg revision.
+    static std::shared_ptr<Made> pegRevisionAtDate(const std::optional<HSVNDate>& date)
+    {
+        return pegRevisionWithRevision(HSVNRevision::revisionAtDate(date));
+    }
+};
+
 /// The two revisions that address an item in a repository: the peg revision says in which revision the path is looked
 /// up, the operative revision which state of that item is wanted. An unset side is UNSPECIFIED, never nil. Immutable.
-class HSVN_EXPORT HSVNRevisionSpec : public HSVNArchivable
+class HSVN_EXPORT HSVNRevisionSpec : public HSVNArchivable,
+                                     public HSVNRevisionSpecFactories<HSVNRevisionSpec, const HSVNRevisionSpec>
 {
   public:
     /// The peg revision stays UNSPECIFIED. Not nil ("theOperativeRevision != nil").
     explicit HSVNRevisionSpec(HSVNRevisionRef theOperativeRevision);
+    /// A null that is written out could mean the decoder as well.
+    explicit HSVNRevisionSpec(std::nullptr_t) = delete;
     /// Neither may be nil ("theOperativeRevision != nil", "thePegRevision != nil").
     HSVNRevisionSpec(HSVNRevisionRef theOperativeRevision, HSVNRevisionRef thePegRevision);
     /// @throws HSVNInvalidArgumentException "Keyed archiver required", or for a revision that is missing
@@ -38,22 +84,6 @@ class HSVN_EXPORT HSVNRevisionSpec : public HSVNArchivable
     static const HSVNRevisionSpecRef& UNSPECIFIED();
     /// The shared MINE.
     static const HSVNRevisionSpecRef& MINE();
-
-    /// The peg revision stays UNSPECIFIED; `operativeRevision` is not nil ("theOperativeRevision != nil").
-    static HSVNRevisionSpecRef revisionWithRevision(const HSVNRevisionRef& operativeRevision);
-    /// Neither may be nil ("theOperativeRevision != nil", "thePegRevision != nil").
-    static HSVNRevisionSpecRef revisionWithRevision(const HSVNRevisionRef& operativeRevision,
-                                                    const HSVNRevisionRef& pegRevision);
-    /// The operative revision stays UNSPECIFIED.
-    static HSVNRevisionSpecRef pegRevisionWithRevision(const HSVNRevisionRef& pegRevision);
-    /// A number, not negative ("number >= 0"), as the operative revision.
-    static HSVNRevisionSpecRef revisionWithNumber(HSVNRevisionNumber number);
-    /// A date, not nil ("date != nil"), as the operative revision.
-    static HSVNRevisionSpecRef revisionAtDate(const std::optional<HSVNDate>& date);
-    /// A number, not negative ("number >= 0"), as the peg revision.
-    static HSVNRevisionSpecRef pegRevisionWithNumber(HSVNRevisionNumber number);
-    /// A date, not nil ("date != nil"), as the peg revision.
-    static HSVNRevisionSpecRef pegRevisionAtDate(const std::optional<HSVNDate>& date);
 
     /// Which state of the item is wanted; never nil.
     const HSVNRevisionRef& operativeRevision() const { return _operativeRevision; }
@@ -98,27 +128,21 @@ class HSVN_EXPORT HSVNRevisionSpec : public HSVNArchivable
 };
 
 /// A revision specification that can be changed; for use by one thread.
-class HSVN_EXPORT HSVNMutableRevisionSpec : public HSVNRevisionSpec
+class HSVN_EXPORT HSVNMutableRevisionSpec
+    : public HSVNRevisionSpec,
+      public HSVNRevisionSpecFactories<HSVNMutableRevisionSpec, HSVNMutableRevisionSpec>
 {
   public:
     /// The same constructors.
     using HSVNRevisionSpec::HSVNRevisionSpec;
 
-    /// The peg revision stays UNSPECIFIED; `operativeRevision` is not nil ("theOperativeRevision != nil").
-    static HSVNMutableRevisionSpecRef revisionWithRevision(const HSVNRevisionRef& operativeRevision);
-    /// Neither may be nil ("theOperativeRevision != nil", "thePegRevision != nil").
-    static HSVNMutableRevisionSpecRef revisionWithRevision(const HSVNRevisionRef& operativeRevision,
-                                                           const HSVNRevisionRef& pegRevision);
-    /// The operative revision stays UNSPECIFIED; `pegRevision` is not nil ("thePegRevision != nil").
-    static HSVNMutableRevisionSpecRef pegRevisionWithRevision(const HSVNRevisionRef& pegRevision);
-    /// A number, not negative ("number >= 0"), as the operative revision.
-    static HSVNMutableRevisionSpecRef revisionWithNumber(HSVNRevisionNumber number);
-    /// A date, not nil ("date != nil"), as the operative revision.
-    static HSVNMutableRevisionSpecRef revisionAtDate(const std::optional<HSVNDate>& date);
-    /// A number, not negative ("number >= 0"), as the peg revision.
-    static HSVNMutableRevisionSpecRef pegRevisionWithNumber(HSVNRevisionNumber number);
-    /// A date, not nil ("date != nil"), as the peg revision.
-    static HSVNMutableRevisionSpecRef pegRevisionAtDate(const std::optional<HSVNDate>& date);
+    using Factories = HSVNRevisionSpecFactories<HSVNMutableRevisionSpec, HSVNMutableRevisionSpec>;
+    using Factories::pegRevisionAtDate;
+    using Factories::pegRevisionWithNumber;
+    using Factories::pegRevisionWithRevision;
+    using Factories::revisionAtDate;
+    using Factories::revisionWithNumber;
+    using Factories::revisionWithRevision;
 
     /// Nil unsets the operative revision.
     void setOperativeRevision(const HSVNRevisionRef& revision) { assignOperativeRevision(revision); }

@@ -3,8 +3,10 @@
 #include "HSVNLock.h"
 #include "HSVNURL.h"
 #include "HSVNVersion.h"
+#include "Internal/CompactDate.h"
 #include "Internal/Hexadecimal.h"
 #include "Internal/RevisionNumber.h"
+#include "Internal/SharedText.h"
 #include "Internal/Subversion.h"
 #include "Internal/SubversionURL.h"
 #include "Internal/Text.h"
@@ -22,7 +24,7 @@ struct HSVNStatus::Rare
 {
     HSVNRevisionNumber outOfDateLastCommitRevision = HSVNInvalidRevision;
     HSVNRevisionNumber copyFromRevision = HSVNInvalidRevision;
-    HSVNCompactDate outOfDateLastCommitDate;
+    std::optional<HSVNDate> outOfDateLastCommitDate;
     std::optional<std::string> outOfDateLastCommitAuthor;
     HSVNURLRef repositoryRootURL;
     std::optional<std::string> repositoryUUID;
@@ -194,11 +196,11 @@ void HSVNStatus::setOutOfDateLastCommitRevision(HSVNRevisionNumber revision)
 }
 std::optional<HSVNDate> HSVNStatus::outOfDateLastCommitDate() const
 {
-    return _rare.get(&Rare::outOfDateLastCommitDate).value();
+    return _rare.get(&Rare::outOfDateLastCommitDate);
 }
 void HSVNStatus::setOutOfDateLastCommitDate(const std::optional<HSVNDate>& date)
 {
-    _rare.set(&Rare::outOfDateLastCommitDate, HSVNCompactDate{date});
+    _rare.set(&Rare::outOfDateLastCommitDate, date);
 }
 std::optional<std::string> HSVNStatus::outOfDateLastCommitAuthor() const
 {
@@ -270,6 +272,26 @@ void HSVNStatus::setChecksum(std::optional<std::string> checksum)
     _rare.set(&Rare::checksum, bytes ? std::nullopt : std::move(checksum));
 }
 
+std::optional<HSVNDate> HSVNStatus::lastChangedDate() const { return HSVNCompactDate::value(_lastChangedDate); }
+void HSVNStatus::setLastChangedDate(const std::optional<HSVNDate>& date)
+{
+    _lastChangedDate = HSVNCompactDate::of(date);
+}
+std::optional<HSVNDate> HSVNStatus::upToDateTextDate() const { return HSVNCompactDate::value(_upToDateTextDate); }
+void HSVNStatus::setUpToDateTextDate(const std::optional<HSVNDate>& date)
+{
+    _upToDateTextDate = HSVNCompactDate::of(date);
+}
+std::optional<HSVNDate> HSVNStatus::upToDatePropertyDate() const
+{
+    return HSVNCompactDate::value(_upToDatePropertyDate);
+}
+void HSVNStatus::setUpToDatePropertyDate(const std::optional<HSVNDate>& date)
+{
+    _upToDatePropertyDate = HSVNCompactDate::of(date);
+}
+
+std::optional<std::string> HSVNStatus::lastChangedAuthor() const { return HSVNTextValue(_lastChangedAuthor); }
 void HSVNStatus::setLastChangedAuthor(std::optional<std::string> author)
 {
     _lastChangedAuthor = HSVNMakeSharedText(std::move(author));
@@ -321,7 +343,7 @@ HSVNStatus::HSVNStatus(HSVNCoder* decoder)
     _repositoryTextStatus = decodeKind(*decoder, "repositoryTextStatus");
     _repositoryPropertyStatus = decodeKind(*decoder, "repositoryPropertyStatus");
     _lastChangedRevision = decoder->decodeInt32("lastChangedRevision");
-    _lastChangedDate = decoder->decodeDate("lastChangedDate");
+    setLastChangedDate(decoder->decodeDate("lastChangedDate"));
     setLastChangedAuthor(decoder->decodeString("lastChangedAuthor"));
     _flags.locked = decoder->decodeBool("locked");
     _flags.copied = decoder->decodeBool("copied");
@@ -342,8 +364,8 @@ HSVNStatus::HSVNStatus(HSVNCoder* decoder)
     setConflictNewVersion(decoder->decodeString("conflictNewVersion"));
     setConflictWorkingVersion(decoder->decodeString("conflictWorkingVersion"));
     setPropertyRejectFilePath(decoder->decodeString("propertyRejectFilePath"));
-    _upToDateTextDate = decoder->decodeDate("upToDateTextDate");
-    _upToDatePropertyDate = decoder->decodeDate("upToDatePropertyDate");
+    setUpToDateTextDate(decoder->decodeDate("upToDateTextDate"));
+    setUpToDatePropertyDate(decoder->decodeDate("upToDatePropertyDate"));
     setChecksum(decoder->decodeString("checksum"));
     setRepositoryLock(decoder->decodeObject<HSVNLock>("repositoryLock"));
     decodeFurtherFields(*decoder, *this);
@@ -352,28 +374,34 @@ HSVNStatus::HSVNStatus(HSVNCoder* decoder)
 
 // Conversion
 
-HSVNStatusRef HSVNStatus::statusWithSVNStatus(const svn_wc_status2_t* status, const HSVNVersion& version,
-                                              HSVNTextCache* texts)
+HSVNStatusRef HSVNStatus::statusWithSVNStatus(const svn_wc_status2_t* status, const HSVNVersion& version)
 {
     HSVNAssertParameter(status != nullptr, "status != NULL");
-    auto record = withKinds(HSVNConvertStatusKind(status->text_status), HSVNConvertStatusKind(status->prop_status));
-    record->_repositoryTextStatus = HSVNConvertStatusKind(status->repos_text_status);
-    record->_repositoryPropertyStatus = HSVNConvertStatusKind(status->repos_prop_status);
-    record->_flags.locked = status->locked != 0;
-    record->_flags.copied = status->copied != 0;
-    record->_flags.switched = status->switched != 0;
-    record->setOutOfDateLastCommitRevision(HSVNRevisionNumberFromSubversion(status->ood_last_cmt_rev));
-    record->setOutOfDateLastCommitDate(HSVNDate::dateWithAPRTime(status->ood_last_cmt_date));
-    if (status->ood_last_cmt_author) {
-        record->setOutOfDateLastCommitAuthor(status->ood_last_cmt_author);
+    return recordOf(*status, version,
+                    HSVNMakeSharedText(HSVNTextOrNil(status->entry ? status->entry->cmt_author : nullptr)));
+}
+
+HSVNStatusRef HSVNStatus::recordOf(const svn_wc_status2_t& status, const HSVNVersion& version, HSVNSharedText author)
+{
+    auto record = withKinds(HSVNConvertStatusKind(status.text_status), HSVNConvertStatusKind(status.prop_status));
+    record->_lastChangedAuthor = std::move(author);
+    record->_repositoryTextStatus = HSVNConvertStatusKind(status.repos_text_status);
+    record->_repositoryPropertyStatus = HSVNConvertStatusKind(status.repos_prop_status);
+    record->_flags.locked = status.locked != 0;
+    record->_flags.copied = status.copied != 0;
+    record->_flags.switched = status.switched != 0;
+    record->setOutOfDateLastCommitRevision(HSVNRevisionNumberFromSubversion(status.ood_last_cmt_rev));
+    record->setOutOfDateLastCommitDate(HSVNDate::dateWithAPRTime(status.ood_last_cmt_date));
+    if (status.ood_last_cmt_author) {
+        record->setOutOfDateLastCommitAuthor(status.ood_last_cmt_author);
     }
-    if (status->entry) {
-        record->takeEntry(*status->entry, version, texts);
+    if (status.entry) {
+        record->takeEntry(*status.entry, version);
     }
-    if (status->repos_lock) {
-        record->setRepositoryLock(std::make_shared<HSVNLock>(status->repos_lock));
+    if (status.repos_lock) {
+        record->setRepositoryLock(std::make_shared<HSVNLock>(status.repos_lock));
     }
-    record->takeFurtherFields(*status, version);
+    record->takeFurtherFields(status, version);
     return record;
 }
 
@@ -403,12 +431,10 @@ void HSVNStatus::takeFurtherFields(const svn_wc_status2_t& status, const HSVNVer
     }
 }
 
-void HSVNStatus::takeEntry(const svn_wc_entry_t& entry, const HSVNVersion& version, HSVNTextCache* texts)
+void HSVNStatus::takeEntry(const svn_wc_entry_t& entry, const HSVNVersion& version)
 {
     _lastChangedRevision = HSVNRevisionNumberFromSubversion(entry.cmt_rev);
-    _lastChangedDate = HSVNDate::dateWithAPRTime(entry.cmt_date);
-    _lastChangedAuthor =
-        texts ? texts->sharedText(entry.cmt_author) : HSVNMakeSharedText(HSVNTextOrNil(entry.cmt_author));
+    setLastChangedDate(HSVNDate::dateWithAPRTime(entry.cmt_date));
     _flags.deleted = entry.deleted != 0;
     _flags.absent = entry.absent != 0;
     _flags.hasProperties = entry.has_props != 0;
@@ -424,8 +450,8 @@ void HSVNStatus::takeEntry(const svn_wc_entry_t& entry, const HSVNVersion& versi
         setConflictWorkingVersion(HSVNTextOrNil(entry.conflict_wrk));
         setPropertyRejectFilePath(HSVNTextOrNil(entry.prejfile));
     }
-    _upToDateTextDate = HSVNDate::dateWithAPRTime(entry.text_time);
-    _upToDatePropertyDate = HSVNDate::dateWithAPRTime(entry.prop_time);
+    setUpToDateTextDate(HSVNDate::dateWithAPRTime(entry.text_time));
+    setUpToDatePropertyDate(HSVNDate::dateWithAPRTime(entry.prop_time));
     if (const auto bytes = entry.checksum ? packed(entry.checksum) : std::nullopt) {
         _flags.hasPackedChecksum = true;
         _packedChecksum = *bytes;

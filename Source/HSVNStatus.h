@@ -1,16 +1,15 @@
 #pragma once
 
 #include "HSVNCoder.h"
-#include "HSVNCompactDate.h"
 #include "HSVNExport.h"
 #include "HSVNForward.h"
 #include "HSVNRareFields.h"
-#include "HSVNSharedText.h"
 #include "HSVNStatusKind.h"
 #include "HSVNTypes.h"
 
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -104,13 +103,10 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     /// Revision, date and author of the item's last commit, as the working copy knows it.
     HSVNRevisionNumber lastChangedRevision() const { return _lastChangedRevision; }
     void setLastChangedRevision(HSVNRevisionNumber revision) { _lastChangedRevision = revision; }
-    std::optional<HSVNDate> lastChangedDate() const { return _lastChangedDate.value(); }
-    void setLastChangedDate(const std::optional<HSVNDate>& date) { _lastChangedDate = date; }
-    std::optional<std::string> lastChangedAuthor() const { return HSVNTextValue(_lastChangedAuthor); }
+    std::optional<HSVNDate> lastChangedDate() const;
+    void setLastChangedDate(const std::optional<HSVNDate>& date);
+    std::optional<std::string> lastChangedAuthor() const;
     void setLastChangedAuthor(std::optional<std::string> author);
-    /// The author's text itself, to be shared with other records.
-    const HSVNSharedText& sharedLastChangedAuthor() const { return _lastChangedAuthor; }
-    void setSharedLastChangedAuthor(HSVNSharedText author) { _lastChangedAuthor = std::move(author); }
 
     /// Revision, date and author of the last commit in the repository; `HSVNInvalidRevision` and nil when the item is
     /// up to date or the repository was not asked.
@@ -143,10 +139,10 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     void setPropertyRejectFilePath(std::optional<std::string> fileName);
 
     /// When the text, or the properties, were last known to be unchanged.
-    std::optional<HSVNDate> upToDateTextDate() const { return _upToDateTextDate.value(); }
-    void setUpToDateTextDate(const std::optional<HSVNDate>& date) { _upToDateTextDate = date; }
-    std::optional<HSVNDate> upToDatePropertyDate() const { return _upToDatePropertyDate.value(); }
-    void setUpToDatePropertyDate(const std::optional<HSVNDate>& date) { _upToDatePropertyDate = date; }
+    std::optional<HSVNDate> upToDateTextDate() const;
+    void setUpToDateTextDate(const std::optional<HSVNDate>& date);
+    std::optional<HSVNDate> upToDatePropertyDate() const;
+    void setUpToDatePropertyDate(const std::optional<HSVNDate>& date);
     /// Checksum of the unchanged text, as Subversion writes it (MD5 in hexadecimal digits).
     std::optional<std::string> checksum() const;
     void setChecksum(std::optional<std::string> checksum);
@@ -203,12 +199,11 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     ///
     /// @param status   as Subversion's status callback receives it; not null ("status != NULL"); read, not kept
     /// @param version  the version of the bundle that made it, which tells the fields it has
-    /// @param texts    makes equal authors of a scan one text; null makes a text of its own
     /// @throws HSVNInvalidArgumentException for a copy-from URL that cannot be parsed
-    static HSVNStatusRef statusWithSVNStatus(const svn_wc_status2_t* status, const HSVNVersion& version,
-                                             HSVNTextCache* texts = nullptr);
+    static HSVNStatusRef statusWithSVNStatus(const svn_wc_status2_t* status, const HSVNVersion& version);
 
   private:
+    friend class HSVNStatusNodeMaker;
     struct Rare;
     struct Flags
     {
@@ -229,7 +224,10 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     };
 
     static HSVNStatusRef withKinds(HSVNStatusKind text, HSVNStatusKind property);
-    void takeEntry(const svn_wc_entry_t& entry, const HSVNVersion& version, HSVNTextCache* texts);
+    /// The author is that of the record, as a text that records may share.
+    static HSVNStatusRef recordOf(const svn_wc_status2_t& status, const HSVNVersion& version,
+                                  std::shared_ptr<const std::string> author);
+    void takeEntry(const svn_wc_entry_t& entry, const HSVNVersion& version);
     void takeFurtherFields(const svn_wc_status2_t& status, const HSVNVersion& version);
 
     HSVNStatusKind _textStatus = HSVNStatusKindNone;
@@ -242,10 +240,11 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     Flags _flags;
     HSVNRevisionNumber _revision = HSVNInvalidRevision;
     HSVNRevisionNumber _lastChangedRevision = HSVNInvalidRevision;
-    HSVNCompactDate _lastChangedDate;
-    HSVNSharedText _lastChangedAuthor;
-    HSVNCompactDate _upToDateTextDate;
-    HSVNCompactDate _upToDatePropertyDate;
+    static constexpr std::int64_t noDate = std::numeric_limits<std::int64_t>::min();
+    std::int64_t _lastChangedDate = noDate; // in microseconds since 1970, as the other dates
+    std::shared_ptr<const std::string> _lastChangedAuthor;
+    std::int64_t _upToDateTextDate = noDate;
+    std::int64_t _upToDatePropertyDate = noDate;
     std::array<std::uint8_t, 16> _packedChecksum{}; // of the usual form: 32 lower-case hexadecimal digits
     HSVNRareFields<Rare> _rare;
 };

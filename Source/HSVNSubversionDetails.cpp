@@ -7,10 +7,10 @@ HSVNSubversionDetails HSVNReadSubversionDetails(const std::optional<std::string>
                                                 const HSVNContextRef& context)
 {
     HSVNOperation operation{context, "HSVNSubversionDetails", "readWithContext:", {{"context", context}}};
-    HSVNBundleExtensions::VersionDetails found{};
-    operation.check(operation.extension(&HSVNBundleExtensions::version_details)(
-        &found, configurationFolder ? operation.cString(*configurationFolder) : nullptr, withSystem ? 1 : 0,
-        operation.pool()));
+    HSVNLineFunctions::VersionDetails found{};
+    operation.call(&HSVNLineFunctions::version_details, &found,
+                   configurationFolder ? operation.cString(*configurationFolder) : nullptr, withSystem ? 1 : 0,
+                   operation.pool());
     HSVNSubversionDetails details{found.number,
                                   found.buildDate,
                                   found.buildTime,
@@ -26,7 +26,7 @@ HSVNSubversionDetails HSVNReadSubversionDetails(const std::optional<std::string>
         details.keyrings.emplace_back(APR_ARRAY_IDX(found.keyrings, index, const char*));
     }
     for (int index = 0; index < found.libraries->nelts; ++index) {
-        const auto& library = APR_ARRAY_IDX(found.libraries, index, HSVNBundleExtensions::LinkedLibrary);
+        const auto& library = APR_ARRAY_IDX(found.libraries, index, HSVNLineFunctions::LinkedLibrary);
         details.libraries.push_back({library.name, library.compiledVersion, HSVNTextOrNil(library.runtimeVersion)});
     }
     return details;

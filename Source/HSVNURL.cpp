@@ -192,11 +192,11 @@ HSVNURL::HSVNURL(const HSVNPathRef& path) : HSVNURL{textOf(path)} {}
 
 HSVNURL::HSVNURL(HSVNCoder* decoder) : HSVNPath{decoder}, _url{normalized(decoder->decodeRequiredString("string"))} {}
 
-HSVNURL::HSVNURL(HSVNTrustedText, std::string url) : _url{std::move(url)} {}
+HSVNURL::HSVNURL(const Trusted& /*key*/, std::string url) : _url{std::move(url)} {}
 
 HSVNURLRef HSVNURLOfTrustedText(std::string url)
 {
-    return std::make_shared<HSVNURL>(HSVNTrustedText{}, std::move(url));
+    return std::make_shared<HSVNURL>(HSVNURL::Trusted{}, std::move(url));
 }
 
 HSVNURLRef HSVNURL::URLWithString(const std::string& string) { return std::make_shared<HSVNURL>(string); }

@@ -55,7 +55,8 @@ class HSVN_EXPORT HSVNURL : public HSVNPath
     /// @throws HSVNInvalidArgumentException for a text that is missing or no URL
     explicit HSVNURL(HSVNCoder* decoder);
     /// For texts known to be well formed by where they come from.
-    HSVNURL(HSVNTrustedText trusted, std::string url);
+    HSVNURL(const Trusted& key, std::string url);
+    friend HSVNURLRef HSVNURLOfTrustedText(std::string url);
 
     const std::string& string() const override { return _url; }
     /// The URL with its escapes decoded; those that are no UTF-8 or a NUL stay.

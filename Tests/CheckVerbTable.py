@@ -52,7 +52,7 @@ def rows():
                           for name in re.findall(r"\b(HSVN\w+)\((?:HSVNOperation|HSVNRevisionChange)&", header))]
         bodies = [path for path in bodies if path.name != "Operation.cpp"]
         reached = text + "".join(path.read_text(encoding="utf-8") for path in bodies)
-        places = re.findall(r"HSVNBundleExtensions::(\w+)", reached)
+        places = re.findall(r"&HSVN\w+Functions::(\w+)", reached)
         fills = "|".join(places) or "^$"
         calls = files_with(rf"(?:->|\bclient\.){verb}\(", program)
         # A file of the verb's name before any other, then the one with the most calls.

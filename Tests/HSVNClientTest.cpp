@@ -20,6 +20,7 @@
 #include "HSVNUpdateOptions.h"
 #include "HSVNVersion.h"
 #include "Internal/Client.h"
+#include "Internal/KeptException.h"
 #include "Internal/Pool.h"
 #include "ReasonOf.h"
 #include "SvnServer.h"
@@ -923,11 +924,11 @@ TEST_F(NotificationTest, KeepsAnExceptionForTheOperationAndStopsIt)
 {
     record.revision = svn_revnum_t{1} << 32;
     EXPECT_EQ(send(), nullptr) << "a revision number that does not fit is refused";
-    EXPECT_TRUE(client->hasKeptException());
+    EXPECT_TRUE(HSVNKeptException::isIn(*client));
     const HSVNBundleScope current{client->bundle()};
     svn_error_t* stop = HSVNClientInternals::queryContinue(client.get());
     ASSERT_NE(stop, nullptr);
     EXPECT_EQ(stop->apr_err, SVN_ERR_CANCELLED);
     HSVNCurrentEntryPoints().error_clear(stop);
-    EXPECT_THROW(std::rethrow_exception(client->takeKeptException()), HSVNPlatformException);
+    EXPECT_THROW(std::rethrow_exception(HSVNKeptException::take(*client)), HSVNPlatformException);
 }

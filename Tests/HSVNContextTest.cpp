@@ -3,6 +3,7 @@
 #include "HSVNBundleLoader.h"
 #include "HSVNException.h"
 #include "HSVNStringProperties.h"
+#include "Internal/KeptException.h"
 #include "Internal/Pool.h"
 #include "TemporaryFolder.h"
 
@@ -124,15 +125,15 @@ TEST_F(Context, SplitsIgnorePatternsAtLineEndsAndTabsOnly)
 TEST_F(Context, KeepsTheFirstExceptionOfItsCallbacks)
 {
     HSVNContext context{_bundle};
-    context.keepException(std::make_exception_ptr(HSVNGenericException("first")));
-    context.keepException(std::make_exception_ptr(HSVNGenericException("second")));
-    EXPECT_TRUE(context.hasKeptException());
+    HSVNKeptException::keep(context, std::make_exception_ptr(HSVNGenericException("first")));
+    HSVNKeptException::keep(context, std::make_exception_ptr(HSVNGenericException("second")));
+    EXPECT_TRUE(HSVNKeptException::isIn(context));
     try {
-        std::rethrow_exception(context.takeKeptException());
+        std::rethrow_exception(HSVNKeptException::take(context));
     } catch (const HSVNGenericException& exception) {
         EXPECT_EQ(exception.reason(), "first");
     }
-    EXPECT_EQ(context.takeKeptException(), nullptr);
+    EXPECT_EQ(HSVNKeptException::take(context), nullptr);
 }
 
 TEST(ContextOfTheLibrarysBundles, TakesTheNewest)

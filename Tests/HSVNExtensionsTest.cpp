@@ -44,23 +44,43 @@ std::string refusalOfLog(const HSVNBundleExtensions* extensions)
     return "";
 }
 
+/// The tables of the installed bundle, to be cut short.
+struct ShorterTables
+{
+    HSVNReadingFunctions reading = *installedBundle()->extensions()->reading;
+    HSVNBundleExtensions families = *installedBundle()->extensions();
+
+    ShorterTables() { families.reading = &reading; }
+};
+
 TEST(Extensions, AnOperationThatTheBundleDoesNotOfferNamesItselfAndTheLine)
 {
-    HSVNBundleExtensions table = *installedBundle()->extensions();
-    EXPECT_EQ(refusalOfLog(&table), "");
-    table.client_log = nullptr;
-    const std::string refusal = refusalOfLog(&table);
+    ShorterTables tables;
+    EXPECT_EQ(refusalOfLog(&tables.families), "");
+    tables.reading.client_log = nullptr;
+    const std::string refusal = refusalOfLog(&tables.families);
     EXPECT_THAT(refusal, HasSubstr("[HSVNContext log]: 'mergedRevisions' is not offered by the bundle of Subversion "));
-    EXPECT_NE(refusalOfLog(nullptr), "");
+    EXPECT_EQ(refusalOfLog(nullptr), refusal);
 }
 
-TEST(Extensions, ATableThatEndsBeforeAPlaceDoesNotOfferIt)
+TEST(Extensions, AFamilyThatEndsBeforeAPlaceDoesNotOfferIt)
 {
-    HSVNBundleExtensions table = *installedBundle()->extensions();
-    table.size = offsetof(HSVNBundleExtensions, client_log);
-    EXPECT_NE(refusalOfLog(&table), "");
-    table.size += sizeof(table.client_log);
-    EXPECT_EQ(refusalOfLog(&table), "");
+    ShorterTables tables;
+    tables.reading.size = offsetof(HSVNReadingFunctions, client_log);
+    EXPECT_NE(refusalOfLog(&tables.families), "");
+    tables.reading.size += sizeof(tables.reading.client_log);
+    EXPECT_EQ(refusalOfLog(&tables.families), "");
+}
+
+TEST(Extensions, AFamilyThatTheBundleDoesNotHaveOffersNothing)
+{
+    ShorterTables tables;
+    tables.families.size = offsetof(HSVNBundleExtensions, reading);
+    EXPECT_NE(refusalOfLog(&tables.families), "") << "a bundle from before the family";
+    tables.families.size += sizeof(tables.families.reading);
+    EXPECT_EQ(refusalOfLog(&tables.families), "");
+    tables.families.reading = nullptr;
+    EXPECT_NE(refusalOfLog(&tables.families), "");
 }
 
 TEST(Extensions, ANullContextIsRefusedByEveryOperation)
@@ -77,6 +97,9 @@ TEST(Extensions, RevisionsAreReadAsTheCommandLineReadsThem)
     EXPECT_EQ(range->first->number(), 2);
     EXPECT_TRUE(range->second->isEqual(HSVNRevision::HEAD()));
     EXPECT_FALSE(HSVNArguments::parseRevisions("1:2:3", context));
+    const auto dated = HSVNArguments::parse("a@{2001-02-03T04:05:06.789012Z}", context).pegRevision;
+    EXPECT_EQ(dated->SVNRevision().value.date % 1'000'000, 789012) << "of two revisions in a second it finds the first";
+    EXPECT_EQ(dated->copy()->SVNRevision().value.date, dated->SVNRevision().value.date);
     EXPECT_EQ(HSVNArguments::parse("a@b@7", context).target, "a@b");
 }
 

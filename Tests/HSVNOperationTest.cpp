@@ -2,6 +2,7 @@
 #include "HSVNBundleProxy.h"
 #include "HSVNException.h"
 #include "HSVNLocalPath.h"
+#include "Internal/KeptException.h"
 #include "Internal/Operation.h"
 #include "ReasonOf.h"
 #include "TemporaryFolder.h"
@@ -60,7 +61,7 @@ TEST_F(OperationFrame, ThrowsWhatACallbackKeptRatherThanTheErrorItBecame)
         HSVNGuardCallback(*_context, []() -> svn_error_t* { throw HSVNInvalidArgumentException("of the callback"); });
     ASSERT_NE(error, nullptr);
     EXPECT_EQ(error->apr_err, SVN_ERR_CANCELLED);
-    EXPECT_TRUE(_context->hasKeptException());
+    EXPECT_TRUE(HSVNKeptException::isIn(*_context));
     EXPECT_EQ(thrownBy<HSVNInvalidArgumentException>(operation, error), "of the callback");
     EXPECT_EQ(thrownBy<HSVNPlatformException>(operation, nullptr), "(nothing was thrown)");
 
@@ -73,18 +74,18 @@ TEST_F(OperationFrame, ThrowsWhatACallbackKeptRatherThanTheErrorItBecame)
 TEST_F(OperationFrame, RunsInsideACallbackOfItsOwnContext)
 {
     HSVNOperation outer{_context, "Class", "outer:", {}};
-    _context->keepException(std::make_exception_ptr(HSVNGenericException("of the outer operation")));
+    HSVNKeptException::keep(*_context, std::make_exception_ptr(HSVNGenericException("of the outer operation")));
     EXPECT_EQ(HSVNGuardCallback(*_context,
                                 [this]() -> svn_error_t* {
                                     HSVNOperation inner{_context, "Class", "inner:", {}};
                                     EXPECT_NO_THROW(inner.check(nullptr));
-                                    _context->keepException(
-                                        std::make_exception_ptr(HSVNGenericException("never asked for")));
+                                    HSVNKeptException::keep(
+                                        *_context, std::make_exception_ptr(HSVNGenericException("never asked for")));
                                     return nullptr;
                                 }),
               nullptr);
     EXPECT_EQ(thrownBy<HSVNGenericException>(outer, nullptr), "of the outer operation");
-    EXPECT_FALSE(_context->hasKeptException());
+    EXPECT_FALSE(HSVNKeptException::isIn(*_context));
 }
 
 TEST_F(OperationFrame, LetsWhatIsWrittenToABrokenPipeFail)

@@ -2,13 +2,17 @@
 #include "HSVNException.h"
 #include "HSVNRevisionRange.h"
 
+#include <cstddef>
 #include <gtest/gtest.h>
+#include <type_traits>
 
 namespace {
 
 HSVNRevisionRef number(HSVNRevisionNumber value) { return HSVNRevision::revisionWithNumber(value); }
 HSVNDate second(std::int64_t seconds) { return HSVNDate::dateWithTimeIntervalSince1970(seconds); }
 HSVNRevisionRef atSecond(std::int64_t seconds) { return HSVNRevision::revisionAtDate(second(seconds)); }
+
+static_assert(!std::is_constructible_v<HSVNRevisionSpec, std::nullptr_t>, "is no decoder");
 
 } // namespace
 

@@ -6,6 +6,7 @@
 #include "HSVNPath.h"
 #include "HSVNURL.h"
 #include "HSVNVersion.h"
+#include "Internal/SharedText.h"
 #include "Internal/Subversion.h"
 #include "SequentialCoder.h"
 
@@ -312,16 +313,13 @@ TEST_F(SVNStatusTest, WithoutAnEntryItsFieldsKeepTheirInitialValues)
     EXPECT_THROW(HSVNStatus::statusWithSVNStatus(nullptr, HSVNVersion::version1_6()), HSVNAssertionException);
 }
 
-TEST_F(SVNStatusTest, RecordsOfOneScanShareTheirAuthors)
+TEST(AuthorsOfAScan, AreOneTextWhereTheyAreEqual)
 {
     HSVNTextCache texts;
-    const auto first = HSVNStatus::statusWithSVNStatus(&status, HSVNVersion::version1_6(), &texts);
     const std::string sameAuthor = "anna";
-    entry.cmt_author = sameAuthor.c_str();
-    const auto second = HSVNStatus::statusWithSVNStatus(&status, HSVNVersion::version1_6(), &texts);
-    EXPECT_EQ(first->sharedLastChangedAuthor(), second->sharedLastChangedAuthor());
-    entry.cmt_author = nullptr;
-    EXPECT_FALSE(HSVNStatus::statusWithSVNStatus(&status, HSVNVersion::version1_6(), &texts)->lastChangedAuthor());
+    EXPECT_EQ(texts.sharedText("anna"), texts.sharedText(sameAuthor.c_str()));
+    EXPECT_NE(texts.sharedText("anna"), texts.sharedText("bert"));
+    EXPECT_EQ(texts.sharedText(nullptr), nullptr);
 }
 
 TEST(StatusArchiveTest, RefusesCodersWithoutKeysAndValuesThatAreNoKinds)

@@ -20,7 +20,7 @@ void openAuthentication(svn_auth_baton_t** baton, const apr_array_header_t* prov
     svn_auth_open(baton, const_cast<apr_array_header_t*>(providers), pool);
 }
 
-void addProviders(apr_array_header_t* providers, const HSVNBundleExtensions::Prompts* prompts, apr_pool_t* pool)
+void addProviders(apr_array_header_t* providers, const HSVNAuthenticationFunctions::Prompts* prompts, apr_pool_t* pool)
 {
     const auto push = [&](svn_auth_provider_object_t* provider) {
         APR_ARRAY_PUSH(providers, svn_auth_provider_object_t*) = provider;
@@ -52,7 +52,7 @@ svn_error_t* forbidUnless(const char* option, svn_auth_baton_t* baton, const cha
 }
 
 svn_error_t* setStoring(svn_auth_baton_t* baton, apr_hash_t* configuration,
-                        const HSVNBundleExtensions::Prompts* prompts)
+                        const HSVNAuthenticationFunctions::Prompts* prompts)
 {
     if (!setStorePrompts(baton, prompts)) {
         return SVN_NO_ERROR;
@@ -64,7 +64,8 @@ svn_error_t* setStoring(svn_auth_baton_t* baton, apr_hash_t* configuration,
     return forbidUnless(SVN_CONFIG_OPTION_STORE_AUTH_CREDS, baton, SVN_AUTH_PARAM_NO_AUTH_CACHE, configuration);
 }
 
-svn_error_t* setDefaults(svn_auth_baton_t* baton, const HSVNBundleExtensions::Authentication* choices, apr_pool_t* pool)
+svn_error_t* setDefaults(svn_auth_baton_t* baton, const HSVNAuthenticationFunctions::Authentication* choices,
+                         apr_pool_t* pool)
 {
     const char* directory = choices->configFolder;
     if (directory != nullptr) {
@@ -97,7 +98,7 @@ void fillAuthentication(HSVNBundleEntryPoints& table)
     table.auth_open = openAuthentication;
 }
 
-void fillAuthenticationExtensions(HSVNBundleExtensions& table)
+void fillAuthentication(HSVNAuthenticationFunctions& table)
 {
     table.auth_add_providers = addProviders;
     table.auth_set_storing = setStoring;

@@ -10,7 +10,7 @@ namespace {
 /// Who takes the lines that an older function tells, and where what the range means is stored.
 struct Blame
 {
-    HSVNBundleExtensions::BlameReceiver receiver;
+    HSVNReadingFunctions::BlameReceiver receiver;
     void* baton;
     svn_revnum_t* first;
     svn_revnum_t* last;
@@ -66,7 +66,7 @@ svn_error_t* receiveLine(void* baton, apr_int64_t line, svn_revnum_t revision, c
 svn_error_t* blame(svn_revnum_t* first, svn_revnum_t* last, const char* target, const svn_opt_revision_t* pegRevision,
                    const svn_opt_revision_t* start, const svn_opt_revision_t* end, const apr_array_header_t* arguments,
                    svn_boolean_t ignoreContentType, [[maybe_unused]] svn_boolean_t mergedRevisions,
-                   HSVNBundleExtensions::BlameReceiver receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
+                   HSVNReadingFunctions::BlameReceiver receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkTarget(&target, pool));
     auto* const choices = svn_diff_file_options_create(pool);
@@ -91,6 +91,6 @@ svn_error_t* blame(svn_revnum_t* first, svn_revnum_t* last, const char* target, 
 
 } // namespace
 
-void fillBlame(HSVNBundleExtensions& table) { table.client_blame = blame; }
+void fillBlame(HSVNReadingFunctions& table) { table.client_blame = blame; }
 
 } // namespace HSVNAdapter

@@ -43,7 +43,7 @@ svn_error_t* checkout3(svn_revnum_t* result, const char* url, const char* path, 
 }
 
 svn_error_t* checkout(svn_revnum_t* result, const char* url, const char* path, const svn_opt_revision_t* pegRevision,
-                      const svn_opt_revision_t* revision, const HSVNBundleExtensions::Updating* choices,
+                      const svn_opt_revision_t* revision, const HSVNUpdateFunctions::Updating* choices,
                       svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     HSVN_CANONICAL_URL(url, pool);
@@ -63,7 +63,7 @@ void fillCheckOut(HSVNBundleEntryPoints& table)
 #endif
 }
 
-void fillCheckOut([[maybe_unused]] HSVNBundleExtensions& table)
+void fillCheckOut([[maybe_unused]] HSVNUpdateFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 5
     table.client_checkout = checkout;

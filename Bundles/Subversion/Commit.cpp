@@ -67,7 +67,7 @@ void fillCommit(HSVNBundleEntryPoints& table)
 #endif
 }
 
-void fillCommit([[maybe_unused]] HSVNBundleExtensions& table)
+void fillCommit([[maybe_unused]] HSVNCommitFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 8
     table.client_commit = commit;

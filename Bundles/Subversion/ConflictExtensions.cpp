@@ -10,7 +10,36 @@
 namespace HSVNAdapter {
 namespace {
 
+#if HSVN_LINE_MINOR >= 5
+svn_error_t* resolveBelow(const char* path, svn_depth_t depth, int choice, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkLocalTarget(&path, pool));
+    return svn_client_resolve(path, depth, static_cast<svn_wc_conflict_choice_t>(choice), ctx, pool);
+}
+#endif
+
 #if HSVN_LINE_MINOR >= 10
+struct ConflictWalk
+{
+    HSVNConflictFunctions::ConflictReceiver receiver;
+    void* baton;
+};
+
+svn_error_t* receiveConflict(void* baton, svn_client_conflict_t* conflict, apr_pool_t* /*pool*/)
+{
+    const auto& walk = *static_cast<ConflictWalk*>(baton);
+    return walk.receiver(walk.baton, svn_client_conflict_get_local_abspath(conflict));
+}
+
+svn_error_t* walkConflicts(const char* path, svn_depth_t depth, HSVNConflictFunctions::ConflictReceiver receiver,
+                           void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkLocalTarget(&path, pool));
+    SVN_ERR(checkAbsoluteTarget(&path, pool));
+    ConflictWalk walk{receiver, baton};
+    return svn_client_conflict_walk(path, depth, receiveConflict, &walk, ctx, pool);
+}
+
 svn_error_t* get(svn_client_conflict_t** conflict, const char* path, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTarget(&path, pool));
@@ -18,7 +47,7 @@ svn_error_t* get(svn_client_conflict_t** conflict, const char* path, svn_client_
     return svn_client_conflict_get(conflict, path, ctx, pool, pool);
 }
 
-svn_error_t* state(HSVNBundleExtensions::ConflictState* state, svn_client_conflict_t* conflict, apr_pool_t* pool)
+svn_error_t* state(HSVNConflictFunctions::ConflictState* state, svn_client_conflict_t* conflict, apr_pool_t* pool)
 {
     apr_array_header_t* properties = nullptr;
     SVN_ERR(svn_client_conflict_get_conflicted(&state->text, &properties, &state->tree, conflict, pool, pool));
@@ -99,10 +128,10 @@ svn_error_t* options(apr_array_header_t** options, svn_client_conflict_t* confli
 {
     apr_array_header_t* own = nullptr;
     SVN_ERR(ownOptions(&own, conflict, kind, ctx, pool));
-    *options = apr_array_make(pool, own->nelts, sizeof(HSVNBundleExtensions::ConflictOption));
+    *options = apr_array_make(pool, own->nelts, sizeof(HSVNConflictFunctions::ConflictOption));
     for (int index = 0; index < own->nelts; ++index) {
         auto* const option = APR_ARRAY_IDX(own, index, svn_client_conflict_option_t*);
-        APR_ARRAY_PUSH(*options, HSVNBundleExtensions::ConflictOption) = {
+        APR_ARRAY_PUSH(*options, HSVNConflictFunctions::ConflictOption) = {
             svn_client_conflict_option_get_id(option), svn_client_conflict_option_get_label(option, pool),
             svn_client_conflict_option_get_description(option, pool)};
     }
@@ -144,7 +173,7 @@ svn_error_t* resolve(svn_client_conflict_t* conflict, int kind, const char* prop
     }
 }
 
-svn_error_t* files(HSVNBundleExtensions::ConflictSides<const char*>* files, svn_client_conflict_t* conflict,
+svn_error_t* files(HSVNConflictFunctions::ConflictSides<const char*>* files, svn_client_conflict_t* conflict,
                    apr_pool_t* pool)
 {
     SVN_ERR(requireConflict(conflict, svn_wc_conflict_kind_text, nullptr, pool));
@@ -152,7 +181,7 @@ svn_error_t* files(HSVNBundleExtensions::ConflictSides<const char*>* files, svn_
                                                  conflict, pool, pool);
 }
 
-svn_error_t* values(HSVNBundleExtensions::ConflictSides<const svn_string_t*>* values, svn_client_conflict_t* conflict,
+svn_error_t* values(HSVNConflictFunctions::ConflictSides<const svn_string_t*>* values, svn_client_conflict_t* conflict,
                     const char* property, apr_pool_t* pool)
 {
     SVN_ERR(requireConflict(conflict, svn_wc_conflict_kind_property, property, pool));
@@ -190,9 +219,13 @@ svn_error_t* chooseMoveTarget(svn_client_conflict_t* conflict, int id, svn_boole
 
 } // namespace
 
-void fillConflictExtensions([[maybe_unused]] HSVNBundleExtensions& table)
+void fillConflicts([[maybe_unused]] HSVNConflictFunctions& table)
 {
+#if HSVN_LINE_MINOR >= 5
+    table.client_resolve = resolveBelow;
+#endif
 #if HSVN_LINE_MINOR >= 10
+    table.conflict_walk = walkConflicts;
     table.conflict_get = get;
     table.conflict_state = state;
     table.conflict_description = description;

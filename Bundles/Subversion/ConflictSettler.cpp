@@ -8,7 +8,7 @@ namespace {
 svn_error_t* choose(svn_wc_conflict_result_t** result, const svn_wc_conflict_description2_t* conflict, void* baton,
                     apr_pool_t* resultPool, apr_pool_t* /*scratchPool*/)
 {
-    const auto& choosing = *static_cast<const HSVNBundleExtensions::Choosing*>(baton);
+    const auto& choosing = *static_cast<const HSVNConflictFunctions::Choosing*>(baton);
     int choice = svn_wc_conflict_choose_postpone;
     SVN_ERR(choosing.choose(choosing.baton, &choice, conflict));
     *result = svn_wc_create_conflict_result(static_cast<svn_wc_conflict_choice_t>(choice), nullptr, resultPool);
@@ -17,12 +17,12 @@ svn_error_t* choose(svn_wc_conflict_result_t** result, const svn_wc_conflict_des
 
 } // namespace
 
-ConflictSettler::ConflictSettler(svn_client_ctx_t* ctx, const HSVNBundleExtensions::Choosing* choosing)
+ConflictSettler::ConflictSettler(svn_client_ctx_t* ctx, const HSVNConflictFunctions::Choosing* choosing)
     : _ctx{ctx}, _function{ctx->conflict_func2}, _baton{ctx->conflict_baton2}
 {
     if (choosing != nullptr) {
         ctx->conflict_func2 = choose;
-        ctx->conflict_baton2 = const_cast<HSVNBundleExtensions::Choosing*>(choosing);
+        ctx->conflict_baton2 = const_cast<HSVNConflictFunctions::Choosing*>(choosing);
     }
 }
 

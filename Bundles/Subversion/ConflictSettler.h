@@ -12,7 +12,7 @@ class ConflictSettler
 {
   public:
     /// @param choosing  null asks nobody
-    ConflictSettler(svn_client_ctx_t* ctx, const HSVNBundleExtensions::Choosing* choosing);
+    ConflictSettler(svn_client_ctx_t* ctx, const HSVNConflictFunctions::Choosing* choosing);
     ~ConflictSettler();
     ConflictSettler(const ConflictSettler&) = delete;
     ConflictSettler& operator=(const ConflictSettler&) = delete;

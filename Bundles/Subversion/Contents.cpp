@@ -57,6 +57,6 @@ svn_error_t* cat(svn_stream_t* out, const char* target, const svn_opt_revision_t
 
 } // namespace
 
-void fillContents(HSVNBundleExtensions& table) { table.client_cat = cat; }
+void fillContents(HSVNReadingFunctions& table) { table.client_cat = cat; }
 
 } // namespace HSVNAdapter

@@ -205,7 +205,7 @@ svn_error_t* copy(const apr_array_header_t* sources, const char* destination, sv
     SVN_ERR(refuseTargetBelowDirectoryLink(destination, pool));
     auto* pointers = apr_array_make(pool, sources->nelts, sizeof(svn_client_copy_source_t*));
     for (int index = 0; index < sources->nelts; ++index) {
-        const auto& source = APR_ARRAY_IDX(sources, index, HSVNBundleExtensions::CopySource);
+        const auto& source = APR_ARRAY_IDX(sources, index, HSVNCommitFunctions::CopySource);
         auto* pointer = static_cast<svn_client_copy_source_t*>(apr_pcalloc(pool, sizeof(svn_client_copy_source_t)));
         pointer->path = source.path;
         SVN_ERR(checkTarget(&pointer->path, pool));
@@ -227,7 +227,7 @@ void fillCopyAndMove(HSVNBundleEntryPoints& table)
     table.client_move4 = move4;
 }
 
-void fillCopyAndMove([[maybe_unused]] HSVNBundleExtensions& table)
+void fillCopyAndMove([[maybe_unused]] HSVNCommitFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 8
     table.client_move = move;

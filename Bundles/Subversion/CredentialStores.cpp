@@ -5,7 +5,7 @@
 namespace HSVNAdapter {
 namespace {
 
-using Prompts = HSVNBundleExtensions::Prompts;
+using Prompts = HSVNAuthenticationFunctions::Prompts;
 
 /// The baton's parameter that holds the prompts.
 constexpr const char* promptsParameter = "hsvn:prompts";
@@ -196,7 +196,7 @@ svn_auth_provider_object_t* passwordStores(apr_pool_t* pool) { return makeStores
 
 svn_auth_provider_object_t* passphraseStores(apr_pool_t* pool) { return makeStores(passphraseFunctions, TRUE, pool); }
 
-bool setStorePrompts(svn_auth_baton_t* baton, const HSVNBundleExtensions::Prompts* prompts)
+bool setStorePrompts(svn_auth_baton_t* baton, const HSVNAuthenticationFunctions::Prompts* prompts)
 {
     if (prompts != nullptr) {
         svn_auth_set_parameter(baton, promptsParameter, prompts);

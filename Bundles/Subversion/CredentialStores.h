@@ -19,6 +19,6 @@ svn_auth_provider_object_t* passphraseStores(apr_pool_t* pool);
 /// baton without prompts stores nothing unencrypted.
 ///
 /// @return whether the baton has prompts
-bool setStorePrompts(svn_auth_baton_t* baton, const HSVNBundleExtensions::Prompts* prompts);
+bool setStorePrompts(svn_auth_baton_t* baton, const HSVNAuthenticationFunctions::Prompts* prompts);
 
 } // namespace HSVNAdapter

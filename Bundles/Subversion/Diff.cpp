@@ -8,7 +8,7 @@ namespace {
 
 #if HSVN_LINE_MINOR >= 5
 svn_error_t* summarize(const char* target1, const svn_opt_revision_t* revision1, const char* target2,
-                       const svn_opt_revision_t* revision2, const HSVNBundleExtensions::Comparing* choices,
+                       const svn_opt_revision_t* revision2, const HSVNDifferenceFunctions::Comparing* choices,
                        svn_client_diff_summarize_func_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkTarget(&target1, pool));
@@ -18,7 +18,7 @@ svn_error_t* summarize(const char* target1, const svn_opt_revision_t* revision1,
 }
 
 svn_error_t* summarizePeg(const char* target, const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* start,
-                          const svn_opt_revision_t* end, const HSVNBundleExtensions::Comparing* choices,
+                          const svn_opt_revision_t* end, const HSVNDifferenceFunctions::Comparing* choices,
                           svn_client_diff_summarize_func_t receiver, void* baton, svn_client_ctx_t* ctx,
                           apr_pool_t* pool)
 {
@@ -37,14 +37,14 @@ svn_error_t* settleStreams(svn_stream_t** out, svn_stream_t** errors, apr_pool_t
     return *errors == nullptr ? svn_stream_for_stderr(errors, pool) : SVN_NO_ERROR;
 }
 
-const char* headerEncoding(const HSVNBundleExtensions::Comparing& choices)
+const char* headerEncoding(const HSVNDifferenceFunctions::Comparing& choices)
 {
     return choices.headerEncoding != nullptr ? choices.headerEncoding : SVN_APR_LOCALE_CHARSET;
 }
 
 svn_error_t* diff(svn_stream_t* out, svn_stream_t* errors, const char* target1, const svn_opt_revision_t* revision1,
                   const char* target2, const svn_opt_revision_t* revision2,
-                  const HSVNBundleExtensions::Comparing* choices, svn_client_ctx_t* ctx, apr_pool_t* pool)
+                  const HSVNDifferenceFunctions::Comparing* choices, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkTarget(&target1, pool));
     SVN_ERR(checkTarget(&target2, pool));
@@ -58,7 +58,7 @@ svn_error_t* diff(svn_stream_t* out, svn_stream_t* errors, const char* target1, 
 
 svn_error_t* diffPeg(svn_stream_t* out, svn_stream_t* errors, const char* target, const svn_opt_revision_t* pegRevision,
                      const svn_opt_revision_t* start, const svn_opt_revision_t* end,
-                     const HSVNBundleExtensions::Comparing* choices, svn_client_ctx_t* ctx, apr_pool_t* pool)
+                     const HSVNDifferenceFunctions::Comparing* choices, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkTarget(&target, pool));
     SVN_ERR(settleStreams(&out, &errors, pool));
@@ -72,7 +72,7 @@ svn_error_t* diffPeg(svn_stream_t* out, svn_stream_t* errors, const char* target
 
 } // namespace
 
-void fillDiff([[maybe_unused]] HSVNBundleExtensions& table)
+void fillDiff([[maybe_unused]] HSVNDifferenceFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 5
     table.client_diff_summarize = summarize;

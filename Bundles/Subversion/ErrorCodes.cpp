@@ -1,5 +1,6 @@
 #include "ErrorCodes.h"
 
+#include "ExtensionTable.h"
 #include "HSVNStatusCodes.h"
 
 #include <array>
@@ -131,5 +132,7 @@ svn_error_t* smoothed(svn_error_t* error, std::initializer_list<ErrorRule> rules
     const apr_status_t meaning = meaningOf(error);
     return meaning == APR_SUCCESS ? error : withCode(meaning, error);
 }
+
+void fillErrorCodes(HSVNLineFunctions& table) { table.error_meaning = meaningOf; }
 
 } // namespace HSVNAdapter

@@ -82,7 +82,7 @@ svn_error_t* exportPlace(svn_revnum_t* result, const char* from, const char* to,
 
 #if HSVN_LINE_MINOR >= 7
 svn_error_t* exportTree(svn_revnum_t* result, const char* from, const char* to, const svn_opt_revision_t* pegRevision,
-                        const svn_opt_revision_t* revision, const HSVNBundleExtensions::Exporting* choices,
+                        const svn_opt_revision_t* revision, const HSVNUpdateFunctions::Exporting* choices,
                         svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkTarget(&from, pool));
@@ -108,7 +108,7 @@ void fillExport(HSVNBundleEntryPoints& table)
 #endif
 }
 
-void fillExport([[maybe_unused]] HSVNBundleExtensions& table)
+void fillExport([[maybe_unused]] HSVNUpdateFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 7
     table.client_export = exportTree;

@@ -3,44 +3,59 @@
 #include "Internal/BundleExtensions.h"
 #include "SubversionLine.h"
 
-// Places of the second table that have sources of their own.
+// Each family of the second table is filled by the sources that hold its functions.
 
 namespace HSVNAdapter {
 
-void fillAuthenticationExtensions(HSVNBundleExtensions& table);
-void fillBlame(HSVNBundleExtensions& table);
-void fillConflictExtensions(HSVNBundleExtensions& table);
-void fillContents(HSVNBundleExtensions& table);
-void fillDiff(HSVNBundleExtensions& table);
+void fillTargets(HSVNTargetFunctions& table);
+
+void fillAuthentication(HSVNAuthenticationFunctions& table);
+void fillStoredCredentials(HSVNAuthenticationFunctions& table);
+void fillTerminalPrompts(HSVNAuthenticationFunctions& table);
+
+void fillBlame(HSVNReadingFunctions& table);
+void fillContents(HSVNReadingFunctions& table);
+void fillInfo(HSVNReadingFunctions& table);
+void fillList(HSVNReadingFunctions& table);
+void fillLog(HSVNReadingFunctions& table);
+
+void fillLayout(HSVNStatusFunctions& table);
+void fillStatus(HSVNStatusFunctions& table);
+void fillStatusOnThreads(HSVNStatusFunctions& table);
+
+void fillProperties(HSVNPropertyFunctions& table);
+void fillPropertyCommits(HSVNPropertyFunctions& table);
+
+void fillPatch(HSVNChangeFunctions& table);
+void fillWorkingCopyChanges(HSVNChangeFunctions& table);
+
+void fillConflicts(HSVNConflictFunctions& table);
+
+void fillCheckOut(HSVNUpdateFunctions& table);
+void fillExport(HSVNUpdateFunctions& table);
+void fillSwitchTo(HSVNUpdateFunctions& table);
+void fillUpdate(HSVNUpdateFunctions& table);
+
+void fillMerge(HSVNMergeFunctions& table);
+void fillMergeInformation(HSVNMergeFunctions& table);
+
+void fillCommit(HSVNCommitFunctions& table);
+void fillCopyAndMove(HSVNCommitFunctions& table);
+void fillImport(HSVNCommitFunctions& table);
+void fillLock(HSVNCommitFunctions& table);
+void fillMakeDirectories(HSVNCommitFunctions& table);
+void fillRemove(HSVNCommitFunctions& table);
+
+void fillDiff(HSVNDifferenceFunctions& table);
+void fillTextComparison(HSVNDifferenceFunctions& table);
+
 #if HSVN_LINE_MINOR >= 7
-void fillNestedDatabases(HSVNBundleExtensions& table);
-void fillOpenWorkingCopies(HSVNBundleExtensions& table);
+void fillNestedDatabases(HSVNDatabaseFunctions& table);
+void fillOpenWorkingCopies(HSVNDatabaseFunctions& table);
 #endif
-void fillLayout(HSVNBundleExtensions& table);
-void fillMergeInformation(HSVNBundleExtensions& table);
-void fillPatch(HSVNBundleExtensions& table);
-void fillPropertyCommits(HSVNBundleExtensions& table);
-void fillLockExtensions(HSVNBundleExtensions& table);
-void fillPropertyExtensions(HSVNBundleExtensions& table);
-void fillList(HSVNBundleExtensions& table);
-void fillLog(HSVNBundleExtensions& table);
-void fillStoredCredentials(HSVNBundleExtensions& table);
-void fillStatus(HSVNBundleExtensions& table);
-void fillStatusOnThreads(HSVNBundleExtensions& table);
-#if HSVN_LINE_MINOR >= 6
-void fillTerminalPrompts(HSVNBundleExtensions& table);
-#endif
-void fillTextComparison(HSVNBundleExtensions& table);
-void fillCheckOut(HSVNBundleExtensions& table);
-void fillCommit(HSVNBundleExtensions& table);
-void fillCopyAndMove(HSVNBundleExtensions& table);
-void fillExport(HSVNBundleExtensions& table);
-void fillImport(HSVNBundleExtensions& table);
-void fillMakeDirectories(HSVNBundleExtensions& table);
-void fillMerge(HSVNBundleExtensions& table);
-void fillRemove(HSVNBundleExtensions& table);
-void fillSwitchTo(HSVNBundleExtensions& table);
-void fillUpdate(HSVNBundleExtensions& table);
-void fillWorkingCopyExtensions(HSVNBundleExtensions& table);
+
+void fillErrorCodes(HSVNLineFunctions& table);
+void fillRepositoryAdministration(HSVNLineFunctions& table);
+void fillVersionDetails(HSVNLineFunctions& table);
 
 } // namespace HSVNAdapter

@@ -155,8 +155,8 @@ apr_array_header_t* rangePointers(const apr_array_header_t* ranges, apr_pool_t* 
     auto* const pointers = apr_array_make(pool, ranges->nelts, sizeof(svn_opt_revision_range_t*));
     for (int index = 0; index < ranges->nelts; ++index) {
         auto* range = static_cast<svn_opt_revision_range_t*>(apr_pcalloc(pool, sizeof(svn_opt_revision_range_t)));
-        range->start = APR_ARRAY_IDX(ranges, index, HSVNBundleExtensions::RevisionRange).start;
-        range->end = APR_ARRAY_IDX(ranges, index, HSVNBundleExtensions::RevisionRange).end;
+        range->start = APR_ARRAY_IDX(ranges, index, HSVNReadingFunctions::RevisionRange).start;
+        range->end = APR_ARRAY_IDX(ranges, index, HSVNReadingFunctions::RevisionRange).end;
         APR_ARRAY_PUSH(pointers, svn_opt_revision_range_t*) = range;
     }
     return pointers;

@@ -40,7 +40,7 @@ svn_error_t* checkWalkDepth(svn_depth_t depth);
 /// ask the working copy. Lines differ in what they make of it, and newer ones assert.
 svn_error_t* settleWalkDepth(svn_depth_t* depth);
 
-/// An array of `HSVNBundleExtensions::RevisionRange` values as the array of pointers that Subversion takes.
+/// An array of `HSVNReadingFunctions::RevisionRange` values as the array of pointers that Subversion takes.
 apr_array_header_t* rangePointers(const apr_array_header_t* ranges, apr_pool_t* pool);
 #endif
 

@@ -10,13 +10,6 @@
 namespace HSVNAdapter {
 namespace {
 
-/// Whether the record lacks what was there: that of a copy tells of its source.
-bool lacksFormer(const svn_client_status_t& status)
-{
-    const bool goes = status.node_status == svn_wc_status_deleted || status.node_status == svn_wc_status_replaced;
-    return goes && status.versioned && !status.copied && status.revision == SVN_INVALID_REVNUM;
-}
-
 std::string_view folderOf(std::string_view path) { return path.substr(0, path.rfind('/')); }
 
 std::string_view relativePath(const WorkingCopyDatabase& database, std::string_view path)
@@ -28,9 +21,6 @@ std::string_view relativePath(const WorkingCopyDatabase& database, std::string_v
 
 void FormerNodes::complete(svn_client_status_t& status, apr_pool_t* pool)
 {
-    if (!lacksFormer(status)) {
-        return;
-    }
     if (status.node_status == svn_wc_status_deleted) {
         completeDeletion(status, pool);
     } else {

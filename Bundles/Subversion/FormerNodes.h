@@ -12,8 +12,8 @@
 
 namespace HSVNAdapter {
 
-/// Adds to the records of a status walk what was until now where an item goes or has taken another's place: a record of
-/// the newest interface does not say, and asking for an older one of each such item takes a walk of its own.
+/// Adds to the record of an item that goes or has taken another's place what was there until now: a record of the
+/// newest interface does not say, and asking for an older one of each such item takes a walk of its own.
 ///
 /// The database tells of plain ones alone; records of others stay as they are.
 class FormerNodes

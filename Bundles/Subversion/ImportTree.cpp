@@ -37,7 +37,7 @@ svn_error_t* importTree(const char* path, const char* url, svn_depth_t depth, sv
 
 void fillImport(HSVNBundleEntryPoints& table) { table.client_import2 = import2; }
 
-void fillImport([[maybe_unused]] HSVNBundleExtensions& table)
+void fillImport([[maybe_unused]] HSVNCommitFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 8
     table.client_import = importTree;

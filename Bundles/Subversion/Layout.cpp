@@ -12,11 +12,11 @@ namespace {
 #if HSVN_LINE_MINOR >= 7
 struct LayoutCall
 {
-    HSVNBundleExtensions::LayoutReceiver receiver;
+    HSVNStatusFunctions::LayoutReceiver receiver;
     void* baton;
 };
 
-svn_error_t* report(void* baton, const HSVNBundleExtensions::LayoutItem& item, apr_pool_t* pool)
+svn_error_t* report(void* baton, const HSVNStatusFunctions::LayoutItem& item, apr_pool_t* pool)
 {
     const auto& call = *static_cast<LayoutCall*>(baton);
     return call.receiver(call.baton, &item, pool);
@@ -55,7 +55,7 @@ svn_error_t* requireCommitted(const char* path, svn_client_ctx_t* ctx, apr_pool_
 }
 
 /// Has Subversion tell what it would tell a server before an update, without one.
-svn_error_t* layout(const char* path, HSVNBundleExtensions::LayoutReceiver receiver, void* baton, svn_client_ctx_t* ctx,
+svn_error_t* layout(const char* path, HSVNStatusFunctions::LayoutReceiver receiver, void* baton, svn_client_ctx_t* ctx,
                     apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTarget(&path, pool));
@@ -70,7 +70,7 @@ svn_error_t* layout(const char* path, HSVNBundleExtensions::LayoutReceiver recei
 
 } // namespace
 
-void fillLayout([[maybe_unused]] HSVNBundleExtensions& table)
+void fillLayout([[maybe_unused]] HSVNStatusFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 7
     table.wc_layout = layout;

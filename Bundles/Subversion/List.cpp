@@ -54,7 +54,7 @@ svn_error_t* list(const char* target, const svn_opt_revision_t* pegRevision, con
 #if HSVN_LINE_MINOR >= 10
 struct Listing
 {
-    HSVNBundleExtensions::ListReceiver receiver;
+    HSVNReadingFunctions::ListReceiver receiver;
     void* baton;
     ListingLocks* locks;
 };
@@ -71,7 +71,7 @@ svn_error_t* receiveListed(void* baton, const char* path, const svn_dirent_t* di
 svn_error_t* listWithExternals(const char* target, const svn_opt_revision_t* pegRevision,
                                const svn_opt_revision_t* revision, const apr_array_header_t* patterns,
                                svn_depth_t depth, apr_uint32_t fields, svn_boolean_t fetchLocks,
-                               svn_boolean_t includeExternals, HSVNBundleExtensions::ListReceiver receiver, void* baton,
+                               svn_boolean_t includeExternals, HSVNReadingFunctions::ListReceiver receiver, void* baton,
                                svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkTarget(&target, pool));
@@ -89,7 +89,7 @@ svn_error_t* listWithExternals(const char* target, const svn_opt_revision_t* peg
 
 void fillList(HSVNBundleEntryPoints& table) { table.client_list = list; }
 
-void fillList([[maybe_unused]] HSVNBundleExtensions& table)
+void fillList([[maybe_unused]] HSVNReadingFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 10
     table.client_list = listWithExternals;

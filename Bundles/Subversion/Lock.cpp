@@ -58,7 +58,7 @@ void fillLock(HSVNBundleEntryPoints& table)
     table.client_unlock = unlock;
 }
 
-void fillLockExtensions(HSVNBundleExtensions& table)
+void fillLock(HSVNCommitFunctions& table)
 {
     table.client_lock = lockAndTell;
     table.client_unlock = unlockAndTell;

@@ -46,7 +46,7 @@ svn_error_t* log3(const apr_array_header_t* targets, const svn_opt_revision_t* p
 svn_error_t* log5(const apr_array_header_t* targets, const svn_opt_revision_t* pegRevision,
                   const apr_array_header_t* ranges, int limit, svn_boolean_t changedPaths, svn_boolean_t stopOnCopy,
                   svn_boolean_t mergedRevisions, const apr_array_header_t* revisionProperties,
-                  HSVNBundleExtensions::LogReceiver receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
+                  HSVNReadingFunctions::LogReceiver receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkLogTargets(&targets, checkTarget, pool));
     return svn_client_log5(targets, pegRevision, rangePointers(ranges, pool), limit, changedPaths, stopOnCopy,
@@ -58,7 +58,7 @@ svn_error_t* log5(const apr_array_header_t* targets, const svn_opt_revision_t* p
 
 void fillLog(HSVNBundleEntryPoints& table) { table.client_log3 = log3; }
 
-void fillLog([[maybe_unused]] HSVNBundleExtensions& table)
+void fillLog([[maybe_unused]] HSVNReadingFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 6
     table.client_log = log5;

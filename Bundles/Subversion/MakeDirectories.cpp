@@ -36,7 +36,7 @@ svn_error_t* mkdir(const apr_array_header_t* targets, svn_boolean_t makeParents,
 
 void fillMakeDirectories(HSVNBundleEntryPoints& table) { table.client_mkdir2 = mkdir2; }
 
-void fillMakeDirectories([[maybe_unused]] HSVNBundleExtensions& table)
+void fillMakeDirectories([[maybe_unused]] HSVNCommitFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 7
     table.client_mkdir = mkdir;

@@ -35,7 +35,7 @@ svn_error_t* merge3(const char* source1, const svn_opt_revision_t* revision1, co
 }
 
 svn_error_t* mergeReintegrate(const char* source, const svn_opt_revision_t* pegRevision, const char* target,
-                              const HSVNBundleExtensions::Merging* choices, svn_client_ctx_t* ctx, apr_pool_t* pool)
+                              const HSVNMergeFunctions::Merging* choices, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkTarget(&source, pool));
     SVN_ERR(checkLocalTarget(&target, pool));
@@ -48,8 +48,8 @@ svn_error_t* mergeReintegrate(const char* source, const svn_opt_revision_t* pegR
 
 #if HSVN_LINE_MINOR >= 8
 svn_error_t* merge(const char* source1, const svn_opt_revision_t* revision1, const char* source2,
-                   const svn_opt_revision_t* revision2, const char* target,
-                   const HSVNBundleExtensions::Merging* choices, svn_client_ctx_t* ctx, apr_pool_t* pool)
+                   const svn_opt_revision_t* revision2, const char* target, const HSVNMergeFunctions::Merging* choices,
+                   svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkTarget(&source1, pool));
     SVN_ERR(checkTarget(&source2, pool));
@@ -62,7 +62,7 @@ svn_error_t* merge(const char* source1, const svn_opt_revision_t* revision1, con
 }
 
 svn_error_t* mergePeg(const char* source, const apr_array_header_t* ranges, const svn_opt_revision_t* pegRevision,
-                      const char* target, const HSVNBundleExtensions::Merging* choices, svn_client_ctx_t* ctx,
+                      const char* target, const HSVNMergeFunctions::Merging* choices, svn_client_ctx_t* ctx,
                       apr_pool_t* pool)
 {
     SVN_ERR(checkTarget(&source, pool));
@@ -86,7 +86,7 @@ void fillMerge(HSVNBundleEntryPoints& table)
 #endif
 }
 
-void fillMerge([[maybe_unused]] HSVNBundleExtensions& table)
+void fillMerge([[maybe_unused]] HSVNMergeFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 5
     table.client_merge_reintegrate = mergeReintegrate;

@@ -5,7 +5,7 @@ namespace HSVNAdapter {
 namespace {
 
 #if HSVN_LINE_MINOR >= 8
-svn_error_t* mergingSummary(HSVNBundleExtensions::MergingSummary* summary, const char* source,
+svn_error_t* mergingSummary(HSVNMergeFunctions::MergingSummary* summary, const char* source,
                             const svn_opt_revision_t* sourceRevision, const char* target,
                             const svn_opt_revision_t* targetRevision, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
@@ -21,7 +21,7 @@ svn_error_t* mergingSummary(HSVNBundleExtensions::MergingSummary* summary, const
 svn_error_t* mergeinfoLog(svn_boolean_t merged, const char* target, const svn_opt_revision_t* targetRevision,
                           const char* source, const svn_opt_revision_t* sourceRevision, const svn_opt_revision_t* start,
                           const svn_opt_revision_t* end, svn_boolean_t changedPaths, svn_depth_t depth,
-                          const apr_array_header_t* revisionProperties, HSVNBundleExtensions::LogReceiver receiver,
+                          const apr_array_header_t* revisionProperties, HSVNReadingFunctions::LogReceiver receiver,
                           void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkTarget(&source, pool));
@@ -34,7 +34,7 @@ svn_error_t* mergeinfoLog(svn_boolean_t merged, const char* target, const svn_op
 
 } // namespace
 
-void fillMergeInformation([[maybe_unused]] HSVNBundleExtensions& table)
+void fillMergeInformation([[maybe_unused]] HSVNMergeFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 8
     table.client_merging_summary = mergingSummary;

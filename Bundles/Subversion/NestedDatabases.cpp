@@ -61,7 +61,7 @@ svn_error_t* useOwnDatabases(svn_client_ctx_t* ctx, apr_pool_t* poolAround, svn_
 
 } // namespace
 
-void fillNestedDatabases(HSVNBundleExtensions& table) { table.use_own_databases = useOwnDatabases; }
+void fillNestedDatabases(HSVNDatabaseFunctions& table) { table.use_own_databases = useOwnDatabases; }
 
 } // namespace HSVNAdapter
 

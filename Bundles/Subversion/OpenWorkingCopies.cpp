@@ -277,7 +277,7 @@ svn_boolean_t hasUnfinishedWork(const char* path, apr_pool_t* contextPool)
 
 } // namespace
 
-void fillOpenWorkingCopies(HSVNBundleExtensions& table)
+void fillOpenWorkingCopies(HSVNDatabaseFunctions& table)
 {
     table.refresh_working_copies = refreshWorkingCopies;
     table.note_working_copies = noteWorkingCopies;

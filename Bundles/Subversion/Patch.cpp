@@ -44,7 +44,7 @@ svn_error_t* patch(const char* file, const char* directory, svn_boolean_t dryRun
 
 } // namespace
 
-void fillPatch([[maybe_unused]] HSVNBundleExtensions& table)
+void fillPatch([[maybe_unused]] HSVNChangeFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 7
     table.client_patch = patch;

@@ -97,7 +97,7 @@ svn_error_t* propget(apr_hash_t** properties, apr_array_header_t** inherited, co
 
 svn_error_t* proplist(const char* target, const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
                       svn_depth_t depth, const apr_array_header_t* changelists, svn_boolean_t inherited,
-                      HSVNBundleExtensions::PropertiesReceiver receiver, void* baton, svn_client_ctx_t* ctx,
+                      HSVNPropertyFunctions::PropertiesReceiver receiver, void* baton, svn_client_ctx_t* ctx,
                       apr_pool_t* pool)
 {
     SVN_ERR(checkTarget(&target, pool));
@@ -156,7 +156,7 @@ void fillProperties(HSVNBundleEntryPoints& table)
     table.client_propset2 = propset2;
 }
 
-void fillPropertyExtensions(HSVNBundleExtensions& table)
+void fillProperties(HSVNPropertyFunctions& table)
 {
     table.client_revprop_get = revpropGet;
     table.client_revprop_list = revpropList;

@@ -36,7 +36,7 @@ svn_error_t* setRemotely(const char* name, const svn_string_t* value, const char
 
 } // namespace
 
-void fillPropertyCommits([[maybe_unused]] HSVNBundleExtensions& table)
+void fillPropertyCommits([[maybe_unused]] HSVNPropertyFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 6
     table.client_revprop_replace = replaceRevisionProperty;

@@ -110,7 +110,7 @@ svn_error_t* remove(const apr_array_header_t* targets, svn_boolean_t force, svn_
 
 void fillRemove(HSVNBundleEntryPoints& table) { table.client_delete2 = delete2; }
 
-void fillRemove([[maybe_unused]] HSVNBundleExtensions& table)
+void fillRemove([[maybe_unused]] HSVNCommitFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 7
     table.client_delete = remove;

@@ -1,6 +1,8 @@
 #include "CanonicalPaths.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
+#include "ExtensionTable.h"
+#include "ExtensionTargets.h"
 
 #include <string_view>
 
@@ -24,6 +26,18 @@ svn_error_t* createRepository(svn_repos_t** repository, const char* path, const 
     return svn_repos_create(repository, path, unused1, unused2, config, fileSystemConfig, pool);
 }
 
+svn_error_t* createConfiguredRepository(const char* path, const apr_array_header_t* configuration, apr_pool_t* pool)
+{
+    SVN_ERR(checkLocalTarget(&path, pool));
+    auto* const hash = apr_hash_make(pool);
+    for (int index = 0; index + 1 < configuration->nelts; index += 2) {
+        apr_hash_set(hash, APR_ARRAY_IDX(configuration, index, const char*), APR_HASH_KEY_STRING,
+                     APR_ARRAY_IDX(configuration, index + 1, const char*));
+    }
+    svn_repos_t* repository = nullptr;
+    return svn_repos_create(&repository, path, nullptr, nullptr, nullptr, hash, pool);
+}
+
 svn_error_t* deleteRepository(const char* path, apr_pool_t* pool)
 {
     HSVN_CANONICAL_PATH(path, pool);
@@ -43,5 +57,7 @@ void fillRepositoryAdministration(HSVNBundleEntryPoints& table)
     table.repos_create = createRepository;
     table.repos_delete = deleteRepository;
 }
+
+void fillRepositoryAdministration(HSVNLineFunctions& table) { table.repos_create = createConfiguredRepository; }
 
 } // namespace HSVNAdapter

@@ -1,4 +1,5 @@
 #include "CanonicalPaths.h"
+#include "CompletedStatus.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
 #include "ExtensionTable.h"
@@ -70,24 +71,16 @@ svn_error_t* status2(svn_revnum_t* result, const char* path, const svn_opt_revis
 #endif
 }
 
-#if HSVN_LINE_MINOR >= 7
-svn_error_t* conflicted(svn_boolean_t* text, svn_boolean_t* properties, svn_boolean_t* tree, const char* path,
-                        svn_client_ctx_t* ctx, apr_pool_t* pool)
-{
-    SVN_ERR(checkAbsoluteTarget(&path, pool));
-    return svn_wc_conflicted_p3(text, properties, tree, ctx->wc_ctx, path, pool);
-}
-#endif
-
 #if HSVN_LINE_MINOR >= 9
 svn_error_t* status6(svn_revnum_t* result, svn_client_ctx_t* ctx, const char* path, const svn_opt_revision_t* revision,
                      svn_depth_t depth, svn_boolean_t getAll, svn_boolean_t checkOutOfDate, svn_boolean_t noIgnore,
                      svn_boolean_t ignoreExternals, const apr_array_header_t* changelists,
-                     HSVNBundleExtensions::StatusReceiver receiver, void* baton, apr_pool_t* pool)
+                     HSVNStatusFunctions::StatusReceiver receiver, void* baton, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTarget(&path, pool));
+    CompletedStatus walk{receiver, baton, ctx, pool};
     return svn_client_status6(result, ctx, path, revision, depth, getAll, checkOutOfDate, TRUE, noIgnore,
-                              ignoreExternals, FALSE, changelists, receiver, baton, pool);
+                              ignoreExternals, FALSE, changelists, CompletedStatus::receive, &walk, pool);
 }
 #endif
 
@@ -95,11 +88,8 @@ svn_error_t* status6(svn_revnum_t* result, svn_client_ctx_t* ctx, const char* pa
 
 void fillStatus(HSVNBundleEntryPoints& table) { table.client_status2 = status2; }
 
-void fillStatus([[maybe_unused]] HSVNBundleExtensions& table)
+void fillStatus([[maybe_unused]] HSVNStatusFunctions& table)
 {
-#if HSVN_LINE_MINOR >= 7
-    table.wc_conflicted = conflicted;
-#endif
 #if HSVN_LINE_MINOR >= 9
     table.client_status = status6;
 #endif

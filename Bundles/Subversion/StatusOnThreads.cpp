@@ -4,11 +4,11 @@
 #ifdef HSVN_STANDS_IN_FRONT
 
 #include "CanonicalPaths.h"
+#include "CompletedStatus.h"
 #include "DatabaseConnections.h"
 #include "ErrorCodes.h"
 #include "ExtensionTargets.h"
 #include "FoldersAhead.h"
-#include "FormerNodes.h"
 #include "WalkedFolders.h"
 #include "WorkingCopyPlace.h"
 
@@ -83,9 +83,9 @@ std::unique_ptr<FoldersAhead> foldersAhead(unsigned threads, const svn_client_ct
 class WalkAhead
 {
   public:
-    WalkAhead(FoldersAhead* ahead, svn_client_ctx_t* ctx, HSVNBundleExtensions::StatusReceiver receiver, void* baton,
+    WalkAhead(FoldersAhead* ahead, svn_client_ctx_t* ctx, HSVNStatusFunctions::StatusReceiver receiver, void* baton,
               apr_pool_t* pool)
-        : _folders{ahead}, _formerNodes{pool}, _ctx{ctx}, _receiver{receiver}, _baton{baton}, _cancel{ctx->cancel_func},
+        : _folders{ahead}, _completed{receiver, baton, ctx, pool}, _ctx{ctx}, _cancel{ctx->cancel_func},
           _cancelBaton{ctx->cancel_baton}
     {
         if (_cancel != nullptr) {
@@ -106,22 +106,10 @@ class WalkAhead
     static svn_error_t* receive(void* baton, const char* path, const svn_client_status_t* status, apr_pool_t* pool)
     {
         const WalkedFolders asTheyAre{nullptr};
-        auto& walk = *static_cast<WalkAhead*>(baton);
-        svn_client_status_t completed = *status;
-        walk.complete(completed, pool);
-        return walk._receiver(walk._baton, path, &completed, pool);
+        return CompletedStatus::receive(&static_cast<WalkAhead*>(baton)->_completed, path, status, pool);
     }
 
   private:
-    void complete(svn_client_status_t& status, apr_pool_t* pool)
-    {
-        try {
-            _formerNodes.complete(status, pool);
-        } catch (const std::exception&) {
-            // Out of memory: it is asked for.
-        }
-    }
-
     static svn_error_t* askWhetherToStop(void* baton)
     {
         const WalkedFolders asTheyAre{nullptr};
@@ -130,10 +118,8 @@ class WalkAhead
     }
 
     WalkedFolders _folders;
-    FormerNodes _formerNodes;
+    CompletedStatus _completed;
     svn_client_ctx_t* _ctx;
-    HSVNBundleExtensions::StatusReceiver _receiver;
-    void* _baton;
     svn_cancel_func_t _cancel;
     void* _cancelBaton;
 };
@@ -141,7 +127,7 @@ class WalkAhead
 svn_error_t* statusOnThreads(unsigned threads, svn_revnum_t* result, svn_client_ctx_t* ctx, const char* path,
                              const svn_opt_revision_t* revision, svn_depth_t depth, svn_boolean_t getAll,
                              svn_boolean_t checkOutOfDate, svn_boolean_t noIgnore, svn_boolean_t ignoreExternals,
-                             const apr_array_header_t* changelists, HSVNBundleExtensions::StatusReceiver receiver,
+                             const apr_array_header_t* changelists, HSVNStatusFunctions::StatusReceiver receiver,
                              void* baton, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTarget(&path, pool));
@@ -160,12 +146,12 @@ svn_error_t* statusOnThreads(unsigned threads, svn_revnum_t* result, svn_client_
 
 } // namespace
 
-void fillStatusOnThreads(HSVNBundleExtensions& table) { table.client_status_on_threads = statusOnThreads; }
+void fillStatusOnThreads(HSVNStatusFunctions& table) { table.client_status_on_threads = statusOnThreads; }
 
 } // namespace HSVNAdapter
 
 #else
 
-void HSVNAdapter::fillStatusOnThreads(HSVNBundleExtensions& /*table*/) {}
+void HSVNAdapter::fillStatusOnThreads(HSVNStatusFunctions& /*table*/) {}
 
 #endif

@@ -14,8 +14,8 @@ namespace HSVNAdapter {
 namespace {
 
 #if HSVN_LINE_MINOR >= 8
-svn_error_t* walkCredentials(HSVNBundleExtensions::CredentialReceiver receiver, void* baton, svn_client_ctx_t* ctx,
-                             apr_pool_t* pool)
+svn_error_t* walkCredentials(HSVNAuthenticationFunctions::CredentialReceiver receiver, void* baton,
+                             svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     const void* const given =
         ctx->auth_baton ? svn_auth_get_parameter(ctx->auth_baton, SVN_AUTH_PARAM_CONFIG_DIR) : nullptr;
@@ -29,7 +29,7 @@ svn_error_t* walkCredentials(HSVNBundleExtensions::CredentialReceiver receiver, 
 #endif
 
 #if HSVN_LINE_MINOR >= 9
-svn_error_t* certificateDetails(HSVNBundleExtensions::CertificateDetails* details, const svn_string_t* text,
+svn_error_t* certificateDetails(HSVNAuthenticationFunctions::CertificateDetails* details, const svn_string_t* text,
                                 apr_pool_t* pool)
 {
     const svn_string_t* const bytes = svn_base64_decode_string(text, pool);
@@ -47,7 +47,7 @@ svn_error_t* certificateDetails(HSVNBundleExtensions::CertificateDetails* detail
 
 } // namespace
 
-void fillStoredCredentials([[maybe_unused]] HSVNBundleExtensions& table)
+void fillStoredCredentials([[maybe_unused]] HSVNAuthenticationFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 8
     table.config_walk_credentials = walkCredentials;

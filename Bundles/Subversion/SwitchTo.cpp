@@ -7,7 +7,7 @@ namespace {
 
 #if HSVN_LINE_MINOR >= 7
 svn_error_t* switchTo(svn_revnum_t* result, const char* path, const char* url, const svn_opt_revision_t* pegRevision,
-                      const svn_opt_revision_t* revision, const HSVNBundleExtensions::Updating* choices,
+                      const svn_opt_revision_t* revision, const HSVNUpdateFunctions::Updating* choices,
                       svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     HSVN_CANONICAL_URL(url, pool);
@@ -20,7 +20,7 @@ svn_error_t* switchTo(svn_revnum_t* result, const char* path, const char* url, c
 
 } // namespace
 
-void fillSwitchTo([[maybe_unused]] HSVNBundleExtensions& table)
+void fillSwitchTo([[maybe_unused]] HSVNUpdateFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 7
     table.client_switch = switchTo;

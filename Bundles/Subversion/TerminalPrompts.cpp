@@ -13,7 +13,7 @@ namespace {
 /// What the prompts of an authentication baton are given.
 struct Prompting
 {
-    HSVNBundleExtensions::CancelFunction cancel;
+    HSVNAuthenticationFunctions::CancelFunction cancel;
     void* baton;
     void (*before)() noexcept;
 };
@@ -25,9 +25,9 @@ svn_error_t* cancelPrompt(void* baton)
     return prompting.cancel == nullptr ? SVN_NO_ERROR : prompting.cancel(prompting.baton);
 }
 
-svn_error_t* createAuthBaton(svn_auth_baton_t** baton, const HSVNBundleExtensions::Authentication* choices,
-                             svn_config_t* config, HSVNBundleExtensions::CancelFunction cancel, void* cancelBaton,
-                             apr_pool_t* pool)
+svn_error_t* createAuthBaton(svn_auth_baton_t** baton, const HSVNAuthenticationFunctions::Authentication* choices,
+                             svn_config_t* config, HSVNAuthenticationFunctions::CancelFunction cancel,
+                             void* cancelBaton, apr_pool_t* pool)
 {
     const char* folder = choices->configFolder;
     if (folder != nullptr) {
@@ -48,11 +48,15 @@ svn_error_t* createAuthBaton(svn_auth_baton_t** baton, const HSVNBundleExtension
 }
 
 } // namespace
-
-void fillTerminalPrompts(HSVNBundleExtensions& table) { table.cmdline_create_auth_baton = createAuthBaton; }
-
 } // namespace HSVNAdapter
 #endif
+
+void HSVNAdapter::fillTerminalPrompts([[maybe_unused]] HSVNAuthenticationFunctions& table)
+{
+#if HSVN_LINE_MINOR >= 6
+    table.cmdline_create_auth_baton = createAuthBaton;
+#endif
+}
 
 #ifdef HSVN_STANDS_IN_FRONT
 

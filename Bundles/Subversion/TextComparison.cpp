@@ -36,7 +36,7 @@ svn_error_t* outputUnified(svn_stream_t* out, svn_diff_t* diff, const char* orig
 
 } // namespace
 
-void fillTextComparison(HSVNBundleExtensions& table)
+void fillTextComparison(HSVNDifferenceFunctions& table)
 {
     table.diff_file_diff3 = diffThreeFiles;
 #if HSVN_LINE_MINOR >= 5

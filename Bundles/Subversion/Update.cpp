@@ -46,7 +46,7 @@ svn_error_t* update3(apr_array_header_t** results, const apr_array_header_t* pat
 
 #if HSVN_LINE_MINOR >= 7
 svn_error_t* update(apr_array_header_t** revisions, const apr_array_header_t* targets,
-                    const svn_opt_revision_t* revision, const HSVNBundleExtensions::Updating* choices,
+                    const svn_opt_revision_t* revision, const HSVNUpdateFunctions::Updating* choices,
                     svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTargets(&targets, pool));
@@ -67,7 +67,7 @@ void fillUpdate(HSVNBundleEntryPoints& table)
 #endif
 }
 
-void fillUpdate([[maybe_unused]] HSVNBundleExtensions& table)
+void fillUpdate([[maybe_unused]] HSVNUpdateFunctions& table)
 {
 #if HSVN_LINE_MINOR >= 7
     table.client_update = update;

@@ -1,4 +1,4 @@
-#include "VersionDetails.h"
+#include "ExtensionTable.h"
 
 #if HSVN_LINE_MINOR >= 8
 
@@ -64,19 +64,17 @@ apr_array_header_t* availableKeyrings(apr_pool_t* pool)
 
 apr_array_header_t* linkedLibraries(const svn_version_extended_t* version, apr_pool_t* pool)
 {
-    auto* const result = apr_array_make(pool, 8, sizeof(HSVNBundleExtensions::LinkedLibrary));
+    auto* const result = apr_array_make(pool, 8, sizeof(HSVNLineFunctions::LinkedLibrary));
     const apr_array_header_t* const libraries = svn_version_ext_linked_libs(version);
     for (int index = 0; libraries && index < libraries->nelts; ++index) {
         const auto& library = APR_ARRAY_IDX(libraries, index, svn_version_ext_linked_lib_t);
-        APR_ARRAY_PUSH(result, HSVNBundleExtensions::LinkedLibrary) = {library.name, library.compiled_version,
-                                                                       library.runtime_version};
+        APR_ARRAY_PUSH(result, HSVNLineFunctions::LinkedLibrary) = {library.name, library.compiled_version,
+                                                                    library.runtime_version};
     }
     return result;
 }
 
-} // namespace
-
-svn_error_t* versionDetails(HSVNBundleExtensions::VersionDetails* details, const char* configFolder,
+svn_error_t* versionDetails(HSVNLineFunctions::VersionDetails* details, const char* configFolder,
                             svn_boolean_t withSystem, apr_pool_t* pool)
 {
     const svn_version_extended_t* const version = svn_version_extended(withSystem, pool);
@@ -99,6 +97,14 @@ svn_error_t* versionDetails(HSVNBundleExtensions::VersionDetails* details, const
     return SVN_NO_ERROR;
 }
 
+} // namespace
 } // namespace HSVNAdapter
 
 #endif
+
+void HSVNAdapter::fillVersionDetails([[maybe_unused]] HSVNLineFunctions& table)
+{
+#if HSVN_LINE_MINOR >= 8
+    table.version_details = versionDetails;
+#endif
+}

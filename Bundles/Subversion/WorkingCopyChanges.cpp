@@ -13,12 +13,6 @@ namespace HSVNAdapter {
 namespace {
 
 #if HSVN_LINE_MINOR >= 5
-svn_error_t* resolve(const char* path, svn_depth_t depth, int choice, svn_client_ctx_t* ctx, apr_pool_t* pool)
-{
-    SVN_ERR(checkLocalTarget(&path, pool));
-    return svn_client_resolve(path, depth, static_cast<svn_wc_conflict_choice_t>(choice), ctx, pool);
-}
-
 svn_error_t* addToChangelist(const apr_array_header_t* paths, const char* changelist, svn_depth_t depth,
                              const apr_array_header_t* changelists, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
@@ -105,29 +99,6 @@ svn_error_t* vacuum(const char* path, svn_boolean_t removeUnversioned, svn_boole
 }
 #endif
 
-#if HSVN_LINE_MINOR >= 10
-struct ConflictWalk
-{
-    HSVNBundleExtensions::ConflictReceiver receiver;
-    void* baton;
-};
-
-svn_error_t* receiveConflict(void* baton, svn_client_conflict_t* conflict, apr_pool_t* /*pool*/)
-{
-    const auto& walk = *static_cast<ConflictWalk*>(baton);
-    return walk.receiver(walk.baton, svn_client_conflict_get_local_abspath(conflict));
-}
-
-svn_error_t* walkConflicts(const char* path, svn_depth_t depth, HSVNBundleExtensions::ConflictReceiver receiver,
-                           void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
-{
-    SVN_ERR(checkLocalTarget(&path, pool));
-    SVN_ERR(checkAbsoluteTarget(&path, pool));
-    ConflictWalk walk{receiver, baton};
-    return svn_client_conflict_walk(path, depth, receiveConflict, &walk, ctx, pool);
-}
-#endif
-
 #if HSVN_LINE_MINOR >= 11
 svn_error_t* revert(const apr_array_header_t* paths, svn_depth_t depth, const apr_array_header_t* changelists,
                     svn_boolean_t clearChangelists, svn_boolean_t metadataOnly, svn_boolean_t keepAdded,
@@ -141,25 +112,11 @@ svn_error_t* revert(const apr_array_header_t* paths, svn_depth_t depth, const ap
 }
 #endif
 
-svn_error_t* createRepository(const char* path, const apr_array_header_t* configuration, apr_pool_t* pool)
-{
-    SVN_ERR(checkLocalTarget(&path, pool));
-    auto* const hash = apr_hash_make(pool);
-    for (int index = 0; index + 1 < configuration->nelts; index += 2) {
-        apr_hash_set(hash, APR_ARRAY_IDX(configuration, index, const char*), APR_HASH_KEY_STRING,
-                     APR_ARRAY_IDX(configuration, index + 1, const char*));
-    }
-    svn_repos_t* repository = nullptr;
-    return svn_repos_create(&repository, path, nullptr, nullptr, nullptr, hash, pool);
-}
-
 } // namespace
 
-void fillWorkingCopyExtensions(HSVNBundleExtensions& table)
+void fillWorkingCopyChanges([[maybe_unused]] HSVNChangeFunctions& table)
 {
-    table.repos_create = createRepository;
 #if HSVN_LINE_MINOR >= 5
-    table.client_resolve = resolve;
     table.client_add_to_changelist = addToChangelist;
     table.client_remove_from_changelists = removeFromChangelists;
 #endif
@@ -173,9 +130,6 @@ void fillWorkingCopyExtensions(HSVNBundleExtensions& table)
 #if HSVN_LINE_MINOR >= 9
     table.client_cleanup = cleanup;
     table.client_vacuum = vacuum;
-#endif
-#if HSVN_LINE_MINOR >= 10
-    table.conflict_walk = walkConflicts;
 #endif
 #if HSVN_LINE_MINOR >= 11
     table.client_revert = revert;

@@ -6,7 +6,7 @@
 
 void HSVNAdd(HSVNOperation& operation, const apr_array_header_t* targets, const HSVNAddChoices& choices)
 {
-    if (const auto add = operation.newest(&HSVNBundleExtensions::client_add)) {
+    if (const auto add = operation.newest(&HSVNChangeFunctions::client_add)) {
         const svn_depth_t depth = HSVNDepthForSubversion(choices.depth);
         HSVNForEachText(targets, [&](const char* target) {
             operation.check(add(target, depth, choices.force, !choices.matchIgnorePatterns,

@@ -274,6 +274,17 @@ struct HSVNBundleEntryPoints
 };
 
 static_assert(sizeof(HSVNBundleEntryPoints) == 91 * sizeof(void (*)()), "the table has 91 places");
+#define HSVN_REQUIRE_PLACE(number, member)                                                                             \
+    static_assert(offsetof(HSVNBundleEntryPoints, member) == (number) * sizeof(void (*)()), #member)
+HSVN_REQUIRE_PLACE(3, apr_palloc);
+HSVN_REQUIRE_PLACE(17, pool_create);
+HSVN_REQUIRE_PLACE(32, client_add3);
+HSVN_REQUIRE_PLACE(46, client_info);
+HSVN_REQUIRE_PLACE(57, client_status2);
+HSVN_REQUIRE_PLACE(64, client_get_simple_provider);
+HSVN_REQUIRE_PLACE(75, wc_check_wc);
+HSVN_REQUIRE_PLACE(88, stream_close);
+#undef HSVN_REQUIRE_PLACE
 
 extern "C" {
 /// What a bundle's shared object exports under the name `HSVNBundlePrincipalObject`: starts the bundle's Subversion

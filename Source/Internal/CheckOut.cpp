@@ -29,10 +29,10 @@ svn_boolean_t recurseForDepth(HSVNDepth depth)
 svn_error_t* callCheckOut(HSVNOperation& operation, svn_revnum_t* result, const char* url, const char* path,
                           const HSVNRevisionRecords& revisions, const HSVNCheckOutChoices& choices)
 {
-    if (const auto checkOut = operation.newest(&HSVNBundleExtensions::client_checkout)) {
-        const HSVNBundleExtensions::Updating record{.depth = HSVNDepthForSubversion(choices.depth),
-                                                    .ignoreExternals = !choices.processExternals,
-                                                    .allowObstructions = choices.allowObstructions};
+    if (const auto checkOut = operation.newest(&HSVNUpdateFunctions::client_checkout)) {
+        const HSVNUpdateFunctions::Updating record{.depth = HSVNDepthForSubversion(choices.depth),
+                                                   .ignoreExternals = !choices.processExternals,
+                                                   .allowObstructions = choices.allowObstructions};
         return checkOut(result, url, path, &revisions.peg, &revisions.operative, &record, operation.ctx(),
                         operation.pool());
     }

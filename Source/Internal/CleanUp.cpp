@@ -5,7 +5,7 @@
 void HSVNCleanUp(HSVNOperation& operation, const std::string& directory, const HSVNCleanUpChoices& choices)
 {
     const char* const path = operation.cString(directory);
-    if (const auto cleanUp = operation.newest(&HSVNBundleExtensions::client_cleanup)) {
+    if (const auto cleanUp = operation.newest(&HSVNChangeFunctions::client_cleanup)) {
         operation.check(cleanUp(path, choices.breakLocks, choices.fixTimestamps, choices.clearWebCache,
                                 choices.vacuumPristines, choices.includeExternals, operation.ctx(), operation.pool()));
         return;

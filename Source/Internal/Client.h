@@ -22,11 +22,12 @@ struct HSVNClientInternals
     /// Adds what the bundle offers beyond the providers that every line has.
     ///
     /// @return the client's prompts, in its pool
-    static const HSVNBundleExtensions::Prompts* addFurtherProviders(HSVNClient& client, apr_array_header_t* providers);
+    static const HSVNAuthenticationFunctions::Prompts* addFurtherProviders(HSVNClient& client,
+                                                                           apr_array_header_t* providers);
     /// Lets the client's authentication store what its configuration allows.
     ///
     /// @param prompts  of an authentication just opened; null when the configuration was read again
-    static void obeyStoring(HSVNClient& client, const HSVNBundleExtensions::Prompts* prompts);
+    static void obeyStoring(HSVNClient& client, const HSVNAuthenticationFunctions::Prompts* prompts);
 
     static svn_error_t* promptForCredentials(svn_auth_cred_simple_t** answer, void* baton, const char* realm,
                                              const char* username, svn_boolean_t maySave, apr_pool_t* pool) noexcept;

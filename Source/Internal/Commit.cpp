@@ -28,7 +28,7 @@ HSVNCommitResult HSVNCommit(HSVNRevisionChange& change, const apr_array_header_t
                             const HSVNCommitChoices& choices)
 {
     auto& operation = change.operation();
-    if (const auto commit = operation.newest(&HSVNBundleExtensions::client_commit)) {
+    if (const auto commit = operation.newest(&HSVNCommitFunctions::client_commit)) {
         return change.finish(commit(targets, HSVNDepthForSubversion(choices.depth), choices.keepLocks,
                                     choices.keepChangelists, choices.includeExternals,
                                     HSVNFilterArray(operation, choices.changelists), change.properties(),

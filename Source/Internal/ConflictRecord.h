@@ -25,7 +25,7 @@ class HSVNConflictChoosing
     HSVNConflictChoosing& operator=(const HSVNConflictChoosing&) = delete;
 
     /// What the call is handed: null when nobody is asked.
-    const HSVNBundleExtensions::Choosing* record() const { return _chooser ? &_record : nullptr; }
+    const HSVNConflictFunctions::Choosing* record() const { return _chooser ? &_record : nullptr; }
 
   private:
     static svn_error_t* choose(void* baton, int* choice, const svn_wc_conflict_description2_t* conflict);
@@ -33,5 +33,5 @@ class HSVNConflictChoosing
 
     HSVNOperation& _operation;
     const HSVNConflictChooser& _chooser;
-    HSVNBundleExtensions::Choosing _record;
+    HSVNConflictFunctions::Choosing _record;
 };

@@ -7,7 +7,7 @@ void HSVNContents(HSVNOperation& operation, svn_stream_t* out, const std::string
 {
     const HSVNRevisionRecords revisions{revision};
     const char* const item = operation.cString(target);
-    if (const auto contents = operation.newest(&HSVNBundleExtensions::client_cat)) {
+    if (const auto contents = operation.newest(&HSVNReadingFunctions::client_cat)) {
         operation.check(contents(out, item, &revisions.peg, &revisions.operative, choices.expandKeywords,
                                  operation.ctx(), operation.pool()));
         return;

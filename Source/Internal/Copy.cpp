@@ -5,10 +5,10 @@
 
 namespace {
 
-/// The sources as `HSVNBundleExtensions::CopySource` values.
+/// The sources as `HSVNCommitFunctions::CopySource` values.
 apr_array_header_t* sourceArray(HSVNOperation& operation, const std::vector<HSVNTargetInRevision>& sources)
 {
-    using Source = HSVNBundleExtensions::CopySource;
+    using Source = HSVNCommitFunctions::CopySource;
     auto* const array = operation->apr_array_make(operation.pool(), static_cast<int>(sources.size()), sizeof(Source));
     for (const auto& source : sources) {
         *static_cast<Source*>(operation->apr_array_push(array)) = {operation.changed(source.target.text()),
@@ -56,7 +56,7 @@ HSVNCommitResult HSVNCopy(HSVNRevisionChange& change, const std::vector<HSVNTarg
                           const std::string& destination, const HSVNCopyChoices& choices)
 {
     auto& operation = change.operation();
-    if (const auto copy = operation.newest(&HSVNBundleExtensions::client_copy)) {
+    if (const auto copy = operation.newest(&HSVNCommitFunctions::client_copy)) {
         const auto* const records = sourceArray(operation, sources);
         return change.finish(copy(records, operation.changed(destination), choices.asChild, choices.makeParents,
                                   !choices.processExternals, choices.pinExternals, change.properties(),

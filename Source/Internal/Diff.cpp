@@ -39,7 +39,7 @@ HSVNDiffEnds HSVNEndsOf(const HSVNDiffRevisions& revisions)
     return {revisions.first->SVNRevision(), revisions.second->SVNRevision()};
 }
 
-HSVNBundleExtensions::Comparing HSVNRecordOfChoices(const HSVNOperation& operation, const HSVNDiffChoices& choices)
+HSVNDifferenceFunctions::Comparing HSVNRecordOfChoices(const HSVNOperation& operation, const HSVNDiffChoices& choices)
 {
     const bool isConfigured = choices.program == HSVNDiffProgram::Configured && !choices.arguments;
     const auto arguments = choices.arguments.value_or(std::vector<std::string>{});
@@ -53,35 +53,35 @@ HSVNBundleExtensions::Comparing HSVNRecordOfChoices(const HSVNOperation& operati
             .propertiesOnly = choices.propertiesOnly,
             .gitFormat = choices.gitFormat,
             .arguments = isConfigured ? nullptr : HSVNTextArray(operation, arguments),
-            .changelists = HSVNFilterArray(operation, choices.changelists)};
+            .changelists = HSVNFilterArray(operation, choices.changelists),
+            .headerEncoding = nullptr};
 }
 
 void HSVNWriteDiff(HSVNOperation& operation, const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
                    const HSVNDiffChoices& choices, const HSVNDiffOutput& output)
 {
-    const auto function = operation.extension(&HSVNBundleExtensions::client_diff);
     const auto ends = HSVNEndsOf(first, second);
     auto record = HSVNRecordOfChoices(operation, choices);
     record.headerEncoding = output.headerEncoding;
     const Output out{operation, output.text};
     const Output err{operation, output.errors};
-    operation.check(function(out.streamOrNull(), err.streamOrNull(), operation.cString(first.target.text()),
-                             &ends.first, operation.cString(second.target.text()), &ends.second, &record,
-                             operation.ctx(), operation.pool()));
+    operation.call(&HSVNDifferenceFunctions::client_diff, out.streamOrNull(), err.streamOrNull(),
+                   operation.cString(first.target.text()), &ends.first, operation.cString(second.target.text()),
+                   &ends.second, &record, operation.ctx(), operation.pool());
 }
 
 void HSVNWriteDiff(HSVNOperation& operation, const HSVNTargetInRevision& target, const HSVNDiffRevisions& revisions,
                    const HSVNDiffChoices& choices, const HSVNDiffOutput& output)
 {
-    const auto function = operation.extension(&HSVNBundleExtensions::client_diff_peg);
     const auto peg = HSVNRevisionOfTarget(target.target, *target.revision->pegRevision());
     const auto ends = HSVNEndsOf(revisions);
     auto record = HSVNRecordOfChoices(operation, choices);
     record.headerEncoding = output.headerEncoding;
     const Output out{operation, output.text};
     const Output err{operation, output.errors};
-    operation.check(function(out.streamOrNull(), err.streamOrNull(), operation.cString(target.target.text()), &peg,
-                             &ends.first, &ends.second, &record, operation.ctx(), operation.pool()));
+    operation.call(&HSVNDifferenceFunctions::client_diff_peg, out.streamOrNull(), err.streamOrNull(),
+                   operation.cString(target.target.text()), &peg, &ends.first, &ends.second, &record, operation.ctx(),
+                   operation.pool());
 }
 
 void HSVNWriteOlderDiff(HSVNOperation& operation, const HSVNTargetInRevision& target,

@@ -24,7 +24,7 @@ HSVNDiffEnds HSVNEndsOf(const HSVNTargetInRevision& first, const HSVNTargetInRev
 HSVNDiffEnds HSVNEndsOf(const HSVNDiffRevisions& revisions);
 
 /// The choices as Subversion takes them, in the operation's pool.
-HSVNBundleExtensions::Comparing HSVNRecordOfChoices(const HSVNOperation& operation, const HSVNDiffChoices& choices);
+HSVNDifferenceFunctions::Comparing HSVNRecordOfChoices(const HSVNOperation& operation, const HSVNDiffChoices& choices);
 
 /// Who takes a text, and how its headers are encoded.
 struct HSVNDiffOutput

@@ -94,8 +94,8 @@ svn_diff_t* compareFiles(HSVNOperation& operation, Texts& texts, const svn_diff_
     if (texts.size() == 2) {
         operation.check(operation->diff_file_diff_2(&difference, paths[0], paths[1], options, operation.pool()));
     } else {
-        const auto compare = operation.extension(&HSVNBundleExtensions::diff_file_diff3);
-        operation.check(compare(&difference, paths[0], paths[1], paths[2], options, operation.pool()));
+        operation.call(&HSVNDifferenceFunctions::diff_file_diff3, &difference, paths[0], paths[1], paths[2], options,
+                       operation.pool());
     }
     requireUnchanged(texts);
     return difference;
@@ -105,7 +105,7 @@ svn_diff_t* compareFiles(HSVNOperation& operation, Texts& texts, const svn_diff_
 svn_diff_t* compareInMemory(HSVNOperation& operation, const Texts& texts, const svn_diff_file_options_t* options)
 {
     const auto compare =
-        HSVNExtensionOrNull(operation.context()->bundle()->extensions(), &HSVNBundleExtensions::diff_texts);
+        HSVNExtensionOrNull(operation.context()->bundle()->extensions(), &HSVNDifferenceFunctions::diff_texts);
     if (!compare || !std::all_of(texts.begin(), texts.end(), [](const auto& text) { return text.bytes(); })) {
         return nullptr;
     }
@@ -142,7 +142,7 @@ void HSVNWriteUnified(HSVNOperation& operation, svn_stream_t* out, Texts& texts,
 {
     const bool needsMore = argumentsOf(options) != *options.choices().arguments;
     const auto writeMore =
-        HSVNExtensionOrNull(operation.context()->bundle()->extensions(), &HSVNBundleExtensions::diff_output_unified);
+        HSVNExtensionOrNull(operation.context()->bundle()->extensions(), &HSVNDifferenceFunctions::diff_output_unified);
     operation.refuse(needsMore && !writeMore, options.showFunctions() ? "showFunctions" : "contextLines");
     requireUnchanged(texts);
     svn_diff_t* const difference = compareFiles(operation, texts, recordOf(operation, argumentsOf(options)));

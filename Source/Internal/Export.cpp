@@ -11,12 +11,12 @@ svn_error_t* callExport(HSVNOperation& operation, svn_revnum_t* result, const ch
 {
     const char* const endOfLine = choices.nativeEndOfLine ? operation.cString(*choices.nativeEndOfLine) : nullptr;
     const svn_boolean_t ignoreExternals = !choices.processExternals;
-    if (const auto exportTree = operation.newest(&HSVNBundleExtensions::client_export)) {
-        const HSVNBundleExtensions::Exporting record{.depth = HSVNDepthForSubversion(choices.depth),
-                                                     .overwrite = choices.overwrite,
-                                                     .ignoreExternals = ignoreExternals,
-                                                     .ignoreKeywords = !choices.expandKeywords,
-                                                     .nativeEOL = endOfLine};
+    if (const auto exportTree = operation.newest(&HSVNUpdateFunctions::client_export)) {
+        const HSVNUpdateFunctions::Exporting record{.depth = HSVNDepthForSubversion(choices.depth),
+                                                    .overwrite = choices.overwrite,
+                                                    .ignoreExternals = ignoreExternals,
+                                                    .ignoreKeywords = !choices.expandKeywords,
+                                                    .nativeEOL = endOfLine};
         return exportTree(result, from, to, &revisions.peg, &revisions.operative, &record, operation.ctx(),
                           operation.pool());
     }

@@ -50,11 +50,11 @@ void HSVNForEachText(const apr_array_header_t* array, Body body)
     }
 }
 
-/// The pairs of revisions as an array of `HSVNBundleExtensions::RevisionRange` values.
+/// The pairs of revisions as an array of `HSVNReadingFunctions::RevisionRange` values.
 inline apr_array_header_t* HSVNRangeArray(const HSVNOperation& operation,
                                           const std::vector<std::pair<HSVNRevisionRef, HSVNRevisionRef>>& ranges)
 {
-    using Range = HSVNBundleExtensions::RevisionRange;
+    using Range = HSVNReadingFunctions::RevisionRange;
     auto* const array = operation->apr_array_make(operation.pool(), static_cast<int>(ranges.size()), sizeof(Range));
     for (const auto& [start, end] : ranges) {
         *static_cast<Range*>(operation->apr_array_push(array)) = {start->SVNRevision(), end->SVNRevision()};

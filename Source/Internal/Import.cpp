@@ -8,7 +8,7 @@ HSVNCommitResult HSVNImport(HSVNRevisionChange& change, const std::string& path,
     auto& operation = change.operation();
     const char* const source = operation.changed(path);
     const char* const target = operation.cString(url);
-    if (const auto importTree = operation.newest(&HSVNBundleExtensions::client_import)) {
+    if (const auto importTree = operation.newest(&HSVNCommitFunctions::client_import)) {
         return change.finish(importTree(source, target, HSVNDepthForSubversion(choices.depth),
                                         !choices.matchIgnorePatterns, !choices.automaticProperties,
                                         choices.ignoreUnknownKinds, change.properties(), HSVNRevisionChange::noted,

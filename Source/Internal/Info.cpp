@@ -151,26 +151,14 @@ HSVNItemInfo infoOf(const HSVNOperation& operation, const char* target, const sv
     return info;
 }
 
-struct InfoCall
-{
-    HSVNOperation& operation;
-    const HSVNReceiver<const HSVNItemInfo&>& receiver;
-};
+using InfoCall = HSVNItemsCall<const HSVNItemInfo&>;
 
-svn_error_t* receiveInfo(void* baton, const char* target, const svn_client_info2_t* record, apr_pool_t*)
+/// Of either kind of record.
+template <class Record>
+svn_error_t* receiveInfo(void* baton, const char* target, const Record* record, apr_pool_t*)
 {
     const auto& call = *static_cast<InfoCall*>(baton);
-    return HSVNGuardCallback(*call.operation.context(), [&] {
-        return HSVNHandOver(call.operation, call.receiver, infoOf(call.operation, target, *record));
-    });
-}
-
-svn_error_t* receiveOlderInfo(void* baton, const char* target, const svn_info_t* record, apr_pool_t*)
-{
-    const auto& call = *static_cast<InfoCall*>(baton);
-    return HSVNGuardCallback(*call.operation.context(), [&] {
-        return HSVNHandOver(call.operation, call.receiver, infoOf(call.operation, target, *record));
-    });
+    return call.handOver([&] { return infoOf(call.operation, target, *record); });
 }
 
 } // namespace
@@ -182,16 +170,16 @@ void HSVNInfo(HSVNOperation& operation, const std::string& target, const HSVNRev
     const auto depth = HSVNDepthForSubversion(choices.depth);
     const char* const item = operation.cString(target);
     InfoCall call{operation, receiver};
-    if (const auto info = operation.newest(&HSVNBundleExtensions::client_info)) {
+    if (const auto info = operation.newest(&HSVNReadingFunctions::client_info)) {
         operation.check(info(item, &revisions.peg, &revisions.operative, depth, choices.includeExternals,
-                             HSVNFilterArray(operation, choices.changelists), receiveInfo, &call, operation.ctx(),
-                             operation.pool()));
+                             HSVNFilterArray(operation, choices.changelists), receiveInfo<svn_client_info2_t>, &call,
+                             operation.ctx(), operation.pool()));
         return;
     }
     const bool isRecursive = choices.depth == HSVNDepthInfinity;
     operation.refuse(!isRecursive && choices.depth != HSVNDepthEmpty && choices.depth != HSVNDepthUnknown, "depth");
     operation.refuse(choices.includeExternals, "includeExternals");
     operation.refuse(!choices.changelists.empty(), "changelists");
-    operation.check(operation->client_info(item, &revisions.peg, &revisions.operative, receiveOlderInfo, &call,
+    operation.check(operation->client_info(item, &revisions.peg, &revisions.operative, receiveInfo<svn_info_t>, &call,
                                            isRecursive, operation.ctx(), operation.pool()));
 }

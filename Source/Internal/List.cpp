@@ -138,7 +138,7 @@ svn_error_t* receivePlainItem(void* baton, const char* path, const svn_dirent_t*
 const char* urlOfTarget(const HSVNOperation& operation, const std::string& target)
 {
     const char* url = nullptr;
-    if (const auto urlFromPath = operation.newest(&HSVNBundleExtensions::client_url_from_path)) {
+    if (const auto urlFromPath = operation.newest(&HSVNTargetFunctions::client_url_from_path)) {
         operation->error_clear(urlFromPath(&url, operation.cString(target), operation.pool()));
     }
     return url;
@@ -148,7 +148,7 @@ svn_error_t* callList(HSVNOperation& operation, const char* target, const HSVNRe
                       const HSVNListChoices& choices, ListCall& call)
 {
     const apr_uint32_t fields = choices.allFields ? SVN_DIRENT_ALL : SVN_DIRENT_KIND;
-    if (const auto list = operation.newest(&HSVNBundleExtensions::client_list)) {
+    if (const auto list = operation.newest(&HSVNReadingFunctions::client_list)) {
         std::vector<std::string> patterns;
         std::transform(choices.patterns.begin(), choices.patterns.end(), std::back_inserter(patterns),
                        HSVNString::stringForSearching);

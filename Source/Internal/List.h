@@ -1,8 +1,8 @@
 #pragma once
 
 #include "HSVNReadingChoices.h"
-#include "HSVNSharedText.h"
 #include "Internal/Operation.h"
+#include "Internal/SharedText.h"
 
 /// Makes the nodes of a listing. Keeps what neighbouring items share: their directory and the authors' names.
 class HSVNListedNodeMaker

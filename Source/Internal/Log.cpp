@@ -88,11 +88,9 @@ HSVNLogItemRef itemOf(std::map<std::string, std::string> properties, svn_revnum_
 
 // MARK: Receivers
 
-struct LogCall
+struct LogCall : HSVNItemsCall<const HSVNLogItemRef&>
 {
-    HSVNOperation& operation;
     const HSVNLogChoices& choices;
-    const HSVNReceiver<const HSVNLogItemRef&>& receiver;
 
     bool wants(const char* name) const
     {
@@ -104,16 +102,14 @@ struct LogCall
 svn_error_t* receiveEntry(void* baton, svn_log_entry_t* record, apr_pool_t* pool)
 {
     auto& call = *static_cast<LogCall*>(baton);
-    return HSVNGuardCallback(*call.operation.context(), [&]() -> svn_error_t* {
-        return HSVNHandOver(call.operation, call.receiver, HSVNLogItemOfEntry(call.operation, *record, pool));
-    });
+    return call.handOver([&] { return HSVNLogItemOfEntry(call.operation, *record, pool); });
 }
 
 svn_error_t* receiveMessage(void* baton, apr_hash_t* changedPaths, svn_revnum_t revision, const char* author,
                             const char* date, const char* message, apr_pool_t* pool)
 {
     auto& call = *static_cast<LogCall*>(baton);
-    return HSVNGuardCallback(*call.operation.context(), [&]() -> svn_error_t* {
+    return call.handOver([&] {
         std::map<std::string, std::string> properties;
         for (const auto& [name, value] :
              {std::pair{authorName, author}, std::pair{dateName, date}, std::pair{messageName, message}})
@@ -124,7 +120,7 @@ svn_error_t* receiveMessage(void* baton, apr_hash_t* changedPaths, svn_revnum_t 
         }
         const auto item = itemOf(std::move(properties), revision, pool);
         addPlainChanges(*item, changedPaths, pool);
-        return HSVNHandOver(call.operation, call.receiver, item);
+        return item;
     });
 }
 
@@ -181,8 +177,8 @@ HSVNLogItemRef HSVNLogItemOfEntry(const HSVNOperation& operation, const svn_log_
 void HSVNLog(HSVNOperation& operation, const apr_array_header_t* targets, const HSVNLogChoices& choices,
              const HSVNReceiver<const HSVNLogItemRef&>& receiver)
 {
-    LogCall call{operation, choices, receiver};
-    if (const auto log = operation.newest(&HSVNBundleExtensions::client_log)) {
+    LogCall call{{operation, receiver}, choices};
+    if (const auto log = operation.newest(&HSVNReadingFunctions::client_log)) {
         const auto peg = pegOf(choices);
         operation.check(log(targets, &peg, HSVNRangeArray(operation, rangesOf(choices)), choices.limit,
                             choices.changedPaths, choices.stopOnCopy, choices.mergedRevisions,

@@ -94,7 +94,7 @@ void HSVNLogChanges::makeObjects() const
     auto objects = std::make_unique<Map>();
     for (std::string_view rest{_block}; !rest.empty();) {
         auto change = takeChange(rest);
-        objects->emplace_hint(objects->end(), change->sharedPath(), change);
+        objects->emplace_hint(objects->end(), change->_path, change);
     }
     _objects = std::move(objects);
     std::string{}.swap(_block);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "HSVNLogPathChange.h"
+#include "Internal/SharedText.h"
 
 #include <map>
 #include <memory>

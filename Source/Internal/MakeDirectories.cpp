@@ -4,7 +4,7 @@ HSVNCommitResult HSVNMakeDirectories(HSVNRevisionChange& change, const apr_array
                                      const HSVNMakeDirectoriesChoices& choices)
 {
     auto& operation = change.operation();
-    if (const auto make = operation.newest(&HSVNBundleExtensions::client_mkdir)) {
+    if (const auto make = operation.newest(&HSVNCommitFunctions::client_mkdir)) {
         return change.finish(make(targets, choices.makeParents, change.properties(), HSVNRevisionChange::noted, &change,
                                   operation.ctx(), operation.pool()));
     }

@@ -11,7 +11,7 @@ namespace {
 svn_error_t* callMerge(HSVNOperation& operation, const HSVNMergeSource& first, const HSVNMergeSource& second,
                        const char* target, const HSVNMergeChoices& choices)
 {
-    if (const auto merge = operation.newest(&HSVNBundleExtensions::client_merge)) {
+    if (const auto merge = operation.newest(&HSVNMergeFunctions::client_merge)) {
         const HSVNMergeRecord record{operation, choices};
         return merge(first.target, &first.revision, second.target, &second.revision, target, record.record(),
                      operation.ctx(), operation.pool());

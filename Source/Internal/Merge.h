@@ -12,11 +12,11 @@ class HSVNMergeRecord
     /// @param choices  outlive the record
     HSVNMergeRecord(HSVNOperation& operation, const HSVNMergeChoices& choices);
 
-    const HSVNBundleExtensions::Merging* record() const { return &_record; }
+    const HSVNMergeFunctions::Merging* record() const { return &_record; }
 
   private:
     HSVNConflictChoosing _choosing;
-    HSVNBundleExtensions::Merging _record;
+    HSVNMergeFunctions::Merging _record;
 };
 
 /// One side of a merge.

@@ -8,7 +8,7 @@ HSVNCommitResult HSVNMove(HSVNRevisionChange& change, const std::vector<std::str
     auto& operation = change.operation();
     const auto* const from = HSVNChangedArray(operation, sources);
     const char* const to = operation.changed(destination);
-    if (const auto move = operation.newest(&HSVNBundleExtensions::client_move)) {
+    if (const auto move = operation.newest(&HSVNCommitFunctions::client_move)) {
         return change.finish(move(from, to, choices.asChild, choices.makeParents, choices.allowMixedRevisions,
                                   change.properties(), HSVNRevisionChange::noted, &change, operation.ctx(),
                                   operation.pool()));

@@ -30,7 +30,7 @@ HSVNComparedText HSVNTextOfItem(const HSVNTargetInRevision& item, const HSVNCont
         return HSVNComparedText::ofBytes("link " + std::filesystem::read_symlink(item.target.text(), ignored).string());
     }
     // A bundle without the second table expands keywords in any case.
-    const bool isOffered = HSVNExtensionOrNull(context->bundle()->extensions(), &HSVNBundleExtensions::client_cat);
+    const bool isOffered = HSVNExtensionOrNull(context->bundle()->extensions(), &HSVNReadingFunctions::client_cat);
     HSVNTemporaryFile file;
     context->contents(item.target, revision, {.expandKeywords = !isOffered},
                       [&file](std::string_view bytes) { file.write(bytes); });

@@ -3,6 +3,7 @@
 #include "HSVNException.h"
 #include "Internal/CString.h"
 #include "Internal/CommittedRevision.h"
+#include "Internal/KeptException.h"
 #include "Internal/ReservedName.h"
 
 #include <algorithm>
@@ -62,7 +63,7 @@ void closeDatabases(const HSVNOperation& operation)
 {
     const auto& context = operation.context();
     if (const auto close =
-            HSVNExtensionOrNull(context->bundle()->extensions(), &HSVNBundleExtensions::close_working_copies))
+            HSVNExtensionOrNull(context->bundle()->extensions(), &HSVNDatabaseFunctions::close_working_copies))
     {
         operation->error_clear(close(operation.ctx(), context->pool(), operation.pool()));
     }
@@ -125,7 +126,7 @@ HSVNOperation::HSVNOperation(const HSVNContextRef& context, std::string_view cla
     : _context{logged(context, className, operation, arguments)}, _use{*_context},
       _name{fmt::format("[{} {}]", className, operation)}, _isVerb{isVerb}, _bundle{context->bundle()},
       _version{HSVNDecidingVersion(*context)}, _entryPoints{&HSVNCurrentEntryPoints()}, _pool{context->pool()},
-      _targets{targetsOf(arguments)}, _outerException{context->takeKeptException()}
+      _targets{targetsOf(arguments)}, _outerException{HSVNKeptException::take(*context)}
 {
     if (_use.isOutermost()) {
         _context->beginOperation();
@@ -141,8 +142,7 @@ HSVNOperation::~HSVNOperation()
 {
     _context->_operation = _outerOperation;
     noteWorkingCopies();
-    _context->takeKeptException();
-    _context->keepException(std::move(_outerException));
+    _context->_keptException = std::move(_outerException);
 }
 
 apr_array_header_t* HSVNOperation::targetsOf(const std::vector<HSVNArgument>& arguments) const
@@ -159,7 +159,7 @@ apr_array_header_t* HSVNOperation::targetsOf(const std::vector<HSVNArgument>& ar
 void HSVNOperation::refreshWorkingCopies()
 {
     if (const auto refresh =
-            HSVNExtensionOrNull(_context->bundle()->extensions(), &HSVNBundleExtensions::refresh_working_copies))
+            HSVNExtensionOrNull(_context->bundle()->extensions(), &HSVNDatabaseFunctions::refresh_working_copies))
     {
         check(refresh(_targets, ctx(), _context->pool(), _pool));
     }
@@ -169,14 +169,15 @@ svn_error_t* HSVNOperation::useOwnDatabases(bool anew) const
 {
     // Null within what is no operation, which has Subversion at no database.
     const HSVNOperation* const around = _context->_operation == this ? _outerOperation : _context->_operation;
-    const auto use = HSVNExtensionOrNull(_context->bundle()->extensions(), &HSVNBundleExtensions::use_own_databases);
+    const auto use = HSVNExtensionOrNull(_context->bundle()->extensions(), &HSVNDatabaseFunctions::use_own_databases);
     return use && around ? use(ctx(), around->pool(), anew, _pool) : nullptr;
 }
 
 void HSVNOperation::noteWorkingCopies() const
 {
     if (const auto note =
-            HSVNExtensionOrNull(_context->bundle()->extensions(), &HSVNBundleExtensions::note_working_copies)) {
+            HSVNExtensionOrNull(_context->bundle()->extensions(), &HSVNDatabaseFunctions::note_working_copies))
+    {
         note(_targets, ctx(), _context->pool(), _pool);
     }
 }
@@ -210,7 +211,7 @@ void HSVNOperation::check(svn_error_t* error)
             _entryPoints->error_clear(useOwnDatabases(true));
         }
     }
-    if (const std::exception_ptr kept = _context->takeKeptException()) {
+    if (const std::exception_ptr kept = HSVNKeptException::take(*_context)) {
         _entryPoints->error_clear(error);
         std::rethrow_exception(kept);
     }
@@ -259,7 +260,7 @@ const char* HSVNOperation::changed(const std::string& target) const
 
 HSVNExceptionRef HSVNExceptionOfError(const HSVNContext& context, svn_error_t* error, bool clear)
 {
-    const auto meaning = HSVNExtensionOrNull(context.bundle()->extensions(), &HSVNBundleExtensions::error_meaning);
+    const auto meaning = HSVNExtensionOrNull(context.bundle()->extensions(), &HSVNLineFunctions::error_meaning);
     const auto code = meaning ? meaning(error) : 0;
     const HSVNExceptionClass* const known = code ? HSVNException::mapClassToAPRStatus(code) : nullptr;
     const HSVNExceptionRef exception = HSVNException::exceptionWithError(error, clear);
@@ -293,7 +294,7 @@ svn_error_t* HSVNGuardCallback(HSVNContext& context, const std::function<svn_err
     try {
         return body();
     } catch (...) {
-        context.keepException(std::current_exception());
+        HSVNKeptException::keep(context, std::current_exception());
         return HSVN_SUBVERSION_ERROR(SVN_ERR_CANCELLED, nullptr);
     }
 }
@@ -304,6 +305,6 @@ void HSVNGuardVoidCallback(HSVNContext& context, const std::function<void()>& bo
     try {
         body();
     } catch (...) {
-        context.keepException(std::current_exception());
+        HSVNKeptException::keep(context, std::current_exception());
     }
 }

@@ -125,10 +125,10 @@ class HSVNOperation
 
     /// A function of the bundle's second table.
     ///
-    /// @param place  the table's member
+    /// @param place  the member of its family
     /// @throws HSVNUnsupportedFeatureException naming the operation and the line when the bundle does not offer it
-    template <class Function>
-    Function extension(Function HSVNBundleExtensions::*place) const
+    template <class Family, class Function>
+    Function extension(Function Family::*place) const
     {
         const auto function = HSVNExtensionOrNull(_context->bundle()->extensions(), place);
         if (!function) {
@@ -137,10 +137,19 @@ class HSVNOperation
         return function;
     }
 
+    /// Calls a function of the bundle's second table and checks what it answers.
+    ///
+    /// @throws as `extension` and `check`
+    template <class Family, class... Parameters, class... Arguments>
+    void call(svn_error_t* (*Family::*place)(Parameters...), Arguments&&... arguments)
+    {
+        check(extension(place)(std::forward<Arguments>(arguments)...));
+    }
+
     /// The function of the bundle's second table that serves a verb. Null for a class operation, which keeps to the
     /// places of the first table, and where the bundle does not offer it: the place of the first table serves then.
-    template <class Function>
-    Function newest(Function HSVNBundleExtensions::*place) const
+    template <class Family, class Function>
+    Function newest(Function Family::*place) const
     {
         return _isVerb ? HSVNExtensionOrNull(_context->bundle()->extensions(), place) : nullptr;
     }
@@ -231,4 +240,30 @@ template <class Item, class Value>
 svn_error_t* HSVNHandOver(HSVNOperation& operation, const HSVNReceiver<Item>& receiver, Value&& item)
 {
     return receiver(std::forward<Value>(item)) ? nullptr : operation.stop();
+}
+
+/// Whom an operation's items go to: the baton of Subversion's callback.
+template <class Item>
+struct HSVNItemsCall
+{
+    HSVNOperation& operation;
+    const HSVNReceiver<Item>& receiver;
+
+    /// What the callback answers: `make` makes the item of Subversion's record.
+    template <class Make>
+    svn_error_t* handOver(Make make) const
+    {
+        return HSVNGuardCallback(*operation.context(), [&] { return HSVNHandOver(operation, receiver, make()); });
+    }
+};
+
+/// All items of an operation.
+///
+/// @param operate  is given the receiver
+template <class Item, class Operate>
+std::vector<Item> HSVNCollected(Operate operate)
+{
+    std::vector<Item> items;
+    operate([&items](const Item& item) { items.push_back(item); });
+    return items;
 }

@@ -21,20 +21,15 @@ std::vector<std::pair<std::string, HSVNPropertyMap>> inheritedOf(const HSVNOpera
     return inherited;
 }
 
-struct PropertiesCall
-{
-    HSVNOperation& operation;
-    const HSVNReceiver<const HSVNItemProperties&>& receiver;
-};
+using PropertiesCall = HSVNItemsCall<const HSVNItemProperties&>;
 
 svn_error_t* receiveProperties(void* baton, const char* path, apr_hash_t* properties, apr_array_header_t* inherited,
                                apr_pool_t*)
 {
     const auto& call = *static_cast<PropertiesCall*>(baton);
-    return HSVNGuardCallback(*call.operation.context(), [&] {
-        const HSVNItemProperties item{path, HSVNPropertiesOfHash(call.operation, properties),
-                                      inheritedOf(call.operation, inherited)};
-        return HSVNHandOver(call.operation, call.receiver, item);
+    return call.handOver([&] {
+        return HSVNItemProperties{path, HSVNPropertiesOfHash(call.operation, properties),
+                                  inheritedOf(call.operation, inherited)};
     });
 }
 
@@ -83,7 +78,7 @@ void HSVNReadProperties(HSVNOperation& operation, const std::string& target, con
 {
     const char* const targetText = operation.cString(target);
     const HSVNRevisionRecords revisions{revision};
-    if (const auto list = operation.newest(&HSVNBundleExtensions::client_proplist)) {
+    if (const auto list = operation.newest(&HSVNPropertyFunctions::client_proplist)) {
         PropertiesCall call{operation, receiver};
         operation.check(list(targetText, &revisions.peg, &revisions.operative, HSVNDepthForSubversion(choices.depth),
                              HSVNFilterArray(operation, choices.changelists), choices.inherited, receiveProperties,
@@ -101,7 +96,7 @@ HSVNPropertyValues HSVNReadProperty(HSVNOperation& operation, const std::string&
     const HSVNRevisionRecords revisions{revision};
     apr_hash_t* values = nullptr;
     apr_array_header_t* inherited = nullptr;
-    if (const auto get = operation.newest(&HSVNBundleExtensions::client_propget)) {
+    if (const auto get = operation.newest(&HSVNPropertyFunctions::client_propget)) {
         try {
             operation.check(get(&values, choices.inherited ? &inherited : nullptr, nameText, targetText, &revisions.peg,
                                 &revisions.operative, HSVNDepthForSubversion(choices.depth),

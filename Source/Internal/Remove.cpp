@@ -4,7 +4,7 @@ HSVNCommitResult HSVNRemove(HSVNRevisionChange& change, const apr_array_header_t
                             const HSVNDeleteChoices& choices, apr_pool_t* pool)
 {
     auto& operation = change.operation();
-    if (const auto remove = operation.newest(&HSVNBundleExtensions::client_delete)) {
+    if (const auto remove = operation.newest(&HSVNCommitFunctions::client_delete)) {
         return change.finish(remove(targets, choices.force, choices.keepLocal, change.properties(),
                                     HSVNRevisionChange::received, &change, operation.ctx(), pool));
     }

@@ -23,7 +23,7 @@ int choiceForSubversion(HSVNResolutionChoice choice)
 void HSVNResolve(HSVNOperation& operation, const apr_array_header_t* targets, const HSVNResolveChoices& choices)
 {
     const int choice = choiceForSubversion(choices.choice);
-    if (const auto resolve = operation.newest(&HSVNBundleExtensions::client_resolve)) {
+    if (const auto resolve = operation.newest(&HSVNConflictFunctions::client_resolve)) {
         const svn_depth_t depth = HSVNDepthForSubversion(choices.depth);
         HSVNForEachText(targets, [&](const char* target) {
             operation.check(resolve(target, depth, choice, operation.ctx(), operation.pool()));

@@ -6,7 +6,7 @@
 
 void HSVNRevert(HSVNOperation& operation, const apr_array_header_t* targets, const HSVNRevertChoices& choices)
 {
-    if (const auto revert = operation.newest(&HSVNBundleExtensions::client_revert)) {
+    if (const auto revert = operation.newest(&HSVNChangeFunctions::client_revert)) {
         operation.check(revert(targets, HSVNDepthForSubversion(choices.depth),
                                HSVNFilterArray(operation, choices.changelists), choices.clearChangelists,
                                choices.metadataOnly, choices.keepAddedItems, operation.ctx(), operation.pool()));

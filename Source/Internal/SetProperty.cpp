@@ -10,7 +10,7 @@ void HSVNSetProperty(HSVNOperation& operation, const apr_array_header_t* targets
 {
     const char* const nameText = operation.cString(name);
     const HSVNPropertyValue record{value};
-    if (const auto set = operation.newest(&HSVNBundleExtensions::client_propset)) {
+    if (const auto set = operation.newest(&HSVNPropertyFunctions::client_propset)) {
         operation.check(set(nameText, record.get(), targets, HSVNDepthForSubversion(choices.depth), choices.force,
                             HSVNFilterArray(operation, choices.changelists), operation.ctx(), operation.pool()));
         return;

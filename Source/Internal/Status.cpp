@@ -6,9 +6,9 @@
 #include "HSVNStatus.h"
 #include "Internal/DepthTranslation.h"
 #include "Internal/ExtensionCall.h"
+#include "Internal/KeptException.h"
 #include "Internal/RevisionNumber.h"
 #include "Internal/StatusScan.h"
-#include "Internal/Text.h"
 
 namespace {
 
@@ -44,73 +44,13 @@ void settleRepositorySide(const StatusCall& call, HSVNStatus& status)
 
 // MARK: Lines from 1.9 on
 
-svn_error_t* readConflicts(const StatusCall& call, HSVNStatus& status, const svn_client_status_t& record,
-                           apr_pool_t* pool)
-{
-    if (!record.conflicted) {
-        return nullptr;
-    }
-    svn_boolean_t text = FALSE;
-    svn_boolean_t properties = FALSE;
-    svn_boolean_t tree = FALSE;
-    const auto read = call.operation.extension(&HSVNBundleExtensions::wc_conflicted);
-    svn_error_t* const error = read(&text, &properties, &tree, record.local_abspath, call.operation.ctx(), pool);
-    status.setTextConflicted(text != FALSE);
-    status.setPropertiesConflicted(properties != FALSE);
-    status.setTreeConflicted(tree != FALSE);
-    return error;
-}
-
-struct FormerRevision
-{
-    const char* path;
-    HSVNNode& node;
-};
-
-void takeFormerRevision(void* baton, const char* path, svn_wc_status2_t* record)
-{
-    const auto& former = *static_cast<const FormerRevision*>(baton);
-    const auto* const entry = record->entry;
-    // 0: nothing was committed there, only what the item took the place of was copied.
-    if (!entry || entry->revision <= 0 || std::string_view{former.path} != path) {
-        return;
-    }
-    auto& status = *former.node.status();
-    status.setRevision(HSVNRevisionNumberFromSubversion(entry->revision));
-    if (status.nodeStatus() == HSVNStatusKindDeleted) {
-        status.setLastChangedRevision(HSVNRevisionNumberFromSubversion(entry->cmt_rev));
-        status.setLastChangedDate(HSVNDate::dateWithAPRTime(entry->cmt_date));
-        status.setLastChangedAuthor(HSVNTextOrNil(entry->cmt_author));
-        former.node.setRevision(status.lastChangedRevision());
-        former.node.setExactDate(HSVNDateOrNil(entry->cmt_date));
-        former.node.setSharedAuthor(status.sharedLastChangedAuthor());
-    }
-}
-
-/// An item that goes, or that took another's place, shows what was there until now, which the record does not say. The
-/// older record does; the item's information tells the revision of the directory that goes with it instead.
-svn_error_t* readFormerRevision(const StatusCall& call, HSVNNode& node, const svn_client_status_t& record,
-                                apr_pool_t* pool)
-{
-    const bool goes = record.node_status == svn_wc_status_deleted || record.node_status == svn_wc_status_replaced;
-    if (!goes || !record.versioned || record.copied || record.revision != SVN_INVALID_REVNUM) {
-        return nullptr;
-    }
-    FormerRevision former{record.local_abspath, node};
-    const svn_opt_revision_t unspecified{svn_opt_revision_unspecified, {}};
-    return call.operation->client_status2(nullptr, former.path, &unspecified, takeFormerRevision, &former, FALSE, TRUE,
-                                          FALSE, TRUE, TRUE, call.operation.ctx(), pool);
-}
-
-svn_error_t* receiveStatus(void* baton, const char* /*path*/, const svn_client_status_t* record, apr_pool_t* pool)
+svn_error_t* receiveStatus(void* baton, const HSVNStatusFunctions::ItemStatus* item, apr_pool_t* pool)
 {
     auto& call = *static_cast<StatusCall*>(baton);
     return HSVNGuardCallback(*call.operation.context(), [&]() -> svn_error_t* {
-        const auto node = call.maker.makeNode(call.maker.makePath(record->local_abspath), *record, pool);
+        const auto node = call.maker.makeNode(call.maker.makePath(item->status->local_abspath), *item, pool);
         settleRepositorySide(call, *node->status());
-        svn_error_t* error = readConflicts(call, *node->status(), *record, pool);
-        error = error ? error : readFormerRevision(call, *node, *record, pool);
-        return error ? error : HSVNHandOver(call.operation, call.receiver, node);
+        return HSVNHandOver(call.operation, call.receiver, node);
     });
 }
 
@@ -124,7 +64,7 @@ struct EnoughReported
 void receiveOlderStatus(void* baton, const char* path, svn_wc_status2_t* record)
 {
     auto& call = *static_cast<StatusCall*>(baton);
-    if (call.operation.context()->hasKeptException()) {
+    if (HSVNKeptException::isIn(*call.operation.context())) {
         return; // Subversion stops at its next cancellation check
     }
     HSVNGuardVoidCallback(*call.operation.context(), [&] {
@@ -147,10 +87,10 @@ svn_error_t* callStatus(StatusCall& call, svn_revnum_t* result, const char* targ
                       !choices.processExternals, HSVNFilterArray(operation, choices.changelists), receiveStatus, &call,
                       operation.pool());
     };
-    if (const auto status = operation.newest(&HSVNBundleExtensions::client_status_on_threads)) {
+    if (const auto status = operation.newest(&HSVNStatusFunctions::client_status_on_threads)) {
         return call6(status, choices.threads);
     }
-    if (const auto status = operation.newest(&HSVNBundleExtensions::client_status)) {
+    if (const auto status = operation.newest(&HSVNStatusFunctions::client_status)) {
         return call6(status);
     }
     const bool recurses = choices.depth == HSVNDepthUnknown || choices.depth == HSVNDepthInfinity;

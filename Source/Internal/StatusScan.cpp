@@ -8,6 +8,7 @@
 #include "HSVNLock.h"
 #include "HSVNStatus.h"
 #include "HSVNURL.h"
+#include "Internal/KeptException.h"
 #include "Internal/Operation.h"
 #include "Internal/PathText.h"
 #include "Internal/RevisionNumber.h"
@@ -296,11 +297,12 @@ HSVNNodeRef HSVNStatusNodeMaker::makeNode(const HSVNLocalPathRef& path, const sv
 {
     enterDirectoryOf(path);
     auto node = logged(path, [&] { return nodeOfKind(path, status); });
-    auto record = HSVNStatus::statusWithSVNStatus(&status, _version, &_texts);
+    auto record =
+        HSVNStatus::recordOf(status, _version, _texts.sharedText(status.entry ? status.entry->cmt_author : nullptr));
     if (const svn_wc_entry_t* entry = status.entry) {
         node->setRevision(record->lastChangedRevision());
         node->setExactDate(HSVNDateOrNil(entry->cmt_date));
-        node->setSharedAuthor(record->sharedLastChangedAuthor());
+        node->_author = record->_lastChangedAuthor;
         node->setHasProperties(record->hasProperties());
         node->setLock(HSVNLockOfEntry(path, *entry));
         if (entry->url) {
@@ -354,8 +356,9 @@ void takeRepositorySide(HSVNStatus& record, const svn_client_status_t& status, c
     record.setOutOfDateLastCommitAuthor(HSVNTextOrNil(status.ood_changed_author));
 }
 
-void takeRecord(HSVNStatus& record, const svn_client_status_t& status)
+void takeRecord(HSVNStatus& record, const HSVNStatusFunctions::ItemStatus& item)
 {
+    const svn_client_status_t& status = *item.status;
     record.setNodeStatus(HSVNConvertStatusKind(status.node_status));
     record.setTextStatus(textStatusOf(status.node_status, status.text_status));
     record.setPropertyStatus(HSVNConvertStatusKind(status.prop_status));
@@ -364,6 +367,9 @@ void takeRecord(HSVNStatus& record, const svn_client_status_t& status)
     record.setLocked(status.wc_is_locked != 0);
     record.setCopied(status.copied != 0);
     record.setSwitched(status.switched != 0);
+    record.setTextConflicted(item.textConflicted != 0);
+    record.setPropertiesConflicted(item.propertiesConflicted != 0);
+    record.setTreeConflicted(item.treeConflicted != 0);
     record.setFileExternal(status.file_external != 0);
     record.setIncomplete(status.node_status == svn_wc_status_incomplete);
     record.setHasProperties(status.prop_status != svn_wc_status_none);
@@ -389,20 +395,21 @@ std::string urlOf(const svn_client_status_t& status)
 
 } // namespace
 
-HSVNNodeRef HSVNStatusNodeMaker::makeNode(const HSVNLocalPathRef& path, const svn_client_status_t& status,
+HSVNNodeRef HSVNStatusNodeMaker::makeNode(const HSVNLocalPathRef& path, const HSVNStatusFunctions::ItemStatus& item,
                                           apr_pool_t* pool)
 {
+    const svn_client_status_t& status = *item.status;
     enterDirectoryOf(path);
     dropStatus(_file);
     dropStatus(_directory);
     auto node = logged(path, [&] { return nodeOfKind(path, status, pool); });
     const auto record = _refills ? renewed(_record) : std::make_shared<HSVNStatus>();
-    takeRecord(*record, status);
+    takeRecord(*record, item);
     takeRepositorySide(*record, status, path->string());
-    record->setSharedLastChangedAuthor(_texts.sharedText(status.changed_author));
+    record->_lastChangedAuthor = _texts.sharedText(status.changed_author);
     node->setRevision(record->lastChangedRevision());
     node->setExactDate(HSVNDateOrNil(status.changed_date));
-    node->setSharedAuthor(record->sharedLastChangedAuthor());
+    node->_author = record->_lastChangedAuthor;
     node->setHasProperties(record->hasProperties());
     node->setLock(HSVNLock::lockWithSVNLock(status.lock, path->string()));
     if (status.repos_root_url && status.repos_relpath) {
@@ -553,7 +560,7 @@ void scanItem(HSVNStatusScan& scan, const char* text, svn_wc_status2_t& status)
 void HSVNStatusFunc(void* baton, const char* path, svn_wc_status2_t* status)
 {
     auto& scan = *static_cast<HSVNStatusScan*>(baton);
-    if (scan.context->hasKeptException()) {
+    if (HSVNKeptException::isIn(*scan.context)) {
         return; // Subversion stops at its next cancellation check
     }
     const auto body = [&] { scanItem(scan, path, *status); };

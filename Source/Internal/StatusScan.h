@@ -2,10 +2,11 @@
 
 #include "HSVNContext.h"
 #include "HSVNForward.h"
-#include "HSVNSharedText.h"
 #include "HSVNStatusKind.h"
 #include "HSVNStatusOptions.h"
 #include "HSVNVersion.h"
+#include "Internal/BundleExtensions.h"
+#include "Internal/SharedText.h"
 #include "Internal/Subversion.h"
 
 #include <cstddef>
@@ -53,7 +54,7 @@ class HSVNStatusNodeMaker
     /// from, the files that a conflict left, and its checksum.
     ///
     /// @param pool  for the item
-    HSVNNodeRef makeNode(const HSVNLocalPathRef& path, const svn_client_status_t& status, apr_pool_t* pool);
+    HSVNNodeRef makeNode(const HSVNLocalPathRef& path, const HSVNStatusFunctions::ItemStatus& item, apr_pool_t* pool);
     /// The item's path as Subversion reports it, with its folder remembered for `makeNode`.
     HSVNLocalPathRef makePath(const char* text);
 

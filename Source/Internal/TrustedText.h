@@ -1,20 +1,18 @@
 #pragma once
 
-#include "HSVNForward.h"
+#include "HSVNPath.h"
 
 #include <string>
 
-/// The key to the constructors of paths that check nothing. Whoever passes one vouches for the text:
+/// The key to the constructors of paths that check nothing. Whoever uses it vouches for the text:
 /// - it is UTF-8 without a NUL, and not empty;
 /// - a local path is absolute, a URL escaped and of the RFC's form;
 /// - it has no trailing "/", the roots "/" and "file:///" aside.
 ///
 /// The texts that Subversion reports are such, and so is a child of a valid URL by an escaped name. What comes from an
 /// application, an archive or a 1.4 working copy's copy-from URL is not.
-class HSVNTrustedText
+struct HSVNPath::Trusted
 {
-  public:
-    explicit HSVNTrustedText() = default;
 };
 
 /// The local path of a text that Subversion reports.

@@ -13,15 +13,15 @@ namespace {
 svn_error_t* callUpdate(HSVNOperation& operation, apr_array_header_t** results, const apr_array_header_t* targets,
                         const svn_opt_revision_t& revision, const HSVNUpdateChoices& choices)
 {
-    if (const auto update = operation.newest(&HSVNBundleExtensions::client_update)) {
+    if (const auto update = operation.newest(&HSVNUpdateFunctions::client_update)) {
         const HSVNConflictChoosing choosing{operation, choices.chooser};
-        const HSVNBundleExtensions::Updating record{.depth = HSVNDepthForSubversion(choices.depth),
-                                                    .depthIsSticky = choices.depthIsSticky,
-                                                    .ignoreExternals = !choices.processExternals,
-                                                    .allowObstructions = choices.allowObstructions,
-                                                    .addsAsModification = choices.addsAsModification,
-                                                    .makeParents = choices.makeParents,
-                                                    .choosing = choosing.record()};
+        const HSVNUpdateFunctions::Updating record{.depth = HSVNDepthForSubversion(choices.depth),
+                                                   .depthIsSticky = choices.depthIsSticky,
+                                                   .ignoreExternals = !choices.processExternals,
+                                                   .allowObstructions = choices.allowObstructions,
+                                                   .addsAsModification = choices.addsAsModification,
+                                                   .makeParents = choices.makeParents,
+                                                   .choosing = choosing.record()};
         return update(results, targets, &revision, &record, operation.ctx(), operation.pool());
     }
     operation.refuse(choices.addsAsModification, "addsAsModification");

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "HSVNExport.h"
-
 #include <memory>
 #include <optional>
 #include <string>
@@ -12,13 +10,13 @@
 using HSVNSharedText = std::shared_ptr<const std::string>;
 
 /// A shared text of the given one; nil for nil.
-HSVN_EXPORT HSVNSharedText HSVNMakeSharedText(std::optional<std::string> text);
+HSVNSharedText HSVNMakeSharedText(std::optional<std::string> text);
 
 /// The text, or nil.
-HSVN_EXPORT std::optional<std::string> HSVNTextValue(const HSVNSharedText& text);
+std::optional<std::string> HSVNTextValue(const HSVNSharedText& text);
 
 /// Makes equal texts one object, so that thousands of records by one author hold one text. Used by one thread.
-class HSVN_EXPORT HSVNTextCache
+class HSVNTextCache
 {
   public:
     /// The one object for that text; nil for null.

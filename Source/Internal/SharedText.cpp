@@ -1,4 +1,4 @@
-#include "HSVNSharedText.h"
+#include "Internal/SharedText.h"
 
 #include <utility>
 

@@ -1,0 +1,53 @@
+#include "CanonicalPaths.h"
+#include "ExtensionTable.h"
+#include "ExtensionTargets.h"
+
+#include <apr_getopt.h>
+
+namespace HSVNAdapter {
+namespace {
+
+#if HSVN_LINE_MINOR >= 7
+svn_error_t* targetArray(apr_array_header_t** targets, const apr_array_header_t* arguments, svn_client_ctx_t* ctx,
+                         apr_pool_t* pool)
+{
+    // All arguments are handed over as known ones, which are UTF-8, and none is left on the command line.
+    apr_getopt_t* commandLine = nullptr;
+    const char* const none = nullptr;
+    if (const apr_status_t status = apr_getopt_init(&commandLine, pool, 0, &none); status != APR_SUCCESS) {
+        return svn_error_wrap_apr(status, "Can't read the arguments");
+    }
+    commandLine->ind = 0;
+    return svn_client_args_to_target_array2(targets, commandLine, arguments, ctx, FALSE, pool);
+}
+#endif
+
+svn_error_t* parsePath(svn_opt_revision_t* pegRevision, const char** path, const char* text, apr_pool_t* pool)
+{
+    return svn_opt_parse_path(pegRevision, path, text, pool);
+}
+
+int parseRevision(svn_opt_revision_t* start, svn_opt_revision_t* end, const char* text, apr_pool_t* pool)
+{
+    return svn_opt_parse_revision(start, end, text, pool);
+}
+
+svn_error_t* urlFromPath(const char** url, const char* target, apr_pool_t* pool)
+{
+    SVN_ERR(checkTarget(&target, pool));
+    return svn_client_url_from_path(url, target, pool);
+}
+
+} // namespace
+
+void fillTargets(HSVNTargetFunctions& table)
+{
+    table.opt_parse_path = parsePath;
+    table.opt_parse_revision = parseRevision;
+    table.client_url_from_path = urlFromPath;
+#if HSVN_LINE_MINOR >= 7
+    table.client_args_to_target_array = targetArray;
+#endif
+}
+
+} // namespace HSVNAdapter
