@@ -9,6 +9,9 @@
 
 #include <cstring>
 
+#if HSVN_LINE_MINOR >= 7
+#include <svn_dirent_uri.h>
+#endif
 #include <svn_props.h>
 
 namespace HSVNAdapter {
@@ -21,6 +24,38 @@ bool asksForWholeTree(const char* target, const svn_opt_revision_t& pegRevision,
     return recurse && !isURL(target) && pegRevision.kind == svn_opt_revision_unspecified &&
            revision.kind == svn_opt_revision_working;
 }
+
+#if HSVN_LINE_MINOR >= 7
+bool isOfRepository(const svn_opt_revision_t& revision)
+{
+    return revision.kind == svn_opt_revision_number || revision.kind == svn_opt_revision_date ||
+           revision.kind == svn_opt_revision_head;
+}
+
+/// Refuses the question for a repository's revision of an item that no repository has, where Subversion crashes.
+svn_error_t* requireCommitted(const char* target, const svn_opt_revision_t& pegRevision,
+                              const svn_opt_revision_t& revision, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    if (isURL(target) || !(isOfRepository(pegRevision) || isOfRepository(revision))) {
+        return SVN_NO_ERROR;
+    }
+    SVN_ERR(svn_dirent_get_absolute(&target, target, pool));
+    svn_wc_status3_t* status = nullptr;
+    svn_error_t* const error = svn_wc_status3(&status, ctx->wc_ctx, target, pool, pool);
+    const bool isNew = error == nullptr && !status->copied &&
+                       (status->node_status == svn_wc_status_added || status->node_status == svn_wc_status_replaced);
+    svn_error_clear(error);
+    return isNew
+               ? svn_error_createf(SVN_ERR_CLIENT_BAD_REVISION, nullptr, "Path '%s' has no committed revision", target)
+               : SVN_NO_ERROR;
+}
+#else
+svn_error_t* requireCommitted(const char*, const svn_opt_revision_t&, const svn_opt_revision_t&, svn_client_ctx_t*,
+                              apr_pool_t*)
+{
+    return SVN_NO_ERROR;
+}
+#endif
 
 #ifdef HSVN_FAST_STATUS
 /// The externals of a whole tree from those items alone that may have any; null for the long way.
@@ -58,6 +93,7 @@ svn_error_t* propget2(apr_hash_t** properties, const char* name, const char* tar
         }
     }
 #endif
+    SVN_ERR(requireCommitted(target, *pegRevision, *revision, ctx, pool));
     svn_error_t* error = svn_client_propget2(properties, name, target, pegRevision, revision, recurse, ctx, pool);
     if (ofWholeTree && hasCode(error, SVN_ERR_WC_NOT_LOCKED)) {
         // A line before 1.7 fails for the whole tree where a folder is missing or obstructed.
@@ -91,6 +127,7 @@ svn_error_t* propget(apr_hash_t** properties, apr_array_header_t** inherited, co
 {
     SVN_ERR(checkAbsoluteTarget(&target, pool));
     SVN_ERR(checkWalkDepth(depth));
+    SVN_ERR(requireCommitted(target, *pegRevision, *revision, ctx, pool));
     return svn_client_propget5(properties, inherited, name, target, pegRevision, revision, nullptr, depth, changelists,
                                ctx, pool, pool);
 }

@@ -164,6 +164,13 @@ class Program(unittest.TestCase):
         done = hsvn("propedit", "svn:mime-type", "iota", "--editor-cmd", "echo image/png >", folder=self.wc)
         self.assertEqual((done.returncode, done.stdout), (0, "Set new value for property 'svn:mime-type' on 'iota'\n"))
 
+    def test_a_repository_is_not_asked_for_properties_of_an_added_item(self):
+        # svn crashes.
+        for words in [("-r", "HEAD", "A/new"), ("-r", "2", "A/new"), ("A/new@3",)]:
+            done = hsvn("propget", "color", *words, folder=self.wc)
+            self.assertIn("E195002: Path '" + self.wc + "/A/new' has no committed revision", done.stderr)
+            self.assertEqual(done.returncode, 1)
+
     def test_documents_are_well_formed_whatever_the_repository_holds(self):
         with tempfile.TemporaryDirectory() as folder:
             wc = fixtures.make_repository(os.path.realpath(folder))
