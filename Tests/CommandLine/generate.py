@@ -29,7 +29,7 @@ REASONS = [
     ("", r"(?m)^--6$|^-.*assertion failed|^-.* Aborted  ", "svn ends the process by an assertion"),
     ("", r"(?m)^\+.*Cannot move '\S*/repository' into its own child", "svn asks for a message before that assertion"),
     ("", r"(?s)\A(?!.*\n\+[^\n]*Segmentation).*\n-[^\n]*Segmentation fault", "svn crashes"),
-    ("^forbidden ", r"(?m)^\+.*A/C/\.svn': Permission denied$", "of what must not be read, the folder is tried first"),
+    ("^forbidden ", r"(?m)^\+.*A/C/(\S+/)?\.svn': Permission denied$", "of what must not be read, the folder is tried first"),
     (r"^scribbled .*\bexport\b", r"Bogus date|(?m:^-A    )", "an export reads the date of what it exports"),
     (r"^scribbled .*\bexport\b", r"(?m)^-wc/\S*svn-\w{6}: ", "svn leaves the temporary file of an export that fails"),
     (r"^scribbled .*--xml", r"(?m)^\+<author>.*\?\\\d{3}", "an author's bytes that are no text would make the XML ill-formed"),
