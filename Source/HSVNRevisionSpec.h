@@ -12,7 +12,7 @@ class HSVNMutableRevisionSpec;
 
 using HSVNMutableRevisionSpecRef = std::shared_ptr<HSVNMutableRevisionSpec>;
 
-/// The ways to make a specification, one that can be changed or not.
+/// The ways to make a `HSVNRevisionSpec`, or a `HSVNMutableRevisionSpec`.
 template <class Spec, class Made>
 class HSVNRevisionSpecFactories
 {
