@@ -3,7 +3,9 @@
 #include "ObstructedParents.h"
 
 #include <cstring>
+#if HSVN_LINE_MINOR >= 7
 #include <svn_dirent_uri.h>
+#endif
 
 namespace HSVNAdapter {
 namespace {

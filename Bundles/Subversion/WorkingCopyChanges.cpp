@@ -7,7 +7,9 @@
 #include "OwnDatabases.h"
 #include "Relocation.h"
 
+#if HSVN_LINE_MINOR >= 7
 #include <svn_dirent_uri.h>
+#endif
 
 namespace HSVNAdapter {
 namespace {

@@ -38,6 +38,9 @@ REASONS = [
     (r"\binfo\b.*--show-item", r"(?s)\A  standard output differs\n(?:[^\n]*\n){3} [^\n]+\n\+(\n \Z|\Z|\n(?=  ))",
      "svn leaves the last line unfinished where a later target fails"),
     ("", r"(?m)^-svn: E155009: .*\(?sync-file-flags", "svn cannot set the flags of a missing file, and locks the working copy"),
+    (r"^accented .*\bcleanup\b", r"(?m)^-svn: E155004: Working copy ", "svn leaves a working copy locked whose clean-up fails"),
+    (r"^linked .*\bunversioned-link\b", r"(?m)^-svn: E155007: '\S*/unversioned-link' is not a working copy$",
+     "svn takes a link that it meets first for what it leads to"),
     ("", r"(?m)^\+svn: E205000: Non-numeric change argument \(r?\d+-0?\)", "a range of changes without an end goes to r-1 in svn"),
 ]
 

@@ -58,10 +58,12 @@ std::string withoutOuterSpace(const std::string& text)
     return first == std::string::npos ? "" : text.substr(first, text.find_last_not_of(space) - first + 1);
 }
 
+/// Links count, whatever they lead to.
 bool isFile(const std::string& target)
 {
     std::error_code ignored;
-    return std::filesystem::is_regular_file(NativeText::fromUTF8(localStyle(target)), ignored);
+    const auto status = std::filesystem::symlink_status(NativeText::fromUTF8(localStyle(target)), ignored);
+    return std::filesystem::is_regular_file(status) || std::filesystem::is_symlink(status);
 }
 
 bool looksLikeText(Session& session, const std::string& target)
