@@ -11,6 +11,8 @@
 
 // Subversion's codes by their bare names.
 using enum HSVNStatusCode::Value;
+/// SVN_ERR_COMPOSED_ERROR, "Additional errors:", which the library has no name for.
+inline constexpr std::int32_t ComposedError = 200042;
 
 /// An exception with a code and a message.
 HSVNException failure(std::int32_t code, const std::string& message);

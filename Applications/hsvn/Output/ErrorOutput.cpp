@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr std::int32_t composedError = 200042; ///< SVN_ERR_COMPOSED_ERROR: "Additional errors:"
-
 /// Prints every error of the chain that has not been said already.
 void printChain(const HSVNException& exception, const std::string& prefix)
 {
@@ -22,11 +20,11 @@ void printChain(const HSVNException& exception, const std::string& prefix)
         // The library puts a code that it knows above one that is new in a later line, with the same message:
         // Subversion itself says it once, with its own code.
         const bool isTranslated = index + 1 < chain.size() && chain[index + 1].message == link.message;
-        const bool isRepeated = isFollowing && link.code != composedError;
+        const bool isRepeated = isFollowing && link.code != ComposedError;
         if (!isTranslated && (isRepeated || printed.emplace(link.code, link.message).second)) {
             Output::writeError(fmt::format("{}{:06}: {}\n", prefix, link.code, link.message));
         }
-        isFollowing = isFollowing || link.code == composedError;
+        isFollowing = isFollowing || link.code == ComposedError;
     }
 }
 

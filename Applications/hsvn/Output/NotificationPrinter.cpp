@@ -16,7 +16,6 @@
 namespace {
 
 constexpr const char* failedExternals = "Failure occurred processing one or more externals definitions";
-constexpr std::int32_t composedError = 200042; // SVN_ERR_COMPOSED_ERROR, which the library has no name for
 
 std::string shownURL(const HSVNNotification& notification)
 {
@@ -255,7 +254,7 @@ void NotificationPrinter::requireExternals() const
 HSVNException NotificationPrinter::withFailedExternals(const HSVNException& failure) const
 {
     return _hasFailedExternal ? ::failure(ExternalsProcessing, failedExternals,
-                                          ::failure(composedError, "Additional errors:", failure))
+                                          ::failure(ComposedError, "Additional errors:", failure))
                               : failure;
 }
 
