@@ -36,7 +36,7 @@ class ListRun
         }
         TargetFailures failures;
         for (const auto& target : targets) {
-            failures.attempt({WorkingCopyPathNotFound, NodeNotFound, NotDirectory}, [&] { list(target); });
+            failures.attempt({WorkingCopyPathNotFound, NodeNotFound}, [&] { list(target); });
             if (options.xml) {
                 Output::writeBytes((_external.empty() ? XML{} : XML{}.close("external")).close("list").text());
             }
