@@ -63,8 +63,8 @@ class HSVN_EXPORT HSVNRevisionSpec : public HSVNArchivable,
   public:
     /// The peg revision stays UNSPECIFIED. Not nil ("theOperativeRevision != nil").
     explicit HSVNRevisionSpec(HSVNRevisionRef theOperativeRevision);
-    /// A null that is written out could mean the decoder as well.
-    explicit HSVNRevisionSpec(std::nullptr_t) = delete;
+    /// A null that is written out is such a revision, not a decoder ("theOperativeRevision != nil").
+    explicit HSVNRevisionSpec(std::nullptr_t) : HSVNRevisionSpec{HSVNRevisionRef{}} {}
     /// Neither may be nil ("theOperativeRevision != nil", "thePegRevision != nil").
     HSVNRevisionSpec(HSVNRevisionRef theOperativeRevision, HSVNRevisionRef thePegRevision);
     /// @throws HSVNInvalidArgumentException "Keyed archiver required", or for a revision that is missing

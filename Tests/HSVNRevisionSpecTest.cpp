@@ -4,15 +4,12 @@
 
 #include <cstddef>
 #include <gtest/gtest.h>
-#include <type_traits>
 
 namespace {
 
 HSVNRevisionRef number(HSVNRevisionNumber value) { return HSVNRevision::revisionWithNumber(value); }
 HSVNDate second(std::int64_t seconds) { return HSVNDate::dateWithTimeIntervalSince1970(seconds); }
 HSVNRevisionRef atSecond(std::int64_t seconds) { return HSVNRevision::revisionAtDate(second(seconds)); }
-
-static_assert(!std::is_constructible_v<HSVNRevisionSpec, std::nullptr_t>, "is no decoder");
 
 } // namespace
 
@@ -81,6 +78,8 @@ TEST(RevisionSpec, RefusesNil)
         return std::string{"no exception"};
     };
     EXPECT_EQ(reasonOf([] { HSVNRevisionSpec{HSVNRevisionRef{}}; }),
+              "Invalid parameter not satisfying: theOperativeRevision != nil");
+    EXPECT_EQ(reasonOf([] { HSVNRevisionSpec{nullptr}; }),
               "Invalid parameter not satisfying: theOperativeRevision != nil");
     EXPECT_EQ(reasonOf([] { HSVNRevisionSpec::pegRevisionWithRevision(nullptr); }),
               "Invalid parameter not satisfying: thePegRevision != nil");
