@@ -6,6 +6,7 @@
 #include "HSVNStatus.h"
 #include "HSVNURL.h"
 #include "Internal/CompactDate.h"
+#include "Internal/FurtherKeys.h"
 #include "Internal/PathText.h"
 #include "Internal/RevisionNumber.h"
 #include "Internal/SharedText.h"
@@ -268,8 +269,8 @@ void HSVNNode::encodeWithCoder(HSVNCoder* encoder) const
     if (_sizeIsUnknown) {
         encoder->encodeBool(true, "sizeIsUnknown");
     }
-    encoder->encodeString(externalParentURL(), "externalParentURL");
-    encoder->encodeString(externalTarget(), "externalTarget");
+    HSVNEncodeFurther(*encoder, externalParentURL(), "externalParentURL");
+    HSVNEncodeFurther(*encoder, externalTarget(), "externalTarget");
 }
 
 HSVNNode::HSVNNode(HSVNCoder* decoder)

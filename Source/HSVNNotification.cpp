@@ -3,6 +3,7 @@
 #include "HSVNLock.h"
 #include "HSVNRevision.h"
 #include "HSVNURL.h"
+#include "Internal/FurtherKeys.h"
 #include "Internal/Text.h"
 
 #include <fmt/format.h>
@@ -163,10 +164,10 @@ void HSVNNotification::encodeWithCoder(HSVNCoder* encoder) const
     encoder->encodeString(_pathPrefix, "pathPrefix");
     encoder->encodeObject(_url, "url");
     encoder->encodeString(_propertyName, "propertyName");
-    encoder->encodeString(_mimeType, "mimeType");
-    encoder->encodeString(_changelistName, "changelistName");
-    encoder->encodeObject(_mergeStart, "mergeStart");
-    encoder->encodeObject(_mergeEnd, "mergeEnd");
+    HSVNEncodeFurther(*encoder, _mimeType, "mimeType");
+    HSVNEncodeFurther(*encoder, _changelistName, "changelistName");
+    HSVNEncodeFurther(*encoder, _mergeStart, "mergeStart");
+    HSVNEncodeFurther(*encoder, _mergeEnd, "mergeEnd");
     if (_hunk) {
         for (const auto& [key, field] : hunkKeys) {
             encoder->encodeUnsigned((*_hunk).*field, key);

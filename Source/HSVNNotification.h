@@ -250,9 +250,9 @@ class HSVN_EXPORT HSVNNotification : public HSVNArchivable
     /// The fields; path prefix, URL, names, MIME type, merge range and hunk are not shown.
     std::string description() const override;
     /// Keys: "path", "alternatePath", "action", "nodeKind", "lock", "error", "revision", "contentState",
-    /// "propertyState", "lockState", "pathPrefix", "url", "propertyName", "mimeType", "changelistName", "mergeStart",
-    /// "mergeEnd"; with a hunk also "hunkOriginalStart", "hunkOriginalLength", "hunkModifiedStart",
-    /// "hunkModifiedLength", "hunkMatchedLine", "hunkFuzz".
+    /// "propertyState", "lockState", "pathPrefix", "url", "propertyName"; those that are there of "mimeType",
+    /// "changelistName", "mergeStart" and "mergeEnd"; with a hunk also "hunkOriginalStart", "hunkOriginalLength",
+    /// "hunkModifiedStart", "hunkModifiedLength", "hunkMatchedLine", "hunkFuzz".
     void encodeWithCoder(HSVNCoder* encoder) const override;
 
   private:

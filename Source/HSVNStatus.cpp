@@ -4,6 +4,7 @@
 #include "HSVNURL.h"
 #include "HSVNVersion.h"
 #include "Internal/CompactDate.h"
+#include "Internal/FurtherKeys.h"
 #include "Internal/Hexadecimal.h"
 #include "Internal/RevisionNumber.h"
 #include "Internal/SharedText.h"
@@ -112,9 +113,9 @@ void encodeFurtherFields(HSVNCoder& encoder, const HSVNStatus& status)
             encoder.encodeBool(true, flag.key);
         }
     }
-    encoder.encodeString(status.changelist(), "changelist");
-    encoder.encodeString(status.movedFrom(), "movedFrom");
-    encoder.encodeString(status.movedTo(), "movedTo");
+    HSVNEncodeFurther(encoder, status.changelist(), "changelist");
+    HSVNEncodeFurther(encoder, status.movedFrom(), "movedFrom");
+    HSVNEncodeFurther(encoder, status.movedTo(), "movedTo");
 }
 
 void decodeFurtherFields(HSVNCoder& decoder, HSVNStatus& status)

@@ -97,8 +97,8 @@ std::string escapedUser(std::string user)
     for (const auto& [character, escape] : escapes) {
         user = replacingAll(user, character, escape);
     }
-    // Other letters that no URL may have; the escapes' own "%" stays.
-    return replacingAll(HSVNPathText::percentEncoded(user), "%25", "%");
+    // Other letters that no URL may have; the escapes' own "%" stays, and so does ";", which only paths have escaped.
+    return replacingAll(replacingAll(HSVNPathText::percentEncoded(user), "%25", "%"), "%3B", ";");
 }
 
 HSVNURLRef assembledURL(const std::string& scheme, const std::optional<std::string>& user,

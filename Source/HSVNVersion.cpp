@@ -16,7 +16,7 @@ namespace {
 std::int32_t integerValue(std::string_view text)
 {
     text = HSVNText::trimmed(text);
-    if (text.starts_with('+')) {
+    if (text.starts_with('+') && !text.starts_with("+-")) {
         text.remove_prefix(1);
     }
     std::int32_t number = 0;

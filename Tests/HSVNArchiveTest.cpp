@@ -5,6 +5,7 @@
 #include "HSVNLock.h"
 #include "HSVNNotification.h"
 #include "HSVNRevisionSpec.h"
+#include "HSVNStatus.h"
 #include "HSVNURL.h"
 #include "Internal/Subversion.h"
 #include "SequentialCoder.h"
@@ -114,6 +115,32 @@ std::vector<HSVNArchivableRef> sampleObjects()
             HSVNKeyedUnarchiver::unarchiveObjectWithData(directoryArchive())};
 }
 
+/// An application's coder, which notes what it is asked to store.
+struct KeyRecorder : HSVNCoder
+{
+    std::string keys;
+
+    bool allowsKeyedCoding() const override { return true; }
+    bool containsValueForKey(std::string_view) const override { return false; }
+    void encodeObject(const HSVNArchivableRef&, std::string_view key) override { note(key); }
+    void encodeString(const std::optional<std::string>&, std::string_view key) override { note(key); }
+    void encodeDate(const std::optional<HSVNDate>&, std::string_view key) override { note(key); }
+    void encodeInteger(std::int64_t, std::string_view key) override { note(key); }
+    void encodeUnsigned(std::uint64_t, std::string_view key) override { note(key); }
+    void encodeBool(bool, std::string_view key) override { note(key); }
+    void encodeException(const HSVNPlatformExceptionRef&, std::string_view key) override { note(key); }
+
+  private:
+    void note(std::string_view key) { keys.append(keys.empty() ? "" : " ").append(key); }
+};
+
+std::string keysOf(const HSVNArchivable& object)
+{
+    KeyRecorder recorder;
+    object.encodeWithCoder(&recorder);
+    return recorder.keys;
+}
+
 /// The reason for which data is refused; the decoded object's description when it is not.
 std::string refusal(std::string_view data)
 {
@@ -160,6 +187,16 @@ TEST(Archive, WritesTheKeysOfEachClassInTheirOrder)
     EXPECT_EQ(node->date(), HSVNDate{7'000'000});
     EXPECT_EQ(node->exactDate(), HSVNDate{7'000'009});
     EXPECT_EQ(HSVNKeyedArchiver::archivedDataWithRootObject(node->copy()), listedNodeArchive());
+}
+
+TEST(Archive, AsksForNoFurtherKeysWhereNothingIsThere)
+{
+    EXPECT_EQ(keysOf(HSVNNotification{}),
+              "path alternatePath action nodeKind lock error revision contentState propertyState lockState pathPrefix "
+              "url propertyName");
+    EXPECT_EQ(keysOf(HSVNFile{}), "name path location url size revision date author lock hasProperties status");
+    EXPECT_THAT(keysOf(HSVNStatus{}), testing::EndsWith(" checksum repositoryLock"));
+    EXPECT_THAT(keysOf(*sampleNotification()), HasSubstr(" mimeType changelistName mergeStart mergeEnd hunk"));
 }
 
 TEST(Archive, RestoresANotificationFieldByField)

@@ -152,8 +152,8 @@ TEST(URL, ChildrenAreAddedEscapedOrRaw)
 TEST(URL, IsBuiltFromItsParts)
 {
     EXPECT_EQ(HSVNURL::URLWithScheme("svn", "a@b:c", "h", 3690, "/x")->string(), "svn://a%40b%3ac@h:3690/x");
-    EXPECT_EQ(HSVNURL::URLWithScheme("svn", "%/\\ \xC3\xA9?", "h", std::nullopt, "x")->string(),
-              "svn://%25%2f%5c%20%C3%A9%3F@h/x");
+    EXPECT_EQ(HSVNURL::URLWithScheme("svn", "%/\\ \xC3\xA9?;", "h", std::nullopt, "x")->string(),
+              "svn://%25%2f%5c%20%C3%A9%3F;@h/x");
     EXPECT_EQ(HSVNURL::URLWithScheme("file", std::nullopt, std::nullopt, std::nullopt, std::nullopt)->string(),
               "file:///");
     EXPECT_THROW(HSVNURL::URLWithScheme("svn", std::nullopt, "h", -1, "/x"), HSVNInvalidArgumentException);
