@@ -39,8 +39,15 @@ class HSVN_EXPORT HSVNExternalDefinition : public HSVNArchivable
 
     /// Equality of all three fields.
     bool isEqualToDefinition(const HSVNExternalDefinition& other) const;
+    /// The same for a definition that is shared; nil gives false.
+    bool isEqualToDefinition(const std::shared_ptr<const HSVNExternalDefinition>& other) const
+    {
+        return isEqual(other.get());
+    }
     /// Equality of all three fields; nil gives false.
     bool isEqual(const HSVNExternalDefinition* other) const { return other && isEqualToDefinition(*other); }
+    /// `isEqualToDefinition` of a definition that is shared.
+    bool isEqual(const std::shared_ptr<const HSVNExternalDefinition>& other) const { return isEqual(other.get()); }
     /// Equal definitions have equal hashes.
     std::size_t hash() const;
     /// A definition with the same fields and a revision of its own.

@@ -67,14 +67,15 @@ HSVNRevisionNumber HSVNNode::commitChangesToNodes(const std::vector<HSVNPathRef>
                                                   const HSVNContextRef& context)
 {
     HSVNAssertParameter(options != nullptr, "options != nil");
+    constexpr const char* name = "commitChangesToNodes:withOptions:withContext:";
+    // A nil context is not tested: it fails as making its bundle current does.
+    const auto* const client = context.get();
+    const std::vector<HSVNArgument> arguments{{"nodePaths", nodePaths}, {"options", options}, {"context", client}};
     if (nodePaths.empty()) {
+        HSVNLogCall("HSVNNode", name, arguments);
         return HSVNInvalidRevision;
     }
-    HSVNRevisionChange change{context,
-                              "HSVNNode",
-                              "commitChangesToNodes:withOptions:withContext:",
-                              // A nil context is not tested: it fails as making its bundle current does.
-                              {{"nodePaths", nodePaths}, {"options", options}, {"context", context.get()}}};
+    HSVNRevisionChange change{context, "HSVNNode", name, arguments};
     HSVNOperationNotifications notifications{
         {HSVNNotifyActionCommitStarted, HSVNNotifyActionCommitSucceeded, HSVNNotifyActionCommitFailed}, nodePaths};
     return notifications.run(*context, [&] {

@@ -7,7 +7,9 @@
 #include "HSVNTypes.h"
 
 #include <atomic>
+#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -99,6 +101,15 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     HSVNComparisonResult compare(const HSVNNode* other) const;
     /// The same for a node that is shared.
     HSVNComparisonResult compare(const HSVNNodeRef& other) const { return compare(other.get()); }
+
+    /// Identity: a node equals itself alone.
+    bool isEqual(const HSVNNode* other) const { return this == other; }
+    /// The same for a node that is shared.
+    bool isEqual(const HSVNNodeRef& other) const { return isEqual(other.get()); }
+    /// That of the object itself, whatever its fields are.
+    std::size_t hash() const { return std::hash<const HSVNNode*>{}(this); }
+    /// `isEqual` as an operator.
+    friend bool operator==(const HSVNNode& a, const HSVNNode& b) { return a.isEqual(&b); }
 
     /// The last path component as shown to the user.
     std::optional<std::string> name() const;
@@ -636,4 +647,10 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     bool _sizeIsUnknown : 1 = false;
     bool _nameIsLastComponent : 1 = false; // the name is read from the path, which most nodes' names equal
     HSVNRevisionNumber _revision = HSVNInvalidRevision;
+};
+
+template <>
+struct std::hash<HSVNNode>
+{
+    std::size_t operator()(const HSVNNode& node) const noexcept { return node.hash(); }
 };

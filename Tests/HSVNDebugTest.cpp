@@ -132,6 +132,8 @@ std::vector<std::pair<const char*, std::function<void()>>> loggedOperations()
          [=] { HSVNNode::updateNodes(paths, head, HSVNUpdateOptions::defaults(), client); }},
         {"[HSVNNode commitChangesToNodes:withOptions:withContext:] (nodePaths: (/nowhere/a, /nowhere/b)",
          [=] { HSVNNode::commitChangesToNodes(paths, HSVNCommitOptions::defaults(), client); }},
+        {"[HSVNNode commitChangesToNodes:withOptions:withContext:] (nodePaths: (), options: ",
+         [=] { HSVNNode::commitChangesToNodes({}, HSVNCommitOptions::defaults(), client); }},
         {"[HSVNNode resolveNodeAtPath:withOptions:withContext:] (path: /nowhere/a",
          [=] { HSVNNode::resolveNodeAtPath(path, HSVNResolveOptions::defaults(), client); }},
         {"[HSVNNode copyNodeAtPath:toPath:withOptions:withContext:] (sourcePath: /nowhere/a, destPath: /nowhere/b",

@@ -259,6 +259,15 @@ TEST(NodeOrder, OtherwiseEqualNodesAreEqualOnlyWithStatusRecords)
     EXPECT_EQ(nodeAt("/a", HSVNStatus::normal())->compare(nodeAt("/a", HSVNStatus::normal())), HSVNOrderedSame);
 }
 
+TEST(NodeEquality, IsIdentity)
+{
+    const auto node = fullDirectory();
+    const auto copy = node->copy();
+    EXPECT_TRUE(node->isEqual(node) && *node == *node && node->hash() == std::hash<HSVNNode>{}(*node));
+    EXPECT_FALSE(node->isEqual(copy) || *node == *copy || node->isEqual(nullptr));
+    EXPECT_NE(node->hash(), copy->hash());
+}
+
 TEST(NodeStatusTest, CanBeAddedWhenUnversionedOrDeletedButStillOnDisk)
 {
     const TemporaryFolder folder;

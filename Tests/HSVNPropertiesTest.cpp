@@ -167,6 +167,8 @@ TEST(HSVNExternalDefinition, IsAValueThatArchivesKeep)
     const auto copy = definition.copy();
     EXPECT_EQ(*copy, definition);
     EXPECT_EQ(copy->hash(), definition.hash());
+    EXPECT_TRUE(definition.isEqual(copy) && definition.isEqualToDefinition(copy));
+    EXPECT_FALSE(definition.isEqual(nullptr) || definition.isEqualToDefinition(nullptr));
     EXPECT_THAT(definition.description(), HasSubstr("sourceDirectory: ^/a, sourceRevision: "));
     const auto archived =
         HSVNKeyedUnarchiver::unarchiveObjectWithData(HSVNKeyedArchiver::archivedDataWithRootObject(copy));
