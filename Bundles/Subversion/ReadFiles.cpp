@@ -2,6 +2,8 @@
 
 #ifdef HSVN_STANDS_IN_FRONT
 
+#include <apr_portable.h>
+#include <fcntl.h>
 #include <svn_io.h>
 #include <svn_subst.h>
 #include <sys/stat.h>
@@ -24,20 +26,45 @@ bool isPipe(const char* path)
     return ::stat(path, &attributes) == 0 && S_ISFIFO(attributes.st_mode);
 }
 
-} // namespace
-
-HSVN_STAND_IN svn_error_t* svn_stream_open_readonly(svn_stream_t** stream, const char* path, apr_pool_t* resultPool,
-                                                    apr_pool_t* scratchPool)
+/// Closes a pipe that was opened without waiting; anything else waits from now on when it is read.
+svn_error_t* refusePipe(apr_file_t** file, const char* path, apr_pool_t* pool)
 {
-    return isPipe(path) ? refuse(path) : HSVN_BEHIND(svn_stream_open_readonly)(stream, path, resultPool, scratchPool);
+    apr_os_file_t handle = -1;
+    struct stat attributes
+    {
+    };
+    apr_os_file_get(&handle, *file);
+    if (::fstat(handle, &attributes) != 0 || S_ISREG(attributes.st_mode)) { // of a file nothing is waited for
+        return SVN_NO_ERROR;
+    }
+    if (!S_ISFIFO(attributes.st_mode)) {
+        ::fcntl(handle, F_SETFL, ::fcntl(handle, F_GETFL) & ~O_NONBLOCK);
+        return SVN_NO_ERROR;
+    }
+    svn_error_clear(svn_io_file_close(*file, pool));
+    *file = nullptr;
+    return refuse(path);
 }
+
+} // namespace
 
 HSVN_STAND_IN svn_error_t* svn_io_file_open(apr_file_t** file, const char* path, apr_int32_t flags,
                                             apr_fileperms_t permissions, apr_pool_t* pool)
 {
-    return (flags & APR_WRITE) == 0 && isPipe(path)
-               ? refuse(path)
-               : HSVN_BEHIND(svn_io_file_open)(file, path, flags, permissions, pool);
+    const auto open = HSVN_BEHIND(svn_io_file_open);
+    if ((flags & APR_WRITE) != 0) {
+        return open(file, path, flags, permissions, pool);
+    }
+    // A question about the path before each opening would take as long as the opening.
+    svn_error_t* const error = open(file, path, flags | APR_FOPEN_NONBLOCK, permissions, pool);
+    if (error == nullptr) {
+        return refusePipe(file, path, pool);
+    }
+    if (!APR_STATUS_IS_EAGAIN(error->apr_err)) {
+        return error;
+    }
+    svn_error_clear(error); // another program has to give up its hold on the file first
+    return isPipe(path) ? refuse(path) : open(file, path, flags, permissions, pool);
 }
 
 HSVN_STAND_IN svn_error_t* svn_subst_read_specialfile(svn_stream_t** stream, const char* path, apr_pool_t* resultPool,
