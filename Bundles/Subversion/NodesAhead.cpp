@@ -60,6 +60,9 @@ void NodesAhead::run()
 {
     try {
         if (const auto database = WorkingCopyDatabase::openFile(_root, _file)) {
+            if (_first.empty()) {
+                database->expectAllNodes();
+            }
             std::optional<std::string> next = _first;
             while (next && rest()) {
                 next = database->readFolders(_first, *next, [this](const std::string& folder, UnchangedNodes&& nodes) {

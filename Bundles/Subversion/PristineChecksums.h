@@ -29,6 +29,8 @@ class PristineChecksums
   public:
     /// Whether the database has the table.
     bool open(sqlite3* database);
+    /// Most texts will be asked for: rows are read ahead from the start.
+    void expectAll() { _asked = _rows; }
     std::optional<MD5Digest> md5(const SHA1Digest& sha1);
 
   private:

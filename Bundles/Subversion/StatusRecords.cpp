@@ -237,20 +237,37 @@ std::optional<svn_wc_entry_t> StatusRecords::makeDeletionEntry(const char* path,
 
 const UnchangedNode* StatusRecords::unchangedNode(UnchangedNode& single, const char* path, svn_node_kind_t kind)
 {
-    const bool isRootItself = kind == svn_node_dir && isRoot(path);
-    auto& parent = folder(isRootItself ? std::string_view{path} : folderOf(path));
-    if (parent.database == nullptr) {
+    const bool isFolder = kind == svn_node_dir;
+    if (_readsFolders && path != _target) {
+        auto& parent = folder(folderOf(path));
+        if (const auto* node = nodeIn(parent, nameOf(path))) {
+            if (isFolder) { // another working copy's root would be in the way of its parent's item
+                _asked = {path, false};
+            }
+            return node;
+        }
+    }
+    const bool isRootItself = isFolder && isRoot(path);
+    if (_readsFolders && path != _target && !isRootItself) {
         return nullptr;
     }
-    if (_readsFolders && !isRootItself && path != _target) {
-        if (!parent.nodes) {
-            parent.nodes = nodesIn(parent);
-        }
-        return parent.nodes->find(nameOf(path));
-    }
-    const auto found = parent.database->node(relativePath(*parent.database, path));
+    const auto& holder = folder(isRootItself ? std::string_view{path} : folderOf(path));
+    const auto found =
+        holder.database != nullptr ? holder.database->node(relativePath(*holder.database, path)) : std::nullopt;
     single = found.value_or(UnchangedNode{});
     return found ? &single : nullptr;
+}
+
+/// The unchanged item of that name; null for none.
+const UnchangedNode* StatusRecords::nodeIn(Folder& folder, std::string_view name)
+{
+    if (folder.database == nullptr) {
+        return nullptr;
+    }
+    if (!folder.nodes) {
+        folder.nodes = nodesIn(folder);
+    }
+    return folder.nodes->find(name);
 }
 
 svn_error_t* StatusRecords::readEntry(const svn_wc_entry_t** entry, const char* path, const svn_client_status_t& status,
@@ -311,6 +328,10 @@ svn_error_t* StatusRecords::readEntries(Folder& folder)
 svn_error_t* StatusRecords::readConflicts(svn_wc_status2_t& record, const char* path, const svn_client_status_t& status,
                                           apr_pool_t* pool)
 {
+    if (folder(folderOf(path)).entriesRead < mostSingleEntries) {
+        ++folder(folderOf(path)).entriesRead;
+        return readConflictedRecord(record, path, pool);
+    }
     svn_boolean_t isText = FALSE;
     svn_boolean_t isProperty = FALSE;
     svn_boolean_t isTree = FALSE;

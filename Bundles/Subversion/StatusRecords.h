@@ -70,6 +70,7 @@ class StatusRecords
     /// The older function's own record, without what the repository says.
     svn_error_t* readRecord(svn_wc_status2_t** record, const char* path, apr_pool_t* pool);
     const UnchangedNode* unchangedNode(UnchangedNode& single, const char* path, svn_node_kind_t kind);
+    const UnchangedNode* nodeIn(Folder& folder, std::string_view name);
 
     /// The folder of that path; the walk leaves those that do not hold it.
     Folder& folder(std::string_view path);

@@ -43,11 +43,11 @@ enum Column
 
 constexpr const char* nodeQuery = HSVN_NODES "local_relpath = ?1 ORDER BY op_depth";
 constexpr const char* foldersQuery = HSVN_NODES "parent_relpath >= ?1 ORDER BY parent_relpath, local_relpath, op_depth";
-// A folder tells of the tree conflicts of what it holds. A conflict that only mentions the word sends the folder the
-// slow way.
+// A folder tells of the tree conflicts of what it holds. A conflict of another kind that only mentions the words sends
+// the folder the slow way.
 constexpr const char* conflictQuery =
     "SELECT local_relpath FROM actual_node WHERE wc_id = 1 AND conflict_data IS NOT NULL UNION ALL"
-    " SELECT parent_relpath FROM actual_node WHERE wc_id = 1 AND instr(conflict_data, CAST('tree' AS BLOB)) > 0";
+    " SELECT parent_relpath FROM actual_node WHERE wc_id = 1 AND instr(conflict_data, CAST('(tree ' AS BLOB)) > 0";
 
 enum ScheduledColumn
 {
@@ -186,7 +186,7 @@ bool WorkingCopyDatabase::readConflicts()
 
 bool WorkingCopyDatabase::hasConflict(std::string_view relativePath) const
 {
-    return !_conflicted.empty() && _conflicted.contains(std::string{relativePath});
+    return !_conflicted.empty() && _conflicted.contains(relativePath);
 }
 
 bool WorkingCopyDatabase::isUnchanged(sqlite3_stmt* row, std::string_view relativePath) const

@@ -51,6 +51,9 @@ class WorkingCopyDatabase
     const std::string& root() const { return _root; }
     const std::string& file() const { return _file; }
 
+    /// Prepares for reading all items rather than a few of them.
+    void expectAllNodes() { _checksums.expectAll(); }
+
     /// One item, by its path below the root ("" for the root itself).
     std::optional<UnchangedNode> node(std::string_view relativePath);
     /// The base of an item that is deleted, with nothing else in its place and no history of copies; by its path below
@@ -109,8 +112,13 @@ class WorkingCopyDatabase
     };
     Copy _copy; ///< the last asked for
     PristineChecksums _checksums;
-    std::unordered_set<std::string> _conflicted;
-    std::unordered_map<std::string, UnchangedNodes> _batch; ///< those not yet taken
+    struct TextHash
+    {
+        using is_transparent = void;
+        std::size_t operator()(std::string_view text) const { return std::hash<std::string_view>{}(text); }
+    };
+    std::unordered_set<std::string, TextHash, std::equal_to<>> _conflicted; ///< paths
+    std::unordered_map<std::string, UnchangedNodes> _batch;                 ///< those not yet taken
     std::size_t _foldersInBatch = 0;
     std::size_t _nodesInBatch = 128; ///< wanted; grows while batches are used, shrinks when they are not
 };
