@@ -133,6 +133,30 @@ TEST_P(WorkingCopyVerbs, WorkOnEveryLine)
     EXPECT_FALSE(hasConflict()) << status();
 }
 
+TEST_P(WorkingCopyVerbs, TakeTheEmptyPathForTheCurrentDirectory)
+{
+    const auto former = std::filesystem::current_path();
+    std::filesystem::current_path(root);
+    writeFile(item("a.txt"), "changed\n");
+    const Call calls[] = {[&] { EXPECT_EQ(client->info("").size(), 1U); },
+                          [&] { EXPECT_EQ(client->status("").size(), 2U); },
+                          [&] { client->setProperty("", "color", "red"); },
+                          [&] { EXPECT_EQ(client->property("", "color", working).values.size(), 1U); },
+                          [&] { client->revert("", {.depth = HSVNDepthInfinity}); },
+                          [&] { client->resolve("", {.depth = HSVNDepthInfinity}); },
+                          [&] { client->cleanUp(""); },
+                          [&] { client->update(""); },
+                          [&] { client->commit("", {.message = "nothing"}); }};
+    for (const auto& call : calls) {
+        EXPECT_EQ(failureOf(call).second, "");
+    }
+    std::filesystem::current_path(former);
+    EXPECT_EQ(status(), "?       new.txt\n");
+    if (isOlderLine()) {
+        EXPECT_THROW(client->exportTree(item("a.txt"), ""), HSVNUnsupportedFeatureException);
+    }
+}
+
 TEST_P(WorkingCopyVerbs, RefuseWhatTheLineCannotDo)
 {
     const std::string here = item("dir");

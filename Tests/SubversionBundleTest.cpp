@@ -194,7 +194,7 @@ TEST_P(SubversionBundle, TakesEverySpellingOfAURL)
 
 TEST_P(SubversionBundle, AnswersAnErrorForWhatIsNoTarget)
 {
-    for (const std::string target : {"", "bad\xFFname", "/bad\xC0\x80name", "file:///\xED\xA0\x80", "file:///%ff",
+    for (const std::string target : {"bad\xFFname", "/bad\xC0\x80name", "file:///\xED\xA0\x80", "file:///%ff",
                                      "file:///a%00b", "http://", "http:///x", "svn://ho st/x", "svn://h\x01/x"})
     {
         SCOPED_TRACE(testing::PrintToString(target));
@@ -307,6 +307,17 @@ TEST_P(SubversionBundle, GoesOnWhereAFolderIsMissingOrObstructed)
     }
 }
 
+TEST_P(SubversionBundle, RefusesCopiesOfRevisionsThatOnlyALocalItemTells)
+{
+    for (const auto kind : {svn_opt_revision_committed, svn_opt_revision_previous}) {
+        EXPECT_EQ(outermost(codesOf([&](apr_pool_t* pool) {
+                      return bundle->client_copy3(&commitInfo, (wc + "/file").c_str(), LoadedBundle::revision(kind),
+                                                  (wc + "/copy").c_str(), bundle.ctx(), pool);
+                  })),
+                  SVN_ERR_CLIENT_BAD_REVISION);
+    }
+}
+
 TEST_P(SubversionBundle, TellsNoRevisionOfWhatAnUpdateExcludes)
 {
     if (bundle.minor() < 6) {
@@ -319,6 +330,13 @@ TEST_P(SubversionBundle, TellsNoRevisionOfWhatAnUpdateExcludes)
     ASSERT_EQ(results->nelts, 1);
     EXPECT_EQ(APR_ARRAY_IDX(results, 0, svn_revnum_t), SVN_INVALID_REVNUM);
     EXPECT_FALSE(fs::exists(wc + "/dir"));
+    EXPECT_EQ(outermost(codesOf([&](apr_pool_t* pool) {
+                  return bundle->client_update3(&results, bundle.array({wc}),
+                                                LoadedBundle::revision(svn_opt_revision_head), svn_depth_exclude, TRUE,
+                                                FALSE, FALSE, bundle.ctx(), pool);
+              })),
+              SVN_ERR_UNSUPPORTED_FEATURE);
+    EXPECT_TRUE(fs::exists(wc + "/file"));
 }
 
 TEST_P(SubversionBundle, KeepsTheOriginalErrorBelowAMappedOne)

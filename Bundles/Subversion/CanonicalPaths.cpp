@@ -67,7 +67,7 @@ svn_error_t* canonicalizePath(const char** path, apr_pool_t* pool)
         return svn_error_createf(SVN_ERR_BAD_FILENAME, nullptr, "Path '%s' is not valid UTF-8",
                                  printable(absolute).c_str());
     }
-    if (absolute.front() != '/') {
+    if (!absolute.starts_with('/')) {
         char* folder = nullptr;
         if (const apr_status_t status = apr_filepath_get(&folder, APR_FILEPATH_NATIVE, pool); status != APR_SUCCESS) {
             return svn_error_createf(SVN_ERR_BAD_FILENAME, svn_error_create(status, nullptr, nullptr),
@@ -159,9 +159,9 @@ svn_error_t* refuseZeroByte(const char* url)
 
 svn_error_t* canonicalize(const char** target, TargetKind kind, apr_pool_t* pool)
 {
-    if (*target == nullptr || **target == '\0') {
+    if (*target == nullptr || (kind == TargetKind::URL && **target == '\0')) {
         return svn_error_create(SVN_ERR_BAD_FILENAME, nullptr,
-                                kind == TargetKind::URL ? "The URL is empty" : "The path is empty");
+                                kind == TargetKind::URL ? "The URL is empty" : "There is no path");
     }
     const bool targetIsURL = isURL(*target);
     if (targetIsURL && kind == TargetKind::Path) {

@@ -5,8 +5,8 @@
 // Subversion aborts the process on paths and URLs that are not in its canonical form, so nothing reaches it that has
 // not passed through here. Paths become absolute (1.4 and 1.5 report notifications relative to the current folder
 // otherwise) with ".", ".." and repeated or trailing slashes resolved; URLs get a lower-case scheme and host and
-// exactly the escapes that Subversion writes itself. Empty texts, invalid UTF-8 and the wrong kind of target are
-// errors.
+// exactly the escapes that Subversion writes itself. The empty path is the current folder. Empty URLs, invalid UTF-8
+// and the wrong kind of target are errors.
 
 namespace HSVNAdapter {
 

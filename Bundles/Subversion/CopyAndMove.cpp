@@ -136,6 +136,13 @@ svn_error_t* copy3(svn_commit_info_t** info, const char* source, const svn_opt_r
     HSVN_CANONICAL_TARGET(destination, pool);
     SVN_ERR(refuseTargetBelowDirectoryLink(destination, pool));
     const auto revision = revisionForTarget(source, sourceRevision);
+#if HSVN_LINE_MINOR < 7
+    // These lines look for an item at the URL in a working copy, as if it were in none.
+    if (revision.kind == svn_opt_revision_committed || revision.kind == svn_opt_revision_previous) {
+        return svn_error_createf(SVN_ERR_CLIENT_BAD_REVISION, nullptr,
+                                 "'%s' cannot be copied in its revision PREV or COMMITTED", source);
+    }
+#endif
     svn_error_t* error = smoothed(
         withoutAssertion(svn_client_copy3(info, source, &revision, destination, ctx, pool), source), {sourceOfNoKind});
     if (error != nullptr && !isURL(source) && isOfRepository(revision) && startsFallBack(error)) {

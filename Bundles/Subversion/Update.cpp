@@ -4,6 +4,7 @@
 #include "ErrorCodes.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
+#include "WorkingCopyFormat.h"
 
 namespace HSVNAdapter {
 namespace {
@@ -25,6 +26,21 @@ svn_error_t* update2(apr_array_header_t** results, const apr_array_header_t* pat
     return smoothed(svn_client_update2(results, paths, revision, recurse, ignoreExternals, ctx, pool));
 }
 
+#if HSVN_LINE_MINOR >= 5 && HSVN_LINE_MINOR < 7
+/// 1.6 removes a whole working copy that is to leave its own root out.
+svn_error_t* refuseRoots(const apr_array_header_t* paths, apr_pool_t* pool)
+{
+    for (int index = 0; index < paths->nelts; ++index) {
+        const char* const path = APR_ARRAY_IDX(paths, index, const char*);
+        if (statedFormat(path, pool) > 0 && statedFormat(svn_path_dirname(path, pool), pool) == 0) {
+            return svn_error_createf(SVN_ERR_UNSUPPORTED_FEATURE, nullptr,
+                                     "Cannot exclude '%s': it is the root of a working copy", path);
+        }
+    }
+    return SVN_NO_ERROR;
+}
+#endif
+
 #if HSVN_LINE_MINOR >= 5
 svn_error_t* update3(apr_array_header_t** results, const apr_array_header_t* paths, const svn_opt_revision_t* revision,
                      svn_depth_t depth, svn_boolean_t depthIsSticky, svn_boolean_t ignoreExternals,
@@ -34,6 +50,11 @@ svn_error_t* update3(apr_array_header_t** results, const apr_array_header_t* pat
         return updateOfNothing(results, pool);
     }
     SVN_ERR(canonicalizeAll(&paths, TargetKind::Path, pool));
+#if HSVN_LINE_MINOR < 7
+    if (depth == svn_depth_exclude) {
+        SVN_ERR(refuseRoots(paths, pool));
+    }
+#endif
     SVN_ERR(smoothed(svn_client_update3(results, paths, revision, depth, depthIsSticky, ignoreExternals,
                                         allowObstructions, ctx, pool)));
     // What is taken out of the working copy has no revision: 1.6 leaves the numbers as it finds them.

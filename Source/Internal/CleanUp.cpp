@@ -20,7 +20,7 @@ void HSVNCleanUp(HSVNOperation& operation, const std::string& directory, const H
 
 void HSVNTellOfItemsSetAside(const std::string& directory)
 {
-    for (const auto& item : HSVNFindItemsSetAside(directory)) {
+    for (const auto& item : HSVNFindItemsSetAside(directory.empty() ? "." : directory)) {
         HSVNDebug::logAtLevel(HSVNDebugLevelNormal,
                               "'%@' holds what was set aside by an operation that was interrupted", item);
     }

@@ -21,6 +21,7 @@ svn_error_t* callExport(HSVNOperation& operation, svn_revnum_t* result, const ch
                           operation.pool());
     }
     operation.refuse(!choices.expandKeywords, "expandKeywords");
+    operation.refuse(*to == '\0', "to"); // the item's own name, which these places do not make
     if (operation.isAtLeast(HSVNVersion::version1_5())) {
         return operation->client_export4(result, from, to, &revisions.peg, &revisions.operative, choices.overwrite,
                                          ignoreExternals, HSVNDepthForSubversion(choices.depth), endOfLine,
