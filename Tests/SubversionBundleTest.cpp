@@ -415,6 +415,26 @@ TEST_P(SubversionBundle, AnswersNoInformationWhenNothingWasCommitted)
     });
 }
 
+TEST_P(SubversionBundle, NamesTheCurrentFolderThatIsCommitted)
+{
+    EXPECT_EQ(codesOf([&](apr_pool_t* pool) {
+                  apr_array_header_t* results = nullptr;
+                  return bundle->client_update2(&results, bundle.array({wc}),
+                                                LoadedBundle::revision(svn_opt_revision_head), TRUE, TRUE, bundle.ctx(),
+                                                pool);
+              }),
+              Codes{});
+    defineExternals(wc);
+    std::vector<std::string> told;
+    bundle.heard = [&](const svn_wc_notify_t& notification) { told.emplace_back(notification.path); };
+    const auto former = fs::current_path();
+    fs::current_path(wc);
+    const auto revision = bundle.commit(wc);
+    fs::current_path(former);
+    EXPECT_EQ(revision, 2);
+    EXPECT_THAT(told, testing::Contains(wc));
+}
+
 TEST_P(SubversionBundle, ListsFoldersWithoutASize)
 {
     const auto receive = [](void* baton, const char* path, const svn_dirent_t* dirent, const svn_lock_t*, const char*,

@@ -118,7 +118,8 @@ const svn_wc_notify_t* CommitTap::heard(const svn_wc_notify_t* notification, apr
         return notification;
     }
     auto* copy = copyOf(notification, pool);
-    copy->path = *notification->path == '\0' ? _prefix : svn_path_join(_prefix, notification->path, pool);
+    const char* const name = svn_path_canonicalize(notification->path, pool); // "." becomes ""
+    copy->path = *name == '\0' ? _prefix : svn_path_join(_prefix, name, pool);
     return copy;
 }
 #endif
