@@ -6,6 +6,8 @@
 #include "Internal/PatchOutcomes.h"
 #include "Internal/PatchSource.h"
 
+#include <utility>
+
 namespace {
 
 /// The patch for the library to read; nil for what Subversion refuses to open, and says why.
@@ -28,12 +30,21 @@ std::vector<HSVNPatchedItem> HSVNContext::patch(const HSVNTarget& file, const HS
     const char* const target = operation.changed(directory.text());
     const char* path = operation.cString(file.text());
     const auto patch = openedPatch(file.text());
+    const auto apply = [&](bool dryRun) {
+        return function(path, target, dryRun, choices.strip, choices.reverse, choices.ignoreWhitespace, operation.ctx(),
+                        operation.pool());
+    };
     if (patch) {
-        HSVNRequireHarmlessPatch(*patch->source, directory.text(), choices);
+        const bool leadsThroughLink = HSVNRequireHarmlessPatch(*patch->source, directory.text(), choices);
         path = operation.cString(patch->path);
+        if (leadsThroughLink && !choices.dryRun) { // what would be refused amid it is refused before
+            const auto notify = std::exchange(operation.ctx()->notify_func2, nullptr);
+            svn_error_t* const error = apply(true);
+            operation.ctx()->notify_func2 = notify;
+            operation.check(error);
+        }
     }
     HSVNPatchOutcomes outcomes{operation};
-    operation.check(function(path, target, choices.dryRun, choices.strip, choices.reverse, choices.ignoreWhitespace,
-                             operation.ctx(), operation.pool()));
+    operation.check(apply(choices.dryRun));
     return outcomes.take();
 }

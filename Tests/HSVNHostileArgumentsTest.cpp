@@ -299,6 +299,30 @@ TEST_P(HostileArguments, NamesOfTheAdministrativeAreaAreNeverChanged)
     std::filesystem::remove_all(item("older"));
 }
 
+TEST_P(HostileArguments, NoExternalIsPlacedInAnAdministrativeArea)
+{
+    for (const char* definition : {"^/trunk/dir .svn/tmp/evil", "^/trunk/a.txt .svn/evil", "^/trunk/dir dir/.svn/evil",
+                                   "^/trunk/a.txt dir/.svn/evil"})
+    {
+        repository.change({"propset", "svn:externals", definition, "trunk"});
+        for (const auto& call : std::vector<std::function<void()>>{
+                 [&] { client->update(root); },
+                 [&] { HSVNNode::updateNodes({at("")}, head, HSVNUpdateOptions::defaults(), client); },
+                 [&] { client->checkout(repository.url("trunk"), repository.beside("new")); },
+                 [&] { client->setProperty(item("dir"), "svn:externals", definition); }})
+        {
+            EXPECT_THAT(reasonOf<HSVNException>(call), HasSubstr("is in an administrative area")) << definition;
+        }
+        EXPECT_THROW(client->exportTree(repository.url("trunk"), repository.beside("exported")), HSVNException);
+        for (const auto& [name, bytes] : everything()) {
+            EXPECT_FALSE(name.ends_with("/evil")) << name;
+        }
+        std::filesystem::remove_all(repository.beside("new"));
+        std::filesystem::remove_all(repository.beside("exported"));
+    }
+    EXPECT_EQ(HSVNString::externalDefinitionListValue("^/trunk/dir .svn/evil").size(), 1U) << "it can be shown";
+}
+
 TEST_P(HostileArguments, AWorkingCopyBelowAFolderOfThatNameIsNoneOfIt)
 {
     std::filesystem::create_directories(repository.beside("outer/.svn"));

@@ -6,6 +6,7 @@
 #include "HSVNStatusCodes.h"
 #include "HSVNTreeDiff.h"
 #include "Internal/PatchReader.h"
+#include "ReasonOf.h"
 #include "WorkingCopyTest.h"
 
 #include <fmt/format.h>
@@ -215,6 +216,17 @@ TEST_P(HostilePatches, ChangeNothingThatIsNotTheWorkingCopys)
             EXPECT_FALSE(isLocked());
         }
     }
+}
+
+TEST_P(PatchVerb, IsRefusedBeforeItsFirstItem)
+{
+    files::rename(item("dir"), repository.beside("moved"));
+    files::create_directory_symlink(repository.beside("moved"), item("dir"));
+    EXPECT_THAT(
+        reasonOf<HSVNException>([&] { patched(change("a.txt", oneToTwo) + addition("b") + addition("dir/x")); }),
+        testing::HasSubstr("A symbolic link in the place of the directory '" + item("dir")));
+    EXPECT_FALSE(exists("b"));
+    EXPECT_TRUE(delegate->notifications.empty());
 }
 
 TEST_P(PatchVerb, HarmlessPatchesWithOddNamesAreNotRefused)

@@ -1,5 +1,6 @@
 #include "Command.h"
 #include "HSVNBundleLoader.h"
+#include "HSVNClient.h"
 #include "HSVNDirectory.h"
 #include "HSVNException.h"
 #include "HSVNLocalPath.h"
@@ -79,6 +80,16 @@ TEST(HSVNWorkingCopyFormat, IsZeroForAFolderThatIsNone)
     EXPECT_THAT(reasonOf<HSVNNoSuchEntryException>([&] { formatOf(folder / "nowhere"); }), HasSubstr("nowhere"));
     EXPECT_EQ(reasonOf([] { HSVNDirectory::isWorkingCopyAtPath(nullptr); }),
               "Invalid parameter not satisfying: path != nil");
+}
+
+TEST(HSVNAdminArea, IsNotLeftByAnUpgradeInSilence)
+{
+    const SampleWorkingCopy sample{"1.6"};
+    const auto area = sample.path() + "/copy-source/.svn";
+    writeFile(area + "/\xff", ""); // a folder with such a name is not removed
+    const auto client = std::make_shared<HSVNClient>();
+    EXPECT_THAT(reasonOf<HSVNException>([&] { client->upgrade(sample.path()); }),
+                HasSubstr("The working copy is upgraded, but '" + area + "'"));
 }
 
 TEST(HSVNAdminArea, IsPurgedAtEveryDepth)

@@ -5,6 +5,7 @@
 #include "ErrorCodes.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
+#include "HalfMoves.h"
 #include "ItemsOnDisk.h"
 #include "ObstructedParents.h"
 
@@ -161,7 +162,9 @@ svn_error_t* move4(svn_commit_info_t** info, const char* source, const char* des
     SVN_ERR(refuseTargetBelowDirectoryLink(source, pool));
     SVN_ERR(refuseTargetBelowDirectoryLink(destination, pool));
     SVN_ERR(requireMovable(source, destination, false, ctx, pool));
-    return transferError(svn_client_move4(info, source, destination, force, ctx, pool), source, pool);
+    const MovesUnderWay moves{{source}, destination, pool};
+    return transferError(moves.takenBack(svn_client_move4(info, source, destination, force, ctx, pool), ctx), source,
+                         pool);
 }
 
 #if HSVN_LINE_MINOR >= 8
@@ -180,8 +183,10 @@ svn_error_t* move(const apr_array_header_t* sources, const char* destination, sv
             SVN_ERR(requireMovable(source, destination, sources->nelts > 1, ctx, pool));
         }
     }
-    return svn_client_move7(sources, destination, asChild, makeParents, allowMixedRevisions, FALSE, revisionProperties,
-                            receiver, baton, ctx, pool);
+    const MovesUnderWay moves{{all.begin(), all.end()}, destination, pool};
+    return moves.takenBack(svn_client_move7(sources, destination, asChild, makeParents, allowMixedRevisions, FALSE,
+                                            revisionProperties, receiver, baton, ctx, pool),
+                           ctx);
 }
 #endif
 

@@ -1,6 +1,55 @@
 #include "CanonicalPaths.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
+#include "StandIns.h"
+
+#ifdef HSVN_STANDS_IN_FRONT
+
+#include <string_view>
+#include <svn_wc.h>
+
+// Subversion places externals anywhere below the directory with their definition, be it in an administrative area: the
+// definition's author could write files there that are read as texts and databases of the user's own.
+
+namespace {
+
+/// Whether a relative path has a component that is called like administrative areas.
+bool leadsIntoAdministrativeArea(std::string_view path, apr_pool_t* pool)
+{
+    const std::string_view reserved = svn_wc_get_adm_dir(pool);
+    for (std::size_t start = 0; start <= path.size();) {
+        const auto end = std::min(path.find('/', start), path.size());
+        if (path.substr(start, end - start) == reserved) {
+            return true;
+        }
+        start = end + 1;
+    }
+    return false;
+}
+
+} // namespace
+
+HSVN_STAND_IN svn_error_t* svn_wc_parse_externals_description3(apr_array_header_t** externals, const char* folder,
+                                                               const char* text, svn_boolean_t canonicalizeURL,
+                                                               apr_pool_t* pool)
+{
+    apr_array_header_t* items = nullptr;
+    SVN_ERR(HSVN_BEHIND(svn_wc_parse_externals_description3)(&items, folder, text, canonicalizeURL, pool));
+    for (int index = 0; index < items->nelts; ++index) {
+        const char* const target = APR_ARRAY_IDX(items, index, const svn_wc_external_item2_t*)->target_dir;
+        if (leadsIntoAdministrativeArea(target, pool)) {
+            return svn_error_createf(SVN_ERR_CLIENT_INVALID_EXTERNALS_DESCRIPTION, nullptr,
+                                     "Invalid svn:externals property on '%s': target '%s' is in an administrative area",
+                                     folder, target);
+        }
+    }
+    if (externals != nullptr) {
+        *externals = items;
+    }
+    return SVN_NO_ERROR;
+}
+
+#endif
 
 namespace HSVNAdapter {
 namespace {
@@ -12,7 +61,11 @@ svn_error_t* parseExternals(apr_array_header_t** externals, const char* defining
     if (definingFolder != nullptr && *definingFolder != '\0') {
         HSVN_CANONICAL_TARGET(definingFolder, pool);
     }
-#if HSVN_LINE_MINOR >= 5
+#ifdef HSVN_STANDS_IN_FRONT
+    // What is only read may be anything.
+    return smoothed(
+        HSVN_BEHIND(svn_wc_parse_externals_description3)(externals, definingFolder, text, canonicalizeURL, pool));
+#elif HSVN_LINE_MINOR >= 5
     return smoothed(svn_wc_parse_externals_description3(externals, definingFolder, text, canonicalizeURL, pool));
 #else
     static_cast<void>(canonicalizeURL); // this line always canonicalizes

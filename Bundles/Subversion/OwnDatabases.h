@@ -1,5 +1,6 @@
 #pragma once
 
+#include "HalfMoves.h"
 #include "SubversionLine.h"
 
 #include <svn_client.h>
@@ -9,7 +10,7 @@ namespace HSVNAdapter {
 
 /// Cleans a folder up with `call`, with databases that are opened for the call alone: a clean-up takes a folder that is
 /// known already as a part of its working copy for no root, and lets go of the one that it is given, which a call
-/// around this one may be reading.
+/// around this one may be reading. What half-made moves have renamed is put back.
 ///
 /// @param breaksLocks  whether the call ends what other calls had locked
 template <typename Call>
@@ -20,13 +21,16 @@ svn_error_t* cleanUpAnyFolder([[maybe_unused]] const char* folder, [[maybe_unuse
     svn_wc_context_t* own = nullptr;
     SVN_ERR(svn_wc_context_create(&own, nullptr, pool, pool));
     svn_wc_context_t* const kept = std::exchange(ctx->wc_ctx, own);
-    svn_error_t* const error = call();
+    svn_error_t* error = call();
 #if HSVN_LINE_MINOR >= 9
     // One that cannot read a folder to the end, for the times of its files, leaves the working copy locked.
     if (breaksLocks && error != nullptr && error->apr_err < APR_OS_START_USERERR) {
         svn_error_clear(svn_client_cleanup2(folder, TRUE, FALSE, FALSE, FALSE, FALSE, ctx, pool));
     }
 #endif
+    if (breaksLocks && error == nullptr) {
+        error = takeBackHalfMoves(folder, ctx, pool);
+    }
     ctx->wc_ctx = kept;
     return svn_error_compose_create(error, svn_wc_context_destroy(own));
 #else

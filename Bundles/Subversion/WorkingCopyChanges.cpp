@@ -1,6 +1,7 @@
 #include "ErrorCodes.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
+#include "FormerAreas.h"
 #include "ItemsOnDisk.h"
 #include "ObstructedParents.h"
 #include "Obstructions.h"
@@ -36,7 +37,9 @@ svn_error_t* removeFromChangelists(const apr_array_header_t* paths, svn_depth_t 
 svn_error_t* upgrade(const char* path, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTarget(&path, pool));
-    return svn_client_upgrade(path, ctx, pool);
+    const FormerAreas areas{ctx, pool};
+    SVN_ERR(svn_client_upgrade(path, ctx, pool));
+    return areas.remove();
 }
 
 svn_error_t* relocate(const char* path, const char* from, const char* to, svn_boolean_t ignoreExternals,

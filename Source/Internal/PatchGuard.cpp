@@ -47,6 +47,8 @@ class Guard : public HSVNPatchReader
         }
     }
 
+    bool leadsThroughLink() const { return _leadsThroughLink; }
+
   private:
     void readHeaderLine(const HSVNPatchRawLine& line) override
     {
@@ -142,8 +144,13 @@ class Guard : public HSVNPatchReader
             refuse(HSVNStatusCode::ReservedFileName,
                    fmt::format("The patch changes '{}', which is in an administrative area", item->string()));
         }
-        if (_hasMove) {
-            requireNoLinkAbove(*item);
+        if (const auto above = linkAbove(*item); !above.empty()) {
+            _leadsThroughLink = true;
+            if (_hasMove) {
+                refuse(HSVNStatusCode::IllegalTarget,
+                       fmt::format("The patch moves items and changes '{}', but '{}' is a symbolic link or becomes one",
+                                   item->string(), above.string()));
+            }
         }
         if (std::exchange(_isOfFormerItem, false)) {
             _names.clear();
@@ -156,18 +163,18 @@ class Guard : public HSVNPatchReader
         return item;
     }
 
-    void requireNoLinkAbove(const files::path& item) const
+    /// What above an item is a symbolic link, or becomes one; empty when nothing does.
+    files::path linkAbove(const files::path& item) const
     {
         files::path above;
         for (auto part = item.begin(); std::next(part) != item.end(); ++part) {
             above /= *part;
             std::error_code ignored;
             if (_links.contains(above) || files::is_symlink(_root / above, ignored)) {
-                refuse(HSVNStatusCode::IllegalTarget,
-                       fmt::format("The patch moves items and changes '{}', but '{}' is a symbolic link or becomes one",
-                                   item.string(), above.string()));
+                return above;
             }
         }
+        return {};
     }
 
     /// The item that is being read becomes a link, by whichever of its names.
@@ -180,6 +187,7 @@ class Guard : public HSVNPatchReader
     int _strip;
     files::path _root;
     bool _hasMove = false;
+    bool _leadsThroughLink = false;
     bool _isLink = false;
     bool _isOfFormerItem = false;
     std::set<files::path> _names;
@@ -188,8 +196,10 @@ class Guard : public HSVNPatchReader
 
 } // namespace
 
-void HSVNRequireHarmlessPatch(const HSVNPatchSource& source, const std::string& directory,
+bool HSVNRequireHarmlessPatch(const HSVNPatchSource& source, const std::string& directory,
                               const HSVNPatchChoices& choices)
 {
-    Guard{source, directory, choices}.readAll();
+    Guard guard{source, directory, choices};
+    guard.readAll();
+    return guard.leadsThroughLink();
 }

@@ -12,6 +12,7 @@
 /// the place of versioned directories the adapter knows.
 ///
 /// @param directory  the working copy's directory that the patch's names are relative to; "" is the current one
+/// @return whether one of its names leads through a symbolic link: only the adapter knows what the link's place is
 /// @throws HSVNException that names the item, `HSVNStatusCode::ReservedFileName` or `IllegalTarget`
-void HSVNRequireHarmlessPatch(const HSVNPatchSource& source, const std::string& directory,
+bool HSVNRequireHarmlessPatch(const HSVNPatchSource& source, const std::string& directory,
                               const HSVNPatchChoices& choices);

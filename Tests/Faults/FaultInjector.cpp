@@ -6,6 +6,7 @@
 #include <cstdarg>
 #include <cstddef>
 #include <dlfcn.h>
+#include <string_view>
 #include <sys/types.h>
 
 // Not <fcntl.h>, <unistd.h> and <sys/stat.h>: they may declare these calls inline.
@@ -15,6 +16,7 @@ namespace {
 std::atomic<bool> isArmed;
 std::atomic<int> count;
 std::atomic<int> chosen;
+std::atomic<int> renaming;
 std::atomic<FaultInjector::Fault> kind;
 std::atomic<const char*> failed;
 
@@ -27,6 +29,9 @@ bool fails(const char* call, int error)
         return false;
     }
     const int number = ++count;
+    if (std::string_view{call} == "rename") {
+        renaming = number;
+    }
     const int first = chosen;
     const bool isChosen = number == first || (kind == FaultInjector::Fault::Onwards && first > 0 && number > first);
     if (!isChosen) {
@@ -58,6 +63,7 @@ void FaultInjector::arm(Fault fault, int number)
     chosen = number;
     count = 0;
     failed = nullptr;
+    renaming = 0;
     isArmed = true;
 }
 
@@ -66,6 +72,8 @@ int FaultInjector::disarm()
     isArmed = false;
     return count;
 }
+
+int FaultInjector::lastRenaming() { return renaming; }
 
 std::string FaultInjector::failedCall()
 {

@@ -24,6 +24,8 @@ void arm(Fault fault, int number);
 ///
 /// @return how many calls there were
 int disarm();
+/// The number of the last call that renamed something; 0 for none.
+int lastRenaming();
 /// The name of the call that failed first; empty when none did.
 std::string failedCall();
 

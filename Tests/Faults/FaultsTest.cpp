@@ -73,6 +73,8 @@ struct Scenario
     std::vector<std::string> edits;
     /// What completes it after a failure, when it is not there item by item.
     std::function<void(const Place&)> resume = nullptr;
+    /// How many of the calls after the last renaming are tried in every sample.
+    int afterRenaming = 0;
 };
 
 void checkOut(const Place& place)
@@ -152,7 +154,7 @@ const std::vector<Scenario>& scenarios()
              HSVNNode::deleteNodes({place.at("dir"), place.at("old.txt")}, HSVNDeleteOptions::defaults(), place.client);
          },
          {"edit of a\n", "edit of b\n"}},
-        {"Move", nothing, [](const Place& place) { moveOrCopy(place, false, "tree", "moved"); }, tree},
+        {"Move", nothing, [](const Place& place) { moveOrCopy(place, false, "tree", "moved"); }, tree, nullptr, 4},
         {"Copy", nothing, [](const Place& place) { moveOrCopy(place, true, "tree", "copied"); }, tree},
         replacing("CopyOverAnEditedFile", true, "old.txt", "b.txt", {"edit of b\n"}),
         replacing("MoveAnEditedFileOverAnother", false, "a.txt", "b.txt", {"edit of a\n", "edit of b\n"}),
@@ -375,9 +377,9 @@ class Faults : public testing::TestWithParam<std::size_t>
     }
 
     /// The numbers of the calls to try.
-    static std::vector<int> sampled(int count)
+    std::vector<int> sampled() const
     {
-        std::vector<int> numbers(static_cast<std::size_t>(count));
+        std::vector<int> numbers(static_cast<std::size_t>(calls));
         std::iota(numbers.begin(), numbers.end(), 1);
         const char* const wanted = std::getenv("HSVN_FAULTS");
         if (wanted == nullptr || std::string_view{wanted} != "all") {
@@ -385,6 +387,9 @@ class Faults : public testing::TestWithParam<std::size_t>
             std::mt19937 generator{seed == nullptr ? 1U : static_cast<unsigned>(std::atoi(seed))};
             std::shuffle(numbers.begin(), numbers.end(), generator);
             numbers.resize(std::min<std::size_t>(numbers.size(), sampleSize));
+            for (int number = 1; number <= scenario().afterRenaming; ++number) {
+                numbers.push_back(lastRenaming + number);
+            }
         }
         return numbers;
     }
@@ -396,6 +401,7 @@ class Faults : public testing::TestWithParam<std::size_t>
         const End end = run(place, Fault::Once, 0);
         ASSERT_TRUE(end.succeeded) << end.message;
         calls = FaultInjector::disarm();
+        lastRenaming = FaultInjector::lastRenaming();
         ASSERT_GT(calls, 10);
         after = state(place);
     }
@@ -405,6 +411,7 @@ class Faults : public testing::TestWithParam<std::size_t>
     State before;
     State after;
     int calls = 0;
+    int lastRenaming = 0;
 };
 
 } // namespace
@@ -412,7 +419,7 @@ class Faults : public testing::TestWithParam<std::size_t>
 TEST_P(Faults, LoseNothingAndLeaveAUsableWorkingCopy)
 {
     for (const auto fault : {Fault::Once, Fault::Onwards}) {
-        for (const int number : sampled(calls)) {
+        for (const int number : sampled()) {
             const Place place = prepare();
             const End end = run(place, fault, number);
             SCOPED_TRACE("call " + std::to_string(number) + " of " + std::to_string(calls) + ", " +
@@ -421,7 +428,7 @@ TEST_P(Faults, LoseNothingAndLeaveAUsableWorkingCopy)
             expectUsable(place, end.message);
         }
     }
-    for (const int number : sampled(calls)) {
+    for (const int number : sampled()) {
         SCOPED_TRACE("killed at call " + std::to_string(number) + " of " + std::to_string(calls));
         prepare();
         runAndKill(number);
