@@ -2,6 +2,7 @@
 // that names it, and none ends the process.
 
 #include "HSVN.h"
+#include "LoopbackServer.h"
 #include "ReasonOf.h"
 #include "WorkingCopyTest.h"
 
@@ -14,7 +15,6 @@
 #include <optional>
 #include <random>
 #include <sys/stat.h>
-#include <thread>
 
 using testing::AllOf;
 using testing::AnyOf;
@@ -571,15 +571,12 @@ TEST_P(HostileArguments, AServerThatTakesNothingIsLeft)
                                     "    os.rename(sys.argv[2] + '.new', sys.argv[2])\n"
                                     "    time.sleep(600)",
                                     HSVN_TEST_SAMPLES "/../CommandLine", address}};
-    for (int attempt = 0; attempt < 600 && !std::filesystem::exists(address); ++attempt) {
-        std::this_thread::sleep_for(std::chrono::milliseconds{50});
-    }
     std::string sent(std::size_t{1} << 25U, '\0');
     std::ranges::generate(sent, [random = std::minstd_rand{}]() mutable { return static_cast<char>(random() >> 8U); });
     writeFile(repository.beside("sent/file"), sent);
     const auto answers = std::make_shared<HSVNClientDelegateFor<Impatient>>();
     const auto impatient = std::make_shared<HSVNClient>(bundleOfLine(line()), answers);
-    EXPECT_THROW(impatient->importTree(repository.beside("sent"), readFile(address) + "/full/new", {.message = ""}),
+    EXPECT_THROW(impatient->importTree(repository.beside("sent"), awaitFile(address) + "/full/new", {.message = ""}),
                  HSVNOperationCancelledException);
 }
 
@@ -613,10 +610,7 @@ TEST_P(HostileArguments, AServerListsNothingButWhatItIsAskedFor)
 {
     const std::string portFile = repository.beside("port");
     const BackgroundCommand server{{"python3", HSVN_TEST_SAMPLES "/../Support/listing-server.py", portFile}};
-    for (int attempt = 0; attempt < 600 && !std::filesystem::exists(portFile); ++attempt) {
-        std::this_thread::sleep_for(std::chrono::milliseconds{50});
-    }
-    const std::string url = "svn://127.0.0.1:" + readFile(portFile) + "/trunk";
+    const std::string url = "svn://127.0.0.1:" + awaitFile(portFile) + "/trunk";
     const char* const refusal = "The server lists an item that is not in '/trunk'";
     for (const bool fetchLocks : {false, true}) {
         std::vector<std::string> names;

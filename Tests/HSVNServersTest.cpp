@@ -1,3 +1,4 @@
+#include "Command.h"
 #include "HSVN.h"
 #include "SvnServer.h"
 #include "TemporaryFolder.h"
@@ -443,5 +444,27 @@ TEST(Servers, ThatAreNotThereAreToldApart)
                   }),
                   expected)
             << url;
+    }
+}
+
+TEST(Servers, ThatRedirectAReportAreRefused)
+{
+    const std::string server = served("http").url();
+    const auto port = server.rfind(':') + 1;
+    const TemporaryFolder folder;
+    const BackgroundCommand redirecting{{"python3", HSVN_TEST_SAMPLES "/../Support/redirecting-server.py",
+                                         server.substr(port, server.find('/', port) - port), folder / "port"}};
+    const std::string url = "http://127.0.0.1:" + awaitFile(folder / "port") + "/repository";
+    const Visitor visitor;
+    for (const auto& call : std::vector<std::function<void()>>{
+             [&] { visitor.client->checkout(url, folder / "wc"); },
+             [&] { visitor.client->exportTree(url, folder / "exported"); },
+             [&] {
+                 visitor.client->diffSummary({url, HSVNRevision::revisionWithNumber(1)}, {url, HSVNRevision::HEAD()});
+             }})
+    {
+        std::string reason;
+        EXPECT_EQ(classThrownBy(call, &reason), "HSVNException");
+        EXPECT_THAT(reason, testing::HasSubstr("it answers a report with another status than 200"));
     }
 }

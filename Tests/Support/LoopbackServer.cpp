@@ -1,8 +1,11 @@
 #include "LoopbackServer.h"
 
+#include "TemporaryFolder.h"
+
 #include <arpa/inet.h>
 #include <array>
 #include <chrono>
+#include <filesystem>
 #include <netinet/in.h>
 #include <stdexcept>
 #include <sys/socket.h>
@@ -79,3 +82,11 @@ bool LoopbackServer::start(const std::vector<std::string>& command)
 }
 
 std::uint16_t freeLoopbackPort() { return Socket{}.freePort(); }
+
+std::string awaitFile(const std::string& path)
+{
+    for (int attempt = 0; attempt < 600 && !std::filesystem::exists(path); ++attempt) {
+        std::this_thread::sleep_for(std::chrono::milliseconds{50});
+    }
+    return std::filesystem::exists(path) ? readFile(path) : "";
+}

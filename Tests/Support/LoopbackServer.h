@@ -27,3 +27,6 @@ class LoopbackServer
 
 /// A loopback port that nobody listened on a moment ago.
 std::uint16_t freeLoopbackPort();
+
+/// The bytes of a file that a server puts there once it listens; empty when it does not within half a minute.
+std::string awaitFile(const std::string& path);
