@@ -394,6 +394,73 @@ TEST_P(HostileArguments, OtherTextsWithAZeroByteAreRefused)
     EXPECT_EQ(property("bytes", "a.txt"), cut + cut);
 }
 
+TEST_P(HostileArguments, TextsOfAnyKindAreTakenOrRefused)
+{
+    std::string deep;
+    for (int depth = 0; depth < 40; ++depth) {
+        deep += std::string(200, 'p') + '/';
+    }
+    const std::vector<std::string> texts{"",
+                                         "a\nb",
+                                         "a\x01",
+                                         "\xe4",
+                                         "\xc0\xae",
+                                         "\xed\xa0\x80",
+                                         "..",
+                                         "a//b",
+                                         "a/./b",
+                                         "dir/",
+                                         "file:///x/../y",
+                                         "http://",
+                                         "^/",
+                                         "^/../x",
+                                         "-r5",
+                                         "%s%n",
+                                         "((((",
+                                         "[[[[*",
+                                         std::string(300, 'n'),
+                                         deep,
+                                         std::string(std::size_t{1} << 20U, 'x')};
+    const auto number = HSVNRevision::revisionWithNumber(1);
+    using Call = std::function<void(const std::string&)>;
+    const std::vector<std::pair<const char*, Call>> calls{
+        {"property", [&](const auto& text) { client->setProperty(item("a.txt"), text, text, {.force = true}); }},
+        {"externals", [&](const auto& text) { client->setProperty(item("dir"), "svn:externals", text); }},
+        {"ignores", [&](const auto& text) { client->setProperty(item("dir"), "svn:global-ignores", text); }},
+        {"merges", [&](const auto& text) { client->setProperty(root, "svn:mergeinfo", text, {.force = true}); }},
+        {"revision property", [&](const auto& text) { client->revisionProperty(repository.url(), text, number); }},
+        {"changelist", [&](const auto& text) { client->addToChangelist(item("a.txt"), text); }},
+        {"filter", [&](const auto& text) { client->revert(root, {.changelists = {text}}); }},
+        {"lock", [&](const auto& text) { client->lock(item("a.txt"), {.comment = text}); }},
+        {"message", [&](const auto& text) { client->makeDirectories(repository.url("new/x"), {.message = text}); }},
+        {"pattern", [&](const auto& text) { client->list(repository.url(), spec, {.patterns = {text}}); }},
+        {"argument", [&](const auto& text) { client->checkBlameArguments({text}); }},
+        {"option",
+         [&](const auto& text) { client->setOption(text, "global-ignores", HSVNConfigCategoryConfig, "miscellany"); }},
+        {"new directory", [&](const auto& text) { client->makeDirectories(item(text), {.makeParents = true}); }},
+        {"relocation", [&](const auto& text) { client->relocate(root, repository.url(), text); }},
+        {"patch",
+         [&](const auto& text) {
+             writeFile(repository.beside("p"), text);
+             client->patch(repository.beside("p"), root);
+         }},
+    };
+    for (const auto& [name, call] : calls) {
+        for (const auto& text : texts) {
+            try {
+                call(text);
+                client->status(root);
+            } catch (const HSVNPlatformException& exception) {
+                EXPECT_NE(exception.reason(), "") << name;
+                const auto* const told = dynamic_cast<const HSVNException*>(&exception);
+                EXPECT_FALSE(told != nullptr && told->status() == 235000) << name << ": " << exception.reason();
+            }
+        }
+        EXPECT_FALSE(isLocked()) << name;
+    }
+    EXPECT_EQ(repository.youngest(), 1);
+}
+
 TEST_P(HostileArguments, DepthsThatAreNoneAreRefused)
 {
     const auto ignore = [](const auto&) {};

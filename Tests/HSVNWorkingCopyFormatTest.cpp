@@ -92,6 +92,22 @@ TEST(HSVNAdminArea, IsNotLeftByAnUpgradeInSilence)
                 HasSubstr("The working copy is upgraded, but '" + area + "'"));
 }
 
+TEST(HSVNAdminArea, IsRemovedByTheCleanUpOfAnUpgradeThatWasInterruptedAmidIt)
+{
+    const SampleWorkingCopy sample{"1.6"};
+    const auto client = std::make_shared<HSVNClient>();
+    client->upgrade(sample.path());
+    for (const bool wasInterrupted : {false, true}) {
+        if (wasInterrupted) {
+            alterWorkingCopyDatabase(sample.path(),
+                                     {"INSERT INTO work_queue (work) VALUES (CAST('(postupgrade)' AS BLOB))"});
+        }
+        writeFile(sample.path() + "/deleted-dir/.svn/props/rest", "");
+        client->cleanUp(sample.path());
+        EXPECT_NE(fs::exists(sample.path() + "/deleted-dir/.svn"), wasInterrupted);
+    }
+}
+
 TEST(HSVNAdminArea, IsPurgedAtEveryDepth)
 {
     const SampleWorkingCopy sample{"1.6"};

@@ -2,6 +2,7 @@
 
 #include "SubversionLine.h"
 
+#include <string>
 #include <svn_client.h>
 #include <vector>
 
@@ -33,5 +34,12 @@ class FormerAreas
     void* _baton;
     std::vector<const char*> _upgraded; ///< directories
 };
+
+/// The root of the working copy of an absolute path whose upgrade was interrupted while it removed those areas; empty
+/// for others. What it has begun to remove, Subversion's own clean-up leaves.
+std::string rootOfUnfinishedUpgrade(const char* path, apr_pool_t* pool);
+
+/// Removes what is left of them, as `FormerAreas::remove` does; nothing without a root.
+svn_error_t* removeFormerAreas(const std::string& root, apr_pool_t* pool);
 
 } // namespace HSVNAdapter
