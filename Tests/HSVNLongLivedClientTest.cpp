@@ -65,6 +65,12 @@ const Change changes[] = {
          files::remove_all(root);
          checkOut(repository, "trunk", root);
      }},
+    {"made where nothing was", "", [](const TestRepository&, const std::string& root) { files::remove_all(root); },
+     [](const TestRepository& repository, const std::string& root) { checkOut(repository, "trunk", root); }},
+    {"made beside another", "/../late", nothing,
+     [](const TestRepository& repository, const std::string& root) {
+         checkOut(repository, "trunk", root + "/../late");
+     }},
     {"nested appeared", "/nested", makePlainFolder, checkOutNested},
     {"nested vanished", "/nested", checkOutNested,
      [](const TestRepository& repository, const std::string& root) {
@@ -165,6 +171,8 @@ class Given
     /// The working copy's folder.
     std::string putBack() const
     {
+        files::remove_all(repository.beside("late"));
+        files::remove_all(repository.beside("wc"));
         for (const auto& folder : files::directory_iterator{_kept}) {
             const auto place = repository.beside(folder.path().filename().string());
             files::remove_all(place);
@@ -195,7 +203,7 @@ struct Turn
 
     void meet(const std::string& place) const
     {
-        for (const char* const name : {"status scan", "info"}) {
+        for (const char* const name : {"status scan", "info", "scan of item status"}) {
             for (const auto& [operation, run] : operations) {
                 if (operation == std::string_view{name}) {
                     // Of a folder that is not versioned yet: the client has asked all the same.

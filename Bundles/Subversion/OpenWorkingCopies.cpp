@@ -138,8 +138,8 @@ svn_error_t* OpenWorkingCopies::refresh(const apr_array_header_t* targets, apr_p
     const bool isLocked = holdsLock(pool); // for the former targets
     _targets = absolutePaths(targets, pool);
     _askedForWork.reset();
-    if (_seen.empty()) {
-        return SVN_NO_ERROR; // nothing is open
+    if (_seen.empty()) { // nothing is open, but what was missing is remembered as such
+        return _targets.empty() ? SVN_NO_ERROR : close(pool);
     }
     const bool mustRenew =
         _seen.size() > mostOpen || isLocked || isStale(pool) ||
@@ -214,10 +214,10 @@ bool OpenWorkingCopies::isMistakenAbout(const std::string& path, apr_pool_t* poo
 {
     const char* believed = nullptr;
     svn_error_clear(svn_client_get_wc_root(&believed, path.c_str(), _ctx, pool, pool));
-    if (believed == nullptr) {
-        return false; // what is in no working copy is looked for anew each time
-    }
     const std::string root = rootOf(path, pool);
+    if (believed == nullptr) {
+        return !root.empty(); // Subversion keeps the kind of the last path in mind, also of one that was missing
+    }
     return root.empty() ||
            (root != believed && identityOf(databaseOf(root, pool)) != identityOf(databaseOf(believed, pool)));
 }
