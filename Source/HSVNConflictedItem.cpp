@@ -1,9 +1,11 @@
 #include "HSVNConflictedItem.h"
 
+#include "HSVNStatusCodes.h"
 #include "Internal/ExtensionCall.h"
 #include "Internal/Text.h"
 
 #include <algorithm>
+#include <fmt/format.h>
 
 namespace {
 
@@ -161,7 +163,12 @@ HSVNThreeWayDiff HSVNConflictedItem::textComparison(const HSVNDiffOptionsRef& op
     const auto targetOf = [](const std::optional<std::string>& file) {
         return file ? std::optional{HSVNTarget::verbatim(*file)} : std::nullopt;
     };
-    HSVNAssertParameter(compared.mine && compared.theirNew, "files != nil");
+    if (!compared.mine || !compared.theirNew) {
+        HSVNException::exceptionWithReason(
+            fmt::format("The conflict of '{}' left no files to compare, as one of a binary type does", _conflict->path),
+            HSVNStatusCode::ClientIsBinaryFile)
+            ->raise();
+    }
     return HSVNThreeWayDiff::ofFiles(targetOf(compared.base ? compared.base : compared.theirOld),
                                      *targetOf(compared.mine), *targetOf(compared.theirNew), _conflict->context,
                                      options);

@@ -57,7 +57,7 @@ class HSVN_EXPORT HSVNConflictedItem
     const std::vector<std::string>& conflictedProperties() const;
     /// Of the file in conflict; nil when it has none.
     const std::optional<std::string>& mimeType() const;
-    /// What met the conflict; `None` where there is none.
+    /// What met the conflict; `NoOperation` where there is none.
     HSVNConflictOperation operation() const;
 
     /// Asks the repository how a tree conflict came about; descriptions, options and the recommended choice then know.
@@ -76,6 +76,9 @@ class HSVN_EXPORT HSVNConflictedItem
     /// Compares the files of a text conflict, section by section; their common ancestor is empty where there is none.
     ///
     /// @param options  not nil ("options != nil"), as in the operation below
+    /// @throws HSVNException, `HSVNStatusCode::ClientIsBinaryFile`, for a conflict that left no files to compare, as
+    /// one
+    ///         of a binary type does: it is settled whole
     HSVNThreeWayDiff textComparison(const HSVNDiffOptionsRef& options = HSVNDiffOptions::defaults());
     /// Compares the values of a property in conflict; one that there is not is empty.
     HSVNThreeWayDiff propertyComparison(const std::string& property,

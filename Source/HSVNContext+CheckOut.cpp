@@ -3,14 +3,15 @@
 #include "Internal/OperationNotifications.h"
 
 HSVNRevisionNumber HSVNContext::checkout(const HSVNTarget& url, const HSVNTarget& path,
-                                         const HSVNRevisionSpecRef& revision, const HSVNCheckOutChoices& choices)
+                                         const HSVNRevisionArgument& revision, const HSVNCheckOutChoices& choices)
 {
-    HSVNAssertParameter(revision != nullptr, "revision != nil");
-    HSVNOperation operation{*this, "checkout", {{"url", url.text()}, {"path", path.text()}, {"revision", revision}}};
+    HSVNAssertParameter(revision.spec() != nullptr, "revision != nil");
+    HSVNOperation operation{
+        *this, "checkout", {{"url", url.text()}, {"path", path.text()}, {"revision", revision.spec()}}};
     HSVNOperationNotifications notifications{
         {HSVNNotifyActionCheckOutStarted, HSVNNotifyActionCheckOutSucceeded, HSVNNotifyActionCheckOutFailed},
         path,
         url};
-    return notifications.run(*this,
-                             [&] { return HSVNCheckOut(operation, url.text(), path.text(), *revision, choices); });
+    return notifications.run(
+        *this, [&] { return HSVNCheckOut(operation, url.text(), path.text(), *revision.spec(), choices); });
 }

@@ -3,15 +3,16 @@
 #include "Internal/OperationNotifications.h"
 
 HSVNRevisionNumber HSVNContext::exportTree(const HSVNTarget& from, const HSVNTarget& to,
-                                           const HSVNRevisionSpecRef& revision, const HSVNExportChoices& choices)
+                                           const HSVNRevisionArgument& revision, const HSVNExportChoices& choices)
 {
-    HSVNAssertParameter(revision != nullptr, "revision != nil");
-    HSVNOperation operation{*this, "exportTree", {{"from", from.text()}, {"to", to.text()}, {"revision", revision}}};
+    HSVNAssertParameter(revision.spec() != nullptr, "revision != nil");
+    HSVNOperation operation{
+        *this, "exportTree", {{"from", from.text()}, {"to", to.text()}, {"revision", revision.spec()}}};
     HSVNOperationNotifications notifications{
         {HSVNNotifyActionExportStarted, HSVNNotifyActionExportSucceeded, HSVNNotifyActionExportFailed}, to, from};
-    notifications.started().setRevision(HSVNNumberOfExport(*revision));
+    notifications.started().setRevision(HSVNNumberOfExport(*revision.spec()));
     return notifications.run(*this, [&] {
-        const HSVNRevisionNumber exported = HSVNExport(operation, from.text(), to.text(), *revision, choices);
+        const HSVNRevisionNumber exported = HSVNExport(operation, from.text(), to.text(), *revision.spec(), choices);
         notifications.succeeded().setRevision(exported);
         return exported;
     });

@@ -3,17 +3,17 @@
 #include "Internal/Properties.h"
 #include "Internal/SetProperty.h"
 
-void HSVNContext::properties(const HSVNTarget& target, const HSVNRevisionSpecRef& revision,
+void HSVNContext::properties(const HSVNTarget& target, const HSVNRevisionArgument& revision,
                              const HSVNPropertiesChoices& choices,
                              const HSVNReceiver<const HSVNItemProperties&>& receiver)
 {
-    HSVNAssertParameter(revision != nullptr, "revision != nil");
+    HSVNAssertParameter(revision.spec() != nullptr, "revision != nil");
     HSVNAssertParameter(receiver != nullptr, "receiver != nil");
-    HSVNOperation operation{*this, "properties", {{"target", target.text()}, {"revision", revision}}};
-    HSVNReadProperties(operation, target.text(), *revision, choices, receiver);
+    HSVNOperation operation{*this, "properties", {{"target", target.text()}, {"revision", revision.spec()}}};
+    HSVNReadProperties(operation, target.text(), *revision.spec(), choices, receiver);
 }
 
-std::vector<HSVNItemProperties> HSVNContext::properties(const HSVNTarget& target, const HSVNRevisionSpecRef& revision,
+std::vector<HSVNItemProperties> HSVNContext::properties(const HSVNTarget& target, const HSVNRevisionArgument& revision,
                                                         const HSVNPropertiesChoices& choices)
 {
     return HSVNCollected<HSVNItemProperties>(
@@ -21,11 +21,12 @@ std::vector<HSVNItemProperties> HSVNContext::properties(const HSVNTarget& target
 }
 
 HSVNPropertyValues HSVNContext::property(const HSVNTarget& target, const std::string& name,
-                                         const HSVNRevisionSpecRef& revision, const HSVNPropertiesChoices& choices)
+                                         const HSVNRevisionArgument& revision, const HSVNPropertiesChoices& choices)
 {
-    HSVNAssertParameter(revision != nullptr, "revision != nil");
-    HSVNOperation operation{*this, "property", {{"target", target.text()}, {"name", name}, {"revision", revision}}};
-    return HSVNReadProperty(operation, target.text(), name, *revision, choices);
+    HSVNAssertParameter(revision.spec() != nullptr, "revision != nil");
+    HSVNOperation operation{
+        *this, "property", {{"target", target.text()}, {"name", name}, {"revision", revision.spec()}}};
+    return HSVNReadProperty(operation, target.text(), name, *revision.spec(), choices);
 }
 
 void HSVNContext::setProperty(const HSVNTargets& targets, const std::string& name,

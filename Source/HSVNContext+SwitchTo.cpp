@@ -6,11 +6,12 @@
 #include "Internal/RevisionNumber.h"
 
 HSVNRevisionNumber HSVNContext::switchTo(const HSVNTarget& path, const HSVNTarget& url,
-                                         const HSVNRevisionSpecRef& revision, const HSVNSwitchChoices& choices)
+                                         const HSVNRevisionArgument& revision, const HSVNSwitchChoices& choices)
 {
-    HSVNAssertParameter(revision != nullptr, "revision != nil");
-    HSVNOperation operation{*this, "switchTo", {{"path", path.text()}, {"url", url.text()}, {"revision", revision}}};
-    const HSVNRevisionRecords revisions{*revision};
+    HSVNAssertParameter(revision.spec() != nullptr, "revision != nil");
+    HSVNOperation operation{
+        *this, "switchTo", {{"path", path.text()}, {"url", url.text()}, {"revision", revision.spec()}}};
+    const HSVNRevisionRecords revisions{*revision.spec()};
     const HSVNConflictChoosing choosing{operation, choices.chooser};
     const HSVNUpdateFunctions::Updating record{.depth = HSVNDepthForSubversion(choices.depth),
                                                .depthIsSticky = choices.depthIsSticky,

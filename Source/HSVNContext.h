@@ -81,12 +81,13 @@ inline constexpr const char* HSVNConfigOptionGlobalIgnores = "global-ignores";
 /// context's own lock and may be called on any thread at any time.
 ///
 /// The verbs below are Subversion's own, on targets (`HSVNTarget`), with every choice that its command line has; each
-/// takes its arguments in the order targets, revision, choices, receiver. What they do to an item is told by
-/// notifications. A verb takes the newest function that the context's line has for it. Where the line has an older one
-/// only, that serves as long as the choices allow it, else the verb throws `HSVNUnsupportedFeatureException`, which
-/// names verb, choice and line. Verbs throw `HSVNException` for every Subversion error, and
-/// `HSVNInvalidArgumentException` for a target with a NUL in it; what changes items refuses those in an administrative
-/// area (`HSVNStatusCode::ReservedFileName`).
+/// takes its arguments in the order targets, revision, choices, receiver; a revision may be a specification with a peg
+/// or one revision alone. What they do to an item is told by notifications, also that an external could not be brought
+/// along (`HSVNNotifyActionFailedExternal`), after which a verb goes on. A verb takes the newest function that the
+/// context's line has for it. Where the line has an older one only, that serves as long as the choices allow it, else
+/// the verb throws `HSVNUnsupportedFeatureException`, which names verb, choice and line. Verbs throw `HSVNException`
+/// for every Subversion error, and `HSVNInvalidArgumentException` for a target with a NUL in it; what changes items
+/// refuses those in an administrative area (`HSVNStatusCode::ReservedFileName`).
 ///
 /// Choices are aggregates whose fields all have defaults, for designated initialisers. A release that adds a field
 /// changes their size, so it has a new `SOVERSION`, and programs are compiled anew for it; their sources stay as they
@@ -300,7 +301,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     ///
     /// Sends HSVNNotifyActionCheckOutStarted and its like. Stands for svn_client_checkout3 (svn_client_checkout2).
     HSVNRevisionNumber checkout(const HSVNTarget& url, const HSVNTarget& path,
-                                const HSVNRevisionSpecRef& revision = HSVNRevisionSpec::HEAD(),
+                                const HSVNRevisionArgument& revision = HSVNRevisionSpec::HEAD(),
                                 const HSVNCheckOutChoices& choices = {});
     /// Brings a working copy's item to another place of the same repository.
     ///
@@ -310,7 +311,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// @return the revision that the item is at
     /// Stands for svn_client_switch3; not offered by lines before 1.7.
     HSVNRevisionNumber switchTo(const HSVNTarget& path, const HSVNTarget& url,
-                                const HSVNRevisionSpecRef& revision = HSVNRevisionSpec::HEAD(),
+                                const HSVNRevisionArgument& revision = HSVNRevisionSpec::HEAD(),
                                 const HSVNSwitchChoices& choices = {});
     /// Writes an item without Subversion's own data.
     ///
@@ -322,7 +323,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// Sends HSVNNotifyActionExportStarted and its like. Stands for svn_client_export5 (svn_client_export4,
     /// svn_client_export3).
     HSVNRevisionNumber exportTree(const HSVNTarget& from, const HSVNTarget& to,
-                                  const HSVNRevisionSpecRef& revision = HSVNRevisionSpec::UNSPECIFIED(),
+                                  const HSVNRevisionArgument& revision = HSVNRevisionSpec::UNSPECIFIED(),
                                   const HSVNExportChoices& choices = {});
 
     // MARK: Merging
@@ -413,12 +414,19 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     HSVNCommitResult copy(const std::vector<HSVNTargetInRevision>& sources, const HSVNTarget& destination,
                           const HSVNCopyChoices& choices = {},
                           const HSVNReceiver<const HSVNCommitResult&>& receiver = {});
-    /// The same of one item.
+    /// The same of one item; of an older one, as `HSVNTargetInRevision{url, revision}`.
     template <std::convertible_to<HSVNTargetInRevision> Source>
     HSVNCommitResult copy(const Source& source, const HSVNTarget& destination, const HSVNCopyChoices& choices = {},
                           const HSVNReceiver<const HSVNCommitResult&>& receiver = {})
     {
         return copy(std::vector<HSVNTargetInRevision>{source}, destination, choices, receiver);
+    }
+    /// The same of several items in their present state, such as a vector of paths.
+    template <HSVNRangeOfTargets Sources>
+    HSVNCommitResult copy(const Sources& sources, const HSVNTarget& destination, const HSVNCopyChoices& choices = {},
+                          const HSVNReceiver<const HSVNCommitResult&>& receiver = {})
+    {
+        return copy(HSVNTargets{sources}.inPresentState(), destination, choices, receiver);
     }
     /// Moves items within a working copy or within a repository.
     ///
@@ -435,17 +443,17 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// @param revision  not nil ("revision != nil")
     /// @param receiver  not nil ("receiver != nil")
     /// Stands for svn_client_proplist4 (svn_client_proplist2).
-    void properties(const HSVNTarget& target, const HSVNRevisionSpecRef& revision, const HSVNPropertiesChoices& choices,
-                    const HSVNReceiver<const HSVNItemProperties&>& receiver);
+    void properties(const HSVNTarget& target, const HSVNRevisionArgument& revision,
+                    const HSVNPropertiesChoices& choices, const HSVNReceiver<const HSVNItemProperties&>& receiver);
     /// The same, all items at once.
     std::vector<HSVNItemProperties> properties(const HSVNTarget& target,
-                                               const HSVNRevisionSpecRef& revision = HSVNRevisionSpec::UNSPECIFIED(),
+                                               const HSVNRevisionArgument& revision = HSVNRevisionSpec::UNSPECIFIED(),
                                                const HSVNPropertiesChoices& choices = {});
     /// Reads one property of the items that have it.
     ///
     /// Stands for svn_client_propget5 (svn_client_propget2).
     HSVNPropertyValues property(const HSVNTarget& target, const std::string& name,
-                                const HSVNRevisionSpecRef& revision = HSVNRevisionSpec::UNSPECIFIED(),
+                                const HSVNRevisionArgument& revision = HSVNRevisionSpec::UNSPECIFIED(),
                                 const HSVNPropertiesChoices& choices = {});
     /// Sets a property of items, or deletes it.
     ///
@@ -491,11 +499,11 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// @param receiver  not nil ("receiver != nil")
     /// Stands for svn_client_info4 (svn_client_info, which knows the depths empty and infinity, no externals and no
     /// changelists).
-    void info(const HSVNTarget& target, const HSVNRevisionSpecRef& revision, const HSVNInfoChoices& choices,
+    void info(const HSVNTarget& target, const HSVNRevisionArgument& revision, const HSVNInfoChoices& choices,
               const HSVNReceiver<const HSVNItemInfo&>& receiver);
     /// The same, all items at once.
     std::vector<HSVNItemInfo> info(const HSVNTarget& target,
-                                   const HSVNRevisionSpecRef& revision = HSVNRevisionSpec::UNSPECIFIED(),
+                                   const HSVNRevisionArgument& revision = HSVNRevisionSpec::UNSPECIFIED(),
                                    const HSVNInfoChoices& choices = {});
     /// Lists a repository's directory, or one file.
     ///
@@ -504,11 +512,11 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// @param receiver  not nil ("receiver != nil"). A node's name is its path below the target; that of a directory
     ///                  which is the target itself is ".".
     /// Stands for svn_client_list4 (svn_client_list).
-    void list(const HSVNTarget& target, const HSVNRevisionSpecRef& revision, const HSVNListChoices& choices,
+    void list(const HSVNTarget& target, const HSVNRevisionArgument& revision, const HSVNListChoices& choices,
               const HSVNReceiver<const HSVNNodeRef&>& receiver);
     /// The same, all nodes at once.
     std::vector<HSVNNodeRef> list(const HSVNTarget& target,
-                                  const HSVNRevisionSpecRef& revision = HSVNRevisionSpec::UNSPECIFIED(),
+                                  const HSVNRevisionArgument& revision = HSVNRevisionSpec::UNSPECIFIED(),
                                   const HSVNListChoices& choices = {});
     /// Reads the history of items.
     ///
@@ -525,11 +533,11 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// @param revision  not nil ("revision != nil")
     /// @param receiver  not nil ("receiver != nil")
     /// Stands for svn_client_cat3 (svn_client_cat2, which expands keywords).
-    void contents(const HSVNTarget& target, const HSVNRevisionSpecRef& revision, const HSVNContentsChoices& choices,
+    void contents(const HSVNTarget& target, const HSVNRevisionArgument& revision, const HSVNContentsChoices& choices,
                   const HSVNContentsReceiver& receiver);
     /// The same, all bytes at once.
     std::string contents(const HSVNTarget& target,
-                         const HSVNRevisionSpecRef& revision = HSVNRevisionSpec::UNSPECIFIED(),
+                         const HSVNRevisionArgument& revision = HSVNRevisionSpec::UNSPECIFIED(),
                          const HSVNContentsChoices& choices = {});
     /// Tells for each line of a file which revision changed it last, or, in a range that runs backwards, next.
     ///

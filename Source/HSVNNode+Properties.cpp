@@ -81,3 +81,9 @@ void HSVNNode::setIgnoredFilenames(const std::optional<std::vector<std::string>>
 {
     setProperty(HSVNPropertyIgnore, HSVNString::stringFromIgnoreList(patterns), path, context);
 }
+
+void HSVNNode::setIgnoredFilenames(std::initializer_list<const char*> patterns, const HSVNPathRef& path,
+                                   const HSVNContextRef& context)
+{
+    setProperty(HSVNPropertyIgnore, HSVNString::stringFromIgnoreList(patterns), path, context);
+}

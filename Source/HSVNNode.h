@@ -10,6 +10,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <initializer_list>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -327,6 +328,9 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// Writes a folder's svn:ignore; nil deletes it.
     static void setIgnoredFilenames(const std::optional<std::vector<std::string>>& patterns, const HSVNPathRef& path,
                                     const HSVNContextRef& context);
+    /// The same for patterns that are written out; none deletes it.
+    static void setIgnoredFilenames(std::initializer_list<const char*> patterns, const HSVNPathRef& path,
+                                    const HSVNContextRef& context);
 
     // Services
 
@@ -364,6 +368,15 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     static std::vector<HSVNLogItemRef> readLogForNodeAtPath(const HSVNPathRef& path, HSVNLogDelegate* delegate,
                                                             const std::shared_ptr<const HSVNLogOptions>& options,
                                                             const HSVNContextRef& context);
+    /// The same for a delegate that is shared.
+    template <class Delegate>
+    static std::vector<HSVNLogItemRef>
+    readLogForNodeAtPath(const HSVNPathRef& path, const std::shared_ptr<Delegate>& delegate,
+                         const std::shared_ptr<const HSVNLogOptions>& options, const HSVNContextRef& context)
+    {
+        HSVNLogDelegate* const hearing = delegate.get();
+        return readLogForNodeAtPath(path, hearing, options, context);
+    }
 
     // Services: import, export, merge
 

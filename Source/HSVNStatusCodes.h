@@ -49,6 +49,8 @@ struct HSVNStatusCode
         LockExpired = 160041,                  ///< SVN_ERR_FS_LOCK_EXPIRED
         OutOfDate = 160042,                    ///< SVN_ERR_FS_OUT_OF_DATE
         UnsupportedRepositoryFormat = 160043,  ///< SVN_ERR_FS_UNSUPPORTED_FORMAT
+        HookFailure = 165001,                  ///< SVN_ERR_REPOS_HOOK_FAILURE: a hook refused what was to be done
+        DisabledFeature = 165006,              ///< SVN_ERR_REPOS_DISABLED_FEATURE: no hook allows revision properties
         IllegalURL = 170000,                   ///< SVN_ERR_RA_ILLEGAL_URL
         NotAuthorized = 170001,                ///< SVN_ERR_RA_NOT_AUTHORIZED
         AccessOutOfDate = 170004,              ///< SVN_ERR_RA_OUT_OF_DATE

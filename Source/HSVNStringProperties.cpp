@@ -44,6 +44,12 @@ std::optional<std::string> stringFromIgnoreList(const std::optional<std::vector<
     return text;
 }
 
+std::optional<std::string> stringFromIgnoreList(std::initializer_list<const char*> patterns)
+{
+    return patterns.size() == 0 ? std::nullopt
+                                : stringFromIgnoreList(std::vector<std::string>(patterns.begin(), patterns.end()));
+}
+
 std::vector<std::string> keywordListValue(const std::string& text)
 {
     const auto pieces = HSVNText::split(text, " ");

@@ -2,7 +2,6 @@
 
 #include "HSVNLocalPath.h"
 #include "HSVNPlatformException.h"
-#include <string_view>
 
 namespace {
 
@@ -29,7 +28,11 @@ HSVNTarget::HSVNTarget(const std::string& text) : _text{text}
     }
 }
 
+HSVNTarget::HSVNTarget(std::string_view text) : HSVNTarget{std::string{text}} {}
+
 HSVNTarget::HSVNTarget(const char* text) : HSVNTarget{std::string{notNull(text)}} {}
+
+std::string HSVNTarget::textOfFile(const std::string& name) { return name.starts_with('~') ? "./" + name : name; }
 
 HSVNTarget HSVNTarget::verbatim(std::string text)
 {
@@ -53,6 +56,16 @@ HSVNTargets::HSVNTargets(std::initializer_list<HSVNTarget> targets)
     }
 }
 
+std::vector<HSVNTargetInRevision> HSVNTargets::inPresentState() const
+{
+    std::vector<HSVNTargetInRevision> targets;
+    targets.reserve(_texts.size());
+    for (const auto& text : _texts) {
+        targets.emplace_back(HSVNTarget::verbatim(text));
+    }
+    return targets;
+}
+
 HSVNTargets HSVNTargets::verbatim(std::vector<std::string> texts)
 {
     HSVNTargets targets;
@@ -70,4 +83,9 @@ HSVNTargetInRevision::HSVNTargetInRevision(HSVNTarget item, const HSVNRevisionRe
     : HSVNTargetInRevision{std::move(item),
                            operativeRevision ? HSVNRevisionSpec::revisionWithRevision(operativeRevision) : nullptr}
 {
+}
+
+HSVNRevisionSpecRef HSVNRevisionArgument::specOf(const HSVNRevisionRef& operativeRevision)
+{
+    return operativeRevision ? HSVNRevisionSpec::revisionWithRevision(operativeRevision) : nullptr;
 }

@@ -6,11 +6,19 @@
 #include "HSVNRevisionSpec.h"
 
 #include <concepts>
+#include <cstddef>
 #include <initializer_list>
+#include <iterator>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <type_traits>
 #include <utility>
 #include <vector>
+
+/// A class that names a file as `std::filesystem::path` does.
+template <class File>
+concept HSVNNativePath = std::same_as<decltype(std::declval<const File&>().native()), const std::string&>;
 
 /// What an operation works on: a local path, absolute or relative to the current directory ("" is that directory), or a
 /// URL. A plain value.
@@ -19,8 +27,14 @@ class HSVN_EXPORT HSVNTarget
   public:
     /// An item's place; not nil ("path != nil").
     template <std::derived_from<HSVNPath> Path>
-    HSVNTarget(const std::shared_ptr<const Path>& path) // NOLINT(google-explicit-constructor)
+    HSVNTarget(const std::shared_ptr<Path>& path) // NOLINT(google-explicit-constructor)
         : HSVNTarget{static_cast<const HSVNPath*>(path.get())}
+    {
+    }
+    /// A file's place, such as a `std::filesystem::path`: a local path, in which a "~" is a name like any other.
+    template <HSVNNativePath File>
+    HSVNTarget(const File& file) // NOLINT(google-explicit-constructor)
+        : HSVNTarget{textOfFile(file.native())}
     {
     }
     /// A text, UTF-8: a URL where it begins with a scheme and "://", else a local path, whose "~" is a home directory
@@ -28,6 +42,8 @@ class HSVN_EXPORT HSVNTarget
     ///
     /// @throws HSVNInvalidArgumentException for a text that is not UTF-8 or has a NUL in it
     HSVNTarget(const std::string& text); // NOLINT(google-explicit-constructor)
+    /// The same.
+    HSVNTarget(std::string_view text); // NOLINT(google-explicit-constructor)
     /// The same; not null ("text != NULL").
     HSVNTarget(const char* text); // NOLINT(google-explicit-constructor)
     /// A target as `HSVNArguments` made it: taken as it stands, so that operations tell of it as it was typed.
@@ -44,10 +60,20 @@ class HSVN_EXPORT HSVNTarget
     explicit HSVNTarget(const HSVNPath* path);
     HSVNTarget() = default;
 
+    static std::string textOfFile(const std::string& name);
+
     std::string _text;
 };
 
-/// The targets of an operation, in order: one, several in braces, or a vector of what a target is made from.
+struct HSVNTargetInRevision;
+
+/// Several things that a target is made from, and nothing that is itself one.
+template <class Range>
+concept HSVNRangeOfTargets = !std::convertible_to<const Range&, HSVNTarget> &&
+                             std::convertible_to<decltype(*std::begin(std::declval<const Range&>())), HSVNTarget>;
+
+/// The targets of an operation, in order: one, several in braces, or a vector, a set or any other range of what a
+/// target is made from.
 class HSVN_EXPORT HSVNTargets
 {
   public:
@@ -59,11 +85,9 @@ class HSVN_EXPORT HSVNTargets
         : HSVNTargets{std::initializer_list<HSVNTarget>{HSVNTarget{target}}}
     {
     }
-    template <class Value>
-    requires(std::convertible_to<const Value&, HSVNTarget>)
-        HSVNTargets(const std::vector<Value>& targets) // NOLINT(google-explicit-constructor)
+    template <HSVNRangeOfTargets Range>
+    HSVNTargets(const Range& targets) // NOLINT(google-explicit-constructor)
     {
-        _texts.reserve(targets.size());
         for (const auto& target : targets) {
             _texts.push_back(HSVNTarget{target}.text());
         }
@@ -74,6 +98,8 @@ class HSVN_EXPORT HSVNTargets
     /// The paths and URLs.
     const std::vector<std::string>& texts() const { return _texts; }
     bool empty() const { return _texts.empty(); }
+    /// Each of them in its present state.
+    std::vector<HSVNTargetInRevision> inPresentState() const;
 
   private:
     std::vector<std::string> _texts;
@@ -96,4 +122,33 @@ struct HSVN_EXPORT HSVNTargetInRevision
 
     HSVNTarget target;
     HSVNRevisionSpecRef revision; ///< never nil
+};
+
+/// Which state of an item a verb works on, and which item that is: a specification, or a revision alone, which is then
+/// the operative one.
+class HSVN_EXPORT HSVNRevisionArgument
+{
+  public:
+    /// Nil, which no verb takes.
+    HSVNRevisionArgument() = default;
+    /// The same, where nil is written out.
+    HSVNRevisionArgument(std::nullptr_t /*none*/) {} // NOLINT(google-explicit-constructor)
+    template <std::derived_from<HSVNRevisionSpec> Spec>
+    HSVNRevisionArgument(const std::shared_ptr<Spec>& spec) // NOLINT(google-explicit-constructor)
+        : _spec{spec}
+    {
+    }
+    template <std::derived_from<HSVNRevision> Revision>
+    HSVNRevisionArgument(const std::shared_ptr<Revision>& operativeRevision) // NOLINT(google-explicit-constructor)
+        : _spec{specOf(operativeRevision)}
+    {
+    }
+
+    /// The specification; nil for nil.
+    const HSVNRevisionSpecRef& spec() const { return _spec; }
+
+  private:
+    static HSVNRevisionSpecRef specOf(const HSVNRevisionRef& operativeRevision);
+
+    HSVNRevisionSpecRef _spec;
 };

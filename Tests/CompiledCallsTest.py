@@ -47,7 +47,10 @@ HANDLERS = {
 # Calls of a context that compile without a warning.
 CALLS = """
 #include <HSVN/HSVN.h>
+#include <array>
+#include <filesystem>
 #include <iostream>
+#include <set>
 void calls(HSVNContext& context, const HSVNContextRef& shared, const HSVNURLRef& url, const std::string& text)
 {
     const std::pair<HSVNRevisionRef, HSVNRevisionRef> range{HSVNRevision::BASE(), HSVNRevision::WORKING()};
@@ -57,6 +60,23 @@ void calls(HSVNContext& context, const HSVNContextRef& shared, const HSVNURLRef&
     context.copy({text, "b"}, url);
     context.copy({{text, HSVNRevision::HEAD()}}, url);
     context.lock({"a", "b"}, {.steal = true});
+    const std::filesystem::path file{text};
+    const std::vector<HSVNPathRef> paths{url, HSVNPath::pathWithString(text)};
+    context.status(file);
+    context.status(std::string_view{text}, {.getAll = true});
+    context.status(std::make_shared<HSVNLocalPath>(text));
+    context.update(std::set<std::string>{text});
+    context.update(std::array{file, file});
+    context.revert({file, file});
+    context.copy(paths, file);
+    context.copy(std::vector{text}, url);
+    context.copy(file, url, {.makeParents = true});
+    context.checkout(url, file, HSVNRevision::HEAD());
+    context.list(url, HSVNRevision::revisionWithNumber(1), {.depth = HSVNDepthInfinity});
+    context.contents(text, std::make_shared<HSVNMutableRevisionSpec>(HSVNRevision::BASE()));
+    context.info(url, {}, {});
+    HSVNNode::setIgnoredFilenames({"*.o", "built"}, paths.back(), shared);
+    HSVNNode::readLogForNodeAtPath(url, std::make_shared<HSVNLogDelegate>(), HSVNLogOptions::defaults(), shared);
     std::string diff = context.diff(text, {range.first, range.second}) + context.diff("a", "b", {.gitFormat = true});
     std::vector<HSVNDifference> items = context.diffSummary(url, range, {.depth = HSVNDepthFiles});
     items = context.diffSummary("a", "b");

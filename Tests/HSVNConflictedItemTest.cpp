@@ -184,6 +184,20 @@ TEST_P(ConflictedItem, IsSettledSectionBySection)
     EXPECT_THROW(settled.textComparison(), HSVNPlatformException);
 }
 
+TEST_P(ConflictedItem, OfABinaryTypeHasNoSections)
+{
+    mustRun({"svn", "propset", "--quiet", "svn:mime-type", "application/octet-stream", item("a.txt")});
+    commitAll();
+    writeFile(item("a.txt"), "theirs\n");
+    commitAll();
+    mustRun({"svn", "update", "--quiet", "-r", "2", root});
+    writeFile(item("a.txt"), "mine\n");
+    mustRun({"svn", "update", "--quiet", "--accept", "postpone", root});
+    HSVNConflictedItem whole{item("a.txt"), client};
+    EXPECT_EQ(reasonOf<HSVNException>([&] { whole.textComparison(); }),
+              "The conflict of '" + item("a.txt") + "' left no files to compare, as one of a binary type does");
+}
+
 TEST(ConflictRecords, AreReadNoFurtherThanTheirLineHasThem)
 {
     const char* const pastTheEnd = reinterpret_cast<const char*>(1);

@@ -153,6 +153,8 @@ TEST(PropertyTexts, BecomeListsOfPatternsAndKeywordsAndBack)
     EXPECT_THAT(HSVNString::ignoreListValue("a\n\n  b\t\r\n c d \v"), ElementsAre("a", "b", "c d"));
     EXPECT_EQ(HSVNString::stringFromIgnoreList({{"a", "b", "a", "", "c d"}}), "a\nb\nc d");
     EXPECT_EQ(HSVNString::stringFromIgnoreList({{"", ""}}), "");
+    EXPECT_EQ(HSVNString::stringFromIgnoreList({"a", "b", "a"}), "a\nb");
+    EXPECT_EQ(HSVNString::stringFromIgnoreList({}), std::nullopt);
     EXPECT_EQ(HSVNString::stringFromIgnoreList(std::nullopt), std::nullopt);
     EXPECT_THAT(HSVNString::keywordListValue("Id  Date"), ElementsAre("Id", "", "Date"));
     EXPECT_THAT(HSVNString::keywordListValue(""), ElementsAre(""));

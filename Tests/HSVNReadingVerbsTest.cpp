@@ -16,6 +16,7 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <set>
 
 namespace {
 
@@ -42,6 +43,23 @@ class ReadingVerbs : public testing::TestWithParam<std::string>
     std::string _root;
     HSVNClientRef _client = isOlder() ? clientWithoutExtensions(GetParam()) : std::make_shared<HSVNClient>();
 };
+
+TEST_P(ReadingVerbs, TakeTargetsAndRevisionsAsApplicationsHaveThem)
+{
+    const std::filesystem::path file{item("a.txt")};
+    const auto url = HSVNURL::URLWithString(_repository.url("a.txt"));
+    const auto* const expected = "first $Rev$\n";
+    EXPECT_EQ(_client->contents(file), expected);
+    EXPECT_EQ(_client->contents(std::string_view{item("a.txt")}, HSVNRevision::BASE()), expected);
+    EXPECT_EQ(_client->contents(url, HSVNRevision::revisionWithNumber(1)), expected);
+    EXPECT_THROW(_client->contents(url, HSVNRevision::revisionWithNumber(0)), HSVNException);
+    for (const HSVNRevisionArgument& nil : {HSVNRevisionArgument{}, HSVNRevisionArgument{HSVNRevisionRef{}}}) {
+        EXPECT_EQ(reasonOf([&] { _client->contents(url, nil); }), "Invalid parameter not satisfying: revision != nil");
+    }
+    EXPECT_EQ(HSVNTargets(std::set<std::filesystem::path>{file, "~", ""}).texts(),
+              (std::vector<std::string>{"", "./~", item("a.txt")}));
+    EXPECT_EQ(HSVNTarget{"~"}.text(), HSVNLocalPath{"~"}.string()) << "in a text it is the home directory";
+}
 
 TEST_P(ReadingVerbs, InfoTellsOfAnItemInItsWorkingCopy)
 {
