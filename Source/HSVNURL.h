@@ -129,12 +129,12 @@ class HSVN_EXPORT HSVNURL : public HSVNPath
 
     // Reachability
 
-    /// Returns when the server accepts connections.
+    /// Returns when the server answers in time, even if it refuses the connection.
     ///
     /// @param timeout  in seconds, for each address that the host's name resolves to
     /// @throws HSVNCommunicationException "<hostAndScheme> is currently unreachable"; what `connectToAddress` throws
     void testConnectivity(double timeout) const;
-    /// Whether the server's port can be connected to; true without a test for file URLs and tunnels, false for a host
+    /// Whether the server answers, even with a refusal; true without a test for file URLs and tunnels, false for a host
     /// or a scheme's service that cannot be resolved.
     ///
     /// @param timeout  in seconds, for each address that the host's name resolves to
