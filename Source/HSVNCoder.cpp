@@ -22,6 +22,7 @@ void HSVNCoder::encodeUnsigned(std::uint64_t, std::string_view) { failEncode(); 
 void HSVNCoder::encodeBool(bool, std::string_view) { failEncode(); }
 void HSVNCoder::encodeException(const HSVNPlatformExceptionRef&, std::string_view) { failEncode(); }
 
+bool HSVNCoder::containsValueForKey(std::string_view) const { failDecode(); }
 std::shared_ptr<HSVNArchivable> HSVNCoder::decodeAnyObject(std::string_view) { failDecode(); }
 std::optional<std::string> HSVNCoder::decodeString(std::string_view) { failDecode(); }
 std::optional<HSVNDate> HSVNCoder::decodeDate(std::string_view) { failDecode(); }

@@ -68,7 +68,7 @@ class HSVN_EXPORT HSVNCoder
     virtual void encodeException(const HSVNPlatformExceptionRef& exception, std::string_view key);
 
     /// Whether the object being decoded has a value under the key.
-    virtual bool containsValueForKey(std::string_view key) const = 0;
+    virtual bool containsValueForKey(std::string_view key) const;
     /// The object under the key, made anew; nil when absent.
     virtual std::shared_ptr<HSVNArchivable> decodeAnyObject(std::string_view key);
     /// The text under the key; nil when absent.

@@ -93,6 +93,8 @@ HSVNConflictRecord conflict{.kind = HSVNConflictKind::Tree};
 HSVNItemInfo info{.target = "a"};
 HSVNStoredCredential credential{.kind = "svn.simple"};
 HSVNBlamedLine line{.number = 1};
+// A coder supplies what it offers.
+struct : HSVNCoder { bool allowsKeyedCoding() const override { return false; } } coder;
 """
 
 
