@@ -135,6 +135,7 @@ OpenWorkingCopies* OpenWorkingCopies::in(apr_pool_t* contextPool)
 
 svn_error_t* OpenWorkingCopies::refresh(const apr_array_header_t* targets, apr_pool_t* pool)
 {
+    destroyFormer();
     const bool isLocked = holdsLock(pool); // for the former targets
     _targets = absolutePaths(targets, pool);
     _askedForWork.reset();
@@ -169,12 +170,19 @@ svn_error_t* OpenWorkingCopies::close(apr_pool_t* pool)
         svn_pool_destroy(generationPool);
         return error;
     }
-    svn_error_t* const error = svn_wc_context_destroy(std::exchange(_ctx->wc_ctx, fresh));
-    if (apr_pool_t* const former = std::exchange(_generationPool, generationPool)) {
-        svn_pool_destroy(former);
+    if (_generationPool != nullptr) {
+        _formerPools.push_back(_generationPool);
     }
+    _generationPool = generationPool;
     _seen.clear();
-    return error;
+    return svn_wc_context_destroy(std::exchange(_ctx->wc_ctx, fresh));
+}
+
+void OpenWorkingCopies::destroyFormer()
+{
+    for (apr_pool_t* const pool : std::exchange(_formerPools, {})) {
+        svn_pool_destroy(pool);
+    }
 }
 
 bool OpenWorkingCopies::hasUnfinishedWork(const std::string& path)

@@ -58,9 +58,13 @@ class OpenWorkingCopies
     bool isMistakenAbout(const std::string& path, apr_pool_t* pool) const;
     void noteRoot(const std::string& root, apr_pool_t* pool);
     void noteExternals(const std::string& root, Seen& seen, apr_pool_t* pool);
+    void destroyFormer();
 
     svn_client_ctx_t* _ctx;
     apr_pool_t* _contextPool;
+    /// Of former working-copy contexts, until the next operation: what is left of the one that saw them closed, such as
+    /// an update that failed, still asks them when its pool is destroyed.
+    std::vector<apr_pool_t*> _formerPools;
     apr_pool_t* _generationPool = nullptr; // of the working-copy context; null for the client context's first one
     std::map<std::string, Seen> _seen;     // by root
     std::vector<std::string> _targets;     // of the last refresh, absolute
