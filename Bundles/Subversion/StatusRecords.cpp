@@ -328,7 +328,8 @@ svn_error_t* StatusRecords::readEntries(Folder& folder)
 svn_error_t* StatusRecords::readConflicts(svn_wc_status2_t& record, const char* path, const svn_client_status_t& status,
                                           apr_pool_t* pool)
 {
-    if (folder(folderOf(path)).entriesRead < mostSingleEntries) {
+    // A root that a link leads to is only a link to the older function.
+    if (status.kind == svn_node_file && folder(folderOf(path)).entriesRead < mostSingleEntries) {
         ++folder(folderOf(path)).entriesRead;
         return readConflictedRecord(record, path, pool);
     }
