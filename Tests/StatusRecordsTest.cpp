@@ -281,6 +281,9 @@ class LargeStatusRecords : public StatusRecords
                 writeFile(layout + "/" + name, std::to_string(number % 7));
             }
         }
+        for (int number = 0; number < longFolderFiles; ++number) {
+            writeFile(inLongFolder(layout, number), "");
+        }
         mustRun({"svnadmin", "create", suite->beside("largerepository")});
         const std::string url = "file://" + suite->beside("largerepository");
         EveryKindOfItem::svn({"import", layout, url, "-m", "layout"});
@@ -291,6 +294,13 @@ class LargeStatusRecords : public StatusRecords
             writeFile(large() + "/c/unversioned " + std::to_string(number), "");
         }
         EveryKindOfItem::svn({"remove", large() + "/b/e"});
+        // Around where a reader that takes the long folder in portions may end one.
+        for (const int number : {510, 511, 512, 513, 1023, 1024, 1026, longFolderFiles - 1}) {
+            EveryKindOfItem::svn({"remove", "--keep-local", inLongFolder(large(), number)});
+            if (number % 2 == 0) {
+                EveryKindOfItem::svn({"add", inLongFolder(large(), number)});
+            }
+        }
         EveryKindOfItem::svn({"copy", large() + "/a/c d", large() + "/a/copied"});
     }
 
@@ -315,14 +325,20 @@ class LargeStatusRecords : public StatusRecords
         return reported;
     }
 
+    static std::string inLongFolder(const std::string& root, int number)
+    {
+        return root + "/d/" + std::to_string(10000 + number);
+    }
+
     static constexpr int unversionedFiles = 700;
+    static constexpr int longFolderFiles = 1100;
     inline static const std::string longName = std::string(230, 'n') + " ";
     static std::string large() { return suite->beside("largewc"); }
 };
 
 TEST_F(LargeStatusRecords, EqualThoseOfTheOlderFunction)
 {
-    for (const char* folder : {"", "/a", "/c"}) {
+    for (const char* folder : {"", "/a", "/c", "/d"}) {
         SCOPED_TRACE(folder);
         const auto expected = reportByOlderFunction(large() + folder, true, true, false).records;
         EXPECT_GE(expected.size(), 24U);

@@ -13,6 +13,8 @@ namespace {
 constexpr std::size_t largestLead = 8192;
 /// and goes on when so few are left.
 constexpr std::size_t smallestLead = largestLead / 2;
+/// So many nodes of a folder are handed over before the rest is read.
+constexpr std::size_t largestPortion = 512;
 
 } // namespace
 
@@ -33,10 +35,13 @@ NodesAhead::~NodesAhead()
     _thread.join();
 }
 
-std::optional<UnchangedNodes> NodesAhead::take(const std::string& folder)
+std::optional<NodesAhead::Portion> NodesAhead::take(const std::string& folder)
 {
     std::unique_lock guard{_lock};
-    const auto isRead = [&] { return _isFinished || (_hasRead && _last >= folder); };
+    const auto isRead = [&] {
+        const auto found = _read.find(folder);
+        return _isFinished || (_hasRead && _last > folder) || (found != _read.end() && !found->second.portions.empty());
+    };
     if (!isRead()) {
         _wanted = &folder;
         _changed.notify_all();
@@ -44,16 +49,20 @@ std::optional<UnchangedNodes> NodesAhead::take(const std::string& folder)
         _wanted = nullptr;
     }
     const auto found = _read.find(folder);
-    if (found == _read.end()) {
+    if (found == _read.end() || found->second.portions.empty()) {
         return std::nullopt;
     }
-    auto nodes = std::move(found->second);
-    _read.erase(found);
-    _nodesRead -= nodes.size();
+    auto& portions = found->second.portions;
+    Portion portion{std::move(portions.front()), found->second.isWhole && portions.size() == 1};
+    portions.pop_front();
+    if (portion.isLast) {
+        _read.erase(found);
+    }
+    _nodesRead -= portion.nodes.size();
     if (_nodesRead <= smallestLead) {
         _changed.notify_all();
     }
-    return nodes;
+    return portion;
 }
 
 void NodesAhead::run()
@@ -65,9 +74,10 @@ void NodesAhead::run()
             }
             std::optional<std::string> next = _first;
             while (next && rest()) {
-                next = database->readFolders(_first, *next, [this](const std::string& folder, UnchangedNodes&& nodes) {
-                    return keep(folder, std::move(nodes));
-                });
+                next = database->readFolders(_first, *next, largestPortion,
+                                             [this](const std::string& folder, UnchangedNodes&& nodes, bool isLast) {
+                                                 return keep(folder, std::move(nodes), isLast);
+                                             });
             }
         }
     } catch (const std::exception&) {
@@ -83,11 +93,13 @@ bool NodesAhead::rest()
     return !_isStopping;
 }
 
-bool NodesAhead::keep(const std::string& folder, UnchangedNodes&& nodes)
+bool NodesAhead::keep(const std::string& folder, UnchangedNodes&& nodes, bool isLast)
 {
     const std::lock_guard guard{_lock};
     _nodesRead += nodes.size();
-    _read[folder] = std::move(nodes);
+    auto& read = _read[folder];
+    read.portions.push_back(std::move(nodes));
+    read.isWhole = isLast;
     _last = folder;
     _hasRead = true;
     if (_wanted != nullptr && _last >= *_wanted) {

@@ -7,6 +7,7 @@
 #include "WorkingCopyDatabase.h"
 
 #include <condition_variable>
+#include <deque>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -31,13 +32,25 @@ class NodesAhead
     NodesAhead& operator=(const NodesAhead&) = delete;
 
     const std::string& root() const { return _root; }
-    /// The folder's nodes, once; waits for the thread. None for a folder that it has not read.
-    std::optional<UnchangedNodes> take(const std::string& folder);
+    struct Portion
+    {
+        UnchangedNodes nodes;
+        bool isLast;
+    };
+    /// The folder's next nodes, in ascending order; waits for the thread. None for a folder that it has not read, and
+    /// after the last.
+    std::optional<Portion> take(const std::string& folder);
 
   private:
+    struct Folder
+    {
+        std::deque<UnchangedNodes> portions;
+        bool isWhole = false;
+    };
+
     void run();
     /// Answers whether to go on reading.
-    bool keep(const std::string& folder, UnchangedNodes&& nodes);
+    bool keep(const std::string& folder, UnchangedNodes&& nodes, bool isLast);
     /// Answers whether to read further.
     bool rest();
     void finish();
@@ -49,7 +62,7 @@ class NodesAhead
     std::mutex _lock;
     std::condition_variable _changed;
     // What follows is guarded by the lock.
-    std::unordered_map<std::string, UnchangedNodes> _read;
+    std::unordered_map<std::string, Folder> _read;
     std::size_t _nodesRead = 0; ///< in `_read`
     std::string _last;          ///< the folder read last; the thread goes in the order of the paths' bytes
     bool _hasRead = false;

@@ -105,6 +105,7 @@ struct StatusRecords::Folder
     apr_pool_t* pool;
     WorkingCopyDatabase* database = nullptr;
     std::optional<UnchangedNodes> nodes; ///< once it is read
+    bool hasMore = false;                ///< of them, which come after these
     std::size_t entriesRead = 0;         ///< one by one
     svn_wc_adm_access_t* access = nullptr;
     apr_hash_t* entries = nullptr;
@@ -265,7 +266,10 @@ const UnchangedNode* StatusRecords::nodeIn(Folder& folder, std::string_view name
         return nullptr;
     }
     if (!folder.nodes) {
-        folder.nodes = nodesIn(folder);
+        takeNodes(folder);
+    }
+    while (folder.hasMore && folder.nodes->endBefore(name)) {
+        takeNodes(folder);
     }
     return folder.nodes->find(name);
 }
@@ -408,15 +412,12 @@ void StatusRecords::startReadingAhead()
     }
 }
 
-UnchangedNodes StatusRecords::nodesIn(const Folder& folder)
+void StatusRecords::takeNodes(Folder& folder)
 {
     const std::string path{relativePath(*folder.database, folder.path)};
-    if (_ahead && _ahead->root() == folder.database->root()) {
-        if (auto nodes = _ahead->take(path)) {
-            return *std::move(nodes);
-        }
-    }
-    return folder.database->takeNodesInFolder(path);
+    auto portion = _ahead && _ahead->root() == folder.database->root() ? _ahead->take(path) : std::nullopt;
+    folder.nodes = portion ? std::move(portion->nodes) : folder.database->takeNodesInFolder(path);
+    folder.hasMore = portion && !portion->isLast;
 }
 
 /// Whether a working copy has its root in the folder.

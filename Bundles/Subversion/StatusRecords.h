@@ -77,7 +77,8 @@ class StatusRecords
     WorkingCopyDatabase* databaseFor(std::string_view folderPath);
     bool isRoot(std::string_view path);
     void startReadingAhead();
-    UnchangedNodes nodesIn(const Folder& folder);
+    /// Puts the folder's next nodes in place of those that it has.
+    void takeNodes(Folder& folder);
 
     svn_client_ctx_t* _ctx;
     const std::string _target;

@@ -18,12 +18,10 @@ void UnchangedNodes::add(std::string_view name, const UnchangedNode& node)
     _names += name;
 }
 
-void UnchangedNodes::dropLast(std::string_view name)
+void UnchangedNodes::dropLast()
 {
-    if (!_items.empty() && nameAt(_items.size() - 1) == name) {
-        _names.resize(_items.back().nameBegin);
-        _items.pop_back();
-    }
+    _names.resize(_items.back().nameBegin);
+    _items.pop_back();
 }
 
 const UnchangedNode* UnchangedNodes::find(std::string_view name)

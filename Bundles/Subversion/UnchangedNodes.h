@@ -33,8 +33,12 @@ class UnchangedNodes
     void reserveAs(const UnchangedNodes& other);
     /// Takes the names in ascending order of their bytes.
     void add(std::string_view name, const UnchangedNode& node);
-    /// Takes the last node back if it has the name.
-    void dropLast(std::string_view name);
+    /// Whether the last node has the name.
+    bool isLast(std::string_view name) const { return !_items.empty() && nameAt(_items.size() - 1) == name; }
+    /// Whether all nodes' names come before this one.
+    bool endBefore(std::string_view name) const { return _items.empty() || nameAt(_items.size() - 1) < name; }
+    /// Takes the last node back.
+    void dropLast();
     /// Null for a name that is not there. The one after that found last is found at once.
     const UnchangedNode* find(std::string_view name);
     std::size_t size() const { return _items.size(); }

@@ -5,6 +5,7 @@
 #include "DatabaseConnections.h"
 
 #include <algorithm>
+#include <limits>
 #include <utility>
 
 namespace HSVNAdapter {
@@ -133,6 +134,13 @@ std::string_view upperPath(std::string_view path, int components)
         end = path.find('/', count == 0 ? 0 : end + 1);
     }
     return path.substr(0, end);
+}
+
+/// The name of a folder's item; empty in the row of a damaged database, where an item's path may not be longer.
+std::string_view nameIn(sqlite3_stmt* row, std::size_t folderLength)
+{
+    const auto path = textInColumn(row, ColumnRelativePath);
+    return path.substr(std::min(path.size(), folderLength == 0 ? 0 : folderLength + 1));
 }
 
 /// Whether no folder that comes after this one in the order of bytes can lie below the first.
@@ -318,7 +326,8 @@ void WorkingCopyDatabase::readBatch(const std::string& first)
     _nodesInBatch = std::clamp(lastWasUsed ? 2 * _nodesInBatch : _nodesInBatch / 2, smallestBatch, largestBatch);
     _batch.clear();
     std::size_t nodesRead = 0;
-    readFolders(first, first, [&](const std::string& folder, UnchangedNodes&& nodes) {
+    const auto whole = std::numeric_limits<std::size_t>::max();
+    readFolders(first, first, whole, [&](const std::string& folder, UnchangedNodes&& nodes, bool) {
         nodesRead += nodes.size() + 1;
         _batch[folder] = std::move(nodes);
         return nodesRead < _nodesInBatch;
@@ -327,7 +336,7 @@ void WorkingCopyDatabase::readBatch(const std::string& first)
 }
 
 std::optional<std::string> WorkingCopyDatabase::readFolders(const std::string& top, const std::string& from,
-                                                            const FolderReceiver& receiver)
+                                                            std::size_t most, const FolderReceiver& receiver)
 {
     auto* row = _folders.get();
     sqlite3_bind_text(row, 1, from.data(), static_cast<int>(from.size()), SQLITE_STATIC);
@@ -342,32 +351,32 @@ std::optional<std::string> WorkingCopyDatabase::readFolders(const std::string& t
             }
             UnchangedNodes following;
             following.reserveAs(nodes);
-            if (!receiver(folder, std::exchange(nodes, std::move(following)))) {
+            if (!receiver(folder, std::exchange(nodes, std::move(following)), true)) {
                 next = parent;
             }
             folder = parent;
+        } else if (nodes.size() >= most && !nodes.isLast(nameIn(row, folder.size()))) {
+            receiver(folder, std::exchange(nodes, {}), false);
         }
         addRow(nodes, row, folder.size());
     }
     sqlite3_reset(row);
     if (!next && (result == SQLITE_DONE || result == SQLITE_ROW)) {
-        receiver(folder, std::move(nodes));
+        receiver(folder, std::move(nodes), true);
     }
     return next;
 }
 
 void WorkingCopyDatabase::addRow(UnchangedNodes& nodes, sqlite3_stmt* row, std::size_t folderLength)
 {
-    const auto path = textInColumn(row, ColumnRelativePath);
-    const std::size_t nameBegin = folderLength == 0 ? 0 : folderLength + 1;
-    if (path.size() <= nameBegin) {
-        return; // the row of a damaged database: a folder's items have longer paths
+    const auto name = nameIn(row, folderLength);
+    if (name.empty()) {
+        return;
     }
-    const auto name = path.substr(nameBegin);
-    if (isUnchanged(row, path)) {
+    if (isUnchanged(row, textInColumn(row, ColumnRelativePath))) {
         nodes.add(name, nodeIn(row, plainColumns));
-    } else {
-        nodes.dropLast(name); // something is scheduled for the item
+    } else if (nodes.isLast(name)) { // something is scheduled for the item
+        nodes.dropLast();
     }
 }
 

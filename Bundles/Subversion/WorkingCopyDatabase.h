@@ -70,13 +70,15 @@ class WorkingCopyDatabase
     /// Folders are read in batches, in the order in which a walk goes on, so that a walk makes few queries.
     UnchangedNodes takeNodesInFolder(const std::string& relativePath);
 
-    /// Takes a folder and its nodes; false ends the reading.
-    using FolderReceiver = std::function<bool(const std::string& folder, UnchangedNodes&& nodes)>;
+    /// Takes nodes of a folder, in ascending order, and whether they are its last; false then ends the reading.
+    using FolderReceiver = std::function<bool(const std::string& folder, UnchangedNodes&& nodes, bool isLast)>;
     /// Reads folders from the one on, in the order of the paths' bytes, until all below the top have been read, and
-    /// whatever comes between them. A folder that was not read to its end is not handed over.
+    /// whatever comes between them. What follows the last portion of a folder that could not be read to its end is not
+    /// handed over.
     ///
+    /// @param most  nodes that are handed over at once; not 0
     /// @return the folder to go on with when the receiver ended the reading; none after the last or a failure
-    std::optional<std::string> readFolders(const std::string& top, const std::string& from,
+    std::optional<std::string> readFolders(const std::string& top, const std::string& from, std::size_t most,
                                            const FolderReceiver& receiver);
 
   private:
