@@ -504,8 +504,9 @@ TEST_P(HostileArguments, DepthsThatAreNoneAreRefused)
     const auto before = everything();
     for (const auto& [name, call] : calls) {
         for (const int depth : {-3, 4, 100'000}) {
-            EXPECT_THAT(reasonOf<HSVNInvalidArgumentException>([&] { call(static_cast<HSVNDepth>(depth)); }),
-                        HasSubstr("Invalid depth " + std::to_string(depth)))
+            EXPECT_THAT(
+                reasonOf<HSVNInvalidArgumentException>([&, &call = call] { call(static_cast<HSVNDepth>(depth)); }),
+                HasSubstr("Invalid depth " + std::to_string(depth)))
                 << name;
         }
     }
@@ -591,7 +592,7 @@ TEST_P(HostileArguments, WhatSubversionAssertsIsAskedBefore)
              {{whole, repository.url("trunk")}, whole, "into its own child"},
              {{whole}, repository.url("new"), "into its own child"}})
     {
-        EXPECT_THAT(reasonOf<HSVNUnsupportedFeatureException>([&] {
+        EXPECT_THAT(reasonOf<HSVNUnsupportedFeatureException>([&, &sources = sources, &into = into] {
                         client->move(HSVNTargets::verbatim(sources), into, {.asChild = into == whole, .message = ""});
                     }),
                     HasSubstr(words));

@@ -106,7 +106,8 @@ TEST_P(ListVerb, TellsExternalsAndDepthsWhereTheLineHasThem)
                                                                        {"patterns", {.patterns = {"A*"}}}};
     if (isOlder()) {
         for (const auto& [choice, choosing] : choices) {
-            EXPECT_EQ(reasonOf<HSVNUnsupportedFeatureException>([&] { names(repository.url("trunk"), choosing); }),
+            EXPECT_EQ(reasonOf<HSVNUnsupportedFeatureException>(
+                          [&, &choosing = choosing] { names(repository.url("trunk"), choosing); }),
                       fmt::format("[HSVNContext list]: '{}' is not offered by the bundle of Subversion {}", choice,
                                   GetParam()));
         }

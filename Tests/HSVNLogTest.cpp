@@ -408,7 +408,8 @@ TEST(LogVerb, NamesChoicesThatALineDoesNotHave)
              {"mergedRevisions", {.mergedRevisions = true}},
              {"properties", {.properties = std::vector<std::string>{"svn:log", "color"}}}})
     {
-        EXPECT_EQ(reasonOf<HSVNUnsupportedFeatureException>([&] { client->log("file:///none", choices); }),
+        EXPECT_EQ(reasonOf<HSVNUnsupportedFeatureException>(
+                      [&, &choices = choices] { client->log("file:///none", choices); }),
                   "[HSVNContext log]: '" + choice + "' is not offered by the bundle of Subversion 1.5");
     }
 }

@@ -207,8 +207,8 @@ struct Turn
             for (const auto& [operation, run] : operations) {
                 if (operation == std::string_view{name}) {
                     // Of a folder that is not versioned yet: the client has asked all the same.
-                    reasonOf<HSVNPlatformException>([&] { run(root, client); });
-                    reasonOf<HSVNPlatformException>([&] { run(root + place, client); });
+                    reasonOf<HSVNPlatformException>([&, &run = run] { run(root, client); });
+                    reasonOf<HSVNPlatformException>([&, &run = run] { run(root + place, client); });
                 }
             }
         }

@@ -85,11 +85,14 @@ MovesUnderWay::MovesUnderWay(const std::vector<const char*>& sources, const char
     }
     const bool isPlace = sources.size() == 1 && kindOnDisk(destination, pool) == svn_node_none;
     for (const char* const source : sources) {
+        if (isURL(source) || kindOnDisk(source, pool) == svn_node_none) {
+            continue;
+        }
         const char* const to =
             isPlace ? destination : svn_dirent_join(destination, svn_dirent_basename(source, pool), pool);
         const char* from = source;
         const char* absolute = to;
-        if (isURL(source) || kindOnDisk(source, pool) == svn_node_none || kindOnDisk(to, pool) != svn_node_none) {
+        if (kindOnDisk(to, pool) != svn_node_none) {
             continue;
         }
         svn_error_t* const error = svn_error_compose_create(svn_dirent_get_absolute(&from, source, pool),
