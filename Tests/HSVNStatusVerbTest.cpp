@@ -149,7 +149,7 @@ TEST_P(StatusVerb, NamesChoicesThatALineDoesNotHave)
             EXPECT_NO_THROW(fields(choosing));
             continue;
         }
-        EXPECT_EQ(reasonOf<HSVNUnsupportedFeatureException>([&] { fields(choosing); }),
+        EXPECT_EQ(reasonOf<HSVNUnsupportedFeatureException>([&, &choosing = choosing] { fields(choosing); }),
                   fmt::format("[HSVNContext status]: '{}' is not offered by the bundle of Subversion {}.{}", choice,
                               line().major(), line().minor()));
     }

@@ -391,8 +391,8 @@ TEST_P(OlderTreeDiffs, KnowNoCopiesAndSaySo)
                                           {"changelists", {.changelists = {"x"}}},
                                           {"depth", {.depth = HSVNDepthFiles}}})
     {
-        const auto reason =
-            reasonOf<HSVNUnsupportedFeatureException>([&] { client->treeDiff(url, revisions(1, 2), choices); });
+        const auto reason = reasonOf<HSVNUnsupportedFeatureException>(
+            [&, &choices = choices] { client->treeDiff(url, revisions(1, 2), choices); });
         EXPECT_THAT(reason, HasSubstr(choice));
         EXPECT_THAT(reason, HasSubstr("treeDiff"));
     }
