@@ -76,9 +76,8 @@ class HSVN_EXPORT HSVNConflictedItem
     /// Compares the files of a text conflict, section by section; their common ancestor is empty where there is none.
     ///
     /// @param options  not nil ("options != nil"), as in the operation below
-    /// @throws HSVNException, `HSVNStatusCode::ClientIsBinaryFile`, for a conflict that left no files to compare, as
-    /// one
-    ///         of a binary type does: it is settled whole
+    /// @throws HSVNException, `HSVNStatusCode::ClientIsBinaryFile`, for a conflict that left no files to compare,
+    ///         as one of a binary type does: it is settled whole
     HSVNThreeWayDiff textComparison(const HSVNDiffOptionsRef& options = HSVNDiffOptions::defaults());
     /// Compares the values of a property in conflict; one that there is not is empty.
     HSVNThreeWayDiff propertyComparison(const std::string& property,

@@ -81,13 +81,13 @@ inline constexpr const char* HSVNConfigOptionGlobalIgnores = "global-ignores";
 /// context's own lock and may be called on any thread at any time.
 ///
 /// The verbs below are Subversion's own, on targets (`HSVNTarget`), with every choice that its command line has; each
-/// takes its arguments in the order targets, revision, choices, receiver; a revision may be a specification with a peg
-/// or one revision alone. What they do to an item is told by notifications, also that an external could not be brought
-/// along (`HSVNNotifyActionFailedExternal`), after which a verb goes on. A verb takes the newest function that the
-/// context's line has for it. Where the line has an older one only, that serves as long as the choices allow it, else
-/// the verb throws `HSVNUnsupportedFeatureException`, which names verb, choice and line. Verbs throw `HSVNException`
-/// for every Subversion error, and `HSVNInvalidArgumentException` for a target with a NUL in it; what changes items
-/// refuses those in an administrative area (`HSVNStatusCode::ReservedFileName`).
+/// takes its arguments in the order targets, revision, choices, receiver; where an operative and a peg revision are
+/// wanted, one revision alone is the operative one. What they do to an item is told by notifications, also that an
+/// external could not be brought along (`HSVNNotifyActionFailedExternal`), after which a verb goes on. A verb takes the
+/// newest function that the context's line has for it. Where the line has an older one only, that serves as long as the
+/// choices allow it, else the verb throws `HSVNUnsupportedFeatureException`, which names verb, choice and line. Verbs
+/// throw `HSVNException` for every Subversion error, and `HSVNInvalidArgumentException` for a target with a NUL in it;
+/// what changes items refuses those in an administrative area (`HSVNStatusCode::ReservedFileName`).
 ///
 /// Choices are aggregates whose fields all have defaults, for designated initialisers. A release that adds a field
 /// changes their size, so it has a new `SOVERSION`, and programs are compiled anew for it; their sources stay as they

@@ -15,7 +15,7 @@ HSVNCoder* requireKeyedDecoder(HSVNCoder* decoder)
     return decoder;
 }
 
-/// The specifications of the symbolic revisions, one set for the process.
+/// One set of the symbolic revisions for the process.
 struct SharedSpecs
 {
     HSVNRevisionSpecRef head = made(HSVNRevision::HEAD());

@@ -124,8 +124,8 @@ struct HSVN_EXPORT HSVNTargetInRevision
     HSVNRevisionSpecRef revision; ///< never nil
 };
 
-/// Which state of an item a verb works on, and which item that is: a specification, or a revision alone, which is then
-/// the operative one.
+/// Which state of an item a verb works on, and which item that is: an `HSVNRevisionSpec`, or a revision alone, which is
+/// then the operative one.
 class HSVN_EXPORT HSVNRevisionArgument
 {
   public:
@@ -144,7 +144,7 @@ class HSVN_EXPORT HSVNRevisionArgument
     {
     }
 
-    /// The specification; nil for nil.
+    /// Both revisions; nil for nil.
     const HSVNRevisionSpecRef& spec() const { return _spec; }
 
   private:

@@ -5,7 +5,7 @@
 
 #ifdef HSVN_STANDS_IN_FRONT
 
-#include <string_view>
+#include <svn_string.h>
 #include <svn_wc.h>
 
 // Subversion places externals anywhere below the directory with their definition, be it in an administrative area: the
@@ -14,15 +14,13 @@
 namespace {
 
 /// Whether a relative path has a component that is called like administrative areas.
-bool leadsIntoAdministrativeArea(std::string_view path, apr_pool_t* pool)
+bool leadsIntoAdministrativeArea(const char* path, apr_pool_t* pool)
 {
-    const std::string_view reserved = svn_wc_get_adm_dir(pool);
-    for (std::size_t start = 0; start <= path.size();) {
-        const auto end = std::min(path.find('/', start), path.size());
-        if (path.substr(start, end - start) == reserved) {
+    const auto* const names = svn_cstring_split(path, "/", FALSE, pool);
+    for (int index = 0; index < names->nelts; ++index) {
+        if (svn_wc_is_adm_dir(APR_ARRAY_IDX(names, index, const char*), pool)) {
             return true;
         }
-        start = end + 1;
     }
     return false;
 }

@@ -5,6 +5,7 @@
 #include "DatabaseConnections.h"
 #include "ItemsOnDisk.h"
 #include "ObstructedParents.h"
+#include "RelativePaths.h"
 #include "WorkingCopyPlace.h"
 
 #include <svn_dirent_uri.h>
@@ -32,33 +33,17 @@ svn_error_t* removeFormerArea(const char* directory, apr_pool_t* pool)
 
 } // namespace
 
-FormerAreas::FormerAreas(svn_client_ctx_t* ctx, apr_pool_t* pool)
-    : _ctx{ctx}, _pool{pool}, _notify{ctx->notify_func2}, _baton{ctx->notify_baton2}
+const svn_wc_notify_t* FormerAreas::heard(const svn_wc_notify_t* notification, apr_pool_t* /*pool*/)
 {
-    ctx->notify_func2 = notify;
-    ctx->notify_baton2 = this;
-}
-
-FormerAreas::~FormerAreas()
-{
-    _ctx->notify_func2 = _notify;
-    _ctx->notify_baton2 = _baton;
-}
-
-void FormerAreas::notify(void* baton, const svn_wc_notify_t* record, apr_pool_t* pool)
-{
-    auto& areas = *static_cast<FormerAreas*>(baton);
-    if (record->action == svn_wc_notify_upgraded_path) {
+    if (notification->action == svn_wc_notify_upgraded_path) {
         const char* path = nullptr;
-        svn_error_t* const error = svn_dirent_get_absolute(&path, record->path, areas._pool);
+        svn_error_t* const error = svn_dirent_get_absolute(&path, notification->path, _pool);
         if (error == nullptr) {
-            areas._upgraded.push_back(path);
+            _upgraded.push_back(path);
         }
         svn_error_clear(error);
     }
-    if (areas._notify != nullptr) {
-        areas._notify(areas._baton, record, pool);
-    }
+    return notification;
 }
 
 svn_error_t* FormerAreas::remove() const
@@ -89,7 +74,11 @@ svn_error_t* removeFormerAreas(const std::string& root, apr_pool_t* pool)
                                                     "WHERE kind = 'dir' AND local_relpath != ''")
                  : nullptr;
     while (directories && sqlite3_step(directories.get()) == SQLITE_ROW) {
-        const std::string directory = root + '/' + std::string{textInColumn(directories.get(), 0)};
+        const auto name = textInColumn(directories.get(), 0);
+        if (!isRelativePath(name)) {
+            continue; // not of a database that Subversion has written
+        }
+        const std::string directory = root + '/' + std::string{name};
         // With its list of entries it is whole, and maybe of another working copy.
         const std::string entries = directory + '/' + svn_wc_get_adm_dir(pool) + "/entries";
         if (!isBelowDirectoryLink(entries.c_str(), pool) && kindOnDisk(entries.c_str(), pool) == svn_node_none) {

@@ -1,37 +1,29 @@
 #pragma once
 
-#include "SubversionLine.h"
+#include "Notifications.h"
 
 #include <string>
-#include <svn_client.h>
 #include <vector>
 
 namespace HSVNAdapter {
 
 /// Looks after the administrative areas that working copies had in each of their directories: an upgrade removes them,
 /// but tells nobody when it cannot, and such a directory is then taken for a working copy of the former format.
-///
-/// Stands in the place of the client's notifications as long as it lives.
-class FormerAreas
+class FormerAreas : public NotificationTap
 {
   public:
-    FormerAreas(svn_client_ctx_t* ctx, apr_pool_t* pool);
-    ~FormerAreas();
-    FormerAreas(const FormerAreas&) = delete;
-    FormerAreas& operator=(const FormerAreas&) = delete;
+    FormerAreas(svn_client_ctx_t* ctx, apr_pool_t* pool) : NotificationTap{ctx}, _pool{pool} {}
 
     /// Removes what the upgrade has left.
     ///
     /// @return an error that names what cannot be removed
     svn_error_t* remove() const;
 
-  private:
-    static void notify(void* baton, const svn_wc_notify_t* record, apr_pool_t* pool);
+  protected:
+    const svn_wc_notify_t* heard(const svn_wc_notify_t* notification, apr_pool_t* pool) override;
 
-    svn_client_ctx_t* _ctx;
+  private:
     apr_pool_t* _pool;
-    svn_wc_notify_func2_t _notify;
-    void* _baton;
     std::vector<const char*> _upgraded; ///< directories
 };
 

@@ -5,6 +5,8 @@
 #include "CanonicalPaths.h"
 #include "DatabaseConnections.h"
 #include "ItemsOnDisk.h"
+#include "ObstructedParents.h"
+#include "RelativePaths.h"
 #include "WorkingCopyPlace.h"
 
 #include <exception>
@@ -142,8 +144,16 @@ std::map<std::string, std::vector<std::string>> foundHalfMoves(const std::string
     const SQLiteDatabase database = openDatabase(databaseOf(root, pool));
     const SQLiteStatement rows = database ? prepareStatement(database.get(), halfMoves) : nullptr;
     while (rows && sqlite3_step(rows.get()) == SQLITE_ROW) {
-        const std::string destination = root + '/' + std::string{textInColumn(rows.get(), 0)};
-        std::string source = root + '/' + std::string{textInColumn(rows.get(), 1)};
+        const auto to = textInColumn(rows.get(), 0);
+        const auto from = textInColumn(rows.get(), 1);
+        if (!isRelativePath(to) || !isRelativePath(from)) {
+            continue; // not of a database that Subversion has written
+        }
+        const std::string destination = root + '/' + std::string{to};
+        std::string source = root + '/' + std::string{from};
+        if (isBelowDirectoryLink(destination.c_str(), pool) || isBelowDirectoryLink(source.c_str(), pool)) {
+            continue;
+        }
         auto& sources = moves[destination];
         if (kindOnDisk(source.c_str(), pool) == svn_node_none) {
             sources.push_back(std::move(source));

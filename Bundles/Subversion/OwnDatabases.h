@@ -11,8 +11,8 @@ namespace HSVNAdapter {
 
 /// Cleans a folder up with `call`, with databases that are opened for the call alone: a clean-up takes a folder that is
 /// known already as a part of its working copy for no root, and lets go of the one that it is given, which a call
-/// around this one may be reading. What half-made moves have renamed is put back, and
-/// what an interrupted upgrade has begun to remove is removed.
+/// around this one may be reading. What half-made moves have renamed is put back, and what an interrupted upgrade has
+/// begun to remove is removed.
 ///
 /// @param breaksLocks  whether the call ends what other calls had locked
 template <typename Call>

@@ -3,6 +3,7 @@
 #ifdef HSVN_FAST_STATUS
 
 #include "DatabaseConnections.h"
+#include "WorkingCopyPlace.h"
 
 #include <algorithm>
 #include <limits>
@@ -153,7 +154,7 @@ bool isBeyond(std::string_view folder, std::string_view first)
 
 std::unique_ptr<WorkingCopyDatabase> WorkingCopyDatabase::open(const std::string& root, apr_pool_t* pool)
 {
-    const std::string file = root + "/" + svn_wc_get_adm_dir(pool) + "/wc.db";
+    const std::string file = databaseOf(root, pool);
     return withConnection(root, file, takeDatabase(file, pool));
 }
 
