@@ -2,6 +2,7 @@
 
 #ifdef HSVN_FAST_STATUS
 
+#include "DatabaseFiles.h"
 #include "DatabaseSchema.h"
 #include "WorkingCopyPlace.h"
 
@@ -47,6 +48,9 @@ std::unique_ptr<LeftDatabase> takeLeft(apr_pool_t* pool)
 
 SQLiteDatabase openDatabase(const std::string& file)
 {
+    if (leadsElsewhere(file)) {
+        return nullptr;
+    }
     sqlite3* handle = nullptr;
     const int result = sqlite3_open_v2(file.c_str(), &handle, SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX, nullptr);
     SQLiteDatabase database{handle};

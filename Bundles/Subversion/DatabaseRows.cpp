@@ -2,13 +2,17 @@
 
 #ifdef HSVN_STANDS_IN_FRONT
 
+#include "DatabaseFiles.h"
 #include "DatabaseSchema.h"
 #include "DatabaseSkels.h"
+#include "EndlessStatements.h"
 #include "RelativePaths.h"
 #include "SQLiteHandles.h"
 
 #include <array>
 #include <cstring>
+#include <filesystem>
+#include <string>
 #include <string_view>
 #include <utility>
 
@@ -38,13 +42,13 @@ namespace {
 
 /// Whether this thread has read a malformed value for which nothing has failed yet.
 HSVN_THREADS_OWN bool hasReadMalformed = false; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
-/// Whether this thread's last failure is one of those here, whose reason is still to be asked for.
-HSVN_THREADS_OWN bool hasFailed = false; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
+/// Why this thread's last call failed, when it is for one of the reasons here, until it is asked for.
+HSVN_THREADS_OWN const char* failure = nullptr; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
 
-int failedIf(bool isMalformed, int otherwise)
+int failedIf(bool hasFailed, int otherwise, const char* reason = "The working copy's database holds a malformed item")
 {
-    hasFailed = isMalformed;
-    return isMalformed ? SQLITE_CORRUPT : otherwise;
+    failure = hasFailed ? reason : nullptr;
+    return hasFailed ? SQLITE_CORRUPT : otherwise;
 }
 
 std::string_view nameOf(sqlite3_stmt* statement, int column)
@@ -86,7 +90,8 @@ bool isSuspect(const char* text, int column)
 bool isMalformedPath(sqlite3_stmt* statement, int column, const char* text)
 {
     // Few are, so that few columns are asked for their names.
-    if (!isSuspect(text, column) || HSVNAdapter::isRelativePath(text)) {
+    const bool isCut = *text == '\0' && sqlite3_column_bytes(statement, column) > 0; // taken for that of the root
+    if (!isCut && (!isSuspect(text, column) || HSVNAdapter::isRelativePath(text))) {
         return false;
     }
     const auto name = nameOf(statement, column);
@@ -111,13 +116,33 @@ bool lacksRepository(sqlite3_stmt* statement, int column, bool isPathNull)
            nameOf(statement, column - 1) == "repos_id";
 }
 
+/// Whether a row tells of a file that came from a repository and not of its text, which Subversion goes on from.
+bool lacksText(sqlite3_stmt* statement, int column)
+{
+    constexpr int kind = 2; // so many columns before the text's checksum in the statements that read items
+    constexpr int presence = 3;
+    constexpr int repositoryPath = 4;
+    return column >= repositoryPath && nameOf(statement, column) == "checksum" &&
+           nameOf(statement, column - repositoryPath) == "repos_path" &&
+           HSVNAdapter::textInColumn(statement, column - kind) == "file" &&
+           HSVNAdapter::textInColumn(statement, column - presence) == "normal" &&
+           !isNull(statement, column - repositoryPath);
+}
+
+/// The root of the working copy whose database a statement is of.
+std::string rootOf(sqlite3_stmt* statement)
+{
+    const char* const file = sqlite3_db_filename(sqlite3_db_handle(statement), "main");
+    return std::filesystem::path{file == nullptr ? "" : file}.parent_path().parent_path();
+}
+
 bool isMalformedSkeleton(sqlite3_stmt* statement, int column, const void* blob)
 {
     const auto name = nameOf(statement, column);
     const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement, column));
     const std::string_view skeleton{static_cast<const char*>(blob), blob == nullptr ? 0 : size};
-    return (name == "conflict_data" && !HSVNAdapter::isConflict(skeleton)) ||
-           (name == "work" && !HSVNAdapter::isPieceOfWork(skeleton));
+    return (name == "conflict_data" && !HSVNAdapter::isConflict(skeleton, rootOf(statement))) ||
+           (name == "work" && !HSVNAdapter::isPieceOfWork(skeleton, rootOf(statement)));
 }
 
 /// What Subversion goes on from without reading the rows that would tell: the root of the working copy has nothing
@@ -135,7 +160,8 @@ bool isMalformed(sqlite3* database)
     }
     for (const auto* text : malformedItems) {
         const auto rows = HSVNAdapter::prepareStatement(database, text);
-        if (rows && sqlite3_step(rows.get()) == SQLITE_ROW) {
+        const int result = rows ? sqlite3_step(rows.get()) : SQLITE_DONE;
+        if (result == SQLITE_ROW || result == SQLITE_INTERRUPT) { // as by an endless table
             return true;
         }
     }
@@ -168,11 +194,14 @@ HSVN_STAND_IN const unsigned char* sqlite3_column_text(sqlite3_stmt* statement, 
 {
     const auto* const text = HSVN_BEHIND(sqlite3_column_text)(statement, column);
     const bool isMalformed = text != nullptr && isMalformedPath(statement, column, reinterpret_cast<const char*>(text));
-    if (!isMalformed && !lacksRepository(statement, column, text == nullptr)) {
+    const char* harmless = "malformed";
+    if (text == nullptr && lacksText(statement, column)) {
+        harmless = "$sha1$da39a3ee5e6b4b0d3255bfef95601890afd80709"; // no bytes
+    } else if (!isMalformed && !lacksRepository(statement, column, text == nullptr)) {
         return text;
     }
     hasReadMalformed = true;
-    return reinterpret_cast<const unsigned char*>("malformed");
+    return reinterpret_cast<const unsigned char*>(harmless);
 }
 
 HSVN_STAND_IN const void* sqlite3_column_blob(sqlite3_stmt* statement, int column)
@@ -211,23 +240,30 @@ HSVN_STAND_IN int sqlite3_column_int(sqlite3_stmt* statement, int column)
 HSVN_STAND_IN int sqlite3_reset(sqlite3_stmt* statement)
 {
     const int result = HSVN_BEHIND(sqlite3_reset)(statement);
-    return failedIf(std::exchange(hasReadMalformed, false), result);
+    HSVNAdapter::forgetStepsOf(statement);
+    return failedIf(std::exchange(hasReadMalformed, false) || result == SQLITE_INTERRUPT, result);
 }
 
 HSVN_STAND_IN int sqlite3_open_v2(const char* file, sqlite3** database, int flags, const char* system)
 {
+    const bool isWorkingCopys = std::string_view{file}.ends_with("/wc.db");
+    const bool isSubversions = // the bundle's own only read, after they have looked themselves
+        isWorkingCopys && (static_cast<unsigned>(flags) & SQLITE_OPEN_READWRITE) != 0;
+    if (isSubversions && HSVNAdapter::leadsElsewhere(file)) {
+        *database = nullptr;
+        return failedIf(true, SQLITE_OK, "What lies in the working copy's administrative area leads out of it");
+    }
     const int result = HSVN_BEHIND(sqlite3_open_v2)(file, database, flags, system);
-    const bool isSubversions =
-        (static_cast<unsigned>(flags) & SQLITE_OPEN_READWRITE) != 0; // the bundle's own only read
-    return failedIf(result == SQLITE_OK && isSubversions && std::string_view{file}.ends_with("/wc.db") &&
-                        isMalformed(*database),
-                    result);
+    if (isWorkingCopys && result == SQLITE_OK) {
+        HSVNAdapter::endEndlessStatements(*database);
+    }
+    return failedIf(result == SQLITE_OK && isSubversions && isMalformed(*database), result);
 }
 
 HSVN_STAND_IN const char* sqlite3_errmsg(sqlite3* database)
 {
-    return std::exchange(hasFailed, false) ? "The working copy's database holds a malformed item"
-                                           : HSVN_BEHIND(sqlite3_errmsg)(database);
+    const char* const reason = std::exchange(failure, nullptr);
+    return reason != nullptr ? reason : HSVN_BEHIND(sqlite3_errmsg)(database);
 }
 
 #endif

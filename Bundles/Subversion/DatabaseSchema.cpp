@@ -36,6 +36,24 @@ constexpr std::array<std::string_view, 8> known{
     "updatepristinesetrefcount=refcount-1wherechecksum=old.checksum;"
     "deletefromtextbase_refswherewc_id=old.wc_idandlocal_relpath=old.local_relpathandop_depth=old.op_depth;end"};
 
+/// Whether a table or an index has what none of Subversion's has: an expression that is computed for each row, as
+/// slowly as who wrote it likes.
+bool hasExpression(std::string_view text)
+{
+    constexpr std::array<std::string_view, 5> signs{"as(", "check(", "default(", "/*", "--"};
+    return std::ranges::any_of(signs, [&](auto sign) { return text.find(sign) != std::string_view::npos; }) ||
+           (!text.starts_with("createtable") && std::ranges::count(text, '(') > 1);
+}
+
+/// By its text alone: what the rows call their kind SQLite does not look at.
+bool isForeign(std::string_view text)
+{
+    constexpr std::array<std::string_view, 3> stored{"createtable", "createindex", "createuniqueindex"};
+    return std::ranges::any_of(stored, [&](auto beginning) { return text.starts_with(beginning); })
+               ? hasExpression(text)
+               : std::ranges::find(known, text) == known.end();
+}
+
 std::string withoutSpace(std::string_view text)
 {
     std::string rest;
@@ -52,11 +70,9 @@ std::string withoutSpace(std::string_view text)
 
 bool hasForeignSchema(sqlite3* database)
 {
-    // A virtual table has no page of its own.
-    const auto rows = prepareStatement(database, "SELECT sql FROM sqlite_master WHERE type IN ('view', 'trigger')"
-                                                 " OR (type = 'table' AND NOT rootpage > 0)");
+    const auto rows = prepareStatement(database, "SELECT sql FROM sqlite_master WHERE sql IS NOT NULL");
     while (rows && sqlite3_step(rows.get()) == SQLITE_ROW) {
-        if (std::ranges::find(known, withoutSpace(textInColumn(rows.get(), 0))) == known.end()) {
+        if (isForeign(withoutSpace(textInColumn(rows.get(), 0)))) {
             return true;
         }
     }

@@ -8,8 +8,8 @@ struct sqlite3;
 
 namespace HSVNAdapter {
 
-/// Whether a working copy's database has a view, a trigger or a virtual table that Subversion never made: one can stand
-/// for a table whose rows never end, or change what nobody asked for.
+/// Whether a working copy's database has a view, a trigger, a virtual table or a computed column that Subversion never
+/// made: one can stand for a table whose rows never end, or change what nobody asked for.
 bool hasForeignSchema(sqlite3* database);
 
 } // namespace HSVNAdapter

@@ -7,7 +7,7 @@
 
 #include <algorithm>
 #include <array>
-#include <string>
+#include <sys/stat.h>
 
 /// An atom or a list of them. Subversion's own, but in no header of the installed.
 struct svn_skel_t // NOLINT(readability-identifier-naming)
@@ -73,7 +73,32 @@ bool allFrom(const svn_skel_t* first, Condition condition)
     return true;
 }
 
-bool isPathOrList(const svn_skel_t* skeleton) { return isList(skeleton) || isRelativePath(textOf(skeleton)); }
+bool isLink(const std::string& path)
+{
+    struct stat attributes
+    {
+    };
+    return ::lstat(path.c_str(), &attributes) == 0 && S_ISLNK(attributes.st_mode);
+}
+
+/// Whether what is done at a path is done in the working copy: it leads neither upwards nor through a link.
+bool isInside(std::string_view path, const std::string& root)
+{
+    if (!isRelativePath(path)) {
+        return false;
+    }
+    for (auto slash = path.find('/'); slash != std::string_view::npos; slash = path.find('/', slash + 1)) {
+        if (isLink(root + '/' + std::string{path.substr(0, slash)})) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool isPathOrList(const svn_skel_t* skeleton, const std::string& root)
+{
+    return isList(skeleton) || isInside(textOf(skeleton), root);
+}
 
 /// Where in a repository a side of a conflict comes from.
 bool isOrigin(const svn_skel_t* origin)
@@ -93,11 +118,12 @@ bool isOrigin(const svn_skel_t* origin)
 }
 
 /// What a conflict has of one kind: its name, its marker files, and what belongs to the kind.
-bool isKindOfConflict(const svn_skel_t* conflict)
+bool isKindOfConflict(const svn_skel_t* conflict, const std::string& root)
 {
     const auto* const name = member(conflict, 0);
     const auto* const markers = member(conflict, 1);
-    if (!isAtom(name) || !isList(markers) || !allFrom(markers->children, isPathOrList)) {
+    const auto isSound = [&](const auto* path) { return isPathOrList(path, root); };
+    if (!isAtom(name) || !isList(markers) || !allFrom(markers->children, isSound)) {
         return false;
     }
     const auto kind = textOf(name);
@@ -110,7 +136,7 @@ bool isKindOfConflict(const svn_skel_t* conflict)
     }
     return kind != "tree" ||
            (isAtom(member(conflict, 2)) && isAtom(member(conflict, 3)) &&
-            allFrom(member(conflict, 4), [](const auto* path) { return isAtom(path) && isPathOrList(path); }));
+            allFrom(member(conflict, 4), [&](const auto* path) { return isAtom(path) && isSound(path); }));
 }
 
 struct KindOfWork
@@ -166,18 +192,19 @@ bool isNestedTooDeeply(std::string_view skeleton)
     return depth > deepest;
 }
 
-bool isConflict(std::string_view skeleton)
+bool isConflict(std::string_view skeleton, const std::string& root)
 {
     const Skeleton conflict{skeleton};
     const auto* const reason = member(conflict.top(), 0);
     const auto* const kinds = member(conflict.top(), 1);
     const auto* const origins = member(reason, 1);
-    return isList(reason) && isList(kinds) && allFrom(kinds->children, isKindOfConflict) &&
+    return isList(reason) && isList(kinds) &&
+           allFrom(kinds->children, [&](const auto* kind) { return isKindOfConflict(kind, root); }) &&
            (reason->children == nullptr ||
             (isAtom(reason->children) && isList(origins) && allFrom(origins->children, isOrigin)));
 }
 
-bool isPieceOfWork(std::string_view skeleton)
+bool isPieceOfWork(std::string_view skeleton, const std::string& root)
 {
     const Skeleton work{skeleton};
     const auto* const name = member(work.top(), 0);
@@ -187,7 +214,7 @@ bool isPieceOfWork(std::string_view skeleton)
     const auto* const kind = std::ranges::find(kindsOfWork, textOf(name), &KindOfWork::name);
     return kind == kindsOfWork.end() ||
            (isAtom(member(work.top(), 1)) && member(work.top(), kind->arguments) != nullptr &&
-            allFrom(member(work.top(), 1), isPathOrList));
+            allFrom(member(work.top(), 1), [&](const auto* path) { return isPathOrList(path, root); }));
 }
 
 } // namespace HSVNAdapter

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 
 namespace HSVNAdapter {
@@ -11,9 +12,9 @@ namespace HSVNAdapter {
 bool isRepositoryRoot(std::string_view text);
 /// Whether lists are nested so deeply that reading them, list in list, would exhaust the stack.
 bool isNestedTooDeeply(std::string_view skeleton);
-/// Whether a skeleton has all that a conflict has, with marker files inside of the working copy.
-bool isConflict(std::string_view skeleton);
-/// Whether a skeleton has all that a piece of work has, with files inside of the working copy.
-bool isPieceOfWork(std::string_view skeleton);
+/// Whether a skeleton has all that a conflict has, with marker files inside of the working copy with that root.
+bool isConflict(std::string_view skeleton, const std::string& root);
+/// Whether a skeleton has all that a piece of work has, with files inside of the working copy with that root.
+bool isPieceOfWork(std::string_view skeleton, const std::string& root);
 
 } // namespace HSVNAdapter

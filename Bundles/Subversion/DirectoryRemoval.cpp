@@ -1,19 +1,61 @@
 // Removing a directory removes what is in it. Subversion opens what it is to remove, and so empties the directory that
-// a symbolic link leads to which has taken a versioned directory's place, wherever that is. Here the link goes.
+// a symbolic link leads to which has taken a versioned directory's place, wherever that is. Here the link goes. Nothing
+// goes that a database records below a link, which it never does of itself; what a revert removes is on record no more.
 
 #include "ItemsOnDisk.h"
+#include "ObstructedParents.h"
 #include "StandIns.h"
 
 #include <svn_io.h>
+#include <svn_wc.h>
+#include <utility>
 
 using HSVNAdapter::isSymbolicLink;
 
 #ifdef HSVN_STANDS_IN_FRONT
+namespace {
+
+thread_local bool reverts = false; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
+
+svn_error_t* refuse(const char* path, apr_pool_t* pool)
+{
+    return reverts ? HSVNAdapter::refuseBelowAnyLink(path, pool) : HSVNAdapter::refuseBelowDirectoryLink(path, pool);
+}
+
+} // namespace
+
+HSVN_STAND_IN svn_error_t* svn_wc_revert6(svn_wc_context_t* context, const char* path, svn_depth_t depth,
+                                          svn_boolean_t useCommitTimes, const apr_array_header_t* changelists,
+                                          svn_boolean_t clearChangelists, svn_boolean_t metadataOnly,
+                                          svn_boolean_t keepAdded, svn_cancel_func_t cancel, void* cancelBaton,
+                                          svn_wc_notify_func2_t notify, void* notifyBaton, apr_pool_t* pool)
+{
+    const bool before = std::exchange(reverts, true);
+    svn_error_t* const error =
+        HSVN_BEHIND(svn_wc_revert6)(context, path, depth, useCommitTimes, changelists, clearChangelists, metadataOnly,
+                                    keepAdded, cancel, cancelBaton, notify, notifyBaton, pool);
+    reverts = before;
+    return error;
+}
+
 HSVN_STAND_IN svn_error_t* svn_io_remove_dir2(const char* path, svn_boolean_t ignoreMissing, svn_cancel_func_t cancel,
                                               void* baton, apr_pool_t* pool)
 {
+    SVN_ERR(refuse(path, pool));
     return isSymbolicLink(path, pool) ? svn_io_remove_file2(path, ignoreMissing, pool)
                                       : HSVN_BEHIND(svn_io_remove_dir2)(path, ignoreMissing, cancel, baton, pool);
+}
+
+HSVN_STAND_IN svn_error_t* svn_io_dir_remove_nonrecursive(const char* path, apr_pool_t* pool)
+{
+    SVN_ERR(refuse(path, pool));
+    return HSVN_BEHIND(svn_io_dir_remove_nonrecursive)(path, pool);
+}
+
+HSVN_STAND_IN svn_error_t* svn_io_remove_file2(const char* path, svn_boolean_t ignoreMissing, apr_pool_t* pool)
+{
+    SVN_ERR(refuse(path, pool));
+    return HSVN_BEHIND(svn_io_remove_file2)(path, ignoreMissing, pool);
 }
 #elif defined(HSVN_WRAPS_DIRECTORY_REMOVAL)
 // In a bundle of static libraries the linker leads their calls here.

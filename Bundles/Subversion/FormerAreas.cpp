@@ -81,7 +81,7 @@ svn_error_t* removeFormerAreas(const std::string& root, apr_pool_t* pool)
         const std::string directory = root + '/' + std::string{name};
         // With its list of entries it is whole, and maybe of another working copy.
         const std::string entries = directory + '/' + svn_wc_get_adm_dir(pool) + "/entries";
-        if (!isBelowDirectoryLink(entries.c_str(), pool) && kindOnDisk(entries.c_str(), pool) == svn_node_none) {
+        if (!isBelowAnyLink(entries.c_str(), pool) && kindOnDisk(entries.c_str(), pool) == svn_node_none) {
             SVN_ERR(removeFormerArea(directory.c_str(), pool));
         }
     }

@@ -151,7 +151,7 @@ std::map<std::string, std::vector<std::string>> foundHalfMoves(const std::string
         }
         const std::string destination = root + '/' + std::string{to};
         std::string source = root + '/' + std::string{from};
-        if (isBelowDirectoryLink(destination.c_str(), pool) || isBelowDirectoryLink(source.c_str(), pool)) {
+        if (isBelowAnyLink(destination.c_str(), pool) || isBelowAnyLink(source.c_str(), pool)) {
             continue;
         }
         auto& sources = moves[destination];

@@ -51,48 +51,77 @@ bool isReachedWithoutLinks(const std::string& directory)
 
 using Test = bool (*)(const std::string& path);
 
-bool mayBeVersionedDirectory(std::string_view root, std::string_view path, apr_pool_t* pool)
+/// Asks for what is recorded of an item.
+class RecordedItem
 {
-    const SQLiteDatabase database = openDatabase(databaseOf(root, pool));
-    const SQLiteStatement item = database ? prepareStatement(database.get(), itemKind) : nullptr;
-    if (!item) {
-        return true;
+  public:
+    RecordedItem(std::string_view root, std::string_view path, apr_pool_t* pool)
+        : _database{openDatabase(databaseOf(root, pool))}, _row{_database ? prepareStatement(_database.get(), itemKind)
+                                                                          : nullptr}
+    {
+        if (_row) {
+            const std::string_view name = path.substr(root.size() + 1);
+            sqlite3_bind_text(_row.get(), 1, name.data(), static_cast<int>(name.size()), SQLITE_TRANSIENT);
+            _result = sqlite3_step(_row.get());
+        }
     }
-    const std::string_view name = path.substr(root.size() + 1);
-    sqlite3_bind_text(item.get(), 1, name.data(), static_cast<int>(name.size()), SQLITE_STATIC);
-    const int result = sqlite3_step(item.get());
-    return result == SQLITE_ROW ? textInColumn(item.get(), 0) == "dir" && textInColumn(item.get(), 1) != "base-deleted"
-                                : result != SQLITE_DONE;
-}
 
-/// What passes the test in the place of a versioned directory above; empty when nothing does.
-std::string foundAbove(std::string_view path, Test test, apr_pool_t* pool)
+    /// Whether it may be there, as a directory or as anything.
+    bool mayBeDirectory() const
+    {
+        return _result == SQLITE_ROW
+                   ? textInColumn(_row.get(), 0) == "dir" && textInColumn(_row.get(), 1) != "base-deleted"
+                   : _result != SQLITE_DONE;
+    }
+    bool mayBeThere() const { return _result != SQLITE_DONE; }
+
+  private:
+    SQLiteDatabase _database;
+    SQLiteStatement _row;
+    int _result = SQLITE_ERROR;
+};
+
+/// Which of what passes a test is in the way: what has the place of a versioned directory, or is above an item that is
+/// recorded below it; or anything.
+enum class InTheWay
+{
+    OfRecordedItems,
+    Anything
+};
+
+/// What passes the test above a path, in its working copy; empty when nothing does.
+std::string foundAbove(std::string_view path, Test test, InTheWay which, apr_pool_t* pool)
 {
     const auto parentOf = [](std::string_view item) { return item.substr(0, item.rfind('/')); };
     if (!path.starts_with('/') || isReachedWithoutLinks(std::string{parentOf(path)})) {
         return {};
     }
     std::vector<std::string> found;
+    const std::string area = std::string{"/"} + svn_wc_get_adm_dir(pool);
+    const auto isInTheWay = [&](std::string_view root, const std::string& item) {
+        return which == InTheWay::Anything || RecordedItem{root, item, pool}.mayBeDirectory() ||
+               RecordedItem{root, path, pool}.mayBeThere();
+    };
     for (auto folder = parentOf(path); folder.starts_with('/'); folder = parentOf(folder)) {
         if (identityOf(databaseOf(folder, pool)) != FileIdentity{}) {
             for (const std::string& item : found) {
-                if (mayBeVersionedDirectory(folder, item, pool)) {
+                if (isInTheWay(folder, item)) {
                     return item;
                 }
             }
             return {};
         }
-        if (std::string item{folder}; test(item)) {
+        if (std::string item{folder}; !item.ends_with(area) && test(item)) {
             found.push_back(std::move(item));
         }
     }
     return {};
 }
 
-svn_error_t* refuse(const char* path, Test test, apr_pool_t* pool)
+svn_error_t* refuse(const char* path, Test test, InTheWay which, apr_pool_t* pool)
 {
     try {
-        const std::string item = foundAbove(path, test, pool);
+        const std::string item = foundAbove(path, test, which, pool);
         return item.empty() ? SVN_NO_ERROR
                             : svn_error_createf(SVN_ERR_NODE_UNEXPECTED_KIND, nullptr,
                                                 "%s in the place of the directory '%s' is in the way of '%s': "
@@ -112,9 +141,27 @@ bool isBelowDirectoryLink(const char* path, apr_pool_t* pool)
     return error != nullptr;
 }
 
-svn_error_t* refuseBelowObstruction(const char* path, apr_pool_t* pool) { return refuse(path, isObstruction, pool); }
+bool isBelowAnyLink(const char* path, apr_pool_t* pool)
+{
+    svn_error_t* const error = refuseBelowAnyLink(path, pool);
+    svn_error_clear(error);
+    return error != nullptr;
+}
 
-svn_error_t* refuseBelowDirectoryLink(const char* path, apr_pool_t* pool) { return refuse(path, isLink, pool); }
+svn_error_t* refuseBelowObstruction(const char* path, apr_pool_t* pool)
+{
+    return refuse(path, isObstruction, InTheWay::OfRecordedItems, pool);
+}
+
+svn_error_t* refuseBelowDirectoryLink(const char* path, apr_pool_t* pool)
+{
+    return refuse(path, isLink, InTheWay::OfRecordedItems, pool);
+}
+
+svn_error_t* refuseBelowAnyLink(const char* path, apr_pool_t* pool)
+{
+    return refuse(path, isLink, InTheWay::Anything, pool);
+}
 
 svn_error_t* refuseTargetBelowDirectoryLink(const char* target, apr_pool_t* pool)
 {
@@ -131,9 +178,13 @@ namespace HSVNAdapter {
 
 bool isBelowDirectoryLink(const char* /*path*/, apr_pool_t* /*pool*/) { return false; }
 
+bool isBelowAnyLink(const char* /*path*/, apr_pool_t* /*pool*/) { return false; }
+
 svn_error_t* refuseBelowObstruction(const char* /*path*/, apr_pool_t* /*pool*/) { return SVN_NO_ERROR; }
 
 svn_error_t* refuseBelowDirectoryLink(const char* /*path*/, apr_pool_t* /*pool*/) { return SVN_NO_ERROR; }
+
+svn_error_t* refuseBelowAnyLink(const char* /*path*/, apr_pool_t* /*pool*/) { return SVN_NO_ERROR; }
 
 svn_error_t* refuseTargetBelowDirectoryLink(const char* /*target*/, apr_pool_t* /*pool*/) { return SVN_NO_ERROR; }
 

@@ -4,8 +4,11 @@
 
 #include <apr_portable.h>
 #include <fcntl.h>
+#include <string>
+#include <string_view>
 #include <svn_io.h>
 #include <svn_subst.h>
+#include <svn_wc.h>
 #include <sys/stat.h>
 
 // A pipe that has taken a versioned file's place would be waited for until somebody writes to it, and what is neither a
@@ -26,7 +29,14 @@ bool isPipe(const char* path)
     return ::stat(path, &attributes) == 0 && S_ISFIFO(attributes.st_mode);
 }
 
-/// Closes a pipe that was opened without waiting; anything else waits from now on when it is read.
+/// Whether a path lies in an administrative area, where nothing but files is read.
+bool isInArea(std::string_view path, apr_pool_t* pool)
+{
+    return path.find(std::string{"/"} + svn_wc_get_adm_dir(pool) + "/") != std::string_view::npos;
+}
+
+/// Closes a pipe that was opened without waiting, and what may have no end in the place of an area's file; anything
+/// else waits from now on when it is read.
 svn_error_t* refusePipe(apr_file_t** file, const char* path, apr_pool_t* pool)
 {
     apr_os_file_t handle = -1;
@@ -37,7 +47,7 @@ svn_error_t* refusePipe(apr_file_t** file, const char* path, apr_pool_t* pool)
     if (::fstat(handle, &attributes) != 0 || S_ISREG(attributes.st_mode)) { // of a file nothing is waited for
         return SVN_NO_ERROR;
     }
-    if (!S_ISFIFO(attributes.st_mode)) {
+    if (!S_ISFIFO(attributes.st_mode) && !isInArea(path, pool)) {
         ::fcntl(handle, F_SETFL, ::fcntl(handle, F_GETFL) & ~O_NONBLOCK);
         return SVN_NO_ERROR;
     }

@@ -1,9 +1,10 @@
 #include "StillbornAreas.h"
 
+#include "FileBeginnings.h"
+
 #include <algorithm>
 #include <cctype>
 #include <filesystem>
-#include <fstream>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -30,10 +31,7 @@ bool isEmptyFile(const files::path& file)
 /// Whether a file holds the number of a format alone, as those do that only turn older lines away.
 bool holdsANumberAlone(const files::path& file)
 {
-    std::string bytes(longestNumber + 1, '\0');
-    std::ifstream stream{file, std::ios::binary};
-    stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-    bytes.resize(static_cast<std::size_t>(stream.gcount()));
+    const std::string bytes = beginningOf(file, longestNumber + 1);
     return bytes.size() <= longestNumber && std::ranges::all_of(bytes, [](unsigned char byte) {
                return std::isdigit(byte) != 0 || std::isspace(byte) != 0;
            });

@@ -3,11 +3,11 @@
 #include "CanonicalPaths.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
+#include "FileBeginnings.h"
 #include "StandIns.h"
 
 #include <charconv>
 #include <cstdint>
-#include <fstream>
 #include <string>
 #include <string_view>
 
@@ -17,11 +17,9 @@ namespace {
 /// The number alone on the file's first line; 0 when there is none.
 int numberInFirstLine(const std::string& file)
 {
-    std::ifstream stream{file};
-    std::string line;
-    if (!std::getline(stream, line)) {
-        return 0;
-    }
+    constexpr std::size_t longest = 16;
+    const std::string text = beginningOf(file, longest);
+    const std::string_view line = std::string_view{text}.substr(0, text.find('\n'));
     int number = 0;
     const auto [end, failure] = std::from_chars(line.data(), line.data() + line.size(), number);
     return failure == std::errc{} && end == line.data() + line.size() && number > 0 ? number : 0;
@@ -32,9 +30,8 @@ int numberInDatabaseHeader(const std::string& file)
 {
     static constexpr std::string_view signature{"SQLite format 3\0", 16};
     static constexpr std::size_t userVersionOffset = 60;
-    std::string header(userVersionOffset + 4, '\0');
-    std::ifstream stream{file, std::ios::binary};
-    if (!stream.read(header.data(), static_cast<std::streamsize>(header.size())) || !header.starts_with(signature)) {
+    const std::string header = beginningOf(file, userVersionOffset + 4);
+    if (header.size() < userVersionOffset + 4 || !header.starts_with(signature)) {
         return 0;
     }
     std::uint32_t number = 0;

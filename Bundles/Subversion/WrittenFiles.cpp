@@ -11,7 +11,7 @@
 // what it takes for the directory's items. All of that is prepared by few functions, before anything is on record of
 // it: there it is refused. So are files below anything else in such a place, of which no clean-up could make an end.
 
-using HSVNAdapter::refuseBelowDirectoryLink;
+using HSVNAdapter::refuseBelowAnyLink;
 using HSVNAdapter::refuseBelowObstruction;
 
 // Subversion's own, but in no header of the installed.
@@ -50,6 +50,7 @@ HSVN_STAND_IN svn_error_t* svn_wc__wq_build_file_install(svn_skel_t** work, svn_
                                                          svn_boolean_t recordFileInfo, apr_pool_t* resultPool,
                                                          apr_pool_t* scratchPool)
 {
+    SVN_ERR(refuseBelowAnyLink(path, scratchPool));
     SVN_ERR(refuseBelowObstruction(path, scratchPool));
     return HSVN_BEHIND(svn_wc__wq_build_file_install)(work, database, path, source, useCommitTimes, recordFileInfo,
                                                       resultPool, scratchPool);
@@ -59,7 +60,7 @@ HSVN_STAND_IN svn_error_t* svn_wc__wq_build_file_remove(svn_skel_t** work, svn_w
                                                         const char* path, apr_pool_t* resultPool,
                                                         apr_pool_t* scratchPool)
 {
-    SVN_ERR(refuseBelowDirectoryLink(path, scratchPool));
+    SVN_ERR(refuseBelowAnyLink(path, scratchPool));
     return HSVN_BEHIND(svn_wc__wq_build_file_remove)(work, database, anyPath, path, resultPool, scratchPool);
 }
 
@@ -67,7 +68,7 @@ HSVN_STAND_IN svn_error_t* svn_wc__wq_build_dir_remove(svn_skel_t** work, svn_wc
                                                        const char* path, svn_boolean_t recursive,
                                                        apr_pool_t* resultPool, apr_pool_t* scratchPool)
 {
-    SVN_ERR(refuseBelowDirectoryLink(path, scratchPool));
+    SVN_ERR(refuseBelowAnyLink(path, scratchPool));
     return HSVN_BEHIND(svn_wc__wq_build_dir_remove)(work, database, anyPath, path, recursive, resultPool, scratchPool);
 }
 
@@ -75,8 +76,8 @@ HSVN_STAND_IN svn_error_t* svn_wc__wq_build_file_move(svn_skel_t** work, svn_wc_
                                                       const char* source, const char* destination,
                                                       apr_pool_t* resultPool, apr_pool_t* scratchPool)
 {
-    SVN_ERR(refuseBelowDirectoryLink(source, scratchPool));
-    SVN_ERR(refuseBelowDirectoryLink(destination, scratchPool));
+    SVN_ERR(refuseBelowAnyLink(source, scratchPool));
+    SVN_ERR(refuseBelowAnyLink(destination, scratchPool));
     return HSVN_BEHIND(svn_wc__wq_build_file_move)(work, database, anyPath, source, destination, resultPool,
                                                    scratchPool);
 }
@@ -86,7 +87,7 @@ HSVN_STAND_IN svn_error_t* svn_wc__wq_build_file_copy_translated(svn_skel_t** wo
                                                                  const char* destination, apr_pool_t* resultPool,
                                                                  apr_pool_t* scratchPool)
 {
-    SVN_ERR(refuseBelowDirectoryLink(destination, scratchPool));
+    SVN_ERR(refuseBelowAnyLink(destination, scratchPool));
     return HSVN_BEHIND(svn_wc__wq_build_file_copy_translated)(work, database, path, source, destination, resultPool,
                                                               scratchPool);
 }
@@ -94,14 +95,14 @@ HSVN_STAND_IN svn_error_t* svn_wc__wq_build_file_copy_translated(svn_skel_t** wo
 HSVN_STAND_IN svn_error_t* svn_wc__wq_build_dir_install(svn_skel_t** work, svn_wc__db_t* database, const char* path,
                                                         apr_pool_t* resultPool, apr_pool_t* scratchPool)
 {
-    SVN_ERR(refuseBelowDirectoryLink(path, scratchPool));
+    SVN_ERR(refuseBelowAnyLink(path, scratchPool));
     return HSVN_BEHIND(svn_wc__wq_build_dir_install)(work, database, path, resultPool, scratchPool);
 }
 
 // An update makes the directories that come.
 HSVN_STAND_IN svn_error_t* svn_wc__ensure_directory(const char* path, apr_pool_t* pool)
 {
-    SVN_ERR(refuseBelowDirectoryLink(path, pool));
+    SVN_ERR(refuseBelowAnyLink(path, pool));
     return HSVN_BEHIND(svn_wc__ensure_directory)(path, pool);
 }
 
@@ -123,7 +124,7 @@ svn_wc_crawl_revisions5(svn_wc_context_t* context, const char* path, const svn_r
 HSVN_STAND_IN svn_error_t* svn_io_dir_make(const char* path, apr_fileperms_t permissions, apr_pool_t* pool)
 {
     if (restores) {
-        SVN_ERR(refuseBelowDirectoryLink(path, pool));
+        SVN_ERR(refuseBelowAnyLink(path, pool));
     }
     return HSVN_BEHIND(svn_io_dir_make)(path, permissions, pool);
 }
