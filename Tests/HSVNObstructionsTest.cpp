@@ -356,4 +356,13 @@ TEST_F(Obstructions, ThatNothingIsWrittenThroughAreNoneOfUpdates)
     expectWhole(at, before);
 }
 
+TEST_F(Obstructions, AreFoundBehindTheRootOfAnotherWorkingCopy)
+{
+    const Place at = fresh("directory");
+    files::remove(at.child());
+    mustRun({"svn", "checkout", "-q", "--depth", "empty", repository->url("branch"), at.child()});
+    EXPECT_THROW(at.context.remove(at.target(), {.force = true}), HSVNException);
+    CopiedWorkingCopyTest::expectWhole(at.root);
+}
+
 } // namespace

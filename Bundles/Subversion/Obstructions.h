@@ -6,8 +6,8 @@
 
 namespace HSVNAdapter {
 
-/// Asks of each item at and below a path that is not what Subversion knows it as; what it answers ends the search.
-/// Other errors are those of the function that goes there next, and are not told.
+/// Asks of each item at and below a path in whose place something of another kind is, and of some others; what it
+/// answers ends the search. Other errors are those of the function that goes there next, and are not told.
 svn_error_t* findObstructions(const char* path, svn_depth_t depth, svn_boolean_t ignoreExternals,
                               svn_client_status_func_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool);
 
