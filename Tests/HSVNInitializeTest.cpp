@@ -57,7 +57,7 @@ TEST_F(Initialize, MakesTheConfigurationAreaOnceAndOpensTheNewestBundleOnly)
         require(HSVNClient::clientWithDelegate(nullptr)->bundleVersion() ==
                     HSVNBundleLoader::sharedInstance().newestVersion(),
                 "clients are of the newest line");
-        HSVNDate::dateWithISO8601String("2026-01-02T03:04:05.000000Z");
+        HSVNDate::dateWithISO8601String("Fri 2 Jan 2026 03:04:05.000 (day 002, dst 0, gmt_off 000)");
         HSVNString::splitOnCharactersInString("a b", " ");
         HSVNDirectory::formatVersionForWorkingCopyAtPath(HSVNLocalPath::pathWithString(home));
         HSVNRepository::createRepositoryAtPath(HSVNLocalPath::pathWithString(home + "/repository"),

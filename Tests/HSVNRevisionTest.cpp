@@ -223,6 +223,7 @@ TEST(Date, ParsesSubversionTextWithTheNewestBundle)
 {
     HSVNBundleLoader::sharedInstance().loadBundlesInDirectoryAtPath(HSVNBundleLoader::defaultBundleDirectory());
     EXPECT_EQ(HSVNDate::dateWithISO8601String("2026-11-21T08:37:00.987654Z"), HSVNDate{1'795'250'220'000'000});
+    EXPECT_EQ(HSVNDate::dateWithISO8601String("2020-02-29T23:59:59.000001Z"), HSVNDate{1'583'020'799'000'000});
     EXPECT_EQ(HSVNDate::dateWithISO8601String(std::nullopt), std::nullopt);
     EXPECT_THROW(HSVNDate::dateWithISO8601String("yesterday-ish"), HSVNException);
     EXPECT_THROW(HSVNBundleCurrent(), HSVNGenericException) << "the call left its bundle behind";
