@@ -44,7 +44,9 @@ HSVNArguments::List HSVNArguments::canonicalTargets(const std::vector<std::strin
 
 HSVNArguments::Pegged HSVNArguments::parse(const std::string& target, const HSVNContextRef& context)
 {
-    HSVNOperation operation{context, "HSVNArguments", "parse:withContext:", {{"target", target}, {"context", context}}};
+    // A text as yet: what it names is the business of the operation on it.
+    HSVNOperation operation{
+        context, "HSVNArguments", "parse:withContext:", {{"argument", target}, {"context", context}}};
     svn_opt_revision_t pegRevision{};
     const char* path = nullptr;
     operation.call(&HSVNTargetFunctions::opt_parse_path, &pegRevision, &path, operation.cString(target),

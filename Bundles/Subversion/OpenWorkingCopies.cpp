@@ -60,9 +60,9 @@ std::string rootOf(const std::string& path, apr_pool_t* pool)
     struct stat attributes
     {
     };
-    if (::lstat(path.c_str(), &attributes) == 0 && S_ISLNK(attributes.st_mode)) {
+    if (::lstat(path.c_str(), &attributes) == 0 && !S_ISDIR(attributes.st_mode)) {
         std::string root = workingCopyRoot(path.substr(0, path.rfind('/')), pool);
-        if (!root.empty()) {
+        if (!root.empty() || !S_ISLNK(attributes.st_mode)) {
             return root;
         }
     }
@@ -137,29 +137,55 @@ svn_error_t* OpenWorkingCopies::refresh(const apr_array_header_t* targets, apr_p
 {
     destroyFormer();
     const bool isLocked = holdsLock(pool); // for the former targets
-    _targets = absolutePaths(targets, pool);
-    _askedForWork.reset();
-    if (_seen.empty()) { // nothing is open, but what was missing is remembered as such
-        return _targets.empty() ? SVN_NO_ERROR : close(pool);
+    _targets.clear();
+    std::vector<std::string> roots;
+    for (const auto& path : absolutePaths(targets, pool)) {
+        roots.push_back(_targets.emplace(path, rootOf(path, pool)).first->second);
     }
-    const bool mustRenew =
-        _seen.size() > mostOpen || isLocked || isStale(pool) ||
-        std::any_of(_targets.begin(), _targets.end(), [&](const auto& path) { return isMistakenAbout(path, pool); });
-    return mustRenew ? close(pool) : SVN_NO_ERROR;
+    _askedForWork.reset();
+    // Where nothing is open, what was missing is remembered as such.
+    const bool mustRenew = _seen.empty() ? !_targets.empty()
+                                         : _seen.size() > mostOpen || isLocked || isStale(pool) ||
+                                               std::ranges::any_of(_targets, [&](const auto& target) {
+                                                   return isMistakenAbout(target.first, target.second, pool);
+                                               });
+    if (mustRenew) {
+        SVN_ERR(close(pool));
+    }
+    noteRoots(roots, pool);
+    return SVN_NO_ERROR;
 }
 
 void OpenWorkingCopies::note(const apr_array_header_t* targets, apr_pool_t* pool)
 {
-    for (const auto& path : absolutePaths(targets, pool)) {
-        noteRoot(rootOf(path, pool), pool);
-    }
     std::vector<std::string> roots;
-    for (const auto& [root, seen] : _seen) {
-        roots.push_back(root);
+    for (const auto& path : absolutePaths(targets, pool)) {
+        roots.push_back(rootAfter(path, pool));
     }
+    noteRoots(roots, pool);
+}
+
+void OpenWorkingCopies::noteRoots(const std::vector<std::string>& roots, apr_pool_t* pool)
+{
     for (const auto& root : roots) {
+        noteRoot(root, pool);
+    }
+    std::vector<std::string> seen;
+    for (const auto& [root, record] : _seen) {
+        seen.push_back(root);
+    }
+    for (const auto& root : seen) {
         noteExternals(root, _seen[root], pool);
     }
+}
+
+/// The root of a path's working copy once an operation on it is over, which may have made one there but none above.
+std::string OpenWorkingCopies::rootAfter(const std::string& path, apr_pool_t* pool) const
+{
+    const auto known = _targets.find(path);
+    const bool isAsBefore = known != _targets.end() && !known->second.empty() && known->second != path &&
+                            identityOf(databaseOf(path, pool)) == FileIdentity{};
+    return isAsBefore ? known->second : rootOf(path, pool);
 }
 
 svn_error_t* OpenWorkingCopies::close(apr_pool_t* pool)
@@ -194,7 +220,7 @@ bool OpenWorkingCopies::hasUnfinishedWork(const std::string& path)
     }
     std::set<std::string> roots{workingCopyRoot(path, _contextPool)};
     for (const auto& target : _targets) {
-        roots.insert(workingCopyRoot(target, _contextPool));
+        roots.insert(workingCopyRoot(target.first, _contextPool));
     }
     return std::any_of(roots.begin(), roots.end(),
                        [&](const auto& root) { return !root.empty() && hasWork(databaseOf(root, _contextPool)); });
@@ -209,20 +235,18 @@ bool OpenWorkingCopies::isStale(apr_pool_t* pool) const
 
 bool OpenWorkingCopies::holdsLock(apr_pool_t* pool) const
 {
-    const auto isLocked = [&](const std::string& path) {
+    const auto isLocked = [&](const auto& place) {
         svn_boolean_t isHeld = FALSE;
-        svn_error_clear(svn_wc_locked2(&isHeld, nullptr, _ctx->wc_ctx, path.c_str(), pool));
+        svn_error_clear(svn_wc_locked2(&isHeld, nullptr, _ctx->wc_ctx, place.first.c_str(), pool));
         return isHeld != FALSE;
     };
-    return !_seen.empty() && (std::ranges::any_of(_targets, isLocked) ||
-                              std::ranges::any_of(_seen, [&](const auto& seen) { return isLocked(seen.first); }));
+    return !_seen.empty() && (std::ranges::any_of(_targets, isLocked) || std::ranges::any_of(_seen, isLocked));
 }
 
-bool OpenWorkingCopies::isMistakenAbout(const std::string& path, apr_pool_t* pool) const
+bool OpenWorkingCopies::isMistakenAbout(const std::string& path, const std::string& root, apr_pool_t* pool) const
 {
     const char* believed = nullptr;
     svn_error_clear(svn_client_get_wc_root(&believed, path.c_str(), _ctx, pool, pool));
-    const std::string root = rootOf(path, pool);
     if (believed == nullptr) {
         return !root.empty(); // Subversion keeps the kind of the last path in mind, also of one that was missing
     }

@@ -28,9 +28,10 @@ class OpenWorkingCopies
 
     /// Makes the working-copy context anew when the disk has changed under it or under one of the targets, or when it
     /// holds a lock still: that of an operation that failed amid its work, whoever has cleaned up after it since.
-    /// Before outermost operations alone.
+    /// Before outermost operations alone. Keeps in mind which working copies these then open.
     svn_error_t* refresh(const apr_array_header_t* targets, apr_pool_t* pool);
-    /// Keeps in mind which working copies an operation on the targets opens, with the externals in them.
+    /// Keeps in mind which working copies an operation on the targets opens, with the externals in them: before one
+    /// within another, and after each, which may have made some.
     void note(const apr_array_header_t* targets, apr_pool_t* pool);
     /// Whether there is work in the queue of the path's working copy or of one of the last refresh's targets.
     /// No longer so once it has been asked for some time: who stops an operation does not wait for a large check-out.
@@ -55,7 +56,9 @@ class OpenWorkingCopies
 
     bool isStale(apr_pool_t* pool) const;
     bool holdsLock(apr_pool_t* pool) const;
-    bool isMistakenAbout(const std::string& path, apr_pool_t* pool) const;
+    bool isMistakenAbout(const std::string& path, const std::string& root, apr_pool_t* pool) const;
+    std::string rootAfter(const std::string& path, apr_pool_t* pool) const;
+    void noteRoots(const std::vector<std::string>& roots, apr_pool_t* pool);
     void noteRoot(const std::string& root, apr_pool_t* pool);
     void noteExternals(const std::string& root, Seen& seen, apr_pool_t* pool);
     void destroyFormer();
@@ -65,10 +68,10 @@ class OpenWorkingCopies
     /// Of former working-copy contexts, until the next operation: what is left of the one that saw them closed, such as
     /// an update that failed, still asks them when its pool is destroyed.
     std::vector<apr_pool_t*> _formerPools;
-    apr_pool_t* _generationPool = nullptr; // of the working-copy context; null for the client context's first one
-    std::map<std::string, Seen> _seen;     // by root
-    std::vector<std::string> _targets;     // of the last refresh, absolute
-    std::optional<Moment> _askedForWork;   // for the first time since then
+    apr_pool_t* _generationPool = nullptr;       // of the working-copy context; null for the client context's first one
+    std::map<std::string, Seen> _seen;           // by root
+    std::map<std::string, std::string> _targets; // of the last refresh, absolute, with their roots
+    std::optional<Moment> _askedForWork;         // for the first time since then
 };
 
 } // namespace HSVNAdapter

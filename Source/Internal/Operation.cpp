@@ -133,8 +133,8 @@ HSVNOperation::HSVNOperation(const HSVNContextRef& context, std::string_view cla
         refreshWorkingCopies();
     } else {
         check(useOwnDatabases(false));
+        noteWorkingCopies();
     }
-    noteWorkingCopies();
     _outerOperation = std::exchange(_context->_operation, this); // last: the destructor takes it back
 }
 
