@@ -1,6 +1,7 @@
 """The repository and working copies that the command lines run on."""
 
 import contextlib
+import functools
 import glob
 import hashlib
 import os
@@ -11,6 +12,7 @@ import subprocess
 import tarfile
 import tempfile
 
+import scripts
 import webserver
 
 SECRET = "not-to-be-seen"
@@ -550,6 +552,10 @@ def link(wc):
     write(wc, "../other/A/mu", "other\n")
 
 
+def make_by(script, wc):
+    scripts.run(script, wc, environment(wc))
+
+
 HOOKS = {
     "pre-commit": "/usr/bin/svnlook log -t $2 $1 | /usr/bin/grep -q e || { echo 'too <short>' >&2; exit 1; }",
     "post-commit": "echo 'not told' >&2; exit 1", "post-revprop-change": "exit 1",
@@ -649,6 +655,7 @@ PREPARATIONS = {
     "hooked": hook,
     "guarded": guard,
     "linked": link,
+    **{name: functools.partial(make_by, script) for name, script in scripts.SCRIPTS.items()},
 }
 # What these forbid, nothing forbids root: its programs run as somebody else then.
 FORBIDDING = {"forbidden"}

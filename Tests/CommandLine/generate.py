@@ -19,6 +19,7 @@ import subprocess
 import sys
 import tempfile
 import time
+import urllib.parse
 
 import compare
 import fixtures
@@ -41,45 +42,59 @@ REASONS = [
     (r"^accented .*\bcleanup\b", r"(?m)^-svn: E155004: Working copy ", "svn leaves a working copy locked whose clean-up fails"),
     (r"^linked .*\bunversioned-link\b", r"(?m)^-svn: E155007: '\S*/unversioned-link' is not a working copy$",
      "svn takes a link that it meets first for what it leads to"),
+    (r"\b(help|h|\?)\b", r"(?m)^\+   create$", "help tells of what svn does not have"),
+    (r"cd \.svn;", r"(?m)^\+svn: E200025: '' is reserved", "from within its own folder Subversion is not to change anything"),
     ("", r"(?m)^\+svn: E205000: Non-numeric change argument \(r?\d+-0?\)", "a range of changes without an end goes to r-1 in svn"),
 ]
 
 # How often a line that differs is run: an answer that svn gives every other time is missed once in a thousand lines.
 ATTEMPTS = 6
 
-REVISIONS = ["1", "2", "3", "4", "5", "6", "r3", "HEAD", "BASE", "COMMITTED", "PREV", "head", "{2099-01-01}"]
+REVISIONS = ["1", "2", "3", "4", "5", "6", "7", "r3", "HEAD", "BASE", "COMMITTED", "PREV", "head", "{2099-01-01}"]
 ODD_REVISIONS = ["0", "99", "{1999-12-31}", "{2020-02-30}", "{nonsense}", "-1", "3.5", "foo", "", "WORKING", "2:", ":3",
                  "2147483648", "9" * 20, "0x2", "+2", " 2", "2 ", "r", "rHEAD", "{}", "{", "{20990101T0000}", "{2099}",
-                 "{2099-01-01 00:00 +0100}", "{2099-01-01T00:00:00.000001Z}", "{2099-W01}", "{2099-1-1}", "{00:00}"]
-CHANGES = ["2", "3", "r4", "-4", "-r5", "2-4", "5-3", "r2-r3", "-2-4", "99", "0", "HEAD", "COMMITTED", "2-", "x"]
+                 "{2099-01-01 00:00 +0100}", "{2099-01-01T00:00:00.000001Z}", "{2099-W01}", "{2099-1-1}", "{00:00}",
+                 "{20990101}", "{2099-01-01T00:00+05:30}", "{2099-01-01T24:00Z}", "{2099-01-01 }", "{ 2099-01-01}", "{1969-12-31}",
+                 "{yesterday}", "{3 days ago}", "{now}", "Prev", "base", "rr3", "r-1", "{2099-01-01}3", "HEAD:", "1:2:3"]
+CHANGES = ["2", "3", "r4", "-4", "-r5", "2-4", "5-3", "r2-r3", "-2-4", "99", "0", "HEAD", "COMMITTED", "2-", "x",
+           "3-3", "2-HEAD", "-7-9", "--3", "r", "", "5 2", "2-4-6", "{2099-01-01}", "4-99", "+3"]
 TEXTS = ["x", "two words", "a\nb", "", "<&>", "\u00fc"]
 NAMES = ["color", "svn:ignore", "svn:keywords", "svn:eol-style", "svn:executable", "svn:mime-type", "svn:externals",
          "svn:needs-lock", "svn:mergeinfo", "svn:global-ignores", "svn:auto-props", "svn:log", "svn:author", "svn:date",
-         "svn:bogus", "binary-property", "a b", "svn:kewords", "none"]
+         "svn:bogus", "binary-property", "a b", "svn:kewords", "none", "svn:special", "svn:wc:x", "svn:entry:x", "svn:",
+         "SVN:IGNORE", "a:b.c-d_e", "1a", "\u00fc", "-a", "svn:inheritable-auto-props", "svn:original-date"]
 VALUES = ["x", "native", "CRLF", "Rev Author", "*.o\n*.tmp", "^/branches/one/A/B there", "^/branches/one/iota file",
           "/branches/one:2-4", "text/plain", "*", "", "a\r\nb", "nonsense", "2020-01-01T00:00:00.000000Z", "*.x = color=y",
           "# none\n-r2 ^/branches/one/A/B there\n^/branches/one/iota@3 file", "there -r3 REPOSITORY/branches/one/A/B",
-          "../branches/one/A 'two words'", "application/octet-stream", "Id URL Date", "LF"]
+          "../branches/one/A 'two words'", "application/octet-stream", "Id URL Date", "LF",
+          "text/plain; charset=UTF-8", "text", "^/trunk/A/C@5 A/x\n-r 3 ^/trunk/iota y", "^/trunk:1-3,5*", "/trunk:5-3", "native\n",
+          "*.x = svn:eol-style=native;color", "^/branches/one/A .", "^/branches/one/A ../x", "-r ^/x y", "x y z", " x ", "-x"]
 GOOD = {
     "--depth": ["empty", "files", "immediates", "infinity"],
     "--set-depth": ["exclude", "empty", "files", "immediates", "infinity"],
     "--accept": ["postpone", "working", "base", "mine-conflict", "theirs-conflict", "mine-full", "theirs-full",
                  "recommended", "p", "mf", "tf", "edit", "launch"],
     "--message": TEXTS, "--file": ["../message", "../windows-message", "iota", "../latin-message", "-", "<(echo piped)"],
-    "--encoding": ["UTF-8", "ISO-8859-1"],
+    "--encoding": ["UTF-8", "ISO-8859-1", "utf-8", "ASCII", "CP1252"],
     "--editor-cmd": ["../editor", "../emptying-editor", "../second-time-editor", "true"],
     "--diff-cmd": ["echo", "true", "cat"], "--diff3-cmd": ["true", "cat"],
-    "--extensions": ["-u", "-b", "-w", "-p", "-U1", "--ignore-eol-style", "-u -w", "-U 0"],
+    "--extensions": ["-u", "-b", "-w", "-p", "-U1", "--ignore-eol-style", "-u -w", "-U 0", "--context=2", "-U",
+                     "--show-c-function -U2", "--unified", "-U x", "--ignore-all-space", "-U-1"],
     "--limit": ["1", "2", "100"], "--strip": ["0", "1"], "--show-revs": ["merged", "eligible"],
     "--targets": ["../list", "../list", "-", "<(echo iota)"], "--with-revprop": ["color=x", "color", "svn:author=me", "empty="],
     "--search": ["*iota*", "Change", "*"], "--search-and": ["*mu*", "change*"], "--changelist": ["list", "other"],
     "--native-eol": ["LF", "CR", "CRLF"], "--old": ["^/trunk", ".", "iota", "^/branches/one@3"],
     "--new": ["^/branches/one", ".", "A", "^/trunk@2"],
     "--show-item": ["kind", "url", "relative-url", "repos-root-url", "repos-uuid", "revision", "last-changed-revision",
-                    "last-changed-author", "wc-root", "schedule", "depth", "repos-size"],
+                    "last-changed-author", "last-changed-date", "changelist", "wc-root", "schedule", "depth", "repos-size"],
     "--x-viewspec": ["classic", "svn11"], "--username": ["harry", "sally"], "--password": ["x"],
     "--trust-server-cert-failures": ["unknown-ca", "expired,other"], "--config-dir": ["../config", "ROOT/home/other"],
-    "--config-option": ["config:miscellany:global-ignores=i*", "config:miscellany:enable-auto-props=yes",
+    "--config-option": ["config:helpers:diff-extensions=-U0", "config:miscellany:no-unlock=yes", "config:helpers:diff3-cmd=cat",
+                        "config:miscellany:interactive-conflicts=no", "config:auth:password-stores=", "x", "config:a",
+                        "config:helpers:merge-tool-cmd=true", "config:miscellany:diff-ignore-content-type=yes",
+                        "servers:global:http-proxy-port=x", "config:miscellany:memory-cache-size=x", "config:x:y=z", "other:a:b=c",
+                        "config:miscellany:enable-auto-props=maybe", "config:working-copy:exclusive-locking-clients=svn",
+                        "config:miscellany:global-ignores=i*", "config:miscellany:enable-auto-props=yes",
                         "config:helpers:editor-cmd=../editor", "config:auto-props:*=color=auto",
                         "config:miscellany:use-commit-times=yes", "servers:global:store-passwords=no",
                         "config:miscellany:log-encoding=ISO-8859-1", "config:working-copy:exclusive-locking=true",
@@ -93,8 +108,14 @@ COMPANIONS = {"--search": "--search-and", "--show-item": "--no-newline", "--xml"
               "--with-all-revprops": "--xml", "--changelist": "--keep-changelists", "--old": "--new", "--depth": "--force",
               "--show-updates": "--verbose", "--remove-unversioned": "--remove-ignored"}
 # Words that the shell makes others of.
+# Other ways to write what the repository holds.
+URLS = ["^/", "^", "^/nowhere", "^/trunk/../branches", "REPOSITORY", "REPOSITORY/trunk", "^/trunk/iota/below", "REPOSITORY/../none",
+        "http:/x", "file://ROOT/none", "^/trunk/", "^//trunk", "file:///", "bogus://x/y", "^/trunk/%69ota", "^/trunk/name with space",
+        "^/trunk/name%20with%20space/at%40sign", "REPOSITORY/./trunk//A/", "FILE://ROOT/repository/trunk", "file://localhostROOT/repository",
+        "file:ROOT/repository/trunk", "^/trunk?x#y", "^/trunk/%zz", "^/trunk/\u00e9", "svn://127.0.0.1:1/x", "svn+none://x/y", "^trunk",
+        "http://127.0.0.1:1/x", "file://nohost/x", "^/trunk/A@/mu", "^/trunk/iota@@", "^/trunk@{2099-01-01}", "^/..", "^/trunk/%2e%2e/x"]
 EXPANDED = ["./*", "A/*", "i*a", "A/{mu,C}", "<(echo piped)", "<(echo iota)"]
-OPTIONAL = {"--version", "--help", "--password-from-stdin"}
+OPTIONAL = {"--version", "--help"}
 
 # What follows a subcommand: kinds of words, "?" none or one, "+" some, "*" none or some.
 FORMS = {
@@ -102,7 +123,7 @@ FORMS = {
     "changelist": ["text path+"], "checkout": ["url new", "url path", "url", "url url new", "url"],
     "cleanup": ["path?"], "commit": ["path*", "", ""], "copy": ["any new", "any newurl", "any any", "any+ any"],
     "delete": ["any+", "path+", "url+"], "diff": ["any?", "any", "any any", "url url", "url path", "path*", ""],
-    "export": ["any new", "any path", "any"], "import": ["path newurl", "path url", "newurl", "new newurl"],
+    "export": ["any new", "any path", "any"], "help": ["topic"], "import": ["path newurl", "path url", "newurl", "new newurl"],
     "info": ["any*"], "list": ["any*", "url"], "lock": ["file+", "url"], "log": ["any?", "url path*", "any"],
     "merge": ["url", "url path", "url url", "any any path", "any"], "mergeinfo": ["url", "url any", "any"],
     "mkdir": ["new+", "newurl+", "path"], "move": ["any new", "url newurl", "path path", "path new", "any+ any"],
@@ -114,24 +135,33 @@ FORMS = {
 # What these do without a message is to open an editor that fails.
 COMMITTING = {"commit", "import", "mkdir", "delete", "copy", "move"}
 # What stands before the program: where it runs and what its environment says.
-PLACES = ["A", "A/B", "..", "name with space", "../home"]
+PLACES = {"A": "cd A", "A/B": "cd A/B", "..": "cd ..", "name with space": "cd 'name with space'", "../home": "cd ../home",
+          ".": "ln -s wc ../door; cd ../door", "A/C": "ln -s wc/A ../door; cd ../door/C", ".svn": "cd .svn",
+          "../gone": "mkdir ../gone; cd ../gone; rmdir ../gone"}
 VARIABLES = ["SVN_EDITOR=../editor", "SVN_EDITOR= VISUAL=true", "TZ=America/New_York", "TZ=Asia/Kolkata", "LC_ALL=C.UTF-8",
              "LC_ALL=none", "LANG=de_DE.UTF-8", "COLUMNS=20", "SVN_MERGE=true", "HOME=/nowhere/none", "LC_ALL=POSIX",
              "LC_ALL= LANG=de_DE.UTF-8", "LC_ALL= LC_CTYPE=C.UTF-8", "LC_ALL= LC_MESSAGES=C.UTF-8", "TZ=:none", "HOME=",
-             "SVN_EDITOR=../nowhere", "SVN_EDITOR='exit 3;'", "SVN_EDITOR= EDITOR=../editor", "TMPDIR=/nowhere"]
+             "SVN_EDITOR=../nowhere", "SVN_EDITOR='exit 3;'", "SVN_EDITOR= EDITOR=../editor", "TMPDIR=/nowhere",
+             "LOCPATH=ROOT/.. LC_ALL=latin", "LC_ALL=C LANGUAGE=de", "SVN_EDITOR= VISUAL= EDITOR=", "TZ=UTC+25",
+             "SVN_SSH=false", "SVN_MERGE=", "LINES=1", "SVN_I_LOVE_CORRUPTED_WORKING_COPIES_SO_DISABLE_SLEEP_FOR_TIMESTAMPS=yes",
+             "APR_ICONV_PATH=/x", "LC_ALL=C.UTF-8 TZ=Europe/Berlin", "PAGER=false", "PATH=/nowhere:$PATH", "TERM=dumb"]
 REDIRECTIONS = ["<<< c", "<<< a", "< ../message", "< ../list", "<<< $'yes\\nno'", "<&-", "2>&1", "2>&1 | sort", "> made",
-                "> ../made; svn patch ../made", "2> /dev/null"]
+                "> ../made; svn patch ../made", "2> /dev/null",
+                "> /dev/full", ">&-", "2>&-", "2> /dev/full", "<&- >&-", "<<< ''", "< ."]
 # What a person does to files between two commands, and how a script joins what it runs.
 EDITS = ["echo more >> {file}", "printf 'one\\r\\ntwo\\n' > {file}", ": > {file}", "rm -rf {path}", "mkdir {new}",
          "echo new > {new}", "mv {path} {new}", "cp -R {path} {new}", "ln -s nowhere {new}", "chmod +x {file}",
-         "chmod a-w {file}", "rm {file}; mkdir {file}", "touch {file}", "rm -f {file}; ln -s A {file}"]
+         "chmod a-w {file}", "rm {file}; mkdir {file}", "touch {file}", "rm -f {file}; ln -s A {file}",
+         "touch -d 2001-01-01 {path}", "printf x >> {file}", "cp binary {new}", "cp {file} {new}", "chmod 000 {path}"]
 JOINTS = {"; ": 4, " && ": 1, " || ": 1, "; echo $?; ": 2}
 # What makes conflicts in a state that is prepared for them.
 BEGINNINGS = {
     "crossed": ["merge ^/branches/two", "merge -c 8 ^/branches/two", "merge ^/branches/two --accept postpone"],
     "untangled": ["merge ^/branches/one"], "merging": ["merge ^/branches/one"], "outdated": ["update"],
-    "tangled": ["update", "update --accept postpone"], "obstructed": ["update", "update --force"], "moving": ["update"]}
-CONFLICTED = {"conflicted", "diverged", "hostile", *BEGINNINGS}
+    "tangled": ["update", "update --accept postpone"], "obstructed": ["update", "update --force"], "moving": ["update"],
+    "merged": ["merge ^/branches/two"], "external": ["update"], "configured": ["add --force ."], "deep": ["update"],
+    "sampled": ["update"], "replaced": ["commit -m x", "revert -R A A3"], "damaged": ["revert -R ."]}
+CONFLICTED = {"conflicted", "diverged", "hostile", *BEGINNINGS} - {"external", "configured", "deep", "replaced", "damaged"}
 PRIORITIES = {"status": 3, "update": 3, "commit": 2, "diff": 3, "log": 3, "info": 2, "merge": 3, "copy": 2, "move": 2}
 
 
@@ -191,7 +221,8 @@ class Lines:
     def path(self):
         odd = ["nowhere", "A/nowhere", "iota/below", "", "/nowhere", "A/../iota", "./A//B/", "ROOT/wc", "ROOT/wc/iota",
                "../tree", "../fresh", "ROOT/repository", ".svn", "A/.svn/x", "@", "iota@@", "-", "~", "^", "..", "x:y",
-               "made", "A/made", "../other", *EXPANDED[:4]]
+               "made", "A/made", "../other", "A/.", "A/./mu", "A//mu", "A/B/..", "ROOT//wc/", "ROOT/door/iota", "./iota@", "iota@HEAD@",
+               "iota@{2099-01-01}", "./", "///", "A@", "@HEAD", "iota@", "iota@-1", "ROOT/wc/../wc/A", "%41", "-x", *EXPANDED[:4]]
         path = self.chance.choice(self.paths)
         form = self.one_of(("", 24), ("/", 1), ("ROOT/wc/", 1))
         seen = form + path if len(form) > 1 else self.seen(path) + form
@@ -204,13 +235,12 @@ class Lines:
         return os.path.relpath(os.path.join("/root/wc", path), os.path.normpath(os.path.join("/root/wc", self.place)))
 
     def url(self):
-        odd = ["^/", "^", "^/nowhere", "^/trunk/../branches", "REPOSITORY", "REPOSITORY/trunk", "^/trunk/iota/below",
-               "REPOSITORY/../none", "http:/x", "file://ROOT/none", "^/trunk/", "^//trunk", "file:///", "bogus://x/y"]
         if self.often(0.15):
-            return self.chance.choice(odd)
+            return self.chance.choice(URLS)
         name = self.chance.choice(self.paths + ["A/B/lambda", "A/C/doomed"])
         branch = self.one_of(("^/trunk", 6), ("^/branches/one", 3), ("REPOSITORY/trunk", 1))
-        return branch if self.often(0.4) or name == "." else branch + "/" + name
+        quoted_name = urllib.parse.quote(name) if self.often(0.7) else name
+        return branch if self.often(0.4) or name == "." else branch + "/" + quoted_name
 
     def word(self, kind):
         if kind == "any":
@@ -228,6 +258,8 @@ class Lines:
             return self.chance.choice(NAMES)
         if kind == "value":
             return self.chance.choice(VALUES)
+        if kind == "topic":
+            return self.chance.choice(["none", "", "a b", "-x", "infoo", "iota"])  # pages have words of their own
         if kind == "patch":
             return self.beside(self.chance.choice(["../plain.patch", "../git.patch", "../deep.patch", "../no.patch",
                                                    "iota", "none"]))
@@ -329,7 +361,8 @@ class Lines:
         return command if "--xml" in command and ">" in redirection else command + redirection
 
     def line(self):
-        self.place = self.chance.choice(PLACES) if self.often(0.12) else "."
+        place, going = self.chance.choice(list(PLACES.items())) if self.often(0.14) else (".", None)
+        self.place = place
         runs = [self.run() for _ in range(self.one_of((1, 5), (2, 3), (3, 2), (4, 1)))]
         if self.state in BEGINNINGS and self.often(0.5):
             runs.insert(0, "svn " + self.chance.choice(BEGINNINGS[self.state]))
@@ -339,10 +372,10 @@ class Lines:
             line += self.edit() + "; " + run if self.often(0.3) else run
         if self.often(0.15):
             line = f"{self.edit()}; {line}"
-        if self.place != ".":
-            line = f"cd {shlex.quote(self.place)}; {line}"
-        if self.state == "accented" and self.often(0.2):
-            line = "LC_ALL=C " + line
+        if going:
+            line = f"{going}; {line}"
+        if self.state in ("accented", "sampled") and self.often(0.2):
+            line = self.chance.choice(["LC_ALL=C ", "export LOCPATH=ROOT/.. LC_ALL=latin; "]) + line
         if self.often(0.03):
             line = "umask 027; " + line
         return line.removeprefix("svn ") if line.startswith("svn ") else "--version -q; " + line
@@ -360,7 +393,8 @@ def quoted(word):
     if word in EXPANDED:
         return word
     if "\n" in word or "\r" in word:
-        return "$'" + word.replace("\r", "\\r").replace("\n", "\\n") + "'"
+        escapes = {"\r": "\\r", "\n": "\\n", "'": "\\'", "\\": "\\\\"}
+        return "$'" + "".join(escapes.get(letter, letter) for letter in word) + "'"
     return shlex.quote(word.replace("\0", ""))
 
 
@@ -427,6 +461,9 @@ def main():
     counts = collections.Counter()
     with tempfile.TemporaryDirectory() as folder:
         folder = os.path.realpath(folder)
+        # A locale whose letters are not those of UTF-8: its few categories are complained of.
+        subprocess.run(["localedef", "-i", "POSIX", "-f", "ISO-8859-1", os.path.join(folder, "latin")], check=False,
+                       capture_output=True)
         programs = compare.programs_in(folder, arguments.hsvn)
         for name, state in compare.states_in(folder, names[part - 1::parts], over=arguments.over, user=arguments.user):
             state.run, state.is_one_command = TimelessRuns(state), False

@@ -14,6 +14,8 @@
 
 namespace {
 
+constexpr std::int32_t incompleteInput = 70008; // APR_INCOMPLETE, which the library has no name for
+
 /// One direction of the system's conversion.
 class Converter
 {
@@ -40,11 +42,15 @@ class Converter
             const bool stopped = iconv(_descriptor, &in, &left, &out, &room) == static_cast<std::size_t>(-1);
             result.append(buffer.data(), buffer.size() - room);
             if (stopped && errno != E2BIG) {
+                _isCutShort = errno == EINVAL;
                 break;
             }
         }
         return text.size() - left;
     }
+
+    /// The status of a text that was not converted to its end: the last character may lack bytes.
+    std::int32_t failure() const { return _isCutShort ? incompleteInput : EINVAL; }
 
     /// Whether the system knows both encodings.
     bool isUsable() const
@@ -55,6 +61,7 @@ class Converter
 
   private:
     iconv_t _descriptor;
+    bool _isCutShort = false;
 };
 
 bool isUTF8(const char* encoding) { return strcasecmp(encoding, "UTF-8") == 0; }
@@ -70,9 +77,10 @@ std::string escaped(std::string_view text)
     return result;
 }
 
-[[noreturn]] void failToConvert(std::string_view text, const std::string& message)
+[[noreturn]] void failToConvert(std::string_view text, const Converter& converter, const std::string& message)
 {
-    fail(EINVAL, message, failure(EINVAL, HSVNString::plainASCIIString(text).value_or(escaped(text))));
+    const std::int32_t code = converter.failure();
+    fail(code, message, failure(code, HSVNString::plainASCIIString(text).value_or(escaped(text))));
 }
 
 /// " 6d e9" for these bytes.
@@ -121,7 +129,7 @@ std::string converted(std::string_view text, const char* from, const char* to)
     }
     std::string result;
     if (converter.convert(text, result) < text.size()) {
-        failToConvert(text, fmt::format("Can't convert string from '{}' to '{}':", from, to));
+        failToConvert(text, converter, fmt::format("Can't convert string from '{}' to '{}':", from, to));
     }
     return result;
 }
@@ -148,12 +156,13 @@ std::string NativeText::toUTF8(std::string_view native)
     if (isASCII(native)) {
         return std::string{native};
     }
-    const std::size_t length = Converter{"UTF-8", NativeText::localeEncoding()}.convert(native, result);
+    Converter converter{"UTF-8", NativeText::localeEncoding()};
+    const std::size_t length = converter.convert(native, result);
     if (length < native.size() && isUTF8(NativeText::localeEncoding())) {
         failAsInvalid(native, length);
     }
     if (length < native.size()) {
-        failToConvert(native, "Can't convert string from native encoding to 'UTF-8':");
+        failToConvert(native, converter, "Can't convert string from native encoding to 'UTF-8':");
     }
     return result;
 }

@@ -103,8 +103,9 @@ std::string recordingHeader(const HSVNNotification& notification)
 std::string externalRemoval(const HSVNNotification& notification)
 {
     const auto error = std::dynamic_pointer_cast<const HSVNException>(notification.error());
-    // That local changes were left is a notification of its own.
-    const bool tellsReason = error && error->status() != LeftLocalModifications;
+    // That local changes were left is a notification of its own, unless the reason names what was changed.
+    const bool tellsReason =
+        error && (error->status() != LeftLocalModifications || error->reason().find('/') != std::string::npos);
     return fmt::format("Removed external '{}'{}\n", shownPath(notification), tellsReason ? ": " + error->reason() : "");
 }
 
