@@ -2,6 +2,8 @@
 
 #include "Internal/ExtensionCall.h"
 
+#include <algorithm>
+
 namespace {
 
 std::vector<std::string> textsOf(const apr_array_header_t* array)
@@ -27,8 +29,12 @@ HSVNRevisionRef exactRevision(const svn_opt_revision_t& revision)
 HSVNArguments::List HSVNArguments::canonicalTargets(const std::vector<std::string>& arguments,
                                                     const HSVNContextRef& context)
 {
-    HSVNOperation operation{
-        context, "HSVNArguments", "canonicalTargets:withContext:", {{"arguments", arguments}, {"context", context}}};
+    // Only what is told from a repository's root has Subversion look at working copies, which it then keeps open.
+    const bool opens = std::ranges::any_of(arguments, [](const auto& text) { return text.starts_with('^'); });
+    HSVNOperation operation{context,
+                            "HSVNArguments",
+                            "canonicalTargets:withContext:",
+                            {{opens ? "targets" : "arguments", arguments}, {"context", context}}};
     const auto function = operation.extension(&HSVNTargetFunctions::client_args_to_target_array);
     apr_array_header_t* targets = nullptr;
     svn_error_t* error = function(&targets, HSVNTextArray(operation, arguments), operation.ctx(), operation.pool());

@@ -168,7 +168,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
 
     // MARK: Working copy
 
-    /// Schedules unversioned items for addition.
+    /// Schedules unversioned items for addition. Files have the types of the file that "mime-types-file" names.
     ///
     /// @param targets  local paths
     /// Stands for svn_client_add5 (svn_client_add3).

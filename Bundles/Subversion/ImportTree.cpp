@@ -1,6 +1,7 @@
 #include "CanonicalPaths.h"
 #include "CommitInformation.h"
 #include "CommitQuestions.h"
+#include "ConfiguredTypes.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
 #include "ExtensionTable.h"
@@ -16,7 +17,8 @@ svn_error_t* import2(svn_commit_info_t** info, const char* path, const char* url
     CommitQuestions questions{ctx};
     HSVN_CANONICAL_PATH(path, pool);
     HSVN_CANONICAL_URL(url, pool);
-    return smoothed(svn_client_import2(info, path, url, nonRecursive, noIgnore, ctx, pool));
+    return smoothed(withConfiguredTypes(
+        ctx, pool, [&] { return svn_client_import2(info, path, url, nonRecursive, noIgnore, ctx, pool); }));
 }
 
 #if HSVN_LINE_MINOR >= 8
@@ -28,8 +30,10 @@ svn_error_t* importTree(const char* path, const char* url, svn_depth_t depth, sv
     CommitQuestions questions{ctx};
     SVN_ERR(checkLocalTarget(&path, pool));
     HSVN_CANONICAL_URL(url, pool);
-    return svn_client_import5(path, url, depth, noIgnore, noAutoProperties, ignoreUnknownKinds, revisionProperties,
-                              nullptr, nullptr, receiver, baton, ctx, pool);
+    return withConfiguredTypes(ctx, pool, [&] {
+        return svn_client_import5(path, url, depth, noIgnore, noAutoProperties, ignoreUnknownKinds, revisionProperties,
+                                  nullptr, nullptr, receiver, baton, ctx, pool);
+    });
 }
 #endif
 

@@ -54,20 +54,23 @@ std::vector<std::string> absolutePaths(const apr_array_header_t* targets, apr_po
     return paths;
 }
 
-/// The root that an item's own working copy has. A symbolic link belongs to the working copy that it lies in, if any.
-std::string rootOf(const std::string& path, apr_pool_t* pool)
+/// The folder of a file, and of a symbolic link that lies in a working copy, to which it belongs; else the item itself.
+std::string holderOf(const std::string& path, apr_pool_t* pool)
 {
     struct stat attributes
     {
     };
     if (::lstat(path.c_str(), &attributes) == 0 && !S_ISDIR(attributes.st_mode)) {
-        std::string root = workingCopyRoot(path.substr(0, path.rfind('/')), pool);
-        if (!root.empty() || !S_ISLNK(attributes.st_mode)) {
-            return root;
+        std::string folder = path.substr(0, path.rfind('/'));
+        if (!S_ISLNK(attributes.st_mode) || !workingCopyRoot(folder, pool).empty()) {
+            return folder;
         }
     }
-    return workingCopyRoot(path, pool);
+    return path;
 }
+
+/// The root that an item's own working copy has.
+std::string rootOf(const std::string& path, apr_pool_t* pool) { return workingCopyRoot(holderOf(path, pool), pool); }
 
 apr_time_t changeOf(const std::string& file)
 {
@@ -246,7 +249,7 @@ bool OpenWorkingCopies::holdsLock(apr_pool_t* pool) const
 bool OpenWorkingCopies::isMistakenAbout(const std::string& path, const std::string& root, apr_pool_t* pool) const
 {
     const char* believed = nullptr;
-    svn_error_clear(svn_client_get_wc_root(&believed, path.c_str(), _ctx, pool, pool));
+    svn_error_clear(svn_client_get_wc_root(&believed, holderOf(path, pool).c_str(), _ctx, pool, pool));
     if (believed == nullptr) {
         return !root.empty(); // Subversion keeps the kind of the last path in mind, also of one that was missing
     }

@@ -1,3 +1,4 @@
+#include "ConfiguredTypes.h"
 #include "ErrorCodes.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
@@ -57,7 +58,9 @@ svn_error_t* add(const char* path, svn_depth_t depth, svn_boolean_t force, svn_b
                  svn_boolean_t noAutoProperties, svn_boolean_t addParents, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTarget(&path, pool));
-    return svn_client_add5(path, depth, force, noIgnore, noAutoProperties, addParents, ctx, pool);
+    return withConfiguredTypes(ctx, pool, [&] {
+        return svn_client_add5(path, depth, force, noIgnore, noAutoProperties, addParents, ctx, pool);
+    });
 }
 #endif
 

@@ -1,4 +1,5 @@
 #include "CanonicalPaths.h"
+#include "ConfiguredTypes.h"
 #include "EntryPointTable.h"
 #include "ErrorCodes.h"
 #include "Obstructions.h"
@@ -69,10 +70,9 @@ svn_error_t* addRoot(const char* root, svn_boolean_t recursive, svn_boolean_t fo
 }
 #endif
 
-svn_error_t* add3(const char* path, svn_boolean_t recursive, svn_boolean_t force, svn_boolean_t noIgnore,
-                  svn_client_ctx_t* ctx, apr_pool_t* pool)
+svn_error_t* addItems(const char* path, svn_boolean_t recursive, svn_boolean_t force, svn_boolean_t noIgnore,
+                      svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
-    HSVN_CANONICAL_PATH(path, pool);
     svn_error_t* error = svn_client_add3(path, recursive, force, noIgnore, ctx, pool);
 #if HSVN_LINE_MINOR < 8
     if (error != nullptr && error->apr_err == SVN_ERR_WC_NOT_DIRECTORY && statedFormat(path, pool) > 0) {
@@ -87,6 +87,13 @@ svn_error_t* add3(const char* path, svn_boolean_t recursive, svn_boolean_t force
     }
 #endif
     return smoothed(error);
+}
+
+svn_error_t* add3(const char* path, svn_boolean_t recursive, svn_boolean_t force, svn_boolean_t noIgnore,
+                  svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    HSVN_CANONICAL_PATH(path, pool);
+    return withConfiguredTypes(ctx, pool, [&] { return addItems(path, recursive, force, noIgnore, ctx, pool); });
 }
 
 svn_error_t* cleanup(const char* folder, svn_client_ctx_t* ctx, apr_pool_t* pool)
