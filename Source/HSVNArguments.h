@@ -40,7 +40,7 @@ struct Pegged
 /// @param arguments  UTF-8, as a user gives them
 /// @param context    not nil ("context != nil")
 /// @throws HSVNException for an argument that cannot be a target
-/// Stands for svn_client_args_to_target_array2; not offered by lines before 1.7.
+/// Stands for svn_client_args_to_target_array2, or what the line has in its place; lines before 1.6 know no "^/".
 HSVN_EXPORT List canonicalTargets(const std::vector<std::string>& arguments, const HSVNContextRef& context);
 
 /// Takes a peg revision ("path@5", "path@") off a canonical target.

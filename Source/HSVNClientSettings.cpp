@@ -68,6 +68,17 @@ HSVNAuthenticationFunctions::Authentication authenticationOf(const HSVNOperation
             settings.beforePrompt};
 }
 
+/// Older lines trust no certificate that fails for a reason which they have no choice for.
+void refuseTrust(const HSVNOperation& operation, const HSVNClientSettings& settings)
+{
+    operation.refuse(settings.trustUnknownAuthority && !operation.isAtLeast({1, 6}), "trustUnknownAuthority");
+    const bool isAtLeast1_9 = operation.isAtLeast({1, 9});
+    operation.refuse(settings.trustHostnameMismatch && !isAtLeast1_9, "trustHostnameMismatch");
+    operation.refuse(settings.trustExpired && !isAtLeast1_9, "trustExpired");
+    operation.refuse(settings.trustNotYetValid && !isAtLeast1_9, "trustNotYetValid");
+    operation.refuse(settings.trustOtherFailures && !isAtLeast1_9, "trustOtherFailures");
+}
+
 } // namespace
 
 void HSVNClient::applySettings(const HSVNClientSettings& settings)
@@ -79,6 +90,9 @@ void HSVNClient::applySettings(const HSVNClientSettings& settings)
         asksDelegate ? operation.extension(&HSVNAuthenticationFunctions::auth_set_defaults) : nullptr;
     const auto openForTerminal =
         asksDelegate ? nullptr : operation.extension(&HSVNAuthenticationFunctions::cmdline_create_auth_baton);
+    if (settings.prompts == HSVNPrompts::Nobody) {
+        refuseTrust(operation, settings);
+    }
     const char* const directory = textOrNull(operation, settings.configurationDirectory);
     const auto refused = readConfiguration(operation, *this, directory);
     if (asksDelegate && !refused) {

@@ -101,9 +101,9 @@ class ComparisonProgram
 };
 
 /// The choices of a text that objects are read from.
-HSVNDiffChoices readableChoices(HSVNDiffChoices choices)
+HSVNDiffChoices readableChoices(const HSVNOperation& operation, HSVNDiffChoices choices)
 {
-    choices.gitFormat = true;
+    choices.gitFormat = operation.isAtLeast({1, 7});
     choices.program = HSVNDiffProgram::Internal;
     return choices;
 }
@@ -178,13 +178,14 @@ HSVNTreeDiffRef HSVNContext::treeDiff(const HSVNTargetInRevision& first, const H
                                       const HSVNDiffChoices& choices)
 {
     HSVNOperation operation{*this, "treeDiff", {{"first", first.target.text()}, {"second", second.target.text()}}};
-    auto readable = readableChoices(choices);
+    auto readable = readableChoices(operation, choices);
     const ComparisonProgram program{operation, readable};
     try {
         const auto source = spooledDiff(operation, first, second, readable);
-        return std::make_shared<const HSVNTreeDiff>(source, true);
+        return std::make_shared<const HSVNTreeDiff>(source, readable.gitFormat);
     } catch (const HSVNException& exception) {
-        if (exception.status() != HSVNStatusCode::WorkingCopyPathNotFound || readable.copiesAsAdds) {
+        if (exception.status() != HSVNStatusCode::WorkingCopyPathNotFound || readable.copiesAsAdds ||
+            !readable.gitFormat) {
             throw;
         }
     }
@@ -201,11 +202,11 @@ HSVNTreeDiffRef HSVNContext::treeDiff(const HSVNTargetInRevision& target, const 
         return treeDiff({target.target, revisions.first}, {target.target, revisions.second}, choices);
     }
     HSVNOperation operation{*this, "treeDiff", {{"target", target.target.text()}, {"revisions", revisions}}};
-    const auto readable = readableChoices(choices);
+    const auto readable = readableChoices(operation, choices);
     const ComparisonProgram program{operation, readable};
     if (operation.newest(&HSVNDifferenceFunctions::client_diff_peg)) {
         const auto source = spooledDiff(operation, target, revisions, readable);
-        return std::make_shared<const HSVNTreeDiff>(source, true);
+        return std::make_shared<const HSVNTreeDiff>(source, readable.gitFormat);
     }
     HSVNPatchSpool spool;
     HSVNWriteOlderDiff(operation, target, revisions, readable, spool.path());

@@ -1,10 +1,25 @@
 #include "HSVNContext.h"
+#include "Internal/DepthTranslation.h"
 #include "Internal/ExtensionCall.h"
 #include "Internal/Merge.h"
 
 namespace {
 
 using Ranges = std::vector<std::pair<HSVNRevisionRef, HSVNRevisionRef>>;
+
+/// Refuses what the functions of older lines do not do.
+void refuseForOlderLines(const HSVNOperation& operation, const Ranges* ranges, const HSVNMergeChoices& choices)
+{
+    if (!operation.isAtLeast({1, 8})) {
+        HSVNRefuseTwoAncestries(operation, choices);
+    }
+    operation.refuse(choices.chooser && !operation.isAtLeast({1, 7}), "chooser");
+    if (!operation.isAtLeast(HSVNVersion::version1_5())) {
+        operation.refuse(!ranges, "ranges"); // it tracks no merges
+        operation.refuse(!HSVNIsDepthOf1_4(choices.depth), "depth");
+        operation.refuse(choices.recordOnly, "recordOnly");
+    }
+}
 
 /// @param ranges  null for all changes that are not merged yet
 void mergeRanges(HSVNContext& context, const HSVNTargetInRevision& source, const Ranges* ranges,
@@ -14,6 +29,7 @@ void mergeRanges(HSVNContext& context, const HSVNTargetInRevision& source, const
     HSVNOperation operation{
         context, "merge", {{"source", source.target.text()}, {"pegRevision", peg}, {"target", target.text()}}};
     const auto function = operation.extension(&HSVNMergeFunctions::client_merge_peg);
+    refuseForOlderLines(operation, ranges, choices);
     const auto from = HSVNMergeSourceOf(operation, source.target, *peg);
     const HSVNMergeRecord record{operation, choices};
     operation.check(function(from.target, ranges ? HSVNRangeArray(operation, *ranges) : nullptr, &from.revision,

@@ -1,9 +1,32 @@
 #include "HSVNContext.h"
+#include "HSVNRevision.h"
+#include "HSVNRevisionSpec.h"
 #include "Internal/Browsing.h"
 #include "Internal/ConflictRecord.h"
 #include "Internal/DepthTranslation.h"
 #include "Internal/Operation.h"
 #include "Internal/RevisionNumber.h"
+
+namespace {
+
+/// Refuses what the functions of older lines do not do; those before 1.7 compare no ancestry.
+void refuseForOlderLines(const HSVNOperation& operation, const HSVNRevisionSpec& revision,
+                         const HSVNSwitchChoices& choices)
+{
+    operation.refuse(choices.chooser && !operation.isAtLeast({1, 7}), "chooser");
+    if (operation.isAtLeast(HSVNVersion::version1_5())) {
+        return;
+    }
+    const auto& peg = revision.pegRevision();
+    const bool isPegged = !peg->isEqual(HSVNRevision::UNSPECIFIED()) && !peg->isEqual(revision.operativeRevision());
+    operation.refuse(isPegged, "peg revision");
+    operation.refuse(!HSVNIsDepthOf1_4(choices.depth), "depth");
+    operation.refuse(choices.depthIsSticky, "depthIsSticky");
+    operation.refuse(!choices.processExternals, "processExternals");
+    operation.refuse(choices.allowObstructions, "allowObstructions");
+}
+
+} // namespace
 
 HSVNRevisionNumber HSVNContext::switchTo(const HSVNTarget& path, const HSVNTarget& url,
                                          const HSVNRevisionArgument& revision, const HSVNSwitchChoices& choices)
@@ -11,6 +34,7 @@ HSVNRevisionNumber HSVNContext::switchTo(const HSVNTarget& path, const HSVNTarge
     HSVNAssertParameter(revision.spec() != nullptr, "revision != nil");
     HSVNOperation operation{
         *this, "switchTo", {{"path", path.text()}, {"url", url.text()}, {"revision", revision.spec()}}};
+    refuseForOlderLines(operation, *revision.spec(), choices);
     const HSVNRevisionRecords revisions{*revision.spec()};
     const HSVNConflictChoosing choosing{operation, choices.chooser};
     const HSVNUpdateFunctions::Updating record{.depth = HSVNDepthForSubversion(choices.depth),

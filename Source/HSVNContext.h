@@ -211,7 +211,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// @param root  the working copy's root
     /// @param from  what its URLs begin with until now
     /// @param to    what they begin with from now on
-    /// Stands for svn_client_relocate2; not offered by lines before 1.7.
+    /// Stands for svn_client_relocate2, on lines before 1.7 for svn_client_relocate, which leaves externals alone.
     void relocate(const HSVNTarget& root, const std::string& from, const std::string& to,
                   const HSVNRelocateChoices& choices = {});
     /// Applies a patch in the unified format, with Subversion's or Git's headers, or without any.
@@ -309,7 +309,8 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// @param url       the place
     /// @param revision  not nil ("revision != nil"), the operative one HEAD, a number or a date
     /// @return the revision that the item is at
-    /// Stands for svn_client_switch3; not offered by lines before 1.7.
+    /// Stands for svn_client_switch3, on lines before 1.7 for svn_client_switch2, which compares no ancestry, on 1.4
+    /// for svn_client_switch.
     HSVNRevisionNumber switchTo(const HSVNTarget& path, const HSVNTarget& url,
                                 const HSVNRevisionArgument& revision = HSVNRevisionSpec::HEAD(),
                                 const HSVNSwitchChoices& choices = {});
@@ -332,7 +333,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     ///
     /// @param source  the branch: a URL or a working copy's item; of its revision the peg counts
     /// @param target  the local item that is changed
-    /// Stands for svn_client_merge_peg5; not offered by lines before 1.8.
+    /// Stands for svn_client_merge_peg5, or the older form that the line has; 1.4 merges ranges only.
     void merge(const HSVNTargetInRevision& source, const HSVNTarget& target, const HSVNMergeChoices& choices = {});
     /// Merges certain changes of one branch.
     ///
@@ -466,7 +467,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     ///
     /// @param base   the revision that the change is made of; an item that changed since is out of date
     /// @param value  as above
-    /// Stands for svn_client_propset_remote; not offered by lines before 1.8.
+    /// Stands for svn_client_propset_remote, on lines before 1.8 for svn_client_propset3; not offered by 1.4.
     HSVNCommitResult setProperty(const HSVNTarget& url, HSVNRevisionNumber base, const std::string& name,
                                  const std::optional<std::string>& value, const HSVNCommitPropertyChoices& choices = {},
                                  const HSVNReceiver<const HSVNCommitResult&>& receiver = {});
@@ -485,7 +486,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     ///
     /// @param value  as in `setProperty`
     /// @return the revision's number
-    /// Stands for svn_client_revprop_set2; not offered by lines before 1.6.
+    /// Stands for svn_client_revprop_set2, on lines before 1.6 for svn_client_revprop_set.
     HSVNRevisionNumber setRevisionProperty(const HSVNTarget& url, const std::string& name,
                                            const std::optional<std::string>& value, const HSVNRevisionRef& revision,
                                            const HSVNSetRevisionPropertyChoices& choices = {});
@@ -566,14 +567,14 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     ///                 itself has not flushed yet; an external program then writes to it directly, while a receiver
     ///                 gets what such a program wrote when it has ended well.
     /// @param errors   the same for what an external program writes to its standard error
-    /// Stands for svn_client_diff7; not offered by lines before 1.11.
+    /// Stands for svn_client_diff7, or the older form that the line has.
     void diff(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second, const HSVNDiffChoices& choices,
               const HSVNContentsReceiver& output, const HSVNContentsReceiver& errors = {});
     /// The same of one item in two revisions.
     ///
     /// @param target     a local path or a URL, and by its peg revision where it is looked up
     /// @param revisions  the older one and the younger one; not nil ("revision != nil")
-    /// Stands for svn_client_diff_peg7; not offered by lines before 1.11.
+    /// Stands for svn_client_diff_peg7, or the older form that the line has.
     void diff(const HSVNTargetInRevision& target, const std::pair<HSVNRevisionRef, HSVNRevisionRef>& revisions,
               const HSVNDiffChoices& choices, const HSVNContentsReceiver& output,
               const HSVNContentsReceiver& errors = {});
@@ -586,20 +587,20 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// sections. Subversion itself compares, and names are those of Git's headers: `choices.program` and
     /// `choices.gitFormat` make no difference.
     ///
-    /// Stands for svn_client_diff7; not offered by lines before 1.11.
+    /// Stands for svn_client_diff7, or the older form that the line has.
     HSVNTreeDiffRef treeDiff(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
                              const HSVNDiffChoices& choices = {});
     /// The same of one item in two revisions.
     ///
-    /// Stands for svn_client_diff_peg7, on lines before 1.11 for svn_client_diff_peg3, which knows nothing of copies
-    /// (`HSVNTreeDiff::knowsCopySources`) and compares no local changes.
+    /// Stands for svn_client_diff_peg7, or the older form that the line has; those before 1.7 know nothing of copies
+    /// (`HSVNTreeDiff::knowsCopySources`).
     HSVNTreeDiffRef treeDiff(const HSVNTargetInRevision& target,
                              const std::pair<HSVNRevisionRef, HSVNRevisionRef>& revisions,
                              const HSVNDiffChoices& choices = {});
     /// Tells which items differ, without comparing their lines; otherwise as `diff`.
     ///
     /// @param receiver  not nil ("receiver != nil")
-    /// Stands for svn_client_diff_summarize2; not offered by lines before 1.5.
+    /// Stands for svn_client_diff_summarize2, on 1.4 for svn_client_diff_summarize.
     void diffSummary(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
                      const HSVNDiffChoices& choices, const HSVNReceiver<const HSVNDifference&>& receiver);
     /// The same of one item in two revisions. Stands for svn_client_diff_summarize_peg2; not offered before 1.5.

@@ -23,7 +23,7 @@ class HSVN_EXPORT HSVNTreeDiff : public HSVNPatch
     HSVNTreeDiff(std::shared_ptr<const HSVNPatchSource> source, bool knowsCopySources);
 
     /// Whether the text tells what was copied and moved from where; otherwise such items are told as additions. It does
-    /// not with a context's line before 1.11, which has no Git headers, and neither of the local changes of a working
+    /// not with a context's line before 1.7, which has no Git headers, and neither of the local changes of a working
     /// copy below the repository's root where Subversion loses the source of a copy, as its own "svn diff --git" does.
     bool knowsCopySources() const { return _knowsCopySources; }
 

@@ -128,6 +128,19 @@ svn_error_t* withoutAssertion(svn_error_t* error, [[maybe_unused]] const char* s
     return error;
 }
 
+/// Lines before 1.7 look for an item at the URL in a working copy, as if it were in none.
+svn_error_t* requireCopiedRevision([[maybe_unused]] const char* source,
+                                   [[maybe_unused]] const svn_opt_revision_t& revision)
+{
+#if HSVN_LINE_MINOR < 7
+    if (revision.kind == svn_opt_revision_committed || revision.kind == svn_opt_revision_previous) {
+        return svn_error_createf(SVN_ERR_CLIENT_BAD_REVISION, nullptr,
+                                 "'%s' cannot be copied in its revision PREV or COMMITTED", source);
+    }
+#endif
+    return SVN_NO_ERROR;
+}
+
 svn_error_t* copy3(svn_commit_info_t** info, const char* source, const svn_opt_revision_t* sourceRevision,
                    const char* destination, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
@@ -137,13 +150,7 @@ svn_error_t* copy3(svn_commit_info_t** info, const char* source, const svn_opt_r
     HSVN_CANONICAL_TARGET(destination, pool);
     SVN_ERR(refuseTargetBelowDirectoryLink(destination, pool));
     const auto revision = revisionForTarget(source, sourceRevision);
-#if HSVN_LINE_MINOR < 7
-    // These lines look for an item at the URL in a working copy, as if it were in none.
-    if (revision.kind == svn_opt_revision_committed || revision.kind == svn_opt_revision_previous) {
-        return svn_error_createf(SVN_ERR_CLIENT_BAD_REVISION, nullptr,
-                                 "'%s' cannot be copied in its revision PREV or COMMITTED", source);
-    }
-#endif
+    SVN_ERR(requireCopiedRevision(source, revision));
     svn_error_t* error = smoothed(
         withoutAssertion(svn_client_copy3(info, source, &revision, destination, ctx, pool), source), {sourceOfNoKind});
     if (error != nullptr && !isURL(source) && isOfRepository(revision) && startsFallBack(error)) {
@@ -167,10 +174,39 @@ svn_error_t* move4(svn_commit_info_t** info, const char* source, const char* des
                          pool);
 }
 
-#if HSVN_LINE_MINOR >= 8
+#if HSVN_LINE_MINOR < 5
+/// A place below a folder for an item of the source's name.
+const char* childPlace(const char* folder, const char* source, apr_pool_t* pool)
+{
+    const char* name = svn_path_basename(source, pool);
+    if (isURL(source) && !isURL(folder)) {
+        name = svn_path_uri_decode(name, pool);
+    } else if (!isURL(source) && isURL(folder)) {
+        name = svn_path_uri_encode(name, pool);
+    }
+    return svn_path_join(folder, name, pool);
+}
+
+/// Puts an item at a place, or else, where something is there already, below it, as the client of 1.4 does.
+template <class Transfer>
+svn_error_t* transferOrBelow(const char* destination, const char* source, svn_boolean_t asChild, apr_pool_t* pool,
+                             Transfer transfer)
+{
+    svn_error_t* const error = transfer(destination);
+    const bool isTaken =
+        error != nullptr && (error->apr_err == SVN_ERR_ENTRY_EXISTS || error->apr_err == SVN_ERR_FS_ALREADY_EXISTS);
+    if (!isTaken || !asChild) {
+        return error;
+    }
+    svn_error_clear(error);
+    return transfer(childPlace(destination, source, pool));
+}
+#endif
+
 svn_error_t* move(const apr_array_header_t* sources, const char* destination, svn_boolean_t asChild,
-                  svn_boolean_t makeParents, svn_boolean_t allowMixedRevisions, const apr_hash_t* revisionProperties,
-                  svn_commit_callback2_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
+                  [[maybe_unused]] svn_boolean_t makeParents, [[maybe_unused]] svn_boolean_t allowMixedRevisions,
+                  [[maybe_unused]] const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
+                  svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     CommitQuestions questions{ctx};
     SVN_ERR(checkTargets(&sources, pool));
@@ -184,13 +220,32 @@ svn_error_t* move(const apr_array_header_t* sources, const char* destination, sv
         }
     }
     const MovesUnderWay moves{{all.begin(), all.end()}, destination, pool};
+#if HSVN_LINE_MINOR >= 8
     return moves.takenBack(svn_client_move7(sources, destination, asChild, makeParents, allowMixedRevisions, FALSE,
                                             revisionProperties, receiver, baton, ctx, pool),
                            ctx);
-}
+#elif HSVN_LINE_MINOR >= 7
+    return moves.takenBack(
+        svn_client_move6(sources, destination, asChild, makeParents, revisionProperties, receiver, baton, ctx, pool),
+        ctx);
+#else
+    return tellCommit(receiver, baton, pool, [&](svn_commit_info_t** info) {
+#if HSVN_LINE_MINOR >= 5
+        // Takes the array without const, and does not write to it.
+        return moves.takenBack(svn_client_move5(info, apr_array_copy(pool, sources), destination, TRUE, asChild,
+                                                makeParents, revisionProperties, ctx, pool),
+                               ctx);
+#else
+        const auto moveTo = [&](const char* place) {
+            return svn_client_move4(info, all.front(), place, TRUE, ctx, pool);
+        };
+        return moves.takenBack(transferOrBelow(destination, all.front(), asChild, pool, moveTo), ctx);
 #endif
+    });
+#endif
+}
 
-#if HSVN_LINE_MINOR >= 9
+#if HSVN_LINE_MINOR >= 5
 /// The first source that nothing is at; the first one of all when there is something at each.
 const char* firstMissing(const apr_array_header_t* sources, apr_pool_t* pool)
 {
@@ -207,29 +262,59 @@ const char* firstMissing(const apr_array_header_t* sources, apr_pool_t* pool)
     return APR_ARRAY_IDX(sources, 0, svn_client_copy_source_t*)->path;
 }
 
+#endif
+
 svn_error_t* copy(const apr_array_header_t* sources, const char* destination, svn_boolean_t asChild,
-                  svn_boolean_t makeParents, svn_boolean_t ignoreExternals, svn_boolean_t pinExternals,
-                  const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
-                  svn_client_ctx_t* ctx, apr_pool_t* pool)
+                  [[maybe_unused]] svn_boolean_t makeParents, [[maybe_unused]] svn_boolean_t ignoreExternals,
+                  [[maybe_unused]] svn_boolean_t pinExternals, [[maybe_unused]] const apr_hash_t* revisionProperties,
+                  svn_commit_callback2_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     CommitQuestions questions{ctx};
     SVN_ERR(checkTarget(&destination, pool));
     SVN_ERR(refuseTargetBelowDirectoryLink(destination, pool));
+#if HSVN_LINE_MINOR >= 5
     auto* pointers = apr_array_make(pool, sources->nelts, sizeof(svn_client_copy_source_t*));
     for (int index = 0; index < sources->nelts; ++index) {
         const auto& source = APR_ARRAY_IDX(sources, index, HSVNCommitFunctions::CopySource);
         auto* pointer = static_cast<svn_client_copy_source_t*>(apr_pcalloc(pool, sizeof(svn_client_copy_source_t)));
         pointer->path = source.path;
         SVN_ERR(checkTarget(&pointer->path, pool));
+        SVN_ERR(requireCopiedRevision(pointer->path, source.revision));
         pointer->revision = &source.revision;
         pointer->peg_revision = &source.pegRevision;
         APR_ARRAY_PUSH(pointers, svn_client_copy_source_t*) = pointer;
     }
+#if HSVN_LINE_MINOR >= 9
     svn_error_t* const error = svn_client_copy7(pointers, destination, asChild, makeParents, ignoreExternals, FALSE,
                                                 pinExternals, nullptr, revisionProperties, receiver, baton, ctx, pool);
-    return withoutAssertion(error, firstMissing(pointers, pool));
-}
+#elif HSVN_LINE_MINOR >= 7
+    svn_error_t* const error = svn_client_copy6(pointers, destination, asChild, makeParents, ignoreExternals,
+                                                revisionProperties, receiver, baton, ctx, pool);
+#else
+    svn_error_t* const error = tellCommit(receiver, baton, pool, [&](svn_commit_info_t** info) {
+#if HSVN_LINE_MINOR >= 6
+        return svn_client_copy5(info, pointers, destination, asChild, makeParents, ignoreExternals, revisionProperties,
+                                ctx, pool);
+#else
+        return svn_client_copy4(info, pointers, destination, asChild, makeParents, revisionProperties, ctx, pool);
 #endif
+    });
+#endif
+    return withoutAssertion(error, firstMissing(pointers, pool));
+#else
+    const auto& record = APR_ARRAY_IDX(sources, 0, HSVNCommitFunctions::CopySource);
+    const char* source = record.path;
+    SVN_ERR(checkTarget(&source, pool));
+    const auto revision = revisionForTarget(
+        source, record.revision.kind != svn_opt_revision_unspecified ? &record.revision : &record.pegRevision);
+    SVN_ERR(requireCopiedRevision(source, revision));
+    return tellCommit(receiver, baton, pool, [&](svn_commit_info_t** info) {
+        return transferOrBelow(destination, source, asChild, pool, [&](const char* place) {
+            return svn_client_copy3(info, source, &revision, place, ctx, pool);
+        });
+    });
+#endif
+}
 
 } // namespace
 
@@ -239,14 +324,10 @@ void fillCopyAndMove(HSVNBundleEntryPoints& table)
     table.client_move4 = move4;
 }
 
-void fillCopyAndMove([[maybe_unused]] HSVNCommitFunctions& table)
+void fillCopyAndMove(HSVNCommitFunctions& table)
 {
-#if HSVN_LINE_MINOR >= 8
     table.client_move = move;
-#endif
-#if HSVN_LINE_MINOR >= 9
     table.client_copy = copy;
-#endif
 }
 
 } // namespace HSVNAdapter

@@ -42,6 +42,19 @@ svn_error_t* checkTarget(const char** target, apr_pool_t* pool)
 svn_error_t* checkAbsoluteTarget(const char** target, apr_pool_t* pool) { return checkTarget(target, pool); }
 #endif
 
+svn_error_t* checkShownTarget(const char** target, apr_pool_t* pool)
+{
+#if HSVN_LINE_MINOR < 7
+    if (*target != nullptr && !isURL(*target) && **target != '/') {
+        const char* absolute = *target;
+        SVN_ERR(checkTarget(&absolute, pool));
+        *target = svn_path_canonicalize(*target, pool);
+        return SVN_NO_ERROR;
+    }
+#endif
+    return checkTarget(target, pool);
+}
+
 svn_error_t* checkRelativeTarget(const char** target, apr_pool_t* pool)
 {
     if (isURL(*target) || **target == '/') {

@@ -10,6 +10,10 @@ namespace HSVNAdapter {
 /// make every path absolute.
 svn_error_t* checkTarget(const char** target, apr_pool_t* pool);
 
+/// The same for what names items as they are named to it, as texts of differences do: a relative target stays relative
+/// on lines before 1.7, too.
+svn_error_t* checkShownTarget(const char** target, apr_pool_t* pool);
+
 /// The same for functions that take absolute targets only.
 svn_error_t* checkAbsoluteTarget(const char** target, apr_pool_t* pool);
 
@@ -32,7 +36,10 @@ svn_error_t* checkListedPath(const char* path, const char* folder);
 /// Refuses no revision at all where Subversion asserts that there is one.
 svn_error_t* checkRevision(const svn_opt_revision_t* revision);
 
-#if HSVN_LINE_MINOR >= 5
+#if HSVN_LINE_MINOR < 5
+/// The flag of 1.4 for a depth, which says "files" where it is not the whole tree.
+inline svn_boolean_t recurses(svn_depth_t depth) { return depth == svn_depth_unknown || depth == svn_depth_infinity; }
+#else
 /// Refuses the depth "exclude", which is none of a walk through items.
 svn_error_t* checkWalkDepth(svn_depth_t depth);
 

@@ -51,7 +51,7 @@ svn_error_t* list(const char* target, const svn_opt_revision_t* pegRevision, con
         svn_client_list(target, pegRevision, revision, recurse, fields, fetchLocks, receiveItem, &sizing, ctx, pool));
 }
 
-#if HSVN_LINE_MINOR >= 10
+#if HSVN_LINE_MINOR >= 5
 struct Listing
 {
     HSVNReadingFunctions::ListReceiver receiver;
@@ -68,11 +68,25 @@ svn_error_t* receiveListed(void* baton, const char* path, const svn_dirent_t* di
     return listing.receiver(listing.baton, path, dirent, lock, absolutePath, externalParentURL, externalTarget, pool);
 }
 
+#if HSVN_LINE_MINOR < 8
+/// These lines know no externals, and tell the size of a folder as 0.
+svn_error_t* receivePlain(void* baton, const char* path, const svn_dirent_t* dirent, const svn_lock_t* lock,
+                          const char* absolutePath, apr_pool_t* pool)
+{
+    svn_dirent_t sized = *dirent;
+    if (sized.kind != svn_node_file) {
+        sized.size = SVN_INVALID_FILESIZE;
+    }
+    return receiveListed(baton, path, &sized, lock, absolutePath, nullptr, nullptr, pool);
+}
+#endif
+
 svn_error_t* listWithExternals(const char* target, const svn_opt_revision_t* pegRevision,
-                               const svn_opt_revision_t* revision, const apr_array_header_t* patterns,
+                               const svn_opt_revision_t* revision, [[maybe_unused]] const apr_array_header_t* patterns,
                                svn_depth_t depth, apr_uint32_t fields, svn_boolean_t fetchLocks,
-                               svn_boolean_t includeExternals, HSVNReadingFunctions::ListReceiver receiver, void* baton,
-                               svn_client_ctx_t* ctx, apr_pool_t* pool)
+                               [[maybe_unused]] svn_boolean_t includeExternals,
+                               HSVNReadingFunctions::ListReceiver receiver, void* baton, svn_client_ctx_t* ctx,
+                               apr_pool_t* pool)
 {
     SVN_ERR(checkTarget(&target, pool));
     ListingLocks locks{depth, ctx, pool};
@@ -80,8 +94,16 @@ svn_error_t* listWithExternals(const char* target, const svn_opt_revision_t* peg
         SVN_ERR(locks.takeOver(&fetchLocks, target));
     }
     Listing listing{receiver, baton, &locks};
+#if HSVN_LINE_MINOR >= 10
     return svn_client_list4(target, pegRevision, revision, patterns, depth, fields, fetchLocks, includeExternals,
                             receiveListed, &listing, ctx, pool);
+#elif HSVN_LINE_MINOR >= 8
+    return svn_client_list3(target, pegRevision, revision, depth, fields, fetchLocks, includeExternals, receiveListed,
+                            &listing, ctx, pool);
+#else
+    return svn_client_list2(target, pegRevision, revision, depth, fields, fetchLocks, receivePlain, &listing, ctx,
+                            pool);
+#endif
 }
 #endif
 
@@ -91,7 +113,7 @@ void fillList(HSVNBundleEntryPoints& table) { table.client_list = list; }
 
 void fillList([[maybe_unused]] HSVNReadingFunctions& table)
 {
-#if HSVN_LINE_MINOR >= 10
+#if HSVN_LINE_MINOR >= 5
     table.client_list = listWithExternals;
 #endif
 }

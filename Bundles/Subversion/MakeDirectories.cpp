@@ -20,7 +20,7 @@ svn_error_t* mkdir2(svn_commit_info_t** info, const apr_array_header_t* paths, s
     return paths->nelts == 0 ? SVN_NO_ERROR : smoothed(svn_client_mkdir2(info, paths, ctx, pool));
 }
 
-#if HSVN_LINE_MINOR >= 7
+#if HSVN_LINE_MINOR >= 5
 svn_error_t* mkdir(const apr_array_header_t* targets, svn_boolean_t makeParents, const apr_hash_t* revisionProperties,
                    svn_commit_callback2_t receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
@@ -28,7 +28,14 @@ svn_error_t* mkdir(const apr_array_header_t* targets, svn_boolean_t makeParents,
     SVN_ERR(checkTargets(&targets, pool));
     SVN_ERR(checkNewFolders(targets));
     SVN_ERR(refuseBelowDirectoryLinks(targets, pool));
+#if HSVN_LINE_MINOR >= 7
     return svn_client_mkdir4(targets, makeParents, revisionProperties, receiver, baton, ctx, pool);
+#else
+    return tellCommit(receiver, baton, pool, [&](svn_commit_info_t** info) {
+        return targets->nelts == 0 ? SVN_NO_ERROR
+                                   : svn_client_mkdir3(info, targets, makeParents, revisionProperties, ctx, pool);
+    });
+#endif
 }
 #endif
 
@@ -38,7 +45,7 @@ void fillMakeDirectories(HSVNBundleEntryPoints& table) { table.client_mkdir2 = m
 
 void fillMakeDirectories([[maybe_unused]] HSVNCommitFunctions& table)
 {
-#if HSVN_LINE_MINOR >= 7
+#if HSVN_LINE_MINOR >= 5
     table.client_mkdir = mkdir;
 #endif
 }

@@ -60,6 +60,20 @@ svn_error_t* merge(const char* source1, const svn_opt_revision_t* revision1, con
                              choices->diffIgnoreAncestry, choices->forceDelete, choices->recordOnly, choices->dryRun,
                              choices->allowMixedRevisions, choices->arguments, ctx, pool);
 }
+#endif
+
+#if HSVN_LINE_MINOR >= 5 && HSVN_LINE_MINOR < 8
+/// What lines before 1.8 take for a merge of all that is not merged yet: their clients ask for everything.
+apr_array_header_t* wholeHistory(const svn_opt_revision_t* pegRevision, apr_pool_t* pool)
+{
+    auto* const ranges = apr_array_make(pool, 1, sizeof(HSVNReadingFunctions::RevisionRange));
+    auto& range = APR_ARRAY_PUSH(ranges, HSVNReadingFunctions::RevisionRange);
+    range.start.kind = svn_opt_revision_number;
+    range.start.value.number = 1;
+    range.end = *pegRevision;
+    return ranges;
+}
+#endif
 
 svn_error_t* mergePeg(const char* source, const apr_array_header_t* ranges, const svn_opt_revision_t* pegRevision,
                       const char* target, const HSVNMergeFunctions::Merging* choices, svn_client_ctx_t* ctx,
@@ -67,14 +81,37 @@ svn_error_t* mergePeg(const char* source, const apr_array_header_t* ranges, cons
 {
     SVN_ERR(checkTarget(&source, pool));
     SVN_ERR(checkLocalTarget(&target, pool));
+#if HSVN_LINE_MINOR >= 5
     SVN_ERR(checkWalkDepth(choices->depth));
+#endif
+#if HSVN_LINE_MINOR >= 8
     const ConflictSettler settler{ctx, choices->choosing};
     return svn_client_merge_peg5(source, ranges != nullptr ? rangePointers(ranges, pool) : nullptr, pegRevision, target,
                                  choices->depth, choices->ignoreMergeInfo, choices->diffIgnoreAncestry,
                                  choices->forceDelete, choices->recordOnly, choices->dryRun,
                                  choices->allowMixedRevisions, choices->arguments, ctx, pool);
-}
+#elif HSVN_LINE_MINOR >= 5
+    ranges = rangePointers(ranges != nullptr ? ranges : wholeHistory(pegRevision, pool), pool);
+#if HSVN_LINE_MINOR >= 7
+    const ConflictSettler settler{ctx, choices->choosing};
+    return svn_client_merge_peg4(source, ranges, pegRevision, target, choices->depth, choices->diffIgnoreAncestry,
+                                 choices->forceDelete, choices->recordOnly, choices->dryRun,
+                                 choices->allowMixedRevisions, choices->arguments, ctx, pool);
+#else
+    return svn_client_merge_peg3(source, ranges, pegRevision, target, choices->depth, choices->diffIgnoreAncestry,
+                                 choices->forceDelete, choices->recordOnly, choices->dryRun, choices->arguments, ctx,
+                                 pool);
 #endif
+#else
+    for (int index = 0; index < ranges->nelts; ++index) {
+        const auto& range = APR_ARRAY_IDX(ranges, index, HSVNReadingFunctions::RevisionRange);
+        SVN_ERR(svn_client_merge_peg2(source, &range.start, &range.end, pegRevision, target, recurses(choices->depth),
+                                      choices->diffIgnoreAncestry, choices->forceDelete, choices->dryRun,
+                                      choices->arguments, ctx, pool));
+    }
+    return SVN_NO_ERROR;
+#endif
+}
 
 } // namespace
 
@@ -86,14 +123,14 @@ void fillMerge(HSVNBundleEntryPoints& table)
 #endif
 }
 
-void fillMerge([[maybe_unused]] HSVNMergeFunctions& table)
+void fillMerge(HSVNMergeFunctions& table)
 {
+    table.client_merge_peg = mergePeg;
 #if HSVN_LINE_MINOR >= 5
     table.client_merge_reintegrate = mergeReintegrate;
 #endif
 #if HSVN_LINE_MINOR >= 8
     table.client_merge = merge;
-    table.client_merge_peg = mergePeg;
 #endif
 }
 

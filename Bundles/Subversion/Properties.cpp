@@ -132,15 +132,39 @@ svn_error_t* propget(apr_hash_t** properties, apr_array_header_t** inherited, co
                                ctx, pool, pool);
 }
 
-svn_error_t* proplist(const char* target, const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
-                      svn_depth_t depth, const apr_array_header_t* changelists, svn_boolean_t inherited,
-                      HSVNPropertyFunctions::PropertiesReceiver receiver, void* baton, svn_client_ctx_t* ctx,
-                      apr_pool_t* pool)
+#endif
+
+#if HSVN_LINE_MINOR >= 5
+#if HSVN_LINE_MINOR < 8
+/// Who takes the properties that an older function tells.
+struct Listing
 {
-    SVN_ERR(checkTarget(&target, pool));
+    HSVNPropertyFunctions::PropertiesReceiver receiver;
+    void* baton;
+};
+
+svn_error_t* receiveProperties(void* baton, const char* path, apr_hash_t* properties, apr_pool_t* pool)
+{
+    const auto& listing = *static_cast<const Listing*>(baton);
+    return listing.receiver(listing.baton, path, properties, nullptr, pool);
+}
+#endif
+
+svn_error_t* proplist(const char* target, const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
+                      svn_depth_t depth, const apr_array_header_t* changelists,
+                      [[maybe_unused]] svn_boolean_t inherited, HSVNPropertyFunctions::PropertiesReceiver receiver,
+                      void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(checkShownTarget(&target, pool));
     SVN_ERR(checkWalkDepth(depth));
+#if HSVN_LINE_MINOR >= 8
     return svn_client_proplist4(target, pegRevision, revision, depth, changelists, inherited, receiver, baton, ctx,
                                 pool);
+#else
+    Listing listing{receiver, baton};
+    return svn_client_proplist3(target, pegRevision, revision, depth, changelists, receiveProperties, &listing, ctx,
+                                pool);
+#endif
 }
 #endif
 
@@ -160,7 +184,6 @@ svn_error_t* revpropList(apr_hash_t** properties, const char* url, const svn_opt
     return svn_client_revprop_list(properties, url, revision, number, ctx, pool);
 }
 
-#if HSVN_LINE_MINOR >= 6
 svn_error_t* revpropSet(const char* name, const svn_string_t* value, const char* url,
                         const svn_opt_revision_t* revision, svn_revnum_t* number, svn_boolean_t force,
                         svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -168,11 +191,14 @@ svn_error_t* revpropSet(const char* name, const svn_string_t* value, const char*
     HSVN_CANONICAL_URL(url, pool);
     SVN_ERR(checkRevision(revision));
     SVN_ERR(endLines(&value, name, pool));
+#if HSVN_LINE_MINOR >= 6
     return svn_client_revprop_set2(name, value, nullptr, url, revision, number, force, ctx, pool);
-}
+#else
+    return svn_client_revprop_set(name, value, url, revision, number, force, ctx, pool);
 #endif
+}
 
-#if HSVN_LINE_MINOR >= 7
+#if HSVN_LINE_MINOR >= 5
 svn_error_t* propset(const char* name, const svn_string_t* value, const apr_array_header_t* targets, svn_depth_t depth,
                      svn_boolean_t skipChecks, const apr_array_header_t* changelists, svn_client_ctx_t* ctx,
                      apr_pool_t* pool)
@@ -180,7 +206,16 @@ svn_error_t* propset(const char* name, const svn_string_t* value, const apr_arra
     SVN_ERR(checkLocalTargets(&targets, pool));
     SVN_ERR(settleWalkDepth(&depth));
     SVN_ERR(endLines(&value, name, pool));
+#if HSVN_LINE_MINOR >= 7
     return svn_client_propset_local(name, value, targets, depth, skipChecks, changelists, ctx, pool);
+#else
+    for (int index = 0; index < targets->nelts; ++index) {
+        svn_commit_info_t* info = nullptr;
+        SVN_ERR(svn_client_propset3(&info, name, value, APR_ARRAY_IDX(targets, index, const char*), depth, skipChecks,
+                                    SVN_INVALID_REVNUM, changelists, nullptr, ctx, pool));
+    }
+    return SVN_NO_ERROR;
+#endif
 }
 #endif
 
@@ -197,15 +232,13 @@ void fillProperties(HSVNPropertyFunctions& table)
 {
     table.client_revprop_get = revpropGet;
     table.client_revprop_list = revpropList;
-#if HSVN_LINE_MINOR >= 6
     table.client_revprop_set = revpropSet;
-#endif
-#if HSVN_LINE_MINOR >= 7
+#if HSVN_LINE_MINOR >= 5
+    table.client_proplist = proplist;
     table.client_propset = propset;
 #endif
 #if HSVN_LINE_MINOR >= 8
     table.client_propget = propget;
-    table.client_proplist = proplist;
 #endif
 }
 

@@ -1,8 +1,8 @@
 #include "Relocation.h"
 
-#if HSVN_LINE_MINOR >= 7
-
 #include <string_view>
+
+#if HSVN_LINE_MINOR >= 7
 
 #include <svn_dirent_uri.h>
 #include <svn_hash.h>
@@ -81,6 +81,32 @@ svn_error_t* relocateTree(const char* path, const char* from, const char* to, sv
         }
     }
     return SVN_NO_ERROR;
+}
+
+} // namespace HSVNAdapter
+
+#else
+
+#include "CanonicalPaths.h"
+
+namespace HSVNAdapter {
+namespace {
+
+/// These lines put the one in the other's place, and what comes of it on record; beginnings such as "http://" stay.
+svn_error_t* canonicalPrefix(const char** prefix, apr_pool_t* pool)
+{
+    const std::string_view text = *prefix;
+    return isURL(*prefix) && !text.ends_with("://") ? canonicalize(prefix, TargetKind::URL, pool) : SVN_NO_ERROR;
+}
+
+} // namespace
+
+svn_error_t* relocateTree(const char* path, const char* from, const char* to, svn_boolean_t /*ignoreExternals*/,
+                          svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
+    SVN_ERR(canonicalPrefix(&from, pool));
+    SVN_ERR(canonicalPrefix(&to, pool));
+    return svn_client_relocate(path, from, to, TRUE, ctx, pool);
 }
 
 } // namespace HSVNAdapter

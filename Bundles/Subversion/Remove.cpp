@@ -87,7 +87,7 @@ svn_error_t* delete2(svn_commit_info_t** info, const apr_array_header_t* paths, 
     return SVN_NO_ERROR;
 }
 
-#if HSVN_LINE_MINOR >= 7
+#if HSVN_LINE_MINOR >= 5
 svn_error_t* remove(const apr_array_header_t* targets, svn_boolean_t force, svn_boolean_t keepLocal,
                     const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
                     svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -102,7 +102,13 @@ svn_error_t* remove(const apr_array_header_t* targets, svn_boolean_t force, svn_
         SVN_ERR(refuseObstructedFiles(targets, ctx, pool));
     }
 #endif
+#if HSVN_LINE_MINOR >= 7
     return svn_client_delete4(targets, force, keepLocal, revisionProperties, receiver, baton, ctx, pool);
+#else
+    return tellCommit(receiver, baton, pool, [&](svn_commit_info_t** info) {
+        return svn_client_delete3(info, targets, force, keepLocal, revisionProperties, ctx, pool);
+    });
+#endif
 }
 #endif
 
@@ -112,7 +118,7 @@ void fillRemove(HSVNBundleEntryPoints& table) { table.client_delete2 = delete2; 
 
 void fillRemove([[maybe_unused]] HSVNCommitFunctions& table)
 {
-#if HSVN_LINE_MINOR >= 7
+#if HSVN_LINE_MINOR >= 5
     table.client_delete = remove;
 #endif
 }

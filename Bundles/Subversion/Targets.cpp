@@ -7,7 +7,26 @@
 namespace HSVNAdapter {
 namespace {
 
+/// What stands on a command line with nothing on it as the line's own client reads it; lines before 1.6 know no URLs
+/// that are relative to a repository's root.
+svn_error_t* readTargets(apr_array_header_t** targets, apr_getopt_t* commandLine, const apr_array_header_t* arguments,
+                         [[maybe_unused]] svn_client_ctx_t* ctx, apr_pool_t* pool)
+{
 #if HSVN_LINE_MINOR >= 7
+    return svn_client_args_to_target_array2(targets, commandLine, arguments, ctx, FALSE, pool);
+#elif HSVN_LINE_MINOR >= 6
+    return svn_client_args_to_target_array(targets, commandLine, arguments, ctx, pool);
+#else
+    // These take the array without const, and do not write to it.
+    auto* const known = const_cast<apr_array_header_t*>(arguments);
+#if HSVN_LINE_MINOR >= 5
+    return svn_opt_args_to_target_array3(targets, commandLine, known, pool);
+#else
+    return svn_opt_args_to_target_array2(targets, commandLine, known, pool);
+#endif
+#endif
+}
+
 svn_error_t* targetArray(apr_array_header_t** targets, const apr_array_header_t* arguments, svn_client_ctx_t* ctx,
                          apr_pool_t* pool)
 {
@@ -18,9 +37,8 @@ svn_error_t* targetArray(apr_array_header_t** targets, const apr_array_header_t*
         return svn_error_wrap_apr(status, "Can't read the arguments");
     }
     commandLine->ind = 0;
-    return svn_client_args_to_target_array2(targets, commandLine, arguments, ctx, FALSE, pool);
+    return readTargets(targets, commandLine, arguments, ctx, pool);
 }
-#endif
 
 svn_error_t* parsePath(svn_opt_revision_t* pegRevision, const char** path, const char* text, apr_pool_t* pool)
 {
@@ -45,9 +63,7 @@ void fillTargets(HSVNTargetFunctions& table)
     table.opt_parse_path = parsePath;
     table.opt_parse_revision = parseRevision;
     table.client_url_from_path = urlFromPath;
-#if HSVN_LINE_MINOR >= 7
     table.client_args_to_target_array = targetArray;
-#endif
 }
 
 } // namespace HSVNAdapter

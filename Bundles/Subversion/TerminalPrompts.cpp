@@ -6,7 +6,6 @@
 #include <string_view>
 #include <svn_cmdline.h>
 
-#if HSVN_LINE_MINOR >= 6
 namespace HSVNAdapter {
 namespace {
 
@@ -40,22 +39,22 @@ svn_error_t* createAuthBaton(svn_auth_baton_t** baton, const HSVNAuthenticationF
         baton, choices->nonInteractive, choices->username, choices->password, folder, choices->noAuthCache,
         choices->trustUnknownAuthority, choices->trustHostnameMismatch, choices->trustExpired,
         choices->trustNotYetValid, choices->trustOther, config, cancelPrompt, prompting, pool);
-#else
+#elif HSVN_LINE_MINOR >= 6
     return svn_cmdline_create_auth_baton(baton, choices->nonInteractive, choices->username, choices->password, folder,
                                          choices->noAuthCache, choices->trustUnknownAuthority, config, cancelPrompt,
                                          prompting, pool);
+#else
+    return svn_cmdline_setup_auth_baton(baton, choices->nonInteractive, choices->username, choices->password, folder,
+                                        choices->noAuthCache, config, cancelPrompt, prompting, pool);
 #endif
 }
 
 } // namespace
 } // namespace HSVNAdapter
-#endif
 
-void HSVNAdapter::fillTerminalPrompts([[maybe_unused]] HSVNAuthenticationFunctions& table)
+void HSVNAdapter::fillTerminalPrompts(HSVNAuthenticationFunctions& table)
 {
-#if HSVN_LINE_MINOR >= 6
     table.cmdline_create_auth_baton = createAuthBaton;
-#endif
 }
 
 #ifdef HSVN_STANDS_IN_FRONT

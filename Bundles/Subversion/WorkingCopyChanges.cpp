@@ -42,6 +42,7 @@ svn_error_t* upgrade(const char* path, svn_client_ctx_t* ctx, apr_pool_t* pool)
     SVN_ERR(svn_client_upgrade(path, ctx, pool));
     return areas.remove();
 }
+#endif
 
 svn_error_t* relocate(const char* path, const char* from, const char* to, svn_boolean_t ignoreExternals,
                       svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -51,7 +52,6 @@ svn_error_t* relocate(const char* path, const char* from, const char* to, svn_bo
     SVN_ERR(refuseZeroByte(to));
     return relocateTree(path, from, to, ignoreExternals, ctx, pool);
 }
-#endif
 
 #if HSVN_LINE_MINOR >= 8
 svn_error_t* add(const char* path, svn_depth_t depth, svn_boolean_t force, svn_boolean_t noIgnore,
@@ -107,30 +107,39 @@ svn_error_t* vacuum(const char* path, svn_boolean_t removeUnversioned, svn_boole
 }
 #endif
 
-#if HSVN_LINE_MINOR >= 11
+#if HSVN_LINE_MINOR >= 5
 svn_error_t* revert(const apr_array_header_t* paths, svn_depth_t depth, const apr_array_header_t* changelists,
-                    svn_boolean_t clearChangelists, svn_boolean_t metadataOnly, svn_boolean_t keepAdded,
-                    svn_client_ctx_t* ctx, apr_pool_t* pool)
+                    [[maybe_unused]] svn_boolean_t clearChangelists, [[maybe_unused]] svn_boolean_t metadataOnly,
+                    [[maybe_unused]] svn_boolean_t keepAdded, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTargets(&paths, pool));
+#if HSVN_LINE_MINOR >= 9
     if (!metadataOnly) {
         SVN_ERR(refuseObstructedDirectories(paths, depth, ctx, pool));
     }
+#endif
+#if HSVN_LINE_MINOR < 9
+    return svn_client_revert2(paths, depth, changelists, ctx, pool);
+#elif HSVN_LINE_MINOR < 11
+    return svn_client_revert3(paths, depth, changelists, clearChangelists, metadataOnly, ctx, pool);
+#else
     return svn_client_revert4(paths, depth, changelists, clearChangelists, metadataOnly, keepAdded, ctx, pool);
+#endif
 }
 #endif
 
 } // namespace
 
-void fillWorkingCopyChanges([[maybe_unused]] HSVNChangeFunctions& table)
+void fillWorkingCopyChanges(HSVNChangeFunctions& table)
 {
+    table.client_relocate = relocate;
 #if HSVN_LINE_MINOR >= 5
     table.client_add_to_changelist = addToChangelist;
     table.client_remove_from_changelists = removeFromChangelists;
+    table.client_revert = revert;
 #endif
 #if HSVN_LINE_MINOR >= 7
     table.client_upgrade = upgrade;
-    table.client_relocate = relocate;
 #endif
 #if HSVN_LINE_MINOR >= 8
     table.client_add = add;
@@ -138,9 +147,6 @@ void fillWorkingCopyChanges([[maybe_unused]] HSVNChangeFunctions& table)
 #if HSVN_LINE_MINOR >= 9
     table.client_cleanup = cleanup;
     table.client_vacuum = vacuum;
-#endif
-#if HSVN_LINE_MINOR >= 11
-    table.client_revert = revert;
 #endif
 }
 

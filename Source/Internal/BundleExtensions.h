@@ -33,7 +33,8 @@ struct HSVNTargetFunctions
                                    apr_pool_t* pool);
     /// svn_opt_parse_revision: 0 when the text is a revision or two with a colon between.
     int (*opt_parse_revision)(svn_opt_revision_t* start, svn_opt_revision_t* end, const char* text, apr_pool_t* pool);
-    /// svn_client_args_to_target_array2, 1.7 and later, for arguments that are UTF-8 already.
+    /// svn_client_args_to_target_array2 for arguments that are UTF-8 already; on 1.6 svn_client_args_to_target_array,
+    /// on 1.5 svn_opt_args_to_target_array3, on 1.4 svn_opt_args_to_target_array2.
     svn_error_t* (*client_args_to_target_array)(apr_array_header_t** targets, const apr_array_header_t* arguments,
                                                 svn_client_ctx_t* ctx, apr_pool_t* pool);
     /// svn_client_url_from_path: the URL of a working copy's item, or null.
@@ -90,7 +91,9 @@ struct HSVNAuthenticationFunctions
 
     std::uint32_t size = sizeof(HSVNAuthenticationFunctions);
 
-    /// svn_cmdline_create_auth_baton, from 1.6 on: Subversion's own prompts on the terminal, stores and trust.
+    /// svn_cmdline_create_auth_baton2: Subversion's own prompts on the terminal, stores and trust; before 1.9
+    /// svn_cmdline_create_auth_baton, which trusts unknown authorities alone, before 1.6 svn_cmdline_setup_auth_baton,
+    /// which trusts none.
     svn_error_t* (*cmdline_create_auth_baton)(svn_auth_baton_t** baton, const Authentication* choices,
                                               svn_config_t* config, CancelFunction cancel, void* cancelBaton,
                                               apr_pool_t* pool);
@@ -141,7 +144,8 @@ struct HSVNReadingFunctions
                                 const svn_opt_revision_t* revision, svn_depth_t depth, svn_boolean_t includeExternals,
                                 const apr_array_header_t* changelists, InfoReceiver receiver, void* baton,
                                 svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_client_list4, 1.10 and later
+    /// svn_client_list4; before 1.10 svn_client_list3, which has no patterns, before 1.8 svn_client_list2, which has no
+    /// externals; 1.5 and later
     svn_error_t* (*client_list)(const char* target, const svn_opt_revision_t* pegRevision,
                                 const svn_opt_revision_t* revision, const apr_array_header_t* patterns,
                                 svn_depth_t depth, apr_uint32_t fields, svn_boolean_t fetchLocks,
@@ -227,16 +231,16 @@ struct HSVNPropertyFunctions
                                    const char* target, const svn_opt_revision_t* pegRevision,
                                    const svn_opt_revision_t* revision, svn_depth_t depth,
                                    const apr_array_header_t* changelists, svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_client_proplist4, 1.8 and later
+    /// svn_client_proplist4, before 1.8 svn_client_proplist3, which tells nothing inherited; 1.5 and later
     svn_error_t* (*client_proplist)(const char* target, const svn_opt_revision_t* pegRevision,
                                     const svn_opt_revision_t* revision, svn_depth_t depth,
                                     const apr_array_header_t* changelists, svn_boolean_t inherited,
                                     PropertiesReceiver receiver, void* baton, svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_client_propset_local, 1.7 and later; a null value deletes the property
+    /// svn_client_propset_local, before 1.7 svn_client_propset3, 1.5 and later; a null value deletes the property
     svn_error_t* (*client_propset)(const char* name, const svn_string_t* value, const apr_array_header_t* targets,
                                    svn_depth_t depth, svn_boolean_t skipChecks, const apr_array_header_t* changelists,
                                    svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_client_propset_remote, 1.8 and later; a null value deletes the property
+    /// svn_client_propset_remote, before 1.8 svn_client_propset3, 1.5 and later; a null value deletes the property
     svn_error_t* (*client_propset_remote)(const char* name, const svn_string_t* value, const char* url,
                                           svn_boolean_t skipChecks, svn_revnum_t base,
                                           const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver,
@@ -248,7 +252,8 @@ struct HSVNPropertyFunctions
     /// svn_client_revprop_list
     svn_error_t* (*client_revprop_list)(apr_hash_t** properties, const char* url, const svn_opt_revision_t* revision,
                                         svn_revnum_t* number, svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_client_revprop_set2 without an original value, 1.6 and later; a null value deletes the property
+    /// svn_client_revprop_set2 without an original value, before 1.6 svn_client_revprop_set; a null value deletes the
+    /// property
     svn_error_t* (*client_revprop_set)(const char* name, const svn_string_t* value, const char* url,
                                        const svn_opt_revision_t* revision, svn_revnum_t* number, svn_boolean_t force,
                                        svn_client_ctx_t* ctx, apr_pool_t* pool);
@@ -267,7 +272,8 @@ struct HSVNChangeFunctions
     svn_error_t* (*client_add)(const char* path, svn_depth_t depth, svn_boolean_t force, svn_boolean_t noIgnore,
                                svn_boolean_t noAutoProperties, svn_boolean_t addParents, svn_client_ctx_t* ctx,
                                apr_pool_t* pool);
-    /// svn_client_revert4, 1.11 and later
+    /// svn_client_revert4; before 1.11 svn_client_revert3, which keeps added items, before 1.9 svn_client_revert2,
+    /// which takes nothing off its changelist and always reverts what is on disk; 1.5 and later
     svn_error_t* (*client_revert)(const apr_array_header_t* paths, svn_depth_t depth,
                                   const apr_array_header_t* changelists, svn_boolean_t clearChangelists,
                                   svn_boolean_t metadataOnly, svn_boolean_t keepAdded, svn_client_ctx_t* ctx,
@@ -290,7 +296,7 @@ struct HSVNChangeFunctions
                                   svn_boolean_t includeExternals, svn_client_ctx_t* ctx, apr_pool_t* pool);
     /// svn_client_upgrade, 1.7 and later
     svn_error_t* (*client_upgrade)(const char* path, svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_client_relocate2, 1.7 and later
+    /// svn_client_relocate2; before 1.7 svn_client_relocate, which leaves externals alone
     svn_error_t* (*client_relocate)(const char* path, const char* from, const char* to, svn_boolean_t ignoreExternals,
                                     svn_client_ctx_t* ctx, apr_pool_t* pool);
     /// svn_client_patch, 1.7 and later
@@ -414,7 +420,8 @@ struct HSVNUpdateFunctions
     svn_error_t* (*client_checkout)(svn_revnum_t* result, const char* url, const char* path,
                                     const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
                                     const Updating* choices, svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_client_switch3, 1.7 and later
+    /// svn_client_switch3; before 1.7 svn_client_switch2, which compares no ancestry, before 1.5 svn_client_switch,
+    /// which looks for the URL in the revision wanted and knows of the choices the flag for depths alone
     svn_error_t* (*client_switch)(svn_revnum_t* result, const char* path, const char* url,
                                   const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
                                   const Updating* choices, svn_client_ctx_t* ctx, apr_pool_t* pool);
@@ -461,7 +468,8 @@ struct HSVNMergeFunctions
     svn_error_t* (*client_merge)(const char* source1, const svn_opt_revision_t* revision1, const char* source2,
                                  const svn_opt_revision_t* revision2, const char* target, const Merging* choices,
                                  svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_client_merge_peg5, 1.8 and later; the ranges are `RevisionRange` values, or null for a complete merge
+    /// svn_client_merge_peg5; before 1.8 svn_client_merge_peg4, before 1.7 svn_client_merge_peg3, before 1.5
+    /// svn_client_merge_peg2; the ranges are `RevisionRange` values, or null for a complete merge, 1.5 and later
     svn_error_t* (*client_merge_peg)(const char* source, const apr_array_header_t* ranges,
                                      const svn_opt_revision_t* pegRevision, const char* target, const Merging* choices,
                                      svn_client_ctx_t* ctx, apr_pool_t* pool);
@@ -503,25 +511,29 @@ struct HSVNCommitFunctions
                                   const apr_array_header_t* changelists, const apr_hash_t* revisionProperties,
                                   svn_commit_callback2_t receiver, void* baton, svn_client_ctx_t* ctx,
                                   apr_pool_t* pool);
-    /// svn_client_import5, 1.8 and later
+    /// svn_client_import5; before 1.8 svn_client_import4, before 1.7 svn_client_import3, which set automatic properties
+    /// as the configuration says; 1.5 and later
     svn_error_t* (*client_import)(const char* path, const char* url, svn_depth_t depth, svn_boolean_t noIgnore,
                                   svn_boolean_t noAutoProperties, svn_boolean_t ignoreUnknownKinds,
                                   const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
                                   svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_client_mkdir4, 1.7 and later
+    /// svn_client_mkdir4, before 1.7 svn_client_mkdir3, 1.5 and later
     svn_error_t* (*client_mkdir)(const apr_array_header_t* targets, svn_boolean_t makeParents,
                                  const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
                                  svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_client_delete4, 1.7 and later
+    /// svn_client_delete4, before 1.7 svn_client_delete3, 1.5 and later
     svn_error_t* (*client_delete)(const apr_array_header_t* targets, svn_boolean_t force, svn_boolean_t keepLocal,
                                   const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
                                   svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_client_copy7 without a list of externals to pin, 1.9 and later; the sources are `CopySource` values
+    /// svn_client_copy7 without a list of externals to pin; before 1.9 svn_client_copy6, which pins none, before 1.7
+    /// svn_client_copy5, before 1.6 svn_client_copy4, which copies externals in any case, before 1.5 svn_client_copy3
+    /// of one source in the revision that it is looked up in; the sources are `CopySource` values
     svn_error_t* (*client_copy)(const apr_array_header_t* sources, const char* destination, svn_boolean_t asChild,
                                 svn_boolean_t makeParents, svn_boolean_t ignoreExternals, svn_boolean_t pinExternals,
                                 const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
                                 svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_client_move7, 1.8 and later
+    /// svn_client_move7; before 1.8 svn_client_move6, before 1.7 svn_client_move5 by force, which all allow mixed
+    /// revisions, before 1.5 svn_client_move4 of one source
     svn_error_t* (*client_move)(const apr_array_header_t* sources, const char* destination, svn_boolean_t asChild,
                                 svn_boolean_t makeParents, svn_boolean_t allowMixedRevisions,
                                 const apr_hash_t* revisionProperties, svn_commit_callback2_t receiver, void* baton,
@@ -569,22 +581,24 @@ struct HSVNDifferenceFunctions
                                         const char* originalLabel, const char* modifiedLabel, const char* encoding,
                                         svn_boolean_t showFunctions, int contextLines, svn_client_ctx_t* ctx,
                                         apr_pool_t* pool);
-    /// svn_client_diff7, headers in the locale's encoding, 1.11 and later; null streams are the process's own
+    /// svn_client_diff7, headers in the locale's encoding; before 1.11 svn_client_diff6, before 1.8 svn_client_diff5,
+    /// before 1.7 svn_client_diff4, before 1.5 svn_client_diff3, each with the choices that it has; null streams are
+    /// the process's own
     svn_error_t* (*client_diff)(svn_stream_t* out, svn_stream_t* errors, const char* target1,
                                 const svn_opt_revision_t* revision1, const char* target2,
                                 const svn_opt_revision_t* revision2, const Comparing* choices, svn_client_ctx_t* ctx,
                                 apr_pool_t* pool);
-    /// svn_client_diff_peg7 in the same way, 1.11 and later
+    /// svn_client_diff_peg7 in the same way
     svn_error_t* (*client_diff_peg)(svn_stream_t* out, svn_stream_t* errors, const char* target,
                                     const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* start,
                                     const svn_opt_revision_t* end, const Comparing* choices, svn_client_ctx_t* ctx,
                                     apr_pool_t* pool);
-    /// svn_client_diff_summarize2, 1.5 and later
+    /// svn_client_diff_summarize2, before 1.5 svn_client_diff_summarize
     svn_error_t* (*client_diff_summarize)(const char* target1, const svn_opt_revision_t* revision1, const char* target2,
                                           const svn_opt_revision_t* revision2, const Comparing* choices,
                                           svn_client_diff_summarize_func_t receiver, void* baton, svn_client_ctx_t* ctx,
                                           apr_pool_t* pool);
-    /// svn_client_diff_summarize_peg2, 1.5 and later
+    /// svn_client_diff_summarize_peg2, before 1.5 svn_client_diff_summarize_peg
     svn_error_t* (*client_diff_summarize_peg)(const char* target, const svn_opt_revision_t* pegRevision,
                                               const svn_opt_revision_t* start, const svn_opt_revision_t* end,
                                               const Comparing* choices, svn_client_diff_summarize_func_t receiver,

@@ -31,6 +31,22 @@ bool isTraced(const HSVNTargetInRevision& source)
     return isPegged || (source.target.isURL() && !operative->isEqual(HSVNRevision::HEAD()));
 }
 
+/// Refuses what the functions of older lines do not do.
+void refuseForOlderLines(HSVNRevisionChange& change, const std::vector<HSVNTargetInRevision>& sources,
+                         const HSVNCopyChoices& choices)
+{
+    const auto& operation = change.operation();
+    operation.refuse(choices.pinExternals && !operation.isAtLeast({1, 9}), "pinExternals");
+    operation.refuse(!choices.processExternals && !operation.isAtLeast(HSVNVersion::version1_6()), "processExternals");
+    if (operation.isAtLeast(HSVNVersion::version1_5())) {
+        return;
+    }
+    operation.refuse(sources.size() > 1, "several sources");
+    operation.refuse(operation.isVerb() && isTraced(sources.front()), "peg revision");
+    operation.refuse(choices.makeParents, "makeParents");
+    change.refuseProperties();
+}
+
 svn_error_t* callPlace(HSVNRevisionChange& change, svn_commit_info_t** info,
                        const std::vector<HSVNTargetInRevision>& sources, const std::string& destination,
                        const HSVNCopyChoices& choices)
@@ -56,6 +72,7 @@ HSVNCommitResult HSVNCopy(HSVNRevisionChange& change, const std::vector<HSVNTarg
                           const std::string& destination, const HSVNCopyChoices& choices)
 {
     auto& operation = change.operation();
+    refuseForOlderLines(change, sources, choices);
     if (const auto copy = operation.newest(&HSVNCommitFunctions::client_copy)) {
         const auto* const records = sourceArray(operation, sources);
         return change.finish(copy(records, operation.changed(destination), choices.asChild, choices.makeParents,

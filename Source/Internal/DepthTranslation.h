@@ -17,6 +17,12 @@ inline svn_depth_t HSVNDepthForSubversion(HSVNDepth depth)
     return static_cast<svn_depth_t>(depth);
 }
 
+/// Whether the flag of Subversion 1.4 that tells the whole tree from a directory with its files stands for the depth.
+inline bool HSVNIsDepthOf1_4(HSVNDepth depth)
+{
+    return depth == HSVNDepthInfinity || depth == HSVNDepthUnknown || depth == HSVNDepthFiles;
+}
+
 /// The recursion flag of Subversion 1.4 for a depth. Infinity and unknown recurse; which depth does not is each
 /// operation's own.
 ///

@@ -41,6 +41,9 @@ HSVNDiffEnds HSVNEndsOf(const HSVNDiffRevisions& revisions)
 
 HSVNDifferenceFunctions::Comparing HSVNRecordOfChoices(const HSVNOperation& operation, const HSVNDiffChoices& choices)
 {
+    const bool isAtLeast1_5 = operation.isAtLeast(HSVNVersion::version1_5());
+    operation.refuse(!isAtLeast1_5 && !choices.changelists.empty(), "changelists");
+    operation.refuse(!isAtLeast1_5 && !HSVNIsDepthOf1_4(choices.depth), "depth");
     const bool isConfigured = choices.program == HSVNDiffProgram::Configured && !choices.arguments;
     const auto arguments = choices.arguments.value_or(std::vector<std::string>{});
     return {.depth = HSVNDepthForSubversion(choices.depth),
@@ -57,11 +60,28 @@ HSVNDifferenceFunctions::Comparing HSVNRecordOfChoices(const HSVNOperation& oper
             .headerEncoding = nullptr};
 }
 
+namespace {
+
+/// The choices of a text, of which older lines have fewer.
+HSVNDifferenceFunctions::Comparing recordOfText(const HSVNOperation& operation, const HSVNDiffChoices& choices)
+{
+    const bool isAtLeast1_7 = operation.isAtLeast({1, 7});
+    operation.refuse(!isAtLeast1_7 && choices.copiesAsAdds, "copiesAsAdds");
+    operation.refuse(!isAtLeast1_7 && choices.gitFormat, "gitFormat");
+    const bool isAtLeast1_8 = operation.isAtLeast({1, 8});
+    operation.refuse(!isAtLeast1_8 && choices.omitAdded, "omitAdded");
+    operation.refuse(!isAtLeast1_8 && choices.ignoreProperties, "ignoreProperties");
+    operation.refuse(!isAtLeast1_8 && choices.propertiesOnly, "propertiesOnly");
+    return HSVNRecordOfChoices(operation, choices);
+}
+
+} // namespace
+
 void HSVNWriteDiff(HSVNOperation& operation, const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
                    const HSVNDiffChoices& choices, const HSVNDiffOutput& output)
 {
     const auto ends = HSVNEndsOf(first, second);
-    auto record = HSVNRecordOfChoices(operation, choices);
+    auto record = recordOfText(operation, choices);
     record.headerEncoding = output.headerEncoding;
     const Output out{operation, output.text};
     const Output err{operation, output.errors};
@@ -75,7 +95,7 @@ void HSVNWriteDiff(HSVNOperation& operation, const HSVNTargetInRevision& target,
 {
     const auto peg = HSVNRevisionOfTarget(target.target, *target.revision->pegRevision());
     const auto ends = HSVNEndsOf(revisions);
-    auto record = HSVNRecordOfChoices(operation, choices);
+    auto record = recordOfText(operation, choices);
     record.headerEncoding = output.headerEncoding;
     const Output out{operation, output.text};
     const Output err{operation, output.errors};

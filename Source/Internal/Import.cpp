@@ -8,6 +8,7 @@ HSVNCommitResult HSVNImport(HSVNRevisionChange& change, const std::string& path,
     auto& operation = change.operation();
     const char* const source = operation.changed(path);
     const char* const target = operation.cString(url);
+    operation.refuse(!choices.automaticProperties && !operation.isAtLeast({1, 8}), "automaticProperties");
     if (const auto importTree = operation.newest(&HSVNCommitFunctions::client_import)) {
         return change.finish(importTree(source, target, HSVNDepthForSubversion(choices.depth),
                                         !choices.matchIgnorePatterns, !choices.automaticProperties,

@@ -148,6 +148,8 @@ svn_error_t* callList(HSVNOperation& operation, const char* target, const HSVNRe
                       const HSVNListChoices& choices, ListCall& call)
 {
     const apr_uint32_t fields = choices.allFields ? SVN_DIRENT_ALL : SVN_DIRENT_KIND;
+    operation.refuse(choices.includeExternals && !operation.isAtLeast({1, 8}), "includeExternals");
+    operation.refuse(!choices.patterns.empty() && !operation.isAtLeast({1, 10}), "patterns");
     if (const auto list = operation.newest(&HSVNReadingFunctions::client_list)) {
         std::vector<std::string> patterns;
         std::transform(choices.patterns.begin(), choices.patterns.end(), std::back_inserter(patterns),

@@ -16,9 +16,8 @@ svn_error_t* callMerge(HSVNOperation& operation, const HSVNMergeSource& first, c
         return merge(first.target, &first.revision, second.target, &second.revision, target, record.record(),
                      operation.ctx(), operation.pool());
     }
-    // The older places know one ancestry only, and merge into several revisions in any case.
-    operation.refuse(choices.ignoreMergeInfo != choices.diffIgnoreAncestry,
-                     choices.ignoreMergeInfo ? "ignoreMergeInfo" : "diffIgnoreAncestry");
+    // The older places merge into several revisions in any case.
+    HSVNRefuseTwoAncestries(operation, choices);
     operation.refuse(choices.chooser != nullptr, "chooser");
     const apr_array_header_t* const arguments = HSVNTextArray(operation, choices.arguments);
     if (operation.isAtLeast(HSVNVersion::version1_5())) {
@@ -49,6 +48,12 @@ HSVNMergeRecord::HSVNMergeRecord(HSVNOperation& operation, const HSVNMergeChoice
                                                      .arguments = HSVNFilterArray(operation, choices.arguments),
                                                      .choosing = _choosing.record()}
 {
+}
+
+void HSVNRefuseTwoAncestries(const HSVNOperation& operation, const HSVNMergeChoices& choices)
+{
+    operation.refuse(choices.ignoreMergeInfo != choices.diffIgnoreAncestry,
+                     choices.ignoreMergeInfo ? "ignoreMergeInfo" : "diffIgnoreAncestry");
 }
 
 HSVNMergeSource HSVNMergeSourceOf(HSVNOperation& operation, const HSVNTarget& target, const HSVNRevision& revision)

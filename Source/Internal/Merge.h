@@ -19,6 +19,9 @@ class HSVNMergeRecord
     HSVNMergeFunctions::Merging _record;
 };
 
+/// Refuses two answers on ancestry, of which functions before 1.8 know one only.
+void HSVNRefuseTwoAncestries(const HSVNOperation& operation, const HSVNMergeChoices& choices);
+
 /// One side of a merge.
 struct HSVNMergeSource
 {

@@ -8,6 +8,12 @@ HSVNCommitResult HSVNMove(HSVNRevisionChange& change, const std::vector<std::str
     auto& operation = change.operation();
     const auto* const from = HSVNChangedArray(operation, sources);
     const char* const to = operation.changed(destination);
+    const bool isOf1_4 = !operation.isAtLeast(HSVNVersion::version1_5());
+    operation.refuse(isOf1_4 && sources.size() > 1, "several sources");
+    operation.refuse(isOf1_4 && choices.makeParents, "makeParents");
+    if (isOf1_4) {
+        change.refuseProperties();
+    }
     if (const auto move = operation.newest(&HSVNCommitFunctions::client_move)) {
         return change.finish(move(from, to, choices.asChild, choices.makeParents, choices.allowMixedRevisions,
                                   change.properties(), HSVNRevisionChange::noted, &change, operation.ctx(),

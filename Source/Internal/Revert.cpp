@@ -6,6 +6,10 @@
 
 void HSVNRevert(HSVNOperation& operation, const apr_array_header_t* targets, const HSVNRevertChoices& choices)
 {
+    const bool isAtLeast1_9 = operation.isAtLeast({1, 9});
+    operation.refuse(choices.clearChangelists && !isAtLeast1_9, "clearChangelists");
+    operation.refuse(choices.metadataOnly && !isAtLeast1_9, "metadataOnly");
+    operation.refuse(!choices.keepAddedItems && !operation.isAtLeast({1, 11}), "keepAddedItems");
     if (const auto revert = operation.newest(&HSVNChangeFunctions::client_revert)) {
         operation.check(revert(targets, HSVNDepthForSubversion(choices.depth),
                                HSVNFilterArray(operation, choices.changelists), choices.clearChangelists,

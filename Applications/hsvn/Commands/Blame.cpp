@@ -102,7 +102,11 @@ class BlameRun
     void blame(const std::string& target)
     {
         const auto [path, peg] = peggedTarget(_session, target);
-        const auto& newest = isURL(path) ? HSVNRevision::HEAD() : HSVNRevision::WORKING();
+        const auto version = _session.client()->bundleVersion();
+        const bool knowsLocalLines = !version || !version->isLessThan({1, 7});
+        const auto& newest = isURL(path)       ? HSVNRevision::HEAD()
+                             : knowsLocalLines ? HSVNRevision::WORKING()
+                                               : HSVNRevision::BASE();
         const auto end = !isUnspecified(_end) ? _end : !isUnspecified(peg) ? peg : newest;
         _lines = XML{};
         if (_session.options.xml) {
