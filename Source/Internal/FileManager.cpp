@@ -222,7 +222,8 @@ std::vector<std::string> HSVNSetAsideItem::left(const std::string& path, const s
     {
         const std::string name = entry->path().filename().string();
         std::error_code vanished;
-        const bool isFolder = entry->symlink_status(vanished).type() == files::file_type::directory;
+        // Both known of most file systems' folders, with no question for each item.
+        const bool isFolder = !entry->is_symlink(vanished) && entry->is_directory(vanished);
         if (isFolder && isFolderBeside(name)) {
             found.push_back(entry->path().string());
         }
