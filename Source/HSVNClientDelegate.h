@@ -346,6 +346,61 @@ class HSVNForwardingDelegate : public HSVNClientDelegate
         bool{a.promptForPlaintextStorage(context, HSVNStoredSecret{}, realm)};
     };
 
+    // Whether one function alone has a message's name, and takes what it is to fill in by value.
+
+    static constexpr bool losesCredentials =
+        requires(Application & a, HSVNContext& context, const HSVNCredentialsRef& credentials,
+                 const std::optional<std::string>& realm)
+    {
+        &Application::promptForCredentials;
+        a.promptForCredentials(context, credentials, realm, bool{});
+    };
+    static constexpr bool losesCertificates =
+        requires(Application & a, HSVNContext& context, const HSVNCertificateRef& certificate,
+                 const std::optional<std::string>& realm)
+    {
+        &Application::promptForAuthenticationErrors;
+        a.promptForAuthenticationErrors(context, std::uint32_t{}, certificate, realm, bool{}, bool{});
+    };
+    static constexpr bool losesLogMessages =
+        requires(Application & a, HSVNContext& context, const std::vector<HSVNCommitItemRef>& items)
+    {
+        &Application::promptForLogMessage;
+        a.promptForLogMessage(context, std::string{}, items);
+    };
+    template <class Text, class MayStore>
+    static constexpr bool losesUsername = requires(Application& a, HSVNContext& context,
+                                                   const std::optional<std::string>& realm)
+    {
+        &Application::promptForUsername;
+        a.promptForUsername(context, std::declval<Text>(), realm, std::declval<MayStore>());
+    };
+    template <class Text, class MayStore>
+    static constexpr bool losesCertificateFile = requires(Application& a, HSVNContext& context,
+                                                          const std::optional<std::string>& realm)
+    {
+        &Application::promptForCertificateFile;
+        a.promptForCertificateFile(context, std::declval<Text>(), realm, std::declval<MayStore>());
+    };
+    template <class Text, class MayStore>
+    static constexpr bool losesCertificatePassphrase = requires(Application& a, HSVNContext& context,
+                                                                const std::optional<std::string>& realm)
+    {
+        &Application::promptForCertificatePassphrase;
+        a.promptForCertificatePassphrase(context, std::declval<Text>(), realm, std::declval<MayStore>());
+    };
+
+    HSVN_REQUIRE_REFERENCES(losesCredentials, promptForCredentials);
+    HSVN_REQUIRE_REFERENCES(losesCertificates, promptForAuthenticationErrors);
+    HSVN_REQUIRE_REFERENCES(losesLogMessages, promptForLogMessage);
+    HSVN_REQUIRE_REFERENCES((losesUsername<std::string, bool&> || losesUsername<std::string&, bool>),
+                            promptForUsername);
+    HSVN_REQUIRE_REFERENCES((losesCertificateFile<std::string, bool&> || losesCertificateFile<std::string&, bool>),
+                            promptForCertificateFile);
+    HSVN_REQUIRE_REFERENCES((losesCertificatePassphrase<std::string, bool&> ||
+                             losesCertificatePassphrase<std::string&, bool>),
+                            promptForCertificatePassphrase);
+
     HSVN_REQUIRE_MESSAGE(answersCredentials, promptForCredentials, HSVNClientDelegate);
     HSVN_REQUIRE_MESSAGE(answersCertificates, promptForAuthenticationErrors, HSVNClientDelegate);
     HSVN_REQUIRE_MESSAGE(answersLogMessages, promptForLogMessage, HSVNClientDelegate);
@@ -368,7 +423,7 @@ class HSVNForwardingDelegate : public HSVNClientDelegate
 ///
 /// A message is answered by a public function that takes its arguments and answers its result. A class that has a
 /// message's name for anything else alone, such as other arguments, does not compile, and neither does one where the
-/// function is private.
+/// function is private or takes by value what it is to fill in.
 template <class Application>
 class HSVNClientDelegateFor : public Application,
                               public HSVNForwardingDelegate<Application, HSVNClientDelegateFor<Application>>

@@ -10,6 +10,7 @@ struct HSVNNamesBeside : Application, Names
 {
 };
 
+/// The names alone, of a final class.
 template <class Application, class Names>
 struct HSVNNamesBeside<Application, Names, true> : Names
 {
@@ -25,3 +26,10 @@ struct HSVNNamesBeside<Application, Names, true> : Names
                                       requires { &HSVNNamesBeside<Application, Receiver##Names>::message; } &&         \
                                       !requires { &Application::message; }),                                           \
                   #message " is not public, or not " #Receiver "'s")
+
+/// Fails to compile for an application's class whose function takes by value what it is to fill in, as the answer would
+/// silently be lost. Overloads and templates are not looked at.
+///
+/// @param isLost  whether the one function of that name can be given something that nobody keeps
+#define HSVN_REQUIRE_REFERENCES(isLost, message)                                                                       \
+    static_assert(!(isLost), #message " takes by value what it is to fill in; take a reference")

@@ -22,6 +22,10 @@ DELEGATES = {
     "an abstract class answers": (
         "struct A { virtual ~A() = default; virtual bool queryContinue(HSVNContext&) = 0; };", None),
     "other arguments": ("struct A { bool queryContinue(); };", "queryContinue"),
+    "references to what is filled in": (
+        "struct A { bool promptForLogMessage(HSVNContext&, std::string&, const std::vector<HSVNCommitItemRef>&) const;"
+        " bool promptForCredentials(const HSVNContext&, HSVNCredentialsRef, const std::optional<std::string>&, bool&);"
+        " bool promptForUsername(HSVNContext&, auto& name, const auto& realm, auto& mayStore); };", None),
     "another result": ("struct A { void queryContinue(HSVNContext&); };", "queryContinue"),
     "only overloads with other arguments": ("struct A { void notify(int); void notify(double); };", "notify"),
     "inherited overloads with other arguments": (
@@ -31,6 +35,19 @@ DELEGATES = {
         "class A { bool promptForLogMessage(HSVNContext&, std::string&, const std::vector<HSVNCommitItemRef>&); };",
         "promptForLogMessage"),
     "other arguments in a final class": ("struct A final { void notify(int); };", "notify"),
+}
+
+# Functions that are given what they are to fill in by value.
+LOST_ANSWERS = {
+    "promptForLogMessage": ["std::string, const std::vector<HSVNCommitItemRef>&",
+                            "const std::string&, std::vector<HSVNCommitItemRef>"],
+    "promptForCredentials": ["const HSVNCredentialsRef&, const std::optional<std::string>&, bool"],
+    "promptForAuthenticationErrors": [
+        "std::uint32_t, const HSVNCertificateRef&, const std::optional<std::string>&, bool, bool"],
+    "promptForUsername": ["std::string, const std::optional<std::string>&, bool&",
+                          "std::string&, const std::optional<std::string>&, bool"],
+    "promptForCertificateFile": ["std::string, const std::optional<std::string>&, bool&"],
+    "promptForCertificatePassphrase": ["std::string&, const std::optional<std::string>&, bool"],
 }
 
 HANDLERS = {
@@ -118,6 +135,15 @@ class CompiledCalls(unittest.TestCase):
     def test_a_delegate_that_could_not_be_sent_a_message_of_that_name_does_not_compile(self):
         self.check(DELEGATES, "#include <functional>\n#include <HSVN/HSVNClientDelegate.h>",
                    "template class HSVNClientDelegateOf<A>;")
+
+    def test_a_delegate_that_takes_by_value_what_it_is_to_fill_in_does_not_compile(self):
+        for message, lists in LOST_ANSWERS.items():
+            for parameters in lists:
+                with self.subTest(message, parameters=parameters):
+                    errors = errors_of("#include <HSVN/HSVNClientDelegate.h>\n"
+                                       f"struct A {{ bool {message}(HSVNContext&, {parameters}); }};\n"
+                                       "template class HSVNClientDelegateFor<A>;\n")
+                    self.assertIn(f"{message} takes by value what it is to fill in", errors)
 
     def test_a_handler_that_could_not_be_sent_a_message_of_that_name_does_not_compile(self):
         self.check(HANDLERS, "#include <HSVN/HSVNMoveHandler.h>", "template class HSVNMoveHandlerFor<A>;")
