@@ -10,11 +10,11 @@
 /// Choices of `HSVNContext::add`.
 struct HSVNAddChoices
 {
-    HSVNDepth depth = HSVNDepthInfinity;
-    bool force = false;              ///< pass over items that are versioned already, and go on below them
-    bool matchIgnorePatterns = true; ///< leave ignored items below the targets out
-    bool automaticProperties = true; ///< set what configuration and inherited properties ask for
-    bool makeParents = false;        ///< add unversioned directories between the working copy and a target, too
+    HSVNDepth depth = HSVNDepthInfinity; ///< how far below the targets
+    bool force = false;                  ///< pass over items that are versioned already, and go on below them
+    bool matchIgnorePatterns = true;     ///< leave ignored items below the targets out
+    bool automaticProperties = true;     ///< set what configuration and inherited properties ask for
+    bool makeParents = false;            ///< add unversioned directories between the working copy and a target, too
 };
 
 /// Choices for putting items under version control.

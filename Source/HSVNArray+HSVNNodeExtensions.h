@@ -18,11 +18,13 @@ namespace HSVNArray {
 /// Hashes paths by value; nil has a hash too.
 struct PathHash
 {
+    /// The hash of `string`; 0 for nil.
     std::size_t operator()(const HSVNPathRef& path) const { return path ? path->hash() : 0; }
 };
 /// Compares paths by value; nil equals nil.
 struct PathEqual
 {
+    /// Whether both are nil or their texts are equal.
     bool operator()(const HSVNPathRef& a, const HSVNPathRef& b) const { return a && b ? *a == *b : a == b; }
 };
 

@@ -21,6 +21,7 @@ class HSVN_EXPORT HSVNCheckOutOptions : public HSVNOptionsOf<HSVNCheckOutOptions
   public:
     static constexpr const char* staticClassName = "HSVNCheckOutOptions";
 
+    /// The initial values, as `defaults` has them.
     HSVNCheckOutOptions();
 
     /// Check externals out too. Initially `true`.

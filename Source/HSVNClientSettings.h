@@ -31,7 +31,7 @@ struct HSVNClientSettings
     std::optional<std::string> username{};          ///< the answer to the first question for one
     std::optional<std::string> password{};          ///< the answer to the first question for one
     bool noAuthCache = false;                       ///< store no credentials
-    HSVNPrompts prompts = HSVNPrompts::Delegate;
+    HSVNPrompts prompts = HSVNPrompts::Delegate;    ///< who is asked for what is neither given nor stored
     /// Called each time before Subversion asks on the terminal, which it makes ready for a question, by the thread that
     /// asks; 1.14 and later.
     void (*beforePrompt)() noexcept = nullptr;

@@ -13,10 +13,10 @@
 /// Choices of `HSVNContext::commit`.
 struct HSVNCommitChoices
 {
-    HSVNDepth depth = HSVNDepthInfinity;
-    bool keepLocks = false;
-    bool keepChangelists = false;
-    bool includeExternals = false;
+    HSVNDepth depth = HSVNDepthInfinity;    ///< how far below the targets
+    bool keepLocks = false;                 ///< of what is committed; they are released otherwise
+    bool keepChangelists = false;           ///< leave what is committed in its changelist
+    bool includeExternals = false;          ///< those of the repository without a fixed revision, too
     std::vector<std::string> changelists{}; ///< only members of these; none means all items
     std::optional<std::string> message{};   ///< the log message, UTF-8; nil asks the delegate
     std::map<std::string, std::string>

@@ -15,7 +15,7 @@ struct HSVNConflictVersion
     std::optional<std::string> uuid{};                    ///< of the repository
     HSVNRevisionNumber pegRevision = HSVNInvalidRevision; ///< in which the path is found
     std::optional<std::string> pathInRepository{};        ///< without a leading "/"
-    HSVNNodeKind kind = HSVNNodeKindUnknown;
+    HSVNNodeKind kind = HSVNNodeKindUnknown;              ///< of the item there; none where it is not there
 };
 
 /// What kind of change a conflict is about; the values equal those of `svn_wc_conflict_kind_t`.
@@ -70,12 +70,12 @@ HSVN_EXPORT const char* HSVNTextOfConflictOperation(HSVNConflictOperation operat
 /// One conflict of a working copy's item.
 struct HSVNConflictRecord
 {
-    HSVNConflictKind kind = HSVNConflictKind::Text;
-    HSVNNodeKind nodeKind = HSVNNodeKindUnknown; ///< of the item in conflict
-    HSVNConflictAction action = HSVNConflictAction::Edit;
-    HSVNConflictReason reason = HSVNConflictReason::Edited;
-    HSVNConflictOperation operation = HSVNConflictOperation::NoOperation;
-    std::optional<std::string> propertyName{}; ///< of a property conflict
+    HSVNConflictKind kind = HSVNConflictKind::Text;                       ///< of what kind the change is
+    HSVNNodeKind nodeKind = HSVNNodeKindUnknown;                          ///< of the item in conflict
+    HSVNConflictAction action = HSVNConflictAction::Edit;                 ///< what was tried
+    HSVNConflictReason reason = HSVNConflictReason::Edited;               ///< what kept it from being done
+    HSVNConflictOperation operation = HSVNConflictOperation::NoOperation; ///< which operation tried
+    std::optional<std::string> propertyName{};                            ///< of a property conflict
     // Files that the conflict left, as absolute paths.
     std::optional<std::string> basePath{};            ///< the common ancestor
     std::optional<std::string> theirPath{};           ///< what came in

@@ -28,6 +28,7 @@ class HSVN_EXPORT HSVNCopyOptions : public HSVNOptionsOf<HSVNCopyOptions>
   public:
     static constexpr const char* staticClassName = "HSVNCopyOptions";
 
+    /// The initial values, as `defaults` has them.
     HSVNCopyOptions();
 
     /// The state of the source that is copied. Initially `HSVNRevision::UNSPECIFIED()`.

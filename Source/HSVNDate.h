@@ -65,6 +65,7 @@ class HSVN_EXPORT HSVNDate
 /// Writes the `description`.
 HSVN_EXPORT std::ostream& operator<<(std::ostream& stream, const HSVNDate& date);
 
+/// For unordered containers: by its microseconds.
 template <>
 struct std::hash<HSVNDate>
 {

@@ -33,16 +33,23 @@ class HSVN_EXPORT HSVNDebugArgument
 {
   public:
     /// The text itself, UTF-8; nil as "(null)".
-    HSVNDebugArgument(std::string_view text) : _text{text} {}                          // NOLINT
-    HSVNDebugArgument(const std::string& text) : _text{text} {}                        // NOLINT
-    HSVNDebugArgument(const char* text) : _text{text ? text : nil} {}                  // NOLINT
-    HSVNDebugArgument(std::nullptr_t) : _text{nil} {}                                  // NOLINT
-    HSVNDebugArgument(const HSVNVersion& version) : _text{version.description()} {}    // NOLINT
-    HSVNDebugArgument(const HSVNDate& date) : _text{date.description()} {}             // NOLINT
+    HSVNDebugArgument(std::string_view text) : _text{text} {} // NOLINT
+    /// The same.
+    HSVNDebugArgument(const std::string& text) : _text{text} {} // NOLINT
+    /// The same; null as "(null)".
+    HSVNDebugArgument(const char* text) : _text{text ? text : nil} {} // NOLINT
+    /// "(null)"
+    HSVNDebugArgument(std::nullptr_t) : _text{nil} {} // NOLINT
+    /// The value's description.
+    HSVNDebugArgument(const HSVNVersion& version) : _text{version.description()} {} // NOLINT
+    /// The same.
+    HSVNDebugArgument(const HSVNDate& date) : _text{date.description()} {} // NOLINT
+    /// The reason of one of the library's, of others `what()`.
     HSVNDebugArgument(const std::exception& exception) : _text{reasonOf(exception)} {} // NOLINT
     /// The object's description; nil as "(null)".
     HSVNDebugArgument(const HSVNObject* object) : _text{HSVNDescription(object)} {} // NOLINT
-    HSVNDebugArgument(const HSVNObject& object) : HSVNDebugArgument(&object) {}     // NOLINT
+    /// The object's description.
+    HSVNDebugArgument(const HSVNObject& object) : HSVNDebugArgument(&object) {} // NOLINT
     /// The address.
     HSVNDebugArgument(const void* address); // NOLINT
     /// The number; of an enumeration its value, of a boolean 0 or 1.
@@ -58,6 +65,7 @@ class HSVN_EXPORT HSVNDebugArgument
             _number = std::uint64_t{whole};
         }
     }
+    /// The number with its fraction.
     template <std::floating_point Number>
     HSVNDebugArgument(Number number) : HSVNDebugArgument(static_cast<double>(number), 0) // NOLINT
     {
@@ -68,6 +76,7 @@ class HSVN_EXPORT HSVNDebugArgument
         : HSVNDebugArgument(object ? HSVNDebugArgument(*object) : HSVNDebugArgument(nullptr))
     {
     }
+    /// The value; nil as "(null)".
     template <class Value>
     HSVNDebugArgument(const std::optional<Value>& value) // NOLINT
         : HSVNDebugArgument(value ? HSVNDebugArgument(*value) : HSVNDebugArgument(nullptr))
@@ -79,6 +88,7 @@ class HSVN_EXPORT HSVNDebugArgument
         : _text{"(" + HSVNDebugArgument(pair.first).text() + ", " + HSVNDebugArgument(pair.second).text() + ")"}
     {
     }
+    /// "(first, second, ...)"
     template <class Value>
     HSVNDebugArgument(const std::vector<Value>& values) : _text{"("} // NOLINT
     {

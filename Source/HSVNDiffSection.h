@@ -27,10 +27,11 @@ enum class HSVNDiffSide : std::uint8_t
 struct HSVNDiffLines
 {
     std::int64_t first = 0; ///< counted from 0; of no lines, the line that they would stand before
-    std::int64_t count = 0;
+    std::int64_t count = 0; ///< how many
 
     /// The line behind the last one.
     std::int64_t end() const { return first + count; }
+    /// Whether there are none.
     bool empty() const { return count == 0; }
 
     friend bool operator==(const HSVNDiffLines&, const HSVNDiffLines&) = default;
@@ -40,15 +41,17 @@ struct HSVNDiffLines
 /// gap, from the first line of every text to its last. A plain value.
 struct HSVNDiffSection
 {
-    HSVNDiffSectionKind kind = HSVNDiffSectionKind::Common;
-    HSVNDiffLines original{}; ///< of the original text, or the base
-    HSVNDiffLines modified{}; ///< of the modified text, or mine
-    HSVNDiffLines theirs{};   ///< none of two texts
+    HSVNDiffSectionKind kind = HSVNDiffSectionKind::Common; ///< how they differ
+    HSVNDiffLines original{};                               ///< of the original text, or the base
+    HSVNDiffLines modified{};                               ///< of the modified text, or mine
+    HSVNDiffLines theirs{};                                 ///< none of two texts
 
+    /// Those of one side.
     const HSVNDiffLines& lines(HSVNDiffSide side) const
     {
         return side == HSVNDiffSide::Original ? original : side == HSVNDiffSide::Modified ? modified : theirs;
     }
+    /// Whether they are alike in all texts.
     bool isCommon() const { return kind == HSVNDiffSectionKind::Common; }
 
     friend bool operator==(const HSVNDiffSection&, const HSVNDiffSection&) = default;

@@ -9,8 +9,8 @@
 /// Characters of a text, counted in code points from its beginning; an ill-formed byte sequence is one. A plain value.
 struct HSVNWordRange
 {
-    std::size_t first = 0;
-    std::size_t count = 0;
+    std::size_t first = 0; ///< counted from 0
+    std::size_t count = 0; ///< how many
 
     friend bool operator==(const HSVNWordRange&, const HSVNWordRange&) = default;
 };
@@ -18,8 +18,8 @@ struct HSVNWordRange
 /// What one text has and another has not, in order; ranges neither touch nor overlap.
 struct HSVNChangedWords
 {
-    std::vector<HSVNWordRange> original{};
-    std::vector<HSVNWordRange> modified{};
+    std::vector<HSVNWordRange> original{}; ///< what the original text alone has
+    std::vector<HSVNWordRange> modified{}; ///< what the modified text alone has
 
     friend bool operator==(const HSVNChangedWords&, const HSVNChangedWords&) = default;
 };

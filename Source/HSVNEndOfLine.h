@@ -8,7 +8,11 @@
 
 /// No style: the file's own line ends.
 inline const std::optional<std::string>& HSVNEndOfLineDefault = *new std::optional<std::string>{};
+/// The system's line ends.
 inline const std::optional<std::string>& HSVNEndOfLineNative = *new std::optional<std::string>{"native"};
+/// CR LF in every working copy.
 inline const std::optional<std::string>& HSVNEndOfLineCRLF = *new std::optional<std::string>{"CRLF"};
+/// CR in every working copy.
 inline const std::optional<std::string>& HSVNEndOfLineCR = *new std::optional<std::string>{"CR"};
+/// LF in every working copy.
 inline const std::optional<std::string>& HSVNEndOfLineLF = *new std::optional<std::string>{"LF"};

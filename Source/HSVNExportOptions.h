@@ -12,10 +12,10 @@
 /// Choices of `HSVNContext::exportTree`.
 struct HSVNExportChoices
 {
-    HSVNDepth depth = HSVNDepthInfinity;
-    bool overwrite = false;       ///< what is in the way
-    bool processExternals = true; ///< export what externals definitions place, too
-    bool expandKeywords = true;   ///< as checked-out files have them
+    HSVNDepth depth = HSVNDepthInfinity; ///< how far below the item
+    bool overwrite = false;              ///< what is in the way
+    bool processExternals = true;        ///< export what externals definitions place, too
+    bool expandKeywords = true;          ///< as checked-out files have them
     std::optional<std::string>
         nativeEndOfLine{}; ///< "LF", "CR" or "CRLF" of files with native line ends; nil: the system's
 };

@@ -69,6 +69,7 @@ class HSVN_EXPORT HSVNExternalDefinition : public HSVNArchivable
     std::string _targetDirectory;
 };
 
+/// For unordered containers: by `hash`.
 template <>
 struct std::hash<HSVNExternalDefinition>
 {

@@ -12,7 +12,7 @@
 /// Choices of `HSVNContext::importTree`.
 struct HSVNImportChoices
 {
-    HSVNDepth depth = HSVNDepthInfinity;
+    HSVNDepth depth = HSVNDepthInfinity;  ///< how far below the directory
     bool matchIgnorePatterns = true;      ///< leave out what the patterns match
     bool automaticProperties = true;      ///< as far as the configuration asks for them
     bool ignoreUnknownKinds = false;      ///< leave out devices, pipes and the like, which are an error otherwise

@@ -33,10 +33,10 @@ struct HSVNItemInfo
 {
     std::string target{};             ///< absolute path, or for a URL the path relative to its parent's
     std::optional<std::string> url{}; ///< nil when the item has none
-    HSVNRevisionNumber revision = HSVNInvalidRevision; ///< the one asked for, or that of the working copy
-    std::optional<std::string> repositoryRootURL{};    ///< nil when not known
-    std::optional<std::string> uuid{};                 ///< of the repository; nil when not known
-    HSVNNodeKind kind = HSVNNodeKindUnknown;
+    HSVNRevisionNumber revision = HSVNInvalidRevision;            ///< the one asked for, or that of the working copy
+    std::optional<std::string> repositoryRootURL{};               ///< nil when not known
+    std::optional<std::string> uuid{};                            ///< of the repository; nil when not known
+    HSVNNodeKind kind = HSVNNodeKindUnknown;                      ///< of the item
     std::int64_t size = -1;                                       ///< in the repository, in bytes; -1 when unknown
     HSVNRevisionNumber lastChangedRevision = HSVNInvalidRevision; ///< in which the item last changed
     std::optional<HSVNDate> lastChangedDate{};                    ///< when it did

@@ -94,6 +94,7 @@ class HSVN_EXPORT HSVNLocalPath : public HSVNPath
     std::string _path;
 };
 
+/// For unordered containers: by `hash`.
 template <>
 struct std::hash<HSVNLocalPath> : std::hash<HSVNPath>
 {

@@ -45,8 +45,9 @@ class HSVN_EXPORT HSVNLock : public HSVNArchivable
     const std::optional<HSVNDate>& creationDate() const { return _creationDate; }
     /// Until when; nil for a lock that never expires.
     const std::optional<HSVNDate>& expirationDate() const { return _expirationDate; }
-    /// The same two dates to the microsecond, of which Subversion's record leaves them the whole seconds.
+    /// Since when, to the microsecond, where `creationDate` is cut to whole seconds.
     const std::optional<HSVNDate>& exactCreationDate() const { return _exactCreationDate; }
+    /// Until when, in the same way.
     const std::optional<HSVNDate>& exactExpirationDate() const { return _exactExpirationDate; }
 
     /// A new lock that shares the six values.

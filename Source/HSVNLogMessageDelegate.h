@@ -22,6 +22,7 @@ class HSVN_EXPORT HSVNLogMessageDelegate : public HSVNObject, public HSVNClientD
     /// @param nextDelegate  who answers everything else; may be nil; not kept alive
     static HSVNLogMessageDelegateRef delegateWithMessage(std::string message,
                                                          const HSVNClientDelegateRef& nextDelegate);
+    /// The same as an object of its own.
     HSVNLogMessageDelegate(std::string message, const HSVNClientDelegateRef& nextDelegate);
 
     std::string className() const override { return "HSVNLogMessageDelegate"; }

@@ -30,6 +30,7 @@ class HSVN_EXPORT HSVNLogOptions : public HSVNOptionsOf<HSVNLogOptions>
   public:
     static constexpr const char* staticClassName = "HSVNLogOptions";
 
+    /// The initial values, as `defaults` has them.
     HSVNLogOptions();
 
     /// The most items to deliver; 0 means no limit. Initially `0`.

@@ -13,7 +13,7 @@
 /// Choices of the merges of `HSVNContext`.
 struct HSVNMergeChoices
 {
-    HSVNDepth depth = HSVNDepthUnknown;
+    HSVNDepth depth = HSVNDepthUnknown;   ///< how far below the target; unknown is what the working copy has
     bool ignoreMergeInfo = false;         ///< neither read nor write what was merged before
     bool diffIgnoreAncestry = false;      ///< compare unrelated items of one kind as related
     bool forceDelete = false;             ///< delete items although they are changed or unversioned

@@ -7,8 +7,8 @@
 /// A place of a repository in a certain revision.
 struct HSVNPlaceInRevision
 {
-    std::string url{};
-    HSVNRevisionNumber revision = HSVNInvalidRevision;
+    std::string url{};                                 ///< of the place
+    HSVNRevisionNumber revision = HSVNInvalidRevision; ///< in which it is found
 };
 
 /// How far one branch is merged into another (`HSVNContext::mergingSummary`).

@@ -661,6 +661,7 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     HSVNRevisionNumber _revision = HSVNInvalidRevision;
 };
 
+/// For unordered containers: by `hash`.
 template <>
 struct std::hash<HSVNNode>
 {

@@ -155,12 +155,12 @@ HSVN_EXPORT const char* HSVNTextOfNotifyLockState(std::int32_t state);
 /// Where one change of a patch was applied or refused, in lines counted from 1.
 struct HSVNPatchHunk
 {
-    std::uint64_t originalStart = 0; ///< as the patch says, of the file before
-    std::uint64_t originalLength = 0;
-    std::uint64_t modifiedStart = 0; ///< as the patch says, of the file after
-    std::uint64_t modifiedLength = 0;
-    std::uint64_t matchedLine = 0; ///< where it was found in the file
-    std::uint64_t fuzz = 0;        ///< how many lines around it were left out of account
+    std::uint64_t originalStart = 0;  ///< as the patch says, of the file before
+    std::uint64_t originalLength = 0; ///< how many lines
+    std::uint64_t modifiedStart = 0;  ///< as the patch says, of the file after
+    std::uint64_t modifiedLength = 0; ///< how many lines
+    std::uint64_t matchedLine = 0;    ///< where it was found in the file
+    std::uint64_t fuzz = 0;           ///< how many lines around it were left out of account
 
     friend bool operator==(const HSVNPatchHunk&, const HSVNPatchHunk&) = default;
 };
@@ -173,6 +173,7 @@ class HSVN_EXPORT HSVNNotification : public HSVNArchivable
   public:
     /// Action -1, node kind 3 (unknown), revision -1, the three states 1 (unknown), all else nil.
     HSVNNotification() = default;
+    /// @throws HSVNInvalidArgumentException "Keyed unarchiver required", or for a value that does not fit its field
     explicit HSVNNotification(HSVNCoder* decoder);
 
     /// A new notification with the defaults.
@@ -228,9 +229,10 @@ class HSVN_EXPORT HSVNNotification : public HSVNArchivable
     /// The changelist concerned, in changelist notifications; lines before 1.5 tell none.
     const std::optional<std::string>& changelistName() const { return _changelistName; }
     void setChangelistName(std::optional<std::string> name) { _changelistName = std::move(name); }
-    /// The two ends of the range that a merge applies, in its direction, when both sides are of one URL; else nil, as
-    /// it is on lines before 1.5. A range 4 to 6 is the changes 5 and 6.
+    /// Where the range begins that a merge applies, in its direction, when both sides are of one URL; else nil, as it
+    /// is on lines before 1.5. A range 4 to 6 is the changes 5 and 6.
     const HSVNRevisionRef& mergeStart() const { return _mergeStart; }
+    /// Where it ends.
     const HSVNRevisionRef& mergeEnd() const { return _mergeEnd; }
     void setMergeRange(HSVNRevisionRef start, HSVNRevisionRef end)
     {

@@ -14,6 +14,7 @@ class HSVN_EXPORT HSVNOptionsWithRevision : public HSVNOptionsOf<HSVNOptionsWith
   public:
     static constexpr const char* staticClassName = "HSVNOptionsWithRevision";
 
+    /// The initial values, as `defaults` has them.
     HSVNOptionsWithRevision();
 
     /// Which item (peg) in which state (operative). Initially `HSVNRevisionSpec::UNSPECIFIED()`.

@@ -47,6 +47,7 @@ class HSVN_EXPORT HSVNPatch : public HSVNObject
     /// @throws HSVNGenericException when the file has changed since it was opened
     void readItems(const HSVNReceiver<const HSVNPatchItem&>& receiver,
                    const HSVNPatchReadingChoices& choices = {}) const;
+    /// The same, all items at once.
     std::vector<HSVNPatchItem> items(const HSVNPatchReadingChoices& choices = {}) const;
 
     /// Writes the patch as it was read.

@@ -37,7 +37,9 @@ HSVN_EXPORT const char* HSVNTextOfPatchChange(HSVNPatchChange change);
 class HSVN_EXPORT HSVNPatchText
 {
   public:
+    /// No bytes.
     HSVNPatchText() = default;
+    /// For the library's own use, as the constructors below that take a source.
     HSVNPatchText(std::shared_ptr<const HSVNPatchSource> source, std::uint64_t offset, std::uint64_t size);
 
     /// How many bytes there are.
@@ -68,21 +70,25 @@ enum class HSVNPatchLineKind : std::uint8_t
 /// A line of a hunk. A value; any thread.
 struct HSVNPatchLine
 {
-    HSVNPatchLineKind kind = HSVNPatchLineKind::Common;
-    HSVNPatchText text{}; ///< without the mark before it, with its end
-    bool isEnded = true;  ///< otherwise the file's last line, without an end in the file
+    HSVNPatchLineKind kind = HSVNPatchLineKind::Common; ///< which side has it
+    HSVNPatchText text{};                               ///< without the mark before it, with its end
+    bool isEnded = true;                                ///< otherwise the file's last line, without an end in the file
 };
 
 /// Lines of a file or of a property's value that differ, with common ones around them. A value; any thread.
 class HSVN_EXPORT HSVNDiffHunk
 {
   public:
+    /// For the library's own use.
     HSVNDiffHunk(const std::shared_ptr<const HSVNPatchSource>& source, const HSVNPatchPart& part);
 
-    /// The first line of each side, counted from 1 (0 where the side has none), and how many, as the text says.
+    /// The first line of the original side, counted from 1 (0 where the side has none), as the text says.
     std::uint64_t originalStart() const { return _originalStart; }
+    /// How many lines it has, as the text says.
     std::uint64_t originalLength() const { return _originalLength; }
+    /// The same of the modified side.
     std::uint64_t modifiedStart() const { return _modifiedStart; }
+    /// How many lines that has.
     std::uint64_t modifiedLength() const { return _modifiedLength; }
     /// The lines as they are in the patch, marks and all.
     const HSVNPatchText& text() const { return _text; }
@@ -107,8 +113,10 @@ class HSVN_EXPORT HSVNDiffHunk
 class HSVN_EXPORT HSVNPropertyChange
 {
   public:
+    /// For the library's own use: a change without hunks and values.
     HSVNPropertyChange(std::string name, HSVNPatchChange change) : _name{std::move(name)}, _change{change} {}
 
+    /// The property's name.
     const std::string& name() const { return _name; }
     /// Added, Deleted or Modified.
     HSVNPatchChange change() const { return _change; }
@@ -141,14 +149,17 @@ class HSVN_EXPORT HSVNPropertyChange
 class HSVN_EXPORT HSVNPatchItem
 {
   public:
+    /// For the library's own use.
     HSVNPatchItem(std::shared_ptr<const HSVNPatchSource> source, const HSVNPatchFacts& facts, bool ignoreWhitespace);
 
     /// The item as the text names it first: in what Subversion writes of a local target, that target's path or one
     /// below it, of a URL a path below that; else the name on the side that has it, without Git's "a/" and "b/".
     const std::string& path() const { return _path; }
-    /// The names on both sides; Git's headers have them below the repository's root. Nil where the side has none.
+    /// The name on the original side; Git's headers have it below the repository's root. Nil where the side has none.
     const std::optional<std::string>& originalPath() const { return _originalPath; }
+    /// The same on the modified side.
     const std::optional<std::string>& modifiedPath() const { return _modifiedPath; }
+    /// What is done to the item.
     HSVNPatchChange change() const { return _change; }
     /// What a copied or moved item was made from, below the repository's root; else nil, as always in texts without
     /// Git's headers.
@@ -157,19 +168,22 @@ class HSVN_EXPORT HSVNPatchItem
     HSVNRevisionNumber copyRevision() const { return _copyRevision; }
     /// Whether there are Git's headers.
     bool hasGitHeader() const { return _hasGitHeader; }
-    /// The file's mode on both sides, such as 0100755, where Git's headers tell one.
+    /// The file's mode on the original side, such as 0100755, where Git's headers tell one.
     const std::optional<std::uint32_t>& originalMode() const { return _originalMode; }
+    /// The same on the modified side.
     const std::optional<std::uint32_t>& modifiedMode() const { return _modifiedMode; }
     /// Whether it is a file of a binary type, which has no hunks.
     bool isBinary() const { return _isBinary; }
     /// How many hunks the file has.
     std::uint64_t hunkCount() const { return _hunkCount; }
+    /// Whether `properties` has any.
     bool hasProperties() const { return _hasProperties; }
 
     /// Hands the hunks of the file over one by one, until the receiver stops.
     ///
     /// @param receiver  not nil ("receiver != nil")
     void readHunks(const HSVNReceiver<const HSVNDiffHunk&>& receiver) const;
+    /// The same, all hunks at once.
     std::vector<HSVNDiffHunk> hunks() const;
     /// The sections of all hunks, in order.
     std::vector<HSVNDiffSection> sections() const;

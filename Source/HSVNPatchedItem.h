@@ -24,9 +24,9 @@ HSVN_EXPORT const char* HSVNTextOfHunkOutcome(HSVNHunkOutcome outcome);
 /// One hunk that `HSVNContext::patch` came to. A plain value.
 struct HSVNPatchedHunk
 {
-    HSVNHunkOutcome outcome = HSVNHunkOutcome::Applied;
-    HSVNPatchHunk hunk{};
-    std::optional<std::string> propertyName{}; ///< nil for a hunk of the file itself
+    HSVNHunkOutcome outcome = HSVNHunkOutcome::Applied; ///< what became of it
+    HSVNPatchHunk hunk{};                               ///< where it was to go, and where it was found
+    std::optional<std::string> propertyName{};          ///< nil for a hunk of the file itself
 };
 
 /// One item that `HSVNContext::patch` came to. A plain value.

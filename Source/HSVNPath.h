@@ -40,8 +40,9 @@ class HSVN_EXPORT HSVNPath : public HSVNArchivable, public std::enable_shared_fr
     virtual const std::string& string() const;
     /// The text for people.
     virtual std::string denormalizedString() const;
-    /// No class supplies these two: they always fail.
+    /// No class supplies this: it always fails.
     virtual std::vector<std::string> pathAndFile() const;
+    /// Nor this.
     virtual bool isRoot() const;
     /// The text of the folder or URL that contains the item; nil for what lies in nothing.
     virtual std::optional<std::string> location() const;
@@ -183,6 +184,7 @@ class HSVN_EXPORT HSVNPath : public HSVNArchivable, public std::enable_shared_fr
     static std::size_t stepsUp(const HSVNPathRef& path, const HSVNPath& ancestor);
 };
 
+/// For unordered containers: by `hash`.
 template <>
 struct std::hash<HSVNPath>
 {

@@ -10,6 +10,7 @@ class HSVNRareFields
 {
   public:
     HSVNRareFields() = default;
+    /// Fields of its own with the same values.
     HSVNRareFields(const HSVNRareFields& other)
         : _fields{other._fields ? std::make_unique<Fields>(*other._fields) : nullptr}
     {

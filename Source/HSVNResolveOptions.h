@@ -11,7 +11,7 @@
 /// Choices of `HSVNContext::resolve`.
 struct HSVNResolveChoices
 {
-    HSVNDepth depth = HSVNDepthEmpty;
+    HSVNDepth depth = HSVNDepthEmpty;                               ///< how far below the targets
     HSVNResolutionChoice choice = HSVNResolutionChoice::MergedText; ///< from `Postpone` to `MergedText`
 };
 

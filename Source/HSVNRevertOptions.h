@@ -11,11 +11,13 @@
 /// Choices of `HSVNContext::revert`.
 struct HSVNRevertChoices
 {
-    HSVNDepth depth = HSVNDepthEmpty;
+    HSVNDepth depth = HSVNDepthEmpty;       ///< how far below the targets
     std::vector<std::string> changelists{}; ///< only items of these; none means all
     bool clearChangelists = false;          ///< take reverted items out of their changelists
     bool metadataOnly = false;              ///< leave files and directories on disk alone
-    bool keepAddedItems = true;             ///< on disk, unversioned
+    /// On disk, unversioned. Otherwise added targets go, and with an added directory what was added in it; Subversion
+    /// leaves an added item below a target that was there before.
+    bool keepAddedItems = true;
 };
 
 /// Choices for undoing local changes.

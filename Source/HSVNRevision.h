@@ -52,7 +52,8 @@ class HSVN_EXPORT HSVNRevision : public HSVNArchivable
     static HSVNRevisionRef revision();
     /// A new numbered revision; the number must not be negative ("number >= 0").
     static HSVNRevisionRef revisionWithNumber(HSVNRevisionNumber number);
-    /// A new dated revision; the date must not be nil ("date != nil").
+    /// A new dated revision; the date must not be nil ("date != nil"). Subversion is given whole seconds, so that a
+    /// commit later in the same second is not found: `HSVNRevisionAtExactDate` finds it.
     static HSVNRevisionRef revisionAtDate(const std::optional<HSVNDate>& date);
 
     /// The revision that a user's text means, every form accepted.
@@ -240,6 +241,7 @@ class HSVN_EXPORT HSVNMineRevision : public HSVNRevision
     bool isEqualToRevision(const HSVNRevision& other) const override;
 };
 
+/// For unordered containers: by `hash`.
 template <>
 struct std::hash<HSVNRevision>
 {

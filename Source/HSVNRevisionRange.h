@@ -82,6 +82,7 @@ class HSVN_EXPORT HSVNRevisionRange : public HSVNObject
     HSVNRevisionRef _last;
 };
 
+/// For unordered containers: by `hash`.
 template <>
 struct std::hash<HSVNRevisionRange>
 {

@@ -152,6 +152,7 @@ class HSVN_EXPORT HSVNMutableRevisionSpec
     std::string className() const override { return "HSVNMutableRevisionSpec"; }
 };
 
+/// For unordered containers: by `hash`.
 template <>
 struct std::hash<HSVNRevisionSpec>
 {

@@ -100,20 +100,24 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     bool hasPropertyModifications() const { return _flags.hasPropertyModifications; }
     void setHasPropertyModifications(bool has) { _flags.hasPropertyModifications = has; }
 
-    /// Revision, date and author of the item's last commit, as the working copy knows it.
+    /// Revision of the item's last commit, as the working copy knows it; `HSVNInvalidRevision` when it does not.
     HSVNRevisionNumber lastChangedRevision() const { return _lastChangedRevision; }
     void setLastChangedRevision(HSVNRevisionNumber revision) { _lastChangedRevision = revision; }
+    /// Date of that commit; nil when not known.
     std::optional<HSVNDate> lastChangedDate() const;
     void setLastChangedDate(const std::optional<HSVNDate>& date);
+    /// Its author, UTF-8; nil when not known.
     std::optional<std::string> lastChangedAuthor() const;
     void setLastChangedAuthor(std::optional<std::string> author);
 
-    /// Revision, date and author of the last commit in the repository; `HSVNInvalidRevision` and nil when the item is
-    /// up to date or the repository was not asked.
+    /// Revision of the last commit in the repository; `HSVNInvalidRevision` when the item is up to date or the
+    /// repository was not asked.
     HSVNRevisionNumber outOfDateLastCommitRevision() const;
     void setOutOfDateLastCommitRevision(HSVNRevisionNumber revision);
+    /// Date of that commit; nil where there is no such revision.
     std::optional<HSVNDate> outOfDateLastCommitDate() const;
     void setOutOfDateLastCommitDate(const std::optional<HSVNDate>& date);
+    /// Its author, in the same way.
     std::optional<std::string> outOfDateLastCommitAuthor() const;
     void setOutOfDateLastCommitAuthor(std::optional<std::string> author);
 
@@ -127,20 +131,23 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     HSVNRevisionNumber copyFromRevision() const;
     void setCopyFromRevision(HSVNRevisionNumber revision);
 
-    /// Names, in the item's folder, of the files that a conflict left: base, incoming, own; nil without a conflict.
+    /// Name, in the item's folder, of the file that a conflict left of the base; nil without a conflict.
     std::optional<std::string> conflictOldVersion() const;
     void setConflictOldVersion(std::optional<std::string> fileName);
+    /// The same of what came in.
     std::optional<std::string> conflictNewVersion() const;
     void setConflictNewVersion(std::optional<std::string> fileName);
+    /// The same of what was there.
     std::optional<std::string> conflictWorkingVersion() const;
     void setConflictWorkingVersion(std::optional<std::string> fileName);
     /// Name of the file with the properties in conflict; nil without a property conflict.
     std::optional<std::string> propertyRejectFilePath() const;
     void setPropertyRejectFilePath(std::optional<std::string> fileName);
 
-    /// When the text, or the properties, were last known to be unchanged.
+    /// When the text was last known to be unchanged; nil when not known.
     std::optional<HSVNDate> upToDateTextDate() const;
     void setUpToDateTextDate(const std::optional<HSVNDate>& date);
+    /// When the properties were; nil from Subversion, which since 1.4 does not tell.
     std::optional<HSVNDate> upToDatePropertyDate() const;
     void setUpToDatePropertyDate(const std::optional<HSVNDate>& date);
     /// Checksum of the unchanged text, as Subversion writes it (MD5 in hexadecimal digits).
@@ -154,7 +161,7 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     HSVNDepth depth() const { return static_cast<HSVNDepth>(_depth); }
     void setDepth(HSVNDepth depth) { _depth = static_cast<std::int8_t>(depth); }
 
-    // Further fields, which no specified key or conversion knows: what lines before 1.7 do not tell keeps its default.
+    // Further fields: what lines before 1.7 do not tell keeps its default.
 
     /// The revision that the working copy has of the item; `HSVNInvalidRevision` when it has none. Of an item that
     /// goes, or that another took the place of, what was there until now.
@@ -170,13 +177,16 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     /// for versioned.
     bool versioned() const { return _flags.versioned; }
     void setVersioned(bool versioned) { _flags.versioned = versioned; }
-    /// In conflict by its text, its properties, as a part of the tree, or in any way.
+    /// In conflict by its text.
     bool textConflicted() const { return _flags.textConflicted; }
     void setTextConflicted(bool conflicted) { _flags.textConflicted = conflicted; }
+    /// In conflict by its properties.
     bool propertiesConflicted() const { return _flags.propertiesConflicted; }
     void setPropertiesConflicted(bool conflicted) { _flags.propertiesConflicted = conflicted; }
+    /// In conflict as a part of the tree.
     bool treeConflicted() const { return _flags.treeConflicted; }
     void setTreeConflicted(bool conflicted) { _flags.treeConflicted = conflicted; }
+    /// In conflict in any of these ways.
     bool conflicted() const { return textConflicted() || propertiesConflicted() || treeConflicted(); }
     /// A file that an externals definition placed.
     bool fileExternal() const { return _flags.fileExternal; }
@@ -187,9 +197,10 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     /// The changelist that the item belongs to; nil for none.
     std::optional<std::string> changelist() const;
     void setChangelist(std::optional<std::string> changelist);
-    /// Where the item was moved from, and where it went; absolute paths, nil unless it was moved.
+    /// Where the item was moved from, an absolute path; nil unless it was.
     std::optional<std::string> movedFrom() const;
     void setMovedFrom(std::optional<std::string> path);
+    /// Where the item was moved to, in the same way.
     std::optional<std::string> movedTo() const;
     void setMovedTo(std::optional<std::string> path);
 

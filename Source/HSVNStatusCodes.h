@@ -8,6 +8,7 @@
 /// Those that the library, its bundles and its program name; others may be answered, too.
 struct HSVNStatusCode
 {
+    /// A code by its name.
     enum Value : std::int32_t
     {
         EndOfFile = 70014,                     ///< APR_EOF

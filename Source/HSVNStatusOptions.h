@@ -32,6 +32,7 @@ class HSVN_EXPORT HSVNStatusOptions : public HSVNOptionsOf<HSVNStatusOptions>
   public:
     static constexpr const char* staticClassName = "HSVNStatusOptions";
 
+    /// The initial values, as `defaults` has them.
     HSVNStatusOptions();
 
     /// The revision to compare against the repository. Initially `HSVNRevision::UNSPECIFIED()`.

@@ -10,12 +10,12 @@
 /// What a certificate that is stored says.
 struct HSVNStoredCertificate
 {
-    std::string subject{};
-    std::string issuer{};
-    std::string validFrom{}; ///< a date as Subversion shows it
-    std::string validTo{};   ///< the same
-    std::string fingerprint{};
-    std::vector<std::string> hostnames{};
+    std::string subject{};                ///< whom it is for, a distinguished name
+    std::string issuer{};                 ///< who issued it, a distinguished name
+    std::string validFrom{};              ///< a date as Subversion shows it
+    std::string validTo{};                ///< the same
+    std::string fingerprint{};            ///< hexadecimal text
+    std::vector<std::string> hostnames{}; ///< the hosts that it names
 };
 
 /// Credentials that Subversion keeps in the configuration area for later.

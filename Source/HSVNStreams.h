@@ -60,6 +60,7 @@ HSVN_EXPORT svn_stream_t* HSVNAdaptOutputStream(const HSVNOutputStreamRef& strea
 /// Subversion error of status 20014 with the message "Unable to read data from input stream" or "Unable to write data
 /// to output stream".
 HSVN_EXPORT svn_error_t* HSVNAdaptStreamRead(void* baton, char* buffer, std::size_t* length);
+/// The same for a write.
 HSVN_EXPORT svn_error_t* HSVNAdaptStreamWrite(void* baton, const char* buffer, std::size_t* length);
 /// Lets go of the platform stream; answers no error.
 HSVN_EXPORT svn_error_t* HSVNAdaptStreamClose(void* baton);

@@ -19,8 +19,9 @@ namespace HSVNString {
 HSVN_EXPORT std::vector<HSVNExternalDefinitionRef> externalDefinitionListValue(const std::string& text);
 
 /// The text of a list, as an aligned table in the oldest format that can express it. Names and URLs with blanks are
-/// quoted, and dates are written in braces, so that the text reads back as the same list but for one thing: the format
-/// of 1.4 takes the operative revision of a definition without a peg revision for both.
+/// quoted, and dates are written in braces, so that the text reads back as the same list but for two things: a revision
+/// that is unspecified reads back as what Subversion takes for it, and the format of 1.4 takes the operative revision
+/// of a definition without a peg revision for both.
 ///
 /// @param definitions  none of them nil
 HSVN_EXPORT std::string stringFromExternalDefinitionList(const std::vector<HSVNExternalDefinitionRef>& definitions);

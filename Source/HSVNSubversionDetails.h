@@ -17,18 +17,18 @@ struct HSVNLinkedLibrary
 /// What a loaded Subversion says of itself. All texts are UTF-8.
 struct HSVNSubversionDetails
 {
-    std::string version{}; ///< such as "1.14.2 (r1899510)"
-    std::string buildDate{};
-    std::string buildTime{};
-    std::string buildHost{};
+    std::string version{};                            ///< such as "1.14.2 (r1899510)"
+    std::string buildDate{};                          ///< when it was built, as the compiler writes dates
+    std::string buildTime{};                          ///< the same of the time
+    std::string buildHost{};                          ///< the kind of system that it was built on
     std::string copyright{};                          ///< lines, the last one ended
     std::string accessModules{};                      ///< how repositories are reached, lines
     std::optional<std::string> configurationFolder{}; ///< where credentials are stored; nil where there is none
     std::vector<std::string> keyrings{};              ///< stores of credentials beside that folder, such as "GPG-Agent"
     // Filled only when the system is asked for.
-    std::string host{};
-    std::optional<std::string> operatingSystem{};
-    std::vector<HSVNLinkedLibrary> libraries{};
+    std::string host{};                           ///< the kind of system that it runs on
+    std::optional<std::string> operatingSystem{}; ///< its name and release; nil when not known
+    std::vector<HSVNLinkedLibrary> libraries{};   ///< what Subversion is linked to
 };
 
 /// Asks the Subversion of a context about itself.

@@ -27,18 +27,18 @@ enum class HSVNMergePart : std::uint8_t
 /// The choice for one section. A plain value.
 struct HSVNSectionChoice
 {
-    HSVNMergePart part = HSVNMergePart::Automatic;
+    HSVNMergePart part = HSVNMergePart::Automatic; ///< what stands for it
     std::string text{}; ///< with `HSVNMergePart::Other` alone: bytes that are taken as they are
 };
 
 /// The lines that stand around the sides of a conflict, without their ends. A plain value.
 struct HSVNConflictMarkers
 {
-    std::string mine = "<<<<<<< mine";
-    std::string base = "||||||| base";
-    std::string separator = "=======";
-    std::string theirs = ">>>>>>> theirs";
-    bool showsBase = true; ///< whether the base's lines are shown between those of mine and theirs
+    std::string mine = "<<<<<<< mine";     ///< before the lines of mine
+    std::string base = "||||||| base";     ///< before those of the base
+    std::string separator = "=======";     ///< before those of theirs
+    std::string theirs = ">>>>>>> theirs"; ///< behind those of theirs
+    bool showsBase = true;                 ///< whether the base's lines are shown between those of mine and theirs
 };
 
 /// Two texts compared with one that both come from: what either changed, what both changed alike, and what is in

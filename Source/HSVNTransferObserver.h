@@ -26,6 +26,7 @@ class HSVN_EXPORT HSVNTransferObserver
     /// @param receiver  may be empty
     /// Stands for `progress_func` of svn_client_ctx_t.
     HSVNTransferObserver(std::shared_ptr<HSVNContext> context, Receiver receiver);
+    /// Ends the observation.
     ~HSVNTransferObserver();
     HSVNTransferObserver(const HSVNTransferObserver&) = delete;
     HSVNTransferObserver& operator=(const HSVNTransferObserver&) = delete;

@@ -20,6 +20,7 @@ using HSVNTreeDiffRef = std::shared_ptr<const HSVNTreeDiff>;
 class HSVN_EXPORT HSVNTreeDiff : public HSVNPatch
 {
   public:
+    /// For the library's own use; `HSVNContext::treeDiff` makes them.
     HSVNTreeDiff(std::shared_ptr<const HSVNPatchSource> source, bool knowsCopySources);
 
     /// Whether the text tells what was copied and moved from where; otherwise such items are told as additions. It does

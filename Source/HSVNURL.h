@@ -177,6 +177,7 @@ class HSVN_EXPORT HSVNURL : public HSVNPath
     std::string _url;
 };
 
+/// For unordered containers: by `hash`.
 template <>
 struct std::hash<HSVNURL> : std::hash<HSVNPath>
 {

@@ -95,6 +95,7 @@ class HSVN_EXPORT HSVNVersion
     std::string _tag;
 };
 
+/// For unordered containers: by `hash`.
 template <>
 struct std::hash<HSVNVersion>
 {

@@ -57,7 +57,7 @@ struct HSVNChangelistChoices
 /// Choices of `HSVNContext::setProperty`.
 struct HSVNSetPropertyChoices
 {
-    HSVNDepth depth = HSVNDepthEmpty;
+    HSVNDepth depth = HSVNDepthEmpty;       ///< how far below the targets
     bool force = false;                     ///< do not ask whether name and value make sense for the item
     std::vector<std::string> changelists{}; ///< only items of these; none means all
 };
