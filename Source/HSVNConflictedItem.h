@@ -15,18 +15,18 @@
 /// One of the choices that a conflict leaves.
 struct HSVNConflictOption
 {
-    HSVNResolutionChoice choice = HSVNResolutionChoice::Unspecified;
-    std::string label{};       ///< up to three words
-    std::string description{}; ///< one or several lines
+    HSVNResolutionChoice choice = HSVNResolutionChoice::Unspecified; ///< what `resolve` is given
+    std::string label{};                                             ///< up to three words
+    std::string description{};                                       ///< one or several lines
 };
 
 /// The files, as absolute paths, or the values of a conflict; nil for one that there is not.
 struct HSVNConflictSides
 {
-    std::optional<std::string> base{};
-    std::optional<std::string> mine{};
-    std::optional<std::string> theirOld{};
-    std::optional<std::string> theirNew{};
+    std::optional<std::string> base{};     ///< what the working copy was based on
+    std::optional<std::string> mine{};     ///< what was there
+    std::optional<std::string> theirOld{}; ///< what the change that came in started from
+    std::optional<std::string> theirNew{}; ///< what it led to
 };
 
 /// Where to look for what an item may have been moved to.
@@ -47,11 +47,14 @@ class HSVN_EXPORT HSVNConflictedItem
     /// @throws HSVNException for an item that cannot be read; one that is not in conflict has no kind of it
     /// Stands for svn_client_conflict_get.
     HSVNConflictedItem(const HSVNTarget& target, HSVNContextRef context);
+    /// Lets go of what was read; conflicts that are not settled stay.
     ~HSVNConflictedItem();
     HSVNConflictedItem(const HSVNConflictedItem&) = delete;
     HSVNConflictedItem& operator=(const HSVNConflictedItem&) = delete;
 
+    /// Whether the file's text is in conflict.
     bool hasTextConflict() const;
+    /// Whether the item is in conflict as a part of the tree.
     bool hasTreeConflict() const;
     /// Names of the properties in conflict.
     const std::vector<std::string>& conflictedProperties() const;
@@ -68,10 +71,13 @@ class HSVN_EXPORT HSVNConflictedItem
     HSVNResolutionChoice recommendedChoice();
     /// The choices that a kind of conflict leaves, in Subversion's order.
     std::vector<HSVNConflictOption> options(HSVNConflictKind kind);
+    /// What the properties in conflict are about, in Subversion's words, in the user's language.
     std::string descriptionOfPropertyConflict();
     /// What came in, and what was there.
     std::pair<std::string, std::string> descriptionOfTreeConflict();
+    /// The files that a text conflict left.
     HSVNConflictSides files();
+    /// The values of a property in conflict, as bytes.
     HSVNConflictSides propertyValues(const std::string& property);
     /// Compares the files of a text conflict, section by section; their common ancestor is empty where there is none.
     ///
