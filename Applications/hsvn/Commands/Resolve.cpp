@@ -36,6 +36,11 @@ class ResolveRun
     /// A conflict that cannot be settled ends the walk through its target, not the other targets'.
     void walk(const std::string& target, HSVNDepth depth)
     {
+        const auto choice = choiceForAll(_session.options.accept);
+        if (choice && !tellsOfConflicts(_session)) {
+            _session.client()->resolve(HSVNTarget::verbatim(target), {.depth = depth, .choice = *choice});
+            return;
+        }
         if (depth == HSVNDepthEmpty) {
             // Fails for an item that is not there, which a walk only passes over.
             const HSVNConflictedItem item{HSVNTarget::verbatim(target), _session.client()};

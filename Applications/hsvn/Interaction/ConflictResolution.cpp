@@ -117,6 +117,10 @@ void ConflictResolution::resolveCounted()
     if (_accept == Accept::Postpone) {
         return;
     }
+    if (!tellsOfConflicts(_session) && _accept != Accept::Edit && _accept != Accept::Launch) {
+        settleUnseen();
+        return;
+    }
     bool hasFailed = false;
     // To settle one conflict may raise others, of the same item too: they come before those that were there already.
     std::vector<std::string> paths = untriedPaths();
@@ -141,6 +145,16 @@ void ConflictResolution::resolveCounted()
     }
     if (hasFailed) {
         fail(ConflictResolverFailure, "Failure occurred resolving one or more conflicts");
+    }
+}
+
+void ConflictResolution::settleUnseen()
+{
+    const auto choice = choiceForAll(_accept);
+    for (const auto& path : untriedPaths()) {
+        if (choice) {
+            _session.client()->resolve(HSVNTarget::verbatim(path), {.choice = *choice});
+        }
     }
 }
 
@@ -259,6 +273,12 @@ void ConflictResolution::printSummaryOnce()
         _printer.printConflictSummary();
         _hasPrintedSummary = true;
     }
+}
+
+bool tellsOfConflicts(Session& session)
+{
+    const auto line = session.client()->bundleVersion();
+    return !line || !line->isLessThan({1, 10});
 }
 
 std::optional<HSVNResolutionChoice> choiceForAll(Accept accept)

@@ -36,6 +36,8 @@ class ConflictResolution
         Recommend,
         Ask
     };
+    /// For lines that tell nothing of conflicts: settles the counted ones where the choice is known beforehand.
+    void settleUnseen();
     /// Settles the conflicts of an item and, as deep as the command line says, of what is below it: older ones too.
     void resolveBelow(const std::string& path);
     /// The items with conflicts that were not tried yet, the last one first; they count as tried then.
@@ -54,6 +56,9 @@ class ConflictResolution
     bool _hasPrintedSummary = false;
     std::set<std::pair<std::string, ConflictKind>> _tried;
 };
+
+/// Whether the line tells what conflicts are about, as those from 1.10 on do.
+bool tellsOfConflicts(Session& session);
 
 /// The choice that --accept names for every conflict; nil when each has its own.
 std::optional<HSVNResolutionChoice> choiceForAll(Accept accept);
