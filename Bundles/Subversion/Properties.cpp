@@ -166,6 +166,21 @@ svn_error_t* proplist(const char* target, const svn_opt_revision_t* pegRevision,
                                 pool);
 #endif
 }
+#else
+svn_error_t* proplist(const char* target, const svn_opt_revision_t* pegRevision, const svn_opt_revision_t* revision,
+                      svn_depth_t depth, const apr_array_header_t* /*changelists*/, svn_boolean_t /*inherited*/,
+                      HSVNPropertyFunctions::PropertiesReceiver receiver, void* baton, svn_client_ctx_t* ctx,
+                      apr_pool_t* pool)
+{
+    SVN_ERR(checkShownTarget(&target, pool));
+    apr_array_header_t* items = nullptr;
+    SVN_ERR(svn_client_proplist2(&items, target, pegRevision, revision, recurses(depth), ctx, pool));
+    for (int index = 0; index < items->nelts; ++index) {
+        const auto* const item = APR_ARRAY_IDX(items, index, const svn_client_proplist_item_t*);
+        SVN_ERR(receiver(baton, item->node_name->data, item->prop_hash, nullptr, pool));
+    }
+    return SVN_NO_ERROR;
+}
 #endif
 
 svn_error_t* revpropGet(const char* name, svn_string_t** value, const char* url, const svn_opt_revision_t* revision,
@@ -233,8 +248,8 @@ void fillProperties(HSVNPropertyFunctions& table)
     table.client_revprop_get = revpropGet;
     table.client_revprop_list = revpropList;
     table.client_revprop_set = revpropSet;
-#if HSVN_LINE_MINOR >= 5
     table.client_proplist = proplist;
+#if HSVN_LINE_MINOR >= 5
     table.client_propset = propset;
 #endif
 #if HSVN_LINE_MINOR >= 8

@@ -231,7 +231,8 @@ struct HSVNPropertyFunctions
                                    const char* target, const svn_opt_revision_t* pegRevision,
                                    const svn_opt_revision_t* revision, svn_depth_t depth,
                                    const apr_array_header_t* changelists, svn_client_ctx_t* ctx, apr_pool_t* pool);
-    /// svn_client_proplist4, before 1.8 svn_client_proplist3, which tells nothing inherited; 1.5 and later
+    /// svn_client_proplist4, before 1.8 svn_client_proplist3, which tells nothing inherited, before 1.5
+    /// svn_client_proplist2, which knows the item alone or everything below it
     svn_error_t* (*client_proplist)(const char* target, const svn_opt_revision_t* pegRevision,
                                     const svn_opt_revision_t* revision, svn_depth_t depth,
                                     const apr_array_header_t* changelists, svn_boolean_t inherited,

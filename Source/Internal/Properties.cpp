@@ -79,6 +79,9 @@ void HSVNReadProperties(HSVNOperation& operation, const std::string& target, con
     const char* const targetText = operation.cString(target);
     const HSVNRevisionRecords revisions{revision};
     operation.refuse(choices.inherited && !operation.isAtLeast({1, 8}), "inherited");
+    if (!operation.isAtLeast(HSVNVersion::version1_5())) {
+        recursionFlag(operation, choices);
+    }
     if (const auto list = operation.newest(&HSVNPropertyFunctions::client_proplist)) {
         PropertiesCall call{operation, receiver};
         operation.check(list(targetText, &revisions.peg, &revisions.operative, HSVNDepthForSubversion(choices.depth),
