@@ -3,6 +3,7 @@
 #include "CanonicalPaths.h"
 #include "ExportEditor.h"
 #include "ExportedFile.h"
+#include "ExternalCycles.h"
 #include "ExternalURLs.h"
 
 #include <algorithm>
@@ -180,8 +181,11 @@ svn_error_t* exportExternal(const ExportedTree& tree, const char* folder, const 
     }
     const ExportChoices choices{svn_depth_infinity, TRUE, FALSE, tree.choices.ignoreKeywords, tree.choices.nativeEOL};
     svn_revnum_t ignored = SVN_INVALID_REVNUM;
-    svn_error_t* const error =
-        exportItem(&ignored, url, target, item.peg_revision, item.revision, choices, tree.links, tree.ctx, pool);
+    svn_error_t* error = followExternal(url, item.peg_revision, item.revision, pool);
+    if (error == nullptr) {
+        error =
+            exportItem(&ignored, url, target, item.peg_revision, item.revision, choices, tree.links, tree.ctx, pool);
+    }
 #if HSVN_LINE_MINOR >= 6
     if (error != nullptr && error->apr_err != SVN_ERR_CANCELLED) {
         if (tree.ctx->notify_func2 != nullptr) {
@@ -221,7 +225,10 @@ svn_error_t* exportDefinitions(const ExportedTree& tree, const char* folder, con
     apr_array_header_t* items = nullptr;
     SVN_ERR(parseExternals(&items, folder, text, pool));
     for (int index = 0; index < items->nelts; ++index) {
-        SVN_ERR(exportExternal(tree, folder, folderURL, *APR_ARRAY_IDX(items, index, svn_wc_external_item2_t*), pool));
+        apr_pool_t* const itemPool = svn_pool_create(pool);
+        SVN_ERR(
+            exportExternal(tree, folder, folderURL, *APR_ARRAY_IDX(items, index, svn_wc_external_item2_t*), itemPool));
+        svn_pool_destroy(itemPool);
     }
     return SVN_NO_ERROR;
 }

@@ -1,3 +1,4 @@
+#include "ExternalCycles.h"
 #include "StandIns.h"
 
 #ifdef HSVN_STANDS_IN_FRONT
@@ -158,6 +159,7 @@ HSVN_STAND_IN svn_error_t* svn_ra_open5(svn_ra_session_t** session, const char**
                                         const char* url, const char* uuid, const svn_ra_callbacks2_t* callbacks,
                                         void* baton, apr_hash_t* configuration, apr_pool_t* pool)
 {
+    SVN_ERR(HSVNAdapter::refuseExternalCycle(url));
     const Opening scope{{callbacks->cancel_func, baton}};
     return HSVN_BEHIND(svn_ra_open5)(session, correctedURL, redirectURL, url, uuid, callbacks, baton, configuration,
                                      pool);
