@@ -215,6 +215,30 @@ TEST_P(CommittingVerbs, OfWorkingCopiesAskForNoMessage)
                         "A  +    made/a.txt\nA       made/deep\nA  +    moved\n        > moved from b.txt\n");
 }
 
+TEST_P(CommittingVerbs, MakeADirectoryWithAllOfItsParentsOrNone)
+{
+    struct Stopping
+    {
+        bool goesOn = true;
+
+        void notify(HSVNContext&, const HSVNNotificationRef&) { goesOn = false; }
+        bool queryContinue(HSVNContext&) const { return goesOn; }
+    };
+    if (isOlderLine()) {
+        GTEST_SKIP() << "with all choices";
+    }
+    std::filesystem::create_directory(item("found"));
+    const auto stopping = HSVNClient::clientOwningDelegate(std::make_shared<HSVNClientDelegateFor<Stopping>>());
+    for (const std::string above : {"made", "found"}) {
+        EXPECT_THROW(stopping->makeDirectories(item(above + "/deep/er"), {.makeParents = true}),
+                     HSVNOperationCancelledException);
+        EXPECT_THROW(client->makeDirectories(item(above + "/deep/" + std::string(300, 'x')), {.makeParents = true}),
+                     HSVNException);
+        EXPECT_EQ(status(), "?       found\n");
+        EXPECT_FALSE(exists(above + "/deep"));
+    }
+}
+
 TEST_P(CommittingVerbs, DoWithoutWhatTheirLineLacksOrNameIt)
 {
     if (!isOlderLine()) {
