@@ -252,7 +252,7 @@ int runPrintingErrors(int count, char** words)
     } catch (const HSVNException& exception) {
         if (Cancellation::isAsked()) {
             printInterruption(exception);
-        } else if (Pager::isRunning() && hasCause(exception, PipeWrite)) {
+        } else if (Pager::isRunning() && Output::hasFailed() && hasCause(exception, PipeWrite)) {
             return EXIT_SUCCESS; // the user has seen enough
         } else {
             printError(exception);

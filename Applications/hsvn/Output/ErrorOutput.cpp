@@ -34,8 +34,8 @@ void printError(const HSVNException& exception) { printError(exception, programN
 
 void printError(const HSVNException& exception, const std::string& prefix)
 {
-    // Whoever read the output has seen enough, as `head` or a pager that was left.
-    if (!hasCause(exception, PipeWrite)) {
+    // Whoever read the output has seen enough, as `head` or a pager that was left. Other pipes lead to a server.
+    if (!Output::hasFailed() || !hasCause(exception, PipeWrite)) {
         printChain(exception, prefix + "E");
     }
 }
