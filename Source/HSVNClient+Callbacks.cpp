@@ -313,7 +313,6 @@ void HSVNClientInternals::notify(void* baton, const svn_wc_notify_t* record, apr
     HSVNClient& client = clientOf(baton);
     HSVNGuardVoidCallback(client, [&] {
         client._notifiedPath = textOrEmpty(record->path);
-        client._isFinalizingCommit = record->action == svn_wc_notify_commit_finalizing;
         if (const auto delegate = delegateFor(client, Message::notify)) {
             delegate->notify(client, notificationOf(client, *record));
         }
@@ -337,9 +336,6 @@ bool HSVNClientInternals::goesOn(HSVNClient& client)
 
 bool HSVNClientInternals::mustFinishFirst(const HSVNClient& client)
 {
-    if (client._isFinalizingCommit) {
-        return true;
-    }
     const auto isBusy = HSVNExtensionOrNull(client.bundle()->extensions(), &HSVNDatabaseFunctions::has_unfinished_work);
     return isBusy && isBusy(client._notifiedPath.c_str(), client.pool());
 }

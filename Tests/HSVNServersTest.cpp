@@ -5,6 +5,7 @@
 #include "WebServer.h"
 
 #include <array>
+#include <chrono>
 #include <filesystem>
 #include <functional>
 #include <gmock/gmock.h>
@@ -15,6 +16,9 @@
 // What servers refuse, and how they are opened: the same over every kind of access.
 
 namespace {
+
+using testing::Ge;
+using testing::Lt;
 
 using Access = WebServer::Access;
 
@@ -135,6 +139,12 @@ const Served& served(const std::string& kind)
     static const WebServer server;
     static const Served repository{server.url(Access::encrypted), server.repository(), server.authority()};
     return repository;
+}
+
+std::string portOf(const std::string& url)
+{
+    const auto port = url.rfind(':') + 1;
+    return url.substr(port, url.find('/', port) - port);
 }
 
 /// The class of what the call throws.
@@ -422,6 +432,90 @@ TEST_P(StoppedCommits, LeaveNoTransactionBehind)
     }
 }
 
+/// Stands before a server until a client says a word; then it is "cut", "silent" or "deaf".
+class FaultyRelay
+{
+  public:
+    FaultyRelay(const Served& at, const std::string& word, const std::string& fault)
+        : _before{at.url().substr(0, at.url().rfind(':') + 1)}, _behind{at.url().substr(_before.size())},
+          _relay{{"python3", HSVN_TEST_SAMPLES "/../Support/faulty-relay.py", portOf(at.url()), word, fault, _file}}
+    {
+    }
+
+    std::string url(const std::string& item) const
+    {
+        return _before + awaitFile(_file) + _behind.substr(std::min(_behind.find('/'), _behind.size())) + '/' + item;
+    }
+    bool hasHeard() const { return std::filesystem::exists(_file + ".heard"); }
+
+  private:
+    TemporaryFolder _folder;
+    std::string _file = _folder / "port";
+    std::string _before; ///< the port
+    std::string _behind;
+    BackgroundCommand _relay;
+};
+
+using Seconds = std::chrono::duration<double>;
+
+class SlowServers : public testing::TestWithParam<const char*>
+{
+};
+
+TEST_P(SlowServers, AreWaitedForByStoppedCommitsAsLongAsTheConfigurationSays)
+{
+    static int runs = 0;
+    const Served& at = served(GetParam());
+    const bool isWeb = std::string_view{GetParam()} == "http";
+    struct Row
+    {
+        const char* word; ///< where the server fails
+        const char* fault;
+        const char* reason;
+        const char* status; ///< of the file once it is updated
+    };
+    constexpr const char* unknown = "before the server answered whether it made the revision";
+    for (const auto& [word, fault, expected, status] :
+         {Row{isWeb ? "MERGE " : "close-edit", "silent", unknown, "M"},
+          Row{isWeb ? "MERGE " : "close-edit", "deaf", unknown, ""},
+          Row{isWeb ? "PUT " : "apply-textdelta", "silent", "canceled", "M"}})
+    {
+        if (!isWeb && expected != unknown) {
+            continue; // nothing is waited for before the revision
+        }
+        for (const bool isVerb : {false, true}) {
+            SCOPED_TRACE(word + std::string{fault} + std::to_string(static_cast<int>(isVerb)));
+            const std::string top = "waited" + std::to_string(++runs);
+            at.change({"mkdir", top, "put", at.file(), top + "/file"});
+            const FaultyRelay relay{at, word, fault};
+            const std::string wc = at.fresh();
+            const Visitor visitor;
+            visitor.client->checkout(relay.url(top), wc);
+            writeFile(wc + "/file", "changed " + top);
+            visitor.client->setOption("1", "stopped-commit-timeout", HSVNConfigCategoryServers,
+                                      HSVNConfigSectionGlobal);
+            visitor.user->goesOn = [&] { return !relay.hasHeard(); };
+            const auto start = std::chrono::steady_clock::now();
+            try {
+                isVerb ? static_cast<void>(visitor.client->commit(wc))
+                       : static_cast<void>(HSVNNode::commitChangesToNodes({local(wc)}, HSVNCommitOptions::defaults(),
+                                                                          visitor.client));
+                ADD_FAILURE();
+            } catch (const HSVNOperationCancelledException& exception) {
+                EXPECT_THAT(exception.fullMessage(), testing::HasSubstr(expected));
+            }
+            EXPECT_THAT(Seconds{std::chrono::steady_clock::now() - start}.count(), testing::AllOf(Ge(1), Lt(10)));
+            visitor.user->goesOn = [] { return true; };
+            visitor.client->update(wc);
+            EXPECT_EQ(mustRun({"svn", "status", wc}).substr(0, 1), status);
+            EXPECT_EQ(at.transactions(), "");
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Servers, SlowServers, testing::Values("svnserve", "http"),
+                         [](const auto& instance) { return std::string{instance.param}; });
+
 INSTANTIATE_TEST_SUITE_P(Servers, StoppedCommits, testing::Values("file", "svnserve", "http"),
                          [](const auto& instance) { return std::string{instance.param}; });
 
@@ -447,13 +541,37 @@ TEST(Servers, ThatAreNotThereAreToldApart)
     }
 }
 
+TEST(Servers, ThatSayMoreThanTheyWereAskedAreRefused)
+{
+    for (const char* const word : {"OPTIONS ", "POST "}) {
+        const FaultyRelay relay{served("http"), word, "chatty"};
+        const Visitor visitor;
+        EXPECT_THROW(visitor.client->importTree(served("http").file(), relay.url("never")), HSVNException) << word;
+        EXPECT_TRUE(relay.hasHeard()) << word;
+        EXPECT_EQ(served("http").transactions(), "") << word;
+    }
+}
+
+TEST(Servers, ThatLockWithoutALockAreRefused)
+{
+    const TemporaryFolder folder;
+    const BackgroundCommand odd{{"python3", HSVN_TEST_SAMPLES "/../Support/redirecting-server.py",
+                                 portOf(served("http").url()), folder / "port", "LOCK", "204"}};
+    const Visitor visitor;
+    visitor.client->checkout("http://127.0.0.1:" + awaitFile(folder / "port") + "/repository", folder / "wc");
+    const auto lock = [&] {
+        HSVNNode::lockNodes({local(folder / "wc/b.txt")}, {}, HSVNLockOptions::defaults(), visitor.client);
+    };
+    std::string reason;
+    EXPECT_EQ(classThrownBy(lock, &reason), "HSVNException");
+    EXPECT_THAT(reason, testing::HasSubstr("it tells of a lock, but not of which"));
+}
+
 TEST(Servers, ThatRedirectAReportAreRefused)
 {
-    const std::string server = served("http").url();
-    const auto port = server.rfind(':') + 1;
     const TemporaryFolder folder;
     const BackgroundCommand redirecting{{"python3", HSVN_TEST_SAMPLES "/../Support/redirecting-server.py",
-                                         server.substr(port, server.find('/', port) - port), folder / "port"}};
+                                         portOf(served("http").url()), folder / "port", "REPORT", "301"}};
     const std::string url = "http://127.0.0.1:" + awaitFile(folder / "port") + "/repository";
     const Visitor visitor;
     for (const auto& call : std::vector<std::function<void()>>{

@@ -3,8 +3,10 @@
 
 #ifdef HSVN_STANDS_IN_FRONT
 
+#include <algorithm>
 #include <new>
 #include <string_view>
+#include <svn_config.h>
 #include <svn_delta.h>
 #include <svn_ra.h>
 
@@ -16,6 +18,21 @@ namespace {
 
 using HSVNAdapter::CommitQuestions;
 
+/// How long whoever stops a commit waits for the server: the number of seconds in the configuration, if there is one.
+svn_error_t* readPatience(CommitQuestions& questions)
+{
+    auto* const configuration = questions.context()->config;
+    auto* const servers = configuration == nullptr
+                              ? nullptr
+                              : apr_hash_get(configuration, SVN_CONFIG_CATEGORY_SERVERS, APR_HASH_KEY_STRING);
+    apr_int64_t seconds = 5;
+    SVN_ERR(svn_config_get_int64(static_cast<svn_config_t*>(servers), &seconds, SVN_CONFIG_SECTION_GLOBAL,
+                                 "stopped-commit-timeout", seconds));
+    constexpr apr_int64_t day = 86400; // what is beyond has no end for those who wait
+    questions.setPatience(std::chrono::seconds{std::clamp<apr_int64_t>(seconds, 0, day)});
+    return SVN_NO_ERROR;
+}
+
 class Commit final : public HSVNAdapter::StartedCommit
 {
   public:
@@ -25,8 +42,9 @@ class Commit final : public HSVNAdapter::StartedCommit
     }
 
     /// Puts an editor in front of the one that makes the commit.
-    void watch(const svn_delta_editor_t** editor, void** baton, bool isOnWebServer, apr_pool_t* pool)
+    void watch(const svn_delta_editor_t** editor, void** baton, const char* url, apr_pool_t* pool)
     {
+        _url = url;
         _editor = *editor;
         _baton = *baton;
         _pool = pool;
@@ -35,7 +53,7 @@ class Commit final : public HSVNAdapter::StartedCommit
         watched->open_root = openRoot;
         watched->close_edit = closeEdit;
         watched->abort_edit = abortEdit;
-        if (isOnWebServer) {
+        if (std::string_view{url}.starts_with("http")) {
             watched->delete_entry = Whole<&svn_delta_editor_t::delete_entry>::call;
             watched->add_directory = Whole<&svn_delta_editor_t::add_directory>::call;
             watched->close_directory = Whole<&svn_delta_editor_t::close_directory>::call;
@@ -54,7 +72,7 @@ class Commit final : public HSVNAdapter::StartedCommit
     {
         apr_pool_cleanup_kill(_pool, this, forget);
         if (!_isMade) {
-            svn_error_clear(_editor->abort_edit(_baton, _pool));
+            svn_error_clear(forgetTransaction(_pool));
         }
     }
 
@@ -100,22 +118,31 @@ class Commit final : public HSVNAdapter::StartedCommit
     static svn_error_t* closeEdit(void* baton, apr_pool_t* pool)
     {
         auto& commit = *static_cast<Commit*>(baton);
-        commit._questions.defer();
+        commit._questions.beginRevision();
         svn_error_t* const error = commit._editor->close_edit(commit._baton, pool);
-        svn_error_t* const stopped = commit._questions.deferred();
+        commit._questions.endRevision();
         commit._isMade = commit._isMade || error == nullptr;
-        if (commit._isMade) {
-            svn_error_clear(stopped); // too late
+        if (commit._isMade || svn_error_find_cause(error, SVN_ERR_CANCELLED) == nullptr) {
             return error;
         }
-        return svn_error_compose_create(error, stopped);
+        return svn_error_createf(SVN_ERR_CANCELLED, error,
+                                 "The commit was stopped before the server answered whether it made the revision, "
+                                 "which may be there, or appear later: read the newest log of '%s' before you commit "
+                                 "the same again",
+                                 commit._url);
     }
 
     static svn_error_t* abortEdit(void* baton, apr_pool_t* pool)
     {
         auto& commit = *static_cast<Commit*>(baton);
         commit._isMade = true;
-        return commit._editor->abort_edit(commit._baton, pool);
+        return commit.forgetTransaction(pool);
+    }
+
+    svn_error_t* forgetTransaction(apr_pool_t* pool)
+    {
+        _questions.beginForgetting();
+        return _editor->abort_edit(_baton, pool);
     }
 
     static apr_status_t forget(void* baton)
@@ -130,6 +157,7 @@ class Commit final : public HSVNAdapter::StartedCommit
     CommitQuestions& _questions;
     svn_commit_callback2_t _receiver;
     void* _receiverBaton;
+    const char* _url = nullptr;
     const svn_delta_editor_t* _editor = nullptr;
     void* _baton = nullptr;
     apr_pool_t* _pool = nullptr;
@@ -148,12 +176,13 @@ HSVN_STAND_IN svn_error_t* svn_ra_get_commit_editor3(svn_ra_session_t* session, 
         return HSVN_BEHIND(svn_ra_get_commit_editor3)(session, editor, baton, revisionProperties, receiver,
                                                       receiverBaton, lockTokens, keepLocks, pool);
     }
+    SVN_ERR(readPatience(*questions));
     auto* const commit = new (apr_palloc(pool, sizeof(Commit))) Commit{*questions, receiver, receiverBaton};
     SVN_ERR(HSVN_BEHIND(svn_ra_get_commit_editor3)(session, editor, baton, revisionProperties, Commit::receive, commit,
                                                    lockTokens, keepLocks, pool));
     const char* url = nullptr;
     SVN_ERR(svn_ra_get_session_url(session, &url, pool));
-    commit->watch(editor, baton, std::string_view{url}.starts_with("http"), pool);
+    commit->watch(editor, baton, url, pool);
     return SVN_NO_ERROR;
 }
 

@@ -6,15 +6,12 @@
 namespace HSVNAdapter {
 namespace {
 
-/// How long a server is waited for that is to forget a transaction.
-constexpr std::chrono::seconds patience{5};
-
 thread_local CommitQuestions* innermost = nullptr; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
 
 } // namespace
 
 CommitQuestions::CommitQuestions(svn_client_ctx_t* ctx)
-    : _outer{std::exchange(innermost, this)}, _ctx{ctx}, _messageFunction{ctx->log_msg_func2},
+    : NotificationTap{ctx}, _outer{std::exchange(innermost, this)}, _ctx{ctx}, _messageFunction{ctx->log_msg_func2},
       _messageBaton{ctx->log_msg_baton2}, _cancelFunction{ctx->cancel_func}, _cancelBaton{ctx->cancel_baton}
 {
     if (_messageFunction != nullptr) {
@@ -52,6 +49,18 @@ svn_error_t* CommitQuestions::deferred()
     return std::exchange(_deferred, nullptr);
 }
 
+void CommitQuestions::beginRevision()
+{
+    _awaitsRevision = true;
+    _stopped.reset();
+}
+
+void CommitQuestions::beginForgetting()
+{
+    _isFinalizing = false;
+    _stopped = Clock::now();
+}
+
 svn_error_t* CommitQuestions::askForMessage(const char** message, const char** temporaryFile,
                                             const apr_array_header_t* items, void* baton, apr_pool_t* pool)
 {
@@ -66,19 +75,34 @@ svn_error_t* CommitQuestions::askWhetherToGoOn(void* baton)
     return static_cast<CommitQuestions*>(baton)->whetherToGoOn();
 }
 
+const svn_wc_notify_t* CommitQuestions::heard(const svn_wc_notify_t* notification, apr_pool_t* /*pool*/)
+{
+#if HSVN_LINE_MINOR >= 10
+    _isFinalizing = notification->action == svn_wc_notify_commit_finalizing;
+#endif
+    return notification;
+}
+
 svn_error_t* CommitQuestions::whetherToGoOn()
 {
     const auto now = Clock::now();
-    if (_stopped && now - *_stopped < patience) {
+    const bool isPatient = !_stopped || now - *_stopped < _patience;
+    if (_stopped && isPatient && !_isFinalizing) {
         return SVN_NO_ERROR;
     }
     svn_error_t* const answer = _cancelFunction(_cancelBaton);
-    if (answer != nullptr && !_stopped) {
-        _stopped = now;
-        if (_defers) {
-            _deferred = answer;
-            return SVN_NO_ERROR;
-        }
+    if (answer == nullptr) {
+        return SVN_NO_ERROR;
+    }
+    const bool isFirst = !_stopped;
+    _stopped = _stopped.value_or(now);
+    if (_awaitsRevision ? isPatient : _isFinalizing) {
+        svn_error_clear(answer);
+        return SVN_NO_ERROR;
+    }
+    if (isFirst && _defers) {
+        _deferred = answer;
+        return SVN_NO_ERROR;
     }
     return answer;
 }

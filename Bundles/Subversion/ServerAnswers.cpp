@@ -21,21 +21,37 @@ svn_error_t* malformed(const char* what)
     return svn_error_createf(SVN_ERR_RA_SVN_MALFORMED_DATA, nullptr, "The server's answer is malformed: %s", what);
 }
 
-/// What is told of an unlocked path.
-struct Unlocking
+/// @param cause  which is hidden behind this
+svn_error_t* rootIsElsewhere(const char* url, svn_error_t* cause)
+{
+    svn_error_clear(cause);
+    return svn_error_createf(SVN_ERR_RA_ILLEGAL_URL, nullptr,
+                             "The server says that the root of its repository is not above '%s': it may have to be "
+                             "reached at another address",
+                             url);
+}
+
+/// What is told of a path that is locked or unlocked.
+struct Locking
 {
     svn_ra_lock_callback_t receiver;
     void* baton;
 };
 
-svn_error_t* receiveUnlocked(void* baton, const char* path, svn_boolean_t isLock, const svn_lock_t* lock,
-                             svn_error_t* error, apr_pool_t* pool)
+svn_error_t* receiveLocked(void* baton, const char* path, svn_boolean_t isLock, const svn_lock_t* lock,
+                           svn_error_t* error, apr_pool_t* pool)
 {
-    const auto& unlocking = *static_cast<Unlocking*>(baton);
+    const auto& locking = *static_cast<Locking*>(baton);
     if (!svn_relpath_is_canonical(path + (*path == '/' ? 1 : 0))) {
         return malformed("it tells of a path that is none");
     }
-    return unlocking.receiver(unlocking.baton, path, isLock, lock, error, pool);
+    if (!isLock || lock != nullptr || error != nullptr) {
+        return locking.receiver(locking.baton, path, isLock, lock, error, pool);
+    }
+    svn_error_t* const missing = malformed("it tells of a lock, but not of which");
+    svn_error_t* const result = locking.receiver(locking.baton, path, isLock, lock, missing, pool);
+    svn_error_clear(missing);
+    return result;
 }
 
 } // namespace
@@ -67,12 +83,42 @@ HSVN_STAND_IN svn_error_t* svn_ra_get_inherited_props(svn_ra_session_t* session,
     return SVN_NO_ERROR;
 }
 
+// A web server behind a proxy that changes paths tells of its own.
+HSVN_STAND_IN svn_error_t* svn_ra_get_repos_root2(svn_ra_session_t* session, const char** root, apr_pool_t* pool)
+{
+    SVN_ERR(HSVN_BEHIND(svn_ra_get_repos_root2)(session, root, pool));
+    const char* url = nullptr;
+    SVN_ERR(svn_ra_get_session_url(session, &url, pool));
+    return svn_uri_skip_ancestor(*root, url, pool) == nullptr ? rootIsElsewhere(url, SVN_NO_ERROR) : SVN_NO_ERROR;
+}
+
+// Of the library that speaks with web servers, in no header of the installed.
+struct svn_ra_serf__session_t; // NOLINT(readability-identifier-naming)
+extern "C" svn_error_t* svn_ra_serf__get_relative_path(const char** relative, const char* path,
+                                                       svn_ra_serf__session_t* session, apr_pool_t* pool);
+
+HSVN_STAND_IN svn_error_t* svn_ra_serf__get_relative_path(const char** relative, const char* path,
+                                                          svn_ra_serf__session_t* session, apr_pool_t* pool)
+{
+    svn_error_t* const error = HSVN_BEHIND(svn_ra_serf__get_relative_path)(relative, path, session, pool);
+    return error != nullptr && error->apr_err == SVN_ERR_ASSERTION_FAIL ? rootIsElsewhere(path, error) : error;
+}
+
+HSVN_STAND_IN svn_error_t* svn_ra_lock(svn_ra_session_t* session, apr_hash_t* revisions, const char* comment,
+                                       svn_boolean_t steals, svn_ra_lock_callback_t receiver, void* baton,
+                                       apr_pool_t* pool)
+{
+    Locking locking{receiver, baton};
+    return HSVN_BEHIND(svn_ra_lock)(session, revisions, comment, steals, receiver == nullptr ? nullptr : receiveLocked,
+                                    &locking, pool);
+}
+
 HSVN_STAND_IN svn_error_t* svn_ra_unlock(svn_ra_session_t* session, apr_hash_t* tokens, svn_boolean_t breaks,
                                          svn_ra_lock_callback_t receiver, void* baton, apr_pool_t* pool)
 {
-    Unlocking unlocking{receiver, baton};
-    return HSVN_BEHIND(svn_ra_unlock)(session, tokens, breaks, receiver == nullptr ? nullptr : receiveUnlocked,
-                                      &unlocking, pool);
+    Locking locking{receiver, baton};
+    return HSVN_BEHIND(svn_ra_unlock)(session, tokens, breaks, receiver == nullptr ? nullptr : receiveLocked, &locking,
+                                      pool);
 }
 
 // An item without a date.

@@ -1,3 +1,4 @@
+#include "Serf.h"
 #include "StandIns.h"
 
 #ifdef HSVN_STANDS_IN_FRONT
@@ -7,13 +8,6 @@
 // A web server answers an update's request with what is read piece by piece. When it redirects the request instead,
 // Subversion asks such a piece, which is none of an answer as a whole, for the answer's headers.
 
-// Of the library that speaks with web servers.
-struct serf_request_t;     // NOLINT(readability-identifier-naming)
-struct serf_bucket_type_t; // NOLINT(readability-identifier-naming)
-struct serf_bucket_t       // NOLINT(readability-identifier-naming)
-{
-    const serf_bucket_type_t* type;
-};
 extern "C" svn_error_t* svn_ra_serf__expect_empty_body(serf_request_t* request, serf_bucket_t* response, void* baton,
                                                        apr_pool_t* pool);
 

@@ -52,8 +52,8 @@ struct HSVNClientInternals
   private:
     /// Whether nothing asks for a stop: neither the delegate nor an exception that a callback kept.
     static bool goesOn(HSVNClient& client);
-    /// Whether a stop has to wait. Subversion leaves a working copy locked when it is stopped amid its queue of work;
-    /// once a commit is being finalized, the revision is there, and what follows writes it into the working copy.
+    /// Whether a stop has to wait. Subversion leaves a working copy locked when it is stopped amid its queue of work.
+    /// The bundle sees to commits whose revision is there.
     static bool mustFinishFirst(const HSVNClient& client);
     /// The client's former configuration goes with its pool.
     static void replaceConfiguration(HSVNClient& client, std::unique_ptr<HSVNPool> pool, apr_hash_t* configuration);

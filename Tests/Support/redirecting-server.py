@@ -1,7 +1,8 @@
 #!/usr/bin/python3
-"""A web server on loopback that hands on what another one answers, but redirects every report.
+"""A web server on loopback that hands on what another one answers, but answers requests of a method itself, with a status
+and the address of another place.
 
-usage: redirecting-server.py PORT FILE
+usage: redirecting-server.py PORT FILE METHOD STATUS
 
 The other one listens on the port. Writes its own port into the file, and serves until it is killed.
 """
@@ -11,6 +12,7 @@ import http.server
 import os
 import sys
 
+METHOD, STATUS = sys.argv[3], int(sys.argv[4])
 FRAMING = ("content-length", "transfer-encoding", "connection")
 
 
@@ -24,7 +26,7 @@ class Client(http.server.BaseHTTPRequestHandler):
 
     def answer(self):
         body = self.read_body()
-        status, headers, text = self.redirect() if self.command == "REPORT" else self.ask(body)
+        status, headers, text = self.redirect() if self.command == METHOD else self.ask(body)
         self.send_response_only(status)
         for name, value in headers:
             if name.lower() not in FRAMING:
@@ -43,7 +45,7 @@ class Client(http.server.BaseHTTPRequestHandler):
         return b"".join(chunks)
 
     def redirect(self):
-        return 301, [("Location", f"http://{self.headers['Host']}/elsewhere")], b""
+        return STATUS, [("Location", f"http://{self.headers['Host']}/elsewhere")], b""
 
     def ask(self, body):
         other = http.client.HTTPConnection("127.0.0.1", int(sys.argv[1]))
