@@ -128,8 +128,9 @@ void requireCurrentDirectory(const Subcommand& subcommand, const Options& option
 }
 
 /// What stands in the way of the subcommand itself, looked at after everything else.
-void checkCircumstances(const Subcommand& subcommand, const Options& options)
+void checkCircumstances(const Subcommand& subcommand, Session& session)
 {
+    const Options& options = session.options;
     if (options.autoProperties && options.noAutoProperties) {
         fail(MutuallyExclusiveArguments, "--auto-props and --no-auto-props are mutually exclusive");
     }
@@ -137,6 +138,10 @@ void checkCircumstances(const Subcommand& subcommand, const Options& options)
     if (options.nonInteractive && (options.accept == Accept::Edit || options.accept == Accept::Launch)) {
         fail(ArgumentParsing, fmt::format("--accept={} incompatible with --non-interactive",
                                           options.accept == Accept::Edit ? "edit" : "launch"));
+    }
+    if (&subcommand != &helpSubcommand()) {
+        static_cast<void>(
+            session.isConfigured("interactive-conflicts", true)); // a word that is none is told of at once
     }
 }
 
@@ -218,7 +223,7 @@ void run(int count, char** words)
     settleRevisionsAndDepth(subcommand, session.options);
     checkMessageSource(session);
     if (!subcommand.isAdministrative) {
-        checkCircumstances(subcommand, session.options);
+        checkCircumstances(subcommand, session);
     }
     try {
         subcommand.run(session);

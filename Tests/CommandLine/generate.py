@@ -41,6 +41,7 @@ REASONS = [
     ("", r"(?m)^-svn: E155009: .*\(?sync-file-flags", "svn cannot set the flags of a missing file, and locks the working copy"),
     (r"^accented .*\bcleanup\b", r"(?m)^-svn: E155004: Working copy ", "svn leaves a working copy locked whose clean-up fails"),
     (r"\b(help|h|\?)\b", r"(?m)^\+   create$", "help tells of what svn does not have"),
+    (r">&-", r"(?m)^\+svn: E000009: Write error: Bad file", "svn writes to whatever it opens in the place of a closed output"),
     (r"cd \.svn;", r"(?m)^\+svn: E200025: '\S*' is reserved", "from within its own folder Subversion is not to change anything"),
     ("", r"(?m)^\+svn: E205000: Non-numeric change argument \(r?\d+-0?\)", "a range of changes without an end goes to r-1 in svn"),
 ]

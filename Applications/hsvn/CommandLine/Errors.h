@@ -13,6 +13,8 @@
 using enum HSVNStatusCode::Value;
 /// SVN_ERR_COMPOSED_ERROR, "Additional errors:", which the library has no name for.
 inline constexpr std::int32_t ComposedError = 200042;
+/// SVN_ERR_BAD_CONFIG_VALUE, likewise.
+inline constexpr std::int32_t BadConfigurationValue = 125009;
 
 /// An exception with a code and a message.
 HSVNException failure(std::int32_t code, const std::string& message);

@@ -185,6 +185,19 @@ std::string NativeText::fromUTF8(std::string_view text, const std::optional<std:
 
 const char* NativeText::localeEncoding() { return nl_langinfo(CODESET); }
 
+std::string NativeText::exactlyFromUTF8(std::string_view text)
+{
+    if (isASCII(text) || isUTF8(NativeText::localeEncoding())) {
+        return std::string{text};
+    }
+    Converter converter{NativeText::localeEncoding(), "UTF-8"};
+    std::string result;
+    if (converter.convert(text, result) < text.size()) {
+        failToConvert(text, converter, "Can't convert string from 'UTF-8' to native encoding:");
+    }
+    return result;
+}
+
 std::string NativeText::fromUTF8(std::string_view text)
 {
     if (isASCII(text) || isUTF8(NativeText::localeEncoding())) {

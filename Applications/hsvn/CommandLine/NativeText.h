@@ -24,6 +24,10 @@ std::string fromUTF8(std::string_view text, const std::optional<std::string>& en
 
 /// UTF-8 as the locale writes it; text with characters that the locale lacks is approximated.
 std::string fromUTF8(std::string_view text);
+/// The same, but such text is refused.
+///
+/// @throws HSVNException, status 22
+std::string exactlyFromUTF8(std::string_view text);
 
 /// Name of the locale's encoding.
 const char* localeEncoding();

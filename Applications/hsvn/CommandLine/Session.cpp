@@ -56,11 +56,18 @@ HSVNContextRef Session::context()
     return _context;
 }
 
-bool Session::isConfigured(const std::string& option)
+bool Session::isConfigured(const std::string& option, bool otherwise)
 {
     const auto value =
         client()->optionForName(option, HSVNConfigCategoryConfig, HSVNConfigSectionMiscellany, std::nullopt);
-    return value && isTrueWord(*value);
+    if (!value) {
+        return otherwise;
+    }
+    if (!isTrueWord(*value) && !isFalseWord(*value)) {
+        fail(BadConfigurationValue, fmt::format("Config error: invalid boolean value '{}' for '[{}] {}'", *value,
+                                                HSVNConfigSectionMiscellany, option));
+    }
+    return isTrueWord(*value);
 }
 
 const HSVNClientRef& Session::client()

@@ -26,7 +26,10 @@ class Session
     /// Makes the configuration area where there is none yet, silently, for who does not come to need a client.
     void ensureConfigurationArea();
     /// Whether the configuration turns an option of its section [miscellany] on.
-    bool isConfigured(const std::string& option);
+    ///
+    /// @param otherwise  what holds where it says nothing
+    /// @throws HSVNException, `BadConfigurationValue`, for a value that is neither on nor off
+    bool isConfigured(const std::string& option, bool otherwise = false);
     /// Says that what the subcommand prints is long, so that it goes through the user's pager where one is wanted.
     void pageOutput() const;
     /// Whoever hears the client's notifications and answers its questions; by default only cancellation is answered.

@@ -21,6 +21,9 @@ std::string shown(const HSVNRevision& revision)
                                                       : "head";
 }
 
+/// What stands above a value, of a name that the locale can write.
+void writeHeading(const std::string& text) { Output::writeBytes(NativeText::exactlyFromUTF8(text)); }
+
 /// One run of `propget`.
 class PropgetRun
 {
@@ -178,14 +181,14 @@ class PropgetRun
         }
         const std::string shown = isURL(path) ? path : relativeToCurrentFolder(path);
         if (_session.options.verbose) {
-            Output::write(isInherited
-                              ? fmt::format("Inherited properties on '{}',\nfrom '{}':\n", localStyle(target), shown)
-                              : fmt::format("Properties on '{}':\n", shown));
+            writeHeading(isInherited
+                             ? fmt::format("Inherited properties on '{}',\nfrom '{}':\n", localStyle(target), shown)
+                             : fmt::format("Properties on '{}':\n", shown));
             printProperties(properties, true);
             return;
         }
         if (_showsPaths) {
-            Output::write(shown + " - ");
+            writeHeading(shown + " - ");
         }
         for (const auto& [name, value] : properties) {
             printValue(name, value);

@@ -28,9 +28,7 @@ Accept acceptOf(Session& session)
     if (options.nonInteractive) {
         return Accept::Recommended;
     }
-    const auto asks = session.client()->optionForName("interactive-conflicts", HSVNConfigCategoryConfig,
-                                                      HSVNConfigSectionMiscellany, std::nullopt);
-    return asks && isFalseWord(*asks) ? Accept::Postpone : Accept::Unspecified;
+    return session.isConfigured("interactive-conflicts", true) ? Accept::Unspecified : Accept::Postpone;
 }
 
 Choice choiceOf(Accept accept)
