@@ -84,5 +84,4 @@ void HSVNClient::beginOperation()
 {
     HSVNContext::beginOperation();
     _notifiedPath.clear();
-    _isFinalizingCommit = false;
 }

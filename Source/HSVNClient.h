@@ -130,7 +130,5 @@ class HSVN_EXPORT HSVNClient : public HSVNContext
     bool _hasDelegate = false;                                  // one was given, even if it is gone
     std::shared_ptr<HSVNLogMessageDelegate> _installedDelegate; // the library's own, left in place
     bool _respondsToQueryContinue = false;
-    // Of the last notification, for what must not be stopped now.
-    std::string _notifiedPath;
-    bool _isFinalizingCommit = false;
+    std::string _notifiedPath; // of the last notification, for what must not be stopped now
 };

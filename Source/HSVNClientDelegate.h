@@ -95,7 +95,9 @@ class HSVN_EXPORT HSVNClientDelegate
     /// When it throws, the operation is stopped as soon as Subversion allows, and the exception reaches its caller.
     virtual void notify(HSVNContext& context, const HSVNNotificationRef& notification);
 
-    /// Asks, again and again, whether to go on. Without an answer operations are never cancelled.
+    /// Asks, again and again, whether to go on. Without an answer operations are never cancelled. What must not be cut
+    /// off goes on for some time after a no: work on a working copy's files, and the requests that make a revision,
+    /// for as many seconds as the option "stopped-commit-timeout" of the section "global" of "servers" says, or five.
     ///
     /// @return false to cancel: the operation fails with `HSVNOperationCancelledException`
     ///
