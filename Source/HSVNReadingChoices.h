@@ -1,6 +1,7 @@
 #pragma once
 
 #include "HSVNForward.h"
+#include "HSVNTarget.h"
 #include "HSVNTypes.h"
 
 #include <cstdint>
@@ -71,9 +72,15 @@ struct HSVNDiffChoices
     bool omitDeleted = false;       ///< leave files out that were deleted
     bool copiesAsAdds = false;      ///< show copies and moves whole, not beside their source
     bool ignoreContentType = false; ///< compare files of binary types as texts
-    bool ignoreProperties = false;  ///< not together with `propertiesOnly`
-    bool propertiesOnly = false;
-    bool gitFormat = false; ///< with the headers of Git, which name copies and modes
+    bool ignoreProperties = false;  ///< show texts alone; not together with `propertiesOnly`
+    bool propertiesOnly = false;    ///< show properties alone
+    /// With the headers of Git, which name copies and modes. Names in them are below the repository's root: `patch`
+    /// finds its items by them, so that a text of a working copy of "/trunk" is applied with a `strip` of 1.
+    bool gitFormat = false;
+    /// The local directory that names of local items are told relative to, as a patch for somebody else needs it; they
+    /// are at or below it, else HSVNException. Nil: as the targets are given. Git's own headers have names of their
+    /// own.
+    std::optional<HSVNTarget> relativeTo{};
     HSVNDiffProgram program =
         HSVNDiffProgram::Internal;        ///< makes no difference to `treeDiff`, which is always internal
     std::optional<std::string> command{}; ///< the external program, as the configuration would name it; not nil then

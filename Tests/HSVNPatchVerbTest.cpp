@@ -302,6 +302,22 @@ TEST_P(PatchVerb, TellsWhatBecameOfEachHunk)
     EXPECT_THAT(patched("nothing of a patch\n"), ElementsAre());
 }
 
+TEST_P(PatchVerb, AppliesWhatADiffToldRelativeToADirectory)
+{
+    writeFile(item("a.txt"), "shelved\n");
+    const std::pair local{HSVNRevision::BASE(), HSVNRevision::WORKING()};
+    const auto shelved = client->diff(root, local, {.relativeTo = root});
+    EXPECT_THAT(shelved, testing::StartsWith("Index: a.txt\n"));
+    EXPECT_EQ(client->diff(files::relative(item("a.txt")), local, {.relativeTo = files::relative(root)}), shelved);
+    EXPECT_EQ(client->treeDiff(root, local, {.relativeTo = root})->items().at(0).path(), "a.txt");
+    EXPECT_THROW(client->diff(item("a.txt"), local, {.relativeTo = item("dir")}), HSVNException);
+    client->revert(root, {.depth = HSVNDepthInfinity});
+    EXPECT_THAT(patched(shelved), ElementsAre("a.txt, applied"));
+    EXPECT_EQ(readFile(item("a.txt")), "shelved\n");
+    EXPECT_EQ(client->diff(repository.url(), repository.url(), {.relativeTo = root}), "")
+        << "names of URLs are below them";
+}
+
 TEST_P(PatchVerb, DoesWhatSubversionDoesWithGeneratedPatches)
 {
     std::mt19937 random{7};

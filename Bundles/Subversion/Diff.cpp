@@ -2,6 +2,8 @@
 #include "ExtensionTargets.h"
 
 #include <array>
+#include <initializer_list>
+#include <svn_path.h>
 #include <svn_utf.h>
 
 namespace HSVNAdapter {
@@ -135,6 +137,27 @@ svn_error_t* writeThroughFiles(svn_stream_t* out, svn_stream_t* errors, apr_pool
 }
 #endif
 
+#if HSVN_LINE_MINOR >= 5
+/// Subversion finds a directory in front of names only where both are absolute; those of URLs are below them already.
+svn_error_t* settleNames(const char** relativeTo, std::initializer_list<const char**> targets, apr_pool_t* pool)
+{
+    bool isLocal = *relativeTo != nullptr;
+    for (const auto* const target : targets) {
+        isLocal = isLocal && !isURL(*target);
+    }
+    if (!isLocal) {
+        *relativeTo = nullptr;
+        return SVN_NO_ERROR;
+    }
+    SVN_ERR(checkLocalTarget(relativeTo, pool));
+    SVN_ERR(checkAbsoluteTarget(relativeTo, pool));
+    for (const auto target : targets) {
+        SVN_ERR(checkAbsoluteTarget(target, pool));
+    }
+    return SVN_NO_ERROR;
+}
+#endif
+
 svn_error_t* diff(svn_stream_t* out, svn_stream_t* errors, const char* target1, const svn_opt_revision_t* revision1,
                   const char* target2, const svn_opt_revision_t* revision2,
                   const HSVNDifferenceFunctions::Comparing* choices, svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -142,26 +165,30 @@ svn_error_t* diff(svn_stream_t* out, svn_stream_t* errors, const char* target1, 
     SVN_ERR(checkShownTarget(&target1, pool));
     SVN_ERR(checkShownTarget(&target2, pool));
     SVN_ERR(settleStreams(&out, &errors, pool));
+#if HSVN_LINE_MINOR >= 5
+    const char* relativeTo = choices->relativeTo;
+    SVN_ERR(settleNames(&relativeTo, {&target1, &target2}, pool));
+#endif
 #if HSVN_LINE_MINOR >= 11
-    return svn_client_diff7(choices->arguments, target1, revision1, target2, revision2, nullptr, choices->depth,
+    return svn_client_diff7(choices->arguments, target1, revision1, target2, revision2, relativeTo, choices->depth,
                             choices->ignoreAncestry, choices->omitAdded, choices->omitDeleted, choices->copiesAsAdds,
                             choices->ignoreContentType, choices->ignoreProperties, choices->propertiesOnly,
                             choices->gitFormat, TRUE, headerEncoding(*choices), out, errors, choices->changelists, ctx,
                             pool);
 #elif HSVN_LINE_MINOR >= 8
-    return svn_client_diff6(choices->arguments, target1, revision1, target2, revision2, nullptr, choices->depth,
+    return svn_client_diff6(choices->arguments, target1, revision1, target2, revision2, relativeTo, choices->depth,
                             choices->ignoreAncestry, choices->omitAdded, choices->omitDeleted, choices->copiesAsAdds,
                             choices->ignoreContentType, choices->ignoreProperties, choices->propertiesOnly,
                             choices->gitFormat, headerEncoding(*choices), out, errors, choices->changelists, ctx, pool);
 #else
     return writeThroughFiles(out, errors, pool, [&](apr_file_t* text, apr_file_t* messages) {
 #if HSVN_LINE_MINOR >= 7
-        return svn_client_diff5(choices->arguments, target1, revision1, target2, revision2, nullptr, choices->depth,
+        return svn_client_diff5(choices->arguments, target1, revision1, target2, revision2, relativeTo, choices->depth,
                                 choices->ignoreAncestry, choices->omitDeleted, choices->copiesAsAdds,
                                 choices->ignoreContentType, choices->gitFormat, headerEncoding(*choices), text,
                                 messages, choices->changelists, ctx, pool);
 #elif HSVN_LINE_MINOR >= 5
-        return svn_client_diff4(argumentsOf(*choices, pool), target1, revision1, target2, revision2, nullptr,
+        return svn_client_diff4(argumentsOf(*choices, pool), target1, revision1, target2, revision2, relativeTo,
                                 choices->depth, choices->ignoreAncestry, choices->omitDeleted,
                                 choices->ignoreContentType, headerEncoding(*choices), text, messages,
                                 choices->changelists, ctx, pool);
@@ -180,14 +207,18 @@ svn_error_t* diffPeg(svn_stream_t* out, svn_stream_t* errors, const char* target
 {
     SVN_ERR(checkShownTarget(&target, pool));
     SVN_ERR(settleStreams(&out, &errors, pool));
+#if HSVN_LINE_MINOR >= 5
+    const char* relativeTo = choices->relativeTo;
+    SVN_ERR(settleNames(&relativeTo, {&target}, pool));
+#endif
 #if HSVN_LINE_MINOR >= 11
-    return svn_client_diff_peg7(choices->arguments, target, pegRevision, start, end, nullptr, choices->depth,
+    return svn_client_diff_peg7(choices->arguments, target, pegRevision, start, end, relativeTo, choices->depth,
                                 choices->ignoreAncestry, choices->omitAdded, choices->omitDeleted,
                                 choices->copiesAsAdds, choices->ignoreContentType, choices->ignoreProperties,
                                 choices->propertiesOnly, choices->gitFormat, TRUE, headerEncoding(*choices), out,
                                 errors, choices->changelists, ctx, pool);
 #elif HSVN_LINE_MINOR >= 8
-    return svn_client_diff_peg6(choices->arguments, target, pegRevision, start, end, nullptr, choices->depth,
+    return svn_client_diff_peg6(choices->arguments, target, pegRevision, start, end, relativeTo, choices->depth,
                                 choices->ignoreAncestry, choices->omitAdded, choices->omitDeleted,
                                 choices->copiesAsAdds, choices->ignoreContentType, choices->ignoreProperties,
                                 choices->propertiesOnly, choices->gitFormat, headerEncoding(*choices), out, errors,
@@ -195,12 +226,12 @@ svn_error_t* diffPeg(svn_stream_t* out, svn_stream_t* errors, const char* target
 #else
     return writeThroughFiles(out, errors, pool, [&](apr_file_t* text, apr_file_t* messages) {
 #if HSVN_LINE_MINOR >= 7
-        return svn_client_diff_peg5(choices->arguments, target, pegRevision, start, end, nullptr, choices->depth,
+        return svn_client_diff_peg5(choices->arguments, target, pegRevision, start, end, relativeTo, choices->depth,
                                     choices->ignoreAncestry, choices->omitDeleted, choices->copiesAsAdds,
                                     choices->ignoreContentType, choices->gitFormat, headerEncoding(*choices), text,
                                     messages, choices->changelists, ctx, pool);
 #elif HSVN_LINE_MINOR >= 5
-        return svn_client_diff_peg4(argumentsOf(*choices, pool), target, pegRevision, start, end, nullptr,
+        return svn_client_diff_peg4(argumentsOf(*choices, pool), target, pegRevision, start, end, relativeTo,
                                     choices->depth, choices->ignoreAncestry, choices->omitDeleted,
                                     choices->ignoreContentType, headerEncoding(*choices), text, messages,
                                     choices->changelists, ctx, pool);

@@ -565,6 +565,7 @@ struct HSVNDifferenceFunctions
         const apr_array_header_t* arguments;   ///< of the program that compares files; null for the configuration's
         const apr_array_header_t* changelists; ///< may be null
         const char* headerEncoding;            ///< of names in a text; null for the locale's
+        const char* relativeTo;                ///< the directory that names of local items are below; null for none
     };
 
     std::uint32_t size = sizeof(HSVNDifferenceFunctions);

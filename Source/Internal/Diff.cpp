@@ -44,6 +44,7 @@ HSVNDifferenceFunctions::Comparing HSVNRecordOfChoices(const HSVNOperation& oper
     const bool isAtLeast1_5 = operation.isAtLeast(HSVNVersion::version1_5());
     operation.refuse(!isAtLeast1_5 && !choices.changelists.empty(), "changelists");
     operation.refuse(!isAtLeast1_5 && !HSVNIsDepthOf1_4(choices.depth), "depth");
+    operation.refuse(!isAtLeast1_5 && choices.relativeTo.has_value(), "relativeTo");
     const bool isConfigured = choices.program == HSVNDiffProgram::Configured && !choices.arguments;
     const auto arguments = choices.arguments.value_or(std::vector<std::string>{});
     return {.depth = HSVNDepthForSubversion(choices.depth),
@@ -57,7 +58,8 @@ HSVNDifferenceFunctions::Comparing HSVNRecordOfChoices(const HSVNOperation& oper
             .gitFormat = choices.gitFormat,
             .arguments = isConfigured ? nullptr : HSVNTextArray(operation, arguments),
             .changelists = HSVNFilterArray(operation, choices.changelists),
-            .headerEncoding = nullptr};
+            .headerEncoding = nullptr,
+            .relativeTo = choices.relativeTo ? operation.cString(choices.relativeTo->text()) : nullptr};
 }
 
 namespace {
@@ -112,6 +114,7 @@ void HSVNWriteOlderDiff(HSVNOperation& operation, const HSVNTargetInRevision& ta
     operation.refuse(choices.copiesAsAdds, "copiesAsAdds");
     operation.refuse(choices.ignoreProperties, "ignoreProperties");
     operation.refuse(choices.propertiesOnly, "propertiesOnly");
+    operation.refuse(choices.relativeTo.has_value(), "relativeTo");
     const auto peg = HSVNRevisionOfTarget(target.target, *target.revision->pegRevision());
     const auto ends = HSVNEndsOf(revisions);
     const auto recurses = HSVNRecursionFlag(operation, choices.depth);
