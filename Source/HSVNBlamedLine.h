@@ -6,20 +6,19 @@
 #include <map>
 #include <optional>
 #include <string>
-#include <string_view>
 
 /// A revision that changed a line.
 struct HSVNLineChange
 {
-    HSVNRevisionNumber revision = HSVNInvalidRevision;
-    std::map<std::string, std::string> properties{}; ///< of the revision: "svn:author", "svn:date" and others
+    HSVNRevisionNumber revision = HSVNInvalidRevision; ///< its number
+    std::map<std::string, std::string> properties{};   ///< of the revision: "svn:author", "svn:date" and others
 };
 
 /// One line of a file with its origin.
 struct HSVNBlamedLine
 {
     std::int64_t number = 0;                ///< from 0 on
-    std::string_view text{};                ///< its bytes without the line end; valid while the receiver runs
+    std::string text{};                     ///< its bytes without the line end
     std::optional<HSVNLineChange> change{}; ///< nil for a line older than the range, or changed locally
     bool isLocalChange = false;             ///< changed in the working copy
     /// The change that a merge brought; `change` itself for one that none did, nil when merges are not followed.

@@ -19,8 +19,8 @@ HSVNClientRef HSVNClient::clientForSettings(const HSVNClientDelegateRef& delegat
 HSVNClientRef HSVNClient::clientOwningDelegate(HSVNClientDelegateRef delegate)
 {
     HSVNAssertParameter(delegate != nullptr, "delegate != nil");
-    auto client = clientWithDelegate(delegate);
-    client->_ownedDelegate = std::move(delegate);
+    auto client = clientWithDelegate();
+    client->setOwnedDelegate(std::move(delegate));
     return client;
 }
 
@@ -61,6 +61,14 @@ void HSVNClient::setDelegate(const HSVNClientDelegateRef& delegate)
     if (delegate != _ownedDelegate) {
         _ownedDelegate.reset();
     }
+}
+
+void HSVNClient::setOwnedDelegate(HSVNClientDelegateRef delegate)
+{
+    HSVNAssertParameter(delegate != nullptr, "delegate != nil");
+    setDelegate(delegate);
+    const std::lock_guard guard{mutex()};
+    _ownedDelegate = std::move(delegate);
 }
 
 void HSVNClient::notify(const HSVNNotificationRef& notification)

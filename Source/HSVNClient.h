@@ -26,7 +26,7 @@ class HSVN_EXPORT HSVNClient : public HSVNContext
     /// A client of the loader's default bundle.
     ///
     /// @param delegate  who answers; may be nil; not kept alive
-    static HSVNClientRef clientWithDelegate(const HSVNClientDelegateRef& delegate);
+    static HSVNClientRef clientWithDelegate(const HSVNClientDelegateRef& delegate = nullptr);
 
     /// The same for a delegate that nobody else keeps: the client keeps it alive until it is given another one.
     ///
@@ -37,7 +37,7 @@ class HSVN_EXPORT HSVNClient : public HSVNContext
     /// them. The user's own area is not read before, and what keeps it from being read keeps no client from being made.
     ///
     /// @param delegate  as `clientWithDelegate`
-    static HSVNClientRef clientForSettings(const HSVNClientDelegateRef& delegate);
+    static HSVNClientRef clientForSettings(const HSVNClientDelegateRef& delegate = nullptr);
 
     /// A client of the loader's default bundle (`initWithDelegate:`).
     explicit HSVNClient(const HSVNClientDelegateRef& delegate = nullptr);
@@ -63,6 +63,10 @@ class HSVN_EXPORT HSVNClient : public HSVNContext
     /// Changes who answers, at any time; may be nil. The delegate is not kept alive; once it is gone, whatever asks for
     /// a log message fails, while a client that was given none commits with an empty message.
     void setDelegate(const HSVNClientDelegateRef& delegate);
+    /// The same for a delegate that nobody else keeps; see `clientOwningDelegate`.
+    ///
+    /// @param delegate  not nil ("delegate != nil"); must not itself keep the client alive
+    void setOwnedDelegate(HSVNClientDelegateRef delegate);
 
     /// Reads the user's configuration area again, as after the application changed it. Options that were set in memory
     /// are gone then; when it fails, the client keeps the configuration it had.

@@ -6,30 +6,35 @@
 
 namespace {
 
-[[noreturn]] void failEncode() { throw HSVNInvalidArgumentException("An unarchiver does not encode"); }
-
-[[noreturn]] void failDecode() { throw HSVNInvalidArgumentException("An archiver does not decode"); }
+/// @param function  that a subclass would have to supply
+[[noreturn]] void failUnsupplied(const char* function)
+{
+    throw HSVNInvalidArgumentException(fmt::format("The coder does not supply {}", function));
+}
 
 } // namespace
 
 HSVNCoder::~HSVNCoder() = default;
 
-void HSVNCoder::encodeObject(const HSVNArchivableRef&, std::string_view) { failEncode(); }
-void HSVNCoder::encodeString(const std::optional<std::string>&, std::string_view) { failEncode(); }
-void HSVNCoder::encodeDate(const std::optional<HSVNDate>&, std::string_view) { failEncode(); }
-void HSVNCoder::encodeInteger(std::int64_t, std::string_view) { failEncode(); }
-void HSVNCoder::encodeUnsigned(std::uint64_t, std::string_view) { failEncode(); }
-void HSVNCoder::encodeBool(bool, std::string_view) { failEncode(); }
-void HSVNCoder::encodeException(const HSVNPlatformExceptionRef&, std::string_view) { failEncode(); }
+void HSVNCoder::encodeObject(const HSVNArchivableRef&, std::string_view) { failUnsupplied("encodeObject"); }
+void HSVNCoder::encodeString(const std::optional<std::string>&, std::string_view) { failUnsupplied("encodeString"); }
+void HSVNCoder::encodeDate(const std::optional<HSVNDate>&, std::string_view) { failUnsupplied("encodeDate"); }
+void HSVNCoder::encodeInteger(std::int64_t, std::string_view) { failUnsupplied("encodeInteger"); }
+void HSVNCoder::encodeUnsigned(std::uint64_t, std::string_view) { failUnsupplied("encodeUnsigned"); }
+void HSVNCoder::encodeBool(bool, std::string_view) { failUnsupplied("encodeBool"); }
+void HSVNCoder::encodeException(const HSVNPlatformExceptionRef&, std::string_view)
+{
+    failUnsupplied("encodeException");
+}
 
-bool HSVNCoder::containsValueForKey(std::string_view) const { failDecode(); }
-std::shared_ptr<HSVNArchivable> HSVNCoder::decodeAnyObject(std::string_view) { failDecode(); }
-std::optional<std::string> HSVNCoder::decodeString(std::string_view) { failDecode(); }
-std::optional<HSVNDate> HSVNCoder::decodeDate(std::string_view) { failDecode(); }
-std::int64_t HSVNCoder::decodeInteger(std::string_view) { failDecode(); }
-std::uint64_t HSVNCoder::decodeUnsigned(std::string_view) { failDecode(); }
-bool HSVNCoder::decodeBool(std::string_view) { failDecode(); }
-HSVNPlatformExceptionRef HSVNCoder::decodeException(std::string_view) { failDecode(); }
+bool HSVNCoder::containsValueForKey(std::string_view) const { failUnsupplied("containsValueForKey"); }
+std::shared_ptr<HSVNArchivable> HSVNCoder::decodeAnyObject(std::string_view) { failUnsupplied("decodeAnyObject"); }
+std::optional<std::string> HSVNCoder::decodeString(std::string_view) { failUnsupplied("decodeString"); }
+std::optional<HSVNDate> HSVNCoder::decodeDate(std::string_view) { failUnsupplied("decodeDate"); }
+std::int64_t HSVNCoder::decodeInteger(std::string_view) { failUnsupplied("decodeInteger"); }
+std::uint64_t HSVNCoder::decodeUnsigned(std::string_view) { failUnsupplied("decodeUnsigned"); }
+bool HSVNCoder::decodeBool(std::string_view) { failUnsupplied("decodeBool"); }
+HSVNPlatformExceptionRef HSVNCoder::decodeException(std::string_view) { failUnsupplied("decodeException"); }
 
 std::int32_t HSVNCoder::decodeInt32(std::string_view key)
 {

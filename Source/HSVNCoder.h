@@ -15,8 +15,10 @@ class HSVNCoder;
 
 /// An object that a keyed archive can store.
 ///
-/// A class that implements it has a constructor `explicit Class(HSVNCoder* decoder)` and a line in the table of
-/// archivable classes (HSVNArchivableClasses.cpp).
+/// A class that implements it has a constructor `explicit Class(HSVNCoder* decoder)`. The library's archives hold
+/// objects of the library's classes. An application's own object writes its fields into a `HSVNKeyedArchiver` by
+/// `encodeWithCoder` and is made again with a `HSVNKeyedUnarchiver`; within another object, or as the root, it is
+/// refused.
 class HSVN_EXPORT HSVNArchivable : public HSVNObject
 {
   public:
@@ -40,7 +42,8 @@ using HSVNArchivableRef = std::shared_ptr<const HSVNArchivable>;
 ///
 /// The decode functions throw `HSVNInvalidArgumentException` naming the key when the stored value has another type or
 /// does not fit; a missing key decodes as nil, 0 or false unless the function says otherwise. A coder supplies the
-/// functions of its direction; those of the other throw `HSVNInvalidArgumentException`.
+/// functions of its direction, one that decodes `containsValueForKey`, too; the others throw
+/// `HSVNInvalidArgumentException`, which names the function.
 class HSVN_EXPORT HSVNCoder
 {
   public:

@@ -19,7 +19,8 @@ HSVNComparison::~HSVNComparison() = default;
 HSVNComparison::HSVNComparison(HSVNComparison&& other) noexcept = default;
 HSVNComparison& HSVNComparison::operator=(HSVNComparison&& other) noexcept = default;
 
-const std::vector<HSVNDiffSection>& HSVNComparison::sections() const { return _parts->sections; }
+const std::vector<HSVNDiffSection>& HSVNComparison::sections() const& { return _parts->sections; }
+std::vector<HSVNDiffSection> HSVNComparison::sections() && { return std::move(_parts->sections); }
 
 bool HSVNComparison::hasDifferences() const
 {

@@ -14,10 +14,9 @@
 /// How the lines of a text end. A plain value.
 struct HSVN_EXPORT HSVNLineEnds
 {
-    // How many lines end so.
-    std::int64_t lf = 0;
-    std::int64_t crlf = 0;
-    std::int64_t cr = 0;
+    std::int64_t lf = 0;         ///< how many lines end with LF
+    std::int64_t crlf = 0;       ///< with CR LF
+    std::int64_t cr = 0;         ///< with CR alone
     bool lastLineIsOpen = false; ///< whether the last line has no end
 
     /// Whether there is more than one kind.
@@ -40,11 +39,15 @@ class HSVN_EXPORT HSVNComparison
 {
   public:
     ~HSVNComparison();
+    /// Takes over what another comparison found; that one is not to be used any more.
     HSVNComparison(HSVNComparison&& other) noexcept;
+    /// The same.
     HSVNComparison& operator=(HSVNComparison&& other) noexcept;
 
     /// All sections in order; none of texts without a line.
-    const std::vector<HSVNDiffSection>& sections() const;
+    const std::vector<HSVNDiffSection>& sections() const&;
+    /// The same of a comparison that ends with the statement.
+    std::vector<HSVNDiffSection> sections() &&;
     /// Whether any section is other than common.
     bool hasDifferences() const;
 
@@ -63,6 +66,7 @@ class HSVN_EXPORT HSVNComparison
     /// How the lines of a text end. The first call for a side reads it once, as does the first call for lines.
     const HSVNLineEnds& lineEnds(HSVNDiffSide side) const;
 
+    /// What a comparison consists of; the library's own.
     struct Parts;
 
   protected:

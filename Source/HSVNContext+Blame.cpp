@@ -1,5 +1,6 @@
 #include "HSVNBlamedLine.h"
 #include "HSVNContext.h"
+#include "Internal/Browsing.h"
 #include "Internal/ExtensionCall.h"
 #include "Internal/RevisionNumber.h"
 #include "Internal/Text.h"
@@ -33,7 +34,7 @@ svn_error_t* receiveLine(void* baton, apr_int64_t number, svn_revnum_t revision,
     return reading.handOver([&] {
         HSVNBlamedLine line;
         line.number = number;
-        line.text = {text->data, text->len};
+        line.text.assign(text->data, text->len);
         line.change = changeOf(reading.operation, revision, properties);
         line.isLocalChange = isLocal;
         line.mergedChange = changeOf(reading.operation, mergedRevision, mergedProperties);
@@ -48,7 +49,7 @@ svn_error_t* receiveLine(void* baton, apr_int64_t number, svn_revnum_t revision,
 void HSVNContext::blame(const HSVNTargetInRevision& target, const std::pair<HSVNRevisionRef, HSVNRevisionRef>& range,
                         const HSVNBlameChoices& choices, const HSVNReceiver<const HSVNBlamedLine&>& receiver)
 {
-    HSVNAssertParameter(range.first != nullptr && range.second != nullptr, "revision != nil");
+    HSVNAssertParameter((range.first == nullptr) == (range.second == nullptr), "revision != nil");
     HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNOperation operation{
         *this,
@@ -57,12 +58,20 @@ void HSVNContext::blame(const HSVNTargetInRevision& target, const std::pair<HSVN
     const auto function = operation.extension(&HSVNReadingFunctions::client_blame);
     operation.refuse(choices.mergedRevisions && !operation.isAtLeast(HSVNVersion::version1_5()), "mergedRevisions");
     const auto peg = target.revision->pegRevision()->SVNRevision();
-    const auto start = range.first->SVNRevision();
-    const auto end = range.second->SVNRevision();
+    const auto start = (range.first ? range.first : HSVNRevision::revisionWithNumber(1))->SVNRevision();
+    const auto end = range.second ? range.second->SVNRevision()
+                                  : HSVNRevisionOfTarget(target.target, *target.revision->keyRevision());
     Reading reading{{operation, receiver}};
     operation.check(function(&reading.first, &reading.last, operation.cString(target.target.text()), &peg, &start, &end,
                              HSVNTextArray(operation, choices.arguments), choices.ignoreContentType,
                              choices.mergedRevisions, receiveLine, &reading, operation.ctx(), operation.pool()));
+}
+
+std::vector<HSVNBlamedLine> HSVNContext::blame(const HSVNTargetInRevision& target,
+                                               const std::pair<HSVNRevisionRef, HSVNRevisionRef>& range,
+                                               const HSVNBlameChoices& choices)
+{
+    return HSVNCollected<HSVNBlamedLine>([&](const auto& receiver) { blame(target, range, choices, receiver); });
 }
 
 void HSVNContext::checkBlameArguments(const std::vector<std::string>& arguments)

@@ -31,11 +31,11 @@ void refuseForOlderLines(const HSVNOperation& operation, const HSVNRevisionSpec&
 HSVNRevisionNumber HSVNContext::switchTo(const HSVNTarget& path, const HSVNTarget& url,
                                          const HSVNRevisionArgument& revision, const HSVNSwitchChoices& choices)
 {
-    HSVNAssertParameter(revision.spec() != nullptr, "revision != nil");
-    HSVNOperation operation{
-        *this, "switchTo", {{"path", path.text()}, {"url", url.text()}, {"revision", revision.spec()}}};
-    refuseForOlderLines(operation, *revision.spec(), choices);
-    const HSVNRevisionRecords revisions{*revision.spec()};
+    const auto spec = HSVNSpecOrHead(revision.spec());
+    HSVNAssertParameter(spec != nullptr, "revision != nil");
+    HSVNOperation operation{*this, "switchTo", {{"path", path.text()}, {"url", url.text()}, {"revision", spec}}};
+    refuseForOlderLines(operation, *spec, choices);
+    const HSVNRevisionRecords revisions{*spec};
     const HSVNConflictChoosing choosing{operation, choices.chooser};
     const HSVNUpdateFunctions::Updating record{.depth = HSVNDepthForSubversion(choices.depth),
                                                .depthIsSticky = choices.depthIsSticky,

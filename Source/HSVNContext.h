@@ -59,18 +59,20 @@ struct HSVNPatchedItem;
 struct HSVNPropertyValues;
 using HSVNTreeDiffRef = std::shared_ptr<const HSVNTreeDiff>;
 
-/// Names in Subversion's run-time configuration.
-inline constexpr const char* HSVNConfigCategoryConfig = "config";
-inline constexpr const char* HSVNConfigCategoryServers = "servers";
-inline constexpr const char* HSVNConfigSectionGroups = "groups";
-inline constexpr const char* HSVNConfigSectionGlobal = "global";
-inline constexpr const char* HSVNConfigSectionAuth = "auth";
-inline constexpr const char* HSVNConfigSectionGeneral = "general";
-inline constexpr const char* HSVNConfigSectionHelpers = "helpers";
-inline constexpr const char* HSVNConfigSectionMiscellany = "miscellany";
-inline constexpr const char* HSVNConfigSectionTunnels = "tunnels";
-inline constexpr const char* HSVNConfigSectionAutoProps = "auto-props";
-inline constexpr const char* HSVNConfigOptionGlobalIgnores = "global-ignores";
+// Names in Subversion's run-time configuration: of its categories, which are files, of their sections, and of an
+// option.
+
+inline constexpr const char* HSVNConfigCategoryConfig = "config";   ///< the file "config"
+inline constexpr const char* HSVNConfigCategoryServers = "servers"; ///< the file "servers"
+inline constexpr const char* HSVNConfigSectionGroups = "groups";    ///< of "servers": groups of hosts
+inline constexpr const char* HSVNConfigSectionGlobal = "global";    ///< of "servers": what holds for all hosts
+inline constexpr const char* HSVNConfigSectionAuth = "auth";        ///< of "config": what of credentials is stored
+inline constexpr const char* HSVNConfigSectionGeneral = "general";  ///< of a repository's "svnserve.conf"
+inline constexpr const char* HSVNConfigSectionHelpers = "helpers";  ///< of "config": editor, diff and merge programs
+inline constexpr const char* HSVNConfigSectionMiscellany = "miscellany"; ///< of "config": ignore patterns and others
+inline constexpr const char* HSVNConfigSectionTunnels = "tunnels";       ///< of "config": programs for svn+NAME
+inline constexpr const char* HSVNConfigSectionAutoProps = "auto-props";  ///< of "config": properties of new files
+inline constexpr const char* HSVNConfigOptionGlobalIgnores = "global-ignores"; ///< of the miscellany
 
 /// Binds one version bundle to one Subversion client context and the pool that owns it.
 ///
@@ -296,7 +298,8 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     ///
     /// @param url       of the directory
     /// @param path      the working copy's place; made when it is missing
-    /// @param revision  not nil ("revision != nil"), the operative one HEAD, a number or a date
+    /// @param revision  not nil ("revision != nil"), the operative one HEAD, a number or a date; unspecified is the peg
+    ///                  revision, or HEAD without one
     /// @return the revision checked out
     ///
     /// Sends HSVNNotifyActionCheckOutStarted and its like. Stands for svn_client_checkout3 (svn_client_checkout2).
@@ -307,7 +310,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     ///
     /// @param path      the item
     /// @param url       the place
-    /// @param revision  not nil ("revision != nil"), the operative one HEAD, a number or a date
+    /// @param revision  as for `checkout`
     /// @return the revision that the item is at
     /// Stands for svn_client_switch3, on lines before 1.7 for svn_client_switch2, which compares no ancestry, on 1.4
     /// for svn_client_switch.
@@ -543,12 +546,20 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// Tells for each line of a file which revision changed it last, or, in a range that runs backwards, next.
     ///
     /// @param target    a local path or a URL, and by its peg revision where it is looked up
-    /// @param range     how far to look back, and the revision whose lines are told; not nil ("revision != nil")
+    /// @param range     how far to look back, and the revision whose lines are told; both nil means back to the first
+    ///                  revision, from the target's operative one, else its peg, else HEAD of a URL and what the
+    ///                  working copy holds of a local path; not one of them nil ("revision != nil")
     /// @param receiver  called for each line, in order; not nil ("receiver != nil")
+    /// @throws HSVNException for a directory, and for a binary type (`HSVNStatusCode::ClientIsBinaryFile`) unless the
+    ///         choices let it pass
     /// Stands for svn_client_blame6 (svn_client_blame5, svn_client_blame4 before 1.7, svn_client_blame3, which does not
     /// follow merges, before 1.5).
     void blame(const HSVNTargetInRevision& target, const std::pair<HSVNRevisionRef, HSVNRevisionRef>& range,
                const HSVNBlameChoices& choices, const HSVNReceiver<const HSVNBlamedLine&>& receiver);
+    /// The same, all lines at once.
+    std::vector<HSVNBlamedLine> blame(const HSVNTargetInRevision& target,
+                                      const std::pair<HSVNRevisionRef, HSVNRevisionRef>& range = {},
+                                      const HSVNBlameChoices& choices = {});
     /// Refuses arguments of `HSVNBlameChoices` that Subversion's own comparison of lines does not know.
     ///
     /// @throws HSVNException naming the argument
@@ -581,6 +592,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// The same two as one text; what an external program writes to its standard error goes to the process's.
     std::string diff(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
                      const HSVNDiffChoices& choices = {});
+    /// The same of one item in two revisions.
     std::string diff(const HSVNTargetInRevision& target, const std::pair<HSVNRevisionRef, HSVNRevisionRef>& revisions,
                      const HSVNDiffChoices& choices = {});
     /// The same differences as `diff` writes, as objects: each item with what was done to it, its properties and its
@@ -609,6 +621,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// The same two, all items at once.
     std::vector<HSVNDifference> diffSummary(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
                                             const HSVNDiffChoices& choices = {});
+    /// The same of one item in two revisions.
     std::vector<HSVNDifference> diffSummary(const HSVNTargetInRevision& target,
                                             const std::pair<HSVNRevisionRef, HSVNRevisionRef>& revisions,
                                             const HSVNDiffChoices& choices = {});

@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 /// Versioned properties by name, with accessors for the standard ones. A value is a text, or bytes as they are stored.
@@ -23,7 +24,9 @@ class HSVN_EXPORT HSVNProperties
     explicit HSVNProperties(Map values);
 
     /// All properties.
-    const Map& values() const { return _values; }
+    const Map& values() const& { return _values; }
+    /// The same of an object that ends with the statement, as what an operation has just answered.
+    Map values() && { return std::move(_values); }
     /// How many properties there are.
     std::size_t size() const { return _values.size(); }
     /// Whether there is none.

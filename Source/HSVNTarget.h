@@ -129,9 +129,9 @@ struct HSVN_EXPORT HSVNTargetInRevision
 class HSVN_EXPORT HSVNRevisionArgument
 {
   public:
-    /// Nil, which no verb takes.
-    HSVNRevisionArgument() = default;
-    /// The same, where nil is written out.
+    /// Written as "{}": unspecified, what the verb takes where no revision is given.
+    HSVNRevisionArgument() : _spec{HSVNRevisionSpec::UNSPECIFIED()} {}
+    /// Nil, which no verb takes ("revision != nil"), written out or as one of the pointers below.
     HSVNRevisionArgument(std::nullptr_t /*none*/) {} // NOLINT(google-explicit-constructor)
     template <std::derived_from<HSVNRevisionSpec> Spec>
     HSVNRevisionArgument(const std::shared_ptr<Spec>& spec) // NOLINT(google-explicit-constructor)

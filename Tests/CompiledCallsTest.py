@@ -92,6 +92,9 @@ void calls(HSVNContext& context, const HSVNContextRef& shared, const HSVNURLRef&
     context.list(url, HSVNRevision::revisionWithNumber(1), {.depth = HSVNDepthInfinity});
     context.contents(text, std::make_shared<HSVNMutableRevisionSpec>(HSVNRevision::BASE()));
     context.info(url, {}, {});
+    for (const auto& line : context.blame(url)) { std::cout << line.text; }
+    context.blame({url, HSVNRevision::revisionWithNumber(5)}, {}, {}, [](const HSVNBlamedLine&) {});
+    context.diff(file, range, {.gitFormat = true, .relativeTo = file});
     HSVNNode::setIgnoredFilenames({"*.o", "built"}, paths.back(), shared);
     HSVNNode::readLogForNodeAtPath(url, std::make_shared<HSVNLogDelegate>(), HSVNLogOptions::defaults(), shared);
     std::string diff = context.diff(text, {range.first, range.second}) + context.diff("a", "b", {.gitFormat = true});

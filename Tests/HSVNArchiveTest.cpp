@@ -197,6 +197,9 @@ TEST(Archive, AsksForNoFurtherKeysWhereNothingIsThere)
     EXPECT_EQ(keysOf(HSVNFile{}), "name path location url size revision date author lock hasProperties status");
     EXPECT_THAT(keysOf(HSVNStatus{}), testing::EndsWith(" checksum repositoryLock"));
     EXPECT_THAT(keysOf(*sampleNotification()), HasSubstr(" mimeType changelistName mergeStart mergeEnd hunk"));
+    KeyRecorder recorder;
+    EXPECT_THAT([&] { HSVNURL{&recorder}; }, testing::ThrowsMessage<HSVNInvalidArgumentException>(
+                                                 testing::StrEq("The coder does not supply decodeString")));
 }
 
 TEST(Archive, RestoresANotificationFieldByField)

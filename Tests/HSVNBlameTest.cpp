@@ -26,6 +26,13 @@ TEST(Blame, EachLineComesWithTheRevisionThatChangedIt)
     };
     HSVNContext{}.blame(repository.url("file"), wholeRange, {}, receive);
     EXPECT_EQ(lines, (std::vector<std::string>{"1 old", std::string{"2 n\0w", 5}}));
+    HSVNContext context;
+    const auto all = context.blame(repository.url("file"));
+    ASSERT_EQ(all.size(), 2U);
+    EXPECT_EQ(all[1].text, (std::string{"n\0w", 3}));
+    EXPECT_EQ(all[1].change->revision, 2);
+    const auto former = context.blame({repository.url("file"), HSVNRevision::revisionWithNumber(1)});
+    EXPECT_EQ(former.at(1).text, "older") << "as it was in the revision of the target";
 }
 
 TEST(Blame, AReceiverStopsItByAnExceptionOrByFalse)

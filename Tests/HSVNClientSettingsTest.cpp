@@ -69,6 +69,8 @@ TEST_F(ClientSettings, AnOwnedDelegateAnswersAndItsAnswersAreStoredInTheGivenAre
     EXPECT_TRUE(hasStored());
     client->setDelegate(client->delegate());
     EXPECT_TRUE(client->delegate());
+    client->setOwnedDelegate(std::make_shared<HSVNClientDelegateOf<Answering>>(application));
+    EXPECT_TRUE(client->delegate());
     client->setDelegate(nullptr);
     EXPECT_EQ(application.use_count(), 1) << "let go of once there is another delegate, or none";
 }

@@ -178,7 +178,11 @@ TEST_P(UpdatingVerbs, AnswerTheRevisionOfTheItem)
     change();
     EXPECT_THAT(client->update({item("dir"), item("b.txt")}, HSVNRevision::revisionWithNumber(2)), ElementsAre(2, 2));
     EXPECT_EQ(client->checkout(repository.url("trunk"), repository.beside("other")), 3);
+    EXPECT_EQ(client->checkout(repository.url("trunk"), repository.beside("peg"),
+                               HSVNRevisionSpec::pegRevisionWithNumber(2), {.depth = HSVNDepthFiles}),
+              2);
     if (!isOlderLine()) {
+        EXPECT_EQ(client->switchTo(repository.beside("peg"), repository.url("trunk"), {}), 3);
         EXPECT_THAT(client->update({item("dir"), repository.beside("nowhere")}), ElementsAre(3, HSVNInvalidRevision));
         EXPECT_EQ(client->switchTo(repository.beside("other"), repository.url("trunk/dir"), HSVNRevisionSpec::HEAD(),
                                    {.ignoreAncestry = true}),

@@ -53,7 +53,8 @@ TEST_P(ReadingVerbs, TakeTargetsAndRevisionsAsApplicationsHaveThem)
     EXPECT_EQ(_client->contents(std::string_view{item("a.txt")}, HSVNRevision::BASE()), expected);
     EXPECT_EQ(_client->contents(url, HSVNRevision::revisionWithNumber(1)), expected);
     EXPECT_THROW(_client->contents(url, HSVNRevision::revisionWithNumber(0)), HSVNException);
-    for (const HSVNRevisionArgument& nil : {HSVNRevisionArgument{}, HSVNRevisionArgument{HSVNRevisionRef{}}}) {
+    EXPECT_EQ(_client->contents(file, {}, {}), expected);
+    for (const HSVNRevisionArgument& nil : {HSVNRevisionArgument{nullptr}, HSVNRevisionArgument{HSVNRevisionRef{}}}) {
         EXPECT_EQ(reasonOf([&] { _client->contents(url, nil); }), "Invalid parameter not satisfying: revision != nil");
     }
     EXPECT_EQ(HSVNTargets(std::set<std::filesystem::path>{file, "~", ""}).texts(),

@@ -17,6 +17,17 @@ struct HSVNRevisionRecords
     svn_opt_revision_t operative;
 };
 
+/// A specification in which an unspecified state is that of the peg revision, or of HEAD without one.
+inline HSVNRevisionSpecRef HSVNSpecOrHead(const HSVNRevisionSpecRef& revision)
+{
+    const auto isUnspecified = [](const HSVNRevisionRef& side) { return side->isEqual(HSVNRevision::UNSPECIFIED()); };
+    if (!revision || !isUnspecified(revision->operativeRevision())) {
+        return revision;
+    }
+    const auto& peg = revision->pegRevision();
+    return HSVNRevisionSpec::revisionWithRevision(isUnspecified(peg) ? HSVNRevision::HEAD() : peg, peg);
+}
+
 /// The record of a target's revision: without any, HEAD of a URL and what the working copy holds of a local path.
 inline svn_opt_revision_t HSVNRevisionOfTarget(const HSVNTarget& target, const HSVNRevision& revision)
 {
