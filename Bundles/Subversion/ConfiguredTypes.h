@@ -18,7 +18,8 @@ svn_error_t* readConfiguredTypes(apr_hash_t** types, const svn_client_ctx_t* ctx
 /// What items of the disk are added by: Subversion gives them the types of the file that the configuration names, but
 /// leaves it to programs to read it. Types that the context has go before these; lines before 1.5 know no such file.
 template <class Operation>
-svn_error_t* withConfiguredTypes(svn_client_ctx_t* ctx, [[maybe_unused]] apr_pool_t* pool, const Operation& operation)
+svn_error_t* withConfiguredTypes([[maybe_unused]] svn_client_ctx_t* ctx, [[maybe_unused]] apr_pool_t* pool,
+                                 const Operation& operation)
 {
 #if HSVN_LINE_MINOR >= 5
     apr_hash_t* types = ctx->mimetypes_map;
