@@ -17,7 +17,7 @@ struct Patching
     int strip;
 };
 
-/// Subversion writes what it rejects, and what matches, through a link above, which a patch may name.
+/// Subversion writes what it rejects, and what matches, through a link in the place of a versioned directory.
 svn_error_t* refuseLinked(void* baton, svn_boolean_t* isFiltered, const char* name, const char* /*patched*/,
                           const char* /*rejected*/, apr_pool_t* pool)
 {
@@ -27,7 +27,8 @@ svn_error_t* refuseLinked(void* baton, svn_boolean_t* isFiltered, const char* na
         const char* const slash = std::strchr(name, '/');
         name = slash == nullptr ? nullptr : slash + 1;
     }
-    return name == nullptr ? SVN_NO_ERROR : refuseBelowAnyLink(svn_dirent_join(patching.directory, name, pool), pool);
+    return name == nullptr ? SVN_NO_ERROR
+                           : refuseBelowDirectoryLink(svn_dirent_join(patching.directory, name, pool), pool);
 }
 
 svn_error_t* patch(const char* file, const char* directory, svn_boolean_t dryRun, int strip, svn_boolean_t reverse,
