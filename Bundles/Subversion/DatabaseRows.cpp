@@ -141,7 +141,7 @@ bool isMalformedSkeleton(sqlite3_stmt* statement, int column, const void* blob)
     const auto name = nameOf(statement, column);
     const auto size = static_cast<std::size_t>(sqlite3_column_bytes(statement, column));
     const std::string_view skeleton{static_cast<const char*>(blob), blob == nullptr ? 0 : size};
-    return (name == "conflict_data" && !HSVNAdapter::isConflict(skeleton, rootOf(statement))) ||
+    return (name == "conflict_data" && !HSVNAdapter::isConflict(skeleton)) ||
            (name == "work" && !HSVNAdapter::isPieceOfWork(skeleton, rootOf(statement)));
 }
 

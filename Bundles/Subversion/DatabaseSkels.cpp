@@ -81,12 +81,9 @@ bool isLink(const std::string& path)
     return ::lstat(path.c_str(), &attributes) == 0 && S_ISLNK(attributes.st_mode);
 }
 
-/// Whether what is done at a path is done in the working copy: it leads neither upwards nor through a link.
+/// Whether what is written at a relative path is written in the working copy: it leads through no link.
 bool isInside(std::string_view path, const std::string& root)
 {
-    if (!isRelativePath(path)) {
-        return false;
-    }
     for (auto slash = path.find('/'); slash != std::string_view::npos; slash = path.find('/', slash + 1)) {
         if (isLink(root + '/' + std::string{path.substr(0, slash)})) {
             return false;
@@ -95,10 +92,7 @@ bool isInside(std::string_view path, const std::string& root)
     return true;
 }
 
-bool isPathOrList(const svn_skel_t* skeleton, const std::string& root)
-{
-    return isList(skeleton) || isInside(textOf(skeleton), root);
-}
+bool isPathOrList(const svn_skel_t* skeleton) { return isList(skeleton) || isRelativePath(textOf(skeleton)); }
 
 /// Where in a repository a side of a conflict comes from.
 bool isOrigin(const svn_skel_t* origin)
@@ -118,12 +112,11 @@ bool isOrigin(const svn_skel_t* origin)
 }
 
 /// What a conflict has of one kind: its name, its marker files, and what belongs to the kind.
-bool isKindOfConflict(const svn_skel_t* conflict, const std::string& root)
+bool isKindOfConflict(const svn_skel_t* conflict)
 {
     const auto* const name = member(conflict, 0);
     const auto* const markers = member(conflict, 1);
-    const auto isSound = [&](const auto* path) { return isPathOrList(path, root); };
-    if (!isAtom(name) || !isList(markers) || !allFrom(markers->children, isSound)) {
+    if (!isAtom(name) || !isList(markers) || !allFrom(markers->children, isPathOrList)) {
         return false;
     }
     const auto kind = textOf(name);
@@ -136,13 +129,14 @@ bool isKindOfConflict(const svn_skel_t* conflict, const std::string& root)
     }
     return kind != "tree" ||
            (isAtom(member(conflict, 2)) && isAtom(member(conflict, 3)) &&
-            allFrom(member(conflict, 4), [&](const auto* path) { return isAtom(path) && isSound(path); }));
+            allFrom(member(conflict, 4), [](const auto* path) { return isAtom(path) && isPathOrList(path); }));
 }
 
 struct KindOfWork
 {
     std::string_view name;
     std::size_t arguments; // that are always there
+    bool writes = true;    // files, which it must not below links
 };
 
 constexpr std::array<KindOfWork, 11> kindsOfWork{{{"base-remove", 2},
@@ -151,11 +145,11 @@ constexpr std::array<KindOfWork, 11> kindsOfWork{{{"base-remove", 2},
                                                   {"file-remove", 1},
                                                   {"file-move", 2},
                                                   {"file-translate", 3},
-                                                  {"sync-file-flags", 1},
+                                                  {"sync-file-flags", 1, false},
                                                   {"prej-install", 1},
                                                   {"dir-remove", 1},
                                                   {"dir-install", 1},
-                                                  {"record-fileinfo", 1}}};
+                                                  {"record-fileinfo", 1, false}}};
 
 } // namespace
 
@@ -192,14 +186,13 @@ bool isNestedTooDeeply(std::string_view skeleton)
     return depth > deepest;
 }
 
-bool isConflict(std::string_view skeleton, const std::string& root)
+bool isConflict(std::string_view skeleton)
 {
     const Skeleton conflict{skeleton};
     const auto* const reason = member(conflict.top(), 0);
     const auto* const kinds = member(conflict.top(), 1);
     const auto* const origins = member(reason, 1);
-    return isList(reason) && isList(kinds) &&
-           allFrom(kinds->children, [&](const auto* kind) { return isKindOfConflict(kind, root); }) &&
+    return isList(reason) && isList(kinds) && allFrom(kinds->children, isKindOfConflict) &&
            (reason->children == nullptr ||
             (isAtom(reason->children) && isList(origins) && allFrom(origins->children, isOrigin)));
 }
@@ -212,9 +205,12 @@ bool isPieceOfWork(std::string_view skeleton, const std::string& root)
         return false;
     }
     const auto* const kind = std::ranges::find(kindsOfWork, textOf(name), &KindOfWork::name);
+    const auto isSound = [&](const auto* path) {
+        return isPathOrList(path) && (isList(path) || !kind->writes || isInside(textOf(path), root));
+    };
     return kind == kindsOfWork.end() ||
            (isAtom(member(work.top(), 1)) && member(work.top(), kind->arguments) != nullptr &&
-            allFrom(member(work.top(), 1), [&](const auto* path) { return isPathOrList(path, root); }));
+            allFrom(member(work.top(), 1), isSound));
 }
 
 } // namespace HSVNAdapter
