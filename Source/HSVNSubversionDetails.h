@@ -14,7 +14,8 @@ struct HSVNLinkedLibrary
     std::optional<std::string> runtimeVersion{}; ///< that is in use; nil for a library linked statically
 };
 
-/// What a loaded Subversion says of itself. All texts are UTF-8.
+/// What a loaded Subversion says of itself. All texts are UTF-8. Lines before 1.8 tell their version and how they reach
+/// repositories; the rest is empty.
 struct HSVNSubversionDetails
 {
     std::string version{};                            ///< such as "1.14.2 (r1899510)"
@@ -36,7 +37,6 @@ struct HSVNSubversionDetails
 /// @param configurationFolder  the configuration area, UTF-8; nil means the user's own
 /// @param withSystem           whether the system is asked about too, which takes longer
 /// @param context              not nil ("context != nil")
-/// @throws HSVNUnsupportedFeatureException for lines before 1.8
-/// Stands for svn_version_extended and svn_ra_print_modules.
+/// Stands for svn_version_extended, on lines before 1.8 for svn_subr_version, and for svn_ra_print_modules.
 HSVN_EXPORT HSVNSubversionDetails HSVNReadSubversionDetails(const std::optional<std::string>& configurationFolder,
                                                             bool withSystem, const HSVNContextRef& context);

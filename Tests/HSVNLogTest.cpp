@@ -20,6 +20,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <thread>
+#include <tuple>
 
 using testing::ElementsAre;
 using testing::IsEmpty;
@@ -411,6 +412,32 @@ TEST(LogVerb, NamesChoicesThatALineDoesNotHave)
         EXPECT_EQ(reasonOf<HSVNUnsupportedFeatureException>(
                       [&, &choices = choices] { client->log("file:///none", choices); }),
                   "[HSVNContext log]: '" + choice + "' is not offered by the bundle of Subversion 1.5");
+    }
+}
+
+TEST(LogVerb, CompletesTheRangeForLinesThatDoNot)
+{
+    static std::vector<svn_opt_revision_kind> kinds;
+    const auto bundle = std::make_shared<AlteredBundle>([](HSVNBundleEntryPoints& table) {
+        table.client_log3 = [](const apr_array_header_t*, const svn_opt_revision_t*, const svn_opt_revision_t* start,
+                               const svn_opt_revision_t* end, int, svn_boolean_t, svn_boolean_t,
+                               svn_log_message_receiver_t, void*, svn_client_ctx_t*, apr_pool_t*) -> svn_error_t* {
+            kinds = {start->kind, end->kind};
+            return SVN_NO_ERROR;
+        };
+    });
+    const auto client = std::make_shared<HSVNClient>(bundle, nullptr);
+    client->setBundleVersion(HSVNVersion{1, 5});
+    const auto none = HSVNRevision::UNSPECIFIED();
+    const auto third = HSVNRevision::revisionWithNumber(3);
+    const auto number = svn_opt_revision_number;
+    using Case = std::tuple<const char*, HSVNRevisionRef, HSVNRevisionRef, svn_opt_revision_kind>;
+    for (const auto& [target, peg, start, expected] :
+         {Case{"file:///r", none, none, svn_opt_revision_head}, Case{"/wc", none, none, svn_opt_revision_base},
+          Case{"/wc", third, none, number}, Case{"/wc", none, third, number}})
+    {
+        client->log(target, {.pegRevision = peg, .ranges = {{start, none}}});
+        EXPECT_THAT(kinds, ElementsAre(expected, number));
     }
 }
 

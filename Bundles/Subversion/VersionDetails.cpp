@@ -1,7 +1,10 @@
 #include "ExtensionTable.h"
 
-#if HSVN_LINE_MINOR >= 8
+#include <svn_ra.h>
+#include <svn_string.h>
+#include <svn_version.h>
 
+#if HSVN_LINE_MINOR >= 8
 #include <dlfcn.h>
 #include <filesystem>
 #include <string>
@@ -9,9 +12,7 @@
 #include <svn_auth.h>
 #include <svn_config.h>
 #include <svn_dirent_uri.h>
-#include <svn_ra.h>
-#include <svn_string.h>
-#include <svn_version.h>
+#endif
 
 namespace HSVNAdapter {
 namespace {
@@ -26,6 +27,7 @@ const char* versionNumber(apr_pool_t* pool)
     return apr_psprintf(pool, "%d.%d.%d%s", loaded->major, loaded->minor, loaded->patch, loaded->tag);
 }
 
+#if HSVN_LINE_MINOR >= 8
 /// Whether Subversion's library for a keyring stands beside its others, under a name of the same form. It is not
 /// loaded: the libraries of whole desktops would come with it.
 bool hasKeyringLibrary(const std::string& name)
@@ -96,15 +98,24 @@ svn_error_t* versionDetails(HSVNLineFunctions::VersionDetails* details, const ch
                 linkedLibraries(version, pool)};
     return SVN_NO_ERROR;
 }
+#else
+/// These lines know their number and modules.
+svn_error_t* versionDetails(HSVNLineFunctions::VersionDetails* details, const char* /*configFolder*/,
+                            svn_boolean_t /*withSystem*/, apr_pool_t* pool)
+{
+    auto* const modules = svn_stringbuf_create("", pool);
+    SVN_ERR(svn_ra_print_modules(modules, pool));
+    *details = {};
+    details->number = versionNumber(pool);
+    details->accessModules = modules->data;
+    details->keyrings = apr_array_make(pool, 0, sizeof(const char*));
+    details->libraries = apr_array_make(pool, 0, sizeof(HSVNLineFunctions::LinkedLibrary));
+    return SVN_NO_ERROR;
+}
+#endif
 
 } // namespace
+
+void fillVersionDetails(HSVNLineFunctions& table) { table.version_details = versionDetails; }
+
 } // namespace HSVNAdapter
-
-#endif
-
-void HSVNAdapter::fillVersionDetails([[maybe_unused]] HSVNLineFunctions& table)
-{
-#if HSVN_LINE_MINOR >= 8
-    table.version_details = versionDetails;
-#endif
-}

@@ -662,7 +662,7 @@ struct HSVNLineFunctions
 
     std::uint32_t size = sizeof(HSVNLineFunctions);
 
-    /// svn_version_extended and svn_ra_print_modules, 1.8 and later; the folder null for the user's own
+    /// svn_version_extended or svn_subr_version, and svn_ra_print_modules; the folder null for the user's own
     svn_error_t* (*version_details)(VersionDetails* details, const char* configurationFolder, svn_boolean_t withSystem,
                                     apr_pool_t* pool);
     /// The code by which the older lines tell what an error means, whichever of its levels says it; 0 when the codes of

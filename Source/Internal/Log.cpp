@@ -148,6 +148,27 @@ std::vector<std::pair<HSVNRevisionRef, HSVNRevisionRef>> rangesOf(const HSVNLogC
     return choices.ranges;
 }
 
+bool isUnspecified(const HSVNRevisionRef& revision) { return revision->isEqual(HSVNRevision::UNSPECIFIED()); }
+
+/// Lines before 1.6 leave it to their clients to complete a range: it begins at the peg revision, else at HEAD of a URL
+/// and at BASE of a local item, and ends where it begins, or at 0 when nothing is said of it.
+HSVNLogChoices completed(HSVNLogChoices choices, const char* target)
+{
+    for (auto& [start, end] : choices.ranges) {
+        HSVNAssertParameter(start != nullptr && end != nullptr, "revision != nil");
+        if (isUnspecified(end)) {
+            end = isUnspecified(start) ? HSVNRevision::revisionWithNumber(0) : start;
+        }
+        if (isUnspecified(start)) {
+            const bool isPegGiven = choices.pegRevision && !isUnspecified(choices.pegRevision);
+            start = isPegGiven                             ? choices.pegRevision
+                    : HSVNTarget::verbatim(target).isURL() ? HSVNRevision::HEAD()
+                                                           : HSVNRevision::BASE();
+        }
+    }
+    return choices;
+}
+
 } // namespace
 
 HSVNLogItemRef HSVNLogItemOfEntry(const HSVNOperation& operation, const svn_log_entry_t& record, apr_pool_t* pool)
@@ -189,7 +210,8 @@ void HSVNLog(HSVNOperation& operation, const apr_array_header_t* targets, const 
     operation.refuse(choices.ranges.size() > 1, "ranges");
     operation.refuse(choices.mergedRevisions, "mergedRevisions");
     operation.refuse(namesOthers(choices), "properties");
-    HSVNLogMessages(operation, targets, choices, receiveMessage, &call);
+    HSVNLogMessages(operation, targets, completed(choices, APR_ARRAY_IDX(targets, 0, const char*)), receiveMessage,
+                    &call);
 }
 
 void HSVNLogMessages(HSVNOperation& operation, const apr_array_header_t* targets, const HSVNLogChoices& choices,

@@ -129,6 +129,8 @@ def main():
         root = os.path.realpath(root)
         program = package(os.path.join(root, "package"))
         theirs, ours = User(root, "theirs", "svn"), User(root, "ours", program)
+        version = ours.run("--version")
+        failures += 0 if version[0] == 0 and len(version[1]) > 4 else fail("--version", "what the line is", version)
         for first, words in COMMANDS:
             if LINE < first:
                 code, _, errors = ours.run(words)

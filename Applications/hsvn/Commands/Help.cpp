@@ -38,11 +38,14 @@ void printVersion(Session& session)
     const Options& options = session.options;
     const auto details =
         HSVNReadSubversionDetails(options.client.configurationDirectory, options.verbose, session.context());
-    std::string text = fmt::format("{}, version {}\n   compiled {}, {} on {}\n\n{}\n"
-                                   "The following repository access (RA) modules are available:\n\n{}\n"
-                                   "The following authentication credential caches are available:\n\n",
-                                   programName(), details.version, details.buildDate, details.buildTime,
-                                   details.buildHost, details.copyright, details.accessModules);
+    std::string text = fmt::format("{}, version {}\n", programName(), details.version);
+    if (!details.buildDate.empty()) {
+        text += fmt::format("   compiled {}, {} on {}\n\n{}", details.buildDate, details.buildTime, details.buildHost,
+                            details.copyright);
+    }
+    text += fmt::format("\nThe following repository access (RA) modules are available:\n\n{}\n"
+                        "The following authentication credential caches are available:\n\n",
+                        details.accessModules);
     if (details.configurationFolder) {
         text += fmt::format("* Plaintext cache in {}\n", *details.configurationFolder);
     }
