@@ -134,13 +134,6 @@ svn_error_t* refuse(const char* path, Test test, InTheWay which, apr_pool_t* poo
 
 } // namespace
 
-bool isBelowDirectoryLink(const char* path, apr_pool_t* pool)
-{
-    svn_error_t* const error = refuseBelowDirectoryLink(path, pool);
-    svn_error_clear(error);
-    return error != nullptr;
-}
-
 bool isBelowAnyLink(const char* path, apr_pool_t* pool)
 {
     svn_error_t* const error = refuseBelowAnyLink(path, pool);
@@ -175,8 +168,6 @@ svn_error_t* refuseTargetBelowDirectoryLink(const char* target, apr_pool_t* pool
 #else
 
 namespace HSVNAdapter {
-
-bool isBelowDirectoryLink(const char* /*path*/, apr_pool_t* /*pool*/) { return false; }
 
 bool isBelowAnyLink(const char* /*path*/, apr_pool_t* /*pool*/) { return false; }
 

@@ -4,19 +4,17 @@
 
 namespace HSVNAdapter {
 
-/// Whether a symbolic link above an absolute path, in its working copy, has the place of a versioned directory, or the
-/// path is recorded all the same: what is written at the path would be written wherever the link leads. A database that
-/// cannot be read does not say no. On lines before 1.9: never.
-bool isBelowDirectoryLink(const char* path, apr_pool_t* pool);
+// What is written below a link would be written wherever that leads. On lines before 1.9 nothing here refuses anything.
 
-/// Refuses to write at an absolute path below what else than a directory has a versioned directory's place there.
+/// Refuses to write at an absolute path in whose working copy something else than a directory has the place of a
+/// versioned one above it, or is above it though the path is recorded. A database that cannot be read does not say no.
 svn_error_t* refuseBelowObstruction(const char* path, apr_pool_t* pool);
 
 /// The same below links alone.
 svn_error_t* refuseBelowDirectoryLink(const char* path, apr_pool_t* pool);
 
-/// The same below any link in the path's working copy, whatever it has the place of: for paths that a database or a
-/// patch states, which no user has chosen.
+/// The same below any link in the path's working copy, whatever it has the place of: for paths that a database states,
+/// which no user has chosen.
 svn_error_t* refuseBelowAnyLink(const char* path, apr_pool_t* pool);
 /// Whether that is refused.
 bool isBelowAnyLink(const char* path, apr_pool_t* pool);
