@@ -5,8 +5,7 @@
 #include "Internal/PatchGuard.h"
 #include "Internal/PatchOutcomes.h"
 #include "Internal/PatchSource.h"
-
-#include <utility>
+#include "Internal/ScopedValue.h"
 
 namespace {
 
@@ -38,10 +37,8 @@ std::vector<HSVNPatchedItem> HSVNContext::patch(const HSVNTarget& file, const HS
         const bool leadsThroughLink = HSVNRequireHarmlessPatch(*patch->source, directory.text(), choices);
         path = operation.cString(patch->path);
         if (leadsThroughLink && !choices.dryRun) { // what would be refused amid it is refused before
-            const auto notify = std::exchange(operation.ctx()->notify_func2, nullptr);
-            svn_error_t* const error = apply(true);
-            operation.ctx()->notify_func2 = notify;
-            operation.check(error);
+            const HSVNScopedValue unheard{operation.ctx()->notify_func2, nullptr};
+            operation.check(apply(true));
         }
     }
     HSVNPatchOutcomes outcomes{operation};

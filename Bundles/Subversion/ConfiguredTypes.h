@@ -1,9 +1,9 @@
 #pragma once
 
+#include "Internal/ScopedValue.h"
 #include "SubversionLine.h"
 
 #include <svn_client.h>
-#include <utility>
 
 namespace HSVNAdapter {
 
@@ -26,10 +26,8 @@ svn_error_t* withConfiguredTypes([[maybe_unused]] svn_client_ctx_t* ctx, [[maybe
     if (types == nullptr) {
         SVN_ERR(readConfiguredTypes(&types, ctx, pool));
     }
-    apr_hash_t* const former = std::exchange(ctx->mimetypes_map, types);
-    svn_error_t* const error = operation();
-    ctx->mimetypes_map = former;
-    return error;
+    const HSVNScopedValue typesOfAll{ctx->mimetypes_map, types};
+    return operation();
 #else
     return operation();
 #endif

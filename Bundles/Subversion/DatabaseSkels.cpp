@@ -1,5 +1,6 @@
 #include "DatabaseSkels.h"
 
+#include "ItemsOnDisk.h"
 #include "RelativePaths.h"
 #include "StandIns.h"
 
@@ -7,7 +8,6 @@
 
 #include <algorithm>
 #include <array>
-#include <sys/stat.h>
 
 /// An atom or a list of them. Subversion's own, but in no header of the installed.
 struct svn_skel_t // NOLINT(readability-identifier-naming)
@@ -40,6 +40,7 @@ class Skeleton
 
     /// Null when there is none.
     const svn_skel_t* top() const { return _top; }
+    apr_pool_t* pool() const { return _pool; }
 
   private:
     apr_pool_t* _pool;
@@ -73,19 +74,11 @@ bool allFrom(const svn_skel_t* first, Condition condition)
     return true;
 }
 
-bool isLink(const std::string& path)
-{
-    struct stat attributes
-    {
-    };
-    return ::lstat(path.c_str(), &attributes) == 0 && S_ISLNK(attributes.st_mode);
-}
-
 /// Whether what is written at a relative path is written in the working copy: it leads through no link.
-bool isInside(std::string_view path, const std::string& root)
+bool isInside(std::string_view path, const std::string& root, apr_pool_t* pool)
 {
     for (auto slash = path.find('/'); slash != std::string_view::npos; slash = path.find('/', slash + 1)) {
-        if (isLink(root + '/' + std::string{path.substr(0, slash)})) {
+        if (isSymbolicLink((root + '/' + std::string{path.substr(0, slash)}).c_str(), pool)) {
             return false;
         }
     }
@@ -206,7 +199,7 @@ bool isPieceOfWork(std::string_view skeleton, const std::string& root)
     }
     const auto* const kind = std::ranges::find(kindsOfWork, textOf(name), &KindOfWork::name);
     const auto isSound = [&](const auto* path) {
-        return isPathOrList(path) && (isList(path) || !kind->writes || isInside(textOf(path), root));
+        return isPathOrList(path) && (isList(path) || !kind->writes || isInside(textOf(path), root, work.pool()));
     };
     return kind == kindsOfWork.end() ||
            (isAtom(member(work.top(), 1)) && member(work.top(), kind->arguments) != nullptr &&

@@ -2,13 +2,13 @@
 // a symbolic link leads to which has taken a versioned directory's place, wherever that is. Here the link goes. Nothing
 // goes that a database records below a link, which it never does of itself; what a revert removes is on record no more.
 
+#include "Internal/ScopedValue.h"
 #include "ItemsOnDisk.h"
 #include "ObstructedParents.h"
 #include "StandIns.h"
 
 #include <svn_io.h>
 #include <svn_wc.h>
-#include <utility>
 
 using HSVNAdapter::isSymbolicLink;
 
@@ -30,12 +30,9 @@ HSVN_STAND_IN svn_error_t* svn_wc_revert6(svn_wc_context_t* context, const char*
                                           svn_boolean_t keepAdded, svn_cancel_func_t cancel, void* cancelBaton,
                                           svn_wc_notify_func2_t notify, void* notifyBaton, apr_pool_t* pool)
 {
-    const bool before = std::exchange(reverts, true);
-    svn_error_t* const error =
-        HSVN_BEHIND(svn_wc_revert6)(context, path, depth, useCommitTimes, changelists, clearChangelists, metadataOnly,
-                                    keepAdded, cancel, cancelBaton, notify, notifyBaton, pool);
-    reverts = before;
-    return error;
+    const HSVNScopedValue reverting{reverts, true};
+    return HSVN_BEHIND(svn_wc_revert6)(context, path, depth, useCommitTimes, changelists, clearChangelists,
+                                       metadataOnly, keepAdded, cancel, cancelBaton, notify, notifyBaton, pool);
 }
 
 HSVN_STAND_IN svn_error_t* svn_io_remove_dir2(const char* path, svn_boolean_t ignoreMissing, svn_cancel_func_t cancel,

@@ -4,6 +4,7 @@
 
 #include "CanonicalPaths.h"
 #include "DatabaseConnections.h"
+#include "Internal/ScopedValue.h"
 #include "ItemsOnDisk.h"
 #include "ObstructedParents.h"
 #include "RelativePaths.h"
@@ -19,29 +20,6 @@
 namespace HSVNAdapter {
 namespace {
 
-/// Keeps the client's callbacks from what is done on its behalf.
-class Quietly
-{
-  public:
-    explicit Quietly(svn_client_ctx_t* ctx)
-        : _ctx{ctx}, _notify{std::exchange(ctx->notify_func2, nullptr)}, _cancel{
-                                                                             std::exchange(ctx->cancel_func, nullptr)}
-    {
-    }
-    ~Quietly()
-    {
-        _ctx->notify_func2 = _notify;
-        _ctx->cancel_func = _cancel;
-    }
-    Quietly(const Quietly&) = delete;
-    Quietly& operator=(const Quietly&) = delete;
-
-  private:
-    svn_client_ctx_t* _ctx;
-    svn_wc_notify_func2_t _notify;
-    svn_cancel_func_t _cancel;
-};
-
 /// Whether an item is only on record: it is neither deleted there nor on disk.
 bool isMissing(const char* path, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
@@ -54,7 +32,8 @@ bool isMissing(const char* path, svn_client_ctx_t* ctx, apr_pool_t* pool)
 /// Takes off the record what was to be at a move's destination, where nothing is.
 svn_error_t* forget(const std::string& destination, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
-    const Quietly quietly{ctx};
+    const HSVNScopedValue unstoppable{ctx->cancel_func, nullptr};
+    const HSVNScopedValue unheard{ctx->notify_func2, nullptr};
     auto* const targets = apr_array_make(pool, 1, sizeof(const char*));
     APR_ARRAY_PUSH(targets, const char*) = destination.c_str();
     // Not a revert, which fails without the other half of the move.

@@ -2,28 +2,15 @@
 
 #if HSVN_LINE_MINOR >= 7
 
+#include "Internal/ScopedValue.h"
+
 #include <cstring>
 #include <svn_dirent_uri.h>
 #include <svn_io.h>
 #include <svn_wc.h>
-#include <utility>
 
 namespace HSVNAdapter {
 namespace {
-
-/// Lets nobody stop what is undone, as long as it lives.
-class Unstoppable
-{
-  public:
-    explicit Unstoppable(svn_client_ctx_t* ctx) : _ctx{ctx}, _cancel{std::exchange(ctx->cancel_func, nullptr)} {}
-    ~Unstoppable() { _ctx->cancel_func = _cancel; }
-    Unstoppable(const Unstoppable&) = delete;
-    Unstoppable& operator=(const Unstoppable&) = delete;
-
-  private:
-    svn_client_ctx_t* _ctx;
-    svn_cancel_func_t _cancel;
-};
 
 /// Whether an absolute path is of a versioned item; none is outside of a working copy.
 bool isVersioned(const char* path, svn_client_ctx_t* ctx, apr_pool_t* pool)
@@ -55,7 +42,7 @@ svn_error_t* NewParents::look(const char* path, svn_client_ctx_t* ctx, apr_pool_
 
 svn_error_t* NewParents::takeBack(svn_client_ctx_t* ctx, apr_pool_t* pool) const
 {
-    const Unstoppable undoing{ctx};
+    const HSVNScopedValue unstoppable{ctx->cancel_func, nullptr};
     svn_error_t* error = SVN_NO_ERROR;
     if (_topmost != nullptr && isVersioned(_topmost, ctx, pool)) {
         auto* const targets = apr_array_make(pool, 1, sizeof(const char*));

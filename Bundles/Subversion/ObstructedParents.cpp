@@ -4,13 +4,13 @@
 
 #include "CanonicalPaths.h"
 #include "DatabaseConnections.h"
+#include "ItemsOnDisk.h"
 #include "WorkingCopyPlace.h"
 
 #include <exception>
 #include <fcntl.h>
 #include <linux/openat2.h>
 #include <svn_dirent_uri.h>
-#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 #include <vector>
@@ -21,21 +21,11 @@ namespace {
 constexpr const char* itemKind =
     "SELECT kind, presence FROM nodes WHERE local_relpath = ? ORDER BY op_depth DESC LIMIT 1";
 
-bool isLink(const std::string& path)
-{
-    struct stat attributes
-    {
-    };
-    return ::lstat(path.c_str(), &attributes) == 0 && S_ISLNK(attributes.st_mode);
-}
-
 /// Whether something is there, but no directory.
-bool isObstruction(const std::string& path)
+bool isObstruction(const char* path, apr_pool_t* pool)
 {
-    struct stat attributes
-    {
-    };
-    return ::lstat(path.c_str(), &attributes) == 0 && !S_ISDIR(attributes.st_mode);
+    const svn_node_kind_t kind = kindOnDisk(path, pool);
+    return kind != svn_node_none && kind != svn_node_dir;
 }
 
 /// Whether a directory is there and no part of its path is a link: told at once for each of the thousands of files that
@@ -49,7 +39,7 @@ bool isReachedWithoutLinks(const std::string& directory)
     return descriptor >= 0 && close(static_cast<int>(descriptor)) == 0;
 }
 
-using Test = bool (*)(const std::string& path);
+using Test = bool (*)(const char* path, apr_pool_t* pool);
 
 /// Asks for what is recorded of an item.
 class RecordedItem
@@ -111,7 +101,7 @@ std::string foundAbove(std::string_view path, Test test, InTheWay which, apr_poo
             }
             return {};
         }
-        if (std::string item{folder}; !item.ends_with(area) && test(item)) {
+        if (std::string item{folder}; !item.ends_with(area) && test(item.c_str(), pool)) {
             found.push_back(std::move(item));
         }
     }
@@ -126,7 +116,8 @@ svn_error_t* refuse(const char* path, Test test, InTheWay which, apr_pool_t* poo
                             : svn_error_createf(SVN_ERR_NODE_UNEXPECTED_KIND, nullptr,
                                                 "%s in the place of the directory '%s' is in the way of '%s': "
                                                 "move it away first",
-                                                isLink(item) ? "A symbolic link" : "What is", item.c_str(), path);
+                                                isSymbolicLink(item.c_str(), pool) ? "A symbolic link" : "What is",
+                                                item.c_str(), path);
     } catch (const std::exception&) { // it must not pass through Subversion
         return svn_error_create(APR_ENOMEM, nullptr, nullptr);
     }
@@ -148,12 +139,12 @@ svn_error_t* refuseBelowObstruction(const char* path, apr_pool_t* pool)
 
 svn_error_t* refuseBelowDirectoryLink(const char* path, apr_pool_t* pool)
 {
-    return refuse(path, isLink, InTheWay::OfRecordedItems, pool);
+    return refuse(path, isSymbolicLink, InTheWay::OfRecordedItems, pool);
 }
 
 svn_error_t* refuseBelowAnyLink(const char* path, apr_pool_t* pool)
 {
-    return refuse(path, isLink, InTheWay::Anything, pool);
+    return refuse(path, isSymbolicLink, InTheWay::Anything, pool);
 }
 
 svn_error_t* refuseTargetBelowDirectoryLink(const char* target, apr_pool_t* pool)

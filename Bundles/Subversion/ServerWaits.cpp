@@ -1,4 +1,5 @@
 #include "ExternalCycles.h"
+#include "Internal/ScopedValue.h"
 #include "StandIns.h"
 
 #ifdef HSVN_STANDS_IN_FRONT
@@ -10,7 +11,6 @@
 #include <new>
 #include <poll.h>
 #include <sys/socket.h>
-#include <utility>
 
 #include <apr_file_io.h>
 #include <apr_network_io.h>
@@ -52,18 +52,6 @@ struct Waiting
 
 /// Whose session this thread is opening: connections are made inside.
 HSVN_THREADS_OWN Waiting opening; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
-
-class Opening
-{
-  public:
-    explicit Opening(const Waiting& waiting) : _outer{std::exchange(opening, waiting)} {}
-    ~Opening() { opening = _outer; }
-    Opening(const Opening&) = delete;
-    Opening& operator=(const Opening&) = delete;
-
-  private:
-    Waiting _outer;
-};
 
 /// A program that a session of this thread goes through.
 struct Tunnel
@@ -160,7 +148,7 @@ HSVN_STAND_IN svn_error_t* svn_ra_open5(svn_ra_session_t** session, const char**
                                         void* baton, apr_hash_t* configuration, apr_pool_t* pool)
 {
     SVN_ERR(HSVNAdapter::refuseExternalCycle(url));
-    const Opening scope{{callbacks->cancel_func, baton}};
+    const HSVNScopedValue scope{opening, Waiting{callbacks->cancel_func, baton}};
     return HSVN_BEHIND(svn_ra_open5)(session, correctedURL, redirectURL, url, uuid, callbacks, baton, configuration,
                                      pool);
 }

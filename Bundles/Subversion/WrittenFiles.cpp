@@ -1,3 +1,4 @@
+#include "Internal/ScopedValue.h"
 #include "ObstructedParents.h"
 #include "StandIns.h"
 
@@ -5,7 +6,6 @@
 
 #include <svn_io.h>
 #include <svn_wc.h>
-#include <utility>
 
 // A symbolic link that has taken a versioned directory's place leads anywhere. Subversion writes and removes through it
 // what it takes for the directory's items. All of that is prepared by few functions, before anything is on record of
@@ -113,12 +113,10 @@ svn_wc_crawl_revisions5(svn_wc_context_t* context, const char* path, const svn_r
                         svn_boolean_t depthCompatibilityTrick, svn_boolean_t useCommitTimes, svn_cancel_func_t cancel,
                         void* cancelBaton, svn_wc_notify_func2_t notify, void* notifyBaton, apr_pool_t* pool)
 {
-    const bool before = std::exchange(restores, restoreFiles != FALSE);
-    svn_error_t* const error = HSVN_BEHIND(svn_wc_crawl_revisions5)(
-        context, path, reporter, report, restoreFiles, depth, honorDepthExclude, depthCompatibilityTrick,
-        useCommitTimes, cancel, cancelBaton, notify, notifyBaton, pool);
-    restores = before;
-    return error;
+    const HSVNScopedValue restoring{restores, restoreFiles != FALSE};
+    return HSVN_BEHIND(svn_wc_crawl_revisions5)(context, path, reporter, report, restoreFiles, depth, honorDepthExclude,
+                                                depthCompatibilityTrick, useCommitTimes, cancel, cancelBaton, notify,
+                                                notifyBaton, pool);
 }
 
 HSVN_STAND_IN svn_error_t* svn_io_dir_make(const char* path, apr_fileperms_t permissions, apr_pool_t* pool)

@@ -17,15 +17,19 @@ struct HSVNRevisionRecords
     svn_opt_revision_t operative;
 };
 
+inline bool HSVNIsUnspecified(const HSVNRevisionRef& revision)
+{
+    return revision->isEqual(HSVNRevision::UNSPECIFIED());
+}
+
 /// A specification in which an unspecified state is that of the peg revision, or of HEAD without one.
 inline HSVNRevisionSpecRef HSVNSpecOrHead(const HSVNRevisionSpecRef& revision)
 {
-    const auto isUnspecified = [](const HSVNRevisionRef& side) { return side->isEqual(HSVNRevision::UNSPECIFIED()); };
-    if (!revision || !isUnspecified(revision->operativeRevision())) {
+    if (!revision || !HSVNIsUnspecified(revision->operativeRevision())) {
         return revision;
     }
     const auto& peg = revision->pegRevision();
-    return HSVNRevisionSpec::revisionWithRevision(isUnspecified(peg) ? HSVNRevision::HEAD() : peg, peg);
+    return HSVNRevisionSpec::revisionWithRevision(HSVNIsUnspecified(peg) ? HSVNRevision::HEAD() : peg, peg);
 }
 
 /// The record of a target's revision: without any, HEAD of a URL and what the working copy holds of a local path.

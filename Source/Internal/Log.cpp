@@ -2,6 +2,7 @@
 
 #include "HSVNException.h"
 #include "HSVNRevision.h"
+#include "Internal/Browsing.h"
 #include "Internal/ExtensionCall.h"
 #include "Internal/LogChanges.h"
 #include "Internal/RevisionNumber.h"
@@ -142,13 +143,11 @@ std::vector<std::pair<HSVNRevisionRef, HSVNRevisionRef>> rangesOf(const HSVNLogC
 {
     if (choices.ranges.empty()) {
         const auto& peg = choices.pegRevision;
-        const bool isGiven = peg && !peg->isEqual(HSVNRevision::UNSPECIFIED());
+        const bool isGiven = peg && !HSVNIsUnspecified(peg);
         return {{isGiven ? peg : HSVNRevision::HEAD(), HSVNRevision::revisionWithNumber(0)}};
     }
     return choices.ranges;
 }
-
-bool isUnspecified(const HSVNRevisionRef& revision) { return revision->isEqual(HSVNRevision::UNSPECIFIED()); }
 
 /// Lines before 1.6 leave it to their clients to complete a range: it begins at the peg revision, else at HEAD of a URL
 /// and at BASE of a local item, and ends where it begins, or at 0 when nothing is said of it.
@@ -156,11 +155,11 @@ HSVNLogChoices completed(HSVNLogChoices choices, const char* target)
 {
     for (auto& [start, end] : choices.ranges) {
         HSVNAssertParameter(start != nullptr && end != nullptr, "revision != nil");
-        if (isUnspecified(end)) {
-            end = isUnspecified(start) ? HSVNRevision::revisionWithNumber(0) : start;
+        if (HSVNIsUnspecified(end)) {
+            end = HSVNIsUnspecified(start) ? HSVNRevision::revisionWithNumber(0) : start;
         }
-        if (isUnspecified(start)) {
-            const bool isPegGiven = choices.pegRevision && !isUnspecified(choices.pegRevision);
+        if (HSVNIsUnspecified(start)) {
+            const bool isPegGiven = choices.pegRevision && !HSVNIsUnspecified(choices.pegRevision);
             start = isPegGiven                             ? choices.pegRevision
                     : HSVNTarget::verbatim(target).isURL() ? HSVNRevision::HEAD()
                                                            : HSVNRevision::BASE();

@@ -16,26 +16,13 @@
 #include "HSVNStatusOptions.h"
 #include "Internal/CleanUp.h"
 #include "Internal/PathKind.h"
+#include "Internal/ScopedValue.h"
 #include "Internal/Subversion.h"
 
 #include <fmt/format.h>
 #include <utility>
 
 namespace {
-
-/// Keeps Subversion from asking whether to go on.
-class Uncancelled
-{
-  public:
-    explicit Uncancelled(svn_client_ctx_t* ctx) : _ctx{ctx}, _function{std::exchange(ctx->cancel_func, nullptr)} {}
-    ~Uncancelled() { _ctx->cancel_func = _function; }
-    Uncancelled(const Uncancelled&) = delete;
-    Uncancelled& operator=(const Uncancelled&) = delete;
-
-  private:
-    svn_client_ctx_t* _ctx;
-    svn_cancel_func_t _function;
-};
 
 /// Does one step of a restoration, which goes on with the next one whatever becomes of it.
 ///
@@ -192,7 +179,7 @@ void HSVNReplacedItem::noteChange(const HSVNNode& node)
 
 std::optional<std::string> HSVNReplacedItem::restore(HSVNReplacementFailure failure) noexcept
 {
-    const Uncancelled uncancelled{_context->ctx()};
+    const HSVNScopedValue uncancelled{_context->ctx()->cancel_func, nullptr};
     if (!HSVNIsLocal(_path)) {
         attempt(_path, [this] { restoreInRepository(); });
         return std::nullopt;
