@@ -9,6 +9,7 @@
 #include <limits>
 #include <ostream>
 #include <sys/utsname.h>
+#include <tuple>
 
 namespace {
 
@@ -122,12 +123,10 @@ HSVNVersion HSVNVersion::versionWithMajorAndMinorComponents() const { return {_m
 
 std::int32_t HSVNVersion::compare(const HSVNVersion& other) const
 {
-    for (const auto component : {&HSVNVersion::_major, &HSVNVersion::_minor, &HSVNVersion::_patch}) {
-        if (this->*component != other.*component) {
-            return ordered(this->*component, other.*component);
-        }
-    }
-    return ordered(_tag, other._tag);
+    const auto numbers = [](const HSVNVersion& version) {
+        return std::tie(version._major, version._minor, version._patch);
+    };
+    return numbers(*this) == numbers(other) ? ordered(_tag, other._tag) : ordered(numbers(*this), numbers(other));
 }
 
 std::size_t HSVNVersion::hash() const

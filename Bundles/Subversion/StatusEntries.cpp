@@ -2,8 +2,9 @@
 
 #ifdef HSVN_FAST_STATUS
 
+#include "Internal/Hexadecimal.h"
+
 #include <cstring>
-#include <svn_md5.h>
 
 namespace HSVNAdapter {
 namespace {
@@ -16,7 +17,12 @@ const char* nameIn(const char* path)
 
 const char* checksumText(const std::optional<MD5Digest>& checksum, apr_pool_t* pool)
 {
-    return checksum ? svn_md5_digest_to_cstring(checksum->data(), pool) : nullptr;
+    if (!checksum || *checksum == MD5Digest{}) { // one of zeros is none to Subversion
+        return nullptr;
+    }
+    auto* const text = static_cast<char*>(apr_pcalloc(pool, 2 * checksum->size() + 1));
+    HSVNHexadecimal::write(*checksum, text);
+    return text;
 }
 
 void setLock(svn_wc_entry_t& entry, const svn_lock_t* lock)

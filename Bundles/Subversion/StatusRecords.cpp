@@ -3,6 +3,7 @@
 #ifdef HSVN_FAST_STATUS
 
 #include "DatabaseConnections.h"
+#include "Internal/PathText.h"
 #include "StatusEntries.h"
 
 #include <algorithm>
@@ -20,20 +21,13 @@ constexpr std::size_t itemsBetweenQuestions = 256;
 /// So many entries of a folder are read one by one before the rest are read together.
 constexpr std::size_t mostSingleEntries = 6;
 
-// Asked for every item, and the standard search is a loop over bytes.
-std::size_t placeOfLastSlash(std::string_view path)
-{
-    const auto* slash = static_cast<const char*>(::memrchr(path.data(), '/', path.size()));
-    return slash == nullptr ? std::string_view::npos : static_cast<std::size_t>(slash - path.data());
-}
-
 std::string_view folderOf(std::string_view path)
 {
-    const auto slash = placeOfLastSlash(path);
+    const auto slash = HSVNPathText::lastSlash(path);
     return slash == 0 ? path.substr(0, 1) : path.substr(0, slash);
 }
 
-std::string_view nameOf(std::string_view path) { return path.substr(placeOfLastSlash(path) + 1); }
+std::string_view nameOf(std::string_view path) { return path.substr(HSVNPathText::lastSlash(path) + 1); }
 
 bool isBelow(std::string_view path, std::string_view folder)
 {

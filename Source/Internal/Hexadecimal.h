@@ -13,6 +13,14 @@ namespace HSVNHexadecimal {
 
 inline constexpr std::string_view digits = "0123456789abcdef";
 
+inline constexpr auto digitsOf = [] {
+    std::array<std::array<char, 2>, 256> all{};
+    for (std::size_t byte = 0; byte < all.size(); ++byte) {
+        all[byte] = {digits[byte >> 4U], digits[byte & 15U]};
+    }
+    return all;
+}();
+
 /// The bytes that eight lower-case digits stand for, in the lower half; in the upper one not 0 where one is none.
 constexpr std::uint64_t valueOfEight(std::uint64_t text)
 {
@@ -57,16 +65,22 @@ bool read(std::string_view text, Bytes& bytes)
     return seen == 0;
 }
 
+/// Writes two lower-case digits for each byte.
+template <class Bytes>
+void write(const Bytes& bytes, char* text)
+{
+    for (const std::uint8_t byte : bytes) {
+        std::memcpy(text, digitsOf[byte].data(), 2);
+        text += 2;
+    }
+}
+
 /// Two lower-case digits for each byte.
 template <class Bytes>
 std::string textOf(const Bytes& bytes)
 {
-    std::string text;
-    text.reserve(2 * bytes.size());
-    for (const unsigned byte : bytes) {
-        text += digits[byte >> 4U];
-        text += digits[byte & 15U];
-    }
+    std::string text(2 * bytes.size(), '0');
+    write(bytes, text.data());
     return text;
 }
 

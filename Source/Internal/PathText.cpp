@@ -111,13 +111,13 @@ void HSVNPathText::requireText(std::string_view text)
 std::string_view HSVNPathText::lastComponent(std::string_view path)
 {
     const std::string_view shorter = withoutTrailingSlashes(path);
-    return shorter == "/" ? shorter : shorter.substr(shorter.rfind('/') + 1);
+    return shorter == "/" ? shorter : shorter.substr(lastSlash(shorter) + 1);
 }
 
 std::string_view HSVNPathText::deletingLastComponent(std::string_view path)
 {
     const std::string_view shorter = withoutTrailingSlashes(path);
-    const auto slash = shorter.rfind('/');
+    const auto slash = lastSlash(shorter);
     return slash == std::string_view::npos ? std::string_view{} : withoutTrailingSlashes(shorter.substr(0, slash + 1));
 }
 
@@ -172,6 +172,13 @@ std::string HSVNPathText::percentEncoded(std::string_view text)
 
 bool HSVNPathText::isPercentEncoded(std::string_view escaped, std::string_view text)
 {
+    if (escaped.size() == text.size()) { // most texts have nothing to escape
+        bool isAnyEscaped = false;
+        for (const char letter : text) {
+            isAnyEscaped |= isEscaped(letter);
+        }
+        return !isAnyEscaped && escaped == text;
+    }
     for (const char letter : text) {
         std::array<char, 3> escape{letter};
         std::size_t size = 1;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -13,6 +14,12 @@ namespace HSVNPathText {
 /// Throws an HSVNInvalidArgumentException that quotes the text unless it is UTF-8 without a NUL in it.
 void requireText(std::string_view text);
 
+/// Where the last "/" is; npos for none. Scans ask it several times an item, and the standard search goes byte by byte.
+inline std::size_t lastSlash(std::string_view text)
+{
+    const auto* const slash = static_cast<const char*>(::memrchr(text.data(), '/', text.size()));
+    return slash == nullptr ? std::string_view::npos : static_cast<std::size_t>(slash - text.data());
+}
 /// The last component; "/" for a text of "/" alone. "/" at the end does not count.
 std::string_view lastComponent(std::string_view path);
 /// The path without its last component: "/" for /a, empty for a lone name.

@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstring>
 #include <fcntl.h>
 #include <fmt/format.h>
 #include <sys/stat.h>
@@ -58,13 +59,31 @@ std::size_t controlCharacterLength(std::string_view text, std::size_t place)
     return mayBeSecondSet && static_cast<unsigned char>(text[place + 1]) < 0xA0 ? 2 : 0;
 }
 
+/// Whether a text has a byte that a control character can begin with: eight at once, since hardly a name has any and
+/// all are asked.
+bool mayHaveControlCharacter(std::string_view text)
+{
+    constexpr std::uint64_t ones = 0x0101010101010101;
+    constexpr auto hasBelow = [](std::uint64_t bytes, std::uint64_t limit) {
+        return (bytes - limit * ones) & ~bytes & 0x80 * ones;
+    };
+    std::uint64_t found = 0;
+    const auto look = [&](std::size_t size) {
+        std::uint64_t bytes = 'x' * ones;
+        std::memcpy(&bytes, text.data(), size);
+        found |= hasBelow(bytes, 0x20) | hasBelow(bytes ^ 0x7F * ones, 1) | hasBelow(bytes ^ 0xC2 * ones, 1);
+        text.remove_prefix(size);
+    };
+    while (text.size() >= sizeof ones) {
+        look(sizeof ones);
+    }
+    look(text.size());
+    return found != 0;
+}
+
 bool hasControlCharacter(std::string_view text)
 {
-    // Runs for every item: hardly a name has a byte that one can begin with.
-    const bool mayHave = std::any_of(text.begin(), text.end(), [](char character) {
-        const auto byte = static_cast<unsigned char>(character);
-        return byte < 0x20 || byte == 0x7F || byte == 0xC2;
-    });
+    const bool mayHave = mayHaveControlCharacter(text);
     for (std::size_t place = 0; mayHave && place < text.size(); ++place) {
         if (controlCharacterLength(text, place) > 0) {
             return true;
@@ -123,7 +142,7 @@ HSVNLocalPathRef HSVNStatusNodeMaker::makePath(const char* text) { return HSVNLo
 void HSVNStatusNodeMaker::enterDirectoryOf(const HSVNLocalPathRef& path)
 {
     const std::string_view text = path->string();
-    const auto folder = text.substr(0, text.rfind('/'));
+    const auto folder = text.substr(0, HSVNPathText::lastSlash(text));
     const auto isWithin = [folder](const Directory& directory) {
         const std::string& above = directory.path->string();
         return folder.starts_with(above) && (folder.size() == above.size() || folder[above.size()] == '/');
@@ -151,7 +170,7 @@ void HSVNStatusNodeMaker::takeURL(HSVNNode& node, std::string_view url)
         _directories.push_back({node.path(), node.URL()});
         return;
     }
-    const std::size_t slash = url.rfind('/');
+    const std::size_t slash = HSVNPathText::lastSlash(url);
     const bool isInDirectory = slash != std::string_view::npos && slash > url.find("://") + 3; // not in "file:///"
     if (!isInDirectory || _directories.empty() ||
         !HSVNPathText::isPercentEncoded(url.substr(slash + 1), HSVNPathText::lastComponent(node.path()->string())))
