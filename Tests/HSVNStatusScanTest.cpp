@@ -24,6 +24,7 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <map>
@@ -34,6 +35,7 @@ using testing::Contains;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::IsSupersetOf;
 using testing::Not;
 using testing::UnorderedElementsAre;
 
@@ -457,6 +459,21 @@ TEST_F(EveryState, ShowsControlCharactersInNamesOnly)
     EXPECT_EQ(node->path()->lastComponent(), "control\x01\xC2\x85"
                                              "character");
     EXPECT_EQ(node->location()->string(), wc->string());
+    std::vector<std::string> items;
+    std::vector<std::string> shown;
+    for (const std::string character : {"\x01", "\x1F", "\x7F", "\xC2\x80", "\xC2\x9F"}) {
+        for (const std::size_t place : {0U, 6U, 7U, 8U}) {
+            const std::string before(place, 'a');
+            const std::string after = "\xC3\xA9" + std::to_string(shown.size());
+            items.push_back(wc->string() + '/' + before + character + after);
+            std::ofstream{items.back()}.close();
+            shown.push_back(before + '?' + after);
+        }
+    }
+    EXPECT_THAT(scan(optionsFor({})).names(), IsSupersetOf(shown));
+    for (const auto& item : items) {
+        std::filesystem::remove(item);
+    }
 }
 
 TEST_F(EveryState, HasDepthsFromLine15On)
