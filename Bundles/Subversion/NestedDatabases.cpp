@@ -1,4 +1,5 @@
 #include "ExtensionTable.h"
+#include "WorkingCopyContexts.h"
 
 #if HSVN_LINE_MINOR >= 7
 
@@ -28,11 +29,11 @@ apr_status_t giveBack(void* baton)
     return APR_SUCCESS;
 }
 
-svn_error_t* renew(NestedDatabases* databases, apr_pool_t* poolAround)
+svn_error_t* renew(NestedDatabases* databases, const svn_client_ctx_t* ctx, apr_pool_t* poolAround)
 {
     const NestedDatabases former = *databases;
     apr_pool_t* const pool = svn_pool_create(poolAround);
-    SVN_ERR(svn_wc_context_create(&databases->context, nullptr, pool, pool));
+    SVN_ERR(createWorkingCopyContext(&databases->context, ctx, pool, pool));
     databases->pool = pool;
     if (former.pool != nullptr) {
         svn_pool_destroy(former.pool); // with which they are closed
@@ -50,7 +51,7 @@ svn_error_t* useOwnDatabases(svn_client_ctx_t* ctx, apr_pool_t* poolAround, svn_
     }
     auto& databases = *static_cast<NestedDatabases*>(kept);
     if (anew || databases.context == nullptr) {
-        SVN_ERR(renew(&databases, poolAround));
+        SVN_ERR(renew(&databases, ctx, poolAround));
     }
     auto* const lent = static_cast<Lent*>(apr_palloc(pool, sizeof(Lent)));
     *lent = {ctx, ctx->wc_ctx};

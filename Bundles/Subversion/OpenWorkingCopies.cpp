@@ -4,6 +4,7 @@
 #include "DatabaseConnections.h"
 #include "ExtensionTable.h"
 #include "RelativePaths.h"
+#include "WorkingCopyContexts.h"
 
 #if HSVN_LINE_MINOR >= 7
 
@@ -148,7 +149,7 @@ svn_error_t* OpenWorkingCopies::refresh(const apr_array_header_t* targets, apr_p
     _askedForWork.reset();
     // Where nothing is open, what was missing is remembered as such.
     const bool mustRenew = _seen.empty() ? !_targets.empty()
-                                         : _seen.size() > mostOpen || isLocked || isStale(pool) ||
+                                         : _seen.size() > mostOpen || isLocked || isExclusive() || isStale(pool) ||
                                                std::ranges::any_of(_targets, [&](const auto& target) {
                                                    return isMistakenAbout(target.first, target.second, pool);
                                                });
@@ -195,7 +196,7 @@ svn_error_t* OpenWorkingCopies::close(apr_pool_t* pool)
 {
     apr_pool_t* const generationPool = svn_pool_create(_contextPool);
     svn_wc_context_t* fresh = nullptr;
-    if (svn_error_t* const error = svn_wc_context_create(&fresh, nullptr, generationPool, pool)) {
+    if (svn_error_t* const error = createWorkingCopyContext(&fresh, _ctx, generationPool, pool)) {
         svn_pool_destroy(generationPool);
         return error;
     }
@@ -234,6 +235,17 @@ bool OpenWorkingCopies::isStale(apr_pool_t* pool) const
     return std::any_of(_seen.begin(), _seen.end(), [pool](const auto& seen) {
         return seen.second.identity != identityOf(databaseOf(seen.first, pool));
     });
+}
+
+/// Whether an open database keeps this client's other connections out, too, such as those of a clean-up.
+bool OpenWorkingCopies::isExclusive() const
+{
+    svn_boolean_t isWanted = FALSE;
+#if HSVN_LINE_MINOR >= 8
+    svn_error_clear(svn_config_get_bool(workingCopyConfiguration(_ctx), &isWanted, SVN_CONFIG_SECTION_WORKING_COPY,
+                                        SVN_CONFIG_OPTION_SQLITE_EXCLUSIVE, FALSE));
+#endif
+    return isWanted != FALSE;
 }
 
 bool OpenWorkingCopies::holdsLock(apr_pool_t* pool) const

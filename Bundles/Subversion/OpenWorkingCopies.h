@@ -26,8 +26,9 @@ class OpenWorkingCopies
     /// The same; null when there is none yet.
     static OpenWorkingCopies* in(apr_pool_t* contextPool);
 
-    /// Makes the working-copy context anew when the disk has changed under it or under one of the targets, or when it
-    /// holds a lock still: that of an operation that failed amid its work, whoever has cleaned up after it since.
+    /// Makes the working-copy context anew when the disk has changed under it or under one of the targets, when it
+    /// keeps others out of the databases, or when it holds a lock still: that of an operation that failed amid its
+    /// work, whoever has cleaned up after it since.
     /// Before outermost operations alone. Keeps in mind which working copies these then open.
     svn_error_t* refresh(const apr_array_header_t* targets, apr_pool_t* pool);
     /// Keeps in mind which working copies an operation on the targets opens, with the externals in them: before one
@@ -55,6 +56,7 @@ class OpenWorkingCopies
     OpenWorkingCopies(svn_client_ctx_t* ctx, apr_pool_t* contextPool) : _ctx{ctx}, _contextPool{contextPool} {}
 
     bool isStale(apr_pool_t* pool) const;
+    bool isExclusive() const;
     bool holdsLock(apr_pool_t* pool) const;
     bool isMistakenAbout(const std::string& path, const std::string& root, apr_pool_t* pool) const;
     std::string rootAfter(const std::string& path, apr_pool_t* pool) const;

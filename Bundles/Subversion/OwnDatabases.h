@@ -3,6 +3,7 @@
 #include "FormerAreas.h"
 #include "HalfMoves.h"
 #include "SubversionLine.h"
+#include "WorkingCopyContexts.h"
 
 #include <svn_client.h>
 #include <utility>
@@ -21,7 +22,7 @@ svn_error_t* cleanUpAnyFolder([[maybe_unused]] const char* folder, [[maybe_unuse
 {
 #if HSVN_LINE_MINOR >= 7
     svn_wc_context_t* own = nullptr;
-    SVN_ERR(svn_wc_context_create(&own, nullptr, pool, pool));
+    SVN_ERR(createWorkingCopyContext(&own, ctx, pool, pool));
     svn_wc_context_t* const kept = std::exchange(ctx->wc_ctx, own);
     const std::string upgraded = rootOfUnfinishedUpgrade(folder, pool);
     svn_error_t* error = call();

@@ -11,6 +11,7 @@
 #include "Output/Progress.h"
 #include "Output/Words.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <fmt/format.h>
 
@@ -27,6 +28,18 @@ std::string passwordFromInput()
 bool isRefusedBySystem(const HSVNException& exception)
 {
     return exception.status() == EACCES || exception.status() == ENOTDIR;
+}
+
+/// Keeps other programs from the working copies' databases where the configuration names Subversion's command line, or
+/// this program, among the clients that do.
+void lockExclusively(HSVNClient& client)
+{
+    constexpr const char* section = "working-copy";
+    const auto names = split(
+        client.optionForName("exclusive-locking-clients", HSVNConfigCategoryConfig, section, "").value_or(""), " ,");
+    if (std::ranges::any_of(names, [](const auto& name) { return name == "svn" || name == "hsvn"; })) {
+        client.setOption("true", "exclusive-locking", HSVNConfigCategoryConfig, section);
+    }
 }
 
 } // namespace
@@ -98,6 +111,7 @@ const HSVNClientRef& Session::client()
     settings.beforePrompt = Output::makeWayForQuestion;
     try {
         client->applySettings(settings);
+        lockExclusively(*client);
     } catch (const HSVNException& refused) {
         if (!isRefusedBySystem(refused)) {
             throw;

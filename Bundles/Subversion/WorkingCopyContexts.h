@@ -1,0 +1,31 @@
+#pragma once
+
+#include "SubversionLine.h"
+
+#if HSVN_LINE_MINOR >= 7
+
+#include <apr_hash.h>
+#include <svn_client.h>
+#include <svn_config.h>
+
+namespace HSVNAdapter {
+
+/// The category "config" of what a client is configured with; null without a configuration.
+inline svn_config_t* workingCopyConfiguration(const svn_client_ctx_t* ctx)
+{
+    return ctx->config == nullptr ? nullptr
+                                  : static_cast<svn_config_t*>(apr_hash_get(ctx->config, SVN_CONFIG_CATEGORY_CONFIG,
+                                                                            APR_HASH_KEY_STRING));
+}
+
+/// Makes a working-copy context that opens databases as the client is configured to: how long it waits for other
+/// programs, and whether it keeps them out, is settled as it is made.
+inline svn_error_t* createWorkingCopyContext(svn_wc_context_t** made, const svn_client_ctx_t* ctx, apr_pool_t* pool,
+                                             apr_pool_t* scratchPool)
+{
+    return svn_wc_context_create(made, workingCopyConfiguration(ctx), pool, scratchPool);
+}
+
+} // namespace HSVNAdapter
+
+#endif
