@@ -10,6 +10,7 @@
 #include "HSVNRevisionSpec.h"
 #include "HSVNUpdateOptions.h"
 #include "ReasonOf.h"
+#include "WorkingCopyDatabase.h"
 #include "WorkingCopyTest.h"
 
 #include <functional>
@@ -64,6 +65,10 @@ const Change changes[] = {
      [](const TestRepository& repository, const std::string& root) {
          files::remove_all(root);
          checkOut(repository, "trunk", root);
+     }},
+    {"upgraded to a later line's format", "", nothing,
+     [](const TestRepository&, const std::string& root) {
+         alterWorkingCopyDatabase(root, {"PRAGMA user_version = 99"});
      }},
     {"made where nothing was", "", [](const TestRepository&, const std::string& root) { files::remove_all(root); },
      [](const TestRepository& repository, const std::string& root) { checkOut(repository, "trunk", root); }},

@@ -1,6 +1,7 @@
 #include "ErrorCodes.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
+#include "WorkingCopyContexts.h"
 
 #include <algorithm>
 #include <array>
@@ -37,6 +38,7 @@ svn_error_t* walkConflicts(const char* path, svn_depth_t depth, HSVNConflictFunc
     SVN_ERR(checkLocalTarget(&path, pool));
     SVN_ERR(checkAbsoluteTarget(&path, pool));
     ConflictWalk walk{receiver, baton};
+    shareDatabasesWithin(pool);
     return svn_client_conflict_walk(path, depth, receiveConflict, &walk, ctx, pool);
 }
 

@@ -7,6 +7,7 @@ namespace HSVNAdapter {
 namespace {
 
 constexpr const char* poolKey = "HSVNAdapter::NestedDatabases";
+constexpr const char* sharingKey = "HSVNAdapter::SharedDatabases";
 
 /// The databases of the calls within one operation's callbacks.
 struct NestedDatabases
@@ -41,8 +42,18 @@ svn_error_t* renew(NestedDatabases* databases, const svn_client_ctx_t* ctx, apr_
     return SVN_NO_ERROR;
 }
 
+bool sharesDatabases(const svn_client_ctx_t* ctx, apr_pool_t* poolAround)
+{
+    void* mark = nullptr;
+    apr_pool_userdata_get(&mark, sharingKey, poolAround);
+    return mark != nullptr && keepsOthersOut(ctx);
+}
+
 svn_error_t* useOwnDatabases(svn_client_ctx_t* ctx, apr_pool_t* poolAround, svn_boolean_t anew, apr_pool_t* pool)
 {
+    if (sharesDatabases(ctx, poolAround)) {
+        return SVN_NO_ERROR;
+    }
     void* kept = nullptr;
     apr_pool_userdata_get(&kept, poolKey, poolAround);
     if (kept == nullptr) {
@@ -61,6 +72,11 @@ svn_error_t* useOwnDatabases(svn_client_ctx_t* ctx, apr_pool_t* poolAround, svn_
 }
 
 } // namespace
+
+void shareDatabasesWithin(apr_pool_t* operationPool)
+{
+    apr_pool_userdata_setn(operationPool, sharingKey, nullptr, operationPool);
+}
 
 void fillNestedDatabases(HSVNDatabaseFunctions& table) { table.use_own_databases = useOwnDatabases; }
 

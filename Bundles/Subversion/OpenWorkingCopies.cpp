@@ -149,7 +149,7 @@ svn_error_t* OpenWorkingCopies::refresh(const apr_array_header_t* targets, apr_p
     _askedForWork.reset();
     // Where nothing is open, what was missing is remembered as such.
     const bool mustRenew = _seen.empty() ? !_targets.empty()
-                                         : _seen.size() > mostOpen || isLocked || isExclusive() || isStale(pool) ||
+                                         : _seen.size() > mostOpen || isLocked || keepsOthersOut(_ctx) || isStale(pool) ||
                                                std::ranges::any_of(_targets, [&](const auto& target) {
                                                    return isMistakenAbout(target.first, target.second, pool);
                                                });
@@ -230,22 +230,13 @@ bool OpenWorkingCopies::hasUnfinishedWork(const std::string& path)
                        [&](const auto& root) { return !root.empty() && hasWork(databaseOf(root, _contextPool)); });
 }
 
+/// Also after what another program has written, which may be an upgrade: the format is read as a database is opened.
 bool OpenWorkingCopies::isStale(apr_pool_t* pool) const
 {
     return std::any_of(_seen.begin(), _seen.end(), [pool](const auto& seen) {
-        return seen.second.identity != identityOf(databaseOf(seen.first, pool));
+        const std::string database = databaseOf(seen.first, pool);
+        return seen.second.identity != identityOf(database) || seen.second.changed != changeOf(database);
     });
-}
-
-/// Whether an open database keeps this client's other connections out, too, such as those of a clean-up.
-bool OpenWorkingCopies::isExclusive() const
-{
-    svn_boolean_t isWanted = FALSE;
-#if HSVN_LINE_MINOR >= 8
-    svn_error_clear(svn_config_get_bool(workingCopyConfiguration(_ctx), &isWanted, SVN_CONFIG_SECTION_WORKING_COPY,
-                                        SVN_CONFIG_OPTION_SQLITE_EXCLUSIVE, FALSE));
-#endif
-    return isWanted != FALSE;
 }
 
 bool OpenWorkingCopies::holdsLock(apr_pool_t* pool) const

@@ -56,7 +56,6 @@ class OpenWorkingCopies
     OpenWorkingCopies(svn_client_ctx_t* ctx, apr_pool_t* contextPool) : _ctx{ctx}, _contextPool{contextPool} {}
 
     bool isStale(apr_pool_t* pool) const;
-    bool isExclusive() const;
     bool holdsLock(apr_pool_t* pool) const;
     bool isMistakenAbout(const std::string& path, const std::string& root, apr_pool_t* pool) const;
     std::string rootAfter(const std::string& path, apr_pool_t* pool) const;

@@ -13,9 +13,9 @@ namespace HSVNAdapter {
 /// The category "config" of what a client is configured with; null without a configuration.
 inline svn_config_t* workingCopyConfiguration(const svn_client_ctx_t* ctx)
 {
-    return ctx->config == nullptr ? nullptr
-                                  : static_cast<svn_config_t*>(apr_hash_get(ctx->config, SVN_CONFIG_CATEGORY_CONFIG,
-                                                                            APR_HASH_KEY_STRING));
+    return ctx->config == nullptr
+               ? nullptr
+               : static_cast<svn_config_t*>(apr_hash_get(ctx->config, SVN_CONFIG_CATEGORY_CONFIG, APR_HASH_KEY_STRING));
 }
 
 /// Makes a working-copy context that opens databases as the client is configured to: how long it waits for other
@@ -25,6 +25,22 @@ inline svn_error_t* createWorkingCopyContext(svn_wc_context_t** made, const svn_
 {
     return svn_wc_context_create(made, workingCopyConfiguration(ctx), pool, scratchPool);
 }
+
+/// Whether the client is configured to keep others out of the databases that it has open: its own further connections,
+/// too, such as those of a clean-up.
+inline bool keepsOthersOut([[maybe_unused]] const svn_client_ctx_t* ctx)
+{
+    svn_boolean_t isWanted = FALSE;
+#if HSVN_LINE_MINOR >= 8
+    svn_error_clear(svn_config_get_bool(workingCopyConfiguration(ctx), &isWanted, SVN_CONFIG_SECTION_WORKING_COPY,
+                                        SVN_CONFIG_OPTION_SQLITE_EXCLUSIVE, FALSE));
+#endif
+    return isWanted != FALSE;
+}
+
+/// Lets the calls within an operation's callbacks use the operation's databases where it keeps all others out: for an
+/// operation that reads none of them across its callbacks.
+void shareDatabasesWithin(apr_pool_t* operationPool);
 
 } // namespace HSVNAdapter
 
