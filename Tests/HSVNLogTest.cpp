@@ -403,9 +403,7 @@ TEST(LogVerb, TellsWhatEachPathIsAndWhatWasMerged)
 TEST(LogVerb, NamesChoicesThatALineDoesNotHave)
 {
     const auto client = clientOfLine("1.5");
-    const auto head = HSVNRevision::HEAD();
     for (const auto& [choice, choices] : std::vector<std::pair<std::string, HSVNLogChoices>>{
-             {"ranges", {.ranges = {{head, head}, {head, head}}}},
              {"mergedRevisions", {.mergedRevisions = true}},
              {"properties", {.properties = std::vector<std::string>{"svn:log", "color"}}}})
     {

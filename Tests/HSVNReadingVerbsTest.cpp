@@ -175,8 +175,6 @@ TEST_P(ReadingVerbs, WhatAnOlderFunctionCannotDoIsRefusedByName)
 {
     const auto spec = HSVNRevisionSpec::UNSPECIFIED();
     const std::vector<std::pair<std::string, std::function<void()>>> calls{
-        {"info]: 'depth'", [&] { _client->info(_root, spec, {.depth = HSVNDepthFiles}); }},
-        {"info]: 'depth'", [&] { _client->info(_root, spec, {.depth = HSVNDepthImmediates}); }},
         {"info]: 'includeExternals'", [&] { _client->info(_root, spec, {.includeExternals = true}); }},
         {"info]: 'changelists'", [&] { _client->info(_root, spec, {.changelists = {"list"}}); }},
         {"contents]: 'expandKeywords'", [&] { _client->contents(item("a.txt"), spec, {.expandKeywords = false}); }},

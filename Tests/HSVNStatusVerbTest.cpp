@@ -142,8 +142,7 @@ TEST_P(StatusVerb, FillsANodeThatNobodyKeptAnew)
 
 TEST_P(StatusVerb, NamesChoicesThatALineDoesNotHave)
 {
-    const std::vector<std::pair<std::string, HSVNStatusChoices>> choices{{"depth", {.depth = HSVNDepthFiles}},
-                                                                         {"changelists", {.changelists = {"list"}}}};
+    const std::vector<std::pair<std::string, HSVNStatusChoices>> choices{{"changelists", {.changelists = {"list"}}}};
     for (const auto& [choice, choosing] : choices) {
         if (!isOlderLine()) {
             EXPECT_NO_THROW(fields(choosing));

@@ -166,7 +166,6 @@ TEST_P(WorkingCopyVerbs, RefuseWhatTheLineCannotDo)
     const std::vector<std::pair<std::string, Call>> calls{
         {"add]: 'depth'", [&] { client->add(here, {.depth = HSVNDepthFiles, .force = true}); }},
         {"add]: 'automaticProperties'", [&] { client->add(here, {.force = true, .automaticProperties = false}); }},
-        {"add]: 'makeParents'", [&] { client->add(here, {.force = true, .makeParents = true}); }},
         {"revert]: 'depth'", [&] { client->revert(here, {.depth = HSVNDepthImmediates}); }},
         {"revert]: 'changelists'", [&] { client->revert(here, {.changelists = {"x"}}); }},
         {"revert]: 'clearChangelists'", [&] { client->revert(here, {.clearChangelists = true}); }},

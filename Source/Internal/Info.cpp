@@ -151,13 +151,34 @@ HSVNItemInfo infoOf(const HSVNOperation& operation, const char* target, const sv
     return info;
 }
 
-using InfoCall = HSVNItemsCall<const HSVNItemInfo&>;
+struct InfoCall : HSVNItemsCall<const HSVNItemInfo&>
+{
+    HSVNDepth depth = HSVNDepthInfinity;
+    /// Of lines that tell the item alone from everything below: what the first item is called, which comes first.
+    std::optional<std::string> top = {};
+
+    bool reaches(const char* target, svn_node_kind_t kind)
+    {
+        if (!top) {
+            top = target;
+            return true;
+        }
+        // Those of a repository are told relative to the first.
+        const auto prefix = !top->starts_with('/') ? 0 : top->ends_with('/') ? top->size() : top->size() + 1;
+        const bool isChild = std::string_view{target}.find('/', prefix) == std::string_view::npos;
+        return depth == HSVNDepthInfinity ||
+               (isChild && (depth == HSVNDepthImmediates || (depth == HSVNDepthFiles && kind != svn_node_dir)));
+    }
+};
 
 /// Of either kind of record.
 template <class Record>
 svn_error_t* receiveInfo(void* baton, const char* target, const Record* record, apr_pool_t*)
 {
-    const auto& call = *static_cast<InfoCall*>(baton);
+    auto& call = *static_cast<InfoCall*>(baton);
+    if (!call.reaches(target, record->kind)) {
+        return nullptr;
+    }
     return call.handOver([&] { return infoOf(call.operation, target, *record); });
 }
 
@@ -169,15 +190,15 @@ void HSVNInfo(HSVNOperation& operation, const std::string& target, const HSVNRev
     const HSVNRevisionRecords revisions{revision};
     const auto depth = HSVNDepthForSubversion(choices.depth);
     const char* const item = operation.cString(target);
-    InfoCall call{operation, receiver};
+    InfoCall call{{operation, receiver}};
     if (const auto info = operation.newest(&HSVNReadingFunctions::client_info)) {
         operation.check(info(item, &revisions.peg, &revisions.operative, depth, choices.includeExternals,
                              HSVNFilterArray(operation, choices.changelists), receiveInfo<svn_client_info2_t>, &call,
                              operation.ctx(), operation.pool()));
         return;
     }
-    const bool isRecursive = choices.depth == HSVNDepthInfinity;
-    operation.refuse(!isRecursive && choices.depth != HSVNDepthEmpty && choices.depth != HSVNDepthUnknown, "depth");
+    const bool isRecursive = choices.depth != HSVNDepthEmpty && choices.depth != HSVNDepthUnknown;
+    call.depth = choices.depth;
     operation.refuse(choices.includeExternals, "includeExternals");
     operation.refuse(!choices.changelists.empty(), "changelists");
     operation.check(operation->client_info(item, &revisions.peg, &revisions.operative, receiveInfo<svn_info_t>, &call,

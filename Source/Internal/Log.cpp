@@ -92,6 +92,9 @@ HSVNLogItemRef itemOf(std::map<std::string, std::string> properties, svn_revnum_
 struct LogCall : HSVNItemsCall<const HSVNLogItemRef&>
 {
     const HSVNLogChoices& choices;
+    /// How many items may still come of lines that take one range alone.
+    std::int32_t remaining = choices.limit;
+    bool isOver = false;
 
     bool wants(const char* name) const
     {
@@ -110,7 +113,7 @@ svn_error_t* receiveMessage(void* baton, apr_hash_t* changedPaths, svn_revnum_t 
                             const char* date, const char* message, apr_pool_t* pool)
 {
     auto& call = *static_cast<LogCall*>(baton);
-    return call.handOver([&] {
+    svn_error_t* const error = call.handOver([&] {
         std::map<std::string, std::string> properties;
         for (const auto& [name, value] :
              {std::pair{authorName, author}, std::pair{dateName, date}, std::pair{messageName, message}})
@@ -123,6 +126,8 @@ svn_error_t* receiveMessage(void* baton, apr_hash_t* changedPaths, svn_revnum_t 
         addPlainChanges(*item, changedPaths, pool);
         return item;
     });
+    call.isOver = error || --call.remaining == 0;
+    return error;
 }
 
 /// Whether properties are named that place 49 does not tell.
@@ -206,11 +211,16 @@ void HSVNLog(HSVNOperation& operation, const apr_array_header_t* targets, const 
                             &call, operation.ctx(), operation.pool()));
         return;
     }
-    operation.refuse(choices.ranges.size() > 1, "ranges");
     operation.refuse(choices.mergedRevisions, "mergedRevisions");
     operation.refuse(namesOthers(choices), "properties");
-    HSVNLogMessages(operation, targets, completed(choices, APR_ARRAY_IDX(targets, 0, const char*)), receiveMessage,
-                    &call);
+    auto each = completed(choices, APR_ARRAY_IDX(targets, 0, const char*));
+    for (const auto& range : rangesOf(each)) {
+        if (!call.isOver) {
+            each.ranges = {range};
+            each.limit = std::max(0, call.remaining);
+            HSVNLogMessages(operation, targets, each, receiveMessage, &call);
+        }
+    }
 }
 
 void HSVNLogMessages(HSVNOperation& operation, const apr_array_header_t* targets, const HSVNLogChoices& choices,

@@ -4,11 +4,14 @@
 #include "HSVNNode.h"
 #include "HSVNRevision.h"
 #include "HSVNStatus.h"
+#include "Internal/CanonicalPath.h"
 #include "Internal/DepthTranslation.h"
 #include "Internal/ExtensionCall.h"
 #include "Internal/KeptException.h"
 #include "Internal/RevisionNumber.h"
 #include "Internal/StatusScan.h"
+
+#include <filesystem>
 
 namespace {
 
@@ -26,6 +29,7 @@ struct StatusCall
     const HSVNStatusChoices& choices;
     const HSVNReceiver<const HSVNNodeRef&>& receiver;
     HSVNStatusNodeMaker maker;
+    std::string target = {}; // as lines report it that tell fewer depths apart
 };
 
 /// What the repository was asked for and has no change of is unchanged, and known to be so.
@@ -61,6 +65,21 @@ struct EnoughReported
 {
 };
 
+/// Whether an item below the target is told of at a depth between the two that these lines tell apart. Of a directory
+/// that is nowhere else the repository says what it is.
+bool isAtDepth(HSVNDepth depth, const std::string& path, const svn_wc_status2_t& record)
+{
+    if (depth != HSVNDepthFiles) {
+        return depth != HSVNDepthEmpty;
+    }
+    std::error_code failure;
+    const auto attributes = std::filesystem::symlink_status(path, failure);
+    const bool isThere = std::filesystem::exists(attributes);
+    return record.entry ? record.entry->kind != svn_node_dir
+           : isThere    ? !std::filesystem::is_directory(attributes)
+                        : record.ood_kind != svn_node_dir;
+}
+
 void receiveOlderStatus(void* baton, const char* path, svn_wc_status2_t* record)
 {
     auto& call = *static_cast<StatusCall*>(baton);
@@ -68,6 +87,10 @@ void receiveOlderStatus(void* baton, const char* path, svn_wc_status2_t* record)
         return; // Subversion stops at its next cancellation check
     }
     HSVNGuardVoidCallback(*call.operation.context(), [&] {
+        const std::string item = path;
+        if (item != call.target && !isAtDepth(call.choices.depth, item, *record)) {
+            return;
+        }
         const auto node = call.maker.makeNode(call.maker.makePath(path), *record);
         settleRepositorySide(call, *node->status());
         if (!call.receiver(node)) {
@@ -93,8 +116,8 @@ svn_error_t* callStatus(StatusCall& call, svn_revnum_t* result, const char* targ
     if (const auto status = operation.newest(&HSVNStatusFunctions::client_status)) {
         return call6(status);
     }
+    call.target = HSVNCanonicalLocalPath(HSVNLocalPath::pathWithString(*target == '\0' ? "." : target))->string();
     const bool recurses = choices.depth == HSVNDepthUnknown || choices.depth == HSVNDepthInfinity;
-    operation.refuse(!recurses && choices.depth != HSVNDepthImmediates, "depth");
     operation.refuse(!choices.changelists.empty(), "changelists");
     return operation->client_status2(result, target, &revision, receiveOlderStatus, &call, recurses, choices.getAll,
                                      choices.contactRepository, !choices.matchIgnorePatterns, !choices.processExternals,

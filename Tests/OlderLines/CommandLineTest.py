@@ -68,6 +68,13 @@ COMMANDS = [
     (4, "import -m Six plain URL/branches/plain"),
     (4, "export URL/branches/plain out"),
     (4, "resolved a"),
+    (4, "log -q -l3 -c1,2 -r4:3 URL"),
+    (4, "info --depth immediates URL/trunk --show-item url"),
+    (4, "info --depth files . --show-item url"),
+    (4, "status --depth files"),
+    (4, "status -vu --depth files ."),
+    (4, "status -v --depth empty d"),
+    (4, "add --parents u/v/w"),
     (4, "cleanup"),
     (4, "relocate URL NEW"),
     (4, "status"),
@@ -98,7 +105,7 @@ class User:
         for words in ["mkdir -q -m Begin URL/trunk URL/branches", "checkout -q URL/trunk ."]:
             os.makedirs(self.wc, exist_ok=True)
             self.run(words, "svn")
-        for name in ["a", "d/x", "plain/y"]:
+        for name in ["a", "d/x", "plain/y", "u/v/w"]:
             write(self.wc, name, text=f"text of {name}\n")
 
     def run(self, words, program=None):
