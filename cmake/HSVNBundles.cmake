@@ -39,15 +39,24 @@ function(hsvn_adapter_settings target include_folder)
   # The bundles exist to serve the older functions of every line.
   # A source that does not see HSVN_LINE_MINOR would take it for 0.
   target_compile_options(${target} PRIVATE -Wno-deprecated-declarations -Wundef)
-  # From 1.9 on the adapter reads working-copy databases itself. It must do so with the SQLite that the line uses:
-  # two copies of SQLite in one process take each other's file locks away.
+  # From 1.7 on the adapter looks at what is read from working-copy databases, and from 1.9 on it reads them itself. It
+  # must do so with the SQLite that the line uses: two copies of SQLite in one process take each other's file locks away.
   hsvn_subversion_version(${include_folder} version)
-  if(version VERSION_GREATER_EQUAL 1.9 AND "sqlite3" IN_LIST ARGN)
-    target_compile_definitions(${target} PRIVATE HSVN_FAST_STATUS)
+  if(version VERSION_LESS 1.7 AND NOT "-Wl,--start-group" IN_LIST ARGN)
+    target_compile_definitions(${target} PRIVATE HSVN_GUARDS_ENTRIES)
+    target_link_libraries(${target} PRIVATE ${CMAKE_DL_LIBS})
+  endif()
+  if("sqlite3" IN_LIST ARGN)
+    if(version VERSION_GREATER_EQUAL 1.9)
+      target_compile_definitions(${target} PRIVATE HSVN_FAST_STATUS)
+    endif()
     # Shared libraries can be given functions that stand in front of their own.
-    if(version VERSION_GREATER_EQUAL 1.14)
-      target_compile_definitions(${target} PRIVATE HSVN_STANDS_IN_FRONT)
+    if(version VERSION_GREATER_EQUAL 1.7 AND NOT "-Wl,--start-group" IN_LIST ARGN)
+      target_compile_definitions(${target} PRIVATE HSVN_GUARDS_DATABASES)
       target_link_libraries(${target} PRIVATE ${CMAKE_DL_LIBS})
+      if(version VERSION_GREATER_EQUAL 1.14)
+        target_compile_definitions(${target} PRIVATE HSVN_STANDS_IN_FRONT)
+      endif()
     endif()
   endif()
 endfunction()

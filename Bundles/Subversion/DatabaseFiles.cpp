@@ -1,6 +1,6 @@
 #include "DatabaseFiles.h"
 
-#ifdef HSVN_FAST_STATUS
+#if defined(HSVN_FAST_STATUS) || defined(HSVN_GUARDS_DATABASES)
 
 #include <array>
 #include <fcntl.h>

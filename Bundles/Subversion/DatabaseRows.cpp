@@ -1,6 +1,6 @@
 #include "StandIns.h"
 
-#ifdef HSVN_STANDS_IN_FRONT
+#ifdef HSVN_GUARDS_DATABASES
 
 #include "DatabaseFiles.h"
 #include "DatabaseSchema.h"
@@ -36,8 +36,12 @@ extern "C" svn_skel_t* svn_skel__parse(const char* data, apr_size_t length, apr_
 
 namespace {
 
-// Every value that is read asks for these: nothing is looked up to find them.
+// Every value that is read asks for these: nothing is looked up to find them. There is room for few bundles' so.
+#ifdef HSVN_STANDS_IN_FRONT
 #define HSVN_THREADS_OWN [[gnu::tls_model("initial-exec")]] thread_local
+#else
+#define HSVN_THREADS_OWN thread_local
+#endif
 
 /// Whether this thread has read a malformed value for which nothing has failed yet.
 HSVN_THREADS_OWN bool hasReadMalformed = false; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)
@@ -94,7 +98,8 @@ bool isMalformedPath(sqlite3_stmt* statement, int column, const char* text)
         return false;
     }
     const auto name = nameOf(statement, column);
-    return name.ends_with("relpath") || name == "repos_path" || name == "moved_to";
+    return name.ends_with("relpath") || name == "repos_path" || name == "moved_to" || name == "prop_reject" ||
+           name == "conflict_old" || name == "conflict_new" || name == "conflict_working";
 }
 
 bool isNull(sqlite3_stmt* statement, int column)

@@ -4,7 +4,7 @@
 #include "RelativePaths.h"
 #include "StandIns.h"
 
-#ifdef HSVN_STANDS_IN_FRONT
+#ifdef HSVN_GUARDS_DATABASES
 
 #include <algorithm>
 #include <array>
@@ -132,7 +132,7 @@ struct KindOfWork
     bool writes = true;    // files, which it must not below links
 };
 
-constexpr std::array<KindOfWork, 11> kindsOfWork{{{"base-remove", 2},
+constexpr std::array<KindOfWork, 13> kindsOfWork{{{"base-remove", 2},
                                                   {"file-commit", 1},
                                                   {"file-install", 3},
                                                   {"file-remove", 1},
@@ -142,7 +142,9 @@ constexpr std::array<KindOfWork, 11> kindsOfWork{{{"base-remove", 2},
                                                   {"prej-install", 1},
                                                   {"dir-remove", 1},
                                                   {"dir-install", 1},
-                                                  {"record-fileinfo", 1, false}}};
+                                                  {"record-fileinfo", 1, false},
+                                                  {"tmp-set-text-conflict-markers", 4, false},
+                                                  {"tmp-set-property-conflict-marker", 2, false}}};
 
 } // namespace
 

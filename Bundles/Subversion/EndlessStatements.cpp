@@ -1,6 +1,6 @@
 #include "EndlessStatements.h"
 
-#ifdef HSVN_FAST_STATUS
+#if defined(HSVN_FAST_STATUS) || defined(HSVN_GUARDS_DATABASES)
 
 #include <algorithm>
 #include <array>

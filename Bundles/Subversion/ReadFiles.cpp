@@ -1,6 +1,6 @@
 #include "StandIns.h"
 
-#ifdef HSVN_STANDS_IN_FRONT
+#ifdef HSVN_GUARDS_DATABASES
 
 #include <apr_portable.h>
 #include <fcntl.h>

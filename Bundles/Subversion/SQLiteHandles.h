@@ -27,7 +27,7 @@ inline SQLiteStatement prepareStatement(sqlite3* database, const char* text)
 /// The column's text, valid until the next step; empty for NULL.
 inline std::string_view textInColumn(sqlite3_stmt* row, int column)
 {
-#ifdef HSVN_STANDS_IN_FRONT
+#ifdef HSVN_GUARDS_DATABASES
     const auto bytesAt = HSVN_BEHIND(sqlite3_column_blob); // the one in front looks at what Subversion reads
 #else
     const auto bytesAt = sqlite3_column_blob;

@@ -9,7 +9,7 @@
 //
 // In a program that has loaded the same libraries before the bundle they call one another as they always do.
 
-#ifdef HSVN_STANDS_IN_FRONT
+#if defined(HSVN_GUARDS_DATABASES) || defined(HSVN_GUARDS_ENTRIES)
 
 #include <dlfcn.h>
 

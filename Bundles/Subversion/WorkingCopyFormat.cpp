@@ -65,17 +65,6 @@ svn_error_t* pristineCopyPath(const char* path, const char** pristinePath, apr_p
     return smoothed(svn_wc_get_pristine_copy_path(path, pristinePath, pool));
 }
 
-/// Whether the line works with working copies of a format as they are. The lines before 1.7 work with older ones, too.
-bool isFormatOfLine(int format)
-{
-    constexpr int newest = HSVN_LINE_MINOR >= 15  ? 32
-                           : HSVN_LINE_MINOR >= 8 ? 31
-                           : HSVN_LINE_MINOR == 7 ? 29
-                                                  : HSVN_LINE_MINOR + 4;
-    constexpr int oldest = HSVN_LINE_MINOR >= 15 ? 31 : HSVN_LINE_MINOR >= 7 ? newest : 2;
-    return format >= oldest && format <= newest;
-}
-
 } // namespace
 
 int statedFormat(const char* folder, apr_pool_t* pool)
@@ -90,6 +79,16 @@ int statedFormat(const char* folder, apr_pool_t* pool)
         }
     }
     return 0;
+}
+
+bool isFormatOfLine(int format)
+{
+    constexpr int newest = HSVN_LINE_MINOR >= 15  ? 32
+                           : HSVN_LINE_MINOR >= 8 ? 31
+                           : HSVN_LINE_MINOR == 7 ? 29
+                                                  : HSVN_LINE_MINOR + 4;
+    constexpr int oldest = HSVN_LINE_MINOR >= 15 ? 31 : HSVN_LINE_MINOR >= 7 ? newest : 2;
+    return format >= oldest && format <= newest;
 }
 
 svn_error_t* formatChecked(const char* folder, svn_error_t* error, apr_pool_t* pool)
@@ -119,7 +118,7 @@ void fillWorkingCopyFormat(HSVNBundleEntryPoints& table)
 
 } // namespace HSVNAdapter
 
-#ifdef HSVN_STANDS_IN_FRONT
+#ifdef HSVN_GUARDS_DATABASES
 // The text files of a working copy state the formats before those of databases. For any other, Subversion looks into
 // the database that is not there, which ends the process.
 HSVN_STAND_IN svn_error_t* svn_io_read_version_file(int* version, const char* path, apr_pool_t* pool)
