@@ -82,6 +82,18 @@ TEST(HSVNWorkingCopyFormat, IsZeroForAFolderThatIsNone)
               "Invalid parameter not satisfying: path != nil");
 }
 
+TEST(HSVNWorkingCopyFormat, IsNotChangedThroughALinkInAnExternalsPlace)
+{
+    const SampleWorkingCopy sample{"1.14"};
+    const auto external = sample.path("wc/externals/ext");
+    const auto elsewhere = sample.path("elsewhere");
+    fs::rename(external, elsewhere);
+    fs::create_directory_symlink(elsewhere, external);
+    alterWorkingCopyDatabase(elsewhere, {"ALTER TABLE nodes DROP COLUMN inherited_props", "PRAGMA user_version = 30"});
+    std::make_shared<HSVNClient>()->upgrade(sample.path());
+    EXPECT_EQ(formatOf(elsewhere), 30);
+}
+
 TEST(HSVNAdminArea, IsNotLeftByAnUpgradeInSilence)
 {
     const SampleWorkingCopy sample{"1.6"};

@@ -8,6 +8,7 @@
 #include "Obstructions.h"
 #include "OwnDatabases.h"
 #include "Relocation.h"
+#include "UpgradedExternals.h"
 
 #if HSVN_LINE_MINOR >= 7
 #include <svn_dirent_uri.h>
@@ -38,6 +39,9 @@ svn_error_t* removeFromChangelists(const apr_array_header_t* paths, svn_depth_t 
 svn_error_t* upgrade(const char* path, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
     SVN_ERR(checkLocalTarget(&path, pool));
+    const char* absolute = nullptr;
+    SVN_ERR(svn_dirent_get_absolute(&absolute, path, pool));
+    leaveLinkedExternals(absolute, pool);
     const FormerAreas areas{ctx, pool};
     SVN_ERR(svn_client_upgrade(path, ctx, pool));
     return areas.remove();
