@@ -812,15 +812,17 @@ TEST(HSVNDirectoryAggregates, HoldTheKindsOfProperties)
     repository.change({"mkdir", "folder", "mkdir", "folder/inner"});
     const auto wc = repository.checkOut();
     mustRun({"svn", "propset", "-q", "name", "value", wc + "/folder/inner"});
+    repository.change({"propset", "other", "value", "folder/inner"});
     const ReadingClient reading;
     const auto alone = HSVNDirectory::workingCopyWithStatusAtPath(pathOf(wc + "/folder"), reading.client);
     EXPECT_EQ(alone->aggregateChildStatus() & HSVNStatusKindModified, HSVNStatusKindModified);
-    auto options = optionsFor({"-v"});
+    auto options = optionsFor({"-v", "-u"});
     options->setPropagateStatusToAncestor(true);
     const Scan scan{pathOf(wc), options, reading.client};
     for (const auto& node : {scan.root, scan.node("folder")}) {
-        EXPECT_EQ(static_cast<const HSVNDirectory&>(*node).aggregateChildStatus() & HSVNStatusKindModified,
-                  HSVNStatusKindModified);
+        const auto& folder = static_cast<const HSVNDirectory&>(*node);
+        EXPECT_EQ(folder.aggregateChildStatus() & HSVNStatusKindModified, HSVNStatusKindModified);
+        EXPECT_EQ(folder.aggregateRepositoryChildStatus() & HSVNStatusKindModified, HSVNStatusKindModified);
     }
 }
 
