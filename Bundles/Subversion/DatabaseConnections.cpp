@@ -1,6 +1,6 @@
 #include "DatabaseConnections.h"
 
-#ifdef HSVN_FAST_STATUS
+#if defined(HSVN_FAST_STATUS) || defined(HSVN_GUARDS_DATABASES)
 
 #include "DatabaseFiles.h"
 #include "DatabaseSchema.h"
@@ -14,7 +14,7 @@ namespace HSVNAdapter {
 namespace {
 
 /// The format whose tables the statements of this bundle are written for.
-constexpr int knownFormat = 31;
+constexpr int knownFormat = HSVN_LINE_MINOR == 7 ? 29 : 31;
 /// A writer that holds the database longer than this sends the question the slow way, where Subversion waits itself.
 constexpr int busyMilliseconds = 500;
 

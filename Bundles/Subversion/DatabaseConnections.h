@@ -2,7 +2,7 @@
 
 #include "SubversionLine.h"
 
-#ifdef HSVN_FAST_STATUS
+#if defined(HSVN_FAST_STATUS) || defined(HSVN_GUARDS_DATABASES)
 
 #include "SQLiteHandles.h"
 

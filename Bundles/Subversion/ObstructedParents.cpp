@@ -1,6 +1,6 @@
 #include "ObstructedParents.h"
 
-#ifdef HSVN_FAST_STATUS
+#if defined(HSVN_FAST_STATUS) || defined(HSVN_GUARDS_DATABASES)
 
 #include "CanonicalPaths.h"
 #include "DatabaseConnections.h"

@@ -4,7 +4,8 @@
 
 namespace HSVNAdapter {
 
-// What is written below a link would be written wherever that leads. On lines before 1.9 nothing here refuses anything.
+// What is written below a link would be written wherever that leads. On lines before 1.7, and on static ones
+// before 1.9, nothing here refuses anything.
 
 /// Refuses to write at an absolute path in whose working copy something else than a directory has the place of a
 /// versioned one above it, or is above it though the path is recorded. A database that cannot be read does not say no.
