@@ -149,8 +149,8 @@ svn_error_t* OpenWorkingCopies::refresh(const apr_array_header_t* targets, apr_p
     _askedForWork.reset();
     // Where nothing is open, what was missing is remembered as such.
     const bool mustRenew = _seen.empty() ? !_targets.empty()
-                                         : _seen.size() > mostOpen || isLocked || keepsOthersOut(_ctx) || isStale(pool) ||
-                                               std::ranges::any_of(_targets, [&](const auto& target) {
+                                         : _seen.size() > mostOpen || isLocked || keepsOthersOut(_ctx) ||
+                                               isStale(pool) || std::ranges::any_of(_targets, [&](const auto& target) {
                                                    return isMistakenAbout(target.first, target.second, pool);
                                                });
     if (mustRenew) {
