@@ -46,9 +46,25 @@ int main()
 PROJECT = """
 cmake_minimum_required(VERSION 3.25)
 project(User CXX)
+find_package(HSVN QUIET COMPONENTS Missing)
+if(HSVN_FOUND)
+  message(FATAL_ERROR "A component that is not there was found")
+endif()
 find_package(HSVN 1.0 REQUIRED)
 add_executable(user user.cpp)
 target_link_libraries(user PRIVATE HSVN::HSVN)
+"""
+
+SURROUNDING_PROJECT = """
+cmake_minimum_required(VERSION 3.25)
+project(User CXX)
+file(WRITE ${PROJECT_BINARY_DIR}/include/own.h "")
+add_subdirectory(%s HSVN)
+add_executable(user ../user.cpp)
+target_link_libraries(user PRIVATE HSVN::HSVN)
+if(CMAKE_BUILD_TYPE OR TARGET hsvn_tests OR NOT EXISTS ${PROJECT_BINARY_DIR}/include/own.h)
+  message(FATAL_ERROR "The project was changed from within")
+endif()
 """
 
 
@@ -89,6 +105,15 @@ class InstalledPackage(unittest.TestCase):
             f"-DCMAKE_CXX_COMPILER={COMPILER}", f"-DCMAKE_CXX_FLAGS={' '.join(FLAGS)}")
         run("cmake", "--build", str(build))
         self.check_program(build / "user")
+
+    def test_a_project_has_the_library_within_it(self):
+        surrounding = self.work / "surrounding"
+        surrounding.mkdir()
+        (surrounding / "CMakeLists.txt").write_text(SURROUNDING_PROJECT % pathlib.Path(__file__).parents[1])
+        run("cmake", "-G", "Ninja", "-S", str(surrounding), "-B", str(surrounding / "build"),
+            f"-DCMAKE_CXX_COMPILER={COMPILER}")
+        needed = run("ninja", "-C", str(surrounding / "build"), "-t", "inputs", "user")
+        self.assertRegex(needed, r"(?m)^HSVN/lib/HSVN/Versions/A/Subversion/.*/HSVNBundle.so$")
 
     def test_a_program_builds_with_pkg_config(self):
         flags = run("pkg-config", "--cflags", "--libs", "hsvn", env=self.environment).split()
