@@ -10,12 +10,19 @@ namespace HSVNArray {
 
 namespace {
 
+const HSVNNodeRef& required(const HSVNNodeRef& node)
+{
+    HSVNAssertParameter(node != nullptr, "node != nil");
+    return node;
+}
+
 template <class Predicate>
 Nodes filtered(const Nodes& nodes, const Predicate& predicate)
 {
     Nodes result;
     result.reserve(nodes.size());
-    std::ranges::copy_if(nodes, std::back_inserter(result), predicate);
+    std::ranges::copy_if(nodes, std::back_inserter(result),
+                         [&](const HSVNNodeRef& node) { return predicate(required(node)); });
     return result;
 }
 
@@ -40,7 +47,8 @@ std::vector<HSVNPathRef> arrayWithPathsOfNodes(const Nodes& nodes)
 {
     std::vector<HSVNPathRef> paths;
     paths.reserve(nodes.size());
-    std::ranges::transform(nodes, std::back_inserter(paths), [](const HSVNNodeRef& node) { return node->path(); });
+    std::ranges::transform(nodes, std::back_inserter(paths),
+                           [](const HSVNNodeRef& node) { return required(node)->path(); });
     return paths;
 }
 
@@ -98,7 +106,7 @@ HSVNNodeRef nodeWithPath(const Nodes& nodes, const HSVNPathRef& path)
 {
     HSVNAssertParameter(path != nullptr, "path != nil");
     const auto found =
-        std::ranges::find_if(nodes, [&](const HSVNNodeRef& node) { return PathEqual{}(node->path(), path); });
+        std::ranges::find_if(nodes, [&](const HSVNNodeRef& node) { return PathEqual{}(required(node)->path(), path); });
     return found != nodes.end() ? *found : nullptr;
 }
 
@@ -118,7 +126,7 @@ NodesByPath dictionaryOfNodesKeyedByPath(const Nodes& nodes)
     NodesByPath dictionary;
     dictionary.reserve(nodes.size());
     for (const auto& node : nodes) {
-        dictionary[node->path()] = node;
+        dictionary[required(node)->path()] = node;
     }
     return dictionary;
 }

@@ -11,8 +11,8 @@
 #include <unordered_map>
 #include <vector>
 
-/// Filters and lookups in arrays of nodes. Each leaves the array unchanged and keeps its order; nodes must not be nil.
-/// Kinds are compared exactly, not as sets; a node without a status record counts as kind none.
+/// Filters and lookups in arrays of nodes. Each leaves the array unchanged and keeps its order; nodes must not be nil
+/// ("node != nil"). Kinds are compared exactly, not as sets; a node without a status record counts as kind none.
 namespace HSVNArray {
 
 /// Hashes paths by value; nil has a hash too.

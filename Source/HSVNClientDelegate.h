@@ -5,6 +5,7 @@
 #include "HSVNExport.h"
 #include "HSVNForward.h"
 #include "HSVNMessageNames.h"
+#include "HSVNPlatformException.h"
 
 #include <cstdint>
 #include <memory>
@@ -464,8 +465,11 @@ template <class Application>
 class HSVNClientDelegateOf : public HSVNForwardingDelegate<Application, HSVNClientDelegateOf<Application>>
 {
   public:
-    /// @param object  not nil; the delegate keeps it alive
-    explicit HSVNClientDelegateOf(std::shared_ptr<Application> object) : _object{std::move(object)} {}
+    /// @param object  not nil ("object != nil"); the delegate keeps it alive
+    explicit HSVNClientDelegateOf(std::shared_ptr<Application> object) : _object{std::move(object)}
+    {
+        HSVNAssertParameter(_object != nullptr, "object != nil");
+    }
 
   private:
     friend HSVNForwardingDelegate<Application, HSVNClientDelegateOf<Application>>;

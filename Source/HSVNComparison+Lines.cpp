@@ -19,8 +19,8 @@ HSVNComparison::~HSVNComparison() = default;
 HSVNComparison::HSVNComparison(HSVNComparison&& other) noexcept = default;
 HSVNComparison& HSVNComparison::operator=(HSVNComparison&& other) noexcept = default;
 
-const std::vector<HSVNDiffSection>& HSVNComparison::sections() const& { return _parts->sections; }
-std::vector<HSVNDiffSection> HSVNComparison::sections() && { return std::move(_parts->sections); }
+const std::vector<HSVNDiffSection>& HSVNComparison::sections() const& { return parts().sections; }
+std::vector<HSVNDiffSection> HSVNComparison::sections() && { return std::move(parts().sections); }
 
 bool HSVNComparison::hasDifferences() const
 {
@@ -31,7 +31,7 @@ void HSVNComparison::readLines(HSVNDiffSide side, const HSVNDiffLines& lines,
                                const HSVNContentsReceiver& receiver) const
 {
     HSVNAssertParameter(receiver != nullptr, "receiver != nil");
-    _parts->text(side).readLines(lines, receiver);
+    parts().text(side).readLines(lines, receiver);
 }
 
 std::vector<std::string> HSVNComparison::lines(const HSVNDiffSection& section, HSVNDiffSide side) const
@@ -44,7 +44,7 @@ std::vector<std::string> HSVNComparison::lines(const HSVNDiffSection& section, H
 std::string HSVNComparison::text(const HSVNDiffSection& section, HSVNDiffSide side) const
 {
     std::string text;
-    _parts->text(side).readPieces(section.lines(side), [&text](std::string_view piece) { text += piece; });
+    parts().text(side).readPieces(section.lines(side), [&text](std::string_view piece) { text += piece; });
     return text;
 }
 
@@ -54,4 +54,4 @@ HSVNChangedWords HSVNComparison::words(const HSVNDiffSection& section, HSVNDiffS
     return HSVNCompareWords(text(section, original), text(section, modified));
 }
 
-const HSVNLineEnds& HSVNComparison::lineEnds(HSVNDiffSide side) const { return _parts->text(side).ends(); }
+const HSVNLineEnds& HSVNComparison::lineEnds(HSVNDiffSide side) const { return parts().text(side).ends(); }

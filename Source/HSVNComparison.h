@@ -3,6 +3,7 @@
 #include "HSVNDiffSection.h"
 #include "HSVNDiffWords.h"
 #include "HSVNExport.h"
+#include "HSVNPlatformException.h"
 #include "HSVNReceiver.h"
 
 #include <cstdint>
@@ -39,7 +40,7 @@ class HSVN_EXPORT HSVNComparison
 {
   public:
     ~HSVNComparison();
-    /// Takes over what another comparison found; that one is not to be used any more.
+    /// Takes over what another comparison found; that one is as nil ("comparison != nil").
     HSVNComparison(HSVNComparison&& other) noexcept;
     /// The same.
     HSVNComparison& operator=(HSVNComparison&& other) noexcept;
@@ -71,7 +72,11 @@ class HSVN_EXPORT HSVNComparison
 
   protected:
     explicit HSVNComparison(std::unique_ptr<Parts> parts);
-    Parts& parts() const { return *_parts; }
+    Parts& parts() const
+    {
+        HSVNAssertParameter(_parts != nullptr, "comparison != nil");
+        return *_parts;
+    }
 
   private:
     std::unique_ptr<Parts> _parts;

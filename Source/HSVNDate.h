@@ -23,10 +23,11 @@ class HSVN_EXPORT HSVNDate
 
     /// The present moment.
     static HSVNDate now();
-    /// The moment that many seconds after 1970-01-01T00:00:00Z; negative is before.
+    /// The moment that many seconds after 1970-01-01T00:00:00Z, or the farthest one that there is; negative is before.
     static constexpr HSVNDate dateWithTimeIntervalSince1970(std::int64_t seconds)
     {
-        return HSVNDate{seconds * 1'000'000};
+        constexpr std::int64_t farthest = 9'223'372'036'854;
+        return HSVNDate{(seconds < -farthest ? -farthest : seconds > farthest ? farthest : seconds) * 1'000'000};
     }
 
     /// The date of an APR time (microseconds since 1970): whole seconds, the microseconds dropped; 0 gives nil.

@@ -4,6 +4,7 @@
 #include "HSVNException.h"
 #include "HSVNFile.h"
 #include "HSVNLocalPath.h"
+#include "HSVNPlatformException.h"
 #include "HSVNRevision.h"
 #include "HSVNStatus.h"
 #include "HSVNStringPatterns.h"
@@ -70,7 +71,10 @@ HSVNNodeRef HSVNNode::nodeWithStatusAtPath(const HSVNPathRef& path, const HSVNRe
 
 HSVNNodeRef HSVNNode::nodeWithName(const std::string& name, const std::vector<HSVNNodeRef>& nodes)
 {
-    const auto found = std::find_if(nodes.begin(), nodes.end(), [&](const auto& node) { return node->name() == name; });
+    const auto found = std::find_if(nodes.begin(), nodes.end(), [&](const auto& node) {
+        HSVNAssertParameter(node != nullptr, "node != nil");
+        return node->name() == name;
+    });
     return found == nodes.end() ? nullptr : *found;
 }
 
@@ -103,6 +107,7 @@ void HSVNNode::removeVersionConflictFilesFromArray(std::vector<HSVNNodeRef>& nod
 {
     std::vector<std::string> names;
     for (const auto& node : nodes) {
+        HSVNAssertParameter(node != nullptr, "node != nil");
         auto more = conflictFileNames(*node);
         names.insert(names.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
     }

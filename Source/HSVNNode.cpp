@@ -3,6 +3,7 @@
 #include "HSVNLocalPath.h"
 #include "HSVNLock.h"
 #include "HSVNPath.h"
+#include "HSVNPlatformException.h"
 #include "HSVNStatus.h"
 #include "HSVNURL.h"
 #include "Internal/CompactDate.h"
@@ -170,6 +171,7 @@ void HSVNNode::URLBelow::make(const HSVNNode& node) const
         return;
     }
     try {
+        HSVNAssertParameter(node._path != nullptr, "path != nil");
         std::string text = _url->string();
         text.append(1, '/').append(HSVNPathText::percentEncoded(HSVNPathText::lastComponent(node._path->string())));
         _url = HSVNURLOfTrustedText(std::move(text));

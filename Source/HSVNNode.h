@@ -49,8 +49,8 @@ enum HSVNLockStatus : std::int32_t
     HSVNLockStatusLockedElsewhere = 1, ///< locked in the repository, no token here
     HSVNLockStatusLockedHere = 2,      ///< the token here is the repository's lock
     HSVNLockStatusStolen = 3,          ///< the repository has another lock than the token here
-    HSVNLockStatusBroken = 4,          ///< a token here, and the repository has no lock
-    HSVNLockStatusLockedLocally = 5    ///< a token here, and the repository was not asked
+    HSVNLockStatusBroken = 4,          ///< a token here, and the repository, which changed the item, has no lock
+    HSVNLockStatusLockedLocally = 5    ///< a token here, and the repository was not asked or reports no change
 };
 
 /// One versioned item, a file or a folder, in a working copy or in a repository: which of the two, the kind of its
@@ -126,7 +126,7 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     const HSVNURLRef& URL() const { return _url.of(*this); }
     void setURL(HSVNURLRef url) { _url.set(std::move(url)); }
     /// Makes the URL that of the path's last component, escaped, within a directory, when it is first asked for. The
-    /// path must be set.
+    /// path must be set then ("path != nil").
     void setURLBelow(HSVNURLRef directory) { _url.setDirectory(std::move(directory)); }
     /// In bytes; 0 when unknown.
     std::uint64_t size() const { return _size; }
@@ -274,9 +274,10 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// Stands for svn_client_status2.
     static HSVNNodeRef nodeWithStatusAtPath(const HSVNPathRef& path, const HSVNRevisionRef& revision,
                                             bool compareAgainstRepository, const HSVNContextRef& context);
-    /// The first node of that name, or nil.
+    /// The first node of that name, or nil; the list has no nil ones ("node != nil").
     static HSVNNodeRef nodeWithName(const std::string& name, const std::vector<HSVNNodeRef>& nodes);
-    /// Takes the files that conflicts left beside their items out of a list of nodes with status.
+    /// Takes the files that conflicts left beside their items out of a list of nodes with status, none nil ("node !=
+    /// nil").
     static void removeVersionConflictFilesFromArray(std::vector<HSVNNodeRef>& nodes);
     /// A node for an item on disk that Subversion does not know, with the status unversioned or ignored.
     ///
@@ -412,11 +413,13 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
                                                const HSVNContextRef& context);
     /// Merges the difference between two sources into a working copy.
     ///
-    /// @param path1, revision1  the first source, a URL or a working-copy path; not nil
-    /// @param path2, revision2  the second source; not nil
-    /// @param workingCopyPath   what is changed; not nil ("workingCopyPath != nil")
-    /// @param options           depth, comparison, force, record only, dry run; not nil ("options != nil")
-    /// @param context           not nil ("context != nil")
+    /// @param path1            the first source, a URL or a working-copy path; not nil ("path1 != nil")
+    /// @param revision1        its state; not nil ("revision1 != nil")
+    /// @param path2            the second source; not nil ("path2 != nil")
+    /// @param revision2        its state; not nil ("revision2 != nil")
+    /// @param workingCopyPath  what is changed; not nil ("workingCopyPath != nil")
+    /// @param options          depth, comparison, force, record only, dry run; not nil ("options != nil")
+    /// @param context          not nil ("context != nil")
     /// @throws HSVNException for every Subversion error; HSVNInvalidArgumentException "Invalid depth" and "Record only
     ///         option is not supported on 1.4" on a 1.4 bundle
     ///
@@ -459,9 +462,10 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// A local item moved to a folder that is not under version control is moved on disk: once it is there in full, it
     /// is removed where it was, and a versioned one scheduled for deletion.
     ///
-    /// @param sourcePath, destPath  two local paths or two URLs; not nil ("sourcePath != nil", "destPath != nil")
-    /// @param options               whether local changes may be lost; not nil ("options != nil")
-    /// @param context               not nil ("context != nil")
+    /// @param sourcePath  a local path or a URL; not nil ("sourcePath != nil")
+    /// @param destPath    of the same kind; not nil ("destPath != nil")
+    /// @param options     whether local changes may be lost; not nil ("options != nil")
+    /// @param context     not nil ("context != nil")
     /// @return the revision of the commit, or `HSVNInvalidRevision` for a move on disk
     /// @throws HSVNEntryExistsException when the destination exists; HSVNOperationCancelledException
     ///         "Move was canceled" when the log message was refused; HSVNException "Failed to move item at '%@' to
@@ -476,9 +480,10 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// A local item copied to a folder that is not under version control is copied as it is on disk, whatever the
     /// options' revision, and without administrative folders.
     ///
-    /// @param sourcePath, destPath  local paths or URLs; not nil ("sourcePath != nil", "destPath != nil")
-    /// @param options               the source's revision; not nil ("options != nil")
-    /// @param context               not nil ("context != nil")
+    /// @param sourcePath  a local path or a URL; not nil ("sourcePath != nil")
+    /// @param destPath    a local path or a URL; not nil ("destPath != nil")
+    /// @param options     the source's revision; not nil ("options != nil")
+    /// @param context     not nil ("context != nil")
     /// @return the revision of the commit, or `HSVNInvalidRevision` without one
     /// @throws HSVNEntryExistsException when the destination exists; HSVNException "Failed to copy item at '%@' to
     ///         unversioned directory at '%@'", and for every other Subversion error
@@ -491,12 +496,13 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     /// A destination that exists is replaced when the handler says so. Should the item then not arrive, the old
     /// destination is brought back: its content, what was scheduled, and its properties.
     ///
-    /// @param sourcePaths, destPaths  pairs by index ("[sourcePaths count] == [destPaths count]")
-    /// @param copy                    whether the sources stay
-    /// @param options                 HSVNCopyOptions for a copy, else HSVNMoveOptions
-    /// @param handler                 asked before each item and about destinations that exist; may be nil
-    /// @param contextInfo             handed back to the handler
-    /// @param context                 not nil ("context != nil")
+    /// @param sourcePaths  local paths or URLs, none nil ("sourcePath != nil")
+    /// @param destPaths    as many ("[sourcePaths count] == [destPaths count]"), none nil ("destPath != nil")
+    /// @param copy         whether the sources stay
+    /// @param options      HSVNCopyOptions for a copy, else HSVNMoveOptions
+    /// @param handler      asked before each item and about destinations that exist; may be nil
+    /// @param contextInfo  handed back to the handler
+    /// @param context      not nil ("context != nil")
     /// @return the revision of the last item moved or copied, or `HSVNInvalidRevision`
     /// @throws HSVNOperationCancelledException "Move was canceled by user" and "Operation canceled by user";
     ///         HSVNInternalInconsistencyException "Unrecognised overwrite result"; what the operations above throw.
@@ -649,7 +655,7 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
     HSVNPathRef _path;
     HSVNPathRef _location;
     std::uint64_t _size = 0;
-    std::int64_t _date = std::numeric_limits<std::int64_t>::min(); // in microseconds since 1970; this one is nil
+    std::int64_t _date = (std::numeric_limits<std::int64_t>::min)(); // in microseconds since 1970; this one is nil
     std::shared_ptr<const std::string> _author;
     HSVNStatusRef _status;
     HSVNRareFields<Rare> _rare;

@@ -45,6 +45,7 @@ bool storeCount(std::size_t* length, const std::shared_ptr<Stream>& stream, Tran
 svn_stream_t* HSVNAdaptInputStream(const HSVNInputStreamRef& stream, apr_pool_t* pool)
 {
     HSVNAssertParameter(stream != nullptr, "stream != nil");
+    HSVNAssertParameter(pool != nullptr, "pool != NULL");
     const auto& entryPoints = HSVNCurrentEntryPoints();
     auto* adapted = makeStream(entryPoints, {stream, nullptr}, pool);
     entryPoints.stream_set_read(adapted, HSVNAdaptStreamRead);
@@ -54,6 +55,7 @@ svn_stream_t* HSVNAdaptInputStream(const HSVNInputStreamRef& stream, apr_pool_t*
 svn_stream_t* HSVNAdaptOutputStream(const HSVNOutputStreamRef& stream, apr_pool_t* pool)
 {
     HSVNAssertParameter(stream != nullptr, "stream != nil");
+    HSVNAssertParameter(pool != nullptr, "pool != NULL");
     const auto& entryPoints = HSVNCurrentEntryPoints();
     auto* adapted = makeStream(entryPoints, {nullptr, stream}, pool);
     entryPoints.stream_set_write(adapted, HSVNAdaptStreamWrite);

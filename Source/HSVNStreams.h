@@ -48,6 +48,7 @@ using HSVNOutputStreamRef = std::shared_ptr<HSVNOutputStream>;
 /// no harm, and the platform stream is not closed by it.
 ///
 /// @param stream  not nil ("stream != nil")
+/// @param pool    of the current bundle; not null ("pool != NULL")
 /// Stands for svn_stream_create, svn_stream_set_read and svn_stream_set_close.
 HSVN_EXPORT svn_stream_t* HSVNAdaptInputStream(const HSVNInputStreamRef& stream, apr_pool_t* pool);
 /// The same for a platform stream that Subversion writes to (svn_stream_set_write).

@@ -16,6 +16,7 @@ std::string HSVNString::stringWithSVNString(const svn_string_t* string)
 svn_string_t* HSVNString::SVNStringUsingPool(const std::string& text, apr_pool_t* pool)
 {
     const HSVNBundleEntryPoints& entryPoints = HSVNCurrentEntryPoints();
+    HSVNAssertParameter(pool != nullptr, "pool != NULL");
     if (text.find('\0') == std::string::npos) {
         return entryPoints.string_create(text.c_str(), pool);
     }

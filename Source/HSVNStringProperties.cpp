@@ -1,9 +1,11 @@
 #include "HSVNStringProperties.h"
 
 #include "HSVNBundleLoader.h"
+#include "HSVNPlatformException.h"
 #include "Internal/Characters.h"
 #include "Internal/Pool.h"
 
+#include <algorithm>
 #include <unordered_set>
 
 namespace HSVNString {
@@ -46,6 +48,8 @@ std::optional<std::string> stringFromIgnoreList(const std::optional<std::vector<
 
 std::optional<std::string> stringFromIgnoreList(std::initializer_list<const char*> patterns)
 {
+    HSVNAssertParameter(std::ranges::all_of(patterns, [](const char* pattern) { return pattern != nullptr; }),
+                        "pattern != NULL");
     return patterns.size() == 0 ? std::nullopt
                                 : stringFromIgnoreList(std::vector<std::string>(patterns.begin(), patterns.end()));
 }

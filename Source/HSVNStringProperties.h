@@ -23,7 +23,7 @@ HSVN_EXPORT std::vector<std::string> ignoreListValue(const std::string& text);
 /// The ignore text of a list: each pattern where it occurs first, empty ones left out, one a line without a line feed
 /// after the last; nil for nil.
 HSVN_EXPORT std::optional<std::string> stringFromIgnoreList(const std::optional<std::vector<std::string>>& patterns);
-/// The same of patterns that are written out; nil for none.
+/// The same of patterns that are written out, none null ("pattern != NULL"); nil for none.
 HSVN_EXPORT std::optional<std::string> stringFromIgnoreList(std::initializer_list<const char*> patterns);
 
 /// The keywords of a text: its pieces at every single blank, empty ones kept.

@@ -71,6 +71,7 @@ TEST_F(ClientSettings, AnOwnedDelegateAnswersAndItsAnswersAreStoredInTheGivenAre
     EXPECT_TRUE(client->delegate());
     client->setOwnedDelegate(std::make_shared<HSVNClientDelegateOf<Answering>>(application));
     EXPECT_TRUE(client->delegate());
+    EXPECT_THROW(clientAsking(nullptr), HSVNAssertionException);
     client->setDelegate(nullptr);
     EXPECT_EQ(application.use_count(), 1) << "let go of once there is another delegate, or none";
 }

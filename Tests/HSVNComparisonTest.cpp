@@ -356,7 +356,9 @@ TEST_F(ComparedFile, IsStagedByChoice)
 {
     writeFile(folder / "before", "1\r\n2\r\n3\r\n4");
     writeFile(folder / "after", "one\r\n2\r\n3\r\nfour\r\nfive");
-    const auto diff = HSVNDiff::ofFiles(folder / "before", folder / "after", context);
+    auto compared = HSVNDiff::ofFiles(folder / "before", folder / "after", context);
+    const auto diff = std::move(compared);
+    EXPECT_THROW(compared.hasDifferences(), HSVNAssertionException); // NOLINT(bugprone-use-after-move)
     ASSERT_EQ(diff.sections().size(), 3U);
     for (const auto& [chosen, text] :
          std::map<std::vector<std::size_t>, std::string>{{{}, "1\r\n2\r\n3\r\n4"},

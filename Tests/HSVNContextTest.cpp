@@ -154,6 +154,7 @@ TEST(PropertyTexts, BecomeListsOfPatternsAndKeywordsAndBack)
     EXPECT_EQ(HSVNString::stringFromIgnoreList({{"a", "b", "a", "", "c d"}}), "a\nb\nc d");
     EXPECT_EQ(HSVNString::stringFromIgnoreList({{"", ""}}), "");
     EXPECT_EQ(HSVNString::stringFromIgnoreList({"a", "b", "a"}), "a\nb");
+    EXPECT_THROW(HSVNString::stringFromIgnoreList({"a", nullptr}), HSVNAssertionException);
     EXPECT_EQ(HSVNString::stringFromIgnoreList({}), std::nullopt);
     EXPECT_EQ(HSVNString::stringFromIgnoreList(std::nullopt), std::nullopt);
     EXPECT_THAT(HSVNString::keywordListValue("Id  Date"), ElementsAre("Id", "", "Date"));

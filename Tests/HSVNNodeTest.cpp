@@ -14,6 +14,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <thread>
 
 namespace {
@@ -113,6 +114,9 @@ TEST(NodeTest, AURLBelowADirectoryIsMadeForWhoeverAsksFirst)
     moved->setPath(localPath("/wc/b.txt"));
     EXPECT_EQ(moved->URL()->string(), "svn://host/r/a.txt");
     EXPECT_EQ(directory->string(), "svn://host/r");
+    HSVNNode nowhere;
+    nowhere.setURLBelow(directory);
+    EXPECT_THROW(nowhere.URL(), HSVNAssertionException);
 }
 
 TEST(NodeTest, IsArchivedWithAllFieldsAndItsClass)
@@ -384,6 +388,20 @@ TEST_F(NodeArrayTest, FiltersByExactKindsInOrder)
     EXPECT_THAT(HSVNArray::arrayWithNodesWithStatus(nodes, HSVNStatusKindAdded, HSVNScheduleNormal), ElementsAre());
     // A node without a record counts as out of date at revision 0.
     EXPECT_THAT(HSVNArray::arrayWithOutOfDateNodes(nodes), ElementsAre(modified, bare));
+}
+
+TEST_F(NodeArrayTest, RefusesNilNodes)
+{
+    HSVNArray::Nodes withNil{nullptr};
+    const std::function<void()> calls[] = {[&] { HSVNArray::arrayWithOutOfDateNodes(withNil); },
+                                           [&] { HSVNArray::arrayWithPathsOfNodes(withNil); },
+                                           [&] { HSVNArray::nodeWithPath(withNil, bare->path()); },
+                                           [&] { HSVNArray::dictionaryOfNodesKeyedByPath(withNil); },
+                                           [&] { HSVNNode::nodeWithName("a", withNil); },
+                                           [&] { HSVNNode::removeVersionConflictFilesFromArray(withNil); }};
+    for (const auto& call : calls) {
+        EXPECT_THROW(call(), HSVNAssertionException);
+    }
 }
 
 TEST_F(NodeArrayTest, FindsNodesByPath)

@@ -200,6 +200,8 @@ TEST(Date, DropsTheMicrosecondsOfSubversionTimes)
     EXPECT_EQ(HSVNDate::dateWithAPRTime(1'500'000), HSVNDate{1'000'000});
     EXPECT_EQ(HSVNDate::dateWithAPRTime(-1'500'000), HSVNDate{-1'000'000});
     EXPECT_EQ(HSVNDate::dateWithAPRTime(0), std::nullopt);
+    EXPECT_EQ(HSVNDate::dateWithTimeIntervalSince1970(std::numeric_limits<std::int64_t>::max()).APRTime(),
+              9'223'372'036'854'000'000);
     EXPECT_EQ(HSVNDate{1'999'999}.APRTime(), 1'000'000);
     EXPECT_EQ(HSVNDate{-1'999'999}.APRTime(), -1'000'000);
 }

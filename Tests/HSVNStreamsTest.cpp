@@ -103,6 +103,7 @@ TEST(StreamAdapters, KeepThePlatformStreamUntilSubversionClosesThem)
     const HSVNPool pool;
     auto stream = std::make_shared<HSVNMemoryOutputStream>();
     const std::weak_ptr<HSVNMemoryOutputStream> watched = stream;
+    EXPECT_THROW(HSVNAdaptOutputStream(stream, nullptr), HSVNAssertionException);
     auto* adapted = HSVNAdaptOutputStream(std::exchange(stream, nullptr), pool);
     std::size_t length = 3;
     ASSERT_EQ(HSVNAdaptStreamWrite(lastBaton, "abc", &length), nullptr);
