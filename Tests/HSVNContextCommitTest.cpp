@@ -135,6 +135,11 @@ TEST_P(CommittingVerbs, TellTheirRevisionAndGiveItProperties)
     }
     EXPECT_EQ(revisions.size(), everyChange().size());
     EXPECT_EQ(delegate->commitItems.size(), everyChange().size());
+    given.properties = {{"no name", ""}};
+    for (const auto& change : everyChange()) {
+        EXPECT_THROW(change(*client, given), HSVNException);
+    }
+    EXPECT_EQ(revisions.back(), repository.youngest());
 }
 
 TEST_P(CommittingVerbs, EndTheLinesOfTheirMessageInTheWayOfRepositories) { expectTheMessage(false); }

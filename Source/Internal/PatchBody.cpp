@@ -1,6 +1,7 @@
 #include "Internal/PatchBody.h"
 
 #include "Internal/PatchHeader.h"
+#include "Internal/PropertyValue.h"
 
 #include <algorithm>
 #include <array>
@@ -54,19 +55,6 @@ std::optional<std::string_view> takeMarked(std::string_view& line, char mark)
     return taken;
 }
 
-bool isLetter(char character)
-{
-    return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z');
-}
-
-bool isPropertyName(std::string_view name)
-{
-    const auto begins = [](char character) { return isLetter(character) || character == ':' || character == '_'; };
-    return !name.empty() && begins(name.front()) && std::all_of(name.begin(), name.end(), [&](char character) {
-        return begins(character) || (character >= '0' && character <= '9') || character == '-' || character == '.';
-    });
-}
-
 /// "3", "3-5" or either with a star behind it.
 bool isRevisionRange(std::string_view text)
 {
@@ -116,11 +104,11 @@ std::optional<HSVNPatchRanges> HSVNRangesOfHunk(std::string_view line, std::stri
 
 std::optional<std::string> HSVNPatchPropertyName(std::string_view written)
 {
-    if (!isPropertyName(written)) {
+    if (!HSVNIsPropertyName(written)) {
         written.remove_prefix(std::min(written.find_first_not_of(blanks), written.size()));
         written = written.substr(0, written.find_last_not_of(blanks) + 1);
     }
-    return isPropertyName(written) ? std::optional{std::string{written}} : std::nullopt;
+    return HSVNIsPropertyName(written) ? std::optional{std::string{written}} : std::nullopt;
 }
 
 bool HSVNIsMergeInformation(std::string_view line)
