@@ -346,8 +346,9 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
                const HSVNMergeChoices& choices = {});
     /// Applies the difference of two trees to a working copy.
     ///
-    /// @param first, second  the two sides: URLs or working copies' items, each with its operative revision
-    /// @param target         the local item that is changed
+    /// @param first   one side: a URL or a working copy's item, with its operative revision
+    /// @param second  the other side, the same
+    /// @param target  the local item that is changed
     /// Stands for svn_client_merge5 (svn_client_merge3, svn_client_merge2).
     void mergeDifference(const HSVNTargetInRevision& first, const HSVNTargetInRevision& second,
                          const HSVNTarget& target, const HSVNMergeChoices& choices = {});

@@ -37,9 +37,9 @@ class HSVN_EXPORT HSVNDebugArgument
     /// The same.
     HSVNDebugArgument(const std::string& text) : _text{text} {} // NOLINT
     /// The same; null as "(null)".
-    HSVNDebugArgument(const char* text) : _text{text ? text : nil} {} // NOLINT
+    HSVNDebugArgument(const char* text) : _text{text ? text : nilText} {} // NOLINT
     /// "(null)"
-    HSVNDebugArgument(std::nullptr_t) : _text{nil} {} // NOLINT
+    HSVNDebugArgument(std::nullptr_t) : _text{nilText} {} // NOLINT
     /// The value's description.
     HSVNDebugArgument(const HSVNVersion& version) : _text{version.description()} {} // NOLINT
     /// The same.
@@ -106,7 +106,7 @@ class HSVN_EXPORT HSVNDebugArgument
     std::uint64_t bits() const { return _bits; }
 
   private:
-    static constexpr const char* nil = "(null)";
+    static constexpr const char* nilText = "(null)"; // "nil" is a macro of Objective-C
 
     HSVNDebugArgument(double number, int);
     static std::string reasonOf(const std::exception& exception);

@@ -10,8 +10,8 @@
 #include <fmt/printf.h>
 
 HSVNDebugArgument::HSVNDebugArgument(const void* address)
-    : _text{address ? fmt::format("{}", address) : nil}, _number{std::uint64_t{std::bit_cast<std::uintptr_t>(address)}},
-      _bits{std::bit_cast<std::uintptr_t>(address)}
+    : _text{address ? fmt::format("{}", address) : nilText},
+      _number{std::uint64_t{std::bit_cast<std::uintptr_t>(address)}}, _bits{std::bit_cast<std::uintptr_t>(address)}
 {
 }
 
@@ -20,7 +20,7 @@ HSVNDebugArgument::HSVNDebugArgument(double number, int) : _text{fmt::format("{}
 std::string HSVNDebugArgument::reasonOf(const std::exception& exception)
 {
     const char* const reason = exception.what();
-    return reason ? reason : nil;
+    return reason ? reason : nilText;
 }
 
 namespace {

@@ -9,12 +9,12 @@ HSVNExportChoices HSVNExportOptions::choices() const
     return {.depth = _depth,
             .overwrite = _overwriteExisting,
             .processExternals = _processExternals,
-            .nativeEndOfLine = _EOLMarkers};
+            .nativeEndOfLine = _eolMarkers};
 }
 
 std::string HSVNExportOptions::description() const
 {
     return fmt::format("{{ {} depth: {:d}, processExternals: {:d}, overwriteExisting: {:d}, EOLMarkers: {} }}",
                        HSVNOptionsWithRevision::description(), std::int32_t{_depth}, _processExternals,
-                       _overwriteExisting, HSVNDescription(_EOLMarkers));
+                       _overwriteExisting, HSVNDescription(_eolMarkers));
 }

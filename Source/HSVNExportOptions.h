@@ -40,8 +40,8 @@ class HSVN_EXPORT HSVNExportOptions : public HSVNOptionsOf<HSVNExportOptions, HS
     void setDepth(HSVNDepth depth) { _depth = depth; }
     /// Line ends of files whose style is native: one of the constants of HSVNEndOfLine.h. Initially
     /// `HSVNEndOfLineDefault`.
-    const std::optional<std::string>& EOLMarkers() const { return _EOLMarkers; }
-    void setEOLMarkers(std::optional<std::string> markers) { _EOLMarkers = std::move(markers); }
+    const std::optional<std::string>& EOLMarkers() const { return _eolMarkers; }
+    void setEOLMarkers(std::optional<std::string> markers) { _eolMarkers = std::move(markers); }
 
     /// The same choices for the verb `exportTree`.
     HSVNExportChoices choices() const;
@@ -53,7 +53,7 @@ class HSVN_EXPORT HSVNExportOptions : public HSVNOptionsOf<HSVNExportOptions, HS
     bool _overwriteExisting = false;
     bool _initiatedByUser = true;
     HSVNDepth _depth = HSVNDepthInfinity;
-    std::optional<std::string> _EOLMarkers;
+    std::optional<std::string> _eolMarkers;
 };
 
 using HSVNExportOptionsRef = std::shared_ptr<const HSVNExportOptions>;

@@ -121,7 +121,7 @@ class HSVN_EXPORT HSVNLogItem : public HSVNObject
   private:
     std::optional<std::string> _message;
     std::optional<std::string> _author;
-    std::int64_t _date = std::numeric_limits<std::int64_t>::min(); // in microseconds since 1970; this one is nil
+    std::int64_t _date = (std::numeric_limits<std::int64_t>::min)(); // in microseconds since 1970; this one is nil
     HSVNRevisionNumber _revision = HSVNInvalidRevision;
     bool _tellsSeconds : 1 = false; // alone of `_date`, as `date`
     bool _tellsChangedPaths : 1 = false;

@@ -251,7 +251,7 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     Flags _flags;
     HSVNRevisionNumber _revision = HSVNInvalidRevision;
     HSVNRevisionNumber _lastChangedRevision = HSVNInvalidRevision;
-    static constexpr std::int64_t noDate = std::numeric_limits<std::int64_t>::min();
+    static constexpr std::int64_t noDate = (std::numeric_limits<std::int64_t>::min)();
     std::int64_t _lastChangedDate = noDate; // in microseconds since 1970, as the other dates
     std::shared_ptr<const std::string> _lastChangedAuthor;
     std::int64_t _upToDateTextDate = noDate;

@@ -16,9 +16,16 @@ import unittest
 BUILD, COMPILER, *FLAGS = sys.argv[1:]
 
 PROGRAM = """
-#include <HSVN/HSVN.h>
-#include <iostream>
+#include <bits/stdc++.h>
 #include <unistd.h>
+// Names that other people's headers take.
+#define min(a, b) ((a) < (b) ? (a) : (b))
+#define max(a, b) ((a) < (b) ? (b) : (a))
+#define nil nullptr
+#define None 0
+#define signals public
+#define emit
+#include <HSVN/HSVN.h>
 int main()
 {
     if (chdir("/") != 0) {
@@ -120,6 +127,12 @@ class InstalledPackage(unittest.TestCase):
         program = self.work / "user-pkg-config"
         run(COMPILER, "-std=c++20", *FLAGS, str(self.source), *flags, "-o", str(program))
         self.check_program(program)
+
+    def test_a_compiler_that_lacks_what_the_headers_need_is_told_so(self):
+        for flag in ("-std=c++17", "-fno-exceptions", "-fno-rtti"):
+            done = subprocess.run([COMPILER, "-std=c++20", flag, "-fsyntax-only", f"-I{self.prefix}/include",
+                                   str(self.source)], capture_output=True, text=True)
+            self.assertRegex(done.stderr[:2000], 'error:? "HSVN .*' + re.escape(flag.replace("17", "20")))
 
     def test_a_program_finds_the_bundles_beside_the_library_wherever_that_is(self):
         flags = run("pkg-config", "--cflags", "--libs", "hsvn", env=self.environment).split()
