@@ -114,7 +114,7 @@ class HSVN_EXPORT HSVNRevision : public HSVNArchivable
 class HSVN_EXPORT HSVNNumberedRevision : public HSVNRevision
 {
   public:
-    /// @param number  untested; `HSVNRevision::revisionWithNumber` refuses negative ones
+    /// @param number  untested; `HSVNRevision::revisionWithNumber` and operations refuse negative ones
     explicit HSVNNumberedRevision(HSVNRevisionNumber number);
     /// @throws HSVNInvalidArgumentException for a number that is missing or does not fit 32 bits
     explicit HSVNNumberedRevision(HSVNCoder* decoder);

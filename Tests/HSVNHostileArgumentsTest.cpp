@@ -583,6 +583,18 @@ TEST_P(HostileArguments, WhatSubversionAssertsIsAskedBefore)
     {
         EXPECT_EQ(reasonOf<HSVNException>(call), "A revision is needed");
     }
+    const HSVNRevisionRef negative = std::make_shared<HSVNNumberedRevision>(-7);
+    for (const auto& call : std::vector<std::function<void()>>{
+             [&] { client->update(item("a.txt"), negative); },
+             [&] { HSVNNode::updateNodes({at("a.txt")}, negative, HSVNUpdateOptions::defaults(), client); },
+             [&] { client->contents(repository.url("trunk/a.txt"), negative); },
+             [&] {
+                 client->merge(repository.url("trunk"), {{negative, head}}, item("a.txt"));
+             },
+             [&] { client->status(item("a.txt"), {.contactRepository = true, .revision = negative}); }})
+    {
+        EXPECT_THAT(reasonOf<HSVNAssertionException>(call), HasSubstr("number >= 0"));
+    }
     EXPECT_THAT(reasonOf([&] { client->copy({}, item("new")); }), HasSubstr("[sources count] > 0"));
     EXPECT_THAT(reasonOf([&] { client->move({}, item("new")); }), HasSubstr("[sources count] > 0"));
     using Sources = std::vector<std::string>;
