@@ -164,6 +164,11 @@ class Program(unittest.TestCase):
         done = hsvn("propedit", "svn:mime-type", "iota", "--editor-cmd", "echo image/png >", folder=self.wc)
         self.assertEqual((done.returncode, done.stdout), (0, "Set new value for property 'svn:mime-type' on 'iota'\n"))
 
+    def test_a_cache_of_terabytes_does_no_harm(self):
+        # svn crashes.
+        done = hsvn("info", "^/", "--config-option", "config:miscellany:memory-cache-size=99999999", folder=self.wc)
+        self.assertEqual(done.returncode, 0)
+
     def test_a_repository_is_not_asked_for_properties_of_an_added_item(self):
         # svn crashes.
         for words in [("-r", "HEAD", "A/new"), ("-r", "2", "A/new"), ("A/new@3",)]:
