@@ -11,6 +11,7 @@
 #include <gmock/gmock.h>
 #include <memory>
 #include <string>
+#include <thread>
 #include <vector>
 
 // What servers refuse, and how they are opened: the same over every kind of access.
@@ -543,13 +544,22 @@ TEST(Servers, ThatAreNotThereAreToldApart)
 
 TEST(Servers, ThatSayMoreThanTheyWereAskedAreRefused)
 {
-    for (const char* const word : {"OPTIONS ", "POST "}) {
-        const FaultyRelay relay{served("http"), word, "chatty"};
-        const Visitor visitor;
-        EXPECT_THROW(visitor.client->importTree(served("http").file(), relay.url("never")), HSVNException) << word;
-        EXPECT_TRUE(relay.hasHeard()) << word;
-        EXPECT_EQ(served("http").transactions(), "") << word;
-    }
+    const FaultyRelay relay{served("http"), "PROPFIND ", "chatty"};
+    const Visitor visitor;
+    // The request for the transaction waits until the answer is there.
+    visitor.user->logged = [] { std::this_thread::sleep_for(std::chrono::milliseconds{500}); };
+    EXPECT_THROW(visitor.client->remove(relay.url("b.txt")), HSVNException);
+    EXPECT_TRUE(relay.hasHeard());
+    EXPECT_EQ(served("http").transactions(), "");
+}
+
+TEST(Servers, ThatEndWithinTheEndOfALineAreRefused)
+{
+    const FaultyRelay relay{served("http"), "OPTIONS ", "split"};
+    const Visitor visitor;
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds{10};
+    visitor.user->goesOn = [&] { return std::chrono::steady_clock::now() < end; };
+    EXPECT_EQ(classThrownBy([&] { visitor.client->list(relay.url("")); }), "HSVNCommunicationException");
 }
 
 TEST(Servers, ThatLockWithoutALockAreRefused)

@@ -44,21 +44,13 @@ apr_status_t refuse(serf_request_t* /*request*/, serf_bucket_t* /*response*/, vo
     return SVN_ERR_RA_DAV_MALFORMED_DATA;
 }
 
-bool isKnownLine()
-{
-    int major = 0;
-    int minor = 0;
-    int patch = 0;
-    HSVNAdapter::behind<void(int*, int*, int*)>("serf_lib_version")(&major, &minor, &patch);
-    return major == 1 && minor == 3;
-}
-
 /// Lets a new request refuse what comes before it is sent; one whose memory looks otherwise is left alone.
 serf_request_t* guarded(serf_request_t* request, const serf_connection_t* connection, Setup setup, const void* baton)
 {
-    static const bool isKnown = isKnownLine();
     auto& beginning = *reinterpret_cast<RequestBeginning*>(request);
-    if (isKnown && beginning.connection == connection && beginning.setup == setup && beginning.setupBaton == baton) {
+    if (HSVNAdapter::isKnownSerf() && beginning.connection == connection && beginning.setup == setup &&
+        beginning.setupBaton == baton)
+    {
         beginning.acceptor = accept;
         beginning.acceptorBaton = nullptr;
         beginning.handler = refuse;
