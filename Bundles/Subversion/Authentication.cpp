@@ -68,8 +68,8 @@ svn_error_t* setDefaults(svn_auth_baton_t* baton, const HSVNAuthenticationFuncti
                          apr_pool_t* pool)
 {
     const char* directory = choices->configFolder;
+    SVN_ERR(checkConfigurationFolder(&directory, pool));
     if (directory != nullptr) {
-        SVN_ERR(checkLocalTarget(&directory, pool));
         svn_auth_set_parameter(baton, SVN_AUTH_PARAM_CONFIG_DIR, directory);
     }
     if (choices->username != nullptr) {

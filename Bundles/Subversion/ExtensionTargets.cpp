@@ -76,6 +76,22 @@ svn_error_t* checkLocalTarget(const char** target, apr_pool_t* pool)
     return checkTarget(target, pool);
 }
 
+svn_error_t* checkConfigurationFolder(const char** folder, apr_pool_t* pool)
+{
+    if (*folder == nullptr) {
+        return SVN_NO_ERROR;
+    }
+    const char* checked = *folder;
+    svn_error_t* const error = checkLocalTarget(&checked, pool);
+    const bool isNowhere = error != nullptr && error->child != nullptr && APR_STATUS_IS_ENOENT(error->child->apr_err);
+    if (error != nullptr && !isNowhere) {
+        return error;
+    }
+    svn_error_clear(error);
+    *folder = isNowhere ? svn_path_internal_style(*folder, pool) : checked;
+    return SVN_NO_ERROR;
+}
+
 namespace {
 
 svn_error_t* checkEach(const apr_array_header_t** targets, svn_error_t* (*check)(const char**, apr_pool_t*),

@@ -23,6 +23,9 @@ svn_error_t* checkRelativeTarget(const char** target, apr_pool_t* pool);
 /// The same for functions that take local paths only: a URL is refused.
 svn_error_t* checkLocalTarget(const char** target, apr_pool_t* pool);
 
+/// The same for the user's configuration area, or null: a relative path serves without a current directory, too.
+svn_error_t* checkConfigurationFolder(const char** folder, apr_pool_t* pool);
+
 /// Replaces the targets by a new array of checked local ones.
 svn_error_t* checkLocalTargets(const apr_array_header_t** targets, apr_pool_t* pool);
 

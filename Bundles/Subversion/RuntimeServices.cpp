@@ -37,17 +37,13 @@ const char* bestMessage(const svn_error_t* error, char* buffer, apr_size_t size)
 
 svn_error_t* ensureConfiguration(const char* folder, apr_pool_t* pool)
 {
-    if (folder != nullptr) {
-        SVN_ERR(checkLocalTarget(&folder, pool));
-    }
+    SVN_ERR(checkConfigurationFolder(&folder, pool));
     return svn_config_ensure(folder, pool);
 }
 
 svn_error_t* readConfiguration(apr_hash_t** configuration, const char* folder, apr_pool_t* pool)
 {
-    if (folder != nullptr) {
-        SVN_ERR(checkLocalTarget(&folder, pool));
-    }
+    SVN_ERR(checkConfigurationFolder(&folder, pool));
     return svn_config_get_config(configuration, folder, pool);
 }
 

@@ -29,9 +29,7 @@ svn_error_t* createAuthBaton(svn_auth_baton_t** baton, const HSVNAuthenticationF
                              void* cancelBaton, apr_pool_t* pool)
 {
     const char* folder = choices->configFolder;
-    if (folder != nullptr) {
-        SVN_ERR(checkLocalTarget(&folder, pool));
-    }
+    SVN_ERR(checkConfigurationFolder(&folder, pool));
     auto* const prompting = static_cast<Prompting*>(apr_palloc(pool, sizeof(Prompting)));
     *prompting = {cancel, cancelBaton, choices->beforePrompt};
 #if HSVN_LINE_MINOR >= 9
