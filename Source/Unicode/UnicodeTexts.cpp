@@ -98,7 +98,7 @@ char plainCharacter(UChar32 point)
 
 std::string asciiForm(UChar32 point)
 {
-    if (point < 0x80) {
+    if (point < 0x7F) {
         return {static_cast<char>(point)};
     }
     if (u_getCombiningClass(point) != 0) {

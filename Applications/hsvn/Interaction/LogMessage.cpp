@@ -14,16 +14,14 @@ namespace {
 
 constexpr std::string_view endMark = "--This line, and those below, will be ignored--";
 
-/// The text up to the line that consists of the mark.
+/// The text up to the line that begins with the mark. A file with a message has it where an earlier commit has left it.
 std::string withoutProposal(const std::string& text)
 {
-    for (auto at = text.find(endMark); at != std::string::npos; at = text.find(endMark, at + 1)) {
-        const auto end = at + endMark.size();
-        if ((at == 0 || text[at - 1] == '\n') && (end == text.size() || text[end] == '\n')) {
-            return text.substr(0, at);
-        }
+    if (text.starts_with(endMark)) {
+        return "";
     }
-    return text;
+    const auto lineEnd = text.find(fmt::format("\n{}", endMark));
+    return lineEnd == std::string::npos ? text : text.substr(0, lineEnd + 1);
 }
 
 bool isBlank(const std::string& text) { return text.find_first_not_of(" \t\n\v\f\r") == std::string::npos; }
@@ -73,7 +71,7 @@ bool LogMessage::answerOrThrow(std::string& message, const std::vector<HSVNCommi
 {
     if (_given) {
         try {
-            message = withUnixLineEnds(NativeText::toUTF8(*_given, _session.options.encoding));
+            message = withoutProposal(withUnixLineEnds(NativeText::toUTF8(*_given, _session.options.encoding)));
             return true;
         } catch (const HSVNException& exception) {
             throw wrapped(exception, "Error normalizing log message to internal format");
