@@ -339,7 +339,7 @@ TEST(HSVNStringPaths, SaysTextsInASCII)
         {"plain", "plain"},
         {"caf\xC3\xA9 \xC5\x82", "cafe {U+0142}"}, // an accent goes, a letter of its own is numbered
         {"\xE2\x80\x98x\xE2\x80\x99 \xE2\x80\x93\xC2\xA0y", "'x' - y"}, // quotation marks, a dash, a hard blank
-        {"\xF0\x9F\x98\x80", "{U+1F600}"},
+        {"\xF0\x9F\x98\x80", "{U+01F600}"},
         {"cut \xC3", std::nullopt},
     };
     for (const auto& [text, expected] : cases) {

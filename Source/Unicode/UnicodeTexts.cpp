@@ -105,7 +105,9 @@ std::string asciiForm(UChar32 point)
         return "";
     }
     const char plain = plainCharacter(point);
-    return plain != 0 ? std::string{plain} : fmt::format("{{U+{:04X}}}", static_cast<std::uint32_t>(point));
+    return plain != 0        ? std::string{plain}
+           : point <= 0xFFFF ? fmt::format("{{U+{:04X}}}", static_cast<std::uint32_t>(point))
+                             : fmt::format("{{U+{:06X}}}", static_cast<std::uint32_t>(point));
 }
 
 struct CloseConverter
