@@ -3,7 +3,6 @@
 #include <HSVN/HSVN.h>
 
 #include <algorithm>
-#include <fnmatch.h>
 #include <utility>
 
 LogSearch::LogSearch(std::vector<std::vector<std::string>> groups) : _groups{std::move(groups)}
@@ -21,7 +20,7 @@ bool LogSearch::finds(const std::vector<std::string>& texts) const
     std::transform(texts.begin(), texts.end(), std::back_inserter(forms), HSVNString::stringForSearching);
     const auto isFound = [&](const std::string& pattern) {
         return std::any_of(forms.begin(), forms.end(),
-                           [&](const std::string& text) { return fnmatch(pattern.c_str(), text.c_str(), 0) == 0; });
+                           [&](const std::string& text) { return HSVNString::matchesPatternInArray(text, {pattern}); });
     };
     return std::any_of(_groups.begin(), _groups.end(), [&](const std::vector<std::string>& group) {
         return std::all_of(group.begin(), group.end(), isFound);
