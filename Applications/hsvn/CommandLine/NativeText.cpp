@@ -11,6 +11,7 @@
 #include <iconv.h>
 #include <langinfo.h>
 #include <strings.h>
+#include <utf8.h>
 
 namespace {
 
@@ -66,13 +67,21 @@ class Converter
 
 bool isUTF8(const char* encoding) { return strcasecmp(encoding, "UTF-8") == 0; }
 
-/// The text with its bytes outside ASCII written as ?\HH.
-std::string escaped(std::string_view text)
+/// A byte that is no text, or none in the middle of a text.
+std::string escaped(char byte)
+{
+    return byte == '\0' ? "\\0" : fmt::format("?\\{:02X}", static_cast<unsigned char>(byte));
+}
+
+/// The text in ASCII: letters without their accents, or by number, and what is no text byte by byte.
+std::string approximated(std::string_view text)
 {
     std::string result;
-    for (const char character : text) {
-        const auto byte = static_cast<unsigned char>(character);
-        result += byte >= 0x80 ? fmt::format("?\\{:02X}", byte) : std::string{character};
+    while (!text.empty()) {
+        const auto size = std::min({utf8::find_invalid(text), text.find('\0'), text.size()});
+        result += HSVNString::plainASCIIString(text.substr(0, size)).value_or("");
+        result += size < text.size() ? escaped(text[size]) : "";
+        text.remove_prefix(std::min(size + 1, text.size()));
     }
     return result;
 }
@@ -80,7 +89,7 @@ std::string escaped(std::string_view text)
 [[noreturn]] void failToConvert(std::string_view text, const Converter& converter, const std::string& message)
 {
     const std::int32_t code = converter.failure();
-    fail(code, message, failure(code, HSVNString::plainASCIIString(text).value_or(escaped(text))));
+    fail(code, message, failure(code, approximated(text)));
 }
 
 /// " 6d e9" for these bytes.
@@ -177,22 +186,23 @@ std::string NativeText::toUTF8(std::string_view text, const std::optional<std::s
 
 std::string NativeText::fromUTF8(std::string_view text, const std::optional<std::string>& encoding)
 {
-    if (!encoding) {
-        return fromUTF8(text);
-    }
-    return converted(text, "UTF-8", encoding->c_str());
+    return encoding ? converted(text, "UTF-8", encoding->c_str()) : exactlyFromUTF8(text);
 }
 
 const char* NativeText::localeEncoding() { return nl_langinfo(CODESET); }
 
 std::string NativeText::exactlyFromUTF8(std::string_view text)
 {
-    if (isASCII(text) || isUTF8(NativeText::localeEncoding())) {
+    std::string result;
+    if (isASCII(text)) {
         return std::string{text};
     }
     Converter converter{NativeText::localeEncoding(), "UTF-8"};
-    std::string result;
-    if (converter.convert(text, result) < text.size()) {
+    const std::size_t length = converter.convert(text, result);
+    if (length < text.size() && isUTF8(NativeText::localeEncoding())) {
+        failAsInvalid(text, length);
+    }
+    if (length < text.size()) {
         failToConvert(text, converter, "Can't convert string from 'UTF-8' to native encoding:");
     }
     return result;
@@ -201,13 +211,16 @@ std::string NativeText::exactlyFromUTF8(std::string_view text)
 std::string NativeText::fromUTF8(std::string_view text)
 {
     if (isASCII(text) || isUTF8(NativeText::localeEncoding())) {
-        return std::string{text};
+        return wellFormed(text);
     }
     std::string result;
-    if (Converter{NativeText::localeEncoding(), "UTF-8"}.convert(text, result) == text.size()) {
-        return result;
-    }
-    return HSVNString::plainASCIIString(text).value_or(escaped(text));
+    const bool isConverted = Converter{NativeText::localeEncoding(), "UTF-8"}.convert(text, result) == text.size();
+    return isConverted ? result : approximated(text);
+}
+
+std::string NativeText::wellFormed(std::string_view text)
+{
+    return utf8::is_valid(text) ? std::string{text} : approximated(text);
 }
 
 std::size_t NativeText::width(std::string_view text)

@@ -17,14 +17,16 @@ std::string toUTF8(std::string_view native);
 /// @throws HSVNException, status 22, for bytes that the encoding does not have, or bytes outside ASCII of an encoding
 ///         that the system does not know
 std::string toUTF8(std::string_view text, const std::optional<std::string>& encoding);
-/// UTF-8 in a named encoding, for nil as the locale writes it.
+/// UTF-8 in a named encoding, of the locale's for nil.
 ///
 /// @throws as `toUTF8`
 std::string fromUTF8(std::string_view text, const std::optional<std::string>& encoding);
 
-/// UTF-8 as the locale writes it; text with characters that the locale lacks is approximated.
+/// UTF-8 as the locale writes it; what has characters that the locale lacks, or is no text, is approximated.
 std::string fromUTF8(std::string_view text);
-/// The same, but such text is refused.
+/// UTF-8 as it is; what is no text is approximated.
+std::string wellFormed(std::string_view text);
+/// UTF-8 as the locale writes it; what has characters that the locale lacks, or is no text, is refused.
 ///
 /// @throws HSVNException, status 22
 std::string exactlyFromUTF8(std::string_view text);

@@ -73,6 +73,8 @@ void requireKnownPropertyName(const std::string& name, bool isOfRevision, const 
     }
 }
 
+bool isOwnProperty(std::string_view name) { return name.starts_with("svn:"); }
+
 bool isBooleanProperty(std::string_view name)
 {
     return name == "svn:executable" || name == "svn:needs-lock" || name == "svn:special";

@@ -15,6 +15,8 @@ void requirePropertyName(const std::string& name);
 /// @throws HSVNException
 void requireKnownPropertyName(const std::string& name, bool isOfRevision, const char* verb = "set");
 
+/// Whether it is a property of Subversion's own: its value is text.
+bool isOwnProperty(std::string_view name);
 /// Whether the property holds by being there, whatever its value.
 bool isBooleanProperty(std::string_view name);
 /// Whether someone who sets such a property to the value seems to want it off.

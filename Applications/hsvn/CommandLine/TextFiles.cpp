@@ -115,8 +115,8 @@ std::string temporaryFolder()
 
 std::vector<std::string> linesOfTargetsFile(const std::string& path)
 {
-    const std::string contents = contentsOfFile(path);
-    return split(NativeText::toUTF8(contents.substr(0, contents.find('\0'))), "\n\r"); // where Subversion's text ends
+    const std::string contents = NativeText::toUTF8(contentsOfFile(path));
+    return split(contents.substr(0, contents.find('\0')), "\n\r"); // where Subversion's text ends
 }
 
 std::string withUnixLineEnds(const std::string& text)

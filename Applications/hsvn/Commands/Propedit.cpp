@@ -26,7 +26,7 @@ std::optional<std::string> edited(Session& session, const std::string& folder, c
         ~ValueEditor() { removeFile(); }
     };
     ValueEditor editor{session, folder, "svn-prop"};
-    return name.starts_with("svn:") ? editor.edit(value) : editor.editAsBytes(value);
+    return isOwnProperty(name) ? editor.edit(value) : editor.editAsBytes(value);
 }
 
 /// One run of `propedit`.
@@ -43,7 +43,7 @@ class PropeditRun
         if (!options.force) {
             requireKnownPropertyName(_name, options.revisionProperty, "edit");
         }
-        if (options.encoding && !_name.starts_with("svn:")) {
+        if (options.encoding && !isOwnProperty(_name)) {
             fail(UnsupportedFeature, "--encoding option applies only to textual Subversion-controlled properties");
         }
         if (options.revisionProperty) {

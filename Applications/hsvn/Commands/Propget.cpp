@@ -175,7 +175,9 @@ class PropgetRun
         if (_session.options.xml) {
             XML xml;
             xml.open("target", {{"path", path}});
-            addProperties(xml, isInherited ? "inherited_property" : "property", properties, true);
+            for (const auto& [name, value] : properties) {
+                xml.property(isInherited ? "inherited_property" : "property", name, value);
+            }
             xml.close("target").write();
             return;
         }

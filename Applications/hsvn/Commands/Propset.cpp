@@ -41,7 +41,7 @@ class PropsetRun
     {
         const Options& options = _session.options;
         _given = given;
-        if (_name.starts_with("svn:")) {
+        if (isOwnProperty(_name)) {
             given.resize(std::min(given.size(), given.find('\0')));
             _value = withUnixLineEnds(NativeText::toUTF8(given, options.encoding));
         } else if (options.encoding) {

@@ -1,15 +1,15 @@
 #include "Output/PropertyPrinter.h"
 
 #include "CommandLine/Errors.h"
+#include "CommandLine/NativeText.h"
+#include "CommandLine/PropertyNames.h"
 #include "CommandLine/Targets.h"
+#include "CommandLine/TextFiles.h"
 #include "Output/Output.h"
 
 #include <fmt/format.h>
 
 namespace {
-
-/// Subversion's own properties are text.
-bool isText(const std::string& name) { return name.starts_with("svn:"); }
 
 /// The text up to its first zero byte, every line moved to the right.
 std::string indented(const std::string& value)
@@ -29,15 +29,15 @@ void printProperties(const HSVNPropertyMap& properties, bool withValues)
     for (const auto& [name, value] : properties) {
         Output::write(fmt::format("  {}\n", name));
         if (withValues) {
-            printValue(name, indented(value));
+            printValue(name, indented(isOwnProperty(name) ? withUnixLineEnds(value) : value));
         }
     }
 }
 
 void printValue(const std::string& name, const std::string& value)
 {
-    if (isText(name)) {
-        Output::write(value);
+    if (isOwnProperty(name)) {
+        Output::write(withUnixLineEnds(value));
     } else {
         Output::writeBytes(value);
     }
@@ -47,7 +47,7 @@ void addProperties(XML& xml, const char* element, const HSVNPropertyMap& propert
 {
     for (const auto& [name, value] : properties) {
         if (withValues) {
-            xml.property(element, name, value);
+            xml.property(element, name, isOwnProperty(name) ? NativeText::wellFormed(withUnixLineEnds(value)) : value);
         } else {
             xml.empty(element, {{"name", name}});
         }

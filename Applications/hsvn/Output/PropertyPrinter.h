@@ -10,9 +10,9 @@
 
 /// Names, or names and indented values.
 void printProperties(const HSVNPropertyMap& properties, bool withValues);
-/// A value alone, as it is; Subversion's own properties in the locale's encoding.
+/// A value alone, as it is; of Subversion's own properties as text in the locale's encoding.
 void printValue(const std::string& name, const std::string& value);
-/// Elements of names, or of names and values.
+/// Elements of names, or of names and values, of which Subversion's own are shown as text.
 void addProperties(XML& xml, const char* element, const HSVNPropertyMap& properties, bool withValues);
 /// A value; bytes that are no text as base64 in an object that says so.
 nlohmann::ordered_json propertyValueRecord(const std::string& value);
