@@ -39,7 +39,7 @@ REASONS = [
     (r"\binfo\b.*--show-item", r"(?s)\A  standard output differs\n(?:[^\n]*\n){3} [^\n]+\n\+(\n \Z|\Z|\n(?=  ))",
      "svn leaves the last line unfinished where a later target fails"),
     ("", r"(?m)^-svn: E155009: .*\(?sync-file-flags", "svn cannot set the flags of a missing file, and locks the working copy"),
-    (r"^accented .*\bcleanup\b", r"(?m)^-svn: E155004: Working copy ", "svn leaves a working copy locked whose clean-up fails"),
+    (r"^accented .*\bcleanup\b", r"(?m)^-svn: (E|warning: W)155004: Working copy ", "svn leaves a working copy locked whose clean-up fails"),
     (r"\b(help|h|\?)\b", r"(?m)^\+   create$", "help tells of what svn does not have"),
     (r">&-", r"(?m)^\+svn: E000009: Write error: Bad file", "svn writes to whatever it opens in the place of a closed output"),
     (r"cd \.svn;", r"(?m)^\+svn: E200025: '\S*' is reserved", "from within its own folder Subversion is not to change anything"),
