@@ -431,8 +431,9 @@ def decorate(wc):
 def scribble(wc):
     """Revision properties that no client writes: dates that are none, control characters, bytes that are no text."""
     set_revision_properties(wc, 4, {"svn:author": b"har\3ry\x7f", "svn:date": b"not a date", "svn:log": b"bell\7 \x7f\n"})
-    set_revision_properties(wc, 5, {"svn:author": b"", "svn:date": b"", "svn:lines": b"a\r\nb", "odd": b"a\3", "delete": b"\x7f",
-                                    "overlong": b"\xc0\x80", "surrogate": b"\xed\xa0\x80"})
+    set_revision_properties(wc, 5, {"svn:author": b"", "svn:date": b"", "svn:log": b"a\rb\r\nc\n\rd\n\n", "odd": b"a\3",
+                                    "delete": b"\x7f", "svn:lines": b"a\r\nb", "overlong": b"\xc0\x80",
+                                    "surrogate": b"\xed\xa0\x80"})
     set_revision_properties(wc, 6, {"svn:author": b"caf\xe9", "svn:date": b"1970-01-01T00:00:00.000000Z",
                                     "svn:log": b"\xed\xa0\x80 \xc0\x80 \3", "no-character": b"\xef\xbf\xbf"})
 

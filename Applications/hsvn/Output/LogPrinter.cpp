@@ -68,6 +68,18 @@ void addChangedPath(XML& xml, const HSVNLogPathChange& change)
     xml.element("path", std::string_view{change.path()}, attributes);
 }
 
+/// A line ends in "\n" or "\r", or in both whatever their order.
+std::size_t lineCountOf(std::string_view text)
+{
+    std::size_t count = 1;
+    for (auto at = text.find_first_of("\r\n"); at != std::string_view::npos; at = text.find_first_of("\r\n", at)) {
+        const bool isPair = at + 1 < text.size() && text[at + 1] == (text[at] == '\n' ? '\r' : '\n');
+        at += isPair ? 2 : 1;
+        ++count;
+    }
+    return count;
+}
+
 } // namespace
 
 void LogPrinter::print(const HSVNLogItem& item)
@@ -141,7 +153,7 @@ std::string LogPrinter::textOf(const HSVNLogItem& item) const
         fmt::format("r{} | {} | {}", item.revision(),
                     Display::inLine(propertyOf(item, "svn:author").value_or(noAuthor)), humanDateOf(item));
     if (!_options.quiet) {
-        const auto lines = std::count(message.begin(), message.end(), '\n') + 1;
+        const auto lines = lineCountOf(message);
         text += fmt::format(" | {} {}", lines, lines == 1 ? "line" : "lines");
     }
     text += '\n';
