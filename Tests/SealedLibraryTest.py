@@ -59,6 +59,13 @@ class SealedLibrary(unittest.TestCase):
                    if first in self.internal}
         self.assertEqual(leaving, set())
 
+    def test_every_function_that_stands_in_front_of_another_leaves_its_bundle(self):
+        """One that does not is never called, and nothing else shows it."""
+        root = SOURCE.parent
+        sources = "".join(path.read_text(encoding="utf-8") for path in (root / "Bundles").rglob("*.cpp"))
+        leaving = re.findall(r"\b([a-z]\w+);", (root / "cmake/HSVNBundle.map").read_text(encoding="utf-8"))
+        self.assertEqual(set(re.findall(r"^HSVN_STAND_IN\b[^;{(]*?(\w+)\(", sources, re.MULTILINE)), set(leaving))
+
     def test_classes_of_exceptions_are_the_same_on_both_sides(self):
         exceptions = declared(r"^(?:class HSVN_EXPORT |HSVN_EXCEPTION\()(\w+Exception)\b", "*.h")
         self.assertGreater(len(exceptions), 20)

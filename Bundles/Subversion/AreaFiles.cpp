@@ -1,4 +1,5 @@
 #include "FileBeginnings.h"
+#include "ItemsOnDisk.h"
 #include "RelativePaths.h"
 #include "StandIns.h"
 
@@ -14,7 +15,6 @@
 #include <string_view>
 #include <svn_wc.h>
 #include <svn_xml.h>
-#include <sys/stat.h>
 
 // A working copy may come from anyone. Lines before 1.7 take the names in a directory's list of entries for those of
 // items in it, and end the process for one that is none; what a clean-up is to do they read from files of commands, and
@@ -81,39 +81,28 @@ struct Elements
 {
     const char* directory;
     bool areCommands;
+    apr_pool_t* pool;
     bool areSound = true;
 };
-
-/// Whether a command's file lies in the directory: a relative path that leads through no link.
-bool isInside(const char* directory, std::string_view path)
-{
-    for (auto slash = path.find('/'); slash != std::string_view::npos; slash = path.find('/', slash + 1)) {
-        struct stat attributes
-        {
-        };
-        const auto above = std::string{directory} + '/' + std::string{path.substr(0, slash)};
-        if (::lstat(above.c_str(), &attributes) == 0 && S_ISLNK(attributes.st_mode)) {
-            return false;
-        }
-    }
-    return isRelativePath(path);
-}
 
 void lookAtElement(void* baton, const char* /*name*/, const char** attributes)
 {
     auto& elements = *static_cast<Elements*>(baton);
+    const auto isInside = [&](const char* path) {
+        return isRelativePath(path) && !HSVNAdapter::leadsThroughLink(path, elements.directory, elements.pool);
+    };
     const auto isSound = [&](const char* attribute) {
         const char* const value = svn_xml_get_attr_value(attribute, attributes);
-        return value == nullptr || (elements.areCommands ? isInside(elements.directory, value) : isName(value));
+        return value == nullptr || (elements.areCommands ? isInside(value) : isName(value));
     };
     elements.areSound = elements.areSound && (elements.areCommands ? std::ranges::all_of(namesOfCommand, isSound)
                                                                    : std::ranges::all_of(namesOfEntry, isSound));
 }
 
 /// Whatever else is wrong with the elements is Subversion's to tell.
-bool areSound(Elements elements, const std::string& text, apr_pool_t* pool)
+bool areSound(Elements elements, const std::string& text)
 {
-    svn_xml_parser_t* const parser = svn_xml_make_parser(&elements, lookAtElement, nullptr, nullptr, pool);
+    svn_xml_parser_t* const parser = svn_xml_make_parser(&elements, lookAtElement, nullptr, nullptr, elements.pool);
     constexpr std::string_view root = "<commands>"; // they have none of their own
     svn_error_t* error = elements.areCommands ? svn_xml_parse(parser, root.data(), root.size(), FALSE) : SVN_NO_ERROR;
     if (error == nullptr) {
@@ -140,7 +129,7 @@ svn_error_t* check(const char* directory, std::string_view name, apr_pool_t* poo
         const auto size = std::filesystem::file_size(path, none);
         const std::string text = none ? std::string{} : HSVNAdapter::beginningOf(path, size);
         const bool isList = !areCommands && !text.starts_with('<');
-        return (isList ? areNames(text) : areSound({place.c_str(), areCommands}, text, pool))
+        return (isList ? areNames(text) : areSound({place.c_str(), areCommands, pool}, text))
                    ? SVN_NO_ERROR
                    : svn_error_createf(SVN_ERR_WC_CORRUPT, nullptr, "'%s' names what does not lie in its directory",
                                        path.c_str());

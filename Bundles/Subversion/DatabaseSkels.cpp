@@ -74,17 +74,6 @@ bool allFrom(const svn_skel_t* first, Condition condition)
     return true;
 }
 
-/// Whether what is written at a relative path is written in the working copy: it leads through no link.
-bool isInside(std::string_view path, const std::string& root, apr_pool_t* pool)
-{
-    for (auto slash = path.find('/'); slash != std::string_view::npos; slash = path.find('/', slash + 1)) {
-        if (isSymbolicLink((root + '/' + std::string{path.substr(0, slash)}).c_str(), pool)) {
-            return false;
-        }
-    }
-    return true;
-}
-
 bool isPathOrList(const svn_skel_t* skeleton) { return isList(skeleton) || isRelativePath(textOf(skeleton)); }
 
 /// Where in a repository a side of a conflict comes from.
@@ -201,7 +190,8 @@ bool isPieceOfWork(std::string_view skeleton, const std::string& root)
     }
     const auto* const kind = std::ranges::find(kindsOfWork, textOf(name), &KindOfWork::name);
     const auto isSound = [&](const auto* path) {
-        return isPathOrList(path) && (isList(path) || !kind->writes || isInside(textOf(path), root, work.pool()));
+        return isPathOrList(path) &&
+               (isList(path) || !kind->writes || !leadsThroughLink(textOf(path), root, work.pool()));
     };
     return kind == kindsOfWork.end() ||
            (isAtom(member(work.top(), 1)) && member(work.top(), kind->arguments) != nullptr &&

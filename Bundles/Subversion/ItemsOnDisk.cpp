@@ -18,6 +18,16 @@ bool isSymbolicLink(const char* path, apr_pool_t* pool)
     return error == nullptr && found.filetype == APR_LNK;
 }
 
+bool leadsThroughLink(std::string_view path, const std::string& folder, apr_pool_t* pool)
+{
+    for (auto slash = path.find('/'); slash != std::string_view::npos; slash = path.find('/', slash + 1)) {
+        if (isSymbolicLink((folder + '/' + std::string{path.substr(0, slash)}).c_str(), pool)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 svn_error_t* nothingAt(const char* path)
 {
     return svn_error_createf(SVN_ERR_NODE_UNKNOWN_KIND, nullptr, "'%s' does not exist", path);
