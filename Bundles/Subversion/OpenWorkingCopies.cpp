@@ -148,11 +148,12 @@ svn_error_t* OpenWorkingCopies::refresh(const apr_array_header_t* targets, apr_p
     }
     _askedForWork.reset();
     // Where nothing is open, what was missing is remembered as such.
-    const bool mustRenew = _seen.empty() ? !_targets.empty()
-                                         : _seen.size() > mostOpen || isLocked || keepsOthersOut(_ctx) ||
-                                               isStale(pool) || std::ranges::any_of(_targets, [&](const auto& target) {
-                                                   return isMistakenAbout(target.first, target.second, pool);
-                                               });
+    const bool mustRenew = _seen.empty()
+                               ? !_targets.empty()
+                               : _seen.size() > mostOpen || isLocked || _keepsOthersOut || keepsOthersOut(_ctx) ||
+                                     isStale(pool) || std::ranges::any_of(_targets, [&](const auto& target) {
+                                         return isMistakenAbout(target.first, target.second, pool);
+                                     });
     if (mustRenew) {
         SVN_ERR(close(pool));
     }
@@ -204,6 +205,7 @@ svn_error_t* OpenWorkingCopies::close(apr_pool_t* pool)
         _formerPools.push_back(_generationPool);
     }
     _generationPool = generationPool;
+    _keepsOthersOut = keepsOthersOut(_ctx);
     _seen.clear();
     return svn_wc_context_destroy(std::exchange(_ctx->wc_ctx, fresh));
 }

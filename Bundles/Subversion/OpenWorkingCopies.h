@@ -70,6 +70,7 @@ class OpenWorkingCopies
     /// an update that failed, still asks them when its pool is destroyed.
     std::vector<apr_pool_t*> _formerPools;
     apr_pool_t* _generationPool = nullptr;       // of the working-copy context; null for the client context's first one
+    bool _keepsOthersOut = false;                // of the databases that are open
     std::map<std::string, Seen> _seen;           // by root
     std::map<std::string, std::string> _targets; // of the last refresh, absolute, with their roots
     std::optional<Moment> _askedForWork;         // for the first time since then

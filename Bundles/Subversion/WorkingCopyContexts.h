@@ -19,11 +19,18 @@ inline svn_config_t* workingCopyConfiguration(const svn_client_ctx_t* ctx)
 }
 
 /// Makes a working-copy context that opens databases as the client is configured to: how long it waits for other
-/// programs, and whether it keeps them out, is settled as it is made.
-inline svn_error_t* createWorkingCopyContext(svn_wc_context_t** made, const svn_client_ctx_t* ctx, apr_pool_t* pool,
-                                             apr_pool_t* scratchPool)
+/// programs, and whether it keeps them out, is settled as it is made. It goes on reading what it is made with, which is
+/// a copy: the client may be configured anew meanwhile.
+inline svn_error_t* createWorkingCopyContext(svn_wc_context_t** made, [[maybe_unused]] const svn_client_ctx_t* ctx,
+                                             apr_pool_t* pool, apr_pool_t* scratchPool)
 {
-    return svn_wc_context_create(made, workingCopyConfiguration(ctx), pool, scratchPool);
+    svn_config_t* own = nullptr;
+#if HSVN_LINE_MINOR >= 8 // the first line that has such options
+    if (const auto* const configuration = workingCopyConfiguration(ctx)) {
+        SVN_ERR(svn_config_dup(&own, configuration, pool));
+    }
+#endif
+    return svn_wc_context_create(made, own, pool, scratchPool);
 }
 
 /// Whether the client is configured to keep others out of the databases that it has open: its own further connections,
