@@ -343,4 +343,18 @@ TEST_P(LongLivedClient, WorksOnAfterACleanUpWhoeverMadeIt)
     }
 }
 
+TEST(ClientThatKeepsOthersOut, LetsThemInFromItsNextOperationOnWhenToldTo)
+{
+    TestRepository repository;
+    repository.change({"mkdir", "trunk"});
+    const std::string root = repository.checkOut("wc", "trunk");
+    const auto client = std::make_shared<HSVNClient>();
+    for (const auto& [setting, isIn] : {std::pair{"true", false}, std::pair{"false", true}}) {
+        client->setOption(setting, "exclusive-locking", HSVNConfigCategoryConfig, "working-copy");
+        client->setProperty(HSVNTargets{root}, "color", setting);
+        const auto other = runCommand({"svn", "status", "--config-option=config:working-copy:busy-timeout=1", root});
+        EXPECT_EQ(other.exitCode == 0, isIn) << other.errors;
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Lines, LongLivedClient, testing::Values("1.6", "1.14"), lineName);
