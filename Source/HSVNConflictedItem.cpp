@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr const char* className = "HSVNConflictedItem";
+constexpr const char* conflictedItemName = "HSVNConflictedItem";
 
 static_assert(static_cast<int>(HSVNResolutionChoice::Unspecified) == svn_client_conflict_option_unspecified);
 static_assert(static_cast<int>(HSVNResolutionChoice::IncomingDeleteAccept) ==
@@ -44,7 +44,8 @@ struct HSVNConflictedItem::Conflict
 {
     Conflict(const std::string& thePath, HSVNContextRef theContext) : path{thePath}, context{std::move(theContext)}
     {
-        HSVNOperation operation{context, className, "initWithPath:context:", {{"path", path}, {"context", context}}};
+        HSVNOperation operation{
+            context, conflictedItemName, "initWithPath:context:", {{"path", path}, {"context", context}}};
         // The conflict outlives the operation, and may end while another thread uses the context.
         pool = std::make_unique<HSVNPool>();
         operation.call(&HSVNConflictFunctions::conflict_get, &record, operation.cString(path), operation.ctx(), *pool);
@@ -91,13 +92,13 @@ HSVNConflictOperation HSVNConflictedItem::operation() const { return _conflict->
 
 void HSVNConflictedItem::searchDetails()
 {
-    HSVNOperation operation{_conflict->context, className, "searchDetails", {{"path", _conflict->path}}};
+    HSVNOperation operation{_conflict->context, conflictedItemName, "searchDetails", {{"path", _conflict->path}}};
     operation.call(&HSVNConflictFunctions::conflict_details, _conflict->record, operation.ctx(), *_conflict->pool);
 }
 
 HSVNResolutionChoice HSVNConflictedItem::recommendedChoice()
 {
-    HSVNOperation operation{_conflict->context, className, "recommendedChoice", {{"path", _conflict->path}}};
+    HSVNOperation operation{_conflict->context, conflictedItemName, "recommendedChoice", {{"path", _conflict->path}}};
     HSVNConflictFunctions::ConflictState state{};
     operation.call(&HSVNConflictFunctions::conflict_state, &state, _conflict->record, *_conflict->pool);
     return static_cast<HSVNResolutionChoice>(state.recommended);
@@ -106,7 +107,7 @@ HSVNResolutionChoice HSVNConflictedItem::recommendedChoice()
 std::vector<HSVNConflictOption> HSVNConflictedItem::options(HSVNConflictKind kind)
 {
     HSVNOperation operation{
-        _conflict->context, className, "optionsOfKind:", {{"path", _conflict->path}, {"kind", kind}}};
+        _conflict->context, conflictedItemName, "optionsOfKind:", {{"path", _conflict->path}, {"kind", kind}}};
     apr_array_header_t* found = nullptr;
     operation.call(&HSVNConflictFunctions::conflict_options, &found, _conflict->record, static_cast<int>(kind),
                    operation.ctx(), *_conflict->pool);
@@ -121,7 +122,7 @@ std::vector<HSVNConflictOption> HSVNConflictedItem::options(HSVNConflictKind kin
 std::string HSVNConflictedItem::descriptionOfPropertyConflict()
 {
     HSVNOperation operation{
-        _conflict->context, className, "descriptionOfPropertyConflict", {{"path", _conflict->path}}};
+        _conflict->context, conflictedItemName, "descriptionOfPropertyConflict", {{"path", _conflict->path}}};
     const char* description = nullptr;
     operation.call(&HSVNConflictFunctions::conflict_description, &description, nullptr, _conflict->record,
                    operation.ctx(), *_conflict->pool);
@@ -130,7 +131,8 @@ std::string HSVNConflictedItem::descriptionOfPropertyConflict()
 
 std::pair<std::string, std::string> HSVNConflictedItem::descriptionOfTreeConflict()
 {
-    HSVNOperation operation{_conflict->context, className, "descriptionOfTreeConflict", {{"path", _conflict->path}}};
+    HSVNOperation operation{
+        _conflict->context, conflictedItemName, "descriptionOfTreeConflict", {{"path", _conflict->path}}};
     const char* incoming = nullptr;
     const char* local = nullptr;
     operation.call(&HSVNConflictFunctions::conflict_description, &incoming, &local, _conflict->record, operation.ctx(),
@@ -140,7 +142,7 @@ std::pair<std::string, std::string> HSVNConflictedItem::descriptionOfTreeConflic
 
 HSVNConflictSides HSVNConflictedItem::files()
 {
-    HSVNOperation operation{_conflict->context, className, "files", {{"path", _conflict->path}}};
+    HSVNOperation operation{_conflict->context, conflictedItemName, "files", {{"path", _conflict->path}}};
     HSVNConflictFunctions::ConflictSides<const char*> files{};
     operation.call(&HSVNConflictFunctions::conflict_files, &files, _conflict->record, *_conflict->pool);
     return {HSVNTextOrNil(files.base), HSVNTextOrNil(files.mine), HSVNTextOrNil(files.theirOld),
@@ -150,7 +152,7 @@ HSVNConflictSides HSVNConflictedItem::files()
 HSVNConflictSides HSVNConflictedItem::propertyValues(const std::string& property)
 {
     HSVNOperation operation{
-        _conflict->context, className, "propertyValues:", {{"path", _conflict->path}, {"property", property}}};
+        _conflict->context, conflictedItemName, "propertyValues:", {{"path", _conflict->path}, {"property", property}}};
     HSVNConflictFunctions::ConflictSides<const svn_string_t*> values{};
     operation.call(&HSVNConflictFunctions::conflict_values, &values, _conflict->record, operation.cString(property),
                    *_conflict->pool);
@@ -183,8 +185,10 @@ HSVNThreeWayDiff HSVNConflictedItem::propertyComparison(const std::string& prope
 
 std::vector<std::string> HSVNConflictedItem::moveTargets(HSVNResolutionChoice choice, HSVNMovePlace place)
 {
-    HSVNOperation operation{
-        _conflict->context, className, "moveTargetsOfChoice:place:", {{"path", _conflict->path}, {"choice", choice}}};
+    HSVNOperation operation{_conflict->context,
+                            conflictedItemName,
+                            "moveTargetsOfChoice:place:",
+                            {{"path", _conflict->path}, {"choice", choice}}};
     apr_array_header_t* found = nullptr;
     operation.call(&HSVNConflictFunctions::conflict_move_targets, &found, _conflict->record, static_cast<int>(choice),
                    place == HSVNMovePlace::Repository, operation.ctx(), *_conflict->pool);
@@ -198,7 +202,7 @@ std::vector<std::string> HSVNConflictedItem::moveTargets(HSVNResolutionChoice ch
 void HSVNConflictedItem::chooseMoveTarget(HSVNResolutionChoice choice, HSVNMovePlace place, std::size_t index)
 {
     HSVNOperation operation{_conflict->context,
-                            className,
+                            conflictedItemName,
                             "chooseMoveTarget:place:index:",
                             {{"path", _conflict->path}, {"choice", choice}, {"index", index}}};
     operation.call(&HSVNConflictFunctions::conflict_choose_move_target, _conflict->record, static_cast<int>(choice),
@@ -209,7 +213,7 @@ void HSVNConflictedItem::resolve(HSVNConflictKind kind, HSVNResolutionChoice cho
                                  const std::optional<std::string>& merged)
 {
     HSVNOperation operation{_conflict->context,
-                            className,
+                            conflictedItemName,
                             "resolve:choice:property:value:",
                             {{"path", _conflict->path}, {"choice", choice}, {"property", property}}};
     // The conflict remembers the value for as long as it lives.

@@ -26,7 +26,7 @@ std::string HSVNDebugArgument::reasonOf(const std::exception& exception)
 namespace {
 
 constexpr int greatestWidth = 1000;
-constexpr std::string_view digits = "0123456789";
+constexpr std::string_view decimalDigits = "0123456789";
 
 /// What stands between "%" and the conversion's letter, and that letter.
 struct Placeholder
@@ -204,7 +204,7 @@ class Line
     std::size_t takeArgumentNumber()
     {
         const auto whole = _rest;
-        const auto text = takeAnyOf(digits);
+        const auto text = takeAnyOf(decimalDigits);
         std::size_t number = 0;
         std::from_chars(text.data(), text.data() + text.size(), number);
         if (number == 0 || !take('$')) {
@@ -224,7 +224,7 @@ class Line
                                 std::clamp<std::int64_t>(*number, -greatestWidth, greatestWidth))}
                           : std::nullopt;
         }
-        const auto text = takeAnyOf(digits);
+        const auto text = takeAnyOf(decimalDigits);
         int number = greatestWidth;
         std::from_chars(text.data(), text.data() + text.size(), number); // leaves it for what does not fit
         return text.empty() ? std::nullopt : std::optional{std::min(number, greatestWidth)};

@@ -16,12 +16,6 @@
 
 namespace {
 
-void require(const HSVNContextRef& context, const HSVNDiffOptionsRef& options)
-{
-    HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNAssertParameter(options != nullptr, "options != nil");
-}
-
 void requireLabel(const std::string& label)
 {
     HSVNPathText::requireText(label);
@@ -73,7 +67,7 @@ void requireEncoding(const std::string& encoding)
 HSVNDiff HSVNDiff::ofFiles(const HSVNTarget& original, const HSVNTarget& modified, const HSVNContextRef& context,
                            const HSVNDiffOptionsRef& options)
 {
-    require(context, options);
+    HSVNRequireComparison(context, options);
     return HSVNDiff{Parts::compared(
         staticClassName, "diffOfFiles:", HSVNComparedTexts(HSVNTextOfFile, original, modified), context, options)};
 }
@@ -81,7 +75,7 @@ HSVNDiff HSVNDiff::ofFiles(const HSVNTarget& original, const HSVNTarget& modifie
 HSVNDiff HSVNDiff::ofTexts(std::string original, std::string modified, const HSVNContextRef& context,
                            const HSVNDiffOptionsRef& options)
 {
-    require(context, options);
+    HSVNRequireComparison(context, options);
     return HSVNDiff{Parts::compared(
         staticClassName, "diffOfTexts:",
         HSVNComparedTexts(HSVNComparedText::ofBytes, std::move(original), std::move(modified)), context, options)};
@@ -90,7 +84,7 @@ HSVNDiff HSVNDiff::ofTexts(std::string original, std::string modified, const HSV
 HSVNDiff HSVNDiff::ofItems(const HSVNTargetInRevision& original, const HSVNTargetInRevision& modified,
                            const HSVNContextRef& context, const HSVNDiffOptionsRef& options)
 {
-    require(context, options);
+    HSVNRequireComparison(context, options);
     const auto textOf = [&context](const HSVNTargetInRevision& item) { return HSVNTextOfItem(item, context); };
     return HSVNDiff{Parts::compared(staticClassName, "diffOfItems:", HSVNComparedTexts(textOf, original, modified),
                                     context, options)};

@@ -8,7 +8,7 @@ namespace {
 
 /// The class that is named so in what an exception can be made of.
 template <class Concrete>
-const HSVNExceptionClass* classOf()
+const HSVNExceptionClass* registeredClassOf()
 {
     static const HSVNExceptionClass* const found = HSVNExceptionClass::named(Concrete::staticClassName);
     return found;
@@ -24,7 +24,7 @@ std::string messageOf(const svn_error_t* error)
 /// The status map's answer for `HSVNException`, the receiver itself for any other class.
 const HSVNExceptionClass* classForStatus(const HSVNExceptionClass& receiver, std::int32_t status)
 {
-    return &receiver == classOf<HSVNException>() ? HSVNException::mapClassToAPRStatus(status) : &receiver;
+    return &receiver == registeredClassOf<HSVNException>() ? HSVNException::mapClassToAPRStatus(status) : &receiver;
 }
 
 /// Releases a Subversion error when the scope ends, if asked to.
@@ -53,7 +53,7 @@ HSVNException::HSVNException(const svn_error_t* error) : HSVNException{messageOf
 
 HSVNExceptionRef HSVNException::exceptionWithError(svn_error_t* error, bool clear)
 {
-    return exceptionWithError(error, clear, *classOf<HSVNException>());
+    return exceptionWithError(error, clear, *registeredClassOf<HSVNException>());
 }
 
 HSVNExceptionRef HSVNException::exceptionWithError(svn_error_t* error) { return exceptionWithError(error, true); }
@@ -67,8 +67,8 @@ HSVNExceptionRef HSVNException::exceptionWithError(svn_error_t* error, bool clea
         chosen = classForStatus(receiver, link->apr_err);
     }
     if (!chosen) {
-        chosen = classOf<HSVNException>();
-    } else if (chosen == classOf<HSVNCommunicationException>()) {
+        chosen = registeredClassOf<HSVNException>();
+    } else if (chosen == registeredClassOf<HSVNCommunicationException>()) {
         chosen = classForCommunicationError(error);
     }
     return chosen->make(messageOf(error), dictionaryForError(error));
@@ -94,5 +94,6 @@ const HSVNExceptionClass* HSVNException::classForCommunicationError(const svn_er
     const std::string_view message = error && error->message ? error->message : "";
     const bool isRefusal = HSVNText::containsIgnoringCase(message, "401 Authorization Required") ||
                            HSVNText::containsIgnoringCase(message, "403 Forbidden");
-    return isRefusal ? classOf<HSVNAuthorizationException>() : classOf<HSVNCommunicationException>();
+    return isRefusal ? registeredClassOf<HSVNAuthorizationException>()
+                     : registeredClassOf<HSVNCommunicationException>();
 }

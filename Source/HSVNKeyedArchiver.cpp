@@ -12,20 +12,18 @@ using nlohmann::ordered_json; // keeps the order in which the classes write thei
 
 namespace {
 
-[[noreturn]] void fail(std::string reason) { throw HSVNInvalidArgumentException(std::move(reason)); }
-
 void requireText(std::string_view text, std::string_view key)
 {
     if (!HSVNIsArchivableText(text)) {
-        fail(fmt::format("Value of {} is not UTF-8 or contains NUL", HSVNArchiveQuoted(key)));
+        HSVNFailArchive(fmt::format("Value of {} is not UTF-8 or contains NUL", HSVNArchiveQuoted(key)));
     }
 }
 
 void requireDepth(std::size_t depth, std::string_view key)
 {
     if (depth > HSVNArchiveMaximumDepth) {
-        fail(fmt::format("Value of {} is nested deeper than {} levels, or holds itself", HSVNArchiveQuoted(key),
-                         HSVNArchiveMaximumDepth));
+        HSVNFailArchive(fmt::format("Value of {} is nested deeper than {} levels, or holds itself",
+                                    HSVNArchiveQuoted(key), HSVNArchiveMaximumDepth));
     }
 }
 
@@ -59,10 +57,10 @@ struct HSVNKeyedArchiver::Document
     void put(std::string_view key, ordered_json value)
     {
         if (key.empty() || key.starts_with('$') || !HSVNIsArchivableText(key)) {
-            fail(fmt::format("{} cannot be a key of an archive", HSVNArchiveQuoted(key)));
+            HSVNFailArchive(fmt::format("{} cannot be a key of an archive", HSVNArchiveQuoted(key)));
         }
         if (object->contains(key)) {
-            fail(fmt::format("The key {} is used twice in one object", HSVNArchiveQuoted(key)));
+            HSVNFailArchive(fmt::format("The key {} is used twice in one object", HSVNArchiveQuoted(key)));
         }
         object->push_back({std::string{key}, std::move(value)});
     }
@@ -125,8 +123,8 @@ void HSVNKeyedArchiver::encodeObject(const HSVNArchivableRef& object, std::strin
     }
     const std::string className = object->className();
     if (!HSVNArchivableClassNamed(className)) {
-        fail(fmt::format("Value of {} has a class that archives do not know: {}", HSVNArchiveQuoted(key),
-                         HSVNArchiveQuoted(className)));
+        HSVNFailArchive(fmt::format("Value of {} has a class that archives do not know: {}", HSVNArchiveQuoted(key),
+                                    HSVNArchiveQuoted(className)));
     }
     requireDepth(_document->depth + 1, key);
     ordered_json encoded{{HSVNArchiveClassKey, className}};
@@ -166,8 +164,8 @@ void HSVNKeyedArchiver::encodeException(const HSVNPlatformExceptionRef& exceptio
     }
     const std::string className = exception->className();
     if (!HSVNIsArchivableException(className)) {
-        fail(fmt::format("Value of {} is an exception of a class that archives do not know: {}", HSVNArchiveQuoted(key),
-                         HSVNArchiveQuoted(className)));
+        HSVNFailArchive(fmt::format("Value of {} is an exception of a class that archives do not know: {}",
+                                    HSVNArchiveQuoted(key), HSVNArchiveQuoted(className)));
     }
     requireText(exception->name(), key);
     requireText(exception->reason(), key);

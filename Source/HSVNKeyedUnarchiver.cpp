@@ -13,18 +13,16 @@ using nlohmann::json;
 
 namespace {
 
-[[noreturn]] void fail(std::string reason) { throw HSVNInvalidArgumentException(std::move(reason)); }
-
 [[noreturn]] void failType(const std::string& keyDescription, std::string_view expected)
 {
-    fail(fmt::format("Value of {} is not {}", keyDescription, expected));
+    HSVNFailArchive(fmt::format("Value of {} is not {}", keyDescription, expected));
 }
 
 /// Passes a fault on that already names the class, and names it in any other.
 [[noreturn]] void failDecoding(const std::string& className, const HSVNPlatformException& fault)
 {
     const bool isNamed = fault.reason().find(className) != std::string::npos;
-    fail(isNamed ? fault.reason() : fmt::format("Archived {} is not valid: {}", className, fault.reason()));
+    HSVNFailArchive(isNamed ? fault.reason() : fmt::format("Archived {} is not valid: {}", className, fault.reason()));
 }
 
 /// The value under the key; null when there is none.
@@ -94,11 +92,11 @@ HSVNKeyedUnarchiver::HSVNKeyedUnarchiver(std::string_view data)
     _document->object = &_document->root;
     const auto* archiver = _document->value(HSVNArchiveArchiverKey);
     if (!archiver || *archiver != HSVNArchiveArchiver) {
-        fail("Data is not an archive of HSVNKeyedArchiver");
+        HSVNFailArchive("Data is not an archive of HSVNKeyedArchiver");
     }
     const auto* version = _document->value(HSVNArchiveVersionKey);
     if (!version || *version != HSVNArchiveVersion) {
-        fail(fmt::format("Archive is not of version {}", HSVNArchiveVersion));
+        HSVNFailArchive(fmt::format("Archive is not of version {}", HSVNArchiveVersion));
     }
 }
 
@@ -124,7 +122,7 @@ std::shared_ptr<HSVNArchivable> HSVNKeyedUnarchiver::decodeAnyObject(std::string
     const auto& name = className->get_ref<const std::string&>();
     const auto maker = HSVNArchivableClassNamed(name);
     if (!maker) {
-        fail(fmt::format("Value of {} has an unknown class: {}", describeKey(key), HSVNArchiveQuoted(name)));
+        HSVNFailArchive(fmt::format("Value of {} has an unknown class: {}", describeKey(key), HSVNArchiveQuoted(name)));
     }
     const Document::Scope scope{*_document, *value};
     try {
@@ -205,8 +203,8 @@ HSVNPlatformExceptionRef HSVNKeyedUnarchiver::decodeException(std::string_view k
                                                decodeRequiredString(HSVNArchiveReasonKey),
                                                userInfo ? decodedUserInfo(*userInfo) : HSVNUserInfo{});
     if (!exception) {
-        fail(fmt::format("Value of {} is an exception of an unknown class: {}", HSVNArchiveQuoted(key),
-                         HSVNArchiveQuoted(className)));
+        HSVNFailArchive(fmt::format("Value of {} is an exception of an unknown class: {}", HSVNArchiveQuoted(key),
+                                    HSVNArchiveQuoted(className)));
     }
     return exception;
 }

@@ -16,7 +16,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-std::string normalized(const std::string& string)
+std::string normalizedPath(const std::string& string)
 {
     HSVNAssertParameter(!string.empty(), "string != nil && [string length] > 0");
     HSVNPathText::requireText(string);
@@ -62,7 +62,7 @@ const HSVNLocalPathRef& HSVNLocalPath::fileSystemRoot()
     return *root;
 }
 
-HSVNLocalPath::HSVNLocalPath(const std::string& string) : _path{normalized(string)} {}
+HSVNLocalPath::HSVNLocalPath(const std::string& string) : _path{normalizedPath(string)} {}
 
 HSVNLocalPath::HSVNLocalPath(HSVNCoder* decoder) : HSVNPath{decoder}, _path{decodedPath(decoder)} {}
 

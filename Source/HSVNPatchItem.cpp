@@ -9,8 +9,6 @@
 
 namespace {
 
-constexpr std::string_view nothing = "/dev/null";
-
 /// Whether what follows a name says that the side has no such file, as Subversion writes it in English.
 bool tellsAbsence(std::string_view label)
 {
@@ -19,7 +17,7 @@ bool tellsAbsence(std::string_view label)
 
 std::optional<std::string> nameOf(const std::optional<std::string>& written)
 {
-    return written == nothing ? std::nullopt : written;
+    return written == HSVNPatchOfNothing ? std::nullopt : written;
 }
 
 HSVNPatchChange changeNamed(std::string_view word)

@@ -13,12 +13,6 @@ namespace {
 using Kind = HSVNDiffSectionKind;
 using Side = HSVNDiffSide;
 
-void require(const HSVNContextRef& context, const HSVNDiffOptionsRef& options)
-{
-    HSVNAssertParameter(context != nullptr, "context != nil");
-    HSVNAssertParameter(options != nullptr, "options != nil");
-}
-
 HSVNComparedText textOfFileOrNothing(const std::optional<HSVNTarget>& file)
 {
     return file ? HSVNTextOfFile(*file) : HSVNComparedText::ofBytes({});
@@ -138,7 +132,7 @@ HSVNThreeWayDiff HSVNThreeWayDiff::ofFiles(const std::optional<HSVNTarget>& base
                                            const HSVNTarget& theirs, const HSVNContextRef& context,
                                            const HSVNDiffOptionsRef& options)
 {
-    require(context, options);
+    HSVNRequireComparison(context, options);
     return HSVNThreeWayDiff{Parts::compared(
         staticClassName, "diffOfFiles:", HSVNComparedTexts(textOfFileOrNothing, base, mine, theirs), context, options)};
 }
@@ -146,7 +140,7 @@ HSVNThreeWayDiff HSVNThreeWayDiff::ofFiles(const std::optional<HSVNTarget>& base
 HSVNThreeWayDiff HSVNThreeWayDiff::ofTexts(std::string base, std::string mine, std::string theirs,
                                            const HSVNContextRef& context, const HSVNDiffOptionsRef& options)
 {
-    require(context, options);
+    HSVNRequireComparison(context, options);
     return HSVNThreeWayDiff{Parts::compared(
         staticClassName, "diffOfTexts:",
         HSVNComparedTexts(HSVNComparedText::ofBytes, std::move(base), std::move(mine), std::move(theirs)), context,
@@ -157,7 +151,7 @@ HSVNThreeWayDiff HSVNThreeWayDiff::ofItems(const HSVNTargetInRevision& base, con
                                            const HSVNTargetInRevision& theirs, const HSVNContextRef& context,
                                            const HSVNDiffOptionsRef& options)
 {
-    require(context, options);
+    HSVNRequireComparison(context, options);
     const auto textOf = [&context](const HSVNTargetInRevision& item) { return HSVNTextOfItem(item, context); };
     return HSVNThreeWayDiff{Parts::compared(
         staticClassName, "diffOfItems:", HSVNComparedTexts(textOf, base, mine, theirs), context, options)};

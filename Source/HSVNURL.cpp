@@ -20,7 +20,7 @@
 
 namespace {
 
-constexpr std::string_view schemeEnd = "://";
+constexpr std::string_view schemeSeparator = "://";
 constexpr std::string_view fileRoot = "file:///";
 constexpr std::string_view nonEmptyString = "string != nil && [string length] > 0";
 constexpr std::string_view nonEmptyComponent = "component != nil && [component length] > 0";
@@ -37,7 +37,7 @@ bool isSchemeLetter(char letter)
 HSVNParsedURL parsedURL(const std::string& url, std::string_view shown)
 {
     auto parsed = HSVNURL::URLWithSubstitutedSchemeForString(url);
-    const std::string_view scheme = std::string_view{url}.substr(0, url.find(schemeEnd));
+    const std::string_view scheme = std::string_view{url}.substr(0, url.find(schemeSeparator));
     if (!parsed || !std::ranges::all_of(scheme, isSchemeLetter)) {
         throw HSVNInvalidArgumentException(fmt::format("Failed to parse \"{}\". URL is probably malformed.", shown));
     }
@@ -60,16 +60,17 @@ std::string replacingAll(std::string_view text, std::string_view old, std::strin
 std::string withoutQuery(std::string_view url) { return replacingAll(replacingAll(url, "?", "%3F"), "#", "%23"); }
 
 /// A valid URL's text as it is kept: trimmed, without a trailing "/".
-std::string normalized(const std::string& string)
+std::string normalizedURL(const std::string& string)
 {
     HSVNPathText::requireText(string);
     const std::string_view trimmed = HSVNText::trimmed(string);
-    const auto separator = trimmed.find(schemeEnd);
+    const auto separator = trimmed.find(schemeSeparator);
     if (separator == std::string_view::npos || separator == 0) {
         throw HSVNInvalidArgumentException("URL does not contain a scheme");
     }
     std::string url = withoutQuery(trimmed);
-    if (url.size() > separator + schemeEnd.size() && !HSVNText::equalIgnoringCase(url, fileRoot) && url.ends_with('/'))
+    if (url.size() > separator + schemeSeparator.size() && !HSVNText::equalIgnoringCase(url, fileRoot) &&
+        url.ends_with('/'))
     {
         url.pop_back();
     }
@@ -105,7 +106,7 @@ HSVNURLRef assembledURL(const std::string& scheme, const std::optional<std::stri
                         const std::optional<std::string>& host, std::optional<std::int32_t> port,
                         const std::string& path)
 {
-    std::string text = scheme + std::string{schemeEnd};
+    std::string text = scheme + std::string{schemeSeparator};
     if (user) {
         text += *user + "@";
     }
@@ -132,8 +133,8 @@ std::string withoutLocalhost(std::string_view url)
 /// Begin and end of an IPv6 address with its brackets, which are escaped anywhere else; both 0 without one.
 std::pair<std::size_t, std::size_t> bracketedHost(std::string_view url)
 {
-    const auto separator = url.find(schemeEnd);
-    const auto start = separator == std::string_view::npos ? url.size() : separator + schemeEnd.size();
+    const auto separator = url.find(schemeSeparator);
+    const auto start = separator == std::string_view::npos ? url.size() : separator + schemeSeparator.size();
     const auto server = url.substr(start, url.find('/', start) - start);
     const auto begin = server.find('[', server.find('@') + 1);
     const auto end = server.find(']', begin);
@@ -148,9 +149,9 @@ HSVNURLRef derivedURL(std::string url)
 }
 
 /// The text of a URL's parent, which begins the URL's own; nil at the top.
-std::optional<std::string_view> parentText(std::string_view url)
+std::optional<std::string_view> parentURLText(std::string_view url)
 {
-    const auto server = url.find(schemeEnd) + schemeEnd.size();
+    const auto server = url.find(schemeSeparator) + schemeSeparator.size();
     const auto slash = url.rfind('/');
     if (HSVNText::equalIgnoringCase(url, fileRoot) || slash < server) {
         return std::nullopt;
@@ -165,10 +166,10 @@ void appendChild(std::string& url, const std::string& component)
 {
     // The child is looked at below the shortest URL, lest a long one be parsed for each. After a bare scheme it is a
     // host.
-    const std::string shortest{url.ends_with(schemeEnd) ? std::string_view{url} : fileRoot};
+    const std::string shortest{url.ends_with(schemeSeparator) ? std::string_view{url} : fileRoot};
     const auto child = [&] {
         try {
-            return normalized(HSVNPathText::joined(shortest, component));
+            return normalizedURL(HSVNPathText::joined(shortest, component));
         } catch (const HSVNInvalidArgumentException&) {
             HSVNURL::URLWithString(url)->pathByAddingComponent(component); // whose failure names it
             throw;
@@ -186,11 +187,13 @@ std::optional<std::string> encodedUserOf(const HSVNParsedURL& url)
 
 } // namespace
 
-HSVNURL::HSVNURL(const std::string& string) : _url{normalized(required(string))} {}
+HSVNURL::HSVNURL(const std::string& string) : _url{normalizedURL(required(string))} {}
 
 HSVNURL::HSVNURL(const HSVNPathRef& path) : HSVNURL{textOf(path)} {}
 
-HSVNURL::HSVNURL(HSVNCoder* decoder) : HSVNPath{decoder}, _url{normalized(decoder->decodeRequiredString("string"))} {}
+HSVNURL::HSVNURL(HSVNCoder* decoder) : HSVNPath{decoder}, _url{normalizedURL(decoder->decodeRequiredString("string"))}
+{
+}
 
 HSVNURL::HSVNURL(const Trusted& /*key*/, std::string url) : _url{std::move(url)} {}
 
@@ -222,7 +225,7 @@ HSVNURLRef HSVNURL::URLWithScheme(const std::string& scheme, const std::optional
 
 std::optional<HSVNParsedURL> HSVNURL::URLWithSubstitutedSchemeForString(const std::string& string)
 {
-    const auto separator = string.find(schemeEnd);
+    const auto separator = string.find(schemeSeparator);
     return HSVNParsedURL::parse(separator == std::string::npos ? string : "scheme" + string.substr(separator));
 }
 
@@ -244,7 +247,7 @@ std::int32_t HSVNURL::defaultPortForScheme(const std::string& scheme)
 
 std::string HSVNURL::URLDecodedString() const { return HSVNPathText::percentDecoded(_url); }
 
-std::string HSVNURL::scheme() const { return _url.substr(0, _url.find(schemeEnd)); }
+std::string HSVNURL::scheme() const { return _url.substr(0, _url.find(schemeSeparator)); }
 
 std::optional<std::string> HSVNURL::host() const { return parsed().host(); }
 
@@ -255,7 +258,7 @@ std::optional<std::string> HSVNURL::user() const { return parsed().user(); }
 std::string HSVNURL::hostAndScheme() const
 {
     const auto url = parsed();
-    std::string text = scheme() + std::string{schemeEnd};
+    std::string text = scheme() + std::string{schemeSeparator};
     if (const auto user = encodedUserOf(url)) {
         text += *user + "@";
     }
@@ -295,7 +298,7 @@ std::optional<std::string> HSVNURL::denormalizedLocation() const
 std::string HSVNURL::lastComponent() const
 {
     // Read from the text without parsing it: every node of a listing asks.
-    const auto path = _url.find('/', _url.find(schemeEnd) + schemeEnd.size());
+    const auto path = _url.find('/', _url.find(schemeSeparator) + schemeSeparator.size());
     const auto hasPath = path != std::string::npos && path + 1 < _url.size();
     return hasPath ? std::string{HSVNPathText::lastComponent(_url)} : "/";
 }
@@ -331,12 +334,12 @@ HSVNURLRef HSVNURL::pathByNormalizingAndAddingComponent(const std::string& compo
         return selfURL();
     }
     // What follows a bare scheme is a host, which escaping does not make valid.
-    return _url.ends_with(schemeEnd) ? URLWithString(*text) : derivedURL(*std::move(text));
+    return _url.ends_with(schemeSeparator) ? URLWithString(*text) : derivedURL(*std::move(text));
 }
 
 HSVNURLRef HSVNURL::parent() const
 {
-    const auto text = parentText(_url);
+    const auto text = parentURLText(_url);
     return text ? HSVNURLOfTrustedText(std::string{*text}) : nullptr;
 }
 
@@ -418,7 +421,7 @@ HSVNPathRef HSVNURL::pathAtRelative(const std::string& path) const
     HSVNPathText::forEachStep(path, [&](const std::string& step) {
         if (step != "..") {
             appendChild(*text, step);
-        } else if (const auto parent = parentText(*text)) {
+        } else if (const auto parent = parentURLText(*text)) {
             text->resize(parent->size());
         } else {
             text.reset();
@@ -428,7 +431,7 @@ HSVNPathRef HSVNURL::pathAtRelative(const std::string& path) const
     return !text ? nullptr : *text == _url ? selfURL() : HSVNURLOfTrustedText(*std::move(text));
 }
 
-std::vector<std::size_t> HSVNURL::ancestorSizes() const { return HSVNSizesOfAncestors(_url, parentText); }
+std::vector<std::size_t> HSVNURL::ancestorSizes() const { return HSVNSizesOfAncestors(_url, parentURLText); }
 
 HSVNPathRef HSVNURL::ancestorOfSize(std::size_t size) const
 {

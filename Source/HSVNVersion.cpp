@@ -30,7 +30,7 @@ std::int32_t integerValue(std::string_view text)
 }
 
 template <class Value>
-std::int32_t ordered(const Value& a, const Value& b)
+std::int32_t orderOf(const Value& a, const Value& b)
 {
     if (a == b) {
         return HSVNOrderedSame;
@@ -126,7 +126,7 @@ std::int32_t HSVNVersion::compare(const HSVNVersion& other) const
     const auto numbers = [](const HSVNVersion& version) {
         return std::tie(version._major, version._minor, version._patch);
     };
-    return numbers(*this) == numbers(other) ? ordered(_tag, other._tag) : ordered(numbers(*this), numbers(other));
+    return numbers(*this) == numbers(other) ? orderOf(_tag, other._tag) : orderOf(numbers(*this), numbers(other));
 }
 
 std::size_t HSVNVersion::hash() const

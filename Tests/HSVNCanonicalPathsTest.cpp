@@ -431,19 +431,22 @@ const std::vector<Spelling>& spellings()
 }
 
 /// One argument in one of the places that it may be in.
-struct Case
+struct SpellingCase
 {
     const Argument* argument;
     Place place;
 };
 
-std::string nameOf(const Case& test) { return test.argument->name + std::string{test.place == Remote ? "Remote" : ""}; }
-
-void PrintTo(const Case& test, std::ostream* stream) { *stream << nameOf(test); }
-
-std::vector<Case> cases()
+std::string nameOf(const SpellingCase& test)
 {
-    std::vector<Case> all;
+    return test.argument->name + std::string{test.place == Remote ? "Remote" : ""};
+}
+
+void PrintTo(const SpellingCase& test, std::ostream* stream) { *stream << nameOf(test); }
+
+std::vector<SpellingCase> cases()
+{
+    std::vector<SpellingCase> all;
     for (const auto& argument : arguments()) {
         for (const Place place : {Local, Remote}) {
             if ((argument.place & place) != 0) {
@@ -454,7 +457,7 @@ std::vector<Case> cases()
     return all;
 }
 
-class CanonicalPaths : public testing::TestWithParam<Case>
+class CanonicalPaths : public testing::TestWithParam<SpellingCase>
 {
   protected:
     const Argument& argument = *GetParam().argument;

@@ -39,13 +39,13 @@
 namespace {
 
 /// An exception of the application's own, outside every class hierarchy that the library knows.
-struct ApplicationsOwn
+struct ApplicationsException
 {
     int number;
 };
 
 /// An exception without a reason.
-struct Silent : std::exception
+struct SilentException : std::exception
 {
     const char* what() const noexcept override { return nullptr; }
 };
@@ -55,13 +55,13 @@ void throwKind(int kind)
 {
     switch (kind) {
     case 3:
-        throw Silent{};
+        throw SilentException{};
     case 0:
         throw HSVNGenericException("the delegate is unwell");
     case 1:
         throw std::runtime_error("the delegate is unwell");
     default:
-        throw ApplicationsOwn{42};
+        throw ApplicationsException{42};
     }
 }
 
@@ -74,9 +74,9 @@ int kindThrownBy(const std::function<void()>& call)
         return 0;
     } catch (const std::runtime_error&) {
         return 1;
-    } catch (const ApplicationsOwn&) {
+    } catch (const ApplicationsException&) {
         return 2;
-    } catch (const Silent&) {
+    } catch (const SilentException&) {
         return 3;
     }
     return -1;

@@ -180,7 +180,7 @@ struct MessageWriter
     }
 };
 
-struct Silent
+struct SilentDelegate
 {
 };
 
@@ -189,7 +189,7 @@ TEST(LogMessagePromptTest, AsksTheClientsDelegateOnceThereIsOneThatAnswers)
     const std::vector<HSVNCommitItemRef> items(3, std::make_shared<HSVNCommitItem>());
     const auto target = HSVNPath::pathWithString("svn://h/a");
     const auto writer = std::make_shared<HSVNClientDelegateFor<MessageWriter>>();
-    const auto silent = std::make_shared<HSVNClientDelegateFor<Silent>>();
+    const auto silent = std::make_shared<HSVNClientDelegateFor<SilentDelegate>>();
     std::string message = "untouched";
 
     const HSVNContextRef contexts[] = {std::make_shared<HSVNContext>(), HSVNClient::clientWithDelegate(nullptr),

@@ -26,7 +26,7 @@ namespace {
 
 namespace files = std::filesystem;
 using Side = HSVNDiffSide;
-using Kind = HSVNDiffSectionKind;
+using SectionKind = HSVNDiffSectionKind;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
@@ -71,13 +71,13 @@ std::vector<std::string> linesOf(const std::string& text)
     return lines;
 }
 
-using Changes = std::vector<HSVNDiffSection>;
+using UnifiedChanges = std::vector<HSVNDiffSection>;
 
 /// The changed sections that a unified text shows, by the name of the file.
-std::map<std::string, Changes> changesIn(const std::string& unified)
+std::map<std::string, UnifiedChanges> changesIn(const std::string& unified)
 {
-    std::map<std::string, Changes> result;
-    Changes* changes = nullptr;
+    std::map<std::string, UnifiedChanges> result;
+    UnifiedChanges* changes = nullptr;
     long left[2] = {0, 0};
     HSVNDiffLines at[2];
     bool isNew = true;
@@ -90,7 +90,7 @@ std::map<std::string, Changes> changesIn(const std::string& unified)
             if (sign == ' ') {
                 isNew = true;
             } else if (isNew) {
-                changes->push_back({Kind::Changed, {at[0].first, 0}, {at[1].first, 0}, {}});
+                changes->push_back({SectionKind::Changed, {at[0].first, 0}, {at[1].first, 0}, {}});
                 isNew = false;
             }
             for (const int side : {0, 1}) {
@@ -122,9 +122,9 @@ std::map<std::string, Changes> changesIn(const std::string& unified)
 
 /// The changed sections, after a look at whether all of them follow one another and lead from the one text to the
 /// other.
-Changes checkedChanges(const HSVNDiff& diff, const std::string& original, const std::string& modified)
+UnifiedChanges checkedChanges(const HSVNDiff& diff, const std::string& original, const std::string& modified)
 {
-    Changes changes;
+    UnifiedChanges changes;
     std::string made;
     std::int64_t lines[2] = {0, 0};
     bool isAfterCommon = false;
@@ -144,7 +144,7 @@ Changes checkedChanges(const HSVNDiff& diff, const std::string& original, const 
     return changes;
 }
 
-std::int64_t changedLines(const Changes& changes)
+std::int64_t changedLines(const UnifiedChanges& changes)
 {
     std::int64_t count = 0;
     for (const auto& change : changes) {
@@ -175,15 +175,15 @@ class ComparedFile : public testing::Test
     HSVNContextRef context = contextOf("1.14");
 };
 
-struct Change
+struct LineChange
 {
     const char* name;
     std::function<void(const std::string& file)> make;
 };
 
-void PrintTo(const Change& change, std::ostream* out) { *out << change.name; }
+void PrintTo(const LineChange& change, std::ostream* out) { *out << change.name; }
 
-class ChangedFile : public ComparedFile, public testing::WithParamInterface<Change>
+class ChangedFile : public ComparedFile, public testing::WithParamInterface<LineChange>
 {
 };
 
@@ -347,7 +347,7 @@ TEST_F(ComparedFile, ReadsSomeOfManyLinesAndStopsWhenToldTo)
     for (const HSVNDiffLines& none : {HSVNDiffLines{3002, 5}, {-5, 5}, {-many, many}, {many, many}, {0, -1}}) {
         diff.readLines(Side::Original, none, [](std::string_view) { ADD_FAILURE(); });
     }
-    HSVNDiffSection section{Kind::Changed, {-2, 3}, {3001, many}, {}};
+    HSVNDiffSection section{SectionKind::Changed, {-2, 3}, {3001, many}, {}};
     EXPECT_EQ(diff.text(section, Side::Original), "line 0\n");
     EXPECT_EQ(diff.text(section, Side::Modified), "end\n");
 }
@@ -471,30 +471,30 @@ TEST_P(ChangedFile, IsNoOtherText)
 
 INSTANTIATE_TEST_SUITE_P(
     Ways, ChangedFile,
-    testing::Values(Change{"overwritten at once", [](const std::string& file) { overwrite(file, "ONE"); }},
-                    Change{"changed and given its old time",
-                           [](const std::string& file) {
-                               const auto time = files::last_write_time(file);
-                               overwrite(file, "ONE");
-                               files::last_write_time(file, time);
-                           }},
-                    Change{"longer", [](const std::string& file) { writeFile(file, "one\ntwo\nthree\n"); }},
-                    Change{"replaced by its like",
-                           [](const std::string& file) {
-                               writeFile(file + ".new", readFile(file));
-                               files::rename(file + ".new", file);
-                           }},
-                    Change{"removed", [](const std::string& file) { files::remove(file); }}));
+    testing::Values(LineChange{"overwritten at once", [](const std::string& file) { overwrite(file, "ONE"); }},
+                    LineChange{"changed and given its old time",
+                               [](const std::string& file) {
+                                   const auto time = files::last_write_time(file);
+                                   overwrite(file, "ONE");
+                                   files::last_write_time(file, time);
+                               }},
+                    LineChange{"longer", [](const std::string& file) { writeFile(file, "one\ntwo\nthree\n"); }},
+                    LineChange{"replaced by its like",
+                               [](const std::string& file) {
+                                   writeFile(file + ".new", readFile(file));
+                                   files::rename(file + ".new", file);
+                               }},
+                    LineChange{"removed", [](const std::string& file) { files::remove(file); }}));
 
 TEST_F(ComparedFile, IsMergedByChoice)
 {
     const auto diff = HSVNThreeWayDiff::ofTexts("1\nb\n2\n3\n4\n", "1\nm\n2\nM\n4\n", "1\nt\n2\n3\nT\n", context);
-    std::vector<Kind> kinds;
+    std::vector<SectionKind> kinds;
     for (const auto& section : diff.sections()) {
         kinds.push_back(section.kind);
     }
-    ASSERT_THAT(kinds,
-                ElementsAre(Kind::Common, Kind::Conflict, Kind::Common, Kind::ChangedInMine, Kind::ChangedInTheirs));
+    ASSERT_THAT(kinds, ElementsAre(SectionKind::Common, SectionKind::Conflict, SectionKind::Common,
+                                   SectionKind::ChangedInMine, SectionKind::ChangedInTheirs));
     EXPECT_THAT(diff.words(diff.sections()[1], Side::Mine, Side::Theirs).original, ElementsAre(HSVNWordRange{0, 1}));
     struct Row
     {

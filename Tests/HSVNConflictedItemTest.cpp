@@ -14,7 +14,7 @@ using testing::IsSupersetOf;
 namespace {
 
 using Choice = HSVNResolutionChoice;
-using Kind = HSVNConflictKind;
+using ConflictKind = HSVNConflictKind;
 
 class ConflictedItem : public WorkingCopyTest
 {
@@ -44,7 +44,7 @@ class ConflictedItem : public WorkingCopyTest
         mustRun({"svn", "update", "--quiet", root});
         mustRun({"svn", "merge", "--quiet", "--accept", "postpone", repository.url("branch"), root});
     }
-    static std::vector<Choice> choicesOf(HSVNConflictedItem& conflicted, Kind kind)
+    static std::vector<Choice> choicesOf(HSVNConflictedItem& conflicted, ConflictKind kind)
     {
         std::vector<Choice> choices;
         for (const auto& option : conflicted.options(kind)) {
@@ -73,7 +73,7 @@ TEST_P(ConflictedItem, TellsItsSidesAndWhatCanBeDone)
     EXPECT_EQ(values.mine, "mine");
     EXPECT_EQ(values.theirNew, "theirs");
     EXPECT_THAT(conflicted.descriptionOfPropertyConflict(), HasSubstr("upon update"));
-    for (const Kind kind : {Kind::Text, Kind::Property}) {
+    for (const ConflictKind kind : {ConflictKind::Text, ConflictKind::Property}) {
         EXPECT_THAT(choicesOf(conflicted, kind), IsSupersetOf({Choice::Postpone, Choice::IncomingText}));
     }
     EXPECT_EQ(conflicted.recommendedChoice(), Choice::Unspecified);
@@ -83,10 +83,10 @@ TEST_P(ConflictedItem, IsSettledOneKindAtATime)
 {
     conflict();
     HSVNConflictedItem conflicted{item("a.txt"), client};
-    conflicted.resolve(Kind::Property, Choice::MergedText, "color", "both");
+    conflicted.resolve(ConflictKind::Property, Choice::MergedText, "color", "both");
     EXPECT_EQ(property("color", "a.txt"), "both");
     EXPECT_THAT(status(), HasSubstr("CM      a.txt\n"));
-    conflicted.resolve(Kind::Text, Choice::WorkingText);
+    conflicted.resolve(ConflictKind::Text, Choice::WorkingText);
     EXPECT_EQ(status(), "MM      a.txt\n");
     EXPECT_EQ(readFile(item("a.txt")), "mine\n");
 }
@@ -100,11 +100,11 @@ TEST_P(ConflictedItem, KnowsItsChoicesAfterTheQuestion)
     EXPECT_EQ(conflicted.recommendedChoice(), Choice::Unspecified);
     conflicted.searchDetails();
     const Choice recommended = conflicted.recommendedChoice();
-    EXPECT_THAT(choicesOf(conflicted, Kind::Tree), IsSupersetOf({Choice::AcceptCurrentState, recommended}));
+    EXPECT_THAT(choicesOf(conflicted, ConflictKind::Tree), IsSupersetOf({Choice::AcceptCurrentState, recommended}));
     EXPECT_THAT(conflicted.descriptionOfTreeConflict().second, HasSubstr("^/trunk/moved.txt"));
     EXPECT_THAT(conflicted.moveTargets(recommended, HSVNMovePlace::WorkingCopy), ElementsAre(item("moved.txt")));
     EXPECT_THROW(conflicted.chooseMoveTarget(recommended, HSVNMovePlace::WorkingCopy, 1), HSVNException);
-    conflicted.resolve(Kind::Tree, recommended);
+    conflicted.resolve(ConflictKind::Tree, recommended);
     EXPECT_EQ(readFile(item("moved.txt")), "changed\n");
 }
 
@@ -118,14 +118,14 @@ TEST_P(ConflictedItem, CanBeSearchedForWhatWasOnNeitherSide)
     HSVNConflictedItem conflicted{item("trunk"), client};
     ASSERT_TRUE(conflicted.hasTreeConflict());
     EXPECT_NO_THROW(conflicted.searchDetails());
-    EXPECT_FALSE(conflicted.options(Kind::Tree).empty());
+    EXPECT_FALSE(conflicted.options(ConflictKind::Tree).empty());
 }
 
 TEST_P(ConflictedItem, RefusesWhatDoesNotApply)
 {
     conflict();
     HSVNConflictedItem conflicted{item("a.txt"), client};
-    for (const Kind kind : {Kind::Text, Kind::Property}) {
+    for (const ConflictKind kind : {ConflictKind::Text, ConflictKind::Property}) {
         try {
             conflicted.resolve(kind, Choice::IncomingDeleteAccept);
             ADD_FAILURE() << "settled";
@@ -135,15 +135,15 @@ TEST_P(ConflictedItem, RefusesWhatDoesNotApply)
     }
     HSVNConflictedItem peaceful{item("dir"), client};
     for (const auto& question : std::vector<std::function<void()>>{
-             [&] { conflicted.searchDetails(); }, [&] { conflicted.options(Kind::Tree); },
-             [&] { conflicted.options(static_cast<Kind>(3)); }, [&] { conflicted.descriptionOfTreeConflict(); },
+             [&] { conflicted.searchDetails(); }, [&] { conflicted.options(ConflictKind::Tree); },
+             [&] { conflicted.options(static_cast<ConflictKind>(3)); }, [&] { conflicted.descriptionOfTreeConflict(); },
              [&] { conflicted.moveTargets(Choice::AcceptCurrentState, HSVNMovePlace::WorkingCopy); },
              [&] { conflicted.propertyValues("colour"); }, [&] { conflicted.propertyComparison(""); },
-             [&] { conflicted.resolve(Kind::Property, Choice::WorkingText, "colour"); },
-             [&] { conflicted.resolve(Kind::Tree, Choice::AcceptCurrentState); },
-             [&] { peaceful.descriptionOfPropertyConflict(); }, [&] { peaceful.options(Kind::Text); },
-             [&] { peaceful.options(Kind::Property); }, [&] { peaceful.textComparison(); },
-             [&] { peaceful.resolve(Kind::Text, Choice::WorkingText); }})
+             [&] { conflicted.resolve(ConflictKind::Property, Choice::WorkingText, "colour"); },
+             [&] { conflicted.resolve(ConflictKind::Tree, Choice::AcceptCurrentState); },
+             [&] { peaceful.descriptionOfPropertyConflict(); }, [&] { peaceful.options(ConflictKind::Text); },
+             [&] { peaceful.options(ConflictKind::Property); }, [&] { peaceful.textComparison(); },
+             [&] { peaceful.resolve(ConflictKind::Text, Choice::WorkingText); }})
     {
         EXPECT_THAT(reasonOf<HSVNException>(question), testing::ContainsRegex("' has no (text|property|tree|such) "));
     }
@@ -176,7 +176,7 @@ TEST_P(ConflictedItem, IsSettledSectionBySection)
         choices.push_back({HSVNMergePart::TheirsThenMine});
     }
     writeFile(item("a.txt"), diff.merged(choices));
-    conflicted.resolve(Kind::Text, Choice::MergedText);
+    conflicted.resolve(ConflictKind::Text, Choice::MergedText);
     EXPECT_EQ(readFile(item("a.txt")), "theirs\nmine\n");
     EXPECT_EQ(conflicted.propertyComparison("color").merged(),
               "<<<<<<< mine\nmine||||||| base\n=======\ntheirs>>>>>>> theirs\n");

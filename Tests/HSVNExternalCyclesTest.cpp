@@ -18,7 +18,7 @@ namespace {
 
 using testing::SizeIs;
 
-HSVNPathRef local(const std::string& path) { return HSVNLocalPath::pathWithString(path); }
+HSVNPathRef folderPath(const std::string& path) { return HSVNLocalPath::pathWithString(path); }
 
 } // namespace
 
@@ -39,17 +39,18 @@ TEST(ExternalCycles, EndWithANotificationWhileAllElseGoesOn)
         {"update", [&] { return client->update(wc), wc; }},
         {"updateNodes",
          [&] {
-             HSVNNode::updateNodes({local(wc)}, HSVNRevision::HEAD(), HSVNUpdateOptions::defaults(), client);
+             HSVNNode::updateNodes({folderPath(wc)}, HSVNRevision::HEAD(), HSVNUpdateOptions::defaults(), client);
              return wc;
          }},
         {"checkoutDirectoryAtURL",
          [&, to = folder / "checkedOut"] {
-             return HSVNDirectory::checkoutDirectoryAtURL(url, local(to), HSVNCheckOutOptions::defaults(), client), to;
+             return HSVNDirectory::checkoutDirectoryAtURL(url, folderPath(to), HSVNCheckOutOptions::defaults(), client),
+                    to;
          }},
         {"exportTree", [&, to = folder / "exported"] { return client->exportTree(trunk, to), to; }},
         {"exportNodeAtPath",
          [&, to = folder / "exportedToo"] {
-             return HSVNNode::exportNodeAtPath(url, local(to), HSVNExportOptions::defaults(), client), to;
+             return HSVNNode::exportNodeAtPath(url, folderPath(to), HSVNExportOptions::defaults(), client), to;
          }},
         {"list",
          [&] {

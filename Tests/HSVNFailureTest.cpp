@@ -31,7 +31,7 @@ namespace {
 namespace files = std::filesystem;
 
 /// An exception that the library does not know.
-struct ApplicationsOwn
+struct ApplicationsFailure
 {
 };
 
@@ -46,7 +46,7 @@ struct Countdown : Recorder
     void notify(HSVNContext&, const HSVNNotificationRef&)
     {
         if (countsNotifications && left-- <= 0) {
-            throw ApplicationsOwn{};
+            throw ApplicationsFailure{};
         }
     }
 
@@ -56,7 +56,7 @@ struct Countdown : Recorder
             return true;
         }
         if (throws) {
-            throw ApplicationsOwn{};
+            throw ApplicationsFailure{};
         }
         if (pauses-- > 0) {
             std::this_thread::sleep_for(std::chrono::milliseconds{400});
@@ -96,7 +96,7 @@ class Failure : public WorkingCopyTest
                 wasStopped = false;
             } catch (const HSVNOperationCancelledException&) {
                 EXPECT_FALSE(throws);
-            } catch (const ApplicationsOwn&) {
+            } catch (const ApplicationsFailure&) {
                 EXPECT_TRUE(throws);
             }
             EXPECT_EQ(client->delegate(), countdown);
@@ -288,7 +288,7 @@ TEST_P(Failure, AnInterruptedBatchLeavesFinishedItemsDoneAndTheRestUntouched)
         void notify(HSVNContext&, const HSVNNotificationRef& notification)
         {
             if (notification->path() == at) {
-                throw ApplicationsOwn{};
+                throw ApplicationsFailure{};
             }
         }
     };
@@ -296,7 +296,7 @@ TEST_P(Failure, AnInterruptedBatchLeavesFinishedItemsDoneAndTheRestUntouched)
     client->setDelegate(interrupter);
     interrupter->at = item("b.txt");
     EXPECT_THROW(HSVNNode::deleteNodes({at("a.txt"), at("b.txt"), at("dir")}, HSVNDeleteOptions::defaults(), client),
-                 ApplicationsOwn);
+                 ApplicationsFailure);
     EXPECT_FALSE(exists("a.txt"));
     EXPECT_TRUE(exists("dir/c.txt"));
     client->setDelegate(delegate);

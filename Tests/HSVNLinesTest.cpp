@@ -39,9 +39,9 @@
 
 namespace {
 
-void writeFile(const HSVNPathRef& path, const std::string& text) { std::ofstream{path->string()} << text; }
+void writeAtPath(const HSVNPathRef& path, const std::string& text) { std::ofstream{path->string()} << text; }
 
-std::string readFile(const HSVNPathRef& path)
+std::string readAtPath(const HSVNPathRef& path)
 {
     std::ifstream file{path->string()};
     return {std::istreambuf_iterator<char>{file}, {}};
@@ -73,7 +73,7 @@ class LineUser
                                                                               "file-" + _line)}
     {
         HSVNDirectory::checkoutDirectoryAtURL(url, _workingCopy, HSVNCheckOutOptions::defaults(), _client);
-        writeFile(_file, "begun by " + _line + "\n");
+        writeAtPath(_file, "begun by " + _line + "\n");
         HSVNNode::add(_file, _client);
         commit();
     }
@@ -83,7 +83,7 @@ class LineUser
 
     HSVNRevisionNumber change(int round)
     {
-        writeFile(_file, "round " + std::to_string(round) + " of " + _line + "\n");
+        writeAtPath(_file, "round " + std::to_string(round) + " of " + _line + "\n");
         const auto options = HSVNStatusOptions::defaults();
         const auto nodes = HSVNDirectory::statusForNodesInDirectoryAtPath(_workingCopy, options, _client);
         EXPECT_EQ(nodes.size(), 1U) << _line;
@@ -114,7 +114,7 @@ class LineUser
         const auto revision = commit();
         std::filesystem::create_directory(at("plain")->string());
         move(at("moved"), at("plain/moved"));
-        EXPECT_EQ(readFile(at("plain/moved")), readFile(_file)) << _line;
+        EXPECT_EQ(readAtPath(at("plain/moved")), readAtPath(_file)) << _line;
         EXPECT_EQ(commit(), revision + 1) << _line << ": of the deletion";
         auto options = HSVNDeleteOptions::defaults();
         EXPECT_THROW(HSVNNode::deleteNodes({at("plain")}, options, _client), HSVNItemModifiedException) << _line;
@@ -137,25 +137,25 @@ class LineUser
     {
         const auto outside = _workingCopy->parent();
         const auto file = outside->pathByAddingComponent("import");
-        writeFile(file, "imported\n");
+        writeAtPath(file, "imported\n");
         const auto imported = inRepository("imported-" + _line)->URL();
         const auto revision = HSVNNode::importNodeAtPath(file, imported, HSVNImportOptions::defaults(), _client);
         EXPECT_EQ(update(), revision) << _line;
         const auto out = outside->pathByAddingComponent("export-" + _line);
         const auto options = HSVNExportOptions::defaults();
         EXPECT_EQ(HSVNNode::exportNodeAtPath(imported, out, options, _client), revision) << _line;
-        EXPECT_EQ(readFile(out), "imported\n") << _line;
+        EXPECT_EQ(readAtPath(out), "imported\n") << _line;
         const auto tree = outside->pathByAddingComponent("tree-" + _line);
         EXPECT_EQ(HSVNNode::exportNodeAtPath(_url, tree, options, _client), revision) << _line;
-        EXPECT_EQ(readFile(tree->pathByAddingComponent(_file->lastComponent())), readFile(_file)) << _line;
+        EXPECT_EQ(readAtPath(tree->pathByAddingComponent(_file->lastComponent())), readAtPath(_file)) << _line;
 
-        const auto before = readFile(_file);
+        const auto before = readAtPath(_file);
         const auto changed = change(99);
         update(); // one revision everywhere
         HSVNNode::mergeNodeAtPath(_url, HSVNRevision::revisionWithNumber(changed), _url,
                                   HSVNRevision::revisionWithNumber(changed - 1), _workingCopy,
                                   HSVNMergeOptions::defaults(), _client);
-        EXPECT_EQ(readFile(_file), before) << _line;
+        EXPECT_EQ(readAtPath(_file), before) << _line;
         commit();
     }
 
@@ -183,7 +183,7 @@ class LineUser
             EXPECT_EQ(items[0].url, inRepository(_file->lastComponent())->string()) << _line;
             EXPECT_EQ(items[0].lastChangedRevision, revision) << _line;
             EXPECT_EQ(items[0].workingCopy.has_value(), path == _file) << _line;
-            EXPECT_EQ(_client->contents(path), readFile(_file)) << _line;
+            EXPECT_EQ(_client->contents(path), readAtPath(_file)) << _line;
             std::vector<std::string> lines;
             const std::pair range{HSVNRevision::revisionWithNumber(1), HSVNRevision::HEAD()};
             _client->blame({path, HSVNRevisionSpec::HEAD()}, range, {}, [&](const HSVNBlamedLine& line) {
@@ -261,7 +261,7 @@ TEST_F(LinesTest, WorkInAlternationOnOneRepository)
     for (const auto& line : _lines) {
         const auto name = "file-" + line.versionString();
         for (const auto& user : users) {
-            EXPECT_EQ(readFile(user->workingCopy()->pathByAddingComponent(name)),
+            EXPECT_EQ(readAtPath(user->workingCopy()->pathByAddingComponent(name)),
                       "round 3 of " + line.versionString() + "\n");
         }
     }

@@ -18,14 +18,14 @@ using testing::HasSubstr;
 namespace {
 
 /// A user of the server, who works through one line.
-struct UserDelegate : Recorder
+struct LockUserDelegate : Recorder
 {
     std::string name;
     bool goesOn = true;
 
     bool queryContinue(HSVNContext&) { return goesOn; }
 
-    explicit UserDelegate(std::string userName) : name{std::move(userName)} {}
+    explicit LockUserDelegate(std::string userName) : name{std::move(userName)} {}
 
     bool promptForCredentials(HSVNContext&, const HSVNCredentialsRef& credentials, const std::optional<std::string>&,
                               bool& mayStore)
@@ -37,16 +37,16 @@ struct UserDelegate : Recorder
     }
 };
 
-struct User
+struct LockUser
 {
     std::string name;
     std::string root;
-    std::shared_ptr<HSVNClientDelegateFor<UserDelegate>> delegate;
+    std::shared_ptr<HSVNClientDelegateFor<LockUserDelegate>> delegate;
     HSVNClientRef client;
 
-    User(const SvnServer& server, const HSVNVersion& line, const std::string& userName)
+    LockUser(const SvnServer& server, const HSVNVersion& line, const std::string& userName)
         : name{userName}, root{server.repository().beside(userName)},
-          delegate{std::make_shared<HSVNClientDelegateFor<UserDelegate>>(userName)},
+          delegate{std::make_shared<HSVNClientDelegateFor<LockUserDelegate>>(userName)},
           client{std::make_shared<HSVNClient>(bundleOfLine(line), delegate)}
     {
         mustRun({"svn", "checkout", "--quiet", "--non-interactive", "--no-auth-cache", "--username", name, "--password",
@@ -107,8 +107,8 @@ class Locking : public testing::TestWithParam<const char*>
     std::string locks() const { return mustRun({"svnadmin", "lslocks", server.repository().path()}); }
 
     SvnServer server;
-    std::optional<User> harry;
-    std::optional<User> sally;
+    std::optional<LockUser> harry;
+    std::optional<LockUser> sally;
 };
 
 using RecordedLocking = Locking;

@@ -21,7 +21,7 @@ namespace {
 
 namespace files = std::filesystem;
 
-struct Change
+struct ChangeOnDisk
 {
     const char* name;
     /// Where the operations work, below the working copy.
@@ -45,7 +45,7 @@ void checkOutNested(const TestRepository& repository, const std::string& root)
     checkOut(repository, "trunk", root + "/nested");
 }
 
-const Change changes[] = {
+const ChangeOnDisk changes[] = {
     {"deleted", "", nothing, [](const TestRepository&, const std::string& root) { files::remove_all(root); }},
     {"replaced", "", nothing,
      [](const TestRepository& repository, const std::string& root) {
@@ -93,9 +93,9 @@ const Change changes[] = {
      }},
 };
 
-using Operation = std::function<std::string(const std::string& place, const HSVNContextRef& context)>;
+using LivedOperation = std::function<std::string(const std::string& place, const HSVNContextRef& context)>;
 
-HSVNPathRef pathOf(const std::string& text) { return HSVNLocalPath::pathWithString(text); }
+HSVNPathRef livedPath(const std::string& text) { return HSVNLocalPath::pathWithString(text); }
 
 std::string textOf(const std::vector<HSVNRevisionNumber>& revisions)
 {
@@ -106,33 +106,34 @@ std::string textOf(const std::vector<HSVNRevisionNumber>& revisions)
     return text;
 }
 
-const std::pair<const char*, Operation> operations[] = {
+const std::pair<const char*, LivedOperation> livedOperations[] = {
     {"info",
      [](const std::string& place, const HSVNContextRef& context) {
-         const auto node = HSVNNode::nodeAtPath(pathOf(place + "/a.txt"), HSVNRevisionSpec::UNSPECIFIED(), context);
+         const auto node = HSVNNode::nodeAtPath(livedPath(place + "/a.txt"), HSVNRevisionSpec::UNSPECIFIED(), context);
          return node->URL()->string() + ' ' + std::to_string(node->revision());
      }},
     {"status scan",
      [](const std::string& place, const HSVNContextRef& context) {
-         return HSVNDirectory::workingCopyWithStatusAtPath(pathOf(place), context)->description();
+         return HSVNDirectory::workingCopyWithStatusAtPath(livedPath(place), context)->description();
      }},
     {"update",
      [](const std::string& place, const HSVNContextRef& context) {
          return textOf(
-             HSVNNode::updateNodes({pathOf(place)}, HSVNRevision::HEAD(), HSVNUpdateOptions::defaults(), context));
+             HSVNNode::updateNodes({livedPath(place)}, HSVNRevision::HEAD(), HSVNUpdateOptions::defaults(), context));
      }},
     {"commit",
      [](const std::string& place, const HSVNContextRef& context) {
-         return std::to_string(HSVNNode::commitChangesToNodes({pathOf(place)}, HSVNCommitOptions::defaults(), context));
+         return std::to_string(
+             HSVNNode::commitChangesToNodes({livedPath(place)}, HSVNCommitOptions::defaults(), context));
      }},
     {"add",
      [](const std::string& place, const HSVNContextRef& context) {
-         HSVNNode::add(pathOf(place + "/new.txt"), context);
+         HSVNNode::add(livedPath(place + "/new.txt"), context);
          return std::string{"added"};
      }},
     {"revert",
      [](const std::string& place, const HSVNContextRef& context) {
-         HSVNNode::revertNodes({pathOf(place)}, HSVNRevertOptions::defaults(), context);
+         HSVNNode::revertNodes({livedPath(place)}, HSVNRevertOptions::defaults(), context);
          return std::string{"reverted"};
      }},
     {"reading of information",
@@ -156,10 +157,10 @@ const std::pair<const char*, Operation> operations[] = {
 };
 
 /// A repository and a working copy of it, as they were before a change, put back for each turn.
-class Given
+class LivedPlace
 {
   public:
-    explicit Given(const Change& change)
+    explicit LivedPlace(const ChangeOnDisk& change)
     {
         writeFile(repository.beside("text"), "a\n");
         repository.change({"mkdir", "trunk", "put", repository.beside("text"), "trunk/a.txt", "mkdir", "branch", "put",
@@ -200,7 +201,7 @@ struct Turn
     std::shared_ptr<RecordingDelegate> delegate = std::make_shared<RecordingDelegate>();
     HSVNClientRef client;
 
-    Turn(const HSVNVersion& line, const Given& given)
+    Turn(const HSVNVersion& line, const LivedPlace& given)
         : repository{given.repository}, root{given.putBack()}, client{std::make_shared<HSVNClient>(bundleOfLine(line),
                                                                                                    delegate)}
     {
@@ -209,7 +210,7 @@ struct Turn
     void meet(const std::string& place) const
     {
         for (const char* const name : {"status scan", "info", "scan of item status"}) {
-            for (const auto& [operation, run] : operations) {
+            for (const auto& [operation, run] : livedOperations) {
                 if (operation == std::string_view{name}) {
                     // Of a folder that is not versioned yet: the client has asked all the same.
                     reasonOf<HSVNPlatformException>([&, &run = run] { run(root, client); });
@@ -220,7 +221,7 @@ struct Turn
     }
 
     /// What the operation answers and leaves, without the name of this turn's folder.
-    std::string outcome(const Change& change, const Operation& run) const
+    std::string outcome(const ChangeOnDisk& change, const LivedOperation& run) const
     {
         const std::string place = root + change.place;
         if (files::exists(place + "/a.txt")) {
@@ -255,8 +256,8 @@ TEST_P(LongLivedClient, AnswersAsAFreshOneWhateverOtherProgramsDid)
 {
     const auto line = HSVNVersion::versionWithString(GetParam());
     for (const auto& change : changes) {
-        const Given given{change};
-        for (const auto& [name, run] : operations) {
+        const LivedPlace given{change};
+        for (const auto& [name, run] : livedOperations) {
             SCOPED_TRACE(std::string{change.name} + ", " + name);
             const auto outcomeFor = [&, &run = run](bool isKept) {
                 const Turn turn{line, given};
@@ -273,7 +274,7 @@ TEST_P(LongLivedClient, AnswersAsAFreshOneWhateverOtherProgramsDid)
 
 TEST_P(LongLivedClient, LetsGoOfWorkingCopiesWhenAsked)
 {
-    const Given given{changes[0]};
+    const LivedPlace given{changes[0]};
     const Turn turn{HSVNVersion::versionWithString(GetParam()), given};
     const auto openDatabases = [&] {
         int count = 0;
@@ -295,7 +296,7 @@ TEST_P(LongLivedClient, LetsGoOfWorkingCopiesWhenAsked)
 
 TEST_P(LongLivedClient, CleansUpAFolderThatItKnowsAlready)
 {
-    const Given given{changes[0]};
+    const LivedPlace given{changes[0]};
     const Turn turn{HSVNVersion::versionWithString(GetParam()), given};
     const auto folder = turn.root + "/folder";
     const auto path = HSVNLocalPath::pathWithString(folder);
@@ -320,17 +321,18 @@ TEST_P(LongLivedClient, CleansUpAFolderThatItKnowsAlready)
 TEST_P(LongLivedClient, WorksOnAfterACleanUpWhoeverMadeIt)
 {
     const std::pair<const char*, void (*)(const Turn&)> cleaners[] = {
-        {"itself", [](const Turn& turn) { HSVNDirectory::cleanUpWorkingCopyAtPath(pathOf(turn.root), turn.client); }},
+        {"itself",
+         [](const Turn& turn) { HSVNDirectory::cleanUpWorkingCopyAtPath(livedPath(turn.root), turn.client); }},
         {"another program",
          [](const Turn& turn) {
              mustRun({"svn", "cleanup", turn.root});
          }},
     };
-    const Given given{changes[0]};
+    const LivedPlace given{changes[0]};
     for (const auto& [name, cleanUp] : cleaners) {
         const Turn turn{HSVNVersion::versionWithString(GetParam()), given};
         const auto update = [&] {
-            HSVNNode::updateNodes({pathOf(turn.root)}, HSVNRevision::HEAD(), HSVNUpdateOptions::defaults(),
+            HSVNNode::updateNodes({livedPath(turn.root)}, HSVNRevision::HEAD(), HSVNUpdateOptions::defaults(),
                                   turn.client);
         };
         const auto toWriteIn = turn.root + "/.svn/tmp";

@@ -50,7 +50,7 @@ struct Asker
     }
 };
 
-struct Given
+struct NestedPlace
 {
     HSVNClient& client;
     std::string root;
@@ -58,7 +58,7 @@ struct Given
     std::string item(const std::string& name) const { return root + "/" + name; }
 };
 
-using Verb = void (*)(const Given& given);
+using Verb = void (*)(const NestedPlace& given);
 
 template <class Item>
 auto each(const std::function<void()>& within)
@@ -74,128 +74,129 @@ const std::pair<HSVNRevisionRef, HSVNRevisionRef> localChanges()
     return {HSVNRevision::BASE(), HSVNRevision::WORKING()};
 }
 
-const std::pair<const char*, Verb> readers[] = {
-    {"status", [](const Given& given) { given.client.status(given.root, {.getAll = true}); }},
+const std::pair<const char*, Verb> nestedReaders[] = {
+    {"status", [](const NestedPlace& given) { given.client.status(given.root, {.getAll = true}); }},
     {"info",
-     [](const Given& given) {
+     [](const NestedPlace& given) {
          given.client.info(given.root, HSVNRevisionSpec::UNSPECIFIED(), {.depth = HSVNDepthInfinity});
      }},
     {"properties",
-     [](const Given& given) {
+     [](const NestedPlace& given) {
          given.client.properties(given.root, HSVNRevisionSpec::UNSPECIFIED(), {.depth = HSVNDepthInfinity});
      }},
     {"property",
-     [](const Given& given) {
+     [](const NestedPlace& given) {
          given.client.property(given.root, "color", HSVNRevisionSpec::UNSPECIFIED(), {.depth = HSVNDepthInfinity});
      }},
-    {"layout", [](const Given& given) { given.client.layout(given.root, [](const HSVNLayoutItem&) { return true; }); }},
-    {"conflicts", [](const Given& given) { given.client.conflicts(given.root); }},
-    {"list", [](const Given& given) { given.client.list(given.root); }},
-    {"log", [](const Given& given) { given.client.log(given.root); }},
-    {"contents", [](const Given& given) { given.client.contents(given.item("changed")); }},
+    {"layout",
+     [](const NestedPlace& given) { given.client.layout(given.root, [](const HSVNLayoutItem&) { return true; }); }},
+    {"conflicts", [](const NestedPlace& given) { given.client.conflicts(given.root); }},
+    {"list", [](const NestedPlace& given) { given.client.list(given.root); }},
+    {"log", [](const NestedPlace& given) { given.client.log(given.root); }},
+    {"contents", [](const NestedPlace& given) { given.client.contents(given.item("changed")); }},
     {"blame",
-     [](const Given& given) {
+     [](const NestedPlace& given) {
          given.client.blame(given.item("normal"), {HSVNRevision::revisionWithNumber(1), HSVNRevision::WORKING()}, {},
                             [](const HSVNBlamedLine&) { return true; });
      }},
-    {"diff", [](const Given& given) { given.client.treeDiff(given.root, localChanges()); }},
+    {"diff", [](const NestedPlace& given) { given.client.treeDiff(given.root, localChanges()); }},
     {"diffSummary",
-     [](const Given& given) {
+     [](const NestedPlace& given) {
          given.client.diffSummary(given.root, localChanges(), {}, [](const HSVNDifference&) { return true; });
      }},
-    {"export", [](const Given& given) { given.client.exportTree(given.item("dir"), given.root + ".exported"); }},
-    {"URLOfTarget", [](const Given& given) { given.client.URLOfTarget(given.item("dir")); }},
+    {"export", [](const NestedPlace& given) { given.client.exportTree(given.item("dir"), given.root + ".exported"); }},
+    {"URLOfTarget", [](const NestedPlace& given) { given.client.URLOfTarget(given.item("dir")); }},
 };
 
-const std::pair<const char*, Verb> writers[] = {
-    {"add", [](const Given& given) { given.client.add(given.item("unversioned")); }},
-    {"setProperty", [](const Given& given) { given.client.setProperty(given.item("normal"), "a", "b"); }},
+const std::pair<const char*, Verb> nestedWriters[] = {
+    {"add", [](const NestedPlace& given) { given.client.add(given.item("unversioned")); }},
+    {"setProperty", [](const NestedPlace& given) { given.client.setProperty(given.item("normal"), "a", "b"); }},
     {"addToChangelist",
-     [](const Given& given) { given.client.addToChangelist(given.root, "other", {.depth = HSVNDepthInfinity}); }},
+     [](const NestedPlace& given) { given.client.addToChangelist(given.root, "other", {.depth = HSVNDepthInfinity}); }},
     {"removeFromChangelists",
-     [](const Given& given) { given.client.removeFromChangelists(given.root, {.depth = HSVNDepthInfinity}); }},
+     [](const NestedPlace& given) { given.client.removeFromChangelists(given.root, {.depth = HSVNDepthInfinity}); }},
     {"copy",
-     [](const Given& given) {
+     [](const NestedPlace& given) {
          given.client.copy({HSVNTargetInRevision{given.item("dir")}}, given.item("nested-copy"));
      }},
-    {"move", [](const Given& given) { given.client.move(given.item("dir"), given.item("nested-move")); }},
-    {"makeDirectories", [](const Given& given) { given.client.makeDirectories(given.item("nested-directory")); }},
-    {"remove", [](const Given& given) { given.client.remove(given.item("dir/one"), {.force = true}); }},
-    {"resolve", [](const Given& given) { given.client.resolve(given.root, {.depth = HSVNDepthInfinity}); }},
-    {"revert", [](const Given& given) { given.client.revert(given.root, {.depth = HSVNDepthInfinity}); }},
-    {"update", [](const Given& given) { given.client.update(given.root); }},
+    {"move", [](const NestedPlace& given) { given.client.move(given.item("dir"), given.item("nested-move")); }},
+    {"makeDirectories", [](const NestedPlace& given) { given.client.makeDirectories(given.item("nested-directory")); }},
+    {"remove", [](const NestedPlace& given) { given.client.remove(given.item("dir/one"), {.force = true}); }},
+    {"resolve", [](const NestedPlace& given) { given.client.resolve(given.root, {.depth = HSVNDepthInfinity}); }},
+    {"revert", [](const NestedPlace& given) { given.client.revert(given.root, {.depth = HSVNDepthInfinity}); }},
+    {"update", [](const NestedPlace& given) { given.client.update(given.root); }},
     {"switchTo",
-     [](const Given& given) {
+     [](const NestedPlace& given) {
          given.client.switchTo(given.item("tree"), given.url + "/dir", HSVNRevisionSpec::HEAD(),
                                {.ignoreAncestry = true});
      }},
     {"merge",
-     [](const Given& given) {
+     [](const NestedPlace& given) {
          given.client.merge(given.url, {{HSVNRevision::revisionWithNumber(3), HSVNRevision::revisionWithNumber(2)}},
                             given.root, {.allowMixedRevisions = true});
      }},
-    {"patch", [](const Given& given) { given.client.patch(given.root + ".patch", given.root); }},
-    {"lock", [](const Given& given) { given.client.lock(given.item("changed")); }},
-    {"commit", [](const Given& given) { given.client.commit(given.item("changed")); }},
-    {"relocate", [](const Given& given) { given.client.relocate(given.root, given.url, given.url); }},
-    {"vacuum", [](const Given& given) { given.client.vacuum(given.root, {.vacuumPristines = true}); }},
-    {"upgrade", [](const Given& given) { given.client.upgrade(given.root); }},
-    {"cleanUp", [](const Given& given) { given.client.cleanUp(given.root); }},
+    {"patch", [](const NestedPlace& given) { given.client.patch(given.root + ".patch", given.root); }},
+    {"lock", [](const NestedPlace& given) { given.client.lock(given.item("changed")); }},
+    {"commit", [](const NestedPlace& given) { given.client.commit(given.item("changed")); }},
+    {"relocate", [](const NestedPlace& given) { given.client.relocate(given.root, given.url, given.url); }},
+    {"vacuum", [](const NestedPlace& given) { given.client.vacuum(given.root, {.vacuumPristines = true}); }},
+    {"upgrade", [](const NestedPlace& given) { given.client.upgrade(given.root); }},
+    {"cleanUp", [](const NestedPlace& given) { given.client.cleanUp(given.root); }},
 };
 
 /// A call that has receivers.
-using Around = void (*)(const Given& given, const std::function<void()>& within);
+using Around = void (*)(const NestedPlace& given, const std::function<void()>& within);
 
 const std::pair<const char*, Around> receivers[] = {
     {"status",
-     [](const Given& given, const std::function<void()>& within) {
+     [](const NestedPlace& given, const std::function<void()>& within) {
          given.client.status(given.root, {.getAll = true}, each<HSVNNodeRef>(within));
      }},
     {"info",
-     [](const Given& given, const std::function<void()>& within) {
+     [](const NestedPlace& given, const std::function<void()>& within) {
          given.client.info(given.root, HSVNRevisionSpec::UNSPECIFIED(), {.depth = HSVNDepthInfinity},
                            each<HSVNItemInfo>(within));
      }},
     {"properties",
-     [](const Given& given, const std::function<void()>& within) {
+     [](const NestedPlace& given, const std::function<void()>& within) {
          given.client.properties(given.root, HSVNRevisionSpec::UNSPECIFIED(), {.depth = HSVNDepthInfinity},
                                  each<HSVNItemProperties>(within));
      }},
     {"layout",
-     [](const Given& given, const std::function<void()>& within) {
+     [](const NestedPlace& given, const std::function<void()>& within) {
          given.client.layout(given.root, each<HSVNLayoutItem>(within));
      }},
     {"conflicts",
-     [](const Given& given, const std::function<void()>& within) {
+     [](const NestedPlace& given, const std::function<void()>& within) {
          given.client.conflicts(given.root, {}, each<std::string>(within));
      }},
     {"list",
-     [](const Given& given, const std::function<void()>& within) {
+     [](const NestedPlace& given, const std::function<void()>& within) {
          given.client.list(given.root, HSVNRevisionSpec::HEAD(), {}, each<HSVNNodeRef>(within));
      }},
     {"log",
-     [](const Given& given, const std::function<void()>& within) {
+     [](const NestedPlace& given, const std::function<void()>& within) {
          given.client.log(given.root, {}, each<HSVNLogItemRef>(within));
      }},
     {"blame",
-     [](const Given& given, const std::function<void()>& within) {
+     [](const NestedPlace& given, const std::function<void()>& within) {
          given.client.blame(given.item("conflicted"), {HSVNRevision::revisionWithNumber(1), HSVNRevision::WORKING()},
                             {}, each<HSVNBlamedLine>(within));
      }},
     {"diffSummary",
-     [](const Given& given, const std::function<void()>& within) {
+     [](const NestedPlace& given, const std::function<void()>& within) {
          given.client.diffSummary(given.root, localChanges(), {}, each<HSVNDifference>(within));
      }},
 };
 
 // Calls that notify, ask whether to go on, or ask for a log message; together with `writers`.
 const std::pair<const char*, Verb> furtherCalls[] = {
-    {"remove of much", [](const Given& given) { given.client.remove(given.item("tree"), {.force = true}); }},
+    {"remove of much", [](const NestedPlace& given) { given.client.remove(given.item("tree"), {.force = true}); }},
     {"recursive property",
-     [](const Given& given) { given.client.setProperty(given.root, "a", "b", {.depth = HSVNDepthInfinity}); }},
+     [](const NestedPlace& given) { given.client.setProperty(given.root, "a", "b", {.depth = HSVNDepthInfinity}); }},
     {"update of an old revision",
-     [](const Given& given) { given.client.update(given.root, HSVNRevision::revisionWithNumber(2)); }},
-    {"commit of much", [](const Given& given) { given.client.commit(given.item("dir")); }},
+     [](const NestedPlace& given) { given.client.update(given.root, HSVNRevision::revisionWithNumber(2)); }},
+    {"commit of much", [](const NestedPlace& given) { given.client.commit(given.item("dir")); }},
 };
 
 class NestedCalls : public CopiedWorkingCopyTest
@@ -232,7 +233,7 @@ class NestedCalls : public CopiedWorkingCopyTest
         mustRun(arguments);
     }
 
-    Given fresh()
+    NestedPlace fresh()
     {
         std::filesystem::remove_all(repository->path());
         mustRun({"cp", "-a", repository->beside("untouched"), repository->path()});
@@ -242,13 +243,13 @@ class NestedCalls : public CopiedWorkingCopyTest
         return {*client, root, repository->url("trunk")};
     }
 
-    using Call = std::function<void(const Given&, const std::function<void()>& within)>;
+    using Call = std::function<void(const NestedPlace&, const std::function<void()>& within)>;
 
     /// Runs readers and writers within a call, each once and for all at some message of its.
     void check(const std::string& name, const Call& around)
     {
         int messages = 0;
-        const Given undisturbed = fresh();
+        const NestedPlace undisturbed = fresh();
         const std::string usual = failureIn([&] { around(undisturbed, [&] { ++messages; }); });
         if (messages == 0) {
             return; // such as relocation, which has nothing to say
@@ -256,11 +257,11 @@ class NestedCalls : public CopiedWorkingCopyTest
         const int middle = messages / 2 + 1;
         SCOPED_TRACE("in " + name + ", at message " + std::to_string(middle) + " of " + std::to_string(messages));
         int told = 0;
-        const Given read = fresh();
+        const NestedPlace read = fresh();
         EXPECT_EQ(failureIn([&] {
                       around(read, [&] {
                           if (++told == middle) {
-                              runAll(readers, read);
+                              runAll(nestedReaders, read);
                           }
                       });
                   }),
@@ -268,11 +269,11 @@ class NestedCalls : public CopiedWorkingCopyTest
         EXPECT_GE(told, messages);
         expectWhole(read);
         told = 0;
-        const Given written = fresh();
+        const NestedPlace written = fresh();
         const std::string failure = failureIn([&] {
             around(written, [&] {
                 if (++told == middle) {
-                    runAll(writers, written);
+                    runAll(nestedWriters, written);
                 }
             });
         });
@@ -281,14 +282,14 @@ class NestedCalls : public CopiedWorkingCopyTest
     }
 
     template <class Verbs>
-    static void runAll(const Verbs& verbs, const Given& given)
+    static void runAll(const Verbs& verbs, const NestedPlace& given)
     {
         for (const auto& [verb, call] : verbs) {
             EXPECT_THAT(failureIn([&given, run = call] { run(given); }), inClearWords()) << verb;
         }
     }
 
-    void expectWhole(const Given& place)
+    void expectWhole(const NestedPlace& place)
     {
         asker->within = [] {};
         CopiedWorkingCopyTest::expectWhole(place.root);
@@ -326,12 +327,12 @@ TEST_F(NestedCalls, WorkOrAreRefusedInReceivers)
 TEST_F(NestedCalls, WorkOrAreRefusedInDelegates)
 {
     const auto checkVerb = [&](const char* name, Verb verb) {
-        check(name, [&](const Given& place, const std::function<void()>& within) {
+        check(name, [&](const NestedPlace& place, const std::function<void()>& within) {
             asker->within = within;
             verb(place);
         });
     };
-    for (const auto& [name, verb] : writers) {
+    for (const auto& [name, verb] : nestedWriters) {
         checkVerb(name, verb);
     }
     for (const auto& [name, verb] : furtherCalls) {

@@ -101,7 +101,7 @@ class PipeWatch
     std::thread _thread{[this] { watch(); }};
 };
 
-struct Place
+struct ObstructedPlace
 {
     HSVNContext& context;
     std::string root;
@@ -112,73 +112,79 @@ struct Place
 };
 
 /// Verbs that leave the working copy as it is.
-const std::pair<const char*, void (*)(const Place&)> readers[] = {
-    {"status", [](const Place& at) { at.context.status(at.root, {.getAll = true}); }},
-    {"info", [](const Place& at) { at.context.info(at.target()); }},
-    {"properties", [](const Place& at) { at.context.properties(at.target()); }},
-    {"contents", [](const Place& at) { at.context.contents(at.target(), HSVNRevisionSpec::WORKING()); }},
-    {"contents of the base", [](const Place& at) { at.context.contents(at.target()); }},
+const std::pair<const char*, void (*)(const ObstructedPlace&)> readers[] = {
+    {"status", [](const ObstructedPlace& at) { at.context.status(at.root, {.getAll = true}); }},
+    {"info", [](const ObstructedPlace& at) { at.context.info(at.target()); }},
+    {"properties", [](const ObstructedPlace& at) { at.context.properties(at.target()); }},
+    {"contents", [](const ObstructedPlace& at) { at.context.contents(at.target(), HSVNRevisionSpec::WORKING()); }},
+    {"contents of the base", [](const ObstructedPlace& at) { at.context.contents(at.target()); }},
     {"blame",
-     [](const Place& at) {
+     [](const ObstructedPlace& at) {
          at.context.blame(at.target(), {HSVNRevision::revisionWithNumber(1), HSVNRevision::WORKING()}, {},
                           [](const HSVNBlamedLine&) { return true; });
      }},
     {"diff",
-     [](const Place& at) {
+     [](const ObstructedPlace& at) {
          at.context.diff(at.root, {HSVNRevision::BASE(), HSVNRevision::WORKING()}, {},
                          [](std::string_view) { return true; });
      }},
     {"diff of it",
-     [](const Place& at) {
+     [](const ObstructedPlace& at) {
          at.context.treeDiff(at.target(), {HSVNRevision::BASE(), HSVNRevision::WORKING()});
      }},
     {"diff with the repository",
-     [](const Place& at) {
+     [](const ObstructedPlace& at) {
          at.context.treeDiff(at.root, {HSVNRevision::revisionWithNumber(1), HSVNRevision::WORKING()});
      }},
     {"diff summary",
-     [](const Place& at) {
+     [](const ObstructedPlace& at) {
          at.context.diffSummary(at.root, {HSVNRevision::BASE(), HSVNRevision::WORKING()}, {},
                                 [](const HSVNDifference&) { return true; });
      }},
-    {"export", [](const Place& at) { at.context.exportTree(at.root, at.root + ".exported"); }},
-    {"export of it", [](const Place& at) { at.context.exportTree(at.target(), at.root + ".one"); }},
+    {"export", [](const ObstructedPlace& at) { at.context.exportTree(at.root, at.root + ".exported"); }},
+    {"export of it", [](const ObstructedPlace& at) { at.context.exportTree(at.target(), at.root + ".one"); }},
     {"export of the base",
-     [](const Place& at) { at.context.exportTree(at.root, at.root + ".base", HSVNRevisionSpec::BASE()); }},
+     [](const ObstructedPlace& at) { at.context.exportTree(at.root, at.root + ".base", HSVNRevisionSpec::BASE()); }},
 };
 
-const std::pair<const char*, void (*)(const Place&)> writers[] = {
-    {"lock", [](const Place& at) { at.context.lock(at.target()); }},
-    {"set property", [](const Place& at) { at.context.setProperty(at.target(), "svn:eol-style", "native", {}); }},
-    {"set executable", [](const Place& at) { at.context.setProperty(at.target(), "svn:executable", "*", {}); }},
-    {"set needs-lock", [](const Place& at) { at.context.setProperty(at.target(), "svn:needs-lock", "*", {}); }},
-    {"changelist", [](const Place& at) { at.context.addToChangelist(at.target(), "list"); }},
-    {"copy", [](const Place& at) { at.context.copy({HSVNTargetInRevision{at.target()}}, at.root + "/copied"); }},
+const std::pair<const char*, void (*)(const ObstructedPlace&)> writers[] = {
+    {"lock", [](const ObstructedPlace& at) { at.context.lock(at.target()); }},
+    {"set property",
+     [](const ObstructedPlace& at) { at.context.setProperty(at.target(), "svn:eol-style", "native", {}); }},
+    {"set executable",
+     [](const ObstructedPlace& at) { at.context.setProperty(at.target(), "svn:executable", "*", {}); }},
+    {"set needs-lock",
+     [](const ObstructedPlace& at) { at.context.setProperty(at.target(), "svn:needs-lock", "*", {}); }},
+    {"changelist", [](const ObstructedPlace& at) { at.context.addToChangelist(at.target(), "list"); }},
+    {"copy",
+     [](const ObstructedPlace& at) { at.context.copy({HSVNTargetInRevision{at.target()}}, at.root + "/copied"); }},
     {"copy to the repository",
-     [](const Place& at) {
+     [](const ObstructedPlace& at) {
          at.context.copy({HSVNTargetInRevision{at.target()}}, at.url + "/../copied", {.message = "m"});
      }},
-    {"move", [](const Place& at) { at.context.move(at.target(), at.root + "/moved"); }},
-    {"add", [](const Place& at) { at.context.add(at.target(), {.force = true}); }},
-    {"update", [](const Place& at) { at.context.update(at.root); }},
-    {"update of it", [](const Place& at) { at.context.update(at.target(), HSVNRevision::revisionWithNumber(1)); }},
-    {"switch", [](const Place& at) { at.context.switchTo(at.root, at.url + "/../branch"); }},
+    {"move", [](const ObstructedPlace& at) { at.context.move(at.target(), at.root + "/moved"); }},
+    {"add", [](const ObstructedPlace& at) { at.context.add(at.target(), {.force = true}); }},
+    {"update", [](const ObstructedPlace& at) { at.context.update(at.root); }},
+    {"update of it",
+     [](const ObstructedPlace& at) { at.context.update(at.target(), HSVNRevision::revisionWithNumber(1)); }},
+    {"switch", [](const ObstructedPlace& at) { at.context.switchTo(at.root, at.url + "/../branch"); }},
     {"merge",
-     [](const Place& at) {
+     [](const ObstructedPlace& at) {
          at.context.merge(at.url, {{HSVNRevision::revisionWithNumber(2), HSVNRevision::revisionWithNumber(1)}}, at.root,
                           {.allowMixedRevisions = true});
      }},
-    {"patch", [](const Place& at) { at.context.patch(at.root + ".patch", at.root); }},
-    {"resolve", [](const Place& at) { at.context.resolve(at.root, {.depth = HSVNDepthInfinity}); }},
-    {"import", [](const Place& at) { at.context.importTree(at.target(), at.url + "/../imported", {.message = "m"}); }},
-    {"commit", [](const Place& at) { at.context.commit(at.root, {.message = "m"}); }},
-    {"remove", [](const Place& at) { at.context.remove(at.target()); }},
-    {"forced remove", [](const Place& at) { at.context.remove(at.target(), {.force = true}); }},
-    {"clean-up", [](const Place& at) { at.context.cleanUp(at.root); }},
-    {"revert", [](const Place& at) { at.context.revert(at.root, {.depth = HSVNDepthInfinity}); }},
-    {"check-out", [](const Place& at) { at.context.checkout(at.url, at.root); }},
-    {"vacuum", [](const Place& at) { at.context.vacuum(at.root, {.removeUnversioned = true}); }},
-    {"vacuum of it", [](const Place& at) { at.context.vacuum(at.target(), {.removeUnversioned = true}); }},
+    {"patch", [](const ObstructedPlace& at) { at.context.patch(at.root + ".patch", at.root); }},
+    {"resolve", [](const ObstructedPlace& at) { at.context.resolve(at.root, {.depth = HSVNDepthInfinity}); }},
+    {"import",
+     [](const ObstructedPlace& at) { at.context.importTree(at.target(), at.url + "/../imported", {.message = "m"}); }},
+    {"commit", [](const ObstructedPlace& at) { at.context.commit(at.root, {.message = "m"}); }},
+    {"remove", [](const ObstructedPlace& at) { at.context.remove(at.target()); }},
+    {"forced remove", [](const ObstructedPlace& at) { at.context.remove(at.target(), {.force = true}); }},
+    {"clean-up", [](const ObstructedPlace& at) { at.context.cleanUp(at.root); }},
+    {"revert", [](const ObstructedPlace& at) { at.context.revert(at.root, {.depth = HSVNDepthInfinity}); }},
+    {"check-out", [](const ObstructedPlace& at) { at.context.checkout(at.url, at.root); }},
+    {"vacuum", [](const ObstructedPlace& at) { at.context.vacuum(at.root, {.removeUnversioned = true}); }},
+    {"vacuum of it", [](const ObstructedPlace& at) { at.context.vacuum(at.target(), {.removeUnversioned = true}); }},
 };
 
 /// What is tried with the items below a directory.
@@ -186,55 +192,61 @@ const std::string_view obstructedParents[] = {"nothing", "file", "link to a dire
                                               "link to nowhere"};
 
 /// The same for what is in a directory.
-const std::pair<const char*, void (*)(const Place&)> writersBelow[] = {
-    {"update of a child", [](const Place& at) { at.context.update(at.child()); }},
+const std::pair<const char*, void (*)(const ObstructedPlace&)> writersBelow[] = {
+    {"update of a child", [](const ObstructedPlace& at) { at.context.update(at.child()); }},
     {"update of children",
-     [](const Place& at) { at.context.update(at.target(), HSVNRevision::HEAD(), {.depth = HSVNDepthFiles}); }},
-    {"update of a new child", [](const Place& at) { at.context.update(at.target() + "/coming"); }},
+     [](const ObstructedPlace& at) {
+         at.context.update(at.target(), HSVNRevision::HEAD(), {.depth = HSVNDepthFiles});
+     }},
+    {"update of a new child", [](const ObstructedPlace& at) { at.context.update(at.target() + "/coming"); }},
     {"deletion of a child by an update",
-     [](const Place& at) { at.context.update(at.child(), HSVNRevision::revisionWithNumber(1)); }},
-    {"switch of a child", [](const Place& at) { at.context.switchTo(at.child(), at.url + "/../branch/file"); }},
-    {"revert of a child", [](const Place& at) { at.context.revert(at.child()); }},
+     [](const ObstructedPlace& at) { at.context.update(at.child(), HSVNRevision::revisionWithNumber(1)); }},
+    {"switch of a child",
+     [](const ObstructedPlace& at) { at.context.switchTo(at.child(), at.url + "/../branch/file"); }},
+    {"revert of a child", [](const ObstructedPlace& at) { at.context.revert(at.child()); }},
     {"revert of a changed child",
-     [](const Place& at) {
+     [](const ObstructedPlace& at) {
          at.context.setProperty(at.child(), "color", "red", {});
          at.context.revert(at.child());
      }},
-    {"removal of a child", [](const Place& at) { at.context.remove(at.child(), {.force = true}); }},
-    {"commit of a child", [](const Place& at) { at.context.commit(at.child(), {.message = "m"}); }},
+    {"removal of a child", [](const ObstructedPlace& at) { at.context.remove(at.child(), {.force = true}); }},
+    {"commit of a child", [](const ObstructedPlace& at) { at.context.commit(at.child(), {.message = "m"}); }},
     {"commit of a changed child",
-     [](const Place& at) {
+     [](const ObstructedPlace& at) {
          at.context.setProperty(at.child(), "svn:keywords", "Rev", {});
          at.context.commit(at.child(), {.message = "m"});
      }},
-    {"lock of a child", [](const Place& at) { at.context.lock(at.target() + "/going"); }},
+    {"lock of a child", [](const ObstructedPlace& at) { at.context.lock(at.target() + "/going"); }},
     {"set executable of a child",
-     [](const Place& at) { at.context.setProperty(at.child(), "svn:executable", "*", {}); }},
+     [](const ObstructedPlace& at) { at.context.setProperty(at.child(), "svn:executable", "*", {}); }},
     {"set executable of a child that needs a lock",
-     [](const Place& at) { at.context.setProperty(at.target() + "/going", "svn:executable", "*", {}); }},
+     [](const ObstructedPlace& at) { at.context.setProperty(at.target() + "/going", "svn:executable", "*", {}); }},
     {"set needs-lock of a child",
-     [](const Place& at) { at.context.setProperty(at.child(), "svn:needs-lock", "*", {}); }},
-    {"new directory", [](const Place& at) { at.context.makeDirectories({at.target() + "/new"}); }},
-    {"copy", [](const Place& at) { at.context.copy({HSVNTargetInRevision{at.root + "/file"}}, at.target() + "/new"); }},
-    {"move", [](const Place& at) { at.context.move(at.root + "/file", at.target() + "/new"); }},
-    {"move of a child", [](const Place& at) { at.context.move(at.child(), at.root + "/new"); }},
+     [](const ObstructedPlace& at) { at.context.setProperty(at.child(), "svn:needs-lock", "*", {}); }},
+    {"new directory", [](const ObstructedPlace& at) { at.context.makeDirectories({at.target() + "/new"}); }},
+    {"copy",
+     [](const ObstructedPlace& at) {
+         at.context.copy({HSVNTargetInRevision{at.root + "/file"}}, at.target() + "/new");
+     }},
+    {"move", [](const ObstructedPlace& at) { at.context.move(at.root + "/file", at.target() + "/new"); }},
+    {"move of a child", [](const ObstructedPlace& at) { at.context.move(at.child(), at.root + "/new"); }},
     {"copy over a child",
-     [](const Place& at) {
+     [](const ObstructedPlace& at) {
          at.context.remove(at.child(), {.keepLocal = true});
          at.context.copy({HSVNTargetInRevision{at.root + "/file"}}, at.child());
      }},
     {"merge into a child",
-     [](const Place& at) {
+     [](const ObstructedPlace& at) {
          at.context.merge(at.url + "/directory/child",
                           {{HSVNRevision::revisionWithNumber(2), HSVNRevision::revisionWithNumber(3)}}, at.child());
      }},
     {"patch of a child",
-     [](const Place& at) {
+     [](const ObstructedPlace& at) {
          writeFile(at.root + ".patch", "--- child\n+++ child\n@@ -1 +1 @@\n-child\n+patched\n");
          at.context.patch(at.root + ".patch", at.target());
      }},
-    {"resolve of a child", [](const Place& at) { at.context.resolve(at.child()); }},
-    {"clean-up below", [](const Place& at) { at.context.cleanUp(at.target()); }},
+    {"resolve of a child", [](const ObstructedPlace& at) { at.context.resolve(at.child()); }},
+    {"clean-up below", [](const ObstructedPlace& at) { at.context.cleanUp(at.target()); }},
 };
 
 class Obstructions : public CopiedWorkingCopyTest
@@ -267,7 +279,7 @@ class Obstructions : public CopiedWorkingCopyTest
         mustRun({"svn", "update", "-q", "-r2", root});
     }
 
-    Place fresh(const std::string& item)
+    ObstructedPlace fresh(const std::string& item)
     {
         const std::string root = freshCopy({".exported", ".one", ".base", ".patch", ".outside"});
         writeFile(root + ".outside/file", "outside\n");
@@ -278,7 +290,7 @@ class Obstructions : public CopiedWorkingCopyTest
         return {*client, root, repository->url("trunk"), item};
     }
 
-    static void expectClearWords(const Place& at, void (*call)(const Place&))
+    static void expectClearWords(const ObstructedPlace& at, void (*call)(const ObstructedPlace&))
     {
         const PipeWatch watch{at.target()};
         std::string failure;
@@ -291,7 +303,7 @@ class Obstructions : public CopiedWorkingCopyTest
     }
 
     /// What links lead to, with texts and permissions.
-    static std::set<std::string> outside(const Place& at)
+    static std::set<std::string> outside(const ObstructedPlace& at)
     {
         std::set<std::string> items;
         for (const auto& entry : files::recursive_directory_iterator{at.root + ".outside"}) {
@@ -303,7 +315,7 @@ class Obstructions : public CopiedWorkingCopyTest
     }
 
     /// Nothing is written through a link, and no work is left in the working copy.
-    static void expectWhole(const Place& at, const std::set<std::string>& outsideBefore)
+    static void expectWhole(const ObstructedPlace& at, const std::set<std::string>& outsideBefore)
     {
         EXPECT_EQ(outside(at), outsideBefore);
         CopiedWorkingCopyTest::expectWhole(at.root);
@@ -317,13 +329,13 @@ TEST_F(Obstructions, AreToldOfInClearWords)
     for (const std::string item : {"file", "directory", "link"}) {
         for (const auto& [obstruction, obstruct] : obstructions) {
             const auto given = [&, make = obstruct] {
-                Place at = fresh(item);
+                ObstructedPlace at = fresh(item);
                 files::remove_all(at.target());
                 make(at.target(), at.root + ".outside");
                 return at;
             };
             const auto what = std::string{obstruction} + " in the place of the " + item;
-            const Place unchanged = given();
+            const ObstructedPlace unchanged = given();
             const auto before = outside(unchanged);
             for (const auto& [verb, call] : readers) {
                 SCOPED_TRACE(std::string{verb} + ": " + what);
@@ -332,7 +344,7 @@ TEST_F(Obstructions, AreToldOfInClearWords)
             expectWhole(unchanged, before);
             const auto expectRefusal = [&](const auto& writer) {
                 SCOPED_TRACE(std::string{writer.first} + ": " + what);
-                const Place at = given();
+                const ObstructedPlace at = given();
                 expectClearWords(at, writer.second);
                 expectWhole(at, before);
             };
@@ -346,7 +358,7 @@ TEST_F(Obstructions, AreToldOfInClearWords)
 
 TEST_F(Obstructions, ThatNothingIsWrittenThroughAreNoneOfUpdates)
 {
-    const Place at = fresh("directory");
+    const ObstructedPlace at = fresh("directory");
     files::rename(at.target(), at.root + ".outside/moved");
     files::create_symlink(at.root + ".outside/moved", at.target());
     const auto before = outside(at);
@@ -358,7 +370,7 @@ TEST_F(Obstructions, ThatNothingIsWrittenThroughAreNoneOfUpdates)
 
 TEST_F(Obstructions, AreFoundBehindTheRootOfAnotherWorkingCopy)
 {
-    const Place at = fresh("directory");
+    const ObstructedPlace at = fresh("directory");
     files::remove(at.child());
     mustRun({"svn", "checkout", "-q", "--depth", "empty", repository->url("branch"), at.child()});
     EXPECT_THROW(at.context.remove(at.target(), {.force = true}), HSVNException);

@@ -71,7 +71,7 @@ struct Site
 };
 
 /// What is chosen for an operation.
-struct Choice
+struct ScriptChoice
 {
     std::string name; ///< an item under version control that is there
     std::string to;   ///< a name in a folder under version control; something may be there
@@ -80,7 +80,7 @@ struct Choice
 };
 
 /// A choice at one of the sites.
-struct Step : Choice
+struct Step : ScriptChoice
 {
     const Site& site;
 
@@ -111,7 +111,7 @@ Arguments svn(const Words&... words)
 }
 
 /// One operation both ways. Only versioned targets: with others the library does more than svn, on purpose.
-struct Operation
+struct ScriptOperation
 {
     std::string name;
     std::size_t weight;
@@ -131,14 +131,15 @@ std::shared_ptr<Options> with(void (Options::*set)(Value), Value value)
 }
 
 using Node = HSVNNode;
-const std::string message = "-ma message"; // the delegate's
+const std::string messageOption = "-ma message"; // the delegate's
 
 /// A move or a copy between any two of a working copy and its repository.
-Operation transfer(const std::string& verb, std::size_t weight, bool fromURL, bool toURL)
+ScriptOperation transfer(const std::string& verb, std::size_t weight, bool fromURL, bool toURL)
 {
     const auto arguments = [=](const Step& step) {
         // Into a folder that is there svn, but not the library, would put the item.
-        return step.isTaken(toURL) ? svn() : svn(verb, toURL ? message : "-q", step.item(fromURL), step.target(toURL));
+        return step.isTaken(toURL) ? svn()
+                                   : svn(verb, toURL ? messageOption : "-q", step.item(fromURL), step.target(toURL));
     };
     const auto call = [=](const Step& step) {
         const auto source = step.path(fromURL);
@@ -155,7 +156,7 @@ Operation transfer(const std::string& verb, std::size_t weight, bool fromURL, bo
 }
 
 /// An addition of a file, or of a folder with a file in it.
-Operation addition(std::size_t weight, const std::string& below)
+ScriptOperation addition(std::size_t weight, const std::string& below)
 {
     const auto call = [](const Step& step) { Node::add(step.targetPath(), HSVNAddOptions::defaults(), step.client()); };
     const auto prepare = [=](const Step& step) {
@@ -167,7 +168,7 @@ Operation addition(std::size_t weight, const std::string& below)
 }
 
 /// A change by an editor, or by another user meanwhile, so that items are out of date and in conflict.
-Operation change(std::size_t weight, bool byAnother)
+ScriptOperation change(std::size_t weight, bool byAnother)
 {
     const auto prepare = [=](const Step& step) {
         const std::string file = byAnother ? step.import() : step.item();
@@ -175,13 +176,13 @@ Operation change(std::size_t weight, bool byAnother)
             writeFile(file, "changed " + step.text() + '\n');
         }
         if (byAnother && !step.isFolder()) {
-            runCommand({"svnmucc", "-U", step.site.repository.url(), message, "put", file, step.name});
+            runCommand({"svnmucc", "-U", step.site.repository.url(), messageOption, "put", file, step.name});
         }
     };
     return {"change", weight, [](const Step&) { return svn("--version"); }, [](const Step&) {}, prepare};
 }
 
-const std::vector<Operation> operations{
+const std::vector<ScriptOperation> scriptOperations{
     addition(6, ""),
     addition(2, "/in.txt"),
     change(4, false),
@@ -195,9 +196,9 @@ const std::vector<Operation> operations{
      [](auto& step) {
          Node::deleteNodes({step.path()}, with(&HSVNDeleteOptions::setForce, step.flag), step.client());
      }},
-    {"delete a URL", 1, [](auto& step) { return svn("delete", message, step.item(true)); },
+    {"delete a URL", 1, [](auto& step) { return svn("delete", messageOption, step.item(true)); },
      [](auto& step) { Node::deleteNodes({step.path(true)}, HSVNDeleteOptions::defaults(), step.client()); }},
-    {"import", 1, [](auto& step) { return svn("import", message, step.import(), step.target(true)); },
+    {"import", 1, [](auto& step) { return svn("import", messageOption, step.import(), step.target(true)); },
      [](auto& step) {
          Node::importNodeAtPath(HSVNLocalPath::pathWithString(step.import()), step.targetPath(true)->URL(),
                                 HSVNImportOptions::defaults(), step.client());
@@ -234,7 +235,7 @@ const std::vector<Operation> operations{
      [](auto& step) {
          Node::updateNodes({step.topPath()}, HSVNRevision::HEAD(), HSVNUpdateOptions::defaults(), step.client());
      }},
-    {"commit", 4, [](auto& step) { return svn("commit", message, step.top()); },
+    {"commit", 4, [](auto& step) { return svn("commit", messageOption, step.top()); },
      [](auto& step) { Node::commitChangesToNodes({step.topPath()}, HSVNCommitOptions::defaults(), step.client()); }},
 };
 
@@ -245,7 +246,7 @@ class Script
     explicit Script(unsigned seed) : _random{seed} {}
 
     /// @param status  of the model, which has what every site has
-    Choice nextChoice(const Site& model, const std::string& status)
+    ScriptChoice nextChoice(const Site& model, const std::string& status)
     {
         const auto versioned = items(status);
         std::vector<std::string> folders{""};
@@ -258,10 +259,10 @@ class Script
                 below(2) == 0};
     }
 
-    const Operation& nextOperation()
+    const ScriptOperation& nextOperation()
     {
-        std::vector<const Operation*> weighted;
-        for (const auto& operation : operations) {
+        std::vector<const ScriptOperation*> weighted;
+        for (const auto& operation : scriptOperations) {
             weighted.insert(weighted.end(), operation.weight, &operation);
         }
         return *oneOf(weighted);
@@ -298,7 +299,7 @@ class Script
 };
 
 /// What the installed program complains of; empty when it succeeds.
-std::string failureOfSvn(const Operation& operation, const Step& step)
+std::string failureOfSvn(const ScriptOperation& operation, const Step& step)
 {
     auto arguments = operation.arguments(step);
     if (arguments.empty()) {
@@ -309,7 +310,7 @@ std::string failureOfSvn(const Operation& operation, const Step& step)
     return result.exitCode == 0 ? "" : result.errors;
 }
 
-std::string failureOfLibrary(const Operation& operation, const Step& step)
+std::string failureOfLibrary(const ScriptOperation& operation, const Step& step)
 {
     try {
         operation.call(step);

@@ -23,8 +23,8 @@ HSVNDate localDate(int year, int month, int day, int hour = 0, int minute = 0, i
     return HSVNDate::dateWithTimeIntervalSince1970(std::mktime(&local));
 }
 
-HSVNRevisionRef number(HSVNRevisionNumber value) { return HSVNRevision::revisionWithNumber(value); }
-HSVNRevisionRef atSecond(std::int64_t second)
+HSVNRevisionRef revisionNumbered(HSVNRevisionNumber value) { return HSVNRevision::revisionWithNumber(value); }
+HSVNRevisionRef revisionAtSecond(std::int64_t second)
 {
     return HSVNRevision::revisionAtDate(HSVNDate::dateWithTimeIntervalSince1970(second));
 }
@@ -96,8 +96,8 @@ TEST(Revision, ConvertsToSubversionAndBack)
 {
     const std::map<HSVNRevisionRef, svn_opt_revision_kind> kinds{
         {HSVNRevision::UNSPECIFIED(), svn_opt_revision_unspecified},
-        {number(42), svn_opt_revision_number},
-        {atSecond(90), svn_opt_revision_date},
+        {revisionNumbered(42), svn_opt_revision_number},
+        {revisionAtSecond(90), svn_opt_revision_date},
         {HSVNRevision::COMMITTED(), svn_opt_revision_committed},
         {HSVNRevision::PREVIOUS(), svn_opt_revision_previous},
         {HSVNRevision::BASE(), svn_opt_revision_base},
@@ -108,8 +108,8 @@ TEST(Revision, ConvertsToSubversionAndBack)
         EXPECT_EQ(record.kind, kind);
         EXPECT_TRUE(HSVNRevision::revisionFromSVNRevision(&record)->isEqual(revision)) << *revision;
     }
-    EXPECT_EQ(number(42)->SVNRevision().value.number, 42);
-    EXPECT_EQ(atSecond(90)->SVNRevision().value.date, 90'000'000);
+    EXPECT_EQ(revisionNumbered(42)->SVNRevision().value.number, 42);
+    EXPECT_EQ(revisionAtSecond(90)->SVNRevision().value.date, 90'000'000);
 }
 
 TEST(Revision, RefusesWhatCannotBeConverted)
@@ -142,7 +142,7 @@ TEST(Revision, OnlyMovingRevisionsAreRelative)
     {
         EXPECT_TRUE(revision->isRelative()) << *revision;
     }
-    for (const auto& revision : {HSVNRevision::UNSPECIFIED(), number(1), atSecond(1)}) {
+    for (const auto& revision : {HSVNRevision::UNSPECIFIED(), revisionNumbered(1), revisionAtSecond(1)}) {
         EXPECT_FALSE(revision->isRelative()) << *revision;
     }
 }
@@ -150,7 +150,8 @@ TEST(Revision, OnlyMovingRevisionsAreRelative)
 TEST(Revision, CopiesAreEqualFreshObjectsOfTheSameClass)
 {
     for (const auto& revision :
-         {HSVNRevision::HEAD(), HSVNRevision::BASE(), HSVNRevision::MINE(), number(7), atSecond(7)}) {
+         {HSVNRevision::HEAD(), HSVNRevision::BASE(), HSVNRevision::MINE(), revisionNumbered(7), revisionAtSecond(7)})
+    {
         const auto copy = revision->copy();
         EXPECT_NE(copy, revision);
         EXPECT_TRUE(copy->isEqual(revision));
@@ -165,33 +166,28 @@ TEST(Revision, EqualityIsByKindAndValue)
 {
     EXPECT_EQ(HSVNRelativeRevision(5, "BASE"), HSVNRelativeRevision(5, "another name"));
     EXPECT_EQ(HSVNRelativeRevision(7, "HEAD"), *HSVNRevision::HEAD());
-    EXPECT_FALSE(*number(5) == *HSVNRevision::BASE());
-    EXPECT_FALSE(*number(5) == *number(6));
-    EXPECT_FALSE(*atSecond(5) == *number(5));
+    EXPECT_FALSE(*revisionNumbered(5) == *HSVNRevision::BASE());
+    EXPECT_FALSE(*revisionNumbered(5) == *revisionNumbered(6));
+    EXPECT_FALSE(*revisionAtSecond(5) == *revisionNumbered(5));
     EXPECT_FALSE(*HSVNRevision::MINE() == *HSVNRevision::UNSPECIFIED());
     EXPECT_FALSE(HSVNRevision::HEAD()->isEqual(nullptr));
 }
 
 TEST(Revision, OrdersNumbersThenDatesThenSymbolicOnesByKind)
 {
-    const std::vector<HSVNRevisionRef> ascending{number(5),
-                                                 number(6),
-                                                 atSecond(-5),
-                                                 atSecond(5),
-                                                 HSVNRevision::COMMITTED(),
-                                                 HSVNRevision::PREVIOUS(),
-                                                 HSVNRevision::BASE(),
-                                                 HSVNRevision::WORKING(),
-                                                 HSVNRevision::HEAD()};
+    const std::vector<HSVNRevisionRef> ascending{
+        revisionNumbered(5),  revisionNumbered(6),       revisionAtSecond(-5),
+        revisionAtSecond(5),  HSVNRevision::COMMITTED(), HSVNRevision::PREVIOUS(),
+        HSVNRevision::BASE(), HSVNRevision::WORKING(),   HSVNRevision::HEAD()};
     for (std::size_t i = 0; i < ascending.size(); ++i) {
         for (std::size_t j = 0; j < ascending.size(); ++j) {
             const int order = i == j ? 0 : (i < j ? -1 : 1);
             EXPECT_EQ(ascending[i]->compare(ascending[j]), order) << *ascending[i] << " " << *ascending[j];
         }
     }
-    EXPECT_EQ(number(0)->compare(nullptr), HSVNOrderedDescending);
+    EXPECT_EQ(revisionNumbered(0)->compare(nullptr), HSVNOrderedDescending);
     EXPECT_EQ(HSVNRevision::MINE()->compare(HSVNRevision::UNSPECIFIED()), HSVNOrderedSame);
-    EXPECT_EQ(atSecond(1)->compare(HSVNRevision::MINE()), HSVNOrderedAscending);
+    EXPECT_EQ(revisionAtSecond(1)->compare(HSVNRevision::MINE()), HSVNOrderedAscending);
     EXPECT_EQ(HSVNRevision::MINE()->compare(HSVNRevision::BASE()), HSVNOrderedAscending);
 }
 

@@ -24,7 +24,7 @@ using testing::Lt;
 using Access = WebServer::Access;
 
 /// A user of the servers; what it does not answer can be taken away.
-struct User
+struct ServersUser
 {
     std::string name = "sally";
     std::string password = "sallyssecret";
@@ -62,7 +62,7 @@ struct User
     }
 };
 
-using UserDelegate = HSVNClientDelegateFor<User>;
+using ServersDelegate = HSVNClientDelegateFor<ServersUser>;
 
 /// A repository behind one kind of server: a.txt is locked by harry, b.txt is changed since sally checked it out, both
 /// are changed in sally's working copy.
@@ -164,7 +164,7 @@ std::string classThrownBy(const std::function<void()>& call, std::string* reason
     return "nothing";
 }
 
-struct Call
+struct ServersCall
 {
     const Served& at;
     HSVNClientRef client;
@@ -179,86 +179,92 @@ struct Call
     }
 };
 
-struct Operation
+struct ServersOperation
 {
     const char* name;
-    std::function<void(const Call&)> run;
+    std::function<void(const ServersCall&)> run;
 };
 
-HSVNPathRef local(const std::string& path) { return HSVNLocalPath::pathWithString(path); }
+HSVNPathRef servedPath(const std::string& path) { return HSVNLocalPath::pathWithString(path); }
 
 // The two faces of the library, one operation after the other.
 
-const std::vector<Operation> readFolder{
+const std::vector<ServersOperation> readFolder{
     {"directoryAtPath",
-     [](const Call& c) { HSVNDirectory::directoryAtPath(c.url(), HSVNRevisionSpec::HEAD(), c.client); }},
+     [](const ServersCall& c) { HSVNDirectory::directoryAtPath(c.url(), HSVNRevisionSpec::HEAD(), c.client); }},
     {"kindOfNodeAtPath",
-     [](const Call& c) { HSVNNode::kindOfNodeAtPath(c.url(), HSVNRevisionSpec::HEAD(), c.client); }},
+     [](const ServersCall& c) { HSVNNode::kindOfNodeAtPath(c.url(), HSVNRevisionSpec::HEAD(), c.client); }},
     {"propertiesForNodeAtPath",
-     [](const Call& c) { HSVNNode::propertiesForNodeAtPath(c.url(), HSVNRevisionSpec::HEAD(), c.client); }},
+     [](const ServersCall& c) { HSVNNode::propertiesForNodeAtPath(c.url(), HSVNRevisionSpec::HEAD(), c.client); }},
     {"readLogForNodeAtPath",
-     [](const Call& c) { HSVNNode::readLogForNodeAtPath(c.url(), nullptr, HSVNLogOptions::defaults(), c.client); }},
+     [](const ServersCall& c) {
+         HSVNNode::readLogForNodeAtPath(c.url(), nullptr, HSVNLogOptions::defaults(), c.client);
+     }},
     {"checkoutDirectoryAtURL",
-     [](const Call& c) {
-         HSVNDirectory::checkoutDirectoryAtURL(c.url(), local(c.at.fresh()), HSVNCheckOutOptions::defaults(), c.client);
+     [](const ServersCall& c) {
+         HSVNDirectory::checkoutDirectoryAtURL(c.url(), servedPath(c.at.fresh()), HSVNCheckOutOptions::defaults(),
+                                               c.client);
      }},
     {"exportNodeAtPath",
-     [](const Call& c) {
-         HSVNNode::exportNodeAtPath(c.url(), local(c.at.fresh()), HSVNExportOptions::defaults(), c.client);
+     [](const ServersCall& c) {
+         HSVNNode::exportNodeAtPath(c.url(), servedPath(c.at.fresh()), HSVNExportOptions::defaults(), c.client);
      }},
-    {"list", [](const Call& c) { c.client->list(c.text()); }},
-    {"info", [](const Call& c) { c.client->info(c.text(), HSVNRevisionSpec::HEAD()); }},
-    {"properties", [](const Call& c) { c.client->properties(c.text(), HSVNRevisionSpec::HEAD()); }},
-    {"log", [](const Call& c) { c.client->log(c.text()); }},
-    {"checkout", [](const Call& c) { c.client->checkout(c.text(), c.at.fresh()); }},
-    {"exportTree", [](const Call& c) { c.client->exportTree(c.text(), c.at.fresh()); }},
+    {"list", [](const ServersCall& c) { c.client->list(c.text()); }},
+    {"info", [](const ServersCall& c) { c.client->info(c.text(), HSVNRevisionSpec::HEAD()); }},
+    {"properties", [](const ServersCall& c) { c.client->properties(c.text(), HSVNRevisionSpec::HEAD()); }},
+    {"log", [](const ServersCall& c) { c.client->log(c.text()); }},
+    {"checkout", [](const ServersCall& c) { c.client->checkout(c.text(), c.at.fresh()); }},
+    {"exportTree", [](const ServersCall& c) { c.client->exportTree(c.text(), c.at.fresh()); }},
 };
 
-const std::vector<Operation> readContents{
+const std::vector<ServersOperation> readContents{
     {"catRevision",
-     [](const Call& c) {
+     [](const ServersCall& c) {
          HSVNFile::catRevision(HSVNRevisionSpec::HEAD(), c.url(), std::make_shared<HSVNMemoryOutputStream>(), c.client);
      }},
-    {"contents", [](const Call& c) { c.client->contents(c.text(), HSVNRevisionSpec::HEAD()); }},
+    {"contents", [](const ServersCall& c) { c.client->contents(c.text(), HSVNRevisionSpec::HEAD()); }},
 };
 
-const std::vector<Operation> writeFolder{
-    {"createDirectoryAtPath", [](const Call& c) { HSVNDirectory::createDirectoryAtPath(c.url("new"), c.client); }},
+const std::vector<ServersOperation> writeFolder{
+    {"createDirectoryAtPath",
+     [](const ServersCall& c) { HSVNDirectory::createDirectoryAtPath(c.url("new"), c.client); }},
     {"importNodeAtPath",
-     [](const Call& c) {
-         HSVNNode::importNodeAtPath(local(c.at.file()), c.url("new"), HSVNImportOptions::defaults(), c.client);
+     [](const ServersCall& c) {
+         HSVNNode::importNodeAtPath(servedPath(c.at.file()), c.url("new"), HSVNImportOptions::defaults(), c.client);
      }},
     {"copyNodeAtPath",
-     [](const Call& c) {
+     [](const ServersCall& c) {
          HSVNNode::copyNodeAtPath(HSVNURL::URLWithString(c.at.url("b.txt")), c.url("new"), HSVNCopyOptions::defaults(),
                                   c.client);
      }},
-    {"makeDirectories", [](const Call& c) { c.client->makeDirectories(c.text("new")); }},
-    {"importTree", [](const Call& c) { c.client->importTree(c.at.file(), c.text("new")); }},
-    {"copy", [](const Call& c) { c.client->copy({c.at.url("b.txt")}, c.text("new")); }},
+    {"makeDirectories", [](const ServersCall& c) { c.client->makeDirectories(c.text("new")); }},
+    {"importTree", [](const ServersCall& c) { c.client->importTree(c.at.file(), c.text("new")); }},
+    {"copy", [](const ServersCall& c) { c.client->copy({c.at.url("b.txt")}, c.text("new")); }},
 };
 
-const std::vector<Operation> deleteItem{
-    {"deleteNodes", [](const Call& c) { HSVNNode::deleteNodes({c.url()}, HSVNDeleteOptions::defaults(), c.client); }},
-    {"remove", [](const Call& c) { c.client->remove(c.text()); }},
+const std::vector<ServersOperation> deleteItem{
+    {"deleteNodes",
+     [](const ServersCall& c) { HSVNNode::deleteNodes({c.url()}, HSVNDeleteOptions::defaults(), c.client); }},
+    {"remove", [](const ServersCall& c) { c.client->remove(c.text()); }},
 };
 
-const std::vector<Operation> commitItem{
+const std::vector<ServersOperation> commitItem{
     {"commitChangesToNodes",
-     [](const Call& c) { HSVNNode::commitChangesToNodes({c.path()}, HSVNCommitOptions::defaults(), c.client); }},
-    {"commit", [](const Call& c) { c.client->commit(c.at.wc(c.item)); }},
+     [](const ServersCall& c) { HSVNNode::commitChangesToNodes({c.path()}, HSVNCommitOptions::defaults(), c.client); }},
+    {"commit", [](const ServersCall& c) { c.client->commit(c.at.wc(c.item)); }},
 };
 
-const std::vector<Operation> updateItem{
+const std::vector<ServersOperation> updateItem{
     {"updateNodes",
-     [](const Call& c) {
+     [](const ServersCall& c) {
          HSVNNode::updateNodes({c.path()}, HSVNRevision::HEAD(), HSVNUpdateOptions::defaults(), c.client);
      }},
-    {"update", [](const Call& c) { c.client->update(c.at.wc(c.item)); }},
+    {"update", [](const ServersCall& c) { c.client->update(c.at.wc(c.item)); }},
 };
 
-const std::vector<Operation> lockItem{
-    {"lockNodes", [](const Call& c) { HSVNNode::lockNodes({c.path()}, {}, HSVNLockOptions::defaults(), c.client); }},
+const std::vector<ServersOperation> lockItem{
+    {"lockNodes",
+     [](const ServersCall& c) { HSVNNode::lockNodes({c.path()}, {}, HSVNLockOptions::defaults(), c.client); }},
 };
 
 /// A refusal, and every operation that it is tried on.
@@ -266,7 +272,7 @@ struct Refusal
 {
     const char* expected;
     std::string item;
-    std::vector<const std::vector<Operation>*> operations;
+    std::vector<const std::vector<ServersOperation>*> operations;
     std::string password = "sallyssecret";
 };
 
@@ -296,7 +302,7 @@ class Refusals : public testing::TestWithParam<const char*>
 /// A user of the suite's servers and a client of its own.
 struct Visitor
 {
-    std::shared_ptr<UserDelegate> user = std::make_shared<UserDelegate>();
+    std::shared_ptr<ServersDelegate> user = std::make_shared<ServersDelegate>();
     HSVNClientRef client = HSVNClient::clientWithDelegate(user);
 
     Visitor()
@@ -334,9 +340,9 @@ TEST_P(Refusals, OfADelegateArriveAsTheDelegatesOwnException)
     {
     };
     const auto throws = [] { throw Own{}; };
-    for (const auto message : {&User::logged, &User::notified, &User::queried}) {
+    for (const auto message : {&ServersUser::logged, &ServersUser::notified, &ServersUser::queried}) {
         for (const auto* const operations : {&commitItem, &updateItem}) {
-            if (message == &User::logged && operations == &updateItem) {
+            if (message == &ServersUser::logged && operations == &updateItem) {
                 continue; // nobody is asked for a message
             }
             for (const auto& operation : *operations) {
@@ -366,7 +372,7 @@ TEST_P(Refusals, OfADelegateArriveAsTheDelegatesOwnException)
 
 TEST_P(Refusals, OfLocksAreToldInNotifications)
 {
-    struct Ear : User
+    struct Ear : ServersUser
     {
         std::vector<std::string> classes;
 
@@ -499,8 +505,8 @@ TEST_P(SlowServers, AreWaitedForByStoppedCommitsAsLongAsTheConfigurationSays)
             const auto start = std::chrono::steady_clock::now();
             try {
                 isVerb ? static_cast<void>(visitor.client->commit(wc))
-                       : static_cast<void>(HSVNNode::commitChangesToNodes({local(wc)}, HSVNCommitOptions::defaults(),
-                                                                          visitor.client));
+                       : static_cast<void>(HSVNNode::commitChangesToNodes(
+                             {servedPath(wc)}, HSVNCommitOptions::defaults(), visitor.client));
                 ADD_FAILURE();
             } catch (const HSVNOperationCancelledException& exception) {
                 EXPECT_THAT(exception.fullMessage(), testing::HasSubstr(expected));
@@ -570,7 +576,7 @@ TEST(Servers, ThatLockWithoutALockAreRefused)
     const Visitor visitor;
     visitor.client->checkout("http://127.0.0.1:" + awaitFile(folder / "port") + "/repository", folder / "wc");
     const auto lock = [&] {
-        HSVNNode::lockNodes({local(folder / "wc/b.txt")}, {}, HSVNLockOptions::defaults(), visitor.client);
+        HSVNNode::lockNodes({servedPath(folder / "wc/b.txt")}, {}, HSVNLockOptions::defaults(), visitor.client);
     };
     std::string reason;
     EXPECT_EQ(classThrownBy(lock, &reason), "HSVNException");

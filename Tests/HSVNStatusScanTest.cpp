@@ -43,7 +43,7 @@ namespace {
 
 namespace fs = std::filesystem;
 
-HSVNLocalPathRef pathOf(const std::string& text) { return HSVNLocalPath::pathWithString(text); }
+HSVNLocalPathRef scannedPath(const std::string& text) { return HSVNLocalPath::pathWithString(text); }
 
 /// What svn calls a kind of status.
 std::string kindName(HSVNStatusKind kind)
@@ -267,7 +267,7 @@ class EveryState : public testing::Test
     {
         repository = std::make_unique<TestRepository>();
         mustRun({"sh", "-e", "-c", "cd \"$0\"\n" + std::string{everyStateScript}, repository->beside("")});
-        wc = pathOf(repository->beside("wc"));
+        wc = scannedPath(repository->beside("wc"));
         alterWorkingCopyDatabase(wc->string(),
                                  {"UPDATE nodes SET presence = 'incomplete' WHERE local_relpath = 'copied-tree'",
                                   "INSERT INTO wc_lock VALUES (1, 'folder', 0)"});
@@ -573,7 +573,7 @@ TEST_P(RootState, IsToldThroughALinkToo)
     for (const auto* name : {"wc", "link"}) {
         const auto path = repository.beside(name);
         const auto xml = mustRun({"svn", "status", "-v", "--xml", path});
-        const auto found = statusTexts(Scan{pathOf(path), optionsFor({"-v"}), reading.client}.nodes);
+        const auto found = statusTexts(Scan{scannedPath(path), optionsFor({"-v"}), reading.client}.nodes);
         EXPECT_GT(found.size(), 2U);
         expectEqual(found, statusTexts(XMLEntry::entriesIn(xml), false));
     }
@@ -590,7 +590,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(UnreadableWorkingCopy, IsNotTakenForAnUnversionedFolder)
 {
     const TestRepository repository;
-    const auto path = pathOf(repository.checkOut());
+    const auto path = scannedPath(repository.checkOut());
     const auto bundle = std::make_shared<AlteredBundle>([](HSVNBundleEntryPoints& table) {
         table.client_status2 = [](auto...) { return AlteredBundle::original().error_create(155007, nullptr, "no"); };
     });
@@ -610,7 +610,7 @@ TEST_F(EveryState, HasUnversionedFoldersOfTheirOwn)
     EXPECT_EQ(inside.root->name(), "unversioned");
     EXPECT_EQ(inside.abnormalCount, 2U);
 
-    const auto outside = pathOf(repository->beside(""));
+    const auto outside = scannedPath(repository->beside(""));
     writeFile(outside->string() + "/plain/a b/deep/file", "12345");
     writeFile(outside->string() + "/plain/junk.o", "");
     const auto plain = outside->pathByAddingComponent("plain");
@@ -664,8 +664,8 @@ TEST(UnversionedScan, TellsOfAFolderThatCannotBeRead)
     constexpr uid_t nobody = 65534; // the superuser may read everything
     const int user = setfsuid(nobody);
     const auto reason = reasonOf<HSVNException>([&] {
-        HSVNDirectory::statusForNodesInUnversionedDirectoryAtPath(pathOf(folder.path()), HSVNStatusOptions::defaults(),
-                                                                  nullptr, nullptr, reading.client);
+        HSVNDirectory::statusForNodesInUnversionedDirectoryAtPath(
+            scannedPath(folder.path()), HSVNStatusOptions::defaults(), nullptr, nullptr, reading.client);
     });
     setfsuid(static_cast<uid_t>(user));
     fs::permissions(folder / "closed", fs::perms::owner_all);
@@ -683,7 +683,7 @@ TEST(HSVNNodeAtPath, LooksAtTheDiskForItemsWithoutAnEntry)
     status.text_status = svn_wc_status_unversioned;
     status.prop_status = svn_wc_status_none;
     const auto nodeAt = [&](const std::string& name) {
-        return HSVNNode::nodeAtPath(pathOf(folder / name), &status, context, context->pool());
+        return HSVNNode::nodeAtPath(scannedPath(folder / name), &status, context, context->pool());
     };
     writeFile(folder / "sub/file", "12345");
     fs::create_symlink("nowhere", folder / "link");
@@ -699,9 +699,9 @@ TEST(HSVNNodeAtPath, LooksAtTheDiskForItemsWithoutAnEntry)
     EXPECT_THAT(reason, HasSubstr("xxx"));
     EXPECT_THAT(log, HasSubstr("Exception caught while creating node for '" + folder.path().string() + "/xxx"));
     EXPECT_THAT(log, HasSubstr("] " + reason + "\n"));
-    EXPECT_EQ(reasonOf([&] { HSVNNode::nodeAtPath(pathOf("/a"), nullptr, context, context->pool()); }),
+    EXPECT_EQ(reasonOf([&] { HSVNNode::nodeAtPath(scannedPath("/a"), nullptr, context, context->pool()); }),
               "Invalid parameter not satisfying: status != NULL");
-    EXPECT_EQ(reasonOf([&] { HSVNNode::nodeAtPath(pathOf("/a"), &status, context, nullptr); }),
+    EXPECT_EQ(reasonOf([&] { HSVNNode::nodeAtPath(scannedPath("/a"), &status, context, nullptr); }),
               "Invalid parameter not satisfying: pool != NULL");
 }
 
@@ -732,7 +732,7 @@ TEST(HSVNDirectoryExternals, AreFoundInEveryPartOfAWorkingCopy)
     const auto counts = [&] {
         std::vector<std::size_t> sizes;
         for (const char* folder : {"", "/a", "/a/inner", "/a-b", "/a0"}) {
-            sizes.push_back(HSVNDirectory::externalsForPath(pathOf(wc + folder), reading.client).size());
+            sizes.push_back(HSVNDirectory::externalsForPath(scannedPath(wc + folder), reading.client).size());
         }
         return sizes;
     };
@@ -754,7 +754,7 @@ TEST(HSVNDirectoryExternals, ThatAreBrokenAreToldButDoNotEndAScan)
     const TestRepository repository;
     repository.makeFolder("trunk");
     mustRun({"svn", "propset", "-q", "svn:externals", "^/trunk dir", repository.checkOut() + "/trunk"});
-    const auto wc = pathOf(repository.beside("wc"));
+    const auto wc = scannedPath(repository.beside("wc"));
     const ReadingClient reading;
     for (const char* definition : {"only-one-word", "^/a@b dir"}) {
         const auto size = std::to_string(std::string_view{definition}.size());
@@ -776,7 +776,7 @@ TEST(HSVNDirectoryExternals, InsideExternalsAreExternalToo)
     const ReadingClient reading;
     for (const auto& options : {optionsFor({}), optionsFor({"-v"})}) {
         std::vector<std::string> externals;
-        for (const auto& node : Scan(pathOf(wc), options, reading.client).nodes) {
+        for (const auto& node : Scan(scannedPath(wc), options, reading.client).nodes) {
             if (node->status()->textStatus() == HSVNStatusKindExternal) {
                 externals.push_back(node->path()->string().substr(wc.size()));
             }
@@ -803,7 +803,7 @@ TEST(HSVNDirectoryConflicts, OfOneNameInTwoFoldersLeaveNoFilesInTheAnswer)
     const ReadingClient reading;
     auto options = optionsFor({});
     options->setIncludeConflictVersionFiles(false);
-    EXPECT_THAT(Scan(pathOf(wc), options, reading.client).names(), ElementsAre("file", "file"));
+    EXPECT_THAT(Scan(scannedPath(wc), options, reading.client).names(), ElementsAre("file", "file"));
 }
 
 TEST(HSVNDirectoryAggregates, HoldTheKindsOfProperties)
@@ -814,11 +814,11 @@ TEST(HSVNDirectoryAggregates, HoldTheKindsOfProperties)
     mustRun({"svn", "propset", "-q", "name", "value", wc + "/folder/inner"});
     repository.change({"propset", "other", "value", "folder/inner"});
     const ReadingClient reading;
-    const auto alone = HSVNDirectory::workingCopyWithStatusAtPath(pathOf(wc + "/folder"), reading.client);
+    const auto alone = HSVNDirectory::workingCopyWithStatusAtPath(scannedPath(wc + "/folder"), reading.client);
     EXPECT_EQ(alone->aggregateChildStatus() & HSVNStatusKindModified, HSVNStatusKindModified);
     auto options = optionsFor({"-v", "-u"});
     options->setPropagateStatusToAncestor(true);
-    const Scan scan{pathOf(wc), options, reading.client};
+    const Scan scan{scannedPath(wc), options, reading.client};
     for (const auto& node : {scan.root, scan.node("folder")}) {
         const auto& folder = static_cast<const HSVNDirectory&>(*node);
         EXPECT_EQ(folder.aggregateChildStatus() & HSVNStatusKindModified, HSVNStatusKindModified);
@@ -842,17 +842,17 @@ TEST(OlderLinesScan, GoesOnWhereAFolderIsMissingOrObstructed)
     for (const auto& line : HSVNVersion::wellKnownVersions()) {
         SCOPED_TRACE(line);
         const ReadingClient reading{bundleOfLine(line)};
-        const Scan scan{pathOf(wc), optionsFor({}), reading.client};
+        const Scan scan{scannedPath(wc), optionsFor({}), reading.client};
         EXPECT_EQ(scan.node("gone")->status()->textStatus(), HSVNStatusKindMissing);
         EXPECT_EQ(scan.node("obstructed")->status()->textStatus(), HSVNStatusKindObstructed);
-        EXPECT_EQ(HSVNDirectory::externalsForPath(pathOf(wc), reading.client).size(), 1U);
+        EXPECT_EQ(HSVNDirectory::externalsForPath(scannedPath(wc), reading.client).size(), 1U);
     }
 }
 
 TEST(SecondLoaderScan, ReadsTheRecordsOfTheBundlesOwnLine)
 {
     const TestRepository repository;
-    const auto wc = pathOf(repository.checkOut());
+    const auto wc = scannedPath(repository.checkOut());
     HSVNBundleLoader other;
     const auto path = HSVNBundleLoader::sharedInstance().newestBundle()->bundle()->path();
     const auto altered = std::make_shared<AlteredBundle>([](HSVNBundleEntryPoints& table) {
@@ -892,7 +892,7 @@ TEST(SampleScan, OfEachLineIsWhatThatLineTold)
             const auto options = optionsFor(arguments);
             const auto entries = XMLEntry::entriesIn(sample.expected(file));
             ASSERT_GT(entries.size(), 30U);
-            expectEqual(statusTexts(Scan{pathOf(sample.path()), options, reading.client}.nodes),
+            expectEqual(statusTexts(Scan{scannedPath(sample.path()), options, reading.client}.nodes),
                         statusTexts(entries, options->compareAgainstRepository(), sample.path()));
         }
     }
@@ -904,7 +904,7 @@ TEST(SampleScan, OfAnOlderLineIsRefusedUntilItIsUpgraded)
     for (const char* line : {"1.4", "1.5", "1.6"}) {
         SCOPED_TRACE(line);
         const SampleWorkingCopy sample{line};
-        const auto wc = pathOf(sample.path());
+        const auto wc = scannedPath(sample.path());
         EXPECT_THAT(reasonOf<HSVNUnsupportedWorkingCopyFormatException>([&] {
                         Scan{wc, optionsFor({}), reading.client};
                     }),

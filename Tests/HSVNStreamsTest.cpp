@@ -25,9 +25,9 @@ HSVNBundleRef batonTellingBundle()
 }
 
 /// Answers every read and write with one outcome.
-struct Answering : HSVNInputStream, HSVNOutputStream
+struct AnsweringStream : HSVNInputStream, HSVNOutputStream
 {
-    explicit Answering(std::function<std::int64_t()> answered) : answer{std::move(answered)} {}
+    explicit AnsweringStream(std::function<std::int64_t()> answered) : answer{std::move(answered)} {}
     std::int64_t read(char*, std::size_t) override { return answer(); }
     std::int64_t write(const char*, std::size_t) override { return answer(); }
     std::string className() const override { return "Answering"; }
@@ -80,7 +80,7 @@ TEST(StreamAdapters, ReportTheCountOrTheFailureOfThePlatformStream)
           Case{[] { return 11; }, 10, readFailure, writeFailure}, // more than the buffer has room for
           Case{[]() -> std::int64_t { throw std::runtime_error("broken"); }, 10, readFailure, writeFailure}})
     {
-        const auto stream = std::make_shared<Answering>(answer);
+        const auto stream = std::make_shared<AnsweringStream>(answer);
         char buffer[10] = {};
         std::size_t length = sizeof buffer;
         auto* adapted = HSVNAdaptInputStream(stream, pool);

@@ -149,7 +149,7 @@ class RandomTree
     std::string _moved;
 };
 
-std::vector<std::string> linesOf(const std::string& text)
+std::vector<std::string> splitLines(const std::string& text)
 {
     std::vector<std::string> lines;
     for (std::size_t first = 0; first < text.size();) {
@@ -164,7 +164,7 @@ std::vector<std::string> linesOf(const std::string& text)
 /// Applies an item's hunks to the text that it was before.
 std::string applied(const HSVNPatchItem& item, const std::string& before)
 {
-    const auto lines = linesOf(before);
+    const auto lines = splitLines(before);
     std::string after;
     std::size_t next = 0;
     item.readHunks([&](const HSVNDiffHunk& hunk) {

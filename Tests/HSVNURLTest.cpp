@@ -16,7 +16,7 @@ namespace {
 
 HSVNURLRef url(const std::string& text) { return HSVNURL::URLWithString(text); }
 
-std::string textOf(const HSVNPathRef& value) { return value ? value->string() : "nil"; }
+std::string urlText(const HSVNPathRef& value) { return value ? value->string() : "nil"; }
 
 } // namespace
 
@@ -34,7 +34,7 @@ TEST_P(URLTexts, KeepNormalizedFormParentAndName)
     const auto& expected = GetParam();
     const auto parsed = url(expected.given);
     EXPECT_EQ(parsed->string(), expected.kept);
-    EXPECT_EQ(textOf(parsed->parent()), expected.parent);
+    EXPECT_EQ(urlText(parsed->parent()), expected.parent);
     EXPECT_EQ(parsed->lastComponent(), expected.last);
     EXPECT_EQ(parsed->location().value_or("nil"), expected.location);
 }
@@ -305,7 +305,7 @@ TEST(URL, LongPathsAreNoLimit)
         deep = deep->pathByNormalizingAndAddingComponent(std::string(20, '%'));
     }
     EXPECT_EQ(deep->string().size(), 7U + 300 * 61);
-    EXPECT_EQ(textOf(deep->commonAncestorFor(url("svn://h/x"))), "svn://h");
+    EXPECT_EQ(urlText(deep->commonAncestorFor(url("svn://h/x"))), "svn://h");
     EXPECT_EQ(url(deep->string())->denormalizedString().size(), 7U + 300 * 21);
 }
 

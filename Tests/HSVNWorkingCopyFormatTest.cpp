@@ -22,11 +22,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-HSVNPathRef pathOf(const std::string& text) { return HSVNLocalPath::pathWithString(text); }
+HSVNPathRef formatPath(const std::string& text) { return HSVNLocalPath::pathWithString(text); }
 
 std::int32_t formatOf(const std::string& path)
 {
-    return HSVNDirectory::formatVersionForWorkingCopyAtPath(pathOf(path));
+    return HSVNDirectory::formatVersionForWorkingCopyAtPath(formatPath(path));
 }
 
 struct Line
@@ -51,7 +51,7 @@ TEST_P(WorkingCopyFormats, AreFoundInRealWorkingCopies)
     }
     for (const auto& item : {sample.path(), sample.path("wc/copied-dir"), sample.path("wc/externals/ext")}) {
         EXPECT_EQ(formatOf(item), GetParam().format) << item;
-        EXPECT_EQ(HSVNDirectory::versionForWorkingCopyAtPath(pathOf(item)), line) << item;
+        EXPECT_EQ(HSVNDirectory::versionForWorkingCopyAtPath(formatPath(item)), line) << item;
     }
     EXPECT_EQ(formatOf(sample.path("wc/unversioned dir")), 0);
 }
@@ -64,7 +64,7 @@ TEST(HSVNWorkingCopyFormat, OfANewerLineIsServedByTheNewestBundle)
     const SampleWorkingCopy sample{"1.14"};
     alterWorkingCopyDatabase(sample.path(), {"PRAGMA user_version = 99"});
     EXPECT_EQ(formatOf(sample.path()), 99);
-    EXPECT_EQ(HSVNDirectory::versionForWorkingCopyAtPath(pathOf(sample.path())),
+    EXPECT_EQ(HSVNDirectory::versionForWorkingCopyAtPath(formatPath(sample.path())),
               HSVNBundleLoader::sharedInstance().newestVersion());
 }
 
@@ -73,9 +73,9 @@ TEST(HSVNWorkingCopyFormat, IsZeroForAFolderThatIsNone)
     const TemporaryFolder folder;
     writeFile(folder / "file", "");
     EXPECT_EQ(formatOf(folder.path().string()), 0);
-    EXPECT_FALSE(HSVNDirectory::isWorkingCopyAtPath(pathOf(folder.path().string())));
+    EXPECT_FALSE(HSVNDirectory::isWorkingCopyAtPath(formatPath(folder.path().string())));
     EXPECT_EQ(reasonOf<HSVNNotWorkingCopyException>(
-                  [&] { HSVNDirectory::versionForWorkingCopyAtPath(pathOf(folder.path().string())); }),
+                  [&] { HSVNDirectory::versionForWorkingCopyAtPath(formatPath(folder.path().string())); }),
               "\"%\" is not a working copy");
     EXPECT_THAT(reasonOf<HSVNNoSuchEntryException>([&] { formatOf(folder / "nowhere"); }), HasSubstr("nowhere"));
     EXPECT_EQ(reasonOf([] { HSVNDirectory::isWorkingCopyAtPath(nullptr); }),
@@ -123,7 +123,7 @@ TEST(HSVNAdminArea, IsRemovedByTheCleanUpOfAnUpgradeThatWasInterruptedAmidIt)
 TEST(HSVNAdminArea, IsPurgedAtEveryDepth)
 {
     const SampleWorkingCopy sample{"1.6"};
-    const auto root = pathOf(sample.path());
+    const auto root = formatPath(sample.path());
     EXPECT_EQ(HSVNDirectory::adminAreaInWorkingCopyAtPath(root)->string(), root->string() + "/.svn");
     const auto count = [&] {
         std::pair<int, int> counts; // administrative folders and other items
@@ -153,10 +153,10 @@ TEST(HSVNAdminArea, IsNotPurgedWhereAFolderCannotBeListed)
     constexpr uid_t nobody = 65534; // the superuser may read everything
     const int user = setfsuid(nobody);
     const auto reason =
-        reasonOf<HSVNException>([&] { HSVNDirectory::purgeAdminDirectoriesInPath(pathOf(folder.path())); });
+        reasonOf<HSVNException>([&] { HSVNDirectory::purgeAdminDirectoriesInPath(formatPath(folder.path())); });
     setfsuid(static_cast<uid_t>(user));
     EXPECT_THAT(reason, HasSubstr("Cannot list the folder '" + (folder / "closed") + "'"));
-    EXPECT_NO_THROW(HSVNDirectory::purgeAdminDirectoriesInPath(pathOf(folder / "none")));
+    EXPECT_NO_THROW(HSVNDirectory::purgeAdminDirectoriesInPath(formatPath(folder / "none")));
 }
 
 TEST(HSVNAdminArea, IsCleanedUp)
@@ -166,20 +166,21 @@ TEST(HSVNAdminArea, IsCleanedUp)
     const auto wc = sample.path("wc-adminlocked");
     alterWorkingCopyDatabase(wc, {"INSERT INTO wc_lock VALUES (1, '', -1)"});
     ASSERT_THAT(mustRun({"svn", "status", wc}), HasSubstr("  L"));
-    HSVNDirectory::cleanUpWorkingCopyAtPath(pathOf(wc), reading.client);
+    HSVNDirectory::cleanUpWorkingCopyAtPath(formatPath(wc), reading.client);
     EXPECT_EQ(mustRun({"svn", "status", wc}), "");
-    EXPECT_THROW(HSVNDirectory::cleanUpWorkingCopyAtPath(pathOf(sample.path("repo")), reading.client), HSVNException);
+    EXPECT_THROW(HSVNDirectory::cleanUpWorkingCopyAtPath(formatPath(sample.path("repo")), reading.client),
+                 HSVNException);
     const SampleWorkingCopy older{"1.6"};
     EXPECT_THAT(reasonOf<HSVNUnsupportedWorkingCopyFormatException>(
-                    [&] { HSVNDirectory::cleanUpWorkingCopyAtPath(pathOf(older.path()), reading.client); }),
+                    [&] { HSVNDirectory::cleanUpWorkingCopyAtPath(formatPath(older.path()), reading.client); }),
                 HasSubstr("'" + older.path() + "' has format 10"));
 }
 
 TEST(HSVNDirectory, FindsTheDirectChildOfARoot)
 {
-    const auto root = pathOf("/a/b");
-    EXPECT_EQ(HSVNDirectory::parentDirectoryInRoot(root, pathOf("/a/b/c/d/e"))->string(), "/a/b/c");
-    EXPECT_EQ(HSVNDirectory::parentDirectoryInRoot(root, pathOf("/a/b/c"))->string(), "/a/b/c");
+    const auto root = formatPath("/a/b");
+    EXPECT_EQ(HSVNDirectory::parentDirectoryInRoot(root, formatPath("/a/b/c/d/e"))->string(), "/a/b/c");
+    EXPECT_EQ(HSVNDirectory::parentDirectoryInRoot(root, formatPath("/a/b/c"))->string(), "/a/b/c");
     EXPECT_THROW(HSVNDirectory::parentDirectoryInRoot(nullptr, root), HSVNAssertionException);
 }
 
@@ -189,11 +190,12 @@ TEST(HSVNUpgrade, ChangesTheFormatOfAWorkingCopyAndOfItsExternals)
     const auto& line = HSVNVersion::version1_6();
     bundleOfLine(line);
     testing::internal::CaptureStdout();
-    HSVNDirectory::runUpgradeScriptForWorkingCopyAtPath(pathOf(sample.path()), HSVNVersion::version(1, 6, 23), false);
+    HSVNDirectory::runUpgradeScriptForWorkingCopyAtPath(formatPath(sample.path()), HSVNVersion::version(1, 6, 23),
+                                                        false);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "") << "the standard output is the application's";
     EXPECT_EQ(formatOf(sample.path()), 10);
     EXPECT_EQ(formatOf(sample.path("wc/externals/ext")), 8);
-    HSVNDirectory::upgradeWorkingCopyAtPath(pathOf(sample.path()), installedLine(), false);
+    HSVNDirectory::upgradeWorkingCopyAtPath(formatPath(sample.path()), installedLine(), false);
     for (const char* item : {"wc", "wc/externals/ext", "wc/externals/ext-pinned"}) {
         EXPECT_EQ(formatOf(sample.path(item)), 31) << item;
     }
@@ -203,7 +205,7 @@ TEST(HSVNUpgrade, ChangesTheFormatOfAWorkingCopyAndOfItsExternals)
     const SampleWorkingCopy other{"1.4"};
     fs::remove_all(sample.path("wc/externals/ext"));
     fs::copy(other.path("wc/externals/ext"), sample.path("wc/externals/ext"), fs::copy_options::recursive);
-    HSVNDirectory::upgradeWorkingCopyAtPath(pathOf(sample.path()), installedLine(), false);
+    HSVNDirectory::upgradeWorkingCopyAtPath(formatPath(sample.path()), installedLine(), false);
     EXPECT_EQ(formatOf(sample.path("wc/externals/ext")), 31);
 }
 
@@ -211,9 +213,9 @@ TEST(HSVNUpgrade, GoesDownOnlyWithForceWhereSomethingWouldBeLost)
 {
     const SampleWorkingCopy sample{"1.5"};
     const auto& older = HSVNVersion::version1_4();
-    HSVNDirectory::runUpgradeScriptForWorkingCopyAtPath(pathOf(sample.path()), older, false);
+    HSVNDirectory::runUpgradeScriptForWorkingCopyAtPath(formatPath(sample.path()), older, false);
     EXPECT_EQ(formatOf(sample.path()), 9);
-    HSVNDirectory::runUpgradeScriptForWorkingCopyAtPath(pathOf(sample.path()), older, true);
+    HSVNDirectory::runUpgradeScriptForWorkingCopyAtPath(formatPath(sample.path()), older, true);
     EXPECT_EQ(formatOf(sample.path()), 8);
 }
 

@@ -25,7 +25,7 @@ using testing::ElementsAre;
 
 namespace {
 
-HSVNPathRef localPath(const std::string& text) { return HSVNLocalPath::pathWithString(text); }
+HSVNPathRef checkedOutPath(const std::string& text) { return HSVNLocalPath::pathWithString(text); }
 
 class WorkingCopyOperations : public WorkingCopyTest
 {
@@ -112,7 +112,7 @@ TEST_P(WorkingCopyOperations, UpdateOfTwoPathsSendsItsNotificationsWithoutAPath)
 {
     const std::string other = repository.checkOut("other");
     repository.put("trunk/b.txt", "two\n");
-    EXPECT_THAT(update({localPath(other), at("b.txt")}, HSVNRevision::HEAD()), ElementsAre(2, 2));
+    EXPECT_THAT(update({checkedOutPath(other), at("b.txt")}, HSVNRevision::HEAD()), ElementsAre(2, 2));
     EXPECT_EQ(readFile(item("b.txt")), "two\n");
     EXPECT_THAT(delegate->ownActions(),
                 ElementsAre("HSVNNotifyActionUpdateStarted", "HSVNNotifyActionUpdateSucceeded"));
@@ -274,9 +274,10 @@ class OlderLines : public WorkingCopyOperations
         options->setAllowUnversionedObstructions(isSpecial);
         const std::string target = repository.beside(word);
         const std::string source = repository.url("trunk");
-        return {[=, this] { HSVNDirectory::checkoutDirectoryAtURL(url("trunk"), localPath(target), options, client); },
-                is1_4() ? HSVNRecordedCall{"svn_client_checkout2", {source, target, "2", "3", recurse, flag}}
-                        : HSVNRecordedCall{"svn_client_checkout3", {source, target, "2", "3", word, flag, flag}}};
+        return {
+            [=, this] { HSVNDirectory::checkoutDirectoryAtURL(url("trunk"), checkedOutPath(target), options, client); },
+            is1_4() ? HSVNRecordedCall{"svn_client_checkout2", {source, target, "2", "3", recurse, flag}}
+                    : HSVNRecordedCall{"svn_client_checkout3", {source, target, "2", "3", word, flag, flag}}};
     }
 };
 
@@ -326,11 +327,11 @@ TEST_P(OlderLines, NegateFlagsWhereSubversionDoes)
         add->setRecursive(flag);
         add->setForce(!flag);
         add->setMatchIgnorePatterns(flag);
-        HSVNNode::add(localPath(path), add, client);
+        HSVNNode::add(checkedOutPath(path), add, client);
         revert->setRecursive(flag);
-        HSVNNode::revertNodes({localPath(path), localPath(item("a.txt"))}, revert, client);
+        HSVNNode::revertNodes({checkedOutPath(path), checkedOutPath(item("a.txt"))}, revert, client);
         resolve->setRecursive(flag);
-        HSVNNode::resolveNodeAtPath(localPath(root), resolve, client);
+        HSVNNode::resolveNodeAtPath(checkedOutPath(root), resolve, client);
         const std::vector<HSVNRecordedCall> expected{
             {"svn_client_add3", {path, text, negated, negated}},
             {"svn_client_revert", {"[" + path + ", " + item("a.txt") + "]", text}},
@@ -349,8 +350,8 @@ struct NewestLine : WorkingCopyOperations
     /// Calls that change the working copy at a path.
     std::vector<std::function<void()>> changesOf(const std::string& workingCopy)
     {
-        const auto folder = localPath(workingCopy);
-        const auto file = localPath(workingCopy + "/new.txt");
+        const auto folder = checkedOutPath(workingCopy);
+        const auto file = checkedOutPath(workingCopy + "/new.txt");
         return {
             [=, this] { update({folder}, HSVNRevision::HEAD()); },
             [=, this] { commit({folder}); },
@@ -358,7 +359,7 @@ struct NewestLine : WorkingCopyOperations
             [=, this] { HSVNNode::revertNodes({folder}, HSVNRevertOptions::defaults(), client); },
             [=, this] { HSVNNode::deleteNodes({folder}, HSVNDeleteOptions::defaults(), client); },
             [=, this] {
-                HSVNNode::copyNodeAtPath(file, localPath(workingCopy + "/copy.txt"), HSVNCopyOptions::defaults(),
+                HSVNNode::copyNodeAtPath(file, checkedOutPath(workingCopy + "/copy.txt"), HSVNCopyOptions::defaults(),
                                          client);
             },
             [=, this] { HSVNDirectory::cleanUpWorkingCopyAtPath(folder, client); },
@@ -408,7 +409,8 @@ TEST(WorkingCopyUpdate, ReportsAKindOfRevisionThatSubversionRefusesAsABadArgumen
     const auto client = std::make_shared<HSVNClient>(bundle, delegate);
     client->setBundleVersion(HSVNVersion::version1_5());
     try {
-        HSVNNode::updateNodes({localPath("/nowhere")}, HSVNRevision::BASE(), HSVNUpdateOptions::defaults(), client);
+        HSVNNode::updateNodes({checkedOutPath("/nowhere")}, HSVNRevision::BASE(), HSVNUpdateOptions::defaults(),
+                              client);
         FAIL() << "no exception";
     } catch (const HSVNInvalidArgumentException& exception) {
         EXPECT_EQ(exception.reason(), "Invalid revision");
@@ -442,7 +444,7 @@ TEST(WorkingCopyUpdate, ChecksTheRevisionsThatSubversionAnswers)
         std::make_shared<AlteredBundle>([](auto& table) { table.client_update3 = answerRevisions; }), nullptr);
     client->setBundleVersion(HSVNVersion::version1_6());
     const auto update = [&] {
-        return HSVNNode::updateNodes({localPath("/a"), localPath("/b")}, HSVNRevision::HEAD(),
+        return HSVNNode::updateNodes({checkedOutPath("/a"), checkedOutPath("/b")}, HSVNRevision::HEAD(),
                                      HSVNUpdateOptions::defaults(), client);
     };
     answeredRevisions = {0x7fffffff, SVN_INVALID_REVNUM};

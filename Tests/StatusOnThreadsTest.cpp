@@ -34,22 +34,22 @@ namespace {
 
 using Records = std::vector<std::string>;
 
-std::string textOf(const std::optional<HSVNDate>& date) { return date ? date->description() : "-"; }
+std::string dateOrDash(const std::optional<HSVNDate>& date) { return date ? date->description() : "-"; }
 
 std::string fieldsOf(const HSVNNode& node)
 {
     const auto& status = *node.status();
-    return fmt::format("{} {} size {} url {} lock {} by {} at {} revision {} states {}/{}/{} schedule {} depth {} base "
-                       "{} list {} moved {}/{} "
-                       "flags {}{}{}{}{}{}{}{}{}{}{}",
-                       node.path()->string(), node.isDirectory(), node.size(), node.URL() ? node.URL()->string() : "-",
-                       node.lock() ? node.lock()->token() : "-", node.author().value_or("-"), textOf(node.exactDate()),
-                       node.revision(), status.nodeStatus(), status.textStatus(), status.propertyStatus(),
-                       status.schedule(), status.depth(), status.revision(), status.changelist().value_or("-"),
-                       status.movedFrom().value_or("-"), status.movedTo().value_or("-"), status.locked(),
-                       status.copied(), status.switched(), status.fileExternal(), status.versioned(),
-                       status.incomplete(), status.textConflicted(), status.propertiesConflicted(),
-                       status.treeConflicted(), status.hasProperties(), status.hasPropertyModifications());
+    return fmt::format(
+        "{} {} size {} url {} lock {} by {} at {} revision {} states {}/{}/{} schedule {} depth {} base "
+        "{} list {} moved {}/{} "
+        "flags {}{}{}{}{}{}{}{}{}{}{}",
+        node.path()->string(), node.isDirectory(), node.size(), node.URL() ? node.URL()->string() : "-",
+        node.lock() ? node.lock()->token() : "-", node.author().value_or("-"), dateOrDash(node.exactDate()),
+        node.revision(), status.nodeStatus(), status.textStatus(), status.propertyStatus(), status.schedule(),
+        status.depth(), status.revision(), status.changelist().value_or("-"), status.movedFrom().value_or("-"),
+        status.movedTo().value_or("-"), status.locked(), status.copied(), status.switched(), status.fileExternal(),
+        status.versioned(), status.incomplete(), status.textConflicted(), status.propertiesConflicted(),
+        status.treeConflicted(), status.hasProperties(), status.hasPropertyModifications());
 }
 
 /// Asked to stop once so many records were received.

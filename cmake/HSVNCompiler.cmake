@@ -27,6 +27,11 @@ endif()
 add_library(hsvn_warnings INTERFACE)
 target_compile_options(hsvn_warnings INTERFACE -Wall -Wextra -Wpedantic -Wshadow -Wconversion)
 
+if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL GNU)
+  # Sources that are compiled together look like headers to it, of which alone it is to warn.
+  target_compile_options(hsvn_warnings INTERFACE $<$<COMPILE_LANGUAGE:CXX>:-Wno-subobject-linkage>)
+endif()
+
 if(HSVN_SANITIZE)
   if(CMAKE_CXX_COMPILER_ID STREQUAL GNU)
     # Instrumented code confuses this analysis of g++ 12, which then warns of the standard library's own headers.

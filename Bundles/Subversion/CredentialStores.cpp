@@ -45,7 +45,7 @@ svn_error_t* askForPlaintext(svn_boolean_t* mayStore, const char* realm, void* b
 }
 
 /// Subversion's own files.
-svn_auth_provider_object_t* files(Stores* stores)
+svn_auth_provider_object_t* filesOfSubversion(Stores* stores)
 {
     svn_auth_provider_object_t* provider = nullptr;
 #if HSVN_LINE_MINOR >= 6
@@ -79,7 +79,7 @@ svn_error_t* findStores(Stores* stores)
         }
     }
 #endif
-    APR_ARRAY_PUSH(found, svn_auth_provider_object_t*) = files(stores);
+    APR_ARRAY_PUSH(found, svn_auth_provider_object_t*) = filesOfSubversion(stores);
     stores->providers = found;
     return SVN_NO_ERROR;
 }

@@ -18,7 +18,7 @@ constexpr int knownFormat = HSVN_LINE_MINOR == 7 ? 29 : 31;
 /// A writer that holds the database longer than this sends the question the slow way, where Subversion waits itself.
 constexpr int busyMilliseconds = 500;
 
-constexpr const char* poolKey = "HSVNAdapter::LeftDatabase";
+constexpr const char* leftDatabaseKey = "HSVNAdapter::LeftDatabase";
 
 struct LeftDatabase
 {
@@ -27,7 +27,7 @@ struct LeftDatabase
     SQLiteDatabase database;
 };
 
-apr_status_t close(void* left)
+apr_status_t closeLeft(void* left)
 {
     const std::unique_ptr<LeftDatabase> owner{static_cast<LeftDatabase*>(left)};
     return APR_SUCCESS;
@@ -36,10 +36,10 @@ apr_status_t close(void* left)
 std::unique_ptr<LeftDatabase> takeLeft(apr_pool_t* pool)
 {
     void* left = nullptr;
-    apr_pool_userdata_get(&left, poolKey, pool);
+    apr_pool_userdata_get(&left, leftDatabaseKey, pool);
     if (left != nullptr) {
-        apr_pool_userdata_setn(nullptr, poolKey, nullptr, pool);
-        apr_pool_cleanup_kill(pool, left, close);
+        apr_pool_userdata_setn(nullptr, leftDatabaseKey, nullptr, pool);
+        apr_pool_cleanup_kill(pool, left, closeLeft);
     }
     return std::unique_ptr<LeftDatabase>{static_cast<LeftDatabase*>(left)};
 }
@@ -77,7 +77,7 @@ void leaveDatabase(SQLiteDatabase database, const std::string& file, apr_pool_t*
 {
     takeLeft(pool); // an earlier one is closed
     auto left = std::make_unique<LeftDatabase>(LeftDatabase{file, identityOf(file), std::move(database)});
-    apr_pool_userdata_setn(left.release(), poolKey, close, pool);
+    apr_pool_userdata_setn(left.release(), leftDatabaseKey, closeLeft, pool);
 }
 
 SQLiteDatabase takeDatabase(const std::string& file, apr_pool_t* pool)

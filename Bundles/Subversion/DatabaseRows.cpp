@@ -8,6 +8,7 @@
 #include "EndlessStatements.h"
 #include "RelativePaths.h"
 #include "SQLiteHandles.h"
+#include "ThreadsOwn.h"
 
 #include <array>
 #include <cstring>
@@ -35,13 +36,6 @@ extern "C" int svn_token__from_word_strict(const svn_token_map_t* map, const cha
 extern "C" svn_skel_t* svn_skel__parse(const char* data, apr_size_t length, apr_pool_t* pool);
 
 namespace {
-
-// Every value that is read asks for these: nothing is looked up to find them. There is room for few bundles' so.
-#ifdef HSVN_STANDS_IN_FRONT
-#define HSVN_THREADS_OWN [[gnu::tls_model("initial-exec")]] thread_local
-#else
-#define HSVN_THREADS_OWN thread_local
-#endif
 
 /// Whether this thread has read a malformed value for which nothing has failed yet.
 HSVN_THREADS_OWN bool hasReadMalformed = false; // NOLINT(cppcoreguidelines-avoid-non-const-global-variables)

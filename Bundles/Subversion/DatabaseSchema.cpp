@@ -14,7 +14,7 @@ namespace {
 
 /// Those of the formats 29 to 32, in small letters and without white space; the second is that of working copies which
 /// were begun before the release of 1.7.
-constexpr std::array<std::string_view, 8> known{
+constexpr std::array<std::string_view, 8> knownStatements{
     "createviewnodes_currentasselect*fromnodesasnwhereop_depth=(selectmax(op_depth)fromnodesasn2"
     "wheren2.wc_id=n.wc_idandn2.local_relpath=n.local_relpath)",
     "createviewnodes_currentasselect*fromnodesjoin(selectwc_id,local_relpath,max(op_depth)asop_depthfromnodes"
@@ -51,7 +51,7 @@ bool isForeign(std::string_view text)
     constexpr std::array<std::string_view, 3> stored{"createtable", "createindex", "createuniqueindex"};
     return std::ranges::any_of(stored, [&](auto beginning) { return text.starts_with(beginning); })
                ? hasExpression(text)
-               : std::ranges::find(known, text) == known.end();
+               : std::ranges::find(knownStatements, text) == knownStatements.end();
 }
 
 std::string withoutSpace(std::string_view text)

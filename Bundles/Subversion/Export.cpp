@@ -42,7 +42,7 @@ svn_opt_revision_t completedPeg(const char* from, const svn_opt_revision_t& pegR
     return completed(pegRevision, newest);
 }
 
-bool isSame(const svn_opt_revision_t& one, const svn_opt_revision_t& other)
+bool isSameInRepository(const svn_opt_revision_t& one, const svn_opt_revision_t& other)
 {
     return one.kind == other.kind && (one.kind == svn_opt_revision_head ||
                                       (one.kind == svn_opt_revision_number && one.value.number == other.value.number) ||
@@ -102,7 +102,7 @@ svn_error_t* openSession(svn_ra_session_t** session, Location* location, const c
                          const svn_opt_revision_t& peg, const svn_opt_revision_t& revision, svn_client_ctx_t* ctx,
                          apr_pool_t* pool)
 {
-    if (isURL(from) && isSame(peg, revision)) {
+    if (isURL(from) && isSameInRepository(peg, revision)) {
         location->url = from;
         svn_error_t* const error = svn_client_open_ra_session(session, from, ctx, pool);
         if (!isMoved(error)) {

@@ -20,7 +20,7 @@ constexpr std::size_t largestLead = 8192;
 constexpr std::size_t smallestLead = largestLead / 2;
 
 // The folders that have items in the database, between two texts.
-constexpr const char* foldersQuery =
+constexpr const char* folderSizesQuery =
     "SELECT DISTINCT parent_relpath FROM nodes WHERE wc_id = 1 AND parent_relpath >= ?1"
     " AND parent_relpath < ?2";
 
@@ -205,7 +205,7 @@ std::vector<std::string> FoldersAhead::readList()
     const std::string top{below(_place.root, _place.target)};
     const std::string first = top.empty() ? top : top + '/'; // the top itself is read before the list is there
     const std::string end = top + '0';                       // which comes after a slash
-    const auto rows = prepareStatement(_database.get(), foldersQuery);
+    const auto rows = prepareStatement(_database.get(), folderSizesQuery);
     if (rows) {
         sqlite3_bind_text(rows.get(), 1, first.data(), static_cast<int>(first.size()), SQLITE_STATIC);
         if (top.empty()) {

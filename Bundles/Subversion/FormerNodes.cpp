@@ -10,12 +10,7 @@
 namespace HSVNAdapter {
 namespace {
 
-std::string_view folderOf(std::string_view path) { return path.substr(0, path.rfind('/')); }
-
-std::string_view relativePath(const WorkingCopyDatabase& database, std::string_view path)
-{
-    return path.substr(database.root().size() + 1);
-}
+std::string_view parentPath(std::string_view path) { return path.substr(0, path.rfind('/')); }
 
 } // namespace
 
@@ -33,8 +28,8 @@ void FormerNodes::completeDeletion(svn_client_status_t& status, apr_pool_t* pool
     // A folder that lies there tells of itself.
     const bool isThere = kindOnDisk(status.local_abspath, pool) == svn_node_dir;
     auto* const database = isThere ? nullptr : databaseOf(status.local_abspath);
-    const auto node =
-        database != nullptr ? database->deletedNode(relativePath(*database, status.local_abspath), pool) : std::nullopt;
+    const auto node = database != nullptr ? database->deletedNode(database->relativePathOf(status.local_abspath), pool)
+                                          : std::nullopt;
     if (node && node->revision > 0) {
         status.revision = node->revision;
         status.changed_rev = node->changedRevision;
@@ -47,7 +42,7 @@ void FormerNodes::completeReplacement(svn_client_status_t& status)
 {
     auto* const database = databaseOf(status.local_abspath);
     const auto replaced =
-        database != nullptr ? database->plainlyReplaced(relativePath(*database, status.local_abspath)) : std::nullopt;
+        database != nullptr ? database->plainlyReplaced(database->relativePathOf(status.local_abspath)) : std::nullopt;
     // 0: nothing was committed there.
     if (replaced && *replaced > 0) {
         status.revision = *replaced;
@@ -56,7 +51,7 @@ void FormerNodes::completeReplacement(svn_client_status_t& status)
 
 WorkingCopyDatabase* FormerNodes::databaseOf(const char* path)
 {
-    const std::string root = workingCopyRoot(folderOf(path), _pool);
+    const std::string root = workingCopyRoot(parentPath(path), _pool);
     if (root.empty()) {
         return nullptr;
     }

@@ -6,7 +6,7 @@
 namespace HSVNAdapter {
 namespace {
 
-constexpr const char* poolKey = "HSVNAdapter::NestedDatabases";
+constexpr const char* nestedDatabasesKey = "HSVNAdapter::NestedDatabases";
 constexpr const char* sharingKey = "HSVNAdapter::SharedDatabases";
 
 /// The databases of the calls within one operation's callbacks.
@@ -55,10 +55,10 @@ svn_error_t* useOwnDatabases(svn_client_ctx_t* ctx, apr_pool_t* poolAround, svn_
         return SVN_NO_ERROR;
     }
     void* kept = nullptr;
-    apr_pool_userdata_get(&kept, poolKey, poolAround);
+    apr_pool_userdata_get(&kept, nestedDatabasesKey, poolAround);
     if (kept == nullptr) {
         kept = apr_pcalloc(poolAround, sizeof(NestedDatabases));
-        apr_pool_userdata_setn(kept, poolKey, nullptr, poolAround);
+        apr_pool_userdata_setn(kept, nestedDatabasesKey, nullptr, poolAround);
     }
     auto& databases = *static_cast<NestedDatabases*>(kept);
     if (anew || databases.context == nullptr) {

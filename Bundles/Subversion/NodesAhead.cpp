@@ -10,9 +10,9 @@ namespace HSVNAdapter {
 namespace {
 
 /// Once so many nodes have been read that nobody has asked for, the thread rests,
-constexpr std::size_t largestLead = 8192;
+constexpr std::size_t largestNodeLead = 8192;
 /// and goes on when so few are left.
-constexpr std::size_t smallestLead = largestLead / 2;
+constexpr std::size_t smallestNodeLead = largestNodeLead / 2;
 /// So many nodes of a folder are handed over before the rest is read.
 constexpr std::size_t largestPortion = 512;
 
@@ -59,7 +59,7 @@ std::optional<NodesAhead::Portion> NodesAhead::take(const std::string& folder)
         _read.erase(found);
     }
     _nodesRead -= portion.nodes.size();
-    if (_nodesRead <= smallestLead) {
+    if (_nodesRead <= smallestNodeLead) {
         _changed.notify_all();
     }
     return portion;
@@ -89,7 +89,7 @@ void NodesAhead::run()
 bool NodesAhead::rest()
 {
     std::unique_lock guard{_lock};
-    _changed.wait(guard, [this] { return _isStopping || _wanted != nullptr || _nodesRead <= smallestLead; });
+    _changed.wait(guard, [this] { return _isStopping || _wanted != nullptr || _nodesRead <= smallestNodeLead; });
     return !_isStopping;
 }
 
@@ -105,7 +105,7 @@ bool NodesAhead::keep(const std::string& folder, UnchangedNodes&& nodes, bool is
     if (_wanted != nullptr && _last >= *_wanted) {
         _changed.notify_all();
     }
-    return !_isStopping && (_wanted != nullptr || _nodesRead < largestLead);
+    return !_isStopping && (_wanted != nullptr || _nodesRead < largestNodeLead);
 }
 
 void NodesAhead::finish()

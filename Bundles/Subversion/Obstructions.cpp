@@ -31,7 +31,7 @@ class SearchTap : public NotificationTap
     }
 };
 
-svn_error_t* refuse(const char* path, const char* what)
+svn_error_t* refuseObstruction(const char* path, const char* what)
 {
     return svn_error_createf(SVN_ERR_NODE_UNEXPECTED_KIND, nullptr, "%s of '%s' is in the way: move it away first",
                              what, path);
@@ -45,10 +45,10 @@ svn_error_t* refuseDirectory(void* /*baton*/, const char* path, const svn_client
         return SVN_NO_ERROR;
     }
     if (isSymbolicLink(status->local_abspath, pool)) {
-        return refuse(path, "A symbolic link in the place of the directory");
+        return refuseObstruction(path, "A symbolic link in the place of the directory");
     }
     return kindOnDisk(status->local_abspath, pool) == svn_node_unknown
-               ? refuse(path, "What is in the place of the directory")
+               ? refuseObstruction(path, "What is in the place of the directory")
                : SVN_NO_ERROR;
 }
 
@@ -56,7 +56,7 @@ svn_error_t* refuseFile(void* /*baton*/, const char* path, const svn_client_stat
 {
     const bool isInTheWay = status->node_status == svn_wc_status_obstructed && status->kind == svn_node_file &&
                             kindOnDisk(status->local_abspath, pool) == svn_node_dir;
-    return isInTheWay ? refuse(path, "A directory in the place") : SVN_NO_ERROR;
+    return isInTheWay ? refuseObstruction(path, "A directory in the place") : SVN_NO_ERROR;
 }
 
 /// What is asked of the items that Subversion finds in the place of another.

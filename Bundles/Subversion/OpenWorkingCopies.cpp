@@ -19,7 +19,7 @@
 namespace HSVNAdapter {
 namespace {
 
-constexpr const char* poolKey = "HSVNAdapter::OpenWorkingCopies";
+constexpr const char* openWorkingCopiesKey = "HSVNAdapter::OpenWorkingCopies";
 /// A client that visits more of them would sooner or later run out of descriptors.
 constexpr std::size_t mostOpen = 64;
 /// How long a stop waits for the queue of work to be empty: of the time that the thread itself works, so that it waits
@@ -125,7 +125,7 @@ OpenWorkingCopies& OpenWorkingCopies::of(svn_client_ctx_t* ctx, apr_pool_t* cont
     OpenWorkingCopies* record = in(contextPool);
     if (record == nullptr) {
         record = new OpenWorkingCopies{ctx, contextPool}; // NOLINT(cppcoreguidelines-owning-memory): goes with the pool
-        apr_pool_userdata_setn(record, poolKey, forget, contextPool);
+        apr_pool_userdata_setn(record, openWorkingCopiesKey, forget, contextPool);
     }
     return *record;
 }
@@ -133,7 +133,7 @@ OpenWorkingCopies& OpenWorkingCopies::of(svn_client_ctx_t* ctx, apr_pool_t* cont
 OpenWorkingCopies* OpenWorkingCopies::in(apr_pool_t* contextPool)
 {
     void* record = nullptr;
-    apr_pool_userdata_get(&record, poolKey, contextPool);
+    apr_pool_userdata_get(&record, openWorkingCopiesKey, contextPool);
     return static_cast<OpenWorkingCopies*>(record);
 }
 

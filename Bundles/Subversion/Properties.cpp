@@ -26,7 +26,7 @@ bool asksForWholeTree(const char* target, const svn_opt_revision_t& pegRevision,
 }
 
 #if HSVN_LINE_MINOR >= 7
-bool isOfRepository(const svn_opt_revision_t& revision)
+bool isRepositoryRevision(const svn_opt_revision_t& revision)
 {
     return revision.kind == svn_opt_revision_number || revision.kind == svn_opt_revision_date ||
            revision.kind == svn_opt_revision_head;
@@ -36,7 +36,7 @@ bool isOfRepository(const svn_opt_revision_t& revision)
 svn_error_t* requireCommitted(const char* target, const svn_opt_revision_t& pegRevision,
                               const svn_opt_revision_t& revision, svn_client_ctx_t* ctx, apr_pool_t* pool)
 {
-    if (isURL(target) || !(isOfRepository(pegRevision) || isOfRepository(revision))) {
+    if (isURL(target) || !(isRepositoryRevision(pegRevision) || isRepositoryRevision(revision))) {
         return SVN_NO_ERROR;
     }
     SVN_ERR(svn_dirent_get_absolute(&target, target, pool));
@@ -137,7 +137,7 @@ svn_error_t* propget(apr_hash_t** properties, apr_array_header_t** inherited, co
 #if HSVN_LINE_MINOR >= 5
 #if HSVN_LINE_MINOR < 8
 /// Who takes the properties that an older function tells.
-struct Listing
+struct PropertyListing
 {
     HSVNPropertyFunctions::PropertiesReceiver receiver;
     void* baton;
@@ -145,7 +145,7 @@ struct Listing
 
 svn_error_t* receiveProperties(void* baton, const char* path, apr_hash_t* properties, apr_pool_t* pool)
 {
-    const auto& listing = *static_cast<const Listing*>(baton);
+    const auto& listing = *static_cast<const PropertyListing*>(baton);
     return listing.receiver(listing.baton, path, properties, nullptr, pool);
 }
 #endif
@@ -161,7 +161,7 @@ svn_error_t* proplist(const char* target, const svn_opt_revision_t* pegRevision,
     return svn_client_proplist4(target, pegRevision, revision, depth, changelists, inherited, receiver, baton, ctx,
                                 pool);
 #else
-    Listing listing{receiver, baton};
+    PropertyListing listing{receiver, baton};
     return svn_client_proplist3(target, pegRevision, revision, depth, changelists, receiveProperties, &listing, ctx,
                                 pool);
 #endif

@@ -31,19 +31,19 @@ struct Item
 
 const svn_delta_editor_t& editorOf(const Item& item) { return *item.driven->editor; }
 
-svn_error_t* refuse(const char* path, const char* reason)
+svn_error_t* refuseChange(const char* path, const char* reason)
 {
     return svn_error_createf(SVN_ERR_RA_SVN_MALFORMED_DATA, nullptr, "The server's changes are malformed: '%s' %s",
                              path, reason);
 }
 
-svn_error_t* setTargetRevision(void* baton, svn_revnum_t revision, apr_pool_t* pool)
+svn_error_t* passTargetRevision(void* baton, svn_revnum_t revision, apr_pool_t* pool)
 {
     const auto& driven = *static_cast<Driven*>(baton);
     return driven.editor->set_target_revision(driven.baton, revision, pool);
 }
 
-svn_error_t* openRoot(void* baton, svn_revnum_t revision, apr_pool_t* pool, void** root)
+svn_error_t* passRoot(void* baton, svn_revnum_t revision, apr_pool_t* pool, void** root)
 {
     const auto& driven = *static_cast<Driven*>(baton);
     auto* const item = new (apr_palloc(pool, sizeof(Item))) Item{&driven, nullptr, ""};
@@ -51,7 +51,7 @@ svn_error_t* openRoot(void* baton, svn_revnum_t revision, apr_pool_t* pool, void
     return driven.editor->open_root(driven.baton, revision, pool, &item->baton);
 }
 
-svn_error_t* deleteItem(const char* path, svn_revnum_t revision, void* parent, apr_pool_t* pool)
+svn_error_t* passDeletion(const char* path, svn_revnum_t revision, void* parent, apr_pool_t* pool)
 {
     const auto& folder = *static_cast<Item*>(parent);
     SVN_ERR(requireChild(folder.path, path));
@@ -115,7 +115,7 @@ svn_error_t* closeFolder(void* baton, apr_pool_t* pool)
 {
     const auto& folder = *static_cast<Item*>(baton);
     if (folder.openItems > 0) {
-        return refuse(folder.path, "is closed before what is in it");
+        return refuseChange(folder.path, "is closed before what is in it");
     }
     leaveFolder(folder);
     return editorOf(folder).close_directory(folder.baton, pool);
@@ -128,8 +128,8 @@ svn_error_t* handleWindow(svn_txdelta_window_t* window, void* baton)
     return file.handler(window, file.handlerBaton);
 }
 
-svn_error_t* applyTextDelta(void* baton, const char* checksum, apr_pool_t* pool, svn_txdelta_window_handler_t* handler,
-                            void** handlerBaton)
+svn_error_t* passTextDelta(void* baton, const char* checksum, apr_pool_t* pool, svn_txdelta_window_handler_t* handler,
+                           void** handlerBaton)
 {
     auto& file = *static_cast<Item*>(baton);
     SVN_ERR(editorOf(file).apply_textdelta(file.baton, checksum, pool, &file.handler, &file.handlerBaton));
@@ -140,11 +140,11 @@ svn_error_t* applyTextDelta(void* baton, const char* checksum, apr_pool_t* pool,
     return SVN_NO_ERROR;
 }
 
-svn_error_t* closeFile(void* baton, const char* checksum, apr_pool_t* pool)
+svn_error_t* passEndOfFile(void* baton, const char* checksum, apr_pool_t* pool)
 {
     const auto& file = *static_cast<Item*>(baton);
     if (file.isInText) {
-        return refuse(file.path, "is closed before the end of its text");
+        return refuseChange(file.path, "is closed before the end of its text");
     }
     leaveFolder(file);
     return editorOf(file).close_file(file.baton, checksum, pool);
@@ -176,9 +176,9 @@ svn_error_t* requireChild(const char* folder, const char* path)
 void checkDrive(const svn_delta_editor_t** editor, void** baton, apr_pool_t* pool)
 {
     auto* const checked = svn_delta_default_editor(pool);
-    checked->set_target_revision = setTargetRevision;
-    checked->open_root = openRoot;
-    checked->delete_entry = deleteItem;
+    checked->set_target_revision = passTargetRevision;
+    checked->open_root = passRoot;
+    checked->delete_entry = passDeletion;
     checked->add_directory = addItem<&svn_delta_editor_t::add_directory>;
     checked->open_directory = openItem<&svn_delta_editor_t::open_directory>;
     checked->change_dir_prop = changeProperty<&svn_delta_editor_t::change_dir_prop>;
@@ -186,9 +186,9 @@ void checkDrive(const svn_delta_editor_t** editor, void** baton, apr_pool_t* poo
     checked->absent_directory = tellAbsent<&svn_delta_editor_t::absent_directory>;
     checked->add_file = addItem<&svn_delta_editor_t::add_file>;
     checked->open_file = openItem<&svn_delta_editor_t::open_file>;
-    checked->apply_textdelta = applyTextDelta;
+    checked->apply_textdelta = passTextDelta;
     checked->change_file_prop = changeProperty<&svn_delta_editor_t::change_file_prop>;
-    checked->close_file = closeFile;
+    checked->close_file = passEndOfFile;
     checked->absent_file = tellAbsent<&svn_delta_editor_t::absent_file>;
     checked->close_edit = endDrive<&svn_delta_editor_t::close_edit>;
     checked->abort_edit = endDrive<&svn_delta_editor_t::abort_edit>;

@@ -4,6 +4,8 @@
 
 #ifdef HSVN_STANDS_IN_FRONT
 
+#include "ThreadsOwn.h"
+
 #include <algorithm>
 #include <cerrno>
 #include <chrono>
@@ -26,9 +28,6 @@ namespace {
 
 constexpr std::chrono::milliseconds interval{200}; ///< between two questions
 constexpr const char* key = "HSVNAdapter::Waiting";
-
-// Every byte that is read of a file asks for these: nothing is looked up to find them.
-#define HSVN_THREADS_OWN [[gnu::tls_model("initial-exec")]] thread_local
 
 /// Who is asked; of a session, and of its connections.
 struct Waiting

@@ -67,8 +67,8 @@ svn_error_t* find(WalkedPlace& place, const char* path, apr_pool_t* pool)
 }
 
 /// Null where reading ahead does not pay or is not possible.
-std::unique_ptr<FoldersAhead> foldersAhead(unsigned threads, const svn_client_ctx_t& ctx, const char* path,
-                                           apr_pool_t* pool)
+std::unique_ptr<FoldersAhead> foldersReadAhead(unsigned threads, const svn_client_ctx_t& ctx, const char* path,
+                                               apr_pool_t* pool)
 {
     WalkedPlace place;
     if (svn_error_t* const error = find(place, path, pool)) {
@@ -134,7 +134,7 @@ svn_error_t* statusOnThreads(unsigned threads, svn_revnum_t* result, svn_client_
     std::unique_ptr<FoldersAhead> ahead;
     if (threads != 1 && !checkOutOfDate && (depth == svn_depth_infinity || depth == svn_depth_unknown)) {
         try {
-            ahead = foldersAhead(threads, *ctx, path, pool);
+            ahead = foldersReadAhead(threads, *ctx, path, pool);
         } catch (const std::exception&) {
             // Out of memory: the walk reads for itself.
         }

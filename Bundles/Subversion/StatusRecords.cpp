@@ -34,12 +34,6 @@ bool isBelow(std::string_view path, std::string_view folder)
     return path.starts_with(folder) && (folder == "/" || (path.size() > folder.size() && path[folder.size()] == '/'));
 }
 
-std::string_view relativePath(const WorkingCopyDatabase& database, std::string_view path)
-{
-    path.remove_prefix(std::min(database.root().size(), path.size()));
-    return path.starts_with('/') ? path.substr(1) : path;
-}
-
 svn_wc_status_kind withoutConflict(svn_wc_status_kind kind)
 {
     return kind == svn_wc_status_normal || kind == svn_wc_status_modified ? kind : svn_wc_status_none;
@@ -190,7 +184,7 @@ std::optional<svn_wc_entry_t> StatusRecords::makeAdditionEntry(const char* path,
                                                                const svn_client_status_t& status)
 {
     auto* database = folder(folderOf(path)).database;
-    if (database == nullptr || !database->isPlainAddition(relativePath(*database, path))) {
+    if (database == nullptr || !database->isPlainAddition(database->relativePathOf(path))) {
         return std::nullopt;
     }
     return additionEntry(path, url, status);
@@ -200,7 +194,8 @@ std::optional<svn_wc_entry_t> StatusRecords::makeReplacementEntry(const char* pa
                                                                   const svn_client_status_t& status)
 {
     auto* database = folder(folderOf(path)).database;
-    const auto replaced = database != nullptr ? database->plainlyReplaced(relativePath(*database, path)) : std::nullopt;
+    const auto replaced =
+        database != nullptr ? database->plainlyReplaced(database->relativePathOf(path)) : std::nullopt;
     return replaced ? std::optional{replacementEntry(*replaced, path, url, status)} : std::nullopt;
 }
 
@@ -210,7 +205,7 @@ std::optional<svn_wc_entry_t> StatusRecords::makeCopiedEntry(const char* path, c
     auto* database = folder(folderOf(path)).database;
     const bool isAsCopied = status.node_status == svn_wc_status_normal || status.node_status == svn_wc_status_modified;
     const auto node =
-        database != nullptr && isAsCopied ? database->copiedNode(relativePath(*database, path)) : std::nullopt;
+        database != nullptr && isAsCopied ? database->copiedNode(database->relativePathOf(path)) : std::nullopt;
     return node && node->changedRevision == status.changed_rev
                ? std::optional{copiedEntry(*node, path, url, status, pool)}
                : std::nullopt;
@@ -223,7 +218,7 @@ std::optional<svn_wc_entry_t> StatusRecords::makeDeletionEntry(const char* path,
     if (database == nullptr || isFolderOnDisk(path)) {
         return std::nullopt;
     }
-    const auto node = database->deletedNode(relativePath(*database, path), pool);
+    const auto node = database->deletedNode(database->relativePathOf(path), pool);
     if (!node || std::strcmp(node->repositoryRoot, status.repos_root_url) != 0) {
         return std::nullopt;
     }
@@ -248,7 +243,7 @@ const UnchangedNode* StatusRecords::unchangedNode(UnchangedNode& single, const c
     }
     const auto& holder = folder(isRootItself ? std::string_view{path} : folderOf(path));
     const auto found =
-        holder.database != nullptr ? holder.database->node(relativePath(*holder.database, path)) : std::nullopt;
+        holder.database != nullptr ? holder.database->node(holder.database->relativePathOf(path)) : std::nullopt;
     single = found.value_or(UnchangedNode{});
     return found ? &single : nullptr;
 }
@@ -400,7 +395,7 @@ void StatusRecords::startReadingAhead()
         return;
     }
     try {
-        _ahead = std::make_unique<NodesAhead>(*database, std::string{relativePath(*database, _target)});
+        _ahead = std::make_unique<NodesAhead>(*database, std::string{database->relativePathOf(_target)});
     } catch (const std::system_error&) {
         // No thread to be had: the walk reads for itself.
     }
@@ -408,7 +403,7 @@ void StatusRecords::startReadingAhead()
 
 void StatusRecords::takeNodes(Folder& folder)
 {
-    const std::string path{relativePath(*folder.database, folder.path)};
+    const std::string path{folder.database->relativePathOf(folder.path)};
     auto portion = _ahead && _ahead->root() == folder.database->root() ? _ahead->take(path) : std::nullopt;
     folder.nodes = portion ? std::move(portion->nodes) : folder.database->takeNodesInFolder(path);
     folder.hasMore = portion && !portion->isLast;

@@ -16,20 +16,20 @@
 namespace HSVNAdapter {
 namespace {
 
-namespace files = std::filesystem;
+namespace fs = std::filesystem;
 
 constexpr std::string_view databaseName{"wc.db"};
 /// A number of a format and a line's end are not longer.
 constexpr std::size_t longestNumber = 16;
 
-bool isEmptyFile(const files::path& file)
+bool isEmptyFile(const fs::path& file)
 {
     std::error_code error;
-    return files::file_size(file, error) == 0 && !error;
+    return fs::file_size(file, error) == 0 && !error;
 }
 
 /// Whether a file holds the number of a format alone, as those do that only turn older lines away.
-bool holdsANumberAlone(const files::path& file)
+bool holdsANumberAlone(const fs::path& file)
 {
     const std::string bytes = beginningOf(file, longestNumber + 1);
     return bytes.size() <= longestNumber && std::ranges::all_of(bytes, [](unsigned char byte) {
@@ -38,7 +38,7 @@ bool holdsANumberAlone(const files::path& file)
 }
 
 /// Whether a database holds nothing, once what was being written to it is taken back.
-bool holdsNoTable(const files::path& file)
+bool holdsNoTable(const fs::path& file)
 {
 #ifdef HSVN_FAST_STATUS
     sqlite3* handle = nullptr;
@@ -54,14 +54,14 @@ bool holdsNoTable(const files::path& file)
 #endif
 }
 
-bool isWithoutValue(const files::directory_entry& entry, const files::path& area)
+bool isWithoutValue(const fs::directory_entry& entry, const fs::path& area)
 {
     std::error_code error;
-    const auto type = files::symlink_status(entry.path(), error).type();
-    if (type == files::file_type::directory || type == files::file_type::not_found) { // as SQLite removes a journal
+    const auto type = fs::symlink_status(entry.path(), error).type();
+    if (type == fs::file_type::directory || type == fs::file_type::not_found) { // as SQLite removes a journal
         return true;
     }
-    if (type != files::file_type::regular) {
+    if (type != fs::file_type::regular) {
         return false;
     }
     const std::string name = entry.path().filename().string();
@@ -70,7 +70,7 @@ bool isWithoutValue(const files::directory_entry& entry, const files::path& area
             return holdsNoTable(entry.path());
         }
         if (name.starts_with(databaseName)) { // what SQLite keeps beside it; it is nothing without it
-            return files::exists(area / databaseName, error);
+            return fs::exists(area / databaseName, error);
         }
         if (name == "entries" || name == "format") {
             return holdsANumberAlone(entry.path());
@@ -80,13 +80,13 @@ bool isWithoutValue(const files::directory_entry& entry, const files::path& area
 }
 
 /// Whether an area is there that holds nothing.
-bool isStillborn(const files::path& area)
+bool isStillborn(const fs::path& area)
 {
     std::error_code error;
-    if (files::symlink_status(area, error).type() != files::file_type::directory) {
+    if (fs::symlink_status(area, error).type() != fs::file_type::directory) {
         return false;
     }
-    for (files::recursive_directory_iterator entry{area, error}, end; !error && entry != end; entry.increment(error)) {
+    for (fs::recursive_directory_iterator entry{area, error}, end; !error && entry != end; entry.increment(error)) {
         if (!isWithoutValue(*entry, area)) {
             return false;
         }
@@ -98,10 +98,10 @@ bool isStillborn(const files::path& area)
 
 void removeStillbornArea(const char* folder, apr_pool_t* pool)
 {
-    const auto area = files::path{folder} / svn_wc_get_adm_dir(pool);
+    const auto area = fs::path{folder} / svn_wc_get_adm_dir(pool);
     if (isStillborn(area)) {
         std::error_code left; // where it cannot be removed, the check-out tells why it fails
-        files::remove_all(area, left);
+        fs::remove_all(area, left);
     }
 }
 

@@ -9,13 +9,13 @@
 
 namespace {
 
-constexpr const char* poolKey = "HSVNAdapter::UpgradedTarget";
+constexpr const char* upgradedTargetKey = "HSVNAdapter::UpgradedTarget";
 
 } // namespace
 
 void HSVNAdapter::leaveLinkedExternals(const char* target, apr_pool_t* pool)
 {
-    apr_pool_userdata_setn(target, poolKey, nullptr, pool);
+    apr_pool_userdata_setn(target, upgradedTargetKey, nullptr, pool);
 }
 
 #ifdef HSVN_GUARDS_DATABASES
@@ -26,7 +26,7 @@ std::string_view upgradedTarget(apr_pool_t* pool)
 {
     void* target = nullptr;
     for (; pool != nullptr && target == nullptr; pool = apr_pool_parent_get(pool)) {
-        apr_pool_userdata_get(&target, poolKey, pool);
+        apr_pool_userdata_get(&target, upgradedTargetKey, pool);
     }
     return target == nullptr ? "" : static_cast<const char*>(target);
 }

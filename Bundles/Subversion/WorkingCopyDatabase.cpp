@@ -173,6 +173,12 @@ WorkingCopyDatabase::withConnection(const std::string& root, const std::string& 
     return database->_database && database->prepare() ? std::move(database) : nullptr;
 }
 
+std::string_view WorkingCopyDatabase::relativePathOf(std::string_view path) const
+{
+    path.remove_prefix(std::min(_root.size(), path.size()));
+    return path.starts_with('/') ? path.substr(1) : path;
+}
+
 bool WorkingCopyDatabase::prepare()
 {
     _node = prepareStatement(_database.get(), nodeQuery);

@@ -50,6 +50,8 @@ class WorkingCopyDatabase
 
     const std::string& root() const { return _root; }
     const std::string& file() const { return _file; }
+    /// The name by which the database knows an item of the working copy; empty for the root.
+    std::string_view relativePathOf(std::string_view path) const;
 
     /// Prepares for reading all items rather than a few of them.
     void expectAllNodes() { _checksums.expectAll(); }

@@ -15,14 +15,15 @@ using nlohmann::json;
 
 namespace {
 
-[[noreturn]] void fail(std::string reason) { throw HSVNInvalidArgumentException(std::move(reason)); }
-
-[[noreturn]] void failDamaged(std::size_t position) { fail(fmt::format("Archive is damaged at byte {}", position)); }
+[[noreturn]] void failDamaged(std::size_t position)
+{
+    HSVNFailArchive(fmt::format("Archive is damaged at byte {}", position));
+}
 
 void requireDepth(std::size_t depth)
 {
     if (depth > HSVNArchiveMaximumDepth) {
-        fail(fmt::format("Archive is nested deeper than {} levels", HSVNArchiveMaximumDepth));
+        HSVNFailArchive(fmt::format("Archive is nested deeper than {} levels", HSVNArchiveMaximumDepth));
     }
 }
 
@@ -42,8 +43,8 @@ class ContentBuilder : public nlohmann::json_sax<json>
         requireText(text);
         return put(std::move(text));
     }
-    bool binary(binary_t&) override { fail("Archive has a byte string, which archives do not use"); }
-    bool start_array(std::size_t) override { fail("Archive has an array, which archives do not use"); }
+    bool binary(binary_t&) override { HSVNFailArchive("Archive has a byte string, which archives do not use"); }
+    bool start_array(std::size_t) override { HSVNFailArchive("Archive has an array, which archives do not use"); }
     bool end_array() override { return true; }
     bool start_object(std::size_t) override
     {
@@ -62,7 +63,7 @@ class ContentBuilder : public nlohmann::json_sax<json>
         requireText(key);
         const auto [place, isNew] = _open.back()->get_ref<json::object_t&>().emplace(std::move(key), nullptr);
         if (!isNew) {
-            fail(fmt::format("Archive has the key {} twice in one object", HSVNArchiveQuoted(place->first)));
+            HSVNFailArchive(fmt::format("Archive has the key {} twice in one object", HSVNArchiveQuoted(place->first)));
         }
         _slot = &place->second;
         return true;
@@ -82,7 +83,7 @@ class ContentBuilder : public nlohmann::json_sax<json>
     bool put(Value&& value)
     {
         if (_open.empty()) {
-            fail("Archive is not an object");
+            HSVNFailArchive("Archive is not an object");
         }
         *_slot = std::forward<Value>(value);
         return true;
@@ -90,7 +91,7 @@ class ContentBuilder : public nlohmann::json_sax<json>
     static void requireText(const std::string& text)
     {
         if (!HSVNIsArchivableText(text)) {
-            fail("Archive has a text that is not UTF-8 or contains NUL");
+            HSVNFailArchive("Archive has a text that is not UTF-8 or contains NUL");
         }
     }
 
@@ -144,7 +145,7 @@ class CBORGuard
             return 0;
         case Negative:
             if (argument > std::uint64_t{std::numeric_limits<std::int64_t>::max()}) {
-                fail(fmt::format("Archive has a number that does not fit 64 bits at byte {}", start));
+                HSVNFailArchive(fmt::format("Archive has a number that does not fit 64 bits at byte {}", start));
             }
             return 0;
         case Text:
@@ -155,7 +156,7 @@ class CBORGuard
             requireBytes(argument); // an entry takes two bytes or more, so the doubling cannot overflow
             return argument * 2;
         default:
-            fail(fmt::format("Archive has a kind of value that archives do not use at byte {}", start));
+            HSVNFailArchive(fmt::format("Archive has a kind of value that archives do not use at byte {}", start));
         }
     }
 
@@ -183,7 +184,7 @@ class CBORGuard
     void requireBytes(std::uint64_t count) const
     {
         if (count > _data.size() - _position) {
-            fail(fmt::format("Archive is cut off at byte {}", _data.size()));
+            HSVNFailArchive(fmt::format("Archive is cut off at byte {}", _data.size()));
         }
     }
 
@@ -200,7 +201,7 @@ json::input_format_t recognisedFormat(std::string_view data)
     if (data.substr(0, data.find_first_not_of(" \t\r\n") + 1).ends_with('{')) {
         return json::input_format_t::json;
     }
-    fail("Data is neither a JSON nor a CBOR archive");
+    HSVNFailArchive("Data is neither a JSON nor a CBOR archive");
 }
 
 } // namespace
@@ -209,6 +210,8 @@ bool HSVNIsArchivableText(std::string_view text)
 {
     return text.size() <= std::size_t{std::numeric_limits<std::int32_t>::max()} && HSVNText::isWellFormed(text);
 }
+
+void HSVNFailArchive(std::string reason) { throw HSVNInvalidArgumentException(std::move(reason)); }
 
 std::string HSVNArchiveQuoted(std::string_view text)
 {

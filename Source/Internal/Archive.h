@@ -31,6 +31,9 @@ inline constexpr std::size_t HSVNArchiveMaximumDepth = 256;
 /// Whether a text may stand in an archive: UTF-8 without NUL, since it may end up as a C string.
 bool HSVNIsArchivableText(std::string_view text);
 
+/// @throws HSVNInvalidArgumentException of this reason
+[[noreturn]] void HSVNFailArchive(std::string reason);
+
 /// A text quoted for a message, cut when it is long.
 std::string HSVNArchiveQuoted(std::string_view text);
 

@@ -16,6 +16,12 @@ HSVNComparedText& HSVNComparison::Parts::text(HSVNDiffSide side)
     return texts[index];
 }
 
+void HSVNRequireComparison(const HSVNContextRef& context, const HSVNDiffOptionsRef& options)
+{
+    HSVNAssertParameter(context != nullptr, "context != nil");
+    HSVNAssertParameter(options != nullptr, "options != nil");
+}
+
 std::unique_ptr<HSVNComparison::Parts>
 HSVNComparison::Parts::compared(std::string_view className, std::string_view name, std::vector<HSVNComparedText> texts,
                                 const HSVNContextRef& context, const HSVNDiffOptionsRef& options)

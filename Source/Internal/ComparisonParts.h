@@ -12,6 +12,9 @@
 #include <utility>
 #include <vector>
 
+/// @throws HSVNInvalidArgumentException when one is nil
+void HSVNRequireComparison(const HSVNContextRef& context, const HSVNDiffOptionsRef& options);
+
 /// What a comparison holds.
 struct HSVNComparison::Parts
 {

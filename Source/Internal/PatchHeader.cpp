@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr std::string_view nothing = "/dev/null";
-
 /// Splits a name from what follows it behind a tab.
 std::string_view takeName(std::string_view rest, std::string& label)
 {
@@ -159,13 +157,13 @@ void HSVNPatchHeaderReader::takeGitPlus(std::string_view rest)
 
 void HSVNPatchHeaderReader::takeGitMinusNull(std::string_view /*rest*/)
 {
-    _header.oldName = nothing;
+    _header.oldName = HSVNPatchOfNothing;
     _state = State::GitMinus;
 }
 
 void HSVNPatchHeaderReader::takeGitPlusNull(std::string_view /*rest*/)
 {
-    _header.newName = nothing;
+    _header.newName = HSVNPatchOfNothing;
     _state = State::GitFound;
 }
 

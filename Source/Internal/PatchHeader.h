@@ -5,6 +5,9 @@
 #include <string>
 #include <string_view>
 
+/// What a patch names in place of a file that is not there.
+inline constexpr std::string_view HSVNPatchOfNothing = "/dev/null";
+
 /// What a header of a patch says is done to an item.
 enum class HSVNPatchOperation : std::uint8_t
 {

@@ -21,7 +21,7 @@ HSVNHunkOutcome outcomeOf(const svn_wc_notify_t& record)
     return isInPlace ? HSVNHunkOutcome::Applied : HSVNHunkOutcome::AppliedAtOffset;
 }
 
-HSVNPatchedHunk hunkOf(const svn_wc_notify_t& record)
+HSVNPatchedHunk patchedHunkOf(const svn_wc_notify_t& record)
 {
     HSVNPatchedHunk hunk{.outcome = outcomeOf(record),
                          .hunk = {.originalStart = record.hunk_original_start,
@@ -84,7 +84,7 @@ void HSVNPatchOutcomes::record(const svn_wc_notify_t& record)
     case svn_wc_notify_patch_rejected_hunk:
     case svn_wc_notify_patch_hunk_already_applied:
         if (!_items.empty()) {
-            _items.back().hunks.push_back(hunkOf(record));
+            _items.back().hunks.push_back(patchedHunkOf(record));
         }
         break;
     default:

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr std::string_view prefix = "svn:";
+constexpr std::string_view reservedPrefix = "svn:";
 
 constexpr std::array itemNames{"mime-type",      "ignore",    "eol-style", "keywords",  "executable",
                                "needs-lock",     "special",   "externals", "mergeinfo", "auto-props",
@@ -24,12 +24,12 @@ constexpr std::array revisionNames{
 
 [[noreturn]] void failSuggesting(const std::string& name, const std::vector<std::string>& meant, const char* verb)
 {
-    const auto begin = fmt::format("'{}' is not a valid {} property name; ", name, prefix);
+    const auto begin = fmt::format("'{}' is not a valid {} property name; ", name, reservedPrefix);
     if (meant.empty()) {
         fail(PropertyName, begin + fmt::format("use '--force' to {} it", verb));
     }
     fail(PropertyName, fmt::format("Use '--force' to {} the '{}' property.", verb, name),
-         failure(PropertyName, fmt::format("{}did you mean {}?", begin, choiceOf(meant, prefix))));
+         failure(PropertyName, fmt::format("{}did you mean {}?", begin, choiceOf(meant, reservedPrefix))));
 }
 
 bool isPropertyName(std::string_view name)
@@ -56,14 +56,14 @@ void requireKnownPropertyName(const std::string& name, bool isOfRevision, const 
 {
     const auto known =
         isOfRevision ? std::span<const char* const>{revisionNames} : std::span<const char* const>{itemNames};
-    const bool hasPrefix = name.starts_with(prefix);
+    const bool hasPrefix = name.starts_with(reservedPrefix);
     // A prefix of the same length may be a misspelled one; then the rest must be right.
-    const bool isMisspelled = !hasPrefix && name.find(':') == prefix.size() - 1 &&
-                              areSimilar(std::string_view{name}.substr(0, prefix.size()), prefix);
+    const bool isMisspelled = !hasPrefix && name.find(':') == reservedPrefix.size() - 1 &&
+                              areSimilar(std::string_view{name}.substr(0, reservedPrefix.size()), reservedPrefix);
     if (!hasPrefix && !isMisspelled) {
         return;
     }
-    const std::string rest = name.substr(prefix.size());
+    const std::string rest = name.substr(reservedPrefix.size());
     const bool isKnown = std::find(known.begin(), known.end(), rest) != known.end();
     if (hasPrefix && !isKnown) {
         failSuggesting(name, namesLike(rest, known), verb);

@@ -12,8 +12,6 @@
 
 namespace {
 
-constexpr const char* separator = "------------------------------------------------------------------------\n";
-
 // The names under which Subversion stores a credential's values.
 constexpr const char* certificateName = "ascii_cert";
 constexpr const char* failuresName = "failures";
@@ -56,7 +54,7 @@ bool matches(const HSVNStoredCredential& credential, const std::string& pattern)
     });
 }
 
-std::string textOf(const HSVNStoredCertificate& certificate)
+std::string textOfCertificate(const HSVNStoredCertificate& certificate)
 {
     std::string text =
         fmt::format("Subject: {}\nValid from: {}\nValid until: {}\nIssuer: {}\nFingerprint: {}\n", certificate.subject,
@@ -161,8 +159,8 @@ class AuthRun
 
     void print(const HSVNStoredCredential& credential) const
     {
-        Output::write(fmt::format("{}Credential kind: {}\nAuthentication realm: {}\n", separator, credential.kind,
-                                  credential.realm));
+        Output::write(fmt::format("{}Credential kind: {}\nAuthentication realm: {}\n", Output::separator,
+                                  credential.kind, credential.realm));
         for (const auto& [name, value] : credential.values) {
             if (value != credential.realm) { // which was told above
                 printValue(credential, name, value);
@@ -175,7 +173,7 @@ class AuthRun
     {
         if (name == certificateName) {
             if (credential.certificate) {
-                Output::write(textOf(*credential.certificate));
+                Output::write(textOfCertificate(*credential.certificate));
             } else if (credential.certificateError) {
                 printWarning(*credential.certificateError);
             }

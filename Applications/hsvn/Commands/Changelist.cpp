@@ -8,7 +8,7 @@
 
 namespace {
 
-void failForRefused(const std::vector<std::int32_t>& codes)
+void failForTargetsLeft(const std::vector<std::int32_t>& codes)
 {
     if (!codes.empty()) {
         const char* const reason = codes.front() == WorkingCopyPathNotFound ? "don't exist" : "are not versioned";
@@ -37,7 +37,7 @@ void runChangelist(Session& session)
         name ? session.client()->addToChangelist(items, *name, choices)
              : session.client()->removeFromChangelists(items, choices);
     });
-    failForRefused(failures.codes());
+    failForTargetsLeft(failures.codes());
 }
 
 } // namespace

@@ -14,7 +14,7 @@
 namespace {
 
 /// Whether it is a file to Subversion, as links are.
-bool isFile(const std::string& path)
+bool isFileToSubversion(const std::string& path)
 {
     std::error_code error;
     const auto type = std::filesystem::symlink_status(NativeText::fromUTF8(path), error).type();
@@ -132,13 +132,13 @@ class MergeRun
     void guessTarget()
     {
         if (!isURL(_second.first)) {
-            _target = _source.first == _second.first && isFile(_second.first) ? _second.first : "";
+            _target = _source.first == _second.first && isFileToSubversion(_second.first) ? _second.first : "";
             return;
         }
         const std::string name = isURL(_source.first) ? nameOfURL(_source.first) : baseName(_source.first);
         const auto here = _session.client()->URLOfTarget(HSVNTarget::verbatim(""));
         const bool isHere = here && nameOfURL(*here) == name;
-        _target = name == nameOfURL(_second.first) && !isHere && isFile(name) ? name : "";
+        _target = name == nameOfURL(_second.first) && !isHere && isFileToSubversion(name) ? name : "";
     }
 
     void checkReintegration() const

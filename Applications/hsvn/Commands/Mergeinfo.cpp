@@ -11,7 +11,7 @@
 
 namespace {
 
-void checkOptions(const Options& options)
+void requireLog(const Options& options)
 {
     const std::array onlyWithLog{std::pair{options.quiet, "--quiet (-q)"}, std::pair{options.verbose, "--verbose (-v)"},
                                  std::pair{options.incremental, "--incremental"}};
@@ -83,7 +83,7 @@ void runMergeinfo(Session& session)
     }
     const auto source = branchOf(session, targets.front(), HSVNRevision::HEAD());
     const auto target = branchOf(session, targets.size() == 2 ? targets.back() : "", HSVNRevision::BASE());
-    checkOptions(options);
+    requireLog(options);
     session.pageOutput();
     if (options.shownRevisions == ShownRevisions::Unspecified) {
         const bool isWorkingCopy = !target.target.isURL() && isLocal(target.revision->pegRevision());

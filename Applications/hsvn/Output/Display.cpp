@@ -14,7 +14,7 @@ constexpr std::string_view green = "\x1b[32m";
 constexpr std::string_view yellow = "\x1b[33m";
 constexpr std::string_view magenta = "\x1b[35m";
 constexpr std::string_view cyan = "\x1b[36m";
-constexpr std::string_view plain = "\x1b[0m";
+constexpr std::string_view noColour = "\x1b[0m";
 
 /// The colour of an item's letter; empty for what is no such letter.
 std::string_view colourOf(char letter)
@@ -88,7 +88,7 @@ void Display::writeColoured(std::string_view bytes, Colour colour)
 {
     Output::writeControl(colour == Colour::Removed ? red : green);
     Output::writeBytes(bytes);
-    Output::writeControl(plain);
+    Output::writeControl(noColour);
 }
 
 void Display::writeLine(std::string_view line)
@@ -100,6 +100,6 @@ void Display::writeLine(std::string_view line)
     }
     Output::writeControl(colour);
     Output::write(line.substr(0, line.size() - 1));
-    Output::writeControl(plain);
+    Output::writeControl(noColour);
     Output::write("\n");
 }

@@ -15,20 +15,20 @@
 
 namespace {
 
-constexpr std::array itemNames{std::pair{"kind", InfoItem::Kind},
-                               std::pair{"url", InfoItem::URL},
-                               std::pair{"relative-url", InfoItem::RelativeURL},
-                               std::pair{"repos-root-url", InfoItem::RepositoryRootURL},
-                               std::pair{"repos-uuid", InfoItem::RepositoryUUID},
-                               std::pair{"repos-size", InfoItem::RepositorySize},
-                               std::pair{"revision", InfoItem::Revision},
-                               std::pair{"last-changed-revision", InfoItem::LastChangedRevision},
-                               std::pair{"last-changed-date", InfoItem::LastChangedDate},
-                               std::pair{"last-changed-author", InfoItem::LastChangedAuthor},
-                               std::pair{"wc-root", InfoItem::WorkingCopyRoot},
-                               std::pair{"schedule", InfoItem::Schedule},
-                               std::pair{"depth", InfoItem::Depth},
-                               std::pair{"changelist", InfoItem::Changelist}};
+constexpr std::array infoItemNames{std::pair{"kind", InfoItem::Kind},
+                                   std::pair{"url", InfoItem::URL},
+                                   std::pair{"relative-url", InfoItem::RelativeURL},
+                                   std::pair{"repos-root-url", InfoItem::RepositoryRootURL},
+                                   std::pair{"repos-uuid", InfoItem::RepositoryUUID},
+                                   std::pair{"repos-size", InfoItem::RepositorySize},
+                                   std::pair{"revision", InfoItem::Revision},
+                                   std::pair{"last-changed-revision", InfoItem::LastChangedRevision},
+                                   std::pair{"last-changed-date", InfoItem::LastChangedDate},
+                                   std::pair{"last-changed-author", InfoItem::LastChangedAuthor},
+                                   std::pair{"wc-root", InfoItem::WorkingCopyRoot},
+                                   std::pair{"schedule", InfoItem::Schedule},
+                                   std::pair{"depth", InfoItem::Depth},
+                                   std::pair{"changelist", InfoItem::Changelist}};
 
 /// A label and a value, when there is one.
 void addLine(std::string& text, const char* label, const std::optional<std::string>& value)
@@ -122,13 +122,13 @@ const char* checksumKind(const HSVNWorkingCopyInfo& copy) { return copy.checksum
 
 InfoItem infoItemNamed(const std::string& name)
 {
-    for (const auto& [known, item] : itemNames) {
+    for (const auto& [known, item] : infoItemNames) {
         if (name == known) {
             return item;
         }
     }
     std::vector<const char*> known;
-    std::transform(itemNames.begin(), itemNames.end(), std::back_inserter(known),
+    std::transform(infoItemNames.begin(), infoItemNames.end(), std::back_inserter(known),
                    [](const auto& each) { return each.first; });
     const auto meant = namesLike(name, known);
     fail(ArgumentParsing, fmt::format("'{}' is not a valid value for --show-item{}", name,
@@ -233,7 +233,7 @@ void printInfoItem(const HSVNItemInfo& info, InfoItem item, const Options& optio
 nlohmann::ordered_json infoRecord(const HSVNItemInfo& info)
 {
     nlohmann::ordered_json record{{"path", shownTarget(info)}};
-    for (const auto& [name, item] : itemNames) {
+    for (const auto& [name, item] : infoItemNames) {
         if (const auto value = valueOf(info, item, {})) {
             const bool isNumber =
                 item == InfoItem::Revision || item == InfoItem::LastChangedRevision || item == InfoItem::RepositorySize;

@@ -14,7 +14,6 @@
 namespace {
 
 constexpr const char* noAuthor = "(no author)";
-constexpr const char* separator = "------------------------------------------------------------------------\n";
 
 std::optional<std::string> propertyOf(const HSVNLogItem& item, const char* name)
 {
@@ -142,7 +141,7 @@ void LogPrinter::finish()
     if (_options.json) {
         _records.finish();
     } else if (!_options.xml && !_options.incremental) {
-        Output::write(separator);
+        Output::write(Output::separator);
     }
 }
 
@@ -182,7 +181,7 @@ std::string LogPrinter::textOf(const HSVNLogItem& item) const
 
 void LogPrinter::printText(const HSVNLogItem& item) const
 {
-    Output::write(separator + textOf(item));
+    Output::write(Output::separator + textOf(item));
     if (_follow) {
         _follow(item.revision());
     }

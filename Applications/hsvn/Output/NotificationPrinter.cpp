@@ -117,7 +117,7 @@ struct Line // NOLINT(clang-analyzer-optin.performance.Padding): the order in wh
     bool isChange = false; ///< counts as something that an update brought
 };
 
-constexpr Line lines[] = {
+constexpr Line actionLines[] = {
     {"D         {0}\n", HSVNNotifyActionDelete, true},
     {"Restored '{0}'\n", HSVNNotifyActionRestore},
     {"Reverted '{0}'\n", HSVNNotifyActionRevert},
@@ -268,10 +268,10 @@ void NotificationPrinter::printConflictSummary() const
 
 std::string NotificationPrinter::text(const HSVNNotification& notification)
 {
-    const auto* const line = std::find_if(std::begin(lines), std::end(lines), [&](const Line& candidate) {
+    const auto* const line = std::find_if(std::begin(actionLines), std::end(actionLines), [&](const Line& candidate) {
         return candidate.action == notification.action();
     });
-    if (line != std::end(lines)) {
+    if (line != std::end(actionLines)) {
         _hasChange = _hasChange || line->isChange;
         return fmt::format(fmt::runtime(line->format), shownPath(notification),
                            notification.propertyName().value_or(""), notification.revision(),

@@ -7,6 +7,9 @@
 /// what is written controls it (see TerminalText); anywhere else every byte stays as it is.
 namespace Output {
 
+/// The line between two entries.
+inline constexpr const char* separator = "------------------------------------------------------------------------\n";
+
 /// Keeps files that are opened later from taking the place of a standard stream that is closed.
 void reserveStandardStreams();
 

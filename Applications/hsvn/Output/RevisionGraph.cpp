@@ -33,7 +33,7 @@ bool isAddition(const HSVNLogPathChange& change)
 }
 
 /// A revision of a branch.
-struct Step
+struct GraphStep
 {
     HSVNRevisionNumber revision;
     std::size_t node;
@@ -74,7 +74,7 @@ class Histories
         const auto& steps = found->second;
         const auto next =
             std::upper_bound(steps.begin(), steps.end(), last,
-                             [](HSVNRevisionNumber number, const Step& step) { return number < step.revision; });
+                             [](HSVNRevisionNumber number, const GraphStep& step) { return number < step.revision; });
         return next == steps.begin() ? std::nullopt : std::optional{std::prev(next)->node};
     }
 
@@ -103,7 +103,7 @@ class Histories
     }
 
     const Branches& _branches;
-    std::map<std::string, std::vector<Step>> _steps;
+    std::map<std::string, std::vector<GraphStep>> _steps;
 };
 
 /// Whether it is a directory whose properties may be changed.
