@@ -17,8 +17,9 @@
 #include <svn_xml.h>
 
 // A working copy may come from anyone. Lines before 1.7 take the names in a directory's list of entries for those of
-// items in it, and end the process for one that is none; what a clean-up is to do they read from files of commands, and
-// do it wherever these say. Both are looked at before they are read.
+// items in it, and end the process for one that is none, and for an item that is neither a file nor a directory once
+// they write the list; what a clean-up is to do they read from files of commands, and do it wherever these say. Both
+// are looked at before they are read.
 
 // Subversion's own, but in no header of the installed.
 extern "C" {
@@ -35,6 +36,7 @@ using HSVNAdapter::isRelativePath;
 /// The attributes of an entry that name it and the files of its conflicts; they are fields of the newer lists as well.
 constexpr std::array<const char*, 5> namesOfEntry{"name", "prejfile", "conflict-old", "conflict-new", "conflict-wrk"};
 constexpr std::array<std::size_t, 5> fieldsOfNames{0, 15, 16, 17, 18};
+constexpr std::size_t fieldOfKind = 1;
 /// Those of a command that name files, relative to the directory.
 constexpr std::array<const char*, 4> namesOfCommand{"name", "dest", "arg1", "arg2"};
 
@@ -56,8 +58,9 @@ std::string decoded(std::string_view field)
     return text;
 }
 
-/// Whether a list of entries, a field in a line, has sound names alone. The first line is the list's format.
-bool areNames(std::string_view list)
+/// Whether a list of entries, a field in a line, has sound names alone, each with a kind. The first line is the list's
+/// format.
+bool areEntries(std::string_view list)
 {
     const auto nextLine = [&list] {
         const auto line = list.substr(0, list.find('\n'));
@@ -70,6 +73,8 @@ bool areNames(std::string_view list)
         if (line.starts_with('\f')) {
             field = SIZE_MAX; // the next entry begins at 0
         } else if (std::ranges::find(fieldsOfNames, field) != fieldsOfNames.end() && !isName(decoded(line))) {
+            return false;
+        } else if (field == fieldOfKind && line.empty()) {
             return false;
         }
     }
@@ -85,7 +90,7 @@ struct Elements
     bool areSound = true;
 };
 
-void lookAtElement(void* baton, const char* /*name*/, const char** attributes)
+void lookAtElement(void* baton, const char* name, const char** attributes)
 {
     auto& elements = *static_cast<Elements*>(baton);
     const auto isInside = [&](const char* path) {
@@ -95,8 +100,11 @@ void lookAtElement(void* baton, const char* /*name*/, const char** attributes)
         const char* const value = svn_xml_get_attr_value(attribute, attributes);
         return value == nullptr || (elements.areCommands ? isInside(value) : isName(value));
     };
-    elements.areSound = elements.areSound && (elements.areCommands ? std::ranges::all_of(namesOfCommand, isSound)
-                                                                   : std::ranges::all_of(namesOfEntry, isSound));
+    const bool lacksKind = !elements.areCommands && std::string_view{name} == "entry" &&
+                           svn_xml_get_attr_value("kind", attributes) == nullptr;
+    elements.areSound = elements.areSound && !lacksKind &&
+                        (elements.areCommands ? std::ranges::all_of(namesOfCommand, isSound)
+                                              : std::ranges::all_of(namesOfEntry, isSound));
 }
 
 /// Whatever else is wrong with the elements is Subversion's to tell.
@@ -129,10 +137,10 @@ svn_error_t* check(const char* directory, std::string_view name, apr_pool_t* poo
         const auto size = std::filesystem::file_size(path, none);
         const std::string text = none ? std::string{} : HSVNAdapter::beginningOf(path, size);
         const bool isList = !areCommands && !text.starts_with('<');
-        return (isList ? areNames(text) : areSound({place.c_str(), areCommands, pool}, text))
+        return (isList ? areEntries(text) : areSound({place.c_str(), areCommands, pool}, text))
                    ? SVN_NO_ERROR
-                   : svn_error_createf(SVN_ERR_WC_CORRUPT, nullptr, "'%s' names what does not lie in its directory",
-                                       path.c_str());
+                   : svn_error_createf(SVN_ERR_WC_CORRUPT, nullptr,
+                                       "'%s' names what does not lie in its directory, or no kind", path.c_str());
     } catch (const std::exception&) { // it must not pass through Subversion
         return svn_error_create(APR_ENOMEM, nullptr, nullptr);
     }
@@ -141,15 +149,15 @@ svn_error_t* check(const char* directory, std::string_view name, apr_pool_t* poo
 } // namespace
 
 #if HSVN_LINE_MINOR >= 6
-HSVN_STAND_IN svn_error_t* svn_wc__open_adm_stream(svn_stream_t** stream, const char* directory, const char* name,
-                                                   apr_pool_t* resultPool, apr_pool_t* scratchPool)
+HSVN_STAND_IN(svn_error_t*, svn_wc__open_adm_stream)
+(svn_stream_t** stream, const char* directory, const char* name, apr_pool_t* resultPool, apr_pool_t* scratchPool)
 {
     SVN_ERR(check(directory, name, scratchPool));
     return HSVN_BEHIND(svn_wc__open_adm_stream)(stream, directory, name, resultPool, scratchPool);
 }
 #else
-HSVN_STAND_IN svn_error_t* svn_wc__open_adm_file(apr_file_t** file, const char* directory, const char* name,
-                                                 apr_int32_t flags, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_wc__open_adm_file)
+(apr_file_t** file, const char* directory, const char* name, apr_int32_t flags, apr_pool_t* pool)
 {
     if ((flags & APR_WRITE) == 0) {
         SVN_ERR(check(directory, name, pool));

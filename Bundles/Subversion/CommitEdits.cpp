@@ -166,10 +166,10 @@ class Commit final : public HSVNAdapter::StartedCommit
 
 } // namespace
 
-HSVN_STAND_IN svn_error_t* svn_ra_get_commit_editor3(svn_ra_session_t* session, const svn_delta_editor_t** editor,
-                                                     void** baton, apr_hash_t* revisionProperties,
-                                                     svn_commit_callback2_t receiver, void* receiverBaton,
-                                                     apr_hash_t* lockTokens, svn_boolean_t keepLocks, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_ra_get_commit_editor3)
+(svn_ra_session_t* session, const svn_delta_editor_t** editor, void** baton, apr_hash_t* revisionProperties,
+ svn_commit_callback2_t receiver, void* receiverBaton, apr_hash_t* lockTokens, svn_boolean_t keepLocks,
+ apr_pool_t* pool)
 {
     auto* const questions = CommitQuestions::current();
     if (questions == nullptr) {

@@ -35,7 +35,7 @@ bool isAtEnd(serf_bucket_t* bucket)
 struct serf_linebuf_t; // NOLINT(readability-identifier-naming)
 extern "C" apr_status_t serf_linebuf_fetch(serf_linebuf_t* line, serf_bucket_t* bucket, int acceptable);
 
-HSVN_STAND_IN apr_status_t serf_linebuf_fetch(serf_linebuf_t* line, serf_bucket_t* bucket, int acceptable)
+HSVN_STAND_IN(apr_status_t, serf_linebuf_fetch)(serf_linebuf_t* line, serf_bucket_t* bucket, int acceptable)
 {
     const apr_status_t status = HSVN_BEHIND(serf_linebuf_fetch)(line, bucket, acceptable);
     return APR_STATUS_IS_EAGAIN(status) && HSVNAdapter::isKnownSerf() &&

@@ -96,10 +96,7 @@ bool isMalformedPath(sqlite3_stmt* statement, int column, const char* text)
            name == "conflict_old" || name == "conflict_new" || name == "conflict_working";
 }
 
-bool isNull(sqlite3_stmt* statement, int column)
-{
-    return HSVN_BEHIND(sqlite3_column_type)(statement, column) == SQLITE_NULL;
-}
+bool isNull(sqlite3_stmt* statement, int column) { return sqlite3_column_type(statement, column) == SQLITE_NULL; }
 
 /// Whether a row tells of an item's repository and not of its path there, or the reverse: Subversion goes on to the one
 /// from the other. Less than nothing stands for none there.
@@ -109,7 +106,7 @@ bool lacksRepository(sqlite3_stmt* statement, int column, bool isPathNull)
     if (column == 0 || column > last) {
         return false;
     }
-    const bool isNone = isNull(statement, column - 1) || HSVN_BEHIND(sqlite3_column_int64)(statement, column - 1) < 0;
+    const bool isNone = isNull(statement, column - 1) || sqlite3_column_int64(statement, column - 1) < 0;
     return isNone != isPathNull && nameOf(statement, column) == "repos_path" &&
            nameOf(statement, column - 1) == "repos_id";
 }
@@ -179,7 +176,7 @@ bool isMalformed(sqlite3* database)
 
 } // namespace
 
-HSVN_STAND_IN int svn_token__from_word_strict(const svn_token_map_t* map, const char* word)
+HSVN_STAND_IN(int, svn_token__from_word_strict)(const svn_token_map_t* map, const char* word)
 {
     constexpr const char* unused = "symlink"; // it knows the word, writes it nowhere, and ends where it reads it
     const auto* known = map;
@@ -193,7 +190,7 @@ HSVN_STAND_IN int svn_token__from_word_strict(const svn_token_map_t* map, const 
     return map->val;
 }
 
-HSVN_STAND_IN const unsigned char* sqlite3_column_text(sqlite3_stmt* statement, int column)
+HSVN_STAND_IN(const unsigned char*, sqlite3_column_text)(sqlite3_stmt* statement, int column)
 {
     const auto* const text = HSVN_BEHIND(sqlite3_column_text)(statement, column);
     const bool isMalformed = text != nullptr && isMalformedPath(statement, column, reinterpret_cast<const char*>(text));
@@ -207,7 +204,7 @@ HSVN_STAND_IN const unsigned char* sqlite3_column_text(sqlite3_stmt* statement, 
     return reinterpret_cast<const unsigned char*>(harmless);
 }
 
-HSVN_STAND_IN const void* sqlite3_column_blob(sqlite3_stmt* statement, int column)
+HSVN_STAND_IN(const void*, sqlite3_column_blob)(sqlite3_stmt* statement, int column)
 {
     const void* const blob = HSVN_BEHIND(sqlite3_column_blob)(statement, column);
     if ((blob != nullptr || !isNull(statement, column)) && isMalformedSkeleton(statement, column, blob)) {
@@ -217,22 +214,21 @@ HSVN_STAND_IN const void* sqlite3_column_blob(sqlite3_stmt* statement, int colum
 }
 
 // None at all is what any malformed one answers.
-HSVN_STAND_IN svn_skel_t* svn_skel__parse(const char* data, apr_size_t length, apr_pool_t* pool)
+HSVN_STAND_IN(svn_skel_t*, svn_skel__parse)(const char* data, apr_size_t length, apr_pool_t* pool)
 {
     return hasReadMalformed || HSVNAdapter::isNestedTooDeeply({data, length})
                ? nullptr
                : HSVN_BEHIND(svn_skel__parse)(data, length, pool);
 }
 
-HSVN_STAND_IN int sqlite3_column_int(sqlite3_stmt* statement, int column)
+HSVN_STAND_IN(int, sqlite3_column_int)(sqlite3_stmt* statement, int column)
 {
     const int number = HSVN_BEHIND(sqlite3_column_int)(statement, column);
     constexpr int notification = 2; // where a revert reads what it tells of an item
     if (number == 0 && column == notification && nameOf(statement, column) == "notify") {
         return 1; // with nothing to tell of one it comes to no other
     }
-    const bool isSound =
-        number > 0 || (number == 0 && HSVN_BEHIND(sqlite3_column_type)(statement, column) == SQLITE_INTEGER);
+    const bool isSound = number > 0 || (number == 0 && sqlite3_column_type(statement, column) == SQLITE_INTEGER);
     if (isSound || nameOf(statement, column) != "op_depth") {
         return number;
     }
@@ -240,14 +236,14 @@ HSVN_STAND_IN int sqlite3_column_int(sqlite3_stmt* statement, int column)
     return 0;
 }
 
-HSVN_STAND_IN int sqlite3_reset(sqlite3_stmt* statement)
+HSVN_STAND_IN(int, sqlite3_reset)(sqlite3_stmt* statement)
 {
     const int result = HSVN_BEHIND(sqlite3_reset)(statement);
     HSVNAdapter::forgetStepsOf(statement);
     return failedIf(std::exchange(hasReadMalformed, false) || result == SQLITE_INTERRUPT, result);
 }
 
-HSVN_STAND_IN int sqlite3_open_v2(const char* file, sqlite3** database, int flags, const char* system)
+HSVN_STAND_IN(int, sqlite3_open_v2)(const char* file, sqlite3** database, int flags, const char* system)
 {
     const bool isWorkingCopys = std::string_view{file}.ends_with("/wc.db");
     const bool isSubversions = // the bundle's own only read, after they have looked themselves
@@ -263,7 +259,7 @@ HSVN_STAND_IN int sqlite3_open_v2(const char* file, sqlite3** database, int flag
     return failedIf(result == SQLITE_OK && isSubversions && isMalformed(*database), result);
 }
 
-HSVN_STAND_IN const char* sqlite3_errmsg(sqlite3* database)
+HSVN_STAND_IN(const char*, sqlite3_errmsg)(sqlite3* database)
 {
     const char* const reason = std::exchange(failure, nullptr);
     return reason != nullptr ? reason : HSVN_BEHIND(sqlite3_errmsg)(database);

@@ -97,10 +97,9 @@ extern "C" svn_error_t* svn_wc__resolve_relative_external_url(const char** resol
                                                               const char* folder, apr_pool_t* resultPool,
                                                               apr_pool_t* scratchPool);
 
-HSVN_STAND_IN svn_error_t* svn_wc__resolve_relative_external_url(const char** resolved,
-                                                                 const svn_wc_external_item2_t* item, const char* root,
-                                                                 const char* folder, apr_pool_t* resultPool,
-                                                                 apr_pool_t* scratchPool)
+HSVN_STAND_IN(svn_error_t*, svn_wc__resolve_relative_external_url)
+(const char** resolved, const svn_wc_external_item2_t* item, const char* root, const char* folder,
+ apr_pool_t* resultPool, apr_pool_t* scratchPool)
 {
     SVN_ERR(HSVN_BEHIND(svn_wc__resolve_relative_external_url)(resolved, item, root, folder, resultPool, scratchPool));
     svn_error_t* const error = HSVNAdapter::followExternal(*resolved, item->peg_revision, item->revision, resultPool);

@@ -27,9 +27,8 @@ bool leadsIntoAdministrativeArea(const char* path, apr_pool_t* pool)
 
 } // namespace
 
-HSVN_STAND_IN svn_error_t* svn_wc_parse_externals_description3(apr_array_header_t** externals, const char* folder,
-                                                               const char* text, svn_boolean_t canonicalizeURL,
-                                                               apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_wc_parse_externals_description3)
+(apr_array_header_t** externals, const char* folder, const char* text, svn_boolean_t canonicalizeURL, apr_pool_t* pool)
 {
     apr_array_header_t* items = nullptr;
     SVN_ERR(HSVN_BEHIND(svn_wc_parse_externals_description3)(&items, folder, text, canonicalizeURL, pool));

@@ -10,21 +10,21 @@
 
 using HSVNAdapter::isBelowAnyLink;
 
-HSVN_STAND_IN svn_error_t* svn_io_set_file_executable(const char* path, svn_boolean_t executable,
-                                                      svn_boolean_t /*ignoreMissing*/, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_io_set_file_executable)
+(const char* path, svn_boolean_t executable, svn_boolean_t /*ignoreMissing*/, apr_pool_t* pool)
 {
     return isBelowAnyLink(path, pool) ? SVN_NO_ERROR
                                       : HSVN_BEHIND(svn_io_set_file_executable)(path, executable, TRUE, pool);
 }
 
-HSVN_STAND_IN svn_error_t* svn_io_set_file_read_only(const char* path, svn_boolean_t /*ignoreMissing*/,
-                                                     apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_io_set_file_read_only)
+(const char* path, svn_boolean_t /*ignoreMissing*/, apr_pool_t* pool)
 {
     return isBelowAnyLink(path, pool) ? SVN_NO_ERROR : HSVN_BEHIND(svn_io_set_file_read_only)(path, TRUE, pool);
 }
 
-HSVN_STAND_IN svn_error_t* svn_io_set_file_read_write(const char* path, svn_boolean_t /*ignoreMissing*/,
-                                                      apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_io_set_file_read_write)
+(const char* path, svn_boolean_t /*ignoreMissing*/, apr_pool_t* pool)
 {
     return isBelowAnyLink(path, pool) ? SVN_NO_ERROR : HSVN_BEHIND(svn_io_set_file_read_write)(path, TRUE, pool);
 }

@@ -58,8 +58,8 @@ svn_error_t* refusePipe(apr_file_t** file, const char* path, apr_pool_t* pool)
 
 } // namespace
 
-HSVN_STAND_IN svn_error_t* svn_io_file_open(apr_file_t** file, const char* path, apr_int32_t flags,
-                                            apr_fileperms_t permissions, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_io_file_open)
+(apr_file_t** file, const char* path, apr_int32_t flags, apr_fileperms_t permissions, apr_pool_t* pool)
 {
     const auto open = HSVN_BEHIND(svn_io_file_open);
     if ((flags & APR_WRITE) != 0) {
@@ -77,8 +77,8 @@ HSVN_STAND_IN svn_error_t* svn_io_file_open(apr_file_t** file, const char* path,
     return isPipe(path) ? refuse(path) : open(file, path, flags, permissions, pool);
 }
 
-HSVN_STAND_IN svn_error_t* svn_subst_read_specialfile(svn_stream_t** stream, const char* path, apr_pool_t* resultPool,
-                                                      apr_pool_t* scratchPool)
+HSVN_STAND_IN(svn_error_t*, svn_subst_read_specialfile)
+(svn_stream_t** stream, const char* path, apr_pool_t* resultPool, apr_pool_t* scratchPool)
 {
     struct stat attributes
     {

@@ -56,9 +56,9 @@ svn_error_t* receiveLocked(void* baton, const char* path, svn_boolean_t isLock, 
 
 } // namespace
 
-HSVN_STAND_IN svn_error_t* svn_ra_get_dir2(svn_ra_session_t* session, apr_hash_t** entries, svn_revnum_t* fetched,
-                                           apr_hash_t** properties, const char* path, svn_revnum_t revision,
-                                           apr_uint32_t fields, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_ra_get_dir2)
+(svn_ra_session_t* session, apr_hash_t** entries, svn_revnum_t* fetched, apr_hash_t** properties, const char* path,
+ svn_revnum_t revision, apr_uint32_t fields, apr_pool_t* pool)
 {
     SVN_ERR(HSVN_BEHIND(svn_ra_get_dir2)(session, entries, fetched, properties, path, revision, fields, pool));
     if (entries == nullptr) {
@@ -70,9 +70,9 @@ HSVN_STAND_IN svn_error_t* svn_ra_get_dir2(svn_ra_session_t* session, apr_hash_t
     return SVN_NO_ERROR;
 }
 
-HSVN_STAND_IN svn_error_t* svn_ra_get_inherited_props(svn_ra_session_t* session, apr_array_header_t** inherited,
-                                                      const char* path, svn_revnum_t revision, apr_pool_t* resultPool,
-                                                      apr_pool_t* scratchPool)
+HSVN_STAND_IN(svn_error_t*, svn_ra_get_inherited_props)
+(svn_ra_session_t* session, apr_array_header_t** inherited, const char* path, svn_revnum_t revision,
+ apr_pool_t* resultPool, apr_pool_t* scratchPool)
 {
     SVN_ERR(HSVN_BEHIND(svn_ra_get_inherited_props)(session, inherited, path, revision, resultPool, scratchPool));
     for (int index = 0; index < (*inherited)->nelts; ++index) {
@@ -84,7 +84,7 @@ HSVN_STAND_IN svn_error_t* svn_ra_get_inherited_props(svn_ra_session_t* session,
 }
 
 // A web server behind a proxy that changes paths tells of its own.
-HSVN_STAND_IN svn_error_t* svn_ra_get_repos_root2(svn_ra_session_t* session, const char** root, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_ra_get_repos_root2)(svn_ra_session_t* session, const char** root, apr_pool_t* pool)
 {
     SVN_ERR(HSVN_BEHIND(svn_ra_get_repos_root2)(session, root, pool));
     const char* url = nullptr;
@@ -97,24 +97,25 @@ struct svn_ra_serf__session_t; // NOLINT(readability-identifier-naming)
 extern "C" svn_error_t* svn_ra_serf__get_relative_path(const char** relative, const char* path,
                                                        svn_ra_serf__session_t* session, apr_pool_t* pool);
 
-HSVN_STAND_IN svn_error_t* svn_ra_serf__get_relative_path(const char** relative, const char* path,
-                                                          svn_ra_serf__session_t* session, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_ra_serf__get_relative_path)
+(const char** relative, const char* path, svn_ra_serf__session_t* session, apr_pool_t* pool)
 {
     svn_error_t* const error = HSVN_BEHIND(svn_ra_serf__get_relative_path)(relative, path, session, pool);
     return error != nullptr && error->apr_err == SVN_ERR_ASSERTION_FAIL ? rootIsElsewhere(path, error) : error;
 }
 
-HSVN_STAND_IN svn_error_t* svn_ra_lock(svn_ra_session_t* session, apr_hash_t* revisions, const char* comment,
-                                       svn_boolean_t steals, svn_ra_lock_callback_t receiver, void* baton,
-                                       apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_ra_lock)
+(svn_ra_session_t* session, apr_hash_t* revisions, const char* comment, svn_boolean_t steals,
+ svn_ra_lock_callback_t receiver, void* baton, apr_pool_t* pool)
 {
     Locking locking{receiver, baton};
     return HSVN_BEHIND(svn_ra_lock)(session, revisions, comment, steals, receiver == nullptr ? nullptr : receiveLocked,
                                     &locking, pool);
 }
 
-HSVN_STAND_IN svn_error_t* svn_ra_unlock(svn_ra_session_t* session, apr_hash_t* tokens, svn_boolean_t breaks,
-                                         svn_ra_lock_callback_t receiver, void* baton, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_ra_unlock)
+(svn_ra_session_t* session, apr_hash_t* tokens, svn_boolean_t breaks, svn_ra_lock_callback_t receiver, void* baton,
+ apr_pool_t* pool)
 {
     Locking locking{receiver, baton};
     return HSVN_BEHIND(svn_ra_unlock)(session, tokens, breaks, receiver == nullptr ? nullptr : receiveLocked, &locking,
@@ -122,20 +123,20 @@ HSVN_STAND_IN svn_error_t* svn_ra_unlock(svn_ra_session_t* session, apr_hash_t* 
 }
 
 // An item without a date.
-HSVN_STAND_IN svn_error_t* svn_time_from_cstring(apr_time_t* when, const char* text, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_time_from_cstring)(apr_time_t* when, const char* text, apr_pool_t* pool)
 {
     return text == nullptr ? malformed("an item has no date") : HSVN_BEHIND(svn_time_from_cstring)(when, text, pool);
 }
 
 // A root of the repository that is no URL. The one put in its place holds no item.
-HSVN_STAND_IN const char* svn_uri_canonicalize(const char* uri, apr_pool_t* pool)
+HSVN_STAND_IN(const char*, svn_uri_canonicalize)(const char* uri, apr_pool_t* pool)
 {
     return svn_path_is_url(uri) ? HSVN_BEHIND(svn_uri_canonicalize)(uri, pool) : "svn://malformed.invalid";
 }
 
 // Paths that merges are told of, relative to the session's: one that leads elsewhere is below none. Those of URLs that
 // users write may go up and down again.
-HSVN_STAND_IN const char* svn_relpath_skip_ancestor(const char* parent, const char* child)
+HSVN_STAND_IN(const char*, svn_relpath_skip_ancestor)(const char* parent, const char* child)
 {
     if (HSVNAdapter::isRelativePath(child)) {
         return HSVN_BEHIND(svn_relpath_skip_ancestor)(parent, child);
@@ -147,18 +148,18 @@ HSVN_STAND_IN const char* svn_relpath_skip_ancestor(const char* parent, const ch
 
 // A search for what became of a conflict's item goes on where it has not found the item on either side: it asks of the
 // repository's root then, and finds nothing.
-HSVN_STAND_IN const char* svn_path_url_add_component2(const char* url, const char* component, apr_pool_t* pool)
+HSVN_STAND_IN(const char*, svn_path_url_add_component2)(const char* url, const char* component, apr_pool_t* pool)
 {
     return HSVN_BEHIND(svn_path_url_add_component2)(url, component == nullptr ? "" : component, pool);
 }
 
-HSVN_STAND_IN apr_size_t svn_path_component_count(const char* path)
+HSVN_STAND_IN(apr_size_t, svn_path_component_count)(const char* path)
 {
     return path == nullptr ? 0 : HSVN_BEHIND(svn_path_component_count)(path);
 }
 
 // What is told of a path below none.
-HSVN_STAND_IN void apr_hash_set(apr_hash_t* hash, const void* key, apr_ssize_t length, const void* value)
+HSVN_STAND_IN(void, apr_hash_set)(apr_hash_t* hash, const void* key, apr_ssize_t length, const void* value)
 {
     if (key != nullptr) {
         HSVN_BEHIND(apr_hash_set)(hash, key, length, value);

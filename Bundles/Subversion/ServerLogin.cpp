@@ -35,9 +35,8 @@ extern "C" svn_error_t* svn_ra_svn__do_cyrus_auth(svn_ra_svn__session_baton_t* s
                                                   const svn_ra_svn__list_t* mechanisms, const char* realm,
                                                   apr_pool_t* pool);
 
-HSVN_STAND_IN svn_error_t* svn_ra_svn__do_cyrus_auth(svn_ra_svn__session_baton_t* session,
-                                                     const svn_ra_svn__list_t* mechanisms, const char* realm,
-                                                     apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_ra_svn__do_cyrus_auth)
+(svn_ra_svn__session_baton_t* session, const svn_ra_svn__list_t* mechanisms, const char* realm, apr_pool_t* pool)
 {
     const std::span items{mechanisms->items, static_cast<std::size_t>(std::max(mechanisms->nelts, 0))};
     const auto isWord = [](const svn_ra_svn__item_t& item) { return item.kind == SVN_RA_SVN_WORD; };

@@ -11,8 +11,8 @@
 extern "C" svn_error_t* svn_ra_serf__expect_empty_body(serf_request_t* request, serf_bucket_t* response, void* baton,
                                                        apr_pool_t* pool);
 
-HSVN_STAND_IN svn_error_t* svn_ra_serf__expect_empty_body(serf_request_t* request, serf_bucket_t* response, void* baton,
-                                                          apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_ra_serf__expect_empty_body)
+(serf_request_t* request, serf_bucket_t* response, void* baton, apr_pool_t* pool)
 {
     static const auto* const wholeAnswer =
         static_cast<const serf_bucket_type_t*>(dlsym(RTLD_NEXT, "serf_bucket_type_response"));

@@ -142,9 +142,9 @@ apr_status_t waitOn(Channel* channel, short event, apr_size_t& size)
 
 } // namespace
 
-HSVN_STAND_IN svn_error_t* svn_ra_open5(svn_ra_session_t** session, const char** correctedURL, const char** redirectURL,
-                                        const char* url, const char* uuid, const svn_ra_callbacks2_t* callbacks,
-                                        void* baton, apr_hash_t* configuration, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_ra_open5)
+(svn_ra_session_t** session, const char** correctedURL, const char** redirectURL, const char* url, const char* uuid,
+ const svn_ra_callbacks2_t* callbacks, void* baton, apr_hash_t* configuration, apr_pool_t* pool)
 {
     SVN_ERR(HSVNAdapter::refuseExternalCycle(url));
     const HSVNScopedValue scope{opening, Waiting{callbacks->cancel_func, baton}};
@@ -152,7 +152,7 @@ HSVN_STAND_IN svn_error_t* svn_ra_open5(svn_ra_session_t** session, const char**
                                      pool);
 }
 
-HSVN_STAND_IN apr_status_t apr_socket_connect(apr_socket_t* socket, apr_sockaddr_t* address)
+HSVN_STAND_IN(apr_status_t, apr_socket_connect)(apr_socket_t* socket, apr_sockaddr_t* address)
 {
     if (opening.cancel != nullptr) {
         auto* const pool = apr_socket_pool_get(socket);
@@ -174,13 +174,13 @@ HSVN_STAND_IN apr_status_t apr_socket_connect(apr_socket_t* socket, apr_sockaddr
     return status;
 }
 
-HSVN_STAND_IN apr_status_t apr_socket_recv(apr_socket_t* socket, char* bytes, apr_size_t* size)
+HSVN_STAND_IN(apr_status_t, apr_socket_recv)(apr_socket_t* socket, char* bytes, apr_size_t* size)
 {
     const apr_status_t code = waitOn(socket, POLLIN, *size);
     return code == APR_SUCCESS ? HSVN_BEHIND(apr_socket_recv)(socket, bytes, size) : code;
 }
 
-HSVN_STAND_IN apr_status_t apr_socket_send(apr_socket_t* socket, const char* bytes, apr_size_t* size)
+HSVN_STAND_IN(apr_status_t, apr_socket_send)(apr_socket_t* socket, const char* bytes, apr_size_t* size)
 {
     auto* const waiting = waitingFor(socket);
     if (waiting == nullptr) {
@@ -203,8 +203,9 @@ HSVN_STAND_IN apr_status_t apr_socket_send(apr_socket_t* socket, const char* byt
     }
 }
 
-HSVN_STAND_IN apr_status_t apr_proc_create(apr_proc_t* process, const char* program, const char* const* arguments,
-                                           const char* const* environment, apr_procattr_t* attributes, apr_pool_t* pool)
+HSVN_STAND_IN(apr_status_t, apr_proc_create)
+(apr_proc_t* process, const char* program, const char* const* arguments, const char* const* environment,
+ apr_procattr_t* attributes, apr_pool_t* pool)
 {
     const apr_status_t status =
         HSVN_BEHIND(apr_proc_create)(process, program, arguments, environment, attributes, pool);
@@ -217,7 +218,7 @@ HSVN_STAND_IN apr_status_t apr_proc_create(apr_proc_t* process, const char* prog
 
 // Files without a tunnel are read and written a byte at a time by some, hundreds of thousands of times in a commit.
 
-HSVN_STAND_IN apr_status_t apr_file_read(apr_file_t* file, void* bytes, apr_size_t* size)
+HSVN_STAND_IN(apr_status_t, apr_file_read)(apr_file_t* file, void* bytes, apr_size_t* size)
 {
     if (tunnels == nullptr) [[likely]] {
         return HSVN_BEHIND(apr_file_read)(file, bytes, size);
@@ -226,7 +227,7 @@ HSVN_STAND_IN apr_status_t apr_file_read(apr_file_t* file, void* bytes, apr_size
     return code == APR_SUCCESS ? HSVN_BEHIND(apr_file_read)(file, bytes, size) : code;
 }
 
-HSVN_STAND_IN apr_status_t apr_file_write(apr_file_t* file, const void* bytes, apr_size_t* size)
+HSVN_STAND_IN(apr_status_t, apr_file_write)(apr_file_t* file, const void* bytes, apr_size_t* size)
 {
     if (tunnels == nullptr) [[likely]] {
         return HSVN_BEHIND(apr_file_write)(file, bytes, size);

@@ -8,13 +8,30 @@
 // operation takes it from, whichever function of libsvn_client asks and however deep.
 //
 // In a program that has loaded the same libraries before the bundle they call one another as they always do.
+//
+// In a bundle of static libraries the linker leads calls from one object to another the same way, by other names; a
+// call within one object stays there.
 
 #if defined(HSVN_GUARDS_DATABASES) || defined(HSVN_GUARDS_ENTRIES)
 
+#ifdef HSVN_LINKED_STATICALLY
+
+/// The head of a function that the libraries find in place of their own.
+#define HSVN_STAND_IN(result, function) extern "C" result __wrap_##function
+
+/// The function behind the stand-in of its name.
+#define HSVN_BEHIND(function)                                                                                          \
+    ([] {                                                                                                              \
+        extern decltype(function) HSVNBehind_##function asm("__real_" #function);                                      \
+        return &HSVNBehind_##function;                                                                                 \
+    }())
+
+#else
+
 #include <dlfcn.h>
 
-/// Marks a function that the libraries find.
-#define HSVN_STAND_IN extern "C" __attribute__((visibility("default")))
+/// The head of a function that the libraries find in place of their own.
+#define HSVN_STAND_IN(result, function) extern "C" __attribute__((visibility("default"))) result function
 
 namespace HSVNAdapter {
 
@@ -34,4 +51,5 @@ Function* behind(const char* name)
         return found;                                                                                                  \
     }())
 
+#endif
 #endif

@@ -126,26 +126,24 @@ const char* shown(const char* text, apr_pool_t* pool)
 
 } // namespace
 
-HSVN_STAND_IN svn_error_t* svn_cmdline_auth_simple_prompt(svn_auth_cred_simple_t** credentials, void* baton,
-                                                          const char* realm, const char* username,
-                                                          svn_boolean_t maySave, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_cmdline_auth_simple_prompt)
+(svn_auth_cred_simple_t** credentials, void* baton, const char* realm, const char* username, svn_boolean_t maySave,
+ apr_pool_t* pool)
 {
     prepare(baton);
     return HSVN_BEHIND(svn_cmdline_auth_simple_prompt)(credentials, baton, shown(realm, pool), username, maySave, pool);
 }
 
-HSVN_STAND_IN svn_error_t* svn_cmdline_auth_username_prompt(svn_auth_cred_username_t** credentials, void* baton,
-                                                            const char* realm, svn_boolean_t maySave, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_cmdline_auth_username_prompt)
+(svn_auth_cred_username_t** credentials, void* baton, const char* realm, svn_boolean_t maySave, apr_pool_t* pool)
 {
     prepare(baton);
     return HSVN_BEHIND(svn_cmdline_auth_username_prompt)(credentials, baton, shown(realm, pool), maySave, pool);
 }
 
-HSVN_STAND_IN svn_error_t* svn_cmdline_auth_ssl_server_trust_prompt(svn_auth_cred_ssl_server_trust_t** credentials,
-                                                                    void* baton, const char* realm,
-                                                                    apr_uint32_t failures,
-                                                                    const svn_auth_ssl_server_cert_info_t* certificate,
-                                                                    svn_boolean_t maySave, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_cmdline_auth_ssl_server_trust_prompt)
+(svn_auth_cred_ssl_server_trust_t** credentials, void* baton, const char* realm, apr_uint32_t failures,
+ const svn_auth_ssl_server_cert_info_t* certificate, svn_boolean_t maySave, apr_pool_t* pool)
 {
     prepare(baton);
     svn_auth_ssl_server_cert_info_t told = *certificate;
@@ -158,32 +156,31 @@ HSVN_STAND_IN svn_error_t* svn_cmdline_auth_ssl_server_trust_prompt(svn_auth_cre
                                                                  &told, maySave, pool);
 }
 
-HSVN_STAND_IN svn_error_t* svn_cmdline_auth_ssl_client_cert_prompt(svn_auth_cred_ssl_client_cert_t** credentials,
-                                                                   void* baton, const char* realm,
-                                                                   svn_boolean_t maySave, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_cmdline_auth_ssl_client_cert_prompt)
+(svn_auth_cred_ssl_client_cert_t** credentials, void* baton, const char* realm, svn_boolean_t maySave, apr_pool_t* pool)
 {
     prepare(baton);
     return HSVN_BEHIND(svn_cmdline_auth_ssl_client_cert_prompt)(credentials, baton, shown(realm, pool), maySave, pool);
 }
 
-HSVN_STAND_IN svn_error_t* svn_cmdline_auth_ssl_client_cert_pw_prompt(svn_auth_cred_ssl_client_cert_pw_t** credentials,
-                                                                      void* baton, const char* realm,
-                                                                      svn_boolean_t maySave, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_cmdline_auth_ssl_client_cert_pw_prompt)
+(svn_auth_cred_ssl_client_cert_pw_t** credentials, void* baton, const char* realm, svn_boolean_t maySave,
+ apr_pool_t* pool)
 {
     prepare(baton);
     return HSVN_BEHIND(svn_cmdline_auth_ssl_client_cert_pw_prompt)(credentials, baton, shown(realm, pool), maySave,
                                                                    pool);
 }
 
-HSVN_STAND_IN svn_error_t* svn_cmdline_auth_plaintext_prompt(svn_boolean_t* mayStore, const char* realm, void* baton,
-                                                             apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_cmdline_auth_plaintext_prompt)
+(svn_boolean_t* mayStore, const char* realm, void* baton, apr_pool_t* pool)
 {
     prepare(baton);
     return HSVN_BEHIND(svn_cmdline_auth_plaintext_prompt)(mayStore, shown(realm, pool), baton, pool);
 }
 
-HSVN_STAND_IN svn_error_t* svn_cmdline_auth_plaintext_passphrase_prompt(svn_boolean_t* mayStore, const char* realm,
-                                                                        void* baton, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_cmdline_auth_plaintext_passphrase_prompt)
+(svn_boolean_t* mayStore, const char* realm, void* baton, apr_pool_t* pool)
 {
     prepare(baton);
     return HSVN_BEHIND(svn_cmdline_auth_plaintext_passphrase_prompt)(mayStore, shown(realm, pool), baton, pool);

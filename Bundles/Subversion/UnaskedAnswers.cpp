@@ -65,13 +65,13 @@ extern "C" serf_request_t* serf_connection_request_create(serf_connection_t* con
 extern "C" serf_request_t* serf_connection_priority_request_create(serf_connection_t* connection, Setup setup,
                                                                    void* baton);
 
-HSVN_STAND_IN serf_request_t* serf_connection_request_create(serf_connection_t* connection, Setup setup, void* baton)
+HSVN_STAND_IN(serf_request_t*, serf_connection_request_create)(serf_connection_t* connection, Setup setup, void* baton)
 {
     return guarded(HSVN_BEHIND(serf_connection_request_create)(connection, setup, baton), connection, setup, baton);
 }
 
-HSVN_STAND_IN serf_request_t* serf_connection_priority_request_create(serf_connection_t* connection, Setup setup,
-                                                                      void* baton)
+HSVN_STAND_IN(serf_request_t*, serf_connection_priority_request_create)
+(serf_connection_t* connection, Setup setup, void* baton)
 {
     return guarded(HSVN_BEHIND(serf_connection_priority_request_create)(connection, setup, baton), connection, setup,
                    baton);

@@ -45,10 +45,9 @@ bool isReachedThroughLink(std::string path, std::string_view top, apr_pool_t* po
 } // namespace
 
 // Subversion comes here for the target, and then for each external.
-HSVN_STAND_IN svn_error_t* svn_wc_upgrade(svn_wc_context_t* context, const char* path,
-                                          svn_wc_upgrade_get_repos_info_t repositoryInfo, void* repositoryBaton,
-                                          svn_cancel_func_t cancel, void* cancelBaton, svn_wc_notify_func2_t notify,
-                                          void* notifyBaton, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_wc_upgrade)
+(svn_wc_context_t* context, const char* path, svn_wc_upgrade_get_repos_info_t repositoryInfo, void* repositoryBaton,
+ svn_cancel_func_t cancel, void* cancelBaton, svn_wc_notify_func2_t notify, void* notifyBaton, apr_pool_t* pool)
 {
     const auto top = upgradedTarget(pool);
     if (!top.empty() && isReachedThroughLink(path, top, pool)) {

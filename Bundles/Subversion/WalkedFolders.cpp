@@ -47,8 +47,8 @@ WalkedFolders::~WalkedFolders() { foldersAhead = _before; }
 } // namespace HSVNAdapter
 
 // Of each item's kind, size and time a status walk asks.
-HSVN_STAND_IN svn_error_t* svn_io_get_dirents3(apr_hash_t** entries, const char* path, svn_boolean_t onlyKinds,
-                                               apr_pool_t* resultPool, apr_pool_t* scratchPool)
+HSVN_STAND_IN(svn_error_t*, svn_io_get_dirents3)
+(apr_hash_t** entries, const char* path, svn_boolean_t onlyKinds, apr_pool_t* resultPool, apr_pool_t* scratchPool)
 {
     auto* const read = onlyKinds || *path != '/' ? nullptr : HSVNAdapter::entriesOf(path, resultPool, scratchPool);
     if (read == nullptr) {

@@ -25,8 +25,8 @@ inline svn_error_t* createWorkingCopyContext(svn_wc_context_t** made, [[maybe_un
                                              apr_pool_t* pool, apr_pool_t* scratchPool)
 {
     svn_config_t* own = nullptr;
-#if HSVN_LINE_MINOR >= 8 // the first line that has such options
-    if (const auto* const configuration = workingCopyConfiguration(ctx)) {
+#if HSVN_LINE_MINOR >= 8                                             // the first line that has such options
+    if (auto* const configuration = workingCopyConfiguration(ctx)) { // which 1.8 takes as one to change, and only reads
         SVN_ERR(svn_config_dup(&own, configuration, pool));
     }
 #endif

@@ -121,9 +121,15 @@ void fillWorkingCopyFormat(HSVNBundleEntryPoints& table)
 #ifdef HSVN_GUARDS_DATABASES
 // The text files of a working copy state the formats before those of databases. For any other, Subversion looks into
 // the database that is not there, which ends the process.
-HSVN_STAND_IN svn_error_t* svn_io_read_version_file(int* version, const char* path, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_io_read_version_file)(int* version, const char* path, apr_pool_t* pool)
 {
     constexpr int newestOfTextFiles = 12;
+#ifdef HSVN_LINKED_STATICALLY
+    // Subversion opens it from within the same object, where nothing stands in front of that.
+    apr_file_t* opened = nullptr;
+    SVN_ERR(svn_io_file_open(&opened, path, APR_READ, APR_OS_DEFAULT, pool));
+    SVN_ERR(svn_io_file_close(opened, pool));
+#endif
     SVN_ERR(HSVN_BEHIND(svn_io_read_version_file)(version, path, pool));
     const std::string area = std::string{"/"} + svn_wc_get_adm_dir(pool) + "/";
     const std::string_view file = path;

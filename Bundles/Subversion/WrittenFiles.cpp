@@ -45,10 +45,9 @@ thread_local bool restores = false; // NOLINT(cppcoreguidelines-avoid-non-const-
 
 } // namespace
 
-HSVN_STAND_IN svn_error_t* svn_wc__wq_build_file_install(svn_skel_t** work, svn_wc__db_t* database, const char* path,
-                                                         const char* source, svn_boolean_t useCommitTimes,
-                                                         svn_boolean_t recordFileInfo, apr_pool_t* resultPool,
-                                                         apr_pool_t* scratchPool)
+HSVN_STAND_IN(svn_error_t*, svn_wc__wq_build_file_install)
+(svn_skel_t** work, svn_wc__db_t* database, const char* path, const char* source, svn_boolean_t useCommitTimes,
+ svn_boolean_t recordFileInfo, apr_pool_t* resultPool, apr_pool_t* scratchPool)
 {
     SVN_ERR(refuseBelowAnyLink(path, scratchPool));
     SVN_ERR(refuseBelowObstruction(path, scratchPool));
@@ -56,25 +55,25 @@ HSVN_STAND_IN svn_error_t* svn_wc__wq_build_file_install(svn_skel_t** work, svn_
                                                       resultPool, scratchPool);
 }
 
-HSVN_STAND_IN svn_error_t* svn_wc__wq_build_file_remove(svn_skel_t** work, svn_wc__db_t* database, const char* anyPath,
-                                                        const char* path, apr_pool_t* resultPool,
-                                                        apr_pool_t* scratchPool)
+HSVN_STAND_IN(svn_error_t*, svn_wc__wq_build_file_remove)
+(svn_skel_t** work, svn_wc__db_t* database, const char* anyPath, const char* path, apr_pool_t* resultPool,
+ apr_pool_t* scratchPool)
 {
     SVN_ERR(refuseBelowAnyLink(path, scratchPool));
     return HSVN_BEHIND(svn_wc__wq_build_file_remove)(work, database, anyPath, path, resultPool, scratchPool);
 }
 
-HSVN_STAND_IN svn_error_t* svn_wc__wq_build_dir_remove(svn_skel_t** work, svn_wc__db_t* database, const char* anyPath,
-                                                       const char* path, svn_boolean_t recursive,
-                                                       apr_pool_t* resultPool, apr_pool_t* scratchPool)
+HSVN_STAND_IN(svn_error_t*, svn_wc__wq_build_dir_remove)
+(svn_skel_t** work, svn_wc__db_t* database, const char* anyPath, const char* path, svn_boolean_t recursive,
+ apr_pool_t* resultPool, apr_pool_t* scratchPool)
 {
     SVN_ERR(refuseBelowAnyLink(path, scratchPool));
     return HSVN_BEHIND(svn_wc__wq_build_dir_remove)(work, database, anyPath, path, recursive, resultPool, scratchPool);
 }
 
-HSVN_STAND_IN svn_error_t* svn_wc__wq_build_file_move(svn_skel_t** work, svn_wc__db_t* database, const char* anyPath,
-                                                      const char* source, const char* destination,
-                                                      apr_pool_t* resultPool, apr_pool_t* scratchPool)
+HSVN_STAND_IN(svn_error_t*, svn_wc__wq_build_file_move)
+(svn_skel_t** work, svn_wc__db_t* database, const char* anyPath, const char* source, const char* destination,
+ apr_pool_t* resultPool, apr_pool_t* scratchPool)
 {
     SVN_ERR(refuseBelowAnyLink(source, scratchPool));
     SVN_ERR(refuseBelowAnyLink(destination, scratchPool));
@@ -82,36 +81,35 @@ HSVN_STAND_IN svn_error_t* svn_wc__wq_build_file_move(svn_skel_t** work, svn_wc_
                                                    scratchPool);
 }
 
-HSVN_STAND_IN svn_error_t* svn_wc__wq_build_file_copy_translated(svn_skel_t** work, svn_wc__db_t* database,
-                                                                 const char* path, const char* source,
-                                                                 const char* destination, apr_pool_t* resultPool,
-                                                                 apr_pool_t* scratchPool)
+HSVN_STAND_IN(svn_error_t*, svn_wc__wq_build_file_copy_translated)
+(svn_skel_t** work, svn_wc__db_t* database, const char* path, const char* source, const char* destination,
+ apr_pool_t* resultPool, apr_pool_t* scratchPool)
 {
     SVN_ERR(refuseBelowAnyLink(destination, scratchPool));
     return HSVN_BEHIND(svn_wc__wq_build_file_copy_translated)(work, database, path, source, destination, resultPool,
                                                               scratchPool);
 }
 
-HSVN_STAND_IN svn_error_t* svn_wc__wq_build_dir_install(svn_skel_t** work, svn_wc__db_t* database, const char* path,
-                                                        apr_pool_t* resultPool, apr_pool_t* scratchPool)
+HSVN_STAND_IN(svn_error_t*, svn_wc__wq_build_dir_install)
+(svn_skel_t** work, svn_wc__db_t* database, const char* path, apr_pool_t* resultPool, apr_pool_t* scratchPool)
 {
     SVN_ERR(refuseBelowAnyLink(path, scratchPool));
     return HSVN_BEHIND(svn_wc__wq_build_dir_install)(work, database, path, resultPool, scratchPool);
 }
 
 // An update makes the directories that come.
-HSVN_STAND_IN svn_error_t* svn_wc__ensure_directory(const char* path, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_wc__ensure_directory)(const char* path, apr_pool_t* pool)
 {
     SVN_ERR(refuseBelowAnyLink(path, pool));
     return HSVN_BEHIND(svn_wc__ensure_directory)(path, pool);
 }
 
 // Before an update those that are missing are made, by a function that makes others as well.
-HSVN_STAND_IN svn_error_t*
-svn_wc_crawl_revisions5(svn_wc_context_t* context, const char* path, const svn_ra_reporter3_t* reporter, void* report,
-                        svn_boolean_t restoreFiles, svn_depth_t depth, svn_boolean_t honorDepthExclude,
-                        svn_boolean_t depthCompatibilityTrick, svn_boolean_t useCommitTimes, svn_cancel_func_t cancel,
-                        void* cancelBaton, svn_wc_notify_func2_t notify, void* notifyBaton, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_wc_crawl_revisions5)
+(svn_wc_context_t* context, const char* path, const svn_ra_reporter3_t* reporter, void* report,
+ svn_boolean_t restoreFiles, svn_depth_t depth, svn_boolean_t honorDepthExclude, svn_boolean_t depthCompatibilityTrick,
+ svn_boolean_t useCommitTimes, svn_cancel_func_t cancel, void* cancelBaton, svn_wc_notify_func2_t notify,
+ void* notifyBaton, apr_pool_t* pool)
 {
     const HSVNScopedValue restoring{restores, restoreFiles != FALSE};
     return HSVN_BEHIND(svn_wc_crawl_revisions5)(context, path, reporter, report, restoreFiles, depth, honorDepthExclude,
@@ -119,7 +117,7 @@ svn_wc_crawl_revisions5(svn_wc_context_t* context, const char* path, const svn_r
                                                 notifyBaton, pool);
 }
 
-HSVN_STAND_IN svn_error_t* svn_io_dir_make(const char* path, apr_fileperms_t permissions, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_io_dir_make)(const char* path, apr_fileperms_t permissions, apr_pool_t* pool)
 {
     if (restores) {
         SVN_ERR(refuseBelowAnyLink(path, pool));
