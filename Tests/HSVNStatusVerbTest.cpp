@@ -1,7 +1,9 @@
 #include "AlteredBundle.h"
+#include "HSVNDirectory.h"
 #include "HSVNLock.h"
 #include "HSVNNode.h"
 #include "HSVNStatus.h"
+#include "HSVNStatusOptions.h"
 #include "ReasonOf.h"
 #include "WorkingCopyTest.h"
 
@@ -115,6 +117,38 @@ TEST_P(StatusVerb, TellsConflictsMovesAndTheRepositorysSide)
     const auto copy = nodes["a.txt"]->copy();
     EXPECT_TRUE(copy->status()->textConflicted());
     EXPECT_EQ(copy->status()->changelist(), nodes["a.txt"]->status()->changelist());
+}
+
+TEST_P(StatusVerb, TellsKindAndScheduleOfItemsThatAreNotThere)
+{
+    mustRun({"sh", "-ec",
+             "cd \"$0\"; svn copy -q dir copy; touch new; mkdir newdir; svn remove -q b.txt dir; touch b.txt dir;"
+             " svn add -q new newdir b.txt; svn copy -q a.txt copied;"
+             " rm -r a.txt b.txt new newdir copied copy/c.txt; touch newdir",
+             root});
+    std::vector<std::string> found;
+    for (const auto& node : client->status(root, {})) {
+        found.push_back(fmt::format("{} {}{}", node->path()->string().substr(root.size() + 1),
+                                    node->status()->schedule(), node->isDirectory() ? " directory" : ""));
+    }
+    EXPECT_THAT(found, testing::UnorderedElementsAre("a.txt 0", "b.txt 3", "new 1", "newdir 1 directory", "copied 1",
+                                                     "copy 1 directory", "copy/c.txt 0", "dir 2 directory"));
+}
+
+TEST_P(StatusVerb, TellsOfAConflictOverWhatIsNoFile)
+{
+    if (isOlderLine()) {
+        GTEST_SKIP() << "the older function fails";
+    }
+    mustRun({"sh", "-ec",
+             "cd \"$0\"; svn copy -q a.txt pipe; svn commit -q -m 'A pipe'; svn update -q -r1; mkfifo pipe;"
+             " svn update -q --accept postpone || true",
+             root});
+    const auto isInConflict = [](const HSVNNodeRef& node) { return node->status()->treeConflicted(); };
+    const auto scanned = HSVNDirectory::statusForNodesInDirectoryAtPath(at(""), HSVNStatusOptions::defaults(), client);
+    for (const auto& nodes : {client->status(root, {}), scanned}) {
+        EXPECT_THAT(nodes, testing::Contains(testing::Truly(isInConflict)));
+    }
 }
 
 TEST_P(StatusVerb, FillsANodeThatNobodyKeptAnew)

@@ -17,6 +17,28 @@ bool lacksFormer(const svn_client_status_t& status)
     return goes && status.versioned && !status.copied && status.revision == SVN_INVALID_REVNUM;
 }
 
+/// Whether the state tells something else than what is scheduled.
+[[maybe_unused]] bool hidesSchedule(const svn_client_status_t& status)
+{
+    return status.versioned &&
+           (status.node_status == svn_wc_status_missing || status.node_status == svn_wc_status_obstructed ||
+            status.node_status == svn_wc_status_incomplete || status.node_status == svn_wc_status_conflicted);
+}
+
+svn_wc_schedule_t reportedSchedule(const svn_client_status_t& status)
+{
+    switch (status.node_status) {
+    case svn_wc_status_added:
+        return svn_wc_schedule_add;
+    case svn_wc_status_deleted:
+        return svn_wc_schedule_delete;
+    case svn_wc_status_replaced:
+        return svn_wc_schedule_replace;
+    default:
+        return svn_wc_schedule_normal;
+    }
+}
+
 struct FormerNode
 {
     svn_client_status_t& status;
@@ -65,19 +87,35 @@ svn_error_t* CompletedStatus::complete(svn_client_status_t& status, apr_pool_t* 
 {
 #ifdef HSVN_FAST_STATUS
     try {
-        _formerNodes.complete(status, pool);
+        if (_formerNodes.complete(status, pool)) {
+            return SVN_NO_ERROR;
+        }
     } catch (const std::exception&) {
         // Out of memory: it is asked for.
     }
 #endif
-    return lacksFormer(status) ? readFormerNode(status, _ctx, pool) : SVN_NO_ERROR;
+    return readFormerNode(status, _ctx, pool);
+}
+
+svn_wc_schedule_t CompletedStatus::scheduleOf(const svn_client_status_t& status)
+{
+#ifdef HSVN_FAST_STATUS
+    if (hidesSchedule(status)) {
+        try {
+            return _formerNodes.scheduleOf(status.local_abspath).value_or(svn_wc_schedule_normal);
+        } catch (const std::exception&) {
+            // Out of memory: the state has to do.
+        }
+    }
+#endif
+    return reportedSchedule(status);
 }
 
 svn_error_t* CompletedStatus::receive(void* baton, const char* /*path*/, const svn_client_status_t* status,
                                       apr_pool_t* pool)
 {
     auto& walk = *static_cast<CompletedStatus*>(baton);
-    HSVNStatusFunctions::ItemStatus item{status, FALSE, FALSE, FALSE};
+    HSVNStatusFunctions::ItemStatus item{status, FALSE, FALSE, FALSE, walk.scheduleOf(*status)};
     if (status->conflicted) {
         SVN_ERR(svn_wc_conflicted_p3(&item.textConflicted, &item.propertiesConflicted, &item.treeConflicted,
                                      walk._ctx->wc_ctx, status->local_abspath, pool));

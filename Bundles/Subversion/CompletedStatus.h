@@ -21,6 +21,7 @@ class CompletedStatus
 
   private:
     svn_error_t* complete(svn_client_status_t& status, apr_pool_t* pool);
+    svn_wc_schedule_t scheduleOf(const svn_client_status_t& status);
 
     HSVNStatusFunctions::StatusReceiver _receiver;
     void* _baton;

@@ -8,6 +8,7 @@
 
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace HSVNAdapter {
@@ -15,7 +16,7 @@ namespace HSVNAdapter {
 /// Adds to the record of an item that goes or has taken another's place what was there until now: a record of the
 /// newest interface does not say, and asking for an older one of each such item takes a walk of its own.
 ///
-/// The database tells of plain ones alone; records of others stay as they are.
+/// As Subversion's own client has it: of an item that lies on another that was itself scheduled nothing is added.
 class FormerNodes
 {
   public:
@@ -24,11 +25,13 @@ class FormerNodes
 
     /// Sets the revision of what was there, and of an item that goes its last change, too. The texts are made in the
     /// pool.
-    void complete(svn_client_status_t& status, apr_pool_t* pool);
+    ///
+    /// @return false when the database could not be asked
+    bool complete(svn_client_status_t& status, apr_pool_t* pool);
+    /// What is scheduled for an item, by its absolute path; nothing when the database could not be asked.
+    std::optional<svn_wc_schedule_t> scheduleOf(const char* path);
 
   private:
-    void completeDeletion(svn_client_status_t& status, apr_pool_t* pool);
-    void completeReplacement(svn_client_status_t& status);
     /// The database of the working copy that an item lies in; null when it cannot be used.
     WorkingCopyDatabase* databaseOf(const char* path);
 

@@ -67,18 +67,30 @@ svn_wc_entry_t emptyEntry()
 svn_wc_entry_t unchangedEntry(const UnchangedNode& node, const char* path, const char* url,
                               const svn_client_status_t& status, apr_pool_t* pool)
 {
-    const bool isFolder = status.kind == svn_node_dir;
-    svn_wc_entry_t entry = entryFromRecord(status, url, isFolder ? "" : nameIn(path));
-    entry.revision = status.revision;
+    svn_wc_entry_t entry = reportedEntry(path, url, status);
     entry.schedule = svn_wc_schedule_normal;
+    entry.copied = FALSE;
     entry.text_time = node.textTime;
     entry.checksum = checksumText(node.checksum, pool);
+    entry.working_size = node.textSize;
+    return entry;
+}
+
+svn_wc_entry_t reportedEntry(const char* path, const char* url, const svn_client_status_t& status)
+{
+    const bool isFolder = status.kind == svn_node_dir;
+    svn_wc_entry_t entry = entryFromRecord(status, url, isFolder ? "" : nameIn(path));
+    entry.schedule = status.node_status == svn_wc_status_added      ? svn_wc_schedule_add
+                     : status.node_status == svn_wc_status_deleted  ? svn_wc_schedule_delete
+                     : status.node_status == svn_wc_status_replaced ? svn_wc_schedule_replace
+                                                                    : svn_wc_schedule_normal;
+    entry.revision = status.revision;
+    entry.copied = status.copied;
     entry.cmt_rev = status.changed_rev;
     entry.cmt_date = status.changed_date;
     entry.cmt_author = status.changed_author;
     entry.has_props = status.prop_status != svn_wc_status_none;
     entry.has_prop_mods = status.prop_status == svn_wc_status_modified;
-    entry.working_size = node.textSize;
     entry.depth = isFolder && status.depth != svn_depth_unknown ? status.depth : svn_depth_infinity;
     return entry;
 }

@@ -24,6 +24,9 @@ svn_wc_entry_t unchangedEntry(const UnchangedNode& node, const char* path, const
 svn_wc_entry_t copiedEntry(const UnchangedNode& node, const char* path, const char* url,
                            const svn_client_status_t& status, apr_pool_t* pool);
 
+/// What the record alone tells of an item, where Subversion has no entry to answer.
+svn_wc_entry_t reportedEntry(const char* path, const char* url, const svn_client_status_t& status);
+
 /// The entry of an item that was added without a history and lies on disk.
 svn_wc_entry_t additionEntry(const char* path, const char* url, const svn_client_status_t& status);
 

@@ -3,6 +3,7 @@
 #ifdef HSVN_FAST_STATUS
 
 #include "DatabaseConnections.h"
+#include "FormerNodes.h"
 #include "Internal/PathText.h"
 #include "StatusEntries.h"
 
@@ -129,17 +130,50 @@ svn_error_t* StatusRecords::receive(const char* path, const svn_client_status_t&
         record.url = _urls.url(status.repos_root_url, status.repos_relpath, pool);
     }
     std::optional<svn_wc_entry_t> entry;
+    svn_error_t* error = SVN_NO_ERROR;
     if (status.conflicted) {
-        SVN_ERR(readConflicts(record, path, status, pool));
+        error = readConflicts(record, path, status, pool);
     } else if (status.versioned) {
         entry = makeEntry(path, record.url, status, pool);
         if (entry) {
             record.entry = &*entry;
         } else {
-            SVN_ERR(readEntry(&record.entry, path, status, pool));
+            error = readEntry(&record.entry, path, status, pool);
         }
     }
+    if (svn_error_find_cause(error, SVN_ERR_ASSERTION_FAIL) != nullptr) {
+        svn_error_clear(error);
+        error = completeAsReported(record, entry, path, status, pool);
+    }
+    SVN_ERR(error);
     _receiver(_baton, path, &record);
+    return SVN_NO_ERROR;
+}
+
+/// The older functions stop at a tree conflict over what is neither file nor folder, and at its neighbours.
+svn_error_t* StatusRecords::completeAsReported(svn_wc_status2_t& record, std::optional<svn_wc_entry_t>& entry,
+                                               const char* path, const svn_client_status_t& status, apr_pool_t* pool)
+{
+    if (status.versioned) {
+        svn_client_status_t completed = status;
+        if (isScheduled(status.node_status) && status.node_status != svn_wc_status_added && !status.copied) {
+            FormerNodes{pool}.complete(completed, pool);
+        }
+        entry = reportedEntry(path, record.url, completed);
+        record.entry = &*entry;
+    }
+    if (!status.conflicted) {
+        return SVN_NO_ERROR;
+    }
+    svn_boolean_t isTree = FALSE;
+    SVN_ERR(svn_wc_conflicted_p3(nullptr, nullptr, &isTree, _ctx->wc_ctx, path, pool));
+    if (isTree) {
+        record.tree_conflict = svn_wc_conflict_description_create_tree(path, nullptr, status.kind,
+                                                                       svn_wc_operation_none, nullptr, nullptr, pool);
+    }
+    if (status.node_status == svn_wc_status_conflicted) {
+        record.text_status = status.text_status;
+    }
     return SVN_NO_ERROR;
 }
 
@@ -288,7 +322,8 @@ svn_error_t* StatusRecords::readEntry(const svn_wc_entry_t** entry, const char* 
     svn_wc_status2_t* record = nullptr;
     SVN_ERR(readRecord(&record, path, pool));
     *entry = record->entry;
-    return SVN_NO_ERROR;
+    // Below a folder that is not there, either, a record has none.
+    return *entry != nullptr ? SVN_NO_ERROR : svn_wc_entry(entry, path, _opener, TRUE, pool);
 }
 
 svn_error_t* StatusRecords::openFolder(Folder& folder)
@@ -324,7 +359,7 @@ svn_error_t* StatusRecords::readConflicts(svn_wc_status2_t& record, const char* 
     // A root that a link leads to is only a link to the older function.
     if (status.kind == svn_node_file && folder(folderOf(path)).entriesRead < mostSingleEntries) {
         ++folder(folderOf(path)).entriesRead;
-        return readConflictedRecord(record, path, pool);
+        return readConflictedRecord(record, path, status, pool);
     }
     svn_boolean_t isText = FALSE;
     svn_boolean_t isProperty = FALSE;
@@ -334,7 +369,7 @@ svn_error_t* StatusRecords::readConflicts(svn_wc_status2_t& record, const char* 
         SVN_ERR(readEntry(&record.entry, path, status, pool));
     }
     if (record.entry == nullptr || record.entry->schedule != svn_wc_schedule_normal) {
-        return readConflictedRecord(record, path, pool);
+        return readConflictedRecord(record, path, status, pool);
     }
     record.text_status = isText ? svn_wc_status_conflicted : status.text_status;
     if (isText) {
@@ -351,7 +386,8 @@ svn_error_t* StatusRecords::readConflicts(svn_wc_status2_t& record, const char* 
     return SVN_NO_ERROR;
 }
 
-svn_error_t* StatusRecords::readConflictedRecord(svn_wc_status2_t& record, const char* path, apr_pool_t* pool)
+svn_error_t* StatusRecords::readConflictedRecord(svn_wc_status2_t& record, const char* path,
+                                                 const svn_client_status_t& status, apr_pool_t* pool)
 {
     svn_wc_status2_t* local = nullptr;
     SVN_ERR(readRecord(&local, path, pool));
@@ -363,6 +399,11 @@ svn_error_t* StatusRecords::readConflictedRecord(svn_wc_status2_t& record, const
     record.prop_status = local->prop_status;
     record.pristine_text_status = local->pristine_text_status;
     record.pristine_prop_status = local->pristine_prop_status;
+    // What is in the way of an item does not end its conflict.
+    if (local->text_status == svn_wc_status_obstructed && status.node_status == svn_wc_status_conflicted) {
+        record.text_status = status.text_status;
+        record.prop_status = status.prop_status;
+    }
     return SVN_NO_ERROR;
 }
 
@@ -379,11 +420,17 @@ svn_error_t* StatusRecords::openNear(const char* path)
 {
     // Any folder of the working copy that is on disk opens it; a root may be reached through a link from outside.
     std::string_view opener = isRoot(path) ? std::string_view{path} : folderOf(path);
-    svn_error_t* error = openFolder(folder(opener));
-    while (error != nullptr && opener != "/") {
-        svn_error_clear(error);
+    svn_error_t* const error = openFolder(folder(opener));
+    bool isOpen = error == nullptr;
+    while (!isOpen && opener != "/") {
         opener = folderOf(opener);
-        error = openFolder(folder(opener));
+        svn_error_t* const further = openFolder(folder(opener)); // the nearest folder's tells most
+        isOpen = further == nullptr;
+        svn_error_clear(further);
+    }
+    if (isOpen) {
+        svn_error_clear(error);
+        return SVN_NO_ERROR;
     }
     return error;
 }

@@ -66,7 +66,11 @@ class StatusRecords
     svn_error_t* readEntries(Folder& folder);
     svn_error_t* readConflicts(svn_wc_status2_t& record, const char* path, const svn_client_status_t& status,
                                apr_pool_t* pool);
-    svn_error_t* readConflictedRecord(svn_wc_status2_t& record, const char* path, apr_pool_t* pool);
+    svn_error_t* readConflictedRecord(svn_wc_status2_t& record, const char* path, const svn_client_status_t& status,
+                                      apr_pool_t* pool);
+    /// Fills a record from the newer one alone.
+    svn_error_t* completeAsReported(svn_wc_status2_t& record, std::optional<svn_wc_entry_t>& entry, const char* path,
+                                    const svn_client_status_t& status, apr_pool_t* pool);
     /// The older function's own record, without what the repository says.
     svn_error_t* readRecord(svn_wc_status2_t** record, const char* path, apr_pool_t* pool);
     const UnchangedNode* unchangedNode(UnchangedNode& single, const char* path, svn_node_kind_t kind);

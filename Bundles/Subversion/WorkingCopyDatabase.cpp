@@ -239,12 +239,18 @@ sqlite3_stmt* WorkingCopyDatabase::scheduledRows(std::string_view relativePath)
 }
 
 template <class Read>
-auto WorkingCopyDatabase::readScheduled(std::string_view relativePath, Read read)
+auto WorkingCopyDatabase::readRows(std::string_view relativePath, Read read)
 {
-    auto* row = hasConflict(relativePath) ? nullptr : scheduledRows(relativePath);
+    auto* row = scheduledRows(relativePath);
     auto result = row == nullptr ? decltype(read(row)){} : read(row);
     sqlite3_reset(row);
     return result;
+}
+
+template <class Read>
+auto WorkingCopyDatabase::readScheduled(std::string_view relativePath, Read read)
+{
+    return hasConflict(relativePath) ? std::invoke_result_t<Read, sqlite3_stmt*>{} : readRows(relativePath, read);
 }
 
 std::optional<DeletedNode> WorkingCopyDatabase::deletedNode(std::string_view relativePath, apr_pool_t* pool)
@@ -255,6 +261,37 @@ std::optional<DeletedNode> WorkingCopyDatabase::deletedNode(std::string_view rel
             node = deletedNodeIn(row, pool);
         }
         return node && hasNext(row) && hasPresence(row, "base-deleted") && isLast(row) ? node : std::nullopt;
+    });
+}
+
+std::optional<DeletedNode> WorkingCopyDatabase::baseBelow(std::string_view relativePath, apr_pool_t* pool)
+{
+    return readRows(relativePath, [&](sqlite3_stmt* row) -> std::optional<DeletedNode> {
+        if (!hasNext(row)) {
+            return std::nullopt;
+        }
+        const bool isBase = sqlite3_column_int(row, ScheduledOperationDepth) == 0;
+        const auto base = isBase ? deletedNodeIn(row, pool) : DeletedNode{};
+        return hasNext(row) && isLast(row) ? base : DeletedNode{};
+    });
+}
+
+std::optional<svn_wc_schedule_t> WorkingCopyDatabase::scheduleOf(std::string_view relativePath)
+{
+    return readRows(relativePath, [&](sqlite3_stmt* row) {
+        std::optional<svn_wc_schedule_t> schedule;
+        for (bool wasThere = false; hasNext(row);) {
+            const int depth = sqlite3_column_int(row, ScheduledOperationDepth);
+            const bool isThere = hasPresence(row, "normal") || hasPresence(row, "incomplete");
+            // What came with a folder is scheduled with it alone.
+            const bool isItself = depth > 0 && upperPath(relativePath, depth) == relativePath;
+            schedule = depth > 0 && !isThere ? svn_wc_schedule_delete
+                       : !isItself           ? svn_wc_schedule_normal
+                       : wasThere            ? svn_wc_schedule_replace
+                                             : svn_wc_schedule_add;
+            wasThere = isThere;
+        }
+        return schedule;
     });
 }
 

@@ -61,6 +61,11 @@ class WorkingCopyDatabase
     /// The base of an item that is deleted, with nothing else in its place and no history of copies; by its path below
     /// the root.
     std::optional<DeletedNode> deletedNode(std::string_view relativePath, apr_pool_t* pool);
+    /// The base of an item for which one thing alone is scheduled, whatever it is and also in conflict; without a
+    /// revision when there is no such base. Nothing when the item cannot be read.
+    std::optional<DeletedNode> baseBelow(std::string_view relativePath, apr_pool_t* pool);
+    /// What is scheduled for an item, whatever it is and also in conflict. Nothing when it cannot be read.
+    std::optional<svn_wc_schedule_t> scheduleOf(std::string_view relativePath);
     /// Whether an item was added without a history where nothing was before.
     bool isPlainAddition(std::string_view relativePath);
     /// The revision of what an item was in whose place another was added without a history.
@@ -90,7 +95,10 @@ class WorkingCopyDatabase
     bool readConflicts();
     /// The rows of an item, for `ScheduledColumn`; null when they cannot be read.
     sqlite3_stmt* scheduledRows(std::string_view relativePath);
-    /// What a function finds in the rows of an item, which it steps through; nothing for an item in conflict.
+    /// What a function finds in the rows of an item, which it steps through.
+    template <class Read>
+    auto readRows(std::string_view relativePath, Read read);
+    /// The same; nothing for an item in conflict.
     template <class Read>
     auto readScheduled(std::string_view relativePath, Read read);
     bool hasConflict(std::string_view relativePath) const;

@@ -183,6 +183,9 @@ struct HSVNStatusFunctions
         svn_boolean_t textConflicted;
         svn_boolean_t propertiesConflicted;
         svn_boolean_t treeConflicted;
+        /// Also of an item whose state hides it: one that is missing, incomplete or in conflict, or in whose way
+        /// something is.
+        svn_wc_schedule_t schedule;
     };
     using StatusReceiver = svn_error_t* (*)(void* baton, const ItemStatus* item, apr_pool_t* pool);
 

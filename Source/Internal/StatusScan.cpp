@@ -127,9 +127,12 @@ HSVNLockRef HSVNLockOfEntry(const HSVNPathRef& path, const svn_wc_entry_t& entry
     if (!entry.lock_token) {
         return nullptr;
     }
-    return std::make_shared<HSVNLock>(
-        path, entry.lock_token, HSVNTextOrNil(entry.lock_owner), HSVNTextOrNil(entry.lock_comment),
-        HSVNDate::dateWithAPRTime(entry.lock_creation_date).value_or(HSVNDate{}), std::nullopt);
+    svn_lock_t lock{};
+    lock.token = entry.lock_token;
+    lock.owner = entry.lock_owner;
+    lock.comment = entry.lock_comment;
+    lock.creation_date = entry.lock_creation_date;
+    return HSVNLock::lockWithSVNLock(&lock, path->string());
 }
 
 HSVNStatusNodeMaker::HSVNStatusNodeMaker(HSVNVersion version, apr_pool_t* pool)
@@ -285,9 +288,11 @@ HSVNNodeRef HSVNStatusNodeMaker::nodeOfKind(const HSVNLocalPathRef& path, const 
 HSVNNodeRef HSVNStatusNodeMaker::nodeOfKind(const HSVNLocalPathRef& path, const svn_client_status_t& status,
                                             apr_pool_t* pool)
 {
-    const bool isFile = status.filesize >= 0 || kindOf(path, status.kind, pool) != svn_node_dir;
+    // The size is that of whatever is on the disk, a file in a folder's way, too.
+    const bool hasSize = status.filesize >= 0 && status.kind != svn_node_dir;
+    const bool isFile = hasSize || kindOf(path, status.kind, pool) != svn_node_dir;
     auto node = newNode(!isFile, path);
-    if (status.filesize >= 0) {
+    if (hasSize) {
         node->setSize(static_cast<std::uint64_t>(status.filesize));
     } else {
         node->setSizeUnknown();
@@ -334,20 +339,6 @@ HSVNNodeRef HSVNStatusNodeMaker::makeNode(const HSVNLocalPathRef& path, const sv
 
 namespace {
 
-HSVNSchedule scheduleOf(svn_wc_status_kind node)
-{
-    switch (node) {
-    case svn_wc_status_added:
-        return HSVNScheduleAdd;
-    case svn_wc_status_deleted:
-        return HSVNScheduleDelete;
-    case svn_wc_status_replaced:
-        return HSVNScheduleReplace;
-    default:
-        return HSVNScheduleNormal;
-    }
-}
-
 /// Frees the record of a node that nobody else has.
 template <class Node>
 void dropStatus(const std::shared_ptr<Node>& node)
@@ -381,7 +372,7 @@ void takeRecord(HSVNStatus& record, const HSVNStatusFunctions::ItemStatus& item)
     record.setNodeStatus(HSVNConvertStatusKind(status.node_status));
     record.setTextStatus(textStatusOf(status.node_status, status.text_status));
     record.setPropertyStatus(HSVNConvertStatusKind(status.prop_status));
-    record.setSchedule(scheduleOf(status.node_status));
+    record.setSchedule(HSVNConvertSchedule(item.schedule));
     record.setVersioned(status.versioned != 0);
     record.setLocked(status.wc_is_locked != 0);
     record.setCopied(status.copied != 0);
