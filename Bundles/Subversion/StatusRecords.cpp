@@ -308,22 +308,26 @@ svn_error_t* StatusRecords::readEntry(const svn_wc_entry_t** entry, const char* 
     const bool tellsOfItself = status.kind == svn_node_dir && (kindOnDisk == svn_node_dir || isRoot(path));
     // One by one as long as reading all of the folder's would take longer.
     if (!tellsOfItself && ++folder(folderOf(path)).entriesRead > mostSingleEntries) {
-        auto& teller = folder(folderOf(path));
-        svn_error_t* error = readEntries(teller);
-        if (error == nullptr) {
-            *entry = static_cast<const svn_wc_entry_t*>(
-                apr_hash_get(teller.entries, nameOf(path).data(), APR_HASH_KEY_STRING));
-            if (*entry != nullptr) {
-                return SVN_NO_ERROR;
-            }
+        *entry = entryInFolder(path);
+        if (*entry != nullptr) {
+            return SVN_NO_ERROR;
         }
-        svn_error_clear(error);
     }
     svn_wc_status2_t* record = nullptr;
     SVN_ERR(readRecord(&record, path, pool));
-    *entry = record->entry;
-    // Below a folder that is not there, either, a record has none.
-    return *entry != nullptr ? SVN_NO_ERROR : svn_wc_entry(entry, path, _opener, TRUE, pool);
+    // Of what a copy lacks, such as what the server withholds, its folder alone tells.
+    *entry = record->entry != nullptr ? record->entry : entryInFolder(path);
+    return SVN_NO_ERROR;
+}
+
+const svn_wc_entry_t* StatusRecords::entryInFolder(const char* path)
+{
+    auto& teller = folder(folderOf(path));
+    svn_error_t* const error = readEntries(teller);
+    svn_error_clear(error);
+    return error != nullptr ? nullptr
+                            : static_cast<const svn_wc_entry_t*>(
+                                  apr_hash_get(teller.entries, nameOf(path).data(), APR_HASH_KEY_STRING));
 }
 
 svn_error_t* StatusRecords::openFolder(Folder& folder)

@@ -60,6 +60,8 @@ class StatusRecords
                                                     apr_pool_t* pool);
     svn_error_t* readEntry(const svn_wc_entry_t** entry, const char* path, const svn_client_status_t& status,
                            apr_pool_t* pool);
+    /// What an item's folder has of it; null when it cannot be read.
+    const svn_wc_entry_t* entryInFolder(const char* path);
     svn_error_t* openNear(const char* path);
     svn_error_t* openFolder(Folder& folder);
     /// Items that are hidden, such as deleted ones, among them.

@@ -129,8 +129,11 @@ void EveryKindOfItem::makeChanges() const
     writeFile(item("blank name"), "changed");
     fs::remove(item("link"));
     fs::create_symlink("modified", item("link"));
+    fs::remove(item("copyofexternals/child")); // as if the server had withheld it from the copy
     mustRun({"sqlite3", item(".svn/wc.db"),
-             "UPDATE nodes SET presence = 'incomplete' WHERE local_relpath = 'copiedtree/deep'"});
+             "UPDATE nodes SET presence = 'incomplete' WHERE local_relpath = 'copiedtree/deep';"
+             "UPDATE nodes SET presence = 'incomplete', kind = 'unknown', checksum = NULL"
+             " WHERE local_relpath = 'copyofexternals/child'"});
 }
 
 void EveryKindOfItem::makeReplacementsAndCopies() const
