@@ -68,7 +68,8 @@ class HSVN_EXPORT HSVNClientDelegate
     virtual bool promptForCredentials(HSVNContext& context, const HSVNCredentialsRef& credentials,
                                       const std::optional<std::string>& realm, bool& mayStore);
 
-    /// Asks whether to trust a server's certificate. Without an answer it is rejected.
+    /// Asks whether to trust a server's certificate. Without an answer it is rejected. A client asks once, and again
+    /// when the server shows another certificate, which bundles of 1.14 and later notice.
     ///
     /// @param failures   bits of `HSVNCertificateFailure`
     /// @param realm      the server; nil when Subversion gives none
@@ -120,7 +121,8 @@ class HSVN_EXPORT HSVNClientDelegate
                                    bool& mayStore);
 
     /// Asks for the file of the user's own certificate (PKCS #12), where a server wants to see one and the user's
-    /// `servers` names none. Without an answer none is shown.
+    /// `servers` names none. Without an answer none is shown. The next operation asks again when the server did not
+    /// accept it, as for the passphrase, on bundles of 1.14 and later.
     ///
     /// @param file      to be filled in with an absolute path, UTF-8, empty at first
     /// @param realm     the server; nil when Subversion gives none

@@ -5,6 +5,7 @@
 #include "TemporaryFolder.h"
 #include "WebServer.h"
 
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <functional>
@@ -12,6 +13,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <thread>
 
 // What a client stores of what it was told, and whom it asks for what it does not know, in a home of its own.
 
@@ -308,6 +310,37 @@ TEST_F(StoredCredentials, OfACertificateComeFromTheDelegateWhenNoFileHasThem)
     const int before = keeper->passphrases;
     list(url, keeper);
     EXPECT_EQ(keeper->passphrases, before);
+}
+
+TEST_F(StoredCredentials, OfAClientAreAskedForAgainWhenAConnectionDoubtsThem)
+{
+    const auto keeper = std::make_shared<HSVNClientDelegateFor<Keeper>>();
+    keeper->certificate = webServer().clientCertificate(true);
+    const auto client = HSVNClient::clientWithDelegate(keeper);
+    for (const char* passphrase : {"wrong", "certsecret", "certsecret"}) {
+        keeper->passphrase = passphrase;
+        const auto read = [&] { client->list(webServer().url(Access::certified)); };
+        EXPECT_EQ(failureOf(read).empty(), passphrase != std::string{"wrong"});
+    }
+    EXPECT_EQ(keeper->passphrases, 2);
+    // A server that answers nonsense; the last time it is another one.
+    const std::string port = std::to_string(freeLoopbackPort());
+    const std::string key = webServer().beside("server.key");
+    mustRun({"openssl", "req", "-x509", "-subj", "/CN=127.0.0.1", "-key", key, "-out", webServer().beside("own.pem")});
+    keeper->certificates = 0;
+    for (const auto& [certificate, asked] : {std::pair{"server.pem", 1}, {"server.pem", 1}, {"own.pem", 2}}) {
+        const BackgroundCommand server{{"sh", "-c",
+                                        "exec openssl s_server -rev -accept 127.0.0.1:" + port + " -key " + key +
+                                            " -cert " + webServer().beside(certificate) + " >/dev/null 2>&1"}};
+        const auto isRefused = [&] {
+            const auto read = [&] { client->list("https://127.0.0.1:" + port); };
+            return failureOf(read).find("HSVNConnectionRefusedException") != std::string::npos;
+        };
+        for (int attempt = 0; attempt < 500 && isRefused(); ++attempt) {
+            std::this_thread::sleep_for(std::chrono::milliseconds{20});
+        }
+        EXPECT_EQ(keeper->certificates, asked);
+    }
 }
 
 TEST_F(StoredCredentials, OfADelegateThatThrowsAreItsOwnException)

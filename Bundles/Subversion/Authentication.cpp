@@ -2,6 +2,7 @@
 #include "EntryPointTable.h"
 #include "ExtensionTable.h"
 #include "ExtensionTargets.h"
+#include "KeptCredentials.h"
 
 namespace HSVNAdapter {
 namespace {
@@ -18,6 +19,7 @@ void openAuthentication(svn_auth_baton_t** baton, const apr_array_header_t* prov
 {
     // Older lines take the array without const; none of them writes to it.
     svn_auth_open(baton, const_cast<apr_array_header_t*>(providers), pool);
+    forgetDoubtfulCredentials(*baton, pool);
 }
 
 void addProviders(apr_array_header_t* providers, const HSVNAuthenticationFunctions::Prompts* prompts, apr_pool_t* pool)
