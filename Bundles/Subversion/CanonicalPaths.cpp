@@ -121,7 +121,8 @@ svn_error_t* canonicalizeURL(const char** url, apr_pool_t* pool)
     if (std::any_of(authority.begin(), authority.end(), isOutsideAuthority)) {
         return badURL(*url, "has a character in its host that no host has");
     }
-    if (authority.empty() && scheme != "file://") {
+    // A tunnel's program may find the server without one.
+    if (authority.empty() && scheme != "file://" && !scheme.starts_with("svn+")) {
         return badURL(*url, "has no host");
     }
 #if HSVN_LINE_MINOR < 10
