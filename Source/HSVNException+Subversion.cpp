@@ -2,7 +2,10 @@
 #include "Internal/Characters.h"
 #include "Internal/Pool.h"
 
+#include <algorithm>
 #include <array>
+#include <fmt/format.h>
+#include <utf8.h>
 
 namespace {
 
@@ -14,11 +17,27 @@ const HSVNExceptionClass* registeredClassOf()
     return found;
 }
 
+/// Bytes that are no text by their numbers, as Subversion's programs show them.
+std::string legible(std::string_view bytes)
+{
+    std::string text;
+    while (!bytes.empty()) {
+        const auto size = std::min(utf8::find_invalid(bytes), bytes.size());
+        text += bytes.substr(0, size);
+        if (size < bytes.size()) {
+            text += fmt::format("?\\{:02X}", static_cast<unsigned char>(bytes[size]));
+        }
+        bytes.remove_prefix(std::min(size + 1, bytes.size()));
+    }
+    return text;
+}
+
 std::string messageOf(const svn_error_t* error)
 {
     HSVNAssertParameter(error != nullptr, "error != NULL");
     std::array<char, 1024> buffer{};
-    return HSVNText::decoded(HSVNCurrentEntryPoints().err_best_message(error, buffer.data(), buffer.size()));
+    const char* const message = HSVNCurrentEntryPoints().err_best_message(error, buffer.data(), buffer.size());
+    return legible(message ? message : "");
 }
 
 /// The status map's answer for `HSVNException`, the receiver itself for any other class.

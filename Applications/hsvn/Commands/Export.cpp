@@ -28,10 +28,10 @@ void runExport(Session& session)
                                      HSVNRevisionSpec::revisionWithRevision(options.startRevision(), peg), choices);
     } catch (const HSVNException& exception) {
         if (exception.status() == ObstructedUpdate && !options.force) {
-            throw wrapped(exception,
-                          "Destination directory exists; please remove the directory or use --force to overwrite");
+            throw printer.withFailedExternals(wrapped(
+                exception, "Destination directory exists; please remove the directory or use --force to overwrite"));
         }
-        throw;
+        throw printer.withFailedExternals(exception);
     }
     printer.requireExternals();
 }
