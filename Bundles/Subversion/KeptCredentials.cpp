@@ -60,7 +60,9 @@ class Connections
     {
         const std::lock_guard guard{_mutex};
         for (const auto& given : _given) {
-            given.kept->isUntried = given.kept->isUntried && given.state != state;
+            if (given.state == state) { // others' records belong to other threads
+                given.kept->isUntried = false;
+            }
         }
     }
 
