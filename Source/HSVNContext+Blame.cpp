@@ -57,10 +57,9 @@ void HSVNContext::blame(const HSVNTargetInRevision& target, const std::pair<HSVN
         {{"target", target.target.text()}, {"pegRevision", target.revision->pegRevision()}, {"range", range}}};
     const auto function = operation.extension(&HSVNReadingFunctions::client_blame);
     operation.refuse(choices.mergedRevisions && !operation.isAtLeast(HSVNVersion::version1_5()), "mergedRevisions");
-    const auto peg = HSVNCheckedRevision(target.revision->pegRevision()->SVNRevision());
-    const auto start =
-        HSVNCheckedRevision((range.first ? range.first : HSVNRevision::revisionWithNumber(1))->SVNRevision());
-    const auto end = range.second ? HSVNCheckedRevision(range.second->SVNRevision())
+    const auto peg = target.revision->pegRevision()->SVNRevision();
+    const auto start = (range.first ? range.first : HSVNRevision::revisionWithNumber(1))->SVNRevision();
+    const auto end = range.second ? range.second->SVNRevision()
                                   : HSVNRevisionOfTarget(target.target, *target.revision->keyRevision());
     Reading reading{{operation, receiver}};
     operation.check(function(&reading.first, &reading.last, operation.cString(target.target.text()), &peg, &start, &end,

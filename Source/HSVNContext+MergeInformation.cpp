@@ -18,7 +18,7 @@ svn_error_t* receiveRevision(void* baton, svn_log_entry_t* record, apr_pool_t* p
 
 svn_opt_revision_t recordOf(const HSVNRevisionRef& revision)
 {
-    return HSVNCheckedRevision((revision ? revision : HSVNRevision::UNSPECIFIED())->SVNRevision());
+    return (revision ? revision : HSVNRevision::UNSPECIFIED())->SVNRevision();
 }
 
 } // namespace
@@ -27,8 +27,8 @@ HSVNMergingSummary HSVNContext::mergingSummary(const HSVNTargetInRevision& sourc
 {
     HSVNOperation operation{
         *this, "mergingSummary", {{"source", source.target.text()}, {"target", target.target.text()}}};
-    const auto sourceRevision = HSVNCheckedRevision(source.revision->pegRevision()->SVNRevision());
-    const auto targetRevision = HSVNCheckedRevision(target.revision->pegRevision()->SVNRevision());
+    const auto sourceRevision = source.revision->pegRevision()->SVNRevision();
+    const auto targetRevision = target.revision->pegRevision()->SVNRevision();
     HSVNMergeFunctions::MergingSummary found{};
     operation.call(&HSVNMergeFunctions::client_merging_summary, &found, operation.cString(source.target.text()),
                    &sourceRevision, operation.cString(target.target.text()), &targetRevision, operation.ctx(),
@@ -51,8 +51,8 @@ void HSVNContext::mergedRevisions(const HSVNTargetInRevision& source, const HSVN
     HSVNAssertParameter(receiver != nullptr, "receiver != nil");
     HSVNOperation operation{
         *this, "mergedRevisions", {{"source", source.target.text()}, {"target", target.target.text()}}};
-    const auto sourceRevision = HSVNCheckedRevision(source.revision->pegRevision()->SVNRevision());
-    const auto targetRevision = HSVNCheckedRevision(target.revision->pegRevision()->SVNRevision());
+    const auto sourceRevision = source.revision->pegRevision()->SVNRevision();
+    const auto targetRevision = target.revision->pegRevision()->SVNRevision();
     const auto start = recordOf(choices.range.first);
     const auto end = recordOf(choices.range.second);
     RevisionsCall call{operation, receiver};

@@ -19,7 +19,7 @@ HSVNContext::revisionProperties(const HSVNTarget& url, const HSVNRevisionRef& re
 {
     HSVNAssertParameter(revision != nullptr, "revision != nil");
     HSVNOperation operation{*this, "revisionProperties", {{"url", url.text()}, {"revision", revision}}};
-    const auto record = HSVNCheckedRevision(revision->SVNRevision());
+    const auto record = revision->SVNRevision();
     apr_hash_t* properties = nullptr;
     svn_revnum_t found = HSVNInvalidRevision;
     operation.call(&HSVNPropertyFunctions::client_revprop_list, &properties, operation.cString(url.text()), &record,
@@ -33,7 +33,7 @@ std::optional<std::string> HSVNContext::revisionProperty(const HSVNTarget& url, 
 {
     HSVNAssertParameter(revision != nullptr, "revision != nil");
     HSVNOperation operation{*this, "revisionProperty", {{"url", url.text()}, {"name", name}, {"revision", revision}}};
-    const auto record = HSVNCheckedRevision(revision->SVNRevision());
+    const auto record = revision->SVNRevision();
     svn_string_t* value = nullptr;
     svn_revnum_t found = HSVNInvalidRevision;
     operation.call(&HSVNPropertyFunctions::client_revprop_get, operation.cString(name), &value,
@@ -52,7 +52,7 @@ HSVNRevisionNumber HSVNContext::setRevisionProperty(const HSVNTarget& url, const
         *this, "setRevisionProperty", {{"url", url.text()}, {"name", name}, {"revision", revision}}};
     const char* const nameText = operation.cString(name);
     const char* const urlText = operation.cString(url.text());
-    const auto record = HSVNCheckedRevision(revision->SVNRevision());
+    const auto record = revision->SVNRevision();
     svn_revnum_t number = HSVNInvalidRevision;
     if (choices.formerValue) {
         operation.call(&HSVNPropertyFunctions::client_revprop_replace, nameText, HSVNPropertyValue{value}.get(),

@@ -140,7 +140,7 @@ void requireUnversionedFolder(const HSVNPathRef& path)
 bool runScan(HSVNOperation& operation, HSVNStatusScan& scan, const HSVNStatusOptions& options)
 {
     const bool recurse = applyOptions(scan, options);
-    const svn_opt_revision_t revision = HSVNCheckedRevision(options.revision()->SVNRevision());
+    const svn_opt_revision_t revision = options.revision()->SVNRevision();
     try {
         scan.externals = externalsOf(operation, scan, recurse && options.processExternals());
         svn_revnum_t result = SVN_INVALID_REVNUM;

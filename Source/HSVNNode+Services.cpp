@@ -8,7 +8,6 @@
 #include "Internal/Import.h"
 #include "Internal/Merge.h"
 #include "Internal/OperationNotifications.h"
-#include "Internal/RevisionNumber.h"
 
 // MARK: Import
 
@@ -74,7 +73,7 @@ void HSVNNode::mergeNodeAtPath(const HSVNPathRef& path1, const HSVNRevisionRef& 
          {"workingCopyPath", workingCopyPath},
          {"options", options},
          {"context", context}}};
-    HSVNMergeDifference(operation, {operation.cString(path1->string()), HSVNCheckedRevision(revision1->SVNRevision())},
-                        {operation.cString(path2->string()), HSVNCheckedRevision(revision2->SVNRevision())},
-                        workingCopyPath->string(), options->choices());
+    HSVNMergeDifference(operation, {operation.cString(path1->string()), revision1->SVNRevision()},
+                        {operation.cString(path2->string()), revision2->SVNRevision()}, workingCopyPath->string(),
+                        options->choices());
 }

@@ -10,7 +10,6 @@
 #include "HSVNStringPatterns.h"
 #include "Internal/CanonicalPath.h"
 #include "Internal/Operation.h"
-#include "Internal/RevisionNumber.h"
 #include "Internal/StatusScan.h"
 
 #include <algorithm>
@@ -62,7 +61,7 @@ HSVNNodeRef HSVNNode::nodeWithStatusAtPath(const HSVNPathRef& path, const HSVNRe
                             "nodeWithStatusAtPath:revision:compareAgainstRepository:withContext:",
                             {{"path", path}, {"revision", revision}, {"context", context}}};
     HSVNNodeStatusRecord record{context, operation.pool(), HSVNCanonicalLocalPath(path), nullptr};
-    const svn_opt_revision_t subversionRevision = HSVNCheckedRevision(revision->SVNRevision());
+    const svn_opt_revision_t subversionRevision = revision->SVNRevision();
     svn_revnum_t result = SVN_INVALID_REVNUM;
     operation.check(operation->client_status2(&result, operation.cString(record.path->string()), &subversionRevision,
                                               HSVNNodeStatusCallback, &record, FALSE, TRUE, compareAgainstRepository,

@@ -185,6 +185,13 @@ std::optional<HSVNDate> HSVNRevision::date() const { return std::nullopt; }
 
 bool HSVNRevision::isRelative() const { return false; }
 
+svn_opt_revision_t HSVNRevision::SVNRevision() const
+{
+    const auto checked = record();
+    HSVNAssertParameter(checked.kind != svn_opt_revision_number || checked.value.number >= 0, "number >= 0");
+    return checked;
+}
+
 HSVNComparisonResult HSVNRevision::compare(const HSVNRevisionRef& other) const
 {
     if (!other) {
@@ -224,7 +231,7 @@ HSVNNumberedRevision::HSVNNumberedRevision(HSVNCoder* decoder)
 
 std::string HSVNNumberedRevision::description() const { return fmt::format("{}", _number); }
 
-svn_opt_revision_t HSVNNumberedRevision::SVNRevision() const
+svn_opt_revision_t HSVNNumberedRevision::record() const
 {
     auto revision = makeSVNRevision(svn_opt_revision_number);
     revision.value.number = _number;
@@ -263,7 +270,7 @@ HSVNRelativeRevision::HSVNRelativeRevision(HSVNCoder* decoder)
 
 bool HSVNRelativeRevision::isRelative() const { return _kind > svn_opt_revision_date; }
 
-svn_opt_revision_t HSVNRelativeRevision::SVNRevision() const
+svn_opt_revision_t HSVNRelativeRevision::record() const
 {
     return makeSVNRevision(static_cast<svn_opt_revision_kind>(_kind));
 }
@@ -316,7 +323,7 @@ svn_opt_revision_t HSVNRevisionAtDate::recordAtTime(std::int64_t time)
     return revision;
 }
 
-svn_opt_revision_t HSVNRevisionAtDate::SVNRevision() const { return recordAtTime(_date.APRTime()); }
+svn_opt_revision_t HSVNRevisionAtDate::record() const { return recordAtTime(_date.APRTime()); }
 
 HSVNRevisionRef HSVNRevisionAtDate::copy() const { return std::make_shared<HSVNRevisionAtDate>(_date); }
 
@@ -334,16 +341,13 @@ bool HSVNRevisionAtDate::isEqualToRevision(const HSVNRevision& other) const
     return dated && dated->_date == _date;
 }
 
-svn_opt_revision_t HSVNRevisionAtExactDate::SVNRevision() const
-{
-    return recordAtTime(date()->microsecondsSince1970());
-}
+svn_opt_revision_t HSVNRevisionAtExactDate::record() const { return recordAtTime(date()->microsecondsSince1970()); }
 
 HSVNRevisionRef HSVNRevisionAtExactDate::copy() const { return std::make_shared<HSVNRevisionAtExactDate>(*date()); }
 
 HSVNMineRevision::HSVNMineRevision(HSVNCoder* decoder) : HSVNRevision{decoder} {}
 
-svn_opt_revision_t HSVNMineRevision::SVNRevision() const
+svn_opt_revision_t HSVNMineRevision::record() const
 {
     throw HSVNException("Cannot convert from HSVNMineRevision to svn_opt_revision_t");
 }

@@ -80,10 +80,12 @@ class HSVN_EXPORT HSVNRevision : public HSVNArchivable
     virtual std::optional<HSVNDate> date() const;
     /// Whether the revision moves with the repository or the working copy; not so for UNSPECIFIED.
     virtual bool isRelative() const;
-    /// The record that Subversion takes.
+    /// The record that Subversion takes. There is none of a negative number, which Subversion takes for HEAD here, for
+    /// a fault there.
     ///
+    /// @throws an assertion "number >= 0"
     /// @throws HSVNException "Cannot convert from HSVNMineRevision to svn_opt_revision_t"
-    virtual svn_opt_revision_t SVNRevision() const = 0;
+    svn_opt_revision_t SVNRevision() const;
     /// A new object of the same class.
     virtual HSVNRevisionRef copy() const = 0;
 
@@ -106,6 +108,8 @@ class HSVN_EXPORT HSVNRevision : public HSVNArchivable
   protected:
     HSVNRevision() = default;
     explicit HSVNRevision(HSVNCoder* decoder);
+    /// The record, untested: `SVNRevision` tests it.
+    virtual svn_opt_revision_t record() const = 0;
     /// Identity unless a subclass knows better.
     virtual bool isEqualToRevision(const HSVNRevision& other) const;
 };
@@ -123,13 +127,13 @@ class HSVN_EXPORT HSVNNumberedRevision : public HSVNRevision
     /// The number in decimal.
     std::string description() const override;
     HSVNRevisionNumber number() const override { return _number; }
-    svn_opt_revision_t SVNRevision() const override;
     HSVNRevisionRef copy() const override;
     std::size_t hash() const override;
     /// Key: "number".
     void encodeWithCoder(HSVNCoder* encoder) const override;
 
   protected:
+    svn_opt_revision_t record() const override;
     bool isEqualToRevision(const HSVNRevision& other) const override;
 
   private:
@@ -152,7 +156,6 @@ class HSVN_EXPORT HSVNRelativeRevision : public HSVNRevision
     /// The `svn_opt_revision_kind`.
     std::int32_t kind() const { return _kind; }
     bool isRelative() const override;
-    svn_opt_revision_t SVNRevision() const override;
     HSVNRevisionRef copy() const override;
     /// The kind.
     std::size_t hash() const override;
@@ -160,6 +163,7 @@ class HSVN_EXPORT HSVNRelativeRevision : public HSVNRevision
     void encodeWithCoder(HSVNCoder* encoder) const override;
 
   protected:
+    svn_opt_revision_t record() const override;
     bool isEqualToRevision(const HSVNRevision& other) const override;
 
   private:
@@ -193,14 +197,14 @@ class HSVN_EXPORT HSVNRevisionAtDate : public HSVNRevision
     /// The date's `ISO8601StringValue`.
     std::string description() const override;
     std::optional<HSVNDate> date() const override { return _date; }
-    /// The record holds whole seconds.
-    svn_opt_revision_t SVNRevision() const override;
     HSVNRevisionRef copy() const override;
     std::size_t hash() const override;
     /// Key: "date".
     void encodeWithCoder(HSVNCoder* encoder) const override;
 
   protected:
+    /// The record holds whole seconds.
+    svn_opt_revision_t record() const override;
     bool isEqualToRevision(const HSVNRevision& other) const override;
     /// The revision's record with a time in microseconds since 1970.
     static svn_opt_revision_t recordAtTime(std::int64_t time);
@@ -216,9 +220,11 @@ class HSVN_EXPORT HSVNRevisionAtExactDate : public HSVNRevisionAtDate
   public:
     using HSVNRevisionAtDate::HSVNRevisionAtDate;
 
-    /// The record holds microseconds.
-    svn_opt_revision_t SVNRevision() const override;
     HSVNRevisionRef copy() const override;
+
+  protected:
+    /// The record holds microseconds.
+    svn_opt_revision_t record() const override;
 };
 
 /// The user's side of a conflict; has no Subversion record, so callers map it before any call.
@@ -233,11 +239,11 @@ class HSVN_EXPORT HSVNMineRevision : public HSVNRevision
     /// ".mine"
     std::string description() const override { return ".mine"; }
     bool isRelative() const override { return true; }
-    svn_opt_revision_t SVNRevision() const override;
     HSVNRevisionRef copy() const override;
     std::size_t hash() const override;
 
   protected:
+    svn_opt_revision_t record() const override;
     bool isEqualToRevision(const HSVNRevision& other) const override;
 };
 

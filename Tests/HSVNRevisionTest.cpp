@@ -120,6 +120,7 @@ TEST(Revision, RefusesWhatCannotBeConverted)
     } catch (const HSVNException& exception) {
         EXPECT_EQ(exception.reason(), "Cannot convert from HSVNMineRevision to svn_opt_revision_t");
     }
+    EXPECT_THROW(HSVNNumberedRevision{-7}.SVNRevision(), HSVNAssertionException);
     svn_opt_revision_t record{};
     record.kind = svn_opt_revision_number;
     record.value.number = 3'000'000'000;

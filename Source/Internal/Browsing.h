@@ -3,15 +3,13 @@
 #include "HSVNForward.h"
 #include "HSVNRevisionSpec.h"
 #include "HSVNTarget.h"
-#include "Internal/RevisionNumber.h"
 #include "Internal/Subversion.h"
 
 /// The two records that Subversion takes for a revision specification.
 struct HSVNRevisionRecords
 {
     explicit HSVNRevisionRecords(const HSVNRevisionSpec& revision)
-        : peg{HSVNCheckedRevision(revision.pegRevision()->SVNRevision())},
-          operative{HSVNCheckedRevision(revision.operativeRevision()->SVNRevision())}
+        : peg{revision.pegRevision()->SVNRevision()}, operative{revision.operativeRevision()->SVNRevision()}
     {
     }
 
@@ -37,7 +35,7 @@ inline HSVNRevisionSpecRef HSVNSpecOrHead(const HSVNRevisionSpecRef& revision)
 /// The record of a target's revision: without any, HEAD of a URL and what the working copy holds of a local path.
 inline svn_opt_revision_t HSVNRevisionOfTarget(const HSVNTarget& target, const HSVNRevision& revision)
 {
-    auto record = HSVNCheckedRevision(revision.SVNRevision());
+    auto record = revision.SVNRevision();
     if (record.kind == svn_opt_revision_unspecified) {
         record.kind = target.isURL() ? svn_opt_revision_head : svn_opt_revision_working;
     }

@@ -1,5 +1,4 @@
 #include "Internal/Copy.h"
-#include "Internal/RevisionNumber.h"
 
 #include "HSVNRevision.h"
 #include "HSVNRevisionSpec.h"
@@ -12,10 +11,9 @@ apr_array_header_t* sourceArray(HSVNOperation& operation, const std::vector<HSVN
     using Source = HSVNCommitFunctions::CopySource;
     auto* const array = operation->apr_array_make(operation.pool(), static_cast<int>(sources.size()), sizeof(Source));
     for (const auto& source : sources) {
-        *static_cast<Source*>(operation->apr_array_push(array)) = {
-            operation.changed(source.target.text()),
-            HSVNCheckedRevision(source.revision->operativeRevision()->SVNRevision()),
-            HSVNCheckedRevision(source.revision->pegRevision()->SVNRevision())};
+        *static_cast<Source*>(operation->apr_array_push(array)) = {operation.changed(source.target.text()),
+                                                                   source.revision->operativeRevision()->SVNRevision(),
+                                                                   source.revision->pegRevision()->SVNRevision()};
     }
     return array;
 }
@@ -62,7 +60,7 @@ svn_error_t* callPlace(HSVNRevisionChange& change, svn_commit_info_t** info,
     operation.refuse(!choices.processExternals, "processExternals");
     operation.refuse(choices.pinExternals, "pinExternals");
     change.refuseProperties();
-    const svn_opt_revision_t revision = HSVNCheckedRevision(source.revision->keyRevision()->SVNRevision());
+    const svn_opt_revision_t revision = source.revision->keyRevision()->SVNRevision();
     const char* const from = operation.changed(source.target.text());
     return operation->client_copy3(info, from, &revision, operation.changed(destination), operation.ctx(),
                                    operation.pool());

@@ -5,7 +5,6 @@
 #include "Internal/DepthTranslation.h"
 #include "Internal/ExtensionCall.h"
 #include "Internal/RecursionFlag.h"
-#include "Internal/RevisionNumber.h"
 
 #include <apr_file_io.h>
 
@@ -37,7 +36,7 @@ HSVNDiffEnds HSVNEndsOf(const HSVNTargetInRevision& first, const HSVNTargetInRev
 HSVNDiffEnds HSVNEndsOf(const HSVNDiffRevisions& revisions)
 {
     HSVNAssertParameter(revisions.first != nullptr && revisions.second != nullptr, "revision != nil");
-    return {HSVNCheckedRevision(revisions.first->SVNRevision()), HSVNCheckedRevision(revisions.second->SVNRevision())};
+    return {revisions.first->SVNRevision(), revisions.second->SVNRevision()};
 }
 
 HSVNDifferenceFunctions::Comparing HSVNRecordOfChoices(const HSVNOperation& operation, const HSVNDiffChoices& choices)

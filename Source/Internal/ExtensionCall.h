@@ -5,7 +5,6 @@
 #include "Internal/Operation.h"
 #include "Internal/PathText.h"
 #include "Internal/ReservedName.h"
-#include "Internal/RevisionNumber.h"
 
 #include <optional>
 #include <string>
@@ -58,8 +57,7 @@ inline apr_array_header_t* HSVNRangeArray(const HSVNOperation& operation,
     using Range = HSVNReadingFunctions::RevisionRange;
     auto* const array = operation->apr_array_make(operation.pool(), static_cast<int>(ranges.size()), sizeof(Range));
     for (const auto& [start, end] : ranges) {
-        *static_cast<Range*>(operation->apr_array_push(array)) = {HSVNCheckedRevision(start->SVNRevision()),
-                                                                  HSVNCheckedRevision(end->SVNRevision())};
+        *static_cast<Range*>(operation->apr_array_push(array)) = {start->SVNRevision(), end->SVNRevision()};
     }
     return array;
 }

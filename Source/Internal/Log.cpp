@@ -141,8 +141,7 @@ bool namesOthers(const HSVNLogChoices& choices)
 
 svn_opt_revision_t pegOf(const HSVNLogChoices& choices)
 {
-    return HSVNCheckedRevision(
-        (choices.pegRevision ? choices.pegRevision : HSVNRevision::UNSPECIFIED())->SVNRevision());
+    return (choices.pegRevision ? choices.pegRevision : HSVNRevision::UNSPECIFIED())->SVNRevision();
 }
 
 std::vector<std::pair<HSVNRevisionRef, HSVNRevisionRef>> rangesOf(const HSVNLogChoices& choices)
@@ -229,8 +228,8 @@ void HSVNLogMessages(HSVNOperation& operation, const apr_array_header_t* targets
 {
     const auto peg = pegOf(choices);
     const auto range = rangesOf(choices).front();
-    const auto from = HSVNCheckedRevision(range.first->SVNRevision());
-    const auto to = HSVNCheckedRevision(range.second->SVNRevision());
+    const auto from = range.first->SVNRevision();
+    const auto to = range.second->SVNRevision();
     operation.check(operation->client_log3(targets, &peg, &from, &to, choices.limit, choices.changedPaths,
                                            choices.stopOnCopy, receiver, baton, operation.ctx(), operation.pool()));
 }

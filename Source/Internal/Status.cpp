@@ -103,8 +103,7 @@ svn_error_t* callStatus(StatusCall& call, svn_revnum_t* result, const char* targ
 {
     auto& operation = call.operation;
     const auto& choices = call.choices;
-    const auto revision =
-        HSVNCheckedRevision((choices.revision ? choices.revision : HSVNRevision::HEAD())->SVNRevision());
+    const auto revision = (choices.revision ? choices.revision : HSVNRevision::HEAD())->SVNRevision();
     const auto call6 = [&](auto status, auto... threads) {
         return status(threads..., result, operation.ctx(), target, &revision, HSVNDepthForSubversion(choices.depth),
                       choices.getAll, choices.contactRepository, !choices.matchIgnorePatterns,

@@ -43,7 +43,7 @@ svn_error_t* callUpdate(HSVNOperation& operation, apr_array_header_t** results, 
 std::vector<HSVNRevisionNumber> HSVNUpdate(HSVNOperation& operation, const apr_array_header_t* targets,
                                            const HSVNRevision& revision, const HSVNUpdateChoices& choices)
 {
-    const svn_opt_revision_t record = HSVNCheckedRevision(revision.SVNRevision());
+    const svn_opt_revision_t record = revision.SVNRevision();
     apr_array_header_t* results = nullptr;
     svn_error_t* error = callUpdate(operation, &results, targets, record, choices);
     if (error && error->apr_err == SVN_ERR_CLIENT_BAD_REVISION && !operation.isVerb()) {
