@@ -36,7 +36,7 @@ std::optional<std::string> HSVNContext::revisionProperty(const HSVNTarget& url, 
     const auto record = revision->SVNRevision();
     svn_string_t* value = nullptr;
     svn_revnum_t found = HSVNInvalidRevision;
-    operation.call(&HSVNPropertyFunctions::client_revprop_get, operation.cString(name), &value,
+    operation.call(&HSVNPropertyFunctions::client_revprop_get, HSVNCheckedPropertyName(operation, name), &value,
                    operation.cString(url.text()), &record, &found, operation.ctx(), operation.pool());
     store(number, found);
     return value ? std::optional{std::string{value->data, value->len}} : std::nullopt;

@@ -456,6 +456,7 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
                                                const HSVNPropertiesChoices& choices = {});
     /// Reads one property of the items that have it.
     ///
+    /// @throws HSVNException (`HSVNStatusCode::PropertyName`) for a name that no property has (`HSVNIsPropertyName`)
     /// Stands for svn_client_propget5 (svn_client_propget2).
     HSVNPropertyValues property(const HSVNTarget& target, const std::string& name,
                                 const HSVNRevisionArgument& revision = HSVNRevisionSpec::UNSPECIFIED(),
@@ -483,7 +484,8 @@ class HSVN_EXPORT HSVNContext : public HSVNObject, public std::enable_shared_fro
     /// Stands for svn_client_revprop_list.
     std::map<std::string, std::string> revisionProperties(const HSVNTarget& url, const HSVNRevisionRef& revision,
                                                           HSVNRevisionNumber* number = nullptr);
-    /// Reads one of them; nil when the revision does not have it. Stands for svn_client_revprop_get.
+    /// Reads one of them; nil when the revision does not have it. The name is as for `property`. Stands for
+    /// svn_client_revprop_get.
     std::optional<std::string> revisionProperty(const HSVNTarget& url, const std::string& name,
                                                 const HSVNRevisionRef& revision, HSVNRevisionNumber* number = nullptr);
     /// Sets an unversioned property of a revision, or deletes it; what was there is lost.

@@ -303,7 +303,8 @@ class HSVN_EXPORT HSVNNode : public HSVNArchivable
                             const HSVNPathRef& path, const HSVNContextRef& context);
     /// One versioned property of an item; nil when the item has none of that name. Arguments as above.
     ///
-    /// @throws HSVNException for every Subversion error, such as an item that is not versioned
+    /// @throws HSVNException for every Subversion error, such as an item that is not versioned, and for a name that no
+    ///         property has (`HSVNIsPropertyName`)
     /// Stands for svn_client_propget2.
     static std::optional<std::string> propertyWithName(const std::string& propName, const HSVNPathRef& path,
                                                        const HSVNRevisionSpecRef& revision,

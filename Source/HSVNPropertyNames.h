@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 // Names of Subversion's standard properties.
 
 inline constexpr const char* HSVNPropertyExternals =
@@ -10,3 +12,11 @@ inline constexpr const char* HSVNPropertyMIMEType = "svn:mime-type";      ///< t
 inline constexpr const char* HSVNPropertyEOLStyle = "svn:eol-style"; ///< how the lines of a file end (HSVNEndOfLine.h)
 inline constexpr const char* HSVNPropertyIgnore = "svn:ignore";      ///< names to ignore in a directory, patterns
 inline constexpr const char* HSVNPropertyKeywords = "svn:keywords";  ///< which keywords of a file are filled in
+
+/// Whether Subversion lets a property have that name: ASCII letters, digits and ":_-.", not a digit, "-" or "." first.
+inline constexpr bool HSVNIsPropertyName(std::string_view name)
+{
+    constexpr std::string_view first = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ:_";
+    constexpr std::string_view further = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ:_0123456789-.";
+    return !name.empty() && first.find(name.front()) != name.npos && name.find_first_not_of(further) == name.npos;
+}

@@ -32,6 +32,11 @@ TEST_P(PropertyCommits, ChangePropertiesOfURLs)
     repository.put("trunk/a.txt", "newer\n");
     EXPECT_THROW(client->setProperty(url, 3, "color", "blue"), HSVNException) << "it is out of date";
     EXPECT_THAT(reasonOf([&] { client->setProperty(url, 4, "svn:eol-style", "odd"); }), HasSubstr("svn:eol-style"));
+    for (const char* const name : {"", "two words", "svn:ignore "}) {
+        const auto reason = std::string{"Bad property name: '"} + name;
+        EXPECT_THAT(reasonOf([&] { client->property(url, name); }), HasSubstr(reason));
+        EXPECT_THAT(reasonOf([&] { client->revisionProperty(url, name, HSVNRevision::HEAD()); }), HasSubstr(reason));
+    }
     EXPECT_EQ(repository.youngest(), 4);
 }
 

@@ -1,7 +1,7 @@
 #include "Internal/PatchBody.h"
 
+#include "HSVNPropertyNames.h"
 #include "Internal/PatchHeader.h"
-#include "Internal/PropertyValue.h"
 
 #include <algorithm>
 #include <array>

@@ -1,11 +1,15 @@
 #include "Internal/Properties.h"
 
+#include "HSVNPropertyNames.h"
+#include "HSVNStatusCodes.h"
 #include "Internal/Browsing.h"
+#include "Internal/Characters.h"
 #include "Internal/DepthTranslation.h"
 #include "Internal/ExtensionCall.h"
 #include "Internal/RecursionFlag.h"
 
 #include <algorithm>
+#include <fmt/format.h>
 #include <svn_props.h>
 
 namespace {
@@ -64,6 +68,17 @@ void listProperties(HSVNOperation& operation, const char* target, const HSVNRevi
 
 } // namespace
 
+const char* HSVNCheckedPropertyName(const HSVNOperation& operation, const std::string& name)
+{
+    const char* const text = operation.cString(name);
+    if (!HSVNIsPropertyName(name)) {
+        HSVNException::exceptionWithReason(fmt::format("Bad property name: '{}'", HSVNText::quoted(name)),
+                                           HSVNStatusCode::PropertyName)
+            ->raise();
+    }
+    return text;
+}
+
 HSVNPropertyMap HSVNPropertiesOfHash(const HSVNOperation& operation, apr_hash_t* hash)
 {
     HSVNPropertyMap properties;
@@ -95,7 +110,7 @@ void HSVNReadProperties(HSVNOperation& operation, const std::string& target, con
 HSVNPropertyValues HSVNReadProperty(HSVNOperation& operation, const std::string& target, const std::string& name,
                                     const HSVNRevisionSpec& revision, const HSVNPropertiesChoices& choices)
 {
-    const char* const nameText = operation.cString(name);
+    const char* const nameText = HSVNCheckedPropertyName(operation, name);
     const char* const targetText = operation.cString(target);
     const HSVNRevisionRecords revisions{revision};
     apr_hash_t* values = nullptr;

@@ -7,6 +7,12 @@
 
 #include <string>
 
+/// A property's name for Subversion, which looks at it in its command line alone: the library finds nothing by one that
+/// is none, and a commit takes any.
+///
+/// @throws HSVNException of status `HSVNStatusCode::PropertyName`
+const char* HSVNCheckedPropertyName(const HSVNOperation& operation, const std::string& name);
+
 /// The values of a hash of counted strings by name; none of a null one.
 HSVNPropertyMap HSVNPropertiesOfHash(const HSVNOperation& operation, apr_hash_t* hash);
 

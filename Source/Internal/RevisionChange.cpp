@@ -1,13 +1,10 @@
 #include "Internal/RevisionChange.h"
 
-#include "HSVNStatusCodes.h"
 #include "Internal/CString.h"
-#include "Internal/Characters.h"
-#include "Internal/PropertyValue.h"
+#include "Internal/Properties.h"
 #include "Internal/RevisionNumber.h"
 #include "Internal/Text.h"
 
-#include <fmt/format.h>
 #include <utility>
 
 namespace {
@@ -87,13 +84,7 @@ apr_hash_t* HSVNRevisionChange::properties() const
     }
     auto* const hash = _operation->apr_hash_make(_operation.pool());
     for (const auto& [name, value] : *_properties) {
-        // Subversion looks at the names in its command line alone; a commit takes any.
-        const char* const checkedName = _operation.cString(name);
-        if (!HSVNIsPropertyName(name)) {
-            HSVNException::exceptionWithReason(fmt::format("Bad property name: '{}'", HSVNText::quoted(name)),
-                                               HSVNStatusCode::PropertyName)
-                ->raise();
-        }
+        const char* const checkedName = HSVNCheckedPropertyName(_operation, name);
         auto* const record =
             static_cast<svn_string_t*>(_operation->apr_palloc(_operation.pool(), sizeof(svn_string_t)));
         record->data = value.data(); // the properties outlive the call

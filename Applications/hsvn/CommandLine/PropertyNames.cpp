@@ -4,6 +4,8 @@
 #include "CommandLine/Similarity.h"
 #include "CommandLine/TextFiles.h"
 
+#include <HSVN/HSVN.h>
+
 #include <algorithm>
 #include <array>
 #include <cctype>
@@ -32,22 +34,11 @@ constexpr std::array revisionNames{
          failure(PropertyName, fmt::format("{}did you mean {}?", begin, choiceOf(meant, reservedPrefix))));
 }
 
-bool isPropertyName(std::string_view name)
-{
-    constexpr std::string_view letters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ:_";
-    constexpr std::string_view further = "0123456789-.";
-    return !name.empty() && letters.find(name.front()) != std::string_view::npos &&
-           std::all_of(name.begin(), name.end(), [&](char character) {
-               return letters.find(character) != std::string_view::npos ||
-                      further.find(character) != std::string_view::npos;
-           });
-}
-
 } // namespace
 
 void requirePropertyName(const std::string& name)
 {
-    if (!isPropertyName(name)) {
+    if (!HSVNIsPropertyName(name)) {
         fail(PropertyName, fmt::format("'{}' is not a valid Subversion property name", name));
     }
 }
