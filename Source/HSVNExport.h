@@ -9,6 +9,9 @@
 #error "HSVN asks for the classes of objects: compile without -fno-rtti"
 #endif
 
+// In some curses libraries a macro beside the function: all that is called `move` in C++ fails to compile then.
+#undef move
+
 /// Marks what the shared library exports; everything else stays hidden. The same in programs that are themselves built
 /// with hidden symbols, so that an exception thrown by the library is caught there by its class.
 #define HSVN_EXPORT __attribute__((visibility("default")))

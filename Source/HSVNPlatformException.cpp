@@ -3,6 +3,12 @@
 #include <algorithm>
 #include <fmt/format.h>
 
+HSVNUserInfoValue::HSVNUserInfoValue(const char* text)
+{
+    HSVNAssertParameter(text != nullptr, "text != NULL");
+    value = text;
+}
+
 HSVNPlatformException::HSVNPlatformException(std::string name, std::string reason, HSVNUserInfo userInfo)
     : _name{std::move(name)}, _reason{std::move(reason)}, _userInfo{std::move(userInfo)}
 {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "HSVNExport.h"
+
 #include <memory>
 #include <type_traits>
 #include <utility>

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "HSVNExport.h"
+
 #include <concepts>
 #include <cstddef>
 #include <functional>

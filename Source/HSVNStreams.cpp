@@ -23,6 +23,12 @@ svn_stream_t* makeStream(const HSVNBundleEntryPoints& entryPoints, StreamBaton b
     return stream;
 }
 
+const StreamBaton& batonOf(const void* baton)
+{
+    static const StreamBaton closed;
+    return baton ? *static_cast<const StreamBaton*>(baton) : closed;
+}
+
 // Stores the count that a platform stream answers, or tells that there is none: nothing that the stream throws may
 // reach Subversion's frames, and no count beyond the buffer may be believed.
 template <class Stream, class Transfer>
@@ -65,7 +71,7 @@ svn_stream_t* HSVNAdaptOutputStream(const HSVNOutputStreamRef& stream, apr_pool_
 svn_error_t* HSVNAdaptStreamRead(void* baton, char* buffer, std::size_t* length)
 {
     const auto read = [&](HSVNInputStream& stream) { return stream.read(buffer, *length); };
-    return storeCount(length, static_cast<StreamBaton*>(baton)->input, read)
+    return storeCount(length, batonOf(baton).input, read)
                ? SVN_NO_ERROR
                : HSVN_SUBVERSION_ERROR(HSVNExceptionGeneralStatus, "Unable to read data from input stream");
 }
@@ -73,13 +79,15 @@ svn_error_t* HSVNAdaptStreamRead(void* baton, char* buffer, std::size_t* length)
 svn_error_t* HSVNAdaptStreamWrite(void* baton, const char* buffer, std::size_t* length)
 {
     const auto write = [&](HSVNOutputStream& stream) { return stream.write(buffer, *length); };
-    return storeCount(length, static_cast<StreamBaton*>(baton)->output, write)
+    return storeCount(length, batonOf(baton).output, write)
                ? SVN_NO_ERROR
                : HSVN_SUBVERSION_ERROR(HSVNExceptionGeneralStatus, "Unable to write data to output stream");
 }
 
 svn_error_t* HSVNAdaptStreamClose(void* baton)
 {
-    *static_cast<StreamBaton*>(baton) = {};
+    if (baton) {
+        *static_cast<StreamBaton*>(baton) = {};
+    }
     return SVN_NO_ERROR;
 }

@@ -56,6 +56,8 @@ HSVN_EXPORT svn_stream_t* HSVNAdaptOutputStream(const HSVNOutputStreamRef& strea
 
 /// The callbacks that an adapted stream carries; the baton is the one that the adaptation made.
 ///
+/// A baton that is null is a stream that was closed: nothing can be read or written, and closing it does nothing.
+///
 /// A read or write asks the platform stream once and stores the count that it answered in `length`: 0 ends a read, and
 /// a short write is reported, not tried again. A count of -1 or beyond the buffer, or an exception, becomes a
 /// Subversion error of status 20014 with the message "Unable to read data from input stream" or "Unable to write data

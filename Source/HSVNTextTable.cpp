@@ -28,14 +28,14 @@ std::shared_ptr<HSVNTextTable> HSVNTextTable::tableWithColumns(std::size_t colum
 
 HSVNTextTable::HSVNTextTable(std::size_t columns) : _columns(columns) {}
 
-void HSVNTextTable::addRow() { _rows.emplace_back(_columns.size()); }
+void HSVNTextTable::addRow() { _rows.emplace_back(); }
 
 void HSVNTextTable::setString(const std::optional<std::string>& text, std::size_t row, std::size_t column)
 {
     checkColumn(column);
-    while (_rows.size() <= row) {
-        addRow();
-    }
+    HSVNAssertParameter(row < 16777216, "row < 16777216");
+    _rows.resize(std::max(_rows.size(), row + 1));
+    _rows[row].resize(_columns.size());
     std::string& cell = _rows[row][column];
     cell = text.value_or("");
     _columns[column].width = std::max(_columns[column].width, codePointCount(cell));
@@ -45,7 +45,8 @@ const std::string& HSVNTextTable::stringAtRow(std::size_t row, std::size_t colum
 {
     HSVNAssertParameter(row < _rows.size(), "row >= 0 && row < [rows count]");
     checkColumn(column);
-    return _rows[row][column];
+    static const std::string empty;
+    return _rows[row].empty() ? empty : _rows[row][column];
 }
 
 std::size_t HSVNTextTable::widthForColumn(std::size_t column) const
@@ -89,8 +90,9 @@ std::string HSVNTextTable::stringValue() const
 std::string HSVNTextTable::rowText(const std::vector<std::string>& row) const
 {
     std::string text;
-    for (std::size_t column = 0; column < row.size(); ++column) {
+    for (std::size_t column = 0; column < _columns.size(); ++column) {
         const auto [width, alignment] = _columns[column];
+        const std::string_view cell = row.empty() ? std::string_view{} : row[column];
         if (width == 0) {
             continue;
         }
@@ -98,11 +100,11 @@ std::string HSVNTextTable::rowText(const std::vector<std::string>& row) const
             text += ' ';
         }
         if (alignment == HSVNTextAlignmentRight) {
-            text += leftPadString(row[column], width);
+            text += leftPadString(cell, width);
         } else {
-            text += row[column];
-            if (column + 1 < row.size()) {
-                text += blanksUpTo(row[column], width);
+            text += cell;
+            if (column + 1 < _columns.size()) {
+                text += blanksUpTo(cell, width);
             }
         }
     }

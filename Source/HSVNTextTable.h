@@ -41,6 +41,7 @@ class HSVN_EXPORT HSVNTextTable : public HSVNObject
     /// Stores a text, nil as an empty one; makes rows until the row exists and widens the column when the text is
     /// longer.
     ///
+    /// @param row  below 16,777,216 ("row < 16777216")
     /// @throws an assertion "Invalid parameter not satisfying: column >= 0 && column < columns"
     void setString(const std::optional<std::string>& text, std::size_t row, std::size_t column);
     /// The text at a place.
@@ -73,5 +74,5 @@ class HSVN_EXPORT HSVNTextTable : public HSVNObject
     std::string rowText(const std::vector<std::string>& row) const;
 
     std::vector<Column> _columns;
-    std::vector<std::vector<std::string>> _rows;
+    std::vector<std::vector<std::string>> _rows; // one without text may be empty
 };

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "HSVNExport.h"
+
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -28,8 +30,8 @@ struct HSVNUserInfoValue
 {
     /// A text, UTF-8.
     HSVNUserInfoValue(std::string text) : value{std::move(text)} {} // NOLINT(google-explicit-constructor)
-    /// A text, UTF-8; not null.
-    HSVNUserInfoValue(const char* text) : value{std::string{text}} {} // NOLINT(google-explicit-constructor)
+    /// A text, UTF-8; not null ("text != NULL").
+    HSVN_EXPORT HSVNUserInfoValue(const char* text); // NOLINT(google-explicit-constructor)
     /// A number.
     HSVNUserInfoValue(std::int64_t number) : value{number} {} // NOLINT(google-explicit-constructor)
     /// A nested dictionary; not nil.

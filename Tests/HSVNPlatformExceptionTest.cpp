@@ -18,6 +18,7 @@ TEST(PlatformException, RaisesAKeptCopyAsItsConcreteClass)
 TEST(PlatformException, AFailedPreconditionQuotesItsCondition)
 {
     EXPECT_NO_THROW(HSVNAssertParameter(true, "path != nil"));
+    EXPECT_THROW(HSVNUserInfoValue(static_cast<const char*>(nullptr)), HSVNAssertionException);
     try {
         HSVNAssertParameter(false, "path != nil");
         FAIL() << "no exception";

@@ -49,8 +49,10 @@ TEST(HSVNTextTable, PadsEveryColumnButTheLastAndLeavesEmptyColumnsOut)
 
 TEST(HSVNTextTable, RefusesPlacesOutsideOfIt)
 {
-    const HSVNTextTable table{2};
+    HSVNTextTable table{2};
     EXPECT_THAT(reasonOf([&] { table.stringAtRow(0, 0); }), HasSubstr("row >= 0 && row < [rows count]"));
+    EXPECT_THAT(reasonOf([&] { table.setString("far", std::size_t{1} << 40U, 0); }), HasSubstr("row < 16777216"));
+    EXPECT_EQ(table.rowCount(), 0U);
     EXPECT_THAT(reasonOf([&] { table.widthForColumn(2); }), HasSubstr("column >= 0 && column < columns"));
 }
 

@@ -113,7 +113,10 @@ TEST(StreamAdapters, KeepThePlatformStreamUntilSubversionClosesThem)
         EXPECT_EQ(HSVNCurrentEntryPoints().stream_close(adapted), nullptr);
         EXPECT_TRUE(watched.expired());
     }
-    EXPECT_NE(messageOf(HSVNAdaptStreamWrite(lastBaton, "abc", &length)), "(nothing was thrown)");
+    for (void* const baton : {lastBaton, static_cast<void*>(nullptr)}) {
+        EXPECT_EQ(HSVNAdaptStreamClose(baton), nullptr);
+        EXPECT_NE(messageOf(HSVNAdaptStreamWrite(baton, "abc", &length)), "(nothing was thrown)");
+    }
 }
 
 TEST(StandardStreams, GiveBackTheBytesThatWereWritten)

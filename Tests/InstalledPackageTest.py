@@ -22,6 +22,7 @@ PROGRAM = """
 #define min(a, b) ((a) < (b) ? (a) : (b))
 #define max(a, b) ((a) < (b) ? (b) : (a))
 #define nil nullptr
+#define move(y, x) wmove(stdscr, y, x)
 #define None 0
 #define signals public
 #define emit
