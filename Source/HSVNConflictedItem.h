@@ -37,8 +37,10 @@ enum class HSVNMovePlace : std::uint8_t
 };
 
 /// An item of a working copy and what it is in conflict about. Stands for `svn_client_conflict_t`; not offered by lines
-/// before 1.10. Used by the context's thread, and not longer than the context's line stays the same. What concerns a
-/// kind of conflict that the item does not have throws HSVNException, `HSVNStatusCode::ConflictResolverFailure`.
+/// before 1.10. What it is in conflict about is told as it was when the object was made, also once `resolve` has
+/// settled it: a new object, or `HSVNContext::conflicts`, tells what is left. Used by the context's thread, and not
+/// longer than the context's line stays the same. What concerns a kind of conflict that the item does not have throws
+/// HSVNException, `HSVNStatusCode::ConflictResolverFailure`.
 class HSVN_EXPORT HSVNConflictedItem
 {
   public:

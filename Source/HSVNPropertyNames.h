@@ -18,5 +18,6 @@ inline constexpr bool HSVNIsPropertyName(std::string_view name)
 {
     constexpr std::string_view first = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ:_";
     constexpr std::string_view further = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ:_0123456789-.";
-    return !name.empty() && first.find(name.front()) != name.npos && name.find_first_not_of(further) == name.npos;
+    return !name.empty() && first.find(name.front()) != std::string_view::npos &&
+           name.find_first_not_of(further) == std::string_view::npos;
 }

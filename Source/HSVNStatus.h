@@ -161,7 +161,8 @@ class HSVN_EXPORT HSVNStatus : public HSVNArchivable
     HSVNDepth depth() const { return static_cast<HSVNDepth>(_depth); }
     void setDepth(HSVNDepth depth) { _depth = static_cast<std::int8_t>(depth); }
 
-    // Further fields: what lines before 1.7 do not tell keeps its default.
+    // Further fields: what lines before 1.7 do not tell keeps its default, as do moves unless the verb `status` tells
+    // them.
 
     /// The revision that the working copy has of the item; `HSVNInvalidRevision` when it has none. Of an item that
     /// goes, or that another took the place of, what was there until now.
