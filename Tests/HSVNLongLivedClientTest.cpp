@@ -345,6 +345,20 @@ TEST_P(LongLivedClient, WorksOnAfterACleanUpWhoeverMadeIt)
     }
 }
 
+TEST(ClientThatPlacesAnExternal, CommitsWhatIsChangedInIt)
+{
+    TestRepository repository;
+    writeFile(repository.beside("text"), "a\n");
+    repository.change({"mkdir", "trunk", "mkdir", "lib", "put", repository.beside("text"), "lib/a.txt"});
+    const std::string root = repository.checkOut("wc", "trunk");
+    const auto client = std::make_shared<HSVNClient>();
+    client->setProperty(HSVNTargets{root}, "svn:externals", "^/lib placed");
+    client->update(root);
+    writeFile(root + "/placed/a.txt", "changed\n");
+    client->commit(root, {.includeExternals = true, .message = "both"});
+    EXPECT_EQ(client->contents(repository.url("lib/a.txt")), "changed\n");
+}
+
 TEST(ClientThatKeepsOthersOut, LetsThemInFromItsNextOperationOnWhenToldTo)
 {
     TestRepository repository;

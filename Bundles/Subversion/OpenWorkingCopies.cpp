@@ -148,16 +148,14 @@ svn_error_t* OpenWorkingCopies::refresh(const apr_array_header_t* targets, apr_p
     }
     _askedForWork.reset();
     // Where nothing is open, what was missing is remembered as such.
-    const bool mustRenew = _seen.empty()
-                               ? !_targets.empty()
-                               : _seen.size() > mostOpen || isLocked || _keepsOthersOut || keepsOthersOut(_ctx) ||
-                                     isStale(pool) || std::ranges::any_of(_targets, [&](const auto& target) {
-                                         return isMistakenAbout(target.first, target.second, pool);
-                                     });
+    const bool mustRenew = _seen.empty() ? !_targets.empty()
+                                         : _seen.size() > mostOpen || isLocked || _keepsOthersOut ||
+                                               keepsOthersOut(_ctx) || isStale(pool) || isMistaken(pool);
     if (mustRenew) {
         SVN_ERR(close(pool));
     }
     noteRoots(roots, pool);
+    _made.clear();
     return SVN_NO_ERROR;
 }
 
@@ -251,6 +249,15 @@ bool OpenWorkingCopies::holdsLock(apr_pool_t* pool) const
     return !_seen.empty() && (std::ranges::any_of(_targets, isLocked) || std::ranges::any_of(_seen, isLocked));
 }
 
+bool OpenWorkingCopies::isMistaken(apr_pool_t* pool) const
+{
+    // The directory of an external was looked at before there was a working copy in it: a commit of what is changed in
+    // externals, too, found nothing there.
+    return std::ranges::any_of(_made, [&](const auto& root) { return isMistakenAbout(root, root, pool); }) ||
+           std::ranges::any_of(_targets,
+                               [&](const auto& target) { return isMistakenAbout(target.first, target.second, pool); });
+}
+
 bool OpenWorkingCopies::isMistakenAbout(const std::string& path, const std::string& root, apr_pool_t* pool) const
 {
     const char* believed = nullptr;
@@ -266,6 +273,7 @@ void OpenWorkingCopies::noteRoot(const std::string& root, apr_pool_t* pool)
 {
     if (!root.empty() && !_seen.contains(root)) {
         const auto seen = _seen.emplace(root, Seen{identityOf(databaseOf(root, pool))}).first;
+        _made.push_back(root);
         noteExternals(root, seen->second, pool);
     }
 }

@@ -57,6 +57,7 @@ class OpenWorkingCopies
 
     bool isStale(apr_pool_t* pool) const;
     bool holdsLock(apr_pool_t* pool) const;
+    bool isMistaken(apr_pool_t* pool) const;
     bool isMistakenAbout(const std::string& path, const std::string& root, apr_pool_t* pool) const;
     std::string rootAfter(const std::string& path, apr_pool_t* pool) const;
     void noteRoots(const std::vector<std::string>& roots, apr_pool_t* pool);
@@ -72,6 +73,7 @@ class OpenWorkingCopies
     apr_pool_t* _generationPool = nullptr;       // of the working-copy context; null for the client context's first one
     bool _keepsOthersOut = false;                // of the databases that are open
     std::map<std::string, Seen> _seen;           // by root
+    std::vector<std::string> _made;              // of these, what operations made since the last refresh
     std::map<std::string, std::string> _targets; // of the last refresh, absolute, with their roots
     std::optional<Moment> _askedForWork;         // for the first time since then
 };
