@@ -7,6 +7,7 @@
 #include <string_view>
 
 namespace HSVNAdapter {
+
 bool FormerNodes::complete(svn_client_status_t& status, apr_pool_t* pool)
 {
     auto* const database = databaseOf(status.local_abspath);

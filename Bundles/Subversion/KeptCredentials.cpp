@@ -123,9 +123,9 @@ void forgetDoubtfulCredentials(svn_auth_baton_t* baton, apr_pool_t* pool)
 
 using namespace HSVNAdapter;
 
-HSVN_STAND_IN svn_error_t* svn_auth_first_credentials(void** credentials, svn_auth_iterstate_t** state,
-                                                      const char* kind, const char* realm, svn_auth_baton_t* baton,
-                                                      apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_auth_first_credentials)
+(void** credentials, svn_auth_iterstate_t** state, const char* kind, const char* realm, svn_auth_baton_t* baton,
+ apr_pool_t* pool)
 {
     const auto* const all = static_cast<const KeptCredentials*>(svn_auth_get_parameter(baton, keptParameter));
     const bool isTrust = std::string_view{kind} == SVN_AUTH_CRED_SSL_SERVER_TRUST;
@@ -143,7 +143,7 @@ HSVN_STAND_IN svn_error_t* svn_auth_first_credentials(void** credentials, svn_au
     return SVN_NO_ERROR;
 }
 
-HSVN_STAND_IN svn_error_t* svn_auth_save_credentials(svn_auth_iterstate_t* state, apr_pool_t* pool)
+HSVN_STAND_IN(svn_error_t*, svn_auth_save_credentials)(svn_auth_iterstate_t* state, apr_pool_t* pool)
 {
     connections().accept(state);
     return HSVN_BEHIND(svn_auth_save_credentials)(state, pool);
