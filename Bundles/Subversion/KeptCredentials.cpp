@@ -6,7 +6,9 @@
 
 #include <algorithm>
 #include <cstring>
+#include <exception>
 #include <mutex>
+#include <new>
 #include <string_view>
 #include <vector>
 
@@ -98,10 +100,10 @@ bool isUsersCertificate(std::string_view kind)
 }
 
 /// Whether the server shows another certificate than the last time; this one is the last from now on.
-bool showsOther(const svn_auth_baton_t* baton, Kept& kept, apr_pool_t* pool)
+bool showsOther(svn_auth_baton_t* baton, Kept& kept, apr_pool_t* pool)
 {
     const auto* const shown = static_cast<const svn_auth_ssl_server_cert_info_t*>(
-        svn_auth_get_parameter(const_cast<svn_auth_baton_t*>(baton), SVN_AUTH_PARAM_SSL_SERVER_CERT_INFO));
+        svn_auth_get_parameter(baton, SVN_AUTH_PARAM_SSL_SERVER_CERT_INFO));
     if (shown == nullptr || shown->fingerprint == nullptr ||
         (kept.fingerprint != nullptr && std::strcmp(kept.fingerprint, shown->fingerprint) == 0))
     {
