@@ -795,15 +795,19 @@ TEST(HSVNDirectoryConflicts, OfOneNameInTwoFoldersLeaveNoFilesInTheAnswer)
         repository.change({"put", repository.beside("text"), "one/file", "put", repository.beside("text"), "two/file"});
     };
     put("first\n");
+    repository.change({"propset", "svn:externals", "^/two/file external", "one"});
     const auto wc = repository.checkOut();
     put("second\n");
     writeFile(wc + "/one/file", "mine\n");
     writeFile(wc + "/two/file", "mine\n");
+    writeFile(wc + "/one/external", "mine\n");
     mustRun({"svn", "update", "-q", "--accept", "postpone", wc});
     const ReadingClient reading;
     auto options = optionsFor({});
     options->setIncludeConflictVersionFiles(false);
-    EXPECT_THAT(Scan(scannedPath(wc), options, reading.client).names(), ElementsAre("file", "file"));
+    const Scan scan{scannedPath(wc), options, reading.client};
+    EXPECT_THAT(scan.names(), ElementsAre("external", "file", "file"));
+    EXPECT_TRUE(scan.node("external")->status()->textConflicted());
 }
 
 TEST(HSVNDirectoryAggregates, HoldTheKindsOfProperties)

@@ -521,9 +521,6 @@ void noteAbnormalItem(HSVNStatusScan& scan, const HSVNLocalPathRef& path, const 
     if (!HSVNIsAbnormalStatus(status.text_status) && !HSVNIsAbnormalStatus(status.prop_status)) {
         return;
     }
-    if (!scan.keepsConflictFiles) {
-        collectConflictFiles(scan, path, status);
-    }
     if (status.text_status == svn_wc_status_unversioned) {
         scan.unversionedPaths.insert(path->string());
     }
@@ -547,6 +544,10 @@ void adjustStatus(const HSVNStatusScan& scan, const HSVNLocalPathRef& path, svn_
 void scanItem(HSVNStatusScan& scan, const char* text, svn_wc_status2_t& status)
 {
     const HSVNLocalPathRef path = scan.maker.makePath(text);
+    const bool isTextConflicted = status.text_status == svn_wc_status_conflicted;
+    if (!scan.keepsConflictFiles) {
+        collectConflictFiles(scan, path, status);
+    }
     adjustStatus(scan, path, status);
     noteAbnormalItem(scan, path, status);
     const bool isRoot = path->string() == scan.rootPath->string();
@@ -559,6 +560,7 @@ void scanItem(HSVNStatusScan& scan, const char* text, svn_wc_status2_t& status)
         }
     }
     auto node = scan.maker.makeNode(path, status);
+    node->status()->setTextConflicted(isTextConflicted); // also of an external
     if (isRoot) {
         scan.rootNode = node;
     }
