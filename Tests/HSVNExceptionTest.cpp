@@ -87,7 +87,7 @@ TEST_F(SubversionErrors, TheUserInformationKeepsTheWholeChain)
     EXPECT_EQ(*outer.at(HSVNExceptionLineNumberKey).number(), 42);
     EXPECT_EQ(*outer.at(HSVNExceptionStatusKey).number(), 1);
     const auto& inner = *outer.at(HSVNExceptionCauseKey).dictionary();
-    EXPECT_EQ(*inner.at(HSVNExceptionMessageKey).text(), "inn\uFFFDer");
+    EXPECT_EQ(*inner.at(HSVNExceptionMessageKey).text(), R"(inn?\FFer)");
     EXPECT_EQ(inner.size(), 2U) << "no file, no line, no cause";
     EXPECT_EQ(HSVNException::exceptionWithError(chain, false)->userInfo().size(), outer.size()) << "not released yet";
     HSVNException::exceptionWithError(chain);
