@@ -86,7 +86,7 @@ class SealedLibrary(unittest.TestCase):
         folders = ("Source/CMakeFiles/hsvn_objects.dir", "Source/Unicode", "Bundles/CMakeFiles")
         objects = [path for folder in folders for path in (BUILD / folder).rglob("*.o")
                    if path.stem != "HSVNParsedURL.cpp"]  # Boost's own, which hold nothing
-        self.assertGreater(len(objects), 100)
+        self.assertGreater(len(objects), 20)  # each of up to a dozen sources
         self.assertEqual([str(path) for path in objects if "__cxa_atexit" in output_of("nm", "--undefined-only", path)], [])
 
     def test_modules_export_what_they_are_known_by(self):
