@@ -1,6 +1,7 @@
 #include "HSVNStreams.h"
 
 #include "HSVNException.h"
+#include "Internal/Everlasting.h"
 #include "Internal/Pool.h"
 
 #include <new>
@@ -25,8 +26,8 @@ svn_stream_t* makeStream(const HSVNBundleEntryPoints& entryPoints, StreamBaton b
 
 const StreamBaton& batonOf(const void* baton)
 {
-    static const StreamBaton closed;
-    return baton ? *static_cast<const StreamBaton*>(baton) : closed;
+    static const HSVNEverlasting<StreamBaton> closed;
+    return baton ? *static_cast<const StreamBaton*>(baton) : *closed;
 }
 
 // Stores the count that a platform stream answers, or tells that there is none: nothing that the stream throws may

@@ -1,6 +1,7 @@
 #include "HSVNTextTable.h"
 
 #include "HSVNPlatformException.h"
+#include "Internal/Everlasting.h"
 
 #include <algorithm>
 
@@ -45,8 +46,8 @@ const std::string& HSVNTextTable::stringAtRow(std::size_t row, std::size_t colum
 {
     HSVNAssertParameter(row < _rows.size(), "row >= 0 && row < [rows count]");
     checkColumn(column);
-    static const std::string empty;
-    return _rows[row].empty() ? empty : _rows[row][column];
+    static const HSVNEverlasting<std::string> empty;
+    return _rows[row].empty() ? *empty : _rows[row][column];
 }
 
 std::size_t HSVNTextTable::widthForColumn(std::size_t column) const
